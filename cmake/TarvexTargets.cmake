@@ -1,0 +1,73 @@
+# What every target of the tree shares: language level, warnings, sanitizers, tools that speed up the build.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+option(TARVEX_WERROR "Treat warnings as errors" OFF)
+option(TARVEX_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(TARVEX_PCH "Use precompiled headers; without them a build proves that includes are complete" ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+endif()
+find_program(MOLD_PROGRAM mold)
+if(MOLD_PROGRAM AND NOT TARVEX_FUZZ)
+  add_link_options(-fuse-ld=mold)
+endif()
+
+add_library(tarvex_options INTERFACE)
+target_compile_options(tarvex_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+  # Numbers must come out alike on every machine: no fused multiply-add.
+  -ffp-contract=off)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(tarvex_options INTERFACE -Wsuggest-override -fpch-preprocess)
+endif()
+if(TARVEX_WERROR)
+  target_compile_options(tarvex_options INTERFACE -Werror)
+endif()
+if(TARVEX_SANITIZE)
+  target_compile_options(tarvex_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(tarvex_options INTERFACE -fsanitize=address,undefined)
+endif()
+target_include_directories(tarvex_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+
+# tarvex_library(NAME USES lower...): the static library of one folder of src. Sources are the folder's files.
+function(tarvex_library name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  add_library(tarvex_${name} STATIC ${sources})
+  list(TRANSFORM ARG_USES PREPEND tarvex_)
+  target_link_libraries(tarvex_${name} PUBLIC tarvex_options ${ARG_USES})
+  tarvex_precompile(tarvex_${name})
+endfunction()
+
+function(tarvex_precompile target)
+  if(TARVEX_PCH)
+    target_precompile_headers(${target} PRIVATE
+      <algorithm> <array> <charconv> <cmath> <cstdint> <functional> <memory> <string> <string_view> <vector>)
+  endif()
+endfunction()
+
+# tarvex_test(NAME USES libraries...): one test program a folder of tests, run by ctest test by test.
+function(tarvex_test name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  add_executable(${name}_tests ${sources})
+  target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_compile_definitions(${name}_tests PRIVATE TARVEX_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
+  list(TRANSFORM ARG_USES PREPEND tarvex_)
+  target_link_libraries(${name}_tests PRIVATE ${ARG_USES} tarvex_test_support GTest::gtest GTest::gmock)
+  if(TARVEX_PCH)
+    target_precompile_headers(${name}_tests PRIVATE <gtest/gtest.h> <cmath> <string> <vector>)
+  endif()
+  gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()

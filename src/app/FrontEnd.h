@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+namespace tarvex {
+
+class FactorList;
+class InternalModel;
+
+enum class MessageKind { Information, Warning, Error };
+
+// Through this a long operation asks, tells and shows how far it is. Panels, console and tests each have their own.
+class FrontEnd {
+ public:
+  virtual ~FrontEnd() = default;
+
+  // A progress display with a heading appears, shows a percentage (0 to 100) and a line of status, and goes away.
+  virtual void openProgress(const std::string& title) = 0;
+  virtual void progress(int percent) = 0;
+  virtual void status(const std::string& text) = 0;
+  virtual void closeProgress() = 0;
+
+  // Serves whatever the user did meanwhile.
+  virtual void drainEvents() = 0;
+  // False once the user has asked to stop the operation in progress.
+  virtual bool continueRun() = 0;
+
+  virtual void message(MessageKind kind, const std::string& title, const std::string& text) = 0;
+  // True for `yes`.
+  virtual bool question(const std::string& title, const std::string& text, const std::string& yes,
+                        const std::string& no) = 0;
+  // Lets the user put the model's inputs into the order of the sample's factors. False: cancelled, and `model` is as
+  // it was.
+  virtual bool linkFactors(const FactorList& factors, InternalModel& model) = 0;
+};
+
+}  // namespace tarvex

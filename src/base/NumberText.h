@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarvex {
+
+// Longest text that appendNumber makes at a precision of up to 17.
+inline constexpr int kMaxNumberText = 32;
+
+// `value` as "%.<precision>g" prints it in the C locale, but "nan" without a sign; "inf" and "-inf".
+std::string numberText(double value, int precision = 6);
+
+// The same into a buffer of at least kMaxNumberText bytes, without a terminator. Returns one past the last byte.
+char* writeNumber(char* out, double value, int precision = 6);
+
+// `value` rounded through its "%g" text: the precision at which values enter equations.
+double sixDigits(double value);
+
+// The number that stands at the start of `text`: optional sign, decimal digits with point and exponent, or "inf",
+// "nan" (with either sign, any letter case, "infinity" too). Returns the bytes taken, 0 when there is no number or its
+// size is beyond a double's range; `value` is set only on success.
+std::size_t parseNumber(std::string_view text, double& value);
+
+// True when the whole of `text`, blanks around it apart, is one number.
+bool isNumber(std::string_view text, double& value);
+
+}  // namespace tarvex

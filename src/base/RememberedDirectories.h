@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace tarvex {
+
+// The directories in which the user last chose files, kept between runs in config.dat of MainDir. An empty text stands
+// for none.
+class RememberedDirectories {
+ public:
+  enum Kind { Prep, Vels, Model, ModelOutput };
+  static constexpr int kCount = 4;
+
+  // Makes `directory` the process's current directory; only if that succeeds is it remembered. An empty text forgets
+  // the old value. Returns false when the directory can't be entered: the old value stays.
+  static bool set(Kind kind, const std::string& directory);
+  static const std::string& get(Kind kind);
+  // Forgets all four without touching the current directory. For tests and for a fresh start.
+  static void forget();
+
+  // config.dat: four lines, an empty one for none, and one more empty line. Reading passes each line that is there to
+  // set(); a missing file changes nothing. Write errors go unnoticed.
+  static void readConfig(const std::string& mainDirectory);
+  static void writeConfig(const std::string& mainDirectory);
+};
+
+}  // namespace tarvex

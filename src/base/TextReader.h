@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tarvex {
+
+// Reads the text files of the system by the stream rules that the formats were made for. The fail state is sticky: once
+// a step has failed every later step fails and leaves its argument alone; callers test it after each step.
+//
+// Numeric steps skip white space first and stop at the first character that doesn't fit. A line ends at LF, a CR before
+// it is dropped, and a last line without LF is complete. `inf` and `nan` count as numbers, with a sign too.
+class TextReader {
+ public:
+  // A path that doesn't exist as it stands is tried with '/' for '\'. A file that can't be opened or read, a directory
+  // included, gives a failed reader.
+  static TextReader fromFile(const std::string& path);
+  static TextReader fromText(std::string text);
+  ~TextReader();
+  TextReader(TextReader&&) noexcept;
+  TextReader& operator=(TextReader&&) noexcept;
+
+  bool ok() const { return !failed_; }
+  bool fail() const { return failed_; }
+  void setFail() { failed_ = true; }
+
+  // `>>` of the formats. A value outside the type's range fails.
+  TextReader& operator>>(std::int32_t& value);
+  TextReader& operator>>(std::uint32_t& value);
+  TextReader& operator>>(std::int64_t& value);
+  TextReader& operator>>(double& value);
+  TextReader& operator>>(float& value);
+
+  // The rest of the current line without its end, at most `maxChars` characters: a longer line fails, and so does a
+  // read at the end of the text. Every byte but LF (and a CR before it) belongs to the line.
+  bool readLine(std::string& line, std::size_t maxChars);
+  // The same, of which only the first `keep` characters are handed out; the line may be of any length.
+  bool readLineCut(std::string& line, std::size_t keep);
+  // Finishes the current line, whatever its length. At the end of the text it does nothing.
+  void skipLine();
+  // Takes up to `maxChars` characters of the current line; takes the line's end too when it is reached within them,
+  // else leaves the rest of the line to be read. `line` may be null.
+  void readLinePart(std::string* line, std::size_t maxChars);
+  // Takes characters up to and including `stop`, over line ends. Fails when none comes within `maxChars` characters.
+  bool skipPast(char stop, std::size_t maxChars);
+
+  // The current line without its end, not taken; at most `maxChars` characters of it are shown. Valid until the next
+  // call.
+  std::string_view peekLine(std::size_t maxChars);
+  // True when no byte is left.
+  bool atEnd();
+
+  // Bytes of the file or text that have not been taken: what bounds every count that is read from it.
+  std::uint64_t remaining() const;
+  // Fails unless `count` items of at least `bytesEach` bytes could still follow. Counts below 0 fail.
+  bool checkCount(std::int64_t count, std::uint64_t bytesEach);
+
+ private:
+  TextReader();
+  bool fill(std::size_t wanted);  // makes `wanted` bytes available from position_ if the source has them
+  void skipSpace();
+  template <class Integer>
+  TextReader& readInteger(Integer& value);
+
+  std::string buffer_;
+  std::size_t position_ = 0;
+  std::uint64_t unread_ = 0;  // bytes of the file behind the buffer
+  int fd_ = -1;
+  bool failed_ = false;
+};
+
+}  // namespace tarvex

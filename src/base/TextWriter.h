@@ -1,0 +1,66 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tarvex {
+
+// Writes the text files of the system: integers in decimal, doubles and floats as "%g" does at the precision in force
+// (6 at first), always in the C locale, lines ended by LF.
+//
+// A writer on a file fills a temporary file beside the target; only commit() puts it in the target's place, by rename
+// after a flush to disk. Until then, and after any failure, the old file is untouched. A writer without a path
+// collects text in memory.
+class TextWriter {
+ public:
+  TextWriter();                                  // in memory
+  explicit TextWriter(const std::string& path);  // onto a file; ok() tells whether the temporary could be made
+  ~TextWriter();                                 // drops what was not committed
+  TextWriter(const TextWriter&) = delete;
+  TextWriter& operator=(const TextWriter&) = delete;
+
+  TextWriter& operator<<(std::string_view text);
+  TextWriter& operator<<(const char* text) { return *this << std::string_view(text); }
+  TextWriter& operator<<(char c);
+  TextWriter& operator<<(double value);
+  TextWriter& operator<<(float value) { return *this << static_cast<double>(value); }
+  template <std::integral Integer>
+    requires(!std::same_as<Integer, char> && !std::same_as<Integer, bool>)
+  TextWriter& operator<<(Integer value) {
+    return writeInteger(static_cast<std::int64_t>(value));
+  }
+
+  // Significant digits of the doubles that follow. Returns the digits in force before.
+  int setPrecision(int digits);
+
+  [[nodiscard]] bool ok() const { return error_ == 0; }
+  // The errno of the first failure; 0 when there was none.
+  int error() const { return error_; }
+
+  // Flushes to disk and moves the text into the target's place. False on any failure so far or now: the temporary file
+  // is then removed and the old file stands. Nothing may be written afterwards. In memory: ok().
+  [[nodiscard]] bool commit();
+
+  // What was written so far. Requires: a writer in memory.
+  const std::string& text() const { return buffer_; }
+
+ private:
+  TextWriter& writeInteger(std::int64_t value);
+  void flush();
+  void discard();
+
+  std::string buffer_;
+  std::string target_;     // empty: in memory
+  std::string temporary_;  // empty: written in place (the target is no regular file)
+  int fd_ = -1;
+  int error_ = 0;
+  int precision_ = 6;
+};
+
+// True when a writer on `path` could put a file there now: the directory takes a new file and an existing file may be
+// written. Nothing is changed.
+bool canWriteFile(const std::string& path);
+
+}  // namespace tarvex

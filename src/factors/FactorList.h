@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/sampValues.h"
+#include "factors/Factor.h"
+
+namespace tarvex {
+
+enum CorrelationMode : std::int32_t { kDependenceTree = 0, kImanConover = 1, kNoCorrelation = 2, kSteinSample = 3 };
+
+// A factor's place in the dependence tree, parallel to the list of factors.
+struct CorrelationNode {
+  double correlation = 0.0;            // with the parent; 0 for a root
+  std::int32_t parent = -1;            // index of the parent's factor; -1 for a root
+  std::vector<std::int32_t> children;  // indices, in the order in which they were linked
+};
+
+// The ordered factors with all that correlates them: dependence tree, rank correlation matrix, Stein sample.
+class FactorList {
+ public:
+  FactorList() = default;
+  FactorList(const FactorList& other);
+  FactorList& operator=(const FactorList& other);
+  FactorList(FactorList&&) noexcept = default;
+  FactorList& operator=(FactorList&&) noexcept = default;
+
+  std::int32_t factorCount() const { return static_cast<std::int32_t>(factors_.size()); }
+  std::int32_t correlatableCount() const;  // all but constants and relations
+  Factor& factor(std::int32_t i) { return *factors_[static_cast<std::size_t>(i)]; }
+  const Factor& factor(std::int32_t i) const { return *factors_[static_cast<std::size_t>(i)]; }
+  std::int32_t indexOf(std::string_view name) const;  // -1 when there is none
+
+  // -1 when i is out of range, else 0 or 1.
+  std::int32_t isCorrelatable(std::int32_t i) const;
+  std::int32_t isRelation(std::int32_t i) const;
+  std::int32_t isConstant(std::int32_t i) const;
+
+  // Appends; a correlatable factor's matrix row is zeros with 1 on the diagonal.
+  void addFactor(std::unique_ptr<Factor> factor, CorrelationNode node = {});
+  void clear();  // no factors, no correlation, no Stein sample
+
+  const CorrelationNode& node(std::int32_t i) const { return nodes_[static_cast<std::size_t>(i)]; }
+  // Links `child` below `parent`. False, with nothing changed, when that would close a loop, or for factors that are
+  // not correlatable.
+  bool link(std::int32_t child, std::int32_t parent, double correlation);
+
+  // The rank correlation of two correlatable factors, counted among those only. Stored in single precision.
+  float matrixAt(std::int32_t row, std::int32_t column) const;
+  void setMatrix(std::int32_t row, std::int32_t column, float correlation);
+
+  // The order in which a generation visits the factors: stochastic ones by depth in the dependence tree (roots only in
+  // the other modes), then constants, then relations, list order within each. Valid between prepareOrder and
+  // releaseOrder.
+  void prepareOrder();
+  void releaseOrder() { factorOrder_.clear(); }
+  std::int32_t factorAt(std::int32_t position) const { return factorOrder_[static_cast<std::size_t>(position)]; }
+  // The parent in the dependence tree; -1 for a root and in every mode but the tree's.
+  std::int32_t parentOf(std::int32_t i) const;
+
+  // The factor list record. write() leaves the stream behind the line of `correlationMode`; read() takes that line
+  // whole. On false the list is only partly filled: read into a temporary.
+  void write(TextWriter& out) const;
+  [[nodiscard]] bool read(TextReader& in);
+
+  std::int32_t correlationMode = kNoCorrelation;
+  std::string steinFileName;
+  sampValues steinInfo;  // columns are factors, rows observations
+
+ private:
+  std::vector<std::unique_ptr<Factor>> factors_;
+  std::vector<CorrelationNode> nodes_;
+  std::vector<float> matrix_;  // correlatableCount() squared, by row
+  std::vector<std::int32_t> factorOrder_;
+};
+
+// A whole .fac file. On failure `list` stays as it was and the message names the reason.
+[[nodiscard]] bool loadFactorFile(const std::string& path, FactorList& list, std::string& message);
+[[nodiscard]] bool saveFactorFile(const std::string& path, const FactorList& list, std::string& message);
+
+}  // namespace tarvex

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+
+class TextReader;
+class TextWriter;
+
+// An input of the model; position j takes column j of the sample.
+struct ModelVariable {
+  std::string name;
+  std::vector<std::int32_t> usedBy;  // indices of the expressions that mention it
+};
+
+struct ModelExpression {
+  std::string name;
+  std::string text;
+  std::int16_t type = 0;  // 1 output of the model, 0 internal
+  double value = 0.0;     // of the last evaluation
+  std::vector<std::int32_t> usedBy;
+};
+
+// The studied model as a list of equations over named inputs, evaluated in order for each run.
+class InternalModel {
+ public:
+  static constexpr std::int32_t kMaxExpressions = 500;
+
+  // Operations return false on failure: errorText says why and the model is unchanged.
+  bool addVariable(const std::string& name);
+  bool renameVariable(std::int32_t index, const std::string& name);
+  void moveVariable(std::int32_t from, std::int32_t to);
+  bool removeVariable(std::int32_t index);
+  bool addExpression(std::int32_t position, const std::string& name, const std::string& text, std::int16_t type);
+  bool modifyExpression(std::int32_t position, const std::string& name, const std::string& text, std::int16_t type);
+  bool removeExpression(std::int32_t index);
+  bool getExpression(std::int32_t index, ModelExpression& out);
+  bool expressionName(std::int32_t index, std::string& out);
+  bool expressionText(std::int32_t index, std::string& out);
+  std::int16_t expressionType(std::int32_t index);  // -1 out of range
+  bool variableName(std::int32_t index, std::string& out);
+  bool outputName(std::int32_t k, std::string& out);  // the k-th expression of type 1
+  bool internalName(std::int32_t k, std::string& out);
+  std::int32_t numOutputs() const;
+  std::int32_t numInternals() const;
+  std::int32_t numVariables() const { return static_cast<std::int32_t>(variables_.size()); }
+  std::int32_t numExpressions() const { return static_cast<std::int32_t>(expressions_.size()); }
+  const std::vector<ModelVariable>& variables() const { return variables_; }
+  const std::vector<ModelExpression>& expressions() const { return expressions_; }
+
+  void setName(const std::string& name);  // empty: "noname"
+  const std::string& name() const { return name_; }
+  void setFileName(const std::string& path);  // empty: "nofile"
+  const std::string& fileName() const { return fileName_; }
+
+  // One run: `values` holds a double per variable, `outputs` takes one per expression of type 1. Values and
+  // intermediate results enter each equation at six significant digits. False when an equation can't be evaluated;
+  // `outputs` is then untouched.
+  bool evaluate(const double* values, double* outputs);
+
+  void clear();
+  const std::string& errorText() const { return errorText_; }
+  void clearError() { errorText_ = "noerror"; }
+
+  // The text of a .imd file. A failed read clears the model and fails the reader.
+  void write(TextWriter& out);
+  void read(TextReader& in);
+
+ private:
+  bool checkExpression(std::int32_t position, const std::string& text);
+
+  std::string name_ = "noname";
+  std::string fileName_ = "nofile";
+  std::string errorText_ = "noerror";
+  std::vector<ModelVariable> variables_;
+  std::vector<ModelExpression> expressions_;
+};
+
+// Whether `text` mentions `name`, as far as the bookkeeping of uses goes: only the first occurrence is looked at.
+bool usesName(const std::string& name, const std::string& text);
+
+// A whole .imd file; its path becomes the model's file name. On failure `model` stays as it was.
+[[nodiscard]] bool loadModelFile(const std::string& path, InternalModel& model, std::string& message);
+[[nodiscard]] bool saveModelFile(const std::string& path, InternalModel& model, std::string& message);
+
+}  // namespace tarvex

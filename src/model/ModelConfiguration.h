@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/WorkingFile.h"
+#include "model/InternalModel.h"
+
+namespace tarvex {
+
+class sampValues;
+
+enum ModelKind : std::int32_t { kInternalModel = 0, kExternalExecutable = 1, kNoModelToStart = 2 };
+enum TimeMode : std::int32_t { kNoTimeAxis = 0, kReadingTimes = 1, kDifferentGrids = 2, kSharedGrid = 3 };
+
+// What is run and what came out of it. The output values lie in a working file in the order run, time point, output;
+// only the time points are in memory.
+class ModelConfiguration {
+ public:
+  ModelConfiguration() = default;
+  ModelConfiguration(const ModelConfiguration& other);
+  ModelConfiguration& operator=(const ModelConfiguration& other);
+  ModelConfiguration(ModelConfiguration&&) noexcept = default;
+  ModelConfiguration& operator=(ModelConfiguration&&) noexcept = default;
+
+  std::string executable;
+  std::string outputFile;
+  std::int32_t kind = kNoModelToStart;
+  std::int32_t spreadsheet = 0;
+  std::int32_t timeMode = kNoTimeAxis;
+
+  void setExternal(const std::string& executablePath, const std::string& outputPath, std::int32_t isSpreadsheet);
+  void setInternalModel(std::unique_ptr<InternalModel> model);  // kind becomes 0
+  void clearInternalModel();                                    // kind becomes 1
+  InternalModel* internalModel() { return internalModel_.get(); }
+  const InternalModel* internalModel() const { return internalModel_.get(); }
+
+  std::int32_t runCount() const { return static_cast<std::int32_t>(runCount_); }
+  std::int32_t outputCount() const { return static_cast<std::int32_t>(outputNames_.size()); }
+  const std::vector<std::string>& outputNames() const { return outputNames_; }
+  std::int32_t timeCount(std::int32_t run) const;
+  double time(std::int32_t run, std::int32_t index) const;
+  bool hasTimeAxis() const { return timeMode != kNoTimeAxis; }
+  // All values of one run, timeCount(run) x outputCount(), time after time. False on a failed read.
+  bool readRun(std::int32_t run, std::vector<double>& values) const;
+
+  void clearResults();  // names, times and values
+
+  // An internal run. prepare: results for `rows` runs of the internal model's outputs, none computed; false without an
+  // internal model. advance: computes runs until the percentage reaches `target`, appends them, and returns the
+  // percentage as an integer; -1 when the results can't be stored.
+  [[nodiscard]] bool prepareInternalRun(std::int32_t rows);
+  std::int32_t advanceInternalRun(sampValues& samples, float target);
+  std::int32_t failedRuns() const { return failedRuns_; }      // runs whose evaluation failed, stored as nan
+  std::int32_t firstFailedRun() const { return firstFailed_; }  // -1: none
+
+  // Reads the file named by outputFile. `warn` gets a title and a text for each message to the user. On false the
+  // results are only partly filled.
+  using Warn = std::function<void(const std::string& title, const std::string& text)>;
+  [[nodiscard]] bool readModelOutput(const Warn& warn);
+
+  // The Model record. read() works on this object: read into a temporary.
+  void write(TextWriter& out) const;
+  [[nodiscard]] bool read(TextReader& in);
+
+ private:
+  std::unique_ptr<InternalModel> internalModel_;
+  std::int64_t runCount_ = 0;
+  std::vector<std::string> outputNames_;
+  // Time points: shared by all runs when timeMode is 0 or 3, else one grid a run.
+  std::vector<std::vector<double>> grids_;
+  WorkingFile dataFile_;
+  std::uint64_t valuesWritten_ = 0;
+  float progress_ = 0.0f;
+  std::int32_t nextRun_ = 0;
+  std::int32_t failedRuns_ = 0;
+  std::int32_t firstFailed_ = -1;
+};
+
+}  // namespace tarvex
