@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace tarvex {
@@ -14,8 +15,8 @@ class FrontEnd {
  public:
   virtual ~FrontEnd() = default;
 
-  // A progress display with a heading appears, shows a percentage (0 to 100) and a line of status, and goes away.
-  virtual void openProgress(const std::string& title) = 0;
+  // A display of progress over `rows` runs appears, shows a percentage (0 to 100) and a line of status, and goes away.
+  virtual void openProgress(const std::string& title, std::int32_t rows) = 0;
   virtual void progress(int percent) = 0;
   virtual void status(const std::string& text) = 0;
   virtual void closeProgress() = 0;

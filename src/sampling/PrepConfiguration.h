@@ -57,9 +57,4 @@ class PrepConfiguration {
   std::vector<std::int32_t> failedRows_;  // per factor, rows whose relation failed
 };
 
-// A sample file. On failure `prep` stays as it was and the message is the system's.
-[[nodiscard]] bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::string& message);
-// An external sample file: counts, names, numbers. The same on failure.
-[[nodiscard]] bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::string& message);
-
 }  // namespace tarvex

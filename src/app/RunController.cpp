@@ -1,0 +1,179 @@
+#include "app/RunController.h"
+
+#include "app/FrontEnd.h"
+#include "base/TextWriter.h"
+#include "sampling/FastSampler.h"
+#include "sampling/SampleFiles.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::int32_t kDone = 100;
+
+// Holds `busy` for the time of an operation, however it ends.
+class BusyScope {
+ public:
+  explicit BusyScope(bool& busy) : busy_(busy) { busy_ = true; }
+  ~BusyScope() { busy_ = false; }
+  BusyScope(const BusyScope&) = delete;
+  BusyScope& operator=(const BusyScope&) = delete;
+
+ private:
+  bool& busy_;
+};
+
+}  // namespace
+
+bool RunController::fail(const std::string& text, const std::string& title) {
+  frontEnd_.message(MessageKind::Error, title, text);
+  return false;
+}
+
+bool RunController::canGenerate() {
+  Sampler& sampler = *project.prep.sampler;
+  if (sampler.numSamples == 0) {
+    frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
+    return false;
+  }
+  auto* fast = dynamic_cast<FastSampler*>(&sampler);
+  if (fast != nullptr && !fast->checkSampleSize(project.prep.factors.correlatableCount())) {
+    frontEnd_.message(MessageKind::Warning, "Warning", fast->errorText);
+    return false;
+  }
+  return true;
+}
+
+bool RunController::generateSample() {
+  if (busy) return true;
+  if (!canGenerate()) return false;
+  if (project.prep.samples.rows() > 0 && !sampleStale &&
+      !frontEnd_.question("Warning",
+                          "One sample set already exists.\n Do you want to delete the existing one and create a new "
+                          "one now?",
+                          "Yes", "No"))
+    return true;
+
+  const BusyScope scope(busy);
+  frontEnd_.openProgress("Sample generation", project.prep.sampler->numSamples);
+  frontEnd_.progress(0);
+  frontEnd_.status("Output file: " + project.prep.sampleFile);
+  const bool done = driveGeneration() && writeSample();
+  if (!done) return false;
+  modified = true;
+  sampleStale = false;
+  for (const std::string& text : {project.prep.sampler->warningText, project.prep.relationFailures()})
+    if (!text.empty()) frontEnd_.message(MessageKind::Warning, "Warning", text);
+  return true;
+}
+
+// Generation to 100 percent, in steps of one. On failure or stop the progress display is gone and the sample empty.
+bool RunController::driveGeneration() {
+  PrepConfiguration& prep = project.prep;
+  if (!canWriteFile(prep.sampleFile)) {
+    fail("Error trying to write to the Sample file.\nIs it locked by another application?");
+    frontEnd_.closeProgress();
+    return false;
+  }
+  std::int32_t target = 1;
+  std::int32_t percent = prep.prepareGeneration() ? prep.generate(target) : -1;
+  while (percent >= 0 && percent < kDone) {
+    frontEnd_.progress(percent);
+    frontEnd_.drainEvents();
+    if (!frontEnd_.continueRun()) {
+      frontEnd_.closeProgress();
+      prep.cancelGeneration();
+      return false;
+    }
+    percent = prep.generate(++target);
+  }
+  if (percent >= kDone) return true;
+  fail(prep.sampler->errorText);
+  frontEnd_.closeProgress();
+  prep.cancelGeneration();
+  return false;
+}
+
+bool RunController::writeSample() {
+  frontEnd_.status("Copying data to file...");
+  std::string message;
+  const bool saved = saveSampleFile(project.prep.sampleFile, project.prep, message);
+  frontEnd_.closeProgress();
+  return saved || fail(message);
+}
+
+bool RunController::runModel(bool useExistingSample) {
+  if (busy) return true;
+  if (project.model.kind == kInternalModel && !linkInternalModel()) return false;
+  if (!useExistingSample && !generateSample()) return false;
+  if (project.prep.samples.rows() == 0) {
+    frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
+    return false;
+  }
+  const bool done = project.model.kind == kInternalModel ? runInternal() : readOutputs();
+  if (done) finishRun();
+  return done;
+}
+
+bool RunController::linkInternalModel() {
+  const InternalModel* model = project.model.internalModel();
+  if (model == nullptr) return fail("Error starting internal model execution");
+  if (model->numVariables() != project.prep.factors.factorCount())
+    return fail("The number of model inputs differs from the number of factors in the generated sample");
+  auto linked = std::make_unique<InternalModel>(*model);
+  if (frontEnd_.linkFactors(project.prep.factors, *linked)) project.model.setInternalModel(std::move(linked));
+  return true;
+}
+
+bool RunController::runInternal() {
+  ModelConfiguration& model = project.model;
+  const BusyScope scope(busy);
+  if (!model.prepareInternalRun(project.prep.samples.rows())) return fail("Error starting internal model execution");
+  frontEnd_.openProgress("Model execution", project.prep.samples.rows());
+  frontEnd_.progress(0);
+  frontEnd_.status("Model name:  " + model.internalModel()->name());
+  const bool done = driveInternalRun();
+  frontEnd_.closeProgress();
+  if (done && model.failedRuns() > 0)
+    frontEnd_.message(MessageKind::Warning, "Warning",
+                      "Error evaluating model\nThe equations could not be evaluated in " +
+                          std::to_string(model.failedRuns()) + " of " + std::to_string(model.runCount()) +
+                          " runs, first in run " + std::to_string(model.firstFailedRun()) +
+                          ". Their outputs are nan.");
+  return done;
+}
+
+bool RunController::driveInternalRun() {
+  float target = 1.0f;
+  std::int32_t percent = project.model.advanceInternalRun(project.prep.samples, target);
+  while (percent >= 0 && percent < kDone) {
+    frontEnd_.progress(percent);
+    frontEnd_.drainEvents();
+    if (!frontEnd_.continueRun()) return false;
+    target += 1.0f;
+    percent = project.model.advanceInternalRun(project.prep.samples, target);
+  }
+  return percent >= kDone || fail("The results of the model cannot be stored: the working file cannot be written.");
+}
+
+bool RunController::readOutputs() {
+  const BusyScope scope(busy);
+  const auto warn = [this](const std::string& title, const std::string& text) {
+    frontEnd_.message(title == "Warning" ? MessageKind::Warning : MessageKind::Error, title, text);
+  };
+  return project.model.readModelOutput(warn) || fail("Error reading model output file");
+}
+
+void RunController::finishRun() {
+  VelsConfiguration vels;
+  vels.setOutputs(project.model.outputNames());
+  vels.prepareSensitivity(project.prep.sampler->methodId);
+  if (vels.sensitivity) {
+    vels.sensitivity->factorCount = project.prep.factors.factorCount();
+    vels.sensitivity->variableCount = project.model.outputCount();
+  }
+  project.setVels(std::move(vels));
+  modified = true;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,102 @@
+#include "sampling/SampleStatistics.h"
+
+#include <cmath>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "base/sampValues.h"
+
+namespace tarvex {
+
+void SampleStatistics::compute(const sampValues& samples) {
+  const std::int32_t rows = samples.rows();
+  const auto columns = static_cast<std::size_t>(samples.columns());
+  const double divisor = rows - 1.0;
+  std::vector<double> row(columns);
+
+  std::vector<double> means(columns, 0.0);
+  for (std::int32_t r = 0; r < rows; ++r) {
+    samples.getRow(r, row.data());
+    for (std::size_t c = 0; c < columns; ++c) means[c] += row[c];
+  }
+  // Kept: the mean divides by n - 1, and deviations are taken from that mean; saved samples hold these numbers.
+  for (double& mean : means) mean /= divisor;
+
+  std::vector<double> products(columns * columns, 0.0);  // the upper triangle, diagonal included
+  std::vector<double> cubes(columns, 0.0);
+  std::vector<double> fourths(columns, 0.0);
+  for (std::int32_t r = 0; r < rows; ++r) {
+    samples.getRow(r, row.data());
+    for (std::size_t c = 0; c < columns; ++c) row[c] -= means[c];
+    for (std::size_t i = 0; i < columns; ++i) {
+      for (std::size_t j = i; j < columns; ++j) products[i * columns + j] += row[i] * row[j];
+      const double square = row[i] * row[i];
+      cubes[i] += square * row[i];
+      fourths[i] += square * square;
+    }
+  }
+
+  size_ = samples.columns();
+  correlation_.assign(columns * columns, 0.0);
+  moments_.assign(columns * 4, 0.0);
+  for (std::size_t c = 0; c < columns; ++c) {
+    const double s = std::sqrt(products[c * columns + c] / divisor);
+    moments_[c * 4] = means[c];
+    moments_[c * 4 + 1] = s;
+    moments_[c * 4 + 2] = cubes[c] / (divisor * s * s * s);
+    moments_[c * 4 + 3] = fourths[c] / (divisor * s * s * s * s) - 3.0;
+  }
+  for (std::size_t i = 0; i < columns; ++i) {
+    correlation_[i * columns + i] = 1.0;
+    for (std::size_t j = i + 1; j < columns; ++j) {
+      const double si = moments_[i * 4 + 1];
+      const double sj = moments_[j * 4 + 1];
+      const double r = si == 0.0 || sj == 0.0 ? 0.0 : products[i * columns + j] / (divisor * si * sj);
+      correlation_[i * columns + j] = correlation_[j * columns + i] = r;
+    }
+  }
+}
+
+void SampleStatistics::write(TextWriter& out) const {
+  const auto columns = static_cast<std::size_t>(size_);
+  const auto writeTable = [&out](const std::vector<double>& table, std::size_t width) {
+    for (std::size_t k = 0; k < table.size(); ++k) {
+      out << table[k] << '\t';
+      if ((k + 1) % width == 0) out << '\n';
+    }
+  };
+  out << size_ << '\n';
+  writeTable(correlation_, columns);
+  writeTable(moments_, 4);
+}
+
+void SampleStatistics::read(TextReader& in) {
+  constexpr std::uint64_t kBytesEach = 2;  // a digit and a separator
+  std::int32_t size = 0;
+  in >> size;
+  const std::int64_t cells = static_cast<std::int64_t>(size) * size;
+  if (in.fail() || size < 0 || !in.checkCount(cells + 4LL * size, kBytesEach)) {
+    in.setFail();
+    return;
+  }
+  std::vector<double> correlation(static_cast<std::size_t>(cells));
+  std::vector<double> moments(static_cast<std::size_t>(size) * 4);
+  for (double& value : correlation) in >> value;
+  for (double& value : moments) in >> value;
+  if (in.fail()) return;
+  size_ = size;
+  correlation_ = std::move(correlation);
+  moments_ = std::move(moments);
+}
+
+double SampleStatistics::correlation(std::int32_t i, std::int32_t j) const {
+  if (i < 0 || j < 0 || i >= size_ || j >= size_) return kUnavailable;
+  return correlation_[static_cast<std::size_t>(i) * static_cast<std::size_t>(size_) + static_cast<std::size_t>(j)];
+}
+
+double SampleStatistics::moment(std::int32_t column, int which) const {
+  if (column < 0 || column >= size_) return kUnavailable;
+  return moments_[static_cast<std::size_t>(column) * 4 + static_cast<std::size_t>(which)];
+}
+
+}  // namespace tarvex
