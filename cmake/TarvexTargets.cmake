@@ -38,6 +38,12 @@ if(TARVEX_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(tarvex_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TARVEX_FUZZ)
+  # The libraries are watched too: coverage is what guides the fuzzer.
+  target_compile_options(tarvex_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(tarvex_options INTERFACE -fsanitize=address,undefined)
+endif()
 target_include_directories(tarvex_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
 # tarvex_library(NAME USES lower...): the static library of one folder of src. Sources are the folder's files.
