@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "sampling/Sampler.h"
+
+namespace tarvex {
+
+// One row of the design: a factor's frequency in the classic test, a block of runs in the extended ones.
+struct FastBlock {
+  std::int32_t frequency = 0;    // the factor's; of a block its highest, that of the factor or group under test
+  std::int32_t resamples = 0;    // curves of the block; 1 in the classic test
+  std::int32_t curveLength = 0;  // runs of one curve; all runs in the classic test
+  std::int32_t blockLength = 0;  // runs of the block; all runs in the classic test
+};
+
+// The search curves of the Fourier amplitude sensitivity test: the classic one (R. I. Cukier et al., J. Chem. Phys. 59,
+// 1973), one curve with a frequency a factor, and the extended one (A. Saltelli, S. Tarantola, K. Chan, Technometrics
+// 41, 1999), a block of runs per factor or group of factors.
+class FastSampler : public Sampler {
+ public:
+  enum AnalysisMode : std::int32_t { kClassic = 0, kExtended = 1, kGroups = 2 };
+  static constexpr std::int32_t kMaxClassicFactors = 50;
+
+  FastSampler();
+  std::unique_ptr<Sampler> clone() const override;
+
+  std::int32_t analysisMode() const { return analysisMode_; }
+  bool setAnalysisMode(std::int32_t mode);
+
+  // The groups of mode 2. A change of them drops the design table. Operations on unknown names return false.
+  void addGroup(const std::string& name);
+  bool removeGroup(std::string_view name);
+  bool addElement(std::string_view groupName, const std::string& factorName);
+  bool removeElement(std::string_view factorName);
+  std::int32_t groupSize(std::string_view name) const;  // -1 for an unknown name
+  // The i-th factor of a group; null when there is none.
+  const std::string* groupElement(std::string_view name, std::int32_t i) const;
+  bool isInGroup(std::string_view factorName) const;
+  const std::vector<std::string>& groupNames() const { return groupNames_; }
+  const std::vector<std::string>& elementNames() const { return elementNames_; }
+  const std::vector<std::int32_t>& elementGroups() const { return elementGroups_; }  // parallel to elementNames()
+  // Whether every group has members and every member is a stochastic factor of the list, in one group only. The reason
+  // against is in errorText.
+  [[nodiscard]] bool checkGroups(const FactorList& factors);
+
+  // Whether numSamples is enough for that many stochastic factors; the text with the least size in errorText.
+  [[nodiscard]] bool checkSampleSize(std::int32_t stochasticCount);
+
+  // The design of the last generation; empty when there is none. In the classic and the extended test a row per
+  // stochastic factor in list order; in the test on groups a row per group, then one per stochastic factor in no group.
+  const std::vector<FastBlock>& designTable() const { return designTable_; }
+
+  // Frequencies of the classic test for 2 to 50 stochastic factors; empty for other counts.
+  static std::vector<std::int32_t> classicFrequencies(std::int32_t stochasticCount);
+
+  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
+  void reset() override;
+
+  void writeSection(TextWriter& out) const override;
+  void readSection(TextReader& in) override;
+
+ private:
+  std::int64_t unitCount() const;
+  std::int64_t designRows() const;
+  std::int32_t groupIndex(std::string_view name) const;
+  void makeDesignTable();
+
+  bool beginClassic(const FactorList& factors);
+  bool beginExtended(const FactorList& factors);
+  bool openBlock(const FactorList& factors);
+  void assignFrequencies(const FactorList& factors, std::int32_t memberCount);
+  std::vector<bool> blockMembers(const FactorList& factors) const;
+  void drawPhases();
+  void fillRow(double s, const FactorList& factors, std::vector<double>& row) const;
+
+  bool readItems(TextReader& in);
+  bool readGroups(TextReader& in);
+  bool readDesignTable(TextReader& in);
+
+  std::int32_t analysisMode_ = kClassic;
+  std::vector<std::string> groupNames_;
+  std::vector<std::string> elementNames_;
+  std::vector<std::int32_t> elementGroups_;
+  std::vector<FastBlock> designTable_;
+
+  std::int32_t numStochastic_ = 0;
+  std::vector<std::int32_t> frequencies_;  // per factor of the list; 0 for constants and relations
+  std::vector<double> phases_;             // per factor of the list
+
+  // Of the extended tests: the block that is being made.
+  std::int32_t samplesPerUnit_ = 0;  // its budget of runs
+  std::int32_t resamples_ = 0;
+  std::int32_t omegaMax_ = 0;
+  std::int32_t curveLength_ = 0;
+  std::int32_t blockLength_ = 0;
+  std::int32_t blockStart_ = 0;
+  std::int32_t blockEnd_ = 0;
+  std::int32_t currentUnit_ = -1;
+};
+
+}  // namespace tarvex

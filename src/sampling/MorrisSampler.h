@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "sampling/Sampler.h"
+
+namespace tarvex {
+
+// The one-at-a-time design of the elementary effects method (M. D. Morris, Technometrics 33, 1991). A trajectory has a
+// run more than there are stochastic factors; each of its steps changes one factor by half the grid of levels.
+class MorrisSampler : public Sampler {
+ public:
+  MorrisSampler();
+  std::unique_ptr<Sampler> clone() const override;
+
+  std::uint32_t levels() const { return levels_; }              // of the grid
+  std::uint32_t trajectories() const { return trajectories_; }  // of the whole design
+  bool setLevels(std::uint32_t count);
+  bool setTrajectories(std::uint32_t count);
+  // Runs of a design of that many trajectories over `stochasticCount` factors: what numSamples must be.
+  static std::int64_t runCount(std::int64_t trajectories, std::int64_t stochasticCount);
+
+  // Per run, the stochastic factor (counted in list order, from 0) in which it differs from the run before it; -1 at
+  // the first run of a trajectory. Empty before a generation.
+  const std::vector<std::int32_t>& changedFactor() const { return changedFactor_; }
+
+  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
+  void reset() override;
+
+  void writeSection(TextWriter& out) const override;
+  void readSection(TextReader& in) override;
+
+ private:
+  bool checkSettings();
+  void buildTrajectory();
+  void chooseDirections();
+  void addBasePoint();
+  void shuffleColumns();
+  void recordChanges();
+  std::int32_t drawColumn();
+  double levelMidpoint(double level) const;
+  double& cell(std::int32_t run, std::int32_t column);
+  bool readItems(TextReader& in);
+
+  std::uint32_t levels_ = 0;
+  std::uint32_t trajectories_ = 0;
+  std::int32_t numStochastic_ = 0;
+  std::vector<double> trajectory_;  // numStochastic_ + 1 runs by numStochastic_ columns, under construction
+  std::vector<std::int32_t> changedFactor_;
+};
+
+}  // namespace tarvex
