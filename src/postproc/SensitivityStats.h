@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "postproc/OutputTable.h"
@@ -19,8 +20,8 @@ enum class FactorKind : std::int32_t { Constant = 0, Relation = 1, Correlated = 
 struct IndexRecord {
   std::string name;
   FactorKind kind = FactorKind::Uncertain;
-  std::vector<double> values;            // variable after variable, in each the class's slots
-  std::vector<std::string> groupNames;   // the factors of a term; Sobol only
+  std::vector<double> values;           // variable after variable, in each the class's slots
+  std::vector<std::string> groupNames;  // the factors of a term; Sobol only
 };
 
 // The result of a sensitivity analysis; its class follows the sampling method.
@@ -34,11 +35,16 @@ class SensitivityStats {
   // Computes all measures of `outputs` (a column a variable) on the sample and the design of `prep`. False on failure,
   // with the reason in errorText; `computed` is then false.
   virtual bool compute(const PrepConfiguration& prep, const OutputTable& outputs) = 0;
+  // Drops the measures. The numbers of factors and variables stay, as what the block's header says of the run.
   virtual void clear();
 
-  // The statistics block, typeId's line apart.
-  virtual void write(TextWriter& out) const = 0;
-  virtual void read(TextReader& in) = 0;
+  // One double per record: the value of `slot` for a variable, 0.0 for a record that has no such slot. False, with
+  // `values` as it was, when nothing is computed or the variable or the slot is out of range.
+  bool slotValues(std::int32_t variable, std::int32_t slot, std::vector<double>& values) const;
+
+  // The statistics block, typeId's line apart. read() works on a fresh object; a failed reader leaves it cleared.
+  void write(TextWriter& out) const;
+  void read(TextReader& in);
 
   TypeId typeId() const { return typeId_; }
   std::int32_t variableCount = 0;
@@ -47,13 +53,35 @@ class SensitivityStats {
   bool computed = false;
   std::string errorText = "No errors";
 
+  // Doubles per variable in `values` of a record.
+  virtual std::int32_t slotsOf(const IndexRecord& record) const = 0;
+
  protected:
   explicit SensitivityStats(TypeId id) : typeId_(id) {}
   SensitivityStats(const SensitivityStats&) = default;
 
+  // A fresh record per factor of the list, in list order, all its values 0.0.
+  void makeFactorRecords(const PrepConfiguration& prep);
+  bool fail(std::string_view reason);  // sets errorText and returns false
+
+  // What distinguishes the classes' blocks: the numbers of the header, how many records follow, whether a record lists
+  // its group, and what stands behind the records.
+  virtual void writeHeader(TextWriter& out) const;
+  virtual void readHeader(TextReader& in);
+  virtual std::int32_t recordsInFile() const { return factorCount; }
+  virtual bool hasGroupNames() const { return false; }
+  virtual std::string_view kindSeparator() const;
+  virtual void writeTail(TextWriter&) const {}
+  virtual void readTail(TextReader&) {}
+
  private:
+  void readRecord(TextReader& in);
+
   TypeId typeId_;
 };
+
+// Between the numbers of a block, and behind the last of a line.
+inline constexpr std::string_view kValueSeparator = "\t \t";
 
 // The class for a sampling method (0 to 7), or for a number of a file; null for any other number.
 std::unique_ptr<SensitivityStats> makeSensitivityForMethod(std::int32_t methodId);

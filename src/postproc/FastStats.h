@@ -1,0 +1,25 @@
+#pragma once
+
+#include "postproc/SensitivityStats.h"
+
+namespace tarvex {
+
+// Fourier amplitude sensitivity: slot 0 the first order index, slot 1 the total one (0.0 in the classic form).
+class FastStats : public SensitivityStats {
+ public:
+  static constexpr std::int32_t kSlots = 2;  // per variable
+
+  FastStats() : SensitivityStats(kFast) {}
+  std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<FastStats>(*this); }
+  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
+  std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
+
+  std::int32_t recordCount = 0;  // factors, or groups and the factors in none
+
+ protected:
+  void writeHeader(TextWriter& out) const override;
+  void readHeader(TextReader& in) override;
+  std::int32_t recordsInFile() const override { return recordCount; }
+};
+
+}  // namespace tarvex

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "postproc/SensitivityStats.h"
+
+namespace tarvex {
+
+// Share of the variance explained by each factor, from the means over runs that share one of its levels.
+class ImportanceStats : public SensitivityStats {
+ public:
+  static constexpr std::int32_t kSlots = 1;  // per variable
+
+  ImportanceStats() : SensitivityStats(kImportance) {}
+  std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<ImportanceStats>(*this); }
+  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
+  std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
+};
+
+}  // namespace tarvex

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "postproc/SensitivityStats.h"
+
+namespace tarvex {
+
+// Elementary effects along trajectories: slot 0 the mean of the absolute effects, slot 1 their spread.
+class MorrisStats : public SensitivityStats {
+ public:
+  static constexpr std::int32_t kSlots = 2;  // per variable
+
+  MorrisStats() : SensitivityStats(kMorris) {}
+  std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<MorrisStats>(*this); }
+  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
+  std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
+};
+
+}  // namespace tarvex

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "postproc/SensitivityStats.h"
+
+namespace tarvex {
+
+// Variance shares from the block design. First and total order: slots 0 and 1 of each factor. Up to an order: a term of
+// one factor has index, total and closed index; a term of more has index and closed index.
+class SobolStats : public SensitivityStats {
+ public:
+  enum SlotMode : std::int32_t { kFirstAndTotal = 1, kByTerm = 3 };
+
+  SobolStats() : SensitivityStats(kSobol) {}
+  std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<SobolStats>(*this); }
+  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
+  std::int32_t slotsOf(const IndexRecord& record) const override {
+    return record.groupNames.size() == 1 && slotMode != kFirstAndTotal ? 3 : 2;
+  }
+
+  std::int32_t maxOrder = 0;   // 0 in the first-and-total form
+  std::int32_t termCount = 0;  // records
+  std::int32_t slotMode = 0;
+  std::int32_t extra = 0;  // uncertain factors
+
+ protected:
+  void writeHeader(TextWriter& out) const override;
+  void readHeader(TextReader& in) override;
+  std::int32_t recordsInFile() const override { return termCount; }
+  bool hasGroupNames() const override { return true; }
+};
+
+}  // namespace tarvex
