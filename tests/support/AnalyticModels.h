@@ -19,11 +19,11 @@ struct AnalyticModel {
   int inputs = 0;
   double lower = 0.0;  // range of every input
   double upper = 1.0;
-  std::function<double(const double* x)> evaluate;
+  std::function<double(const double* x)> evaluate = nullptr;
   double mean = 0.0;
   // The part of the variance due to the interaction of exactly these inputs (I. M. Sobol', MMCE 1, 1993).
-  std::function<double(Mask)> partialVariance;
-  std::string equation;  // over x1, x2, ..., as an internal model has it
+  std::function<double(Mask)> partialVariance = nullptr;
+  std::string equation = {};  // over x1, x2, ..., as an internal model has it
 
   double variance() const {
     double sum = 0.0;
