@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace tarvex {
 
-// Longest text that appendNumber makes at a precision of up to 17.
+// Longest text that writeNumber makes at a precision of up to 17.
 inline constexpr int kMaxNumberText = 32;
 
 // `value` as "%.<precision>g" prints it in the C locale, but "nan" without a sign; "inf" and "-inf".
@@ -19,8 +20,9 @@ double sixDigits(double value);
 
 // The number that stands at the start of `text`: optional sign, decimal digits with point and exponent, or "inf",
 // "nan" (with either sign, any letter case, "infinity" too). Returns the bytes taken, 0 when there is no number or its
-// size is beyond a double's range; `value` is set only on success.
+// size is beyond the type's range; `value` is set only on success. A number too small for the type is 0 or a denormal.
 std::size_t parseNumber(std::string_view text, double& value);
+std::size_t parseNumber(std::string_view text, float& value);
 
 // True when the whole of `text`, blanks around it apart, is one number.
 bool isNumber(std::string_view text, double& value);
