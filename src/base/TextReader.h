@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -41,9 +41,10 @@ class TextReader {
   // Finishes the current line, whatever its length. At the end of the text it does nothing.
   void skipLine();
   // Takes up to `maxChars` characters of the current line; takes the line's end too when it is reached within them,
-  // else leaves the rest of the line to be read. `line` may be null.
+  // else leaves the rest of the line to be read. The end itself doesn't count. With `line` null the characters are
+  // dropped, and the end of the text is no failure.
   void readLinePart(std::string* line, std::size_t maxChars);
-  // Takes characters up to and including `stop`, over line ends. Fails when none comes within `maxChars` characters.
+  // Takes characters up to and including `stop`, over line ends. Fails when more than `maxChars` come before it.
   bool skipPast(char stop, std::size_t maxChars);
 
   // The current line without its end, not taken; at most `maxChars` characters of it are shown. Valid until the next
@@ -58,9 +59,23 @@ class TextReader {
   bool checkCount(std::int64_t count, std::uint64_t bytesEach);
 
  private:
-  TextReader();
+  struct Line {
+    std::size_t length;  // bytes before the LF, as far as they were looked at
+    bool ended;          // an LF stands behind them
+  };
+
+  TextReader() = default;
+  void open(const std::string& path);
+  void readWhole(std::size_t limit);
+  void closeFile();
+  std::size_t available() const { return buffer_.size() - position_; }
   bool fill(std::size_t wanted);  // makes `wanted` bytes available from position_ if the source has them
+  bool appendBlock(std::size_t size);
   void skipSpace();
+  Line findLineEnd(std::size_t limit);
+  std::string_view lineText(const Line& line) const;
+  template <class Number, class Parse>
+  TextReader& readNumber(Number& value, Parse parse);
   template <class Integer>
   TextReader& readInteger(Integer& value);
 
