@@ -27,8 +27,7 @@ class TextWriter {
   TextWriter& operator<<(double value);
   TextWriter& operator<<(float value) { return *this << static_cast<double>(value); }
   template <std::integral Integer>
-    requires(!std::same_as<Integer, char> && !std::same_as<Integer, bool>)
-  TextWriter& operator<<(Integer value) {
+  requires(!std::same_as<Integer, char> && !std::same_as<Integer, bool>) TextWriter& operator<<(Integer value) {
     return writeInteger(static_cast<std::int64_t>(value));
   }
 
@@ -38,6 +37,8 @@ class TextWriter {
   [[nodiscard]] bool ok() const { return error_ == 0; }
   // The errno of the first failure; 0 when there was none.
   int error() const { return error_; }
+  // Makes the writer fail with `error`, an errno: for a source of the text that can't deliver it.
+  void setError(int error);
 
   // Flushes to disk and moves the text into the target's place. False on any failure so far or now: the temporary file
   // is then removed and the old file stands. Nothing may be written afterwards. In memory: ok().

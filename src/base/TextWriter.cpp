@@ -1,0 +1,184 @@
+#include "base/TextWriter.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <climits>
+#include <utility>
+
+#include "base/NumberText.h"
+#include "base/SystemCalls.h"
+
+namespace tarvex {
+namespace {
+
+constexpr std::size_t kBlock = 256 * 1024;  // written at once
+constexpr mode_t kNewFileMode = 0666;       // before the user's mask
+constexpr mode_t kModeBits = 07777;
+constexpr int kMostLinks = 40;  // followed, as the kernel does
+constexpr int kMostNames = 1000;
+
+struct Target {
+  std::string path;  // where the file itself stands, links followed
+  bool exists = false;
+  bool inPlace = false;  // no regular file, or an open descriptor: can't be replaced
+  mode_t mode = kNewFileMode;
+  int error = 0;
+};
+
+std::string directoryOf(const std::string& path) {
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+std::string absolutePath(const std::string& path) {
+  char current[PATH_MAX];
+  if (path.starts_with('/') || ::getcwd(current, sizeof current) == nullptr) return path;
+  return std::string(current) + '/' + path;
+}
+
+// The current directory may change before the commit, and a link must go on pointing to the file: so the target is
+// settled at the start.
+Target findTarget(const std::string& path) {
+  Target target;
+  target.path = absolutePath(path);
+  if (path.empty()) target.error = ENOENT;
+  struct stat status {};
+  target.exists = target.error == 0 && ::stat(target.path.c_str(), &status) == 0;
+  if (target.exists) {
+    target.mode = status.st_mode & kModeBits;
+    target.inPlace = !S_ISREG(status.st_mode);
+    if (S_ISDIR(status.st_mode)) target.error = EISDIR;
+  }
+  if (target.inPlace || target.error != 0) return target;
+  char link[PATH_MAX];
+  for (int i = 0; i < kMostLinks; ++i) {
+    const ssize_t size = ::readlink(target.path.c_str(), link, sizeof link);
+    if (size < 0) return target;
+    std::string to(link, static_cast<std::size_t>(size));
+    if (target.path.starts_with("/proc/")) {  // /dev/stdout that goes to a file: others write there as well
+      target.inPlace = true;
+      return target;
+    }
+    target.path = to.starts_with('/') ? std::move(to) : directoryOf(target.path) + to;
+  }
+  target.error = ELOOP;
+  return target;
+}
+
+std::string temporaryName(const std::string& target, int number) {
+  return directoryOf(target) + ".tarvex-" + std::to_string(::getpid()) + '-' + std::to_string(number) + ".tmp";
+}
+
+}  // namespace
+
+TextWriter::TextWriter() = default;
+
+TextWriter::TextWriter(const std::string& path) {
+  const Target target = findTarget(path);
+  target_ = target.path;
+  error_ = target.error;
+  if (error_ == 0 && target.exists && ::access(target_.c_str(), W_OK) != 0) error_ = errno;
+  if (error_ != 0) return;
+  SystemCalls& calls = SystemCalls::current();
+  if (target.inPlace) {
+    fd_ = calls.open(target_.c_str(), O_WRONLY | O_APPEND, 0);
+  } else {
+    static int lastNumber = 0;
+    for (int i = 0; i < kMostNames && fd_ < 0; ++i) {
+      temporary_ = temporaryName(target_, ++lastNumber);
+      fd_ = calls.open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL, target.mode);
+      if (fd_ < 0 && errno != EEXIST) break;
+    }
+    // The user's mask may have narrowed the mode. Where a file system keeps no modes the narrower one stands.
+    if (fd_ >= 0 && target.exists) static_cast<void>(::fchmod(fd_, target.mode) == 0);
+  }
+  if (fd_ >= 0) return;
+  error_ = errno;
+  temporary_.clear();
+}
+
+TextWriter::~TextWriter() {
+  discard();
+}
+
+TextWriter& TextWriter::operator<<(std::string_view text) {
+  if (error_ != 0) return *this;
+  buffer_.append(text);
+  if (buffer_.size() >= kBlock && !target_.empty()) flush();
+  return *this;
+}
+
+TextWriter& TextWriter::operator<<(char c) {
+  return *this << std::string_view(&c, 1);
+}
+
+TextWriter& TextWriter::operator<<(double value) {
+  char text[kMaxNumberText];
+  const char* const end = writeNumber(text, value, precision_);
+  return *this << std::string_view(text, static_cast<std::size_t>(end - text));
+}
+
+TextWriter& TextWriter::writeInteger(std::int64_t value) {
+  char text[kMaxNumberText];
+  const char* const end = std::to_chars(text, text + kMaxNumberText, value).ptr;
+  return *this << std::string_view(text, static_cast<std::size_t>(end - text));
+}
+
+int TextWriter::setPrecision(int digits) {
+  return std::exchange(precision_, digits);
+}
+
+void TextWriter::setError(int error) {
+  if (error_ == 0) error_ = error;
+}
+
+void TextWriter::flush() {
+  const char* data = buffer_.data();
+  std::size_t left = buffer_.size();
+  while (left > 0 && error_ == 0) {
+    const ssize_t written = SystemCalls::current().write(fd_, data, left);
+    if (written > 0) {
+      data += written;
+      left -= static_cast<std::size_t>(written);
+    } else if (written == 0 || errno != EINTR) {
+      setError(written == 0 ? EIO : errno);
+    }
+  }
+  buffer_.clear();
+}
+
+bool TextWriter::commit() {
+  if (target_.empty()) return ok();
+  SystemCalls& calls = SystemCalls::current();
+  if (ok()) flush();
+  if (ok() && !temporary_.empty() && calls.fsync(fd_) != 0) setError(errno);
+  if (fd_ >= 0 && calls.close(std::exchange(fd_, -1)) != 0 && errno != EINTR) setError(errno);
+  if (ok() && !temporary_.empty()) {
+    if (calls.rename(temporary_.c_str(), target_.c_str()) == 0)
+      temporary_.clear();
+    else
+      setError(errno);
+  }
+  discard();
+  return ok();
+}
+
+void TextWriter::discard() {
+  SystemCalls& calls = SystemCalls::current();
+  if (fd_ >= 0) calls.close(std::exchange(fd_, -1));
+  if (!temporary_.empty()) calls.unlink(temporary_.c_str());
+  temporary_.clear();
+}
+
+bool canWriteFile(const std::string& path) {
+  const Target target = findTarget(path);
+  if (target.error != 0) return false;
+  if (target.exists && ::access(target.path.c_str(), W_OK) != 0) return false;
+  return target.inPlace || ::access(directoryOf(target.path).c_str(), W_OK | X_OK) == 0;
+}
+
+}  // namespace tarvex
