@@ -22,7 +22,7 @@ class WorkingFile {
   // false with its errno in error().
   [[nodiscard]] bool read(std::uint64_t offset, void* data, std::size_t size) const;
   [[nodiscard]] bool write(std::uint64_t offset, const void* data, std::size_t size);
-  // Drops the content.
+  // Drops the content and the file.
   void clear();
   int error() const { return error_; }
 
