@@ -1,0 +1,52 @@
+#include "base/RememberedDirectories.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstddef>
+
+#include "base/Paths.h"
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+
+namespace tarvex {
+namespace {
+
+constexpr std::size_t kMaxDirectory = 1023;  // characters of a line of config.dat
+
+std::array<std::string, RememberedDirectories::kCount> directories;
+
+std::string configPath(const std::string& mainDirectory) {
+  return mainDirectory + "/config.dat";
+}
+
+}  // namespace
+
+bool RememberedDirectories::set(Kind kind, const std::string& directory) {
+  if (!directory.empty() && ::chdir(existingPath(directory).c_str()) != 0) return false;
+  directories[kind] = directory;
+  return true;
+}
+
+const std::string& RememberedDirectories::get(Kind kind) {
+  return directories[kind];
+}
+
+void RememberedDirectories::forget() {
+  directories.fill({});
+}
+
+void RememberedDirectories::readConfig(const std::string& mainDirectory) {
+  TextReader in = TextReader::fromFile(configPath(mainDirectory));
+  std::string line;
+  for (int kind = 0; kind < kCount && in.readLine(line, kMaxDirectory); ++kind) set(static_cast<Kind>(kind), line);
+}
+
+void RememberedDirectories::writeConfig(const std::string& mainDirectory) {
+  TextWriter out(configPath(mainDirectory));
+  for (const std::string& directory : directories) out << directory << '\n';
+  out << '\n';
+  static_cast<void>(out.commit());
+}
+
+}  // namespace tarvex
