@@ -20,6 +20,8 @@ struct HistogramEntry {
 };
 using Histogram = std::array<HistogramEntry, kHistogramEntries>;
 
+enum HistogramScale : int { kLinearScale = 0, kLogScale = 1 };
+
 // Descriptive statistics of the analysed variables.
 class UaStats {
  public:
@@ -28,34 +30,45 @@ class UaStats {
   double tchebyConfidence = 0.75;
   double kolmogorovConfidence = 0.9;
 
-  void compute(const std::vector<std::string>& names, const OutputTable& table);
+  // A variable per column of the table, named by `names`. False when the table can't be read: nothing is then left.
+  bool compute(const std::vector<std::string>& names, const OutputTable& table);
   void clear();  // no variables; the levels stay
 
   std::int32_t variableCount() const { return static_cast<std::int32_t>(names_.size()); }
   std::int32_t sampleSize() const { return sampleSize_; }
-  double minimum(std::int32_t variable) const;
-  double maximum(std::int32_t variable) const;
-  double mean(std::int32_t variable) const;
-  double std(std::int32_t variable) const;
-  double skewness(std::int32_t variable) const;
-  double kurtosis(std::int32_t variable) const;
+  double minimum(std::int32_t variable) const { return valueOf(minima_, variable); }
+  double maximum(std::int32_t variable) const { return valueOf(maxima_, variable); }
+  double mean(std::int32_t variable) const { return valueOf(means_, variable); }
+  double std(std::int32_t variable) const { return valueOf(stds_, variable); }
+  double skewness(std::int32_t variable) const { return valueOf(skewness_, variable); }
+  double kurtosis(std::int32_t variable) const { return valueOf(kurtosis_, variable); }
   // Null out of range.
   const Histogram* linearHistogram(std::int32_t variable) const;
   const Histogram* logHistogram(std::int32_t variable) const;
   const std::string* name(std::int32_t variable) const;
 
+  // A level between 0 and 1, both excluded; any other is refused.
   bool setTchebyConfidence(double level);
   bool setKolmogorovConfidence(double level);
-  // Half-widths of the bounds on the mean (Chebyshev's inequality, Student's t).
+  // Half-widths of the bounds on the mean (Chebyshev's inequality, Student's t). Both read tchebyConfidence. The second
+  // is -1.0 when the t table has no such level.
   double tchebyBound(std::int32_t variable) const;
   double tTestBound(std::int32_t variable) const;
-  // Share of the runs between a and b, on the linear (0) or logarithmic (1) table.
+  // Share of the runs between a and b, in the units of the scale (logarithms on the logarithmic one). May exceed 1 a
+  // little, or by a bin, where the interval ends in the first or last bin.
   double intervalProbability(double a, double b, std::int32_t variable, int scale) const;
 
+  // The uncertainty block. read() works on a fresh object; a failed reader leaves it without variables.
   void write(TextWriter& out) const;
   void read(TextReader& in);
 
  private:
+  double valueOf(const std::vector<double>& values, std::int32_t variable) const;
+  bool knows(std::int32_t variable) const { return variable >= 0 && variable < variableCount(); }
+  std::int32_t countedRuns(std::int32_t variable) const;
+  void computeVariable(std::size_t variable, const std::vector<double>& column);
+  void readBlock(TextReader& in, std::int32_t count);
+
   std::int32_t sampleSize_ = 0;
   std::vector<std::string> names_;
   std::vector<double> minima_, maxima_, means_, stds_, skewness_, kurtosis_;

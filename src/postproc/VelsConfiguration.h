@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "postproc/OutputTable.h"
 #include "postproc/SensitivityStats.h"
 #include "postproc/UaStats.h"
 
@@ -23,6 +24,7 @@ class VelsConfiguration {
   VelsConfiguration& operator=(const VelsConfiguration& other);
   VelsConfiguration(VelsConfiguration&&) = default;
   VelsConfiguration& operator=(VelsConfiguration&&) = default;
+  ~VelsConfiguration() = default;
 
   // Clears everything, then takes the outputs with weight 1.
   void setOutputs(const std::vector<std::string>& names);
@@ -30,8 +32,8 @@ class VelsConfiguration {
   bool removeVariable(std::int32_t index);
   void clearVariables();
   bool setWeight(std::int32_t index, float value);  // false: negative, or no such output
-  void prepareSensitivity(std::int32_t methodId);
-  void adoptSensitivity(const SensitivityStats& other);
+  void prepareSensitivity(std::int32_t methodId);   // a fresh object of the method's class; none for an unknown method
+  void adoptSensitivity(const SensitivityStats& other);  // a deep copy
 
   const std::vector<VelsOutputRecord>& outputs() const { return outputs_; }
   const std::vector<std::string>& selectedVariables() const { return selectedVariables_; }
@@ -39,7 +41,8 @@ class VelsConfiguration {
   std::unique_ptr<SensitivityStats> sensitivity;
   UaStats uncertainty;
 
-  // The Vels record. load() works on this object: read into a temporary.
+  // The Vels record. load() works on this object: read into a temporary. When all is read it enters the record's
+  // directory and remembers it.
   void save(TextWriter& out) const;
   [[nodiscard]] bool load(TextReader& in);
 
