@@ -16,10 +16,11 @@ class Evaluator {
   };
   static constexpr std::size_t kMaxSymbols = 499;
 
-  // Parses and computes the whole text. False on failure: what was assigned before it stays in the table and
-  // evalErrorText says why. Requires: no other use of the table between the binding of values and this call.
+  // Parses and computes the whole text, which ends at a NUL if it holds one. False on failure: what was assigned before
+  // it stays in the table and evalErrorText says why. Requires: no other use of the table between the binding of values
+  // and this call.
   bool evaluate(std::string_view text);
-  void clearSymbols();
+  void clearSymbols() { symbolTable_.clear(); }
 
   // Sorted by name in byte order.
   const std::vector<Symbol>& symbolTable() const { return symbolTable_; }
@@ -28,12 +29,17 @@ class Evaluator {
   // Binds a value before a text is evaluated, as an assignment in front of it would. False when the table is full.
   bool bind(std::string_view name, double value);
 
+  // Of the last call; empty and 0 after a success. Lines and columns count from 1, tabs stand at every eighth column.
   const std::string& evalErrorText() const { return evalErrorText_; }
   int evalErrorLine() const { return evalErrorLine_; }
   int evalErrorColumn() const { return evalErrorColumn_; }
 
  private:
   friend class EvaluatorParser;
+
+  // The value of `name`, inserted as 0.0 when it is new; null when the table is full. Valid until the next insertion.
+  double* lookup(std::string_view name);
+
   std::vector<Symbol> symbolTable_;
   std::string evalErrorText_;
   int evalErrorLine_ = 0;
