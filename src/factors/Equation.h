@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "factors/Evaluator.h"
+#include "factors/ValueBindings.h"
+
+namespace tarvex {
+
+// The value of one text of the calculator language over named values: made once, evaluated for many rows. All that
+// computes rows goes through here.
+class Equation {
+ public:
+  Equation() = default;
+  // `names` may be bound; those that `text` doesn't use cost nothing.
+  Equation(std::string_view text, const std::vector<std::string>& names);
+
+  // `values` holds one per name, in the same order and already as they enter an equation (see enteringValue). On false
+  // `value` is left alone.
+  bool evaluate(const double* values, double& value);
+
+ private:
+  std::string program_;
+  ValueBindings bindings_;
+  Evaluator evaluator_;
+};
+
+// How a text fares when every bound name has a throw-away value.
+enum class Trial { kGood, kFailed, kUnknownName };
+
+// Evaluates `text` once with a trialRandom() for each of `bound`, drawn in their order. Every name that the text uses
+// must then be one of `bound` or of `known`.
+Trial tryExpression(std::string_view text, const std::vector<std::string>& bound,
+                    const std::vector<std::string>& known = {});
+
+}  // namespace tarvex
