@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "factors/Equation.h"
 #include "factors/Factor.h"
 
 namespace tarvex {
@@ -36,8 +38,17 @@ class Relation : public Factor {
   void readParameters(TextReader& in) override;
 
  private:
+  void prepare(const std::vector<std::string>& names) const;
+
   std::string expression_;
   std::vector<std::string> factorNames_;
+
+  // What evaluate() found out about the last list of names, kept from run to run.
+  mutable bool prepared_ = false;
+  mutable std::vector<std::string> preparedNames_;
+  mutable std::vector<std::size_t> positions_;  // of the values that enter the equation
+  mutable std::vector<double> entering_;
+  mutable Equation equation_;
 };
 
 }  // namespace tarvex
