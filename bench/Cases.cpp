@@ -1,0 +1,76 @@
+#include "Cases.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "base/TextReader.h"
+#include "base/uniformRandom.h"
+
+namespace tarvex::bench {
+namespace {
+
+// A benchmark of something that failed would be a number without a meaning.
+void require(bool good, const char* what) {
+  if (good) return;
+  std::fprintf(stderr, "%s\n", what);
+  std::abort();
+}
+
+}  // namespace
+
+FactorList mixedFactors(std::int32_t count) {
+  struct Kind {
+    const char* type;
+    const char* parameters;
+  };
+  static const Kind kKinds[] = {{"Normal", "1\t1\t0.2\t0.001\t0.999\n"},
+                                {"Uniform", "1\t1\n-3.14159\t3.14159\t1\n"},
+                                {"LogNormal", "1\t0\t0.5\t0.001\t0.999\n"},
+                                {"Triangular", "1\t0\t1\t3\n"},
+                                {"Weibull", "1\t2\t1\t0\t0.999\n"}};
+  std::string text = "Default Truncations:\n0.001\t0.999\n\n" + std::to_string(count) + " Distributions:\n";
+  for (std::int32_t i = 0; i < count; ++i) {
+    const Kind& kind = kKinds[static_cast<std::size_t>(i) % std::size(kKinds)];
+    text += std::string(kind.type) + "\nx" + std::to_string(i + 1) + "\n\n" + kind.parameters + "\n";
+  }
+  text += "Correlation information\n";
+  for (std::int32_t i = 0; i < count; ++i) text += "0 -1 0 \n";
+  text += "Correlation Matrix:\n";
+  for (std::int32_t i = 0; i < count; ++i) {
+    for (std::int32_t j = 0; j < count; ++j) text += i == j ? "1\t" : "0\t";
+    text += "\n";
+  }
+  text += "Stein Information:\n\n0\n0\n0\n2\n";
+
+  FactorList list;
+  TextReader in = TextReader::fromText(std::move(text));
+  require(list.read(in) && list.factorCount() == count, "the factors of the benchmark can't be read");
+  return list;
+}
+
+PrepConfiguration preparedConfiguration(std::int32_t methodId, std::int32_t factors, std::int32_t runs) {
+  PrepConfiguration prep;
+  prep.factors = mixedFactors(factors);
+  prep.sampler = makeSampler(methodId);
+  require(prep.sampler != nullptr, "there is no such method");
+  prep.sampler->setNumFactors(factors);
+  prep.sampler->setSamples(runs);
+  require(prep.prepareGeneration(), "the generation can't be prepared");
+  return prep;
+}
+
+sampValues filledStore(std::int32_t rows, std::int32_t columns) {
+  sampValues store;
+  require(store.allocate(columns), "the store refuses its width");
+  std::vector<double> row(static_cast<std::size_t>(columns));
+  std::int32_t state = 4711;
+  for (std::int32_t i = 0; i < rows; ++i) {
+    for (double& value : row) value = uniformRandom(state);
+    require(store.addRow(row.data()) == i + 1, "the store can't be filled");
+  }
+  return store;
+}
+
+}  // namespace tarvex::bench
