@@ -66,14 +66,52 @@ class sampValues {
   void read(TextReader& in);
 
  private:
-  // (window members and movements)
   bool setError(const char* text) const;
+  bool setReadError() const { return setError("Cannot read the working file."); }
+  bool setWriteError() const { return setError("Cannot write the working file."); }
+  bool isCell(std::int32_t row, std::int32_t column) const;
+
+  // Bytes in the column file before row `rowInBlock` of a column's part of a block.
+  std::uint64_t columnOffset(std::int64_t block, std::int64_t column, std::int64_t rowInBlock) const;
+  std::size_t rowBytes() const;
+  bool fitsWindow() const { return rows_ <= blockRows_; }
+  double* windowRow(std::int64_t row) const;
+
+  bool ensureMode(bool columnMode) const;
+  bool ensureRow(std::int64_t row) const;
+  bool ensureColumn(std::int32_t column) const;
+  bool flush() const;
+  bool flushRows() const;
+  bool flushBlockColumn(std::int32_t column, const std::vector<double>& gathered) const;
+  bool flushColumn() const;
+  bool loadRows(std::int64_t firstRow) const;
+  bool loadColumn(std::int32_t column) const;
+  template <class Transfer>
+  bool forColumnParts(std::int32_t column, Transfer transfer) const;
+  bool resizeValues(std::vector<double>& values, std::int64_t size) const;
+
+  bool readByRow(TextReader& in, std::int32_t rows);
+  bool readByFactor(TextReader& in, std::int32_t rows);
+  bool readColumnsToFile(TextReader& in, std::int32_t rows);
+  bool rowsFromColumns() const;
+  int systemError() const;
+
+  mutable WorkingFile rowFile_;
+  mutable WorkingFile columnFile_;
+  // In row mode rows firstRow_ to lastRow_, grown as rows come while the table is its first window; in column mode one
+  // column.
+  mutable std::vector<double> cache_;
+  mutable std::int64_t firstRow_ = 0;
+  mutable std::int64_t lastRow_ = -1;  // may lie beyond rows_
+  mutable bool loaded_ = false;        // cache_ holds what the window says
+  mutable bool dirty_ = false;         // cache_ differs from the files
+  mutable bool columnMode_ = false;
+  mutable std::int32_t cachedColumn_ = -1;
 
   std::int32_t rows_ = 0;
   std::int32_t columns_ = 0;
   std::int32_t blockRows_ = 0;
   std::int32_t order_ = 0;
-  mutable bool columnMode_ = false;
   mutable std::string errorText_ = "No errors";
 };
 

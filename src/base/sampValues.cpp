@@ -1,0 +1,199 @@
+#include "base/sampValues.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace tarvex {
+namespace {
+
+constexpr const char* kWrongElement = "Wrong element position.";
+constexpr const char* kWrongLine = "Wrong line position.";
+
+}  // namespace
+
+sampValues::sampValues() = default;
+sampValues::~sampValues() = default;
+
+sampValues::sampValues(const sampValues& other) {
+  static_cast<void>(assign(other));
+}
+
+sampValues& sampValues::operator=(const sampValues& other) {
+  static_cast<void>(assign(other));
+  return *this;
+}
+
+sampValues::sampValues(sampValues&& other) noexcept {
+  *this = std::move(other);
+}
+
+sampValues& sampValues::operator=(sampValues&& other) noexcept {
+  if (this == &other) return *this;
+  rowFile_ = std::move(other.rowFile_);
+  columnFile_ = std::move(other.columnFile_);
+  cache_ = std::exchange(other.cache_, {});
+  firstRow_ = std::exchange(other.firstRow_, 0);
+  lastRow_ = std::exchange(other.lastRow_, -1);
+  loaded_ = std::exchange(other.loaded_, false);
+  dirty_ = std::exchange(other.dirty_, false);
+  columnMode_ = std::exchange(other.columnMode_, false);
+  cachedColumn_ = std::exchange(other.cachedColumn_, -1);
+  rows_ = std::exchange(other.rows_, 0);
+  columns_ = std::exchange(other.columns_, 0);
+  blockRows_ = std::exchange(other.blockRows_, 0);
+  order_ = other.order_;
+  errorText_.swap(other.errorText_);
+  return *this;
+}
+
+bool sampValues::setError(const char* text) const {
+  errorText_ = text;
+  return false;
+}
+
+bool sampValues::allocate(std::int32_t columns) {
+  if (columns_ != 0) return setError("Column number already set. Can't allocate a new sampValues.");
+  if (columns < 1) return setError("Invalid number of factors");
+  clear();
+  columns_ = columns;
+  blockRows_ = cacheLimit / columns + 1;
+  lastRow_ = blockRows_ - 1;
+  loaded_ = true;  // nothing to load yet
+  return true;
+}
+
+void sampValues::clear() {
+  const std::int32_t order = order_;
+  *this = sampValues();
+  order_ = order;
+}
+
+bool sampValues::assign(const sampValues& other) {
+  if (this == &other) return true;
+  sampValues copy;
+  copy.order_ = other.order_;
+  if (other.columns_ > 0 && !copy.allocate(other.columns_)) return setError(copy.errorText_.c_str());
+  for (std::int32_t row = 0; row < other.rows_; ++row) {
+    if (!other.ensureMode(false) || !other.ensureRow(row)) return setError(other.errorText_.c_str());
+    if (copy.addRow(other.windowRow(row)) == 0) return setError(copy.errorText_.c_str());
+  }
+  *this = std::move(copy);
+  return true;
+}
+
+std::int32_t sampValues::addRow(const double* values) {
+  if (columns_ == 0 || rows_ == std::numeric_limits<std::int32_t>::max()) {
+    setError(kWrongLine);
+    return 0;
+  }
+  if (!ensureMode(false)) return 0;
+  if (rows_ > lastRow_) {
+    if (dirty_ && !flush()) return 0;
+    firstRow_ = rows_;
+    lastRow_ = firstRow_ + blockRows_ - 1;
+    loaded_ = true;
+  } else if (!loaded_ && !loadRows(firstRow_)) {
+    return 0;
+  }
+  const std::int64_t whole = static_cast<std::int64_t>(blockRows_) * columns_;
+  const std::int64_t needed = rows_ < blockRows_ ? (rows_ + 1LL) * columns_ : whole;
+  if (static_cast<std::int64_t>(cache_.size()) < needed && !resizeValues(cache_, std::min(whole, 2 * needed))) return 0;
+  std::copy_n(values, columns_, windowRow(rows_));
+  dirty_ = true;
+  return ++rows_;
+}
+
+bool sampValues::isCell(std::int32_t row, std::int32_t column) const {
+  return row >= 0 && row < rows_ && column >= 0 && column < columns_;
+}
+
+double* sampValues::windowRow(std::int64_t row) const {
+  return cache_.data() + static_cast<std::size_t>(row - firstRow_) * static_cast<std::size_t>(columns_);
+}
+
+bool sampValues::setValue(std::int32_t row, std::int32_t column, double value) {
+  if (!isCell(row, column)) return setError("Wrong element position to modify");
+  if (!ensureMode(false) || !ensureRow(row)) return false;
+  windowRow(row)[column] = value;
+  dirty_ = true;
+  return true;
+}
+
+bool sampValues::getValue(std::int32_t row, std::int32_t column, double& value) const {
+  if (!isCell(row, column)) return setError(kWrongElement);
+  if (!ensureMode(false) || !ensureRow(row)) return false;
+  value = windowRow(row)[column];
+  return true;
+}
+
+bool sampValues::setRow(std::int32_t row, const double* values) {
+  if (!isCell(row, 0)) return setError(kWrongLine);
+  if (!ensureMode(false) || !ensureRow(row)) return false;
+  std::copy_n(values, columns_, windowRow(row));
+  dirty_ = true;
+  return true;
+}
+
+bool sampValues::getRow(std::int32_t row, double* values) const {
+  if (!isCell(row, 0)) return setError(kWrongLine);
+  if (!ensureMode(false) || !ensureRow(row)) return false;
+  std::copy_n(windowRow(row), columns_, values);
+  return true;
+}
+
+double* sampValues::rowPointer(std::int32_t row) {
+  if (!isCell(row, 0)) {
+    setError(kWrongLine);
+    return nullptr;
+  }
+  if (!ensureMode(false)) return nullptr;
+  // Kept: a window that was only looked at is flushed here as well.
+  if ((row < firstRow_ || row > lastRow_) && loaded_ && !flushRows()) return nullptr;
+  if (!ensureRow(row)) return nullptr;
+  dirty_ = true;
+  return windowRow(row);
+}
+
+bool sampValues::setColumnValue(std::int32_t row, std::int32_t column, double value) {
+  if (!isCell(row, column)) return setError(kWrongElement);
+  if (!ensureMode(true) || !ensureColumn(column)) return false;
+  cache_[static_cast<std::size_t>(row)] = value;
+  dirty_ = true;
+  return true;
+}
+
+bool sampValues::getColumnValue(std::int32_t row, std::int32_t column, double& value) const {
+  if (!isCell(row, column)) return setError(kWrongElement);
+  if (!ensureMode(true) || !ensureColumn(column)) return false;
+  value = cache_[static_cast<std::size_t>(row)];
+  return true;
+}
+
+bool sampValues::getColumn(std::int32_t column, std::vector<double>& values) const {
+  if (column < 0 || column >= columns_) return setError(kWrongElement);
+  if (!ensureMode(true) || !ensureColumn(column)) return false;
+  values = cache_;
+  return true;
+}
+
+bool sampValues::setColumn(std::int32_t column, const std::vector<double>& values) {
+  if (column < 0 || column >= columns_ || values.size() != static_cast<std::size_t>(rows_))
+    return setError(kWrongElement);
+  if (!ensureMode(true) || !ensureColumn(column)) return false;
+  std::copy(values.begin(), values.end(), cache_.begin());
+  dirty_ = true;
+  return true;
+}
+
+bool sampValues::setOrder(std::int32_t order) {
+  if (order != 0 && order != 1) return false;
+  order_ = order;
+  return true;
+}
+
+bool sampValues::setColumnMode(bool columnMode) const {
+  return ensureMode(columnMode);
+}
+
+}  // namespace tarvex
