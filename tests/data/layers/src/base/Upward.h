@@ -1,0 +1,6 @@
+#pragma once
+
+#include <string>
+
+#include "base/Good.h"
+#include "factors/Upward.h"

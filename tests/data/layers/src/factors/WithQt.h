@@ -1,0 +1,4 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+#include "base/Good.h"

@@ -1,0 +1,4 @@
+#pragma once
+
+#include "Sampler.h"
+#include "support/Helper.h"

@@ -1,0 +1,5 @@
+#pragma once
+
+#include <QString>
+#include "plots/Good.h"
+#include "app/Sideways.h"

@@ -1,0 +1,3 @@
+#include "support/Helper.h"
+#include "base/Good.h"
+#include "model/Upward.h"
