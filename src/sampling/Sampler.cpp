@@ -1,5 +1,9 @@
 #include "sampling/Sampler.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include "base/TextReader.h"
 #include "base/TextWriter.h"
 
 namespace tarvex {
@@ -22,6 +26,41 @@ void Sampler::reset() {
 void Sampler::write(TextWriter& out) const {
   out << methodId << '\n' << methodName << '\n';
   writeSection(out);
+}
+
+bool Sampler::hasSamples() {
+  if (numSamples > 0 && numFactors > 0) return true;
+  errorText = "  No samples to generate";
+  return false;
+}
+
+void Sampler::nextCell(std::int64_t cells) {
+  if (++sampleIndex < cells) return;
+  sampleIndex = 0;
+  ++factorPosition;
+}
+
+void Sampler::setProgress(double percent, float phaseEnd, bool phaseDone) {
+  if (phaseDone)
+    progress = phaseEnd;
+  else
+    progress = std::min(static_cast<float>(percent), std::nextafter(phaseEnd, 0.0f));
+}
+
+void Sampler::setRunProgress(std::int64_t runs) {
+  constexpr float kComplete = 50.0f;
+  setProgress(static_cast<double>(runs) / numSamples * kComplete, kComplete, runs >= numSamples);
+}
+
+void Sampler::writeCounts(TextWriter& out) const {
+  out << numSamples << '\n' << numFactors << '\n' << seed << '\n';
+}
+
+bool Sampler::readCounts(TextReader& in) {
+  in >> numSamples >> numFactors >> seed;
+  if (numSamples < 0 || numFactors < 0 || seed < 1) in.setFail();
+  in.skipLine();
+  return in.ok();
 }
 
 bool Sampler::setSamples(std::int32_t count) {

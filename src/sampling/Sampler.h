@@ -24,6 +24,11 @@ enum MethodId : std::int32_t {
 };
 inline constexpr std::int32_t kMethodCount = 8;
 
+// The warning of a generation whose rank correlation matrix isn't positive semidefinite: the sample is made without
+// correlation.
+inline constexpr const char* kRefusedMatrix =
+    "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.";
+
 // A sampling method with its settings. It fills the store with numbers in the design space, mostly uniform numbers in
 // (0, 1); the value pass of PrepConfiguration turns them into factor values.
 //
@@ -54,9 +59,9 @@ class Sampler {
   std::int32_t methodId;
   std::string methodName;
   std::string errorText = "No errors";
-  std::int32_t numFactors = 0;   // of the design, constants and relations included
-  std::int32_t numSamples = 0;   // to generate; after generation what the program reports
-  std::int32_t seed = 5648423;   // above 0
+  std::int32_t numFactors = 0;  // of the design, constants and relations included
+  std::int32_t numSamples = 0;  // to generate; after generation what the program reports
+  std::int32_t seed = 5648423;  // above 0
   // A warning for the user that arose in generation and did not end it; empty when there is none.
   std::string warningText;
 
@@ -64,6 +69,20 @@ class Sampler {
   Sampler(std::int32_t id, std::int32_t defaultSamples, std::int32_t defaultSeed);
   Sampler(const Sampler&) = default;
   Sampler& operator=(const Sampler&) = default;
+
+  // False, with the reason in errorText, when there is nothing to generate. Requires: numFactors set.
+  bool hasSamples();
+  // Goes on to the next cell of a walk that visits each factor `cells` times.
+  void nextCell(std::int64_t cells);
+  // Takes `percent` over as `progress`. As long as the phase isn't done it stays below the phase's end, which single
+  // precision would round it to in a table of many millions of cells.
+  void setProgress(double percent, float phaseEnd, bool phaseDone);
+  // Of a design that is made run by run in one phase: `runs` of numSamples are in the store.
+  void setRunProgress(std::int64_t runs);
+
+  // The section of the random methods: numSamples, numFactors, seed. Reading gives false on bad content.
+  void writeCounts(TextWriter& out) const;
+  [[nodiscard]] bool readCounts(TextReader& in);
 
   std::int32_t randomState;  // the word for uniformRandom
   float progress = 0.0f;     // percent reached, 0 to 50

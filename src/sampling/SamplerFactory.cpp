@@ -41,7 +41,9 @@ constexpr std::array<Method, kMethodCount> kMethods{{
 
 constexpr std::size_t kMaxMethodName = 100;
 
-bool isMethod(std::int32_t methodId) { return methodId >= 0 && methodId < kMethodCount; }
+bool isMethod(std::int32_t methodId) {
+  return methodId >= 0 && methodId < kMethodCount;
+}
 
 }  // namespace
 

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "correlation/RankTable.h"
+
+namespace tarvex {
+
+class FactorList;
+
+// Ranks that give the columns of a sample a wanted rank correlation (R.L. Iman and W.J. Conover, A distribution-free
+// approach to inducing rank correlation among input variables, Communications in Statistics B11, 1982): shuffled normal
+// scores, correlated by the Cholesky factor of the wanted matrix.
+class ImanConover : public RankTable {
+ public:
+  static constexpr std::int32_t kSeed = 5648423;
+
+  // From the rank correlation matrix of the list, for `rows` rows.
+  ImanConover(const FactorList& factors, std::int32_t rows, std::int32_t seed = kSeed);
+  // From a matrix by row. Without rows it only tells whether the matrix is acceptable.
+  ImanConover(const std::vector<float>& matrix, std::int32_t count, std::int32_t rows = 0);
+
+  // False for a matrix that isn't positive semidefinite.
+  bool isValid() const override { return !failed_; }
+  std::int32_t rankOf(std::int32_t column, std::int32_t row) const override;
+
+ private:
+  void build();
+  void drawShuffledScores();
+  bool factorise();
+  void correlate();
+  double& target(std::int32_t row, std::int32_t column) { return target_[index(row, column)]; }
+  double& cholesky(std::int32_t row, std::int32_t column) { return cholesky_[index(row, column)]; }
+  std::size_t index(std::int32_t row, std::int32_t column) const;
+
+  std::int32_t factorCount_;
+  std::int32_t rowCount_;
+  std::int32_t seed_;  // the word for uniformRandom
+  bool failed_ = false;
+  std::vector<double> target_;    // factorCount_ squared, by row
+  std::vector<double> cholesky_;  // the same, lower triangle
+  std::vector<double> scores_;    // by rank; only during construction
+  // By column: first the place of each row's score in scores_, then the row's rank. Four bytes a cell, so that a
+  // million rows of ten factors take 40 MB.
+  std::vector<std::vector<std::int32_t>> ranks_;
+};
+
+}  // namespace tarvex

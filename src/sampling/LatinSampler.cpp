@@ -1,0 +1,202 @@
+#include "sampling/LatinSampler.h"
+
+#include <algorithm>
+
+#include "base/uniformRandom.h"
+#include "correlation/ImanConover.h"
+#include "correlation/SteinRanks.h"
+#include "factors/Constant.h"
+#include "factors/FactorList.h"
+
+namespace tarvex {
+
+namespace {
+
+// Percents at which the phases end.
+constexpr float kStratified = 25.0f;
+constexpr float kShuffled = 45.0f;
+constexpr float kDone = 50.0f;
+
+constexpr int kExchangesPerRow = 2;  // random exchanges that shuffle a column, for each row
+
+}  // namespace
+
+double pointOfStratum(std::int32_t stratum, std::int32_t strata, double random) {
+  // Kept: the count as a divisor is in single precision.
+  const double divisor = static_cast<double>(static_cast<float>(strata));
+  return random / divisor + stratum / divisor;
+}
+
+void LatinSampler::reset() {
+  Sampler::reset();
+  phase_ = kStratify;
+  releaseColumns();
+}
+
+void LatinSampler::releaseColumns() {
+  column_.release();
+  parentColumn_.release();
+  ordering_.release();
+}
+
+double LatinSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+  numFactors = factors.factorCount();
+  numStochastic_ = factors.correlatableCount();
+  if (!hasSamples()) return -1.0;
+  const bool ranked = factors.correlationMode == kImanConover || factors.correlationMode == kSteinSample;
+  const double target = std::min(targetPercent, static_cast<double>(kDone));
+  // Kept: a fresh one in each call, so what a tree's children get depends on the steps of the targets.
+  DiagonalBand diagonalBand;
+  while (progress < target) {
+    if (!ranked)
+      independentStep(diagonalBand, store, factors);
+    else if (!rankedStep(store, factors))
+      return -1.0;
+  }
+  if (progress == kDone) releaseColumns();
+  return progress;
+}
+
+// A cell of the walk without rank table: strata in rising order, then exchanges, then children and constants.
+void LatinSampler::independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
+  const double rows = numSamples;
+  switch (phase_) {
+    case kStratify:
+      if (factorPosition < numStochastic_) stratifyCell(store, factors);
+      endStep(kShuffle, kStratified, numStochastic_, visited(rows) / (numStochastic_ * rows) * 25.0);
+      break;
+    case kShuffle:
+      if (factorPosition < numStochastic_) exchangePair(store, factors);
+      endStep(kFinish, kShuffled, numStochastic_, visited(2.0 * rows) / (2.0 * rows * numStochastic_) * 20.0 + 25.0);
+      break;
+    case kFinish:
+      finishCell(diagonalBand, store, factors);
+      endStep(kFinish, kDone, numFactors, visited(rows) / (numFactors * rows) * 5.0 + 45.0);
+      break;
+  }
+}
+
+bool LatinSampler::rankedStep(sampValues& store, const FactorList& factors) {
+  const double rows = numSamples;
+  if (phase_ == kStratify) {
+    stratifyCellToOrder(store, factors);
+    endStep(kFinish, kStratified, numFactors, visited(rows) / (numFactors * rows) * 25.0);
+    return true;
+  }
+  if (!orderCell(store, factors)) return false;
+  endStep(kFinish, kDone, numFactors, (visited(rows) / (numFactors * rows) + 1.0) * 25.0);
+  return true;
+}
+
+// Takes the step's percent over; behind the last factor of a phase the next one begins.
+void LatinSampler::endStep(Phase next, float phaseEnd, std::int32_t phaseFactors, double percent) {
+  const bool phaseDone = factorPosition >= phaseFactors;
+  setProgress(percent, phaseEnd, phaseDone);
+  if (!phaseDone) return;
+  phase_ = next;
+  factorPosition = 0;
+  sampleIndex = 0;
+}
+
+// One point in each stratum, in rising order. A child of the dependence tree isn't stratified.
+void LatinSampler::stratifyCell(sampValues& store, const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  const bool isRoot = factors.parentOf(factor) == -1;
+  if (sampleIndex == 0) column_.start(numSamples);
+  if (isRoot) column_[sampleIndex] = stratumPoint();
+  nextCell(numSamples);
+  if (sampleIndex == 0 && isRoot) column_.finish(store, factor);
+}
+
+// The same over all factors, constants included, for columns that a rank table will put in order.
+void LatinSampler::stratifyCellToOrder(sampValues& store, const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  if (sampleIndex == 0) column_.start(numSamples);
+  if (factors.isConstant(factor) == 1)
+    column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
+  else if (factors.isCorrelatable(factor) == 1)
+    column_[sampleIndex] = stratumPoint();
+  nextCell(numSamples);
+  if (sampleIndex == 0) column_.finish(store, factor);
+}
+
+double LatinSampler::stratumPoint() {
+  return pointOfStratum(sampleIndex, numSamples, uniformRandom(randomState));
+}
+
+// One of the random exchanges that shuffle a root's column.
+void LatinSampler::exchangePair(sampValues& store, const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  const bool isRoot = factors.parentOf(factor) == -1;
+  if (isRoot) {
+    if (sampleIndex == 0) column_.load(store, factor);
+    const std::int32_t a = drawRow();
+    const std::int32_t b = drawRow();
+    std::swap(column_[a], column_[b]);
+  }
+  nextCell(static_cast<std::int64_t>(kExchangesPerRow) * numSamples);
+  if (sampleIndex == 0 && isRoot) column_.finish(store, factor);
+}
+
+std::int32_t LatinSampler::drawRow() {
+  return std::min(static_cast<std::int32_t>(uniformRandom(randomState) * numSamples), numSamples - 1);
+}
+
+// Constants, and the children of the dependence tree, which follow their parents' shuffled columns.
+void LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  const std::int32_t parent = factors.parentOf(factor);
+  const bool isConstant = factors.isConstant(factor) == 1;
+  if (sampleIndex == 0) {
+    column_.start(numSamples);
+    if (parent >= 0) parentColumn_.load(store, parent);
+  }
+  if (parent >= 0) {
+    diagonalBand.setCorrelation(factors.node(factor).correlation);
+    column_[sampleIndex] = diagonalBand.sampleConditional(parentColumn_[sampleIndex]);
+  } else if (isConstant) {
+    column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
+  }
+  nextCell(numSamples);
+  // With no stochastic factor the rows are made here.
+  if (sampleIndex == 0 && (parent >= 0 || isConstant || store.rows() == 0)) column_.finish(store, factor);
+}
+
+// Factors in list order. False when the Stein sample can't serve.
+bool LatinSampler::orderCell(sampValues& store, const FactorList& factors) {
+  if (!ordering_.isStarted() && !startOrdering(factors)) return false;
+  ordering_.placeCell(factorPosition, sampleIndex, store, factors);
+  nextCell(numSamples);
+  return true;
+}
+
+bool LatinSampler::startOrdering(const FactorList& factors) {
+  if (factors.correlationMode == kImanConover) {
+    const auto imanConover = std::make_shared<ImanConover>(factors, numSamples);
+    if (!imanConover->isValid()) warningText = kRefusedMatrix;
+    ordering_.start(imanConover);
+    return true;
+  }
+  const auto steinRanks = std::make_shared<SteinRanks>(factors, numSamples, numSamples, 1);
+  if (!steinRanks->isValid()) {
+    errorText = steinRanks->errorText;
+    return false;
+  }
+  ordering_.start(steinRanks);
+  return true;
+}
+
+void LatinSampler::writeSection(TextWriter& out) const {
+  writeCounts(out);
+}
+
+void LatinSampler::readSection(TextReader& in) {
+  if (readCounts(in)) {
+    reset();
+  } else {
+    *this = LatinSampler();
+    numSamples = 0;
+  }
+}
+
+}  // namespace tarvex

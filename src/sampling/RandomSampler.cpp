@@ -1,0 +1,100 @@
+#include "sampling/RandomSampler.h"
+
+#include <algorithm>
+
+#include "base/uniformRandom.h"
+#include "correlation/ImanConover.h"
+#include "factors/Constant.h"
+#include "factors/FactorList.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr float kDrawn = 25.0f;  // percent at which drawn columns are put in order, where a rank table asks for it
+constexpr float kDone = 50.0f;
+
+}  // namespace
+
+void RandomSampler::reset() {
+  Sampler::reset();
+  diagonalBand_ = {};
+  releaseColumns();
+}
+
+void RandomSampler::releaseColumns() {
+  column_.release();
+  parentColumn_.release();
+  ordering_.release();
+}
+
+double RandomSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+  numFactors = factors.factorCount();
+  if (!hasSamples()) return -1.0;
+  const bool ranked = factors.correlationMode == kImanConover;
+  const float drawingEnd = ranked ? kDrawn : kDone;
+  const double target = std::min(targetPercent, static_cast<double>(kDone));
+  while (progress < target) {
+    if (progress < drawingEnd) {
+      drawCell(store, factors);
+      setProgress(share() * drawingEnd, drawingEnd, factorPosition == numFactors);
+    } else {
+      orderCell(store, factors);
+      setProgress((share() + 1.0) * 25.0, kDone, factorPosition == numFactors);
+    }
+    if (factorPosition == numFactors) factorPosition = 0;
+  }
+  if (progress == kDone) releaseColumns();
+  return progress;
+}
+
+// Of the cells of the table, those that the phase has done.
+double RandomSampler::share() const {
+  const double rows = numSamples;
+  return (factorPosition * rows + sampleIndex) / (rows * numFactors);
+}
+
+// Factors in the order of their dependences: a parent's column stands before its child asks for it.
+void RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  const std::int32_t parent = factors.parentOf(factor);
+  if (sampleIndex == 0) {
+    column_.start(numSamples);
+    if (parent >= 0) {
+      parentColumn_.load(store, parent);
+      diagonalBand_.setCorrelation(factors.node(factor).correlation);
+    }
+  }
+  if (parent >= 0)
+    column_[sampleIndex] = diagonalBand_.sampleConditional(parentColumn_[sampleIndex]);
+  else if (factors.isCorrelatable(factor) == 1)
+    column_[sampleIndex] = uniformRandom(randomState);
+  else if (factors.isConstant(factor) == 1)
+    column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
+  nextCell(numSamples);
+  if (sampleIndex == 0) column_.finish(store, factor);
+}
+
+// Factors in list order.
+void RandomSampler::orderCell(sampValues& store, const FactorList& factors) {
+  if (!ordering_.isStarted()) {
+    const auto imanConover = std::make_shared<ImanConover>(factors, numSamples);
+    if (!imanConover->isValid()) warningText = kRefusedMatrix;
+    ordering_.start(imanConover);
+  }
+  ordering_.placeCell(factorPosition, sampleIndex, store, factors);
+  nextCell(numSamples);
+}
+
+void RandomSampler::writeSection(TextWriter& out) const {
+  writeCounts(out);
+}
+
+void RandomSampler::readSection(TextReader& in) {
+  if (readCounts(in))
+    reset();
+  else
+    *this = RandomSampler();
+}
+
+}  // namespace tarvex

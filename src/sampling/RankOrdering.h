@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+#include "correlation/RankTable.h"
+#include "sampling/DesignColumn.h"
+
+namespace tarvex {
+
+class FactorList;
+
+// Puts the columns of a filled design in the order that a rank table asks for. No column gains or loses a value.
+class RankOrdering {
+ public:
+  void start(std::shared_ptr<const RankTable> ranks) { ranks_ = std::move(ranks); }
+  bool isStarted() const { return ranks_ != nullptr; }
+  // Gives row `row` of a stochastic factor's column its value, and the column to the store with its last row. Rows come
+  // in rising order. A table that isn't valid changes nothing. Requires: isStarted().
+  void placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors);
+  void release() { *this = {}; }
+
+ private:
+  std::shared_ptr<const RankTable> ranks_;
+  DesignColumn sortedColumn_;
+  DesignColumn column_;
+  std::int32_t stochasticIndex_ = 0;  // of the current factor among the stochastic ones, from 0
+};
+
+// The place of a stochastic factor among the stochastic factors of the list, from 0.
+std::int32_t stochasticIndexOf(const FactorList& factors, std::int32_t factor);
+
+}  // namespace tarvex

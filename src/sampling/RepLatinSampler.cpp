@@ -1,0 +1,212 @@
+#include "sampling/RepLatinSampler.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "base/uniformRandom.h"
+#include "correlation/ImanConover.h"
+#include "correlation/SteinRanks.h"
+#include "factors/Constant.h"
+#include "factors/FactorList.h"
+#include "sampling/LatinSampler.h"
+#include "sampling/RankOrdering.h"
+
+namespace tarvex {
+
+namespace {
+
+// Percents at which the phases end.
+constexpr float kBlockMade = 10.0f;
+constexpr float kDone = 50.0f;
+
+constexpr double kSeedRange = 30000.0;  // of the seeds of the replicates' ranks
+
+}  // namespace
+
+bool RepLatinSampler::setBaseDesign(std::int32_t m) {
+  if (m < 1) return false;
+  reset();
+  baseDesign_ = m;
+  updateSampleCount();
+  return true;
+}
+
+void RepLatinSampler::setReplications(std::int32_t r) {
+  if (r < 1) reset();
+  replications_ = r;
+  updateSampleCount();
+}
+
+// A product that no store could hold counts as nothing to generate.
+void RepLatinSampler::updateSampleCount() {
+  const std::int64_t product = static_cast<std::int64_t>(baseDesign_) * replications_;
+  const bool fits = product > 0 && product <= std::numeric_limits<std::int32_t>::max();
+  numSamples = fits ? static_cast<std::int32_t>(product) : 0;
+}
+
+void RepLatinSampler::setNumFactors(std::int32_t count) {
+  if (count > 0) numFactors = count;
+}
+
+void RepLatinSampler::synchronise(const FactorList& factors) {
+  std::vector<RepElement> elements;
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) {
+    const std::string& name = factors.factor(i).name;
+    const auto known = std::find_if(elements_.begin(), elements_.end(),
+                                    [&name](const RepElement& element) { return element.name == name; });
+    std::int32_t flag = -1;
+    if (factors.isCorrelatable(i) == 1) flag = known == elements_.end() ? 0 : std::max(known->flag, 0);
+    elements.push_back({name, flag});
+  }
+  elements_ = std::move(elements);
+}
+
+std::int32_t RepLatinSampler::elementFlag(std::int32_t i) const {
+  return i >= 0 && static_cast<std::size_t>(i) < elements_.size() ? elements_[static_cast<std::size_t>(i)].flag : -2;
+}
+
+const std::string* RepLatinSampler::elementName(std::int32_t i) const {
+  return elementFlag(i) == -2 ? nullptr : &elements_[static_cast<std::size_t>(i)].name;
+}
+
+bool RepLatinSampler::setElementFlag(std::int32_t i, std::int32_t flag) {
+  if (elementName(i) == nullptr) {
+    errorText = "index out of range";
+    return false;
+  }
+  elements_[static_cast<std::size_t>(i)].flag = flag;
+  return true;
+}
+
+bool RepLatinSampler::hasRunTable() const {
+  return choice_ == 0 && std::any_of(runTable_.begin(), runTable_.end(), [](std::int32_t run) { return run != 0; });
+}
+
+const std::int32_t* RepLatinSampler::runOf(std::int32_t factor, std::int32_t valueRank) const {
+  if (runTable_.empty() || factor < 0 || factor >= numFactors || valueRank < 0 || valueRank >= baseDesign_)
+    return nullptr;
+  return &runTable_[runIndex(factor, valueRank)];
+}
+
+std::size_t RepLatinSampler::runIndex(std::int32_t factor, std::int32_t valueRank) const {
+  return (static_cast<std::size_t>(factor) * static_cast<std::size_t>(baseDesign_) +
+          static_cast<std::size_t>(valueRank)) *
+         static_cast<std::size_t>(replications_);
+}
+
+void RepLatinSampler::reset() {
+  // Kept: the word for uniformRandom stays, so that a second generation continues the stream.
+  progress = 0.0f;
+  sampleIndex = 0;
+  factorPosition = 0;
+  warningText.clear();
+  runTable_ = {};
+  phase_ = kBaseBlock;
+  replicate_ = 0;
+  block_ = {};
+  ranks_.reset();
+  sortedColumn_.release();
+}
+
+double RepLatinSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+  if (choice_ != 0) return progress;
+  numFactors = factors.factorCount();
+  if (progress == 0.0f && block_.empty() && !begin(factors)) return -1.0;
+  const double target = std::min(targetPercent, static_cast<double>(kDone));
+  while (progress < target) {
+    if (phase_ == kBaseBlock) {
+      stratifyCell(factors);
+      const bool phaseDone = factorPosition == numFactors;
+      setProgress(visited() / (static_cast<double>(baseDesign_) * numFactors) * 10.0, kBlockMade, phaseDone);
+      if (phaseDone) {
+        phase_ = kReplicates;
+        factorPosition = 0;
+      }
+    } else {
+      permuteCell(factors);
+      if (factorPosition == numFactors) endReplicate(store);
+      const double before = static_cast<double>(replicate_) * numFactors * baseDesign_;
+      setProgress((before + visited()) / (static_cast<double>(numSamples) * numFactors) * 40.0 + 10.0, kDone,
+                  replicate_ == replications_);
+    }
+  }
+  return progress;
+}
+
+bool RepLatinSampler::begin(const FactorList& factors) {
+  updateSampleCount();
+  if (!hasSamples()) return false;
+  synchronise(factors);
+  if (factors.correlationMode != kImanConover) {
+    const auto steinRanks = std::make_shared<SteinRanks>(factors, numSamples, baseDesign_, replications_);
+    if (!steinRanks->isValid()) {
+      errorText = steinRanks->errorText;
+      return false;
+    }
+    ranks_ = steinRanks;
+  }
+  block_.resize(static_cast<std::size_t>(numFactors));
+  for (DesignColumn& column : block_) column.start(baseDesign_);
+  return true;
+}
+
+// The base block: one point in each of the m strata, in rising order.
+void RepLatinSampler::stratifyCell(const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  double& cell = block_[static_cast<std::size_t>(factor)][sampleIndex];
+  if (factors.isConstant(factor) == 1)
+    cell = static_cast<const Constant&>(factors.factor(factor)).value();
+  else if (factors.isCorrelatable(factor) == 1)
+    cell = pointOfStratum(sampleIndex, baseDesign_, uniformRandom(randomState));
+  nextCell(baseDesign_);
+}
+
+// A cell of a replicate, factors in list order: the value that the rank table asks for, and its run in the table.
+void RepLatinSampler::permuteCell(const FactorList& factors) {
+  const std::int32_t factor = factorPosition;
+  if (factor == 0 && sampleIndex == 0) startReplicate(factors);
+  if (factors.isCorrelatable(factor) == 1) {
+    DesignColumn& column = block_[static_cast<std::size_t>(factor)];
+    if (sampleIndex == 0) {
+      stochasticIndex_ = stochasticIndexOf(factors, factor);
+      sortedColumn_ = column;
+      sortedColumn_.sortAscending();
+    }
+    const std::int32_t rank = rankOfCell(factors);
+    column[sampleIndex] = sortedColumn_[rank];
+    runTable_[runIndex(factor, rank) + static_cast<std::size_t>(replicate_)] = replicate_ * baseDesign_ + sampleIndex;
+  }
+  nextCell(baseDesign_);
+}
+
+// Each replicate has rank correlations of its own; the Stein sample serves all of them, block by block.
+void RepLatinSampler::startReplicate(const FactorList& factors) {
+  if (factors.correlationMode == kImanConover) {
+    const auto seedOfRanks = static_cast<std::int32_t>(uniformRandom(randomState) * kSeedRange);
+    ranks_ = std::make_shared<ImanConover>(factors, baseDesign_, seedOfRanks);
+    if (!ranks_->isValid()) warningText = kRefusedMatrix;
+  }
+  if (replicate_ == 0) runTable_.assign(runIndex(numFactors, 0), 0);
+}
+
+std::int32_t RepLatinSampler::rankOfCell(const FactorList& factors) const {
+  if (!ranks_->isValid()) return sampleIndex;  // the base block's order
+  const bool perReplicate = factors.correlationMode == kImanConover;
+  return ranks_->rankOf(stochasticIndex_, perReplicate ? sampleIndex : replicate_ * baseDesign_ + sampleIndex);
+}
+
+// Appends the block to the store. It is also where the next replicate starts from.
+void RepLatinSampler::endReplicate(sampValues& store) {
+  std::vector<double> row(block_.size());
+  for (std::int32_t run = 0; run < baseDesign_; ++run) {
+    for (std::size_t factor = 0; factor < block_.size(); ++factor) row[factor] = block_[factor][run];
+    store.addRow(row.data());
+  }
+  factorPosition = 0;
+  if (++replicate_ < replications_) return;
+  block_ = {};
+  ranks_.reset();
+  sortedColumn_.release();
+}
+
+}  // namespace tarvex
