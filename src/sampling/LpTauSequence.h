@@ -4,13 +4,15 @@
 #include <cstdint>
 #include <vector>
 
+#include "sampling/LpTauDirections.h"
+
 namespace tarvex {
 
 // The points of Sobol's LP-tau sequence (I. M. Sobol', USSR Comput. Maths. Math. Phys. 7, 1967), a quasi-random
 // sequence in base 2, in its natural order. Asking for the points one after the other is the fast way.
 class LpTauSequence {
  public:
-  static constexpr std::int32_t kMaxDimension = 370;
+  static constexpr std::int32_t kMaxDimension = kLpTauDimensions;
 
   // Point number n, each coordinate in [0, 1), into `out`; point 0 is the zero point. False, with nothing changed, when
   // n is negative or `dimension` is outside 1 to 370.
