@@ -1,10 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 #include <vector>
 
+#include "sampling/FactorGroups.h"
 #include "sampling/Sampler.h"
+#include "sampling/classicFrequencies.h"
 
 namespace tarvex {
 
@@ -22,7 +23,7 @@ struct FastBlock {
 class FastSampler : public Sampler {
  public:
   enum AnalysisMode : std::int32_t { kClassic = 0, kExtended = 1, kGroups = 2 };
-  static constexpr std::int32_t kMaxClassicFactors = 50;
+  static constexpr std::int32_t kMaxClassicFactors = kMaxFrequencies;
 
   FastSampler();
   std::unique_ptr<Sampler> clone() const override;
@@ -35,15 +36,14 @@ class FastSampler : public Sampler {
   bool removeGroup(std::string_view name);
   bool addElement(std::string_view groupName, const std::string& factorName);
   bool removeElement(std::string_view factorName);
-  std::int32_t groupSize(std::string_view name) const;  // -1 for an unknown name
-  // The i-th factor of a group; null when there is none.
-  const std::string* groupElement(std::string_view name, std::int32_t i) const;
-  bool isInGroup(std::string_view factorName) const;
-  const std::vector<std::string>& groupNames() const { return groupNames_; }
-  const std::vector<std::string>& elementNames() const { return elementNames_; }
-  const std::vector<std::int32_t>& elementGroups() const { return elementGroups_; }  // parallel to elementNames()
-  // Whether every group has members and every member is a stochastic factor of the list, in one group only. The reason
-  // against is in errorText.
+  std::int32_t groupSize(std::string_view name) const { return groups_.groupSize(name); }
+  const std::string* groupElement(std::string_view name, std::int32_t i) const { return groups_.groupElement(name, i); }
+  bool isInGroup(std::string_view factorName) const { return groups_.groupOf(factorName) >= 0; }
+  const std::vector<std::string>& groupNames() const { return groups_.groupNames(); }
+  const std::vector<std::string>& elementNames() const { return groups_.elementNames(); }
+  const std::vector<std::int32_t>& elementGroups() const { return groups_.elementGroups(); }
+  // Whether every group has members, each a stochastic factor of the list and in one group only. The reason against is
+  // in errorText.
   [[nodiscard]] bool checkGroups(const FactorList& factors);
 
   // Whether numSamples is enough for that many stochastic factors; the text with the least size in errorText.
@@ -53,9 +53,6 @@ class FastSampler : public Sampler {
   // stochastic factor in list order; in the test on groups a row per group, then one per stochastic factor in no group.
   const std::vector<FastBlock>& designTable() const { return designTable_; }
 
-  // Frequencies of the classic test for 2 to 50 stochastic factors; empty for other counts.
-  static std::vector<std::int32_t> classicFrequencies(std::int32_t stochasticCount);
-
   double generate(double targetPercent, sampValues& store, FactorList& factors) override;
   void reset() override;
 
@@ -63,9 +60,8 @@ class FastSampler : public Sampler {
   void readSection(TextReader& in) override;
 
  private:
-  std::int64_t unitCount() const;
+  std::int64_t unitCount(std::int64_t stochasticCount) const;
   std::int64_t designRows() const;
-  std::int32_t groupIndex(std::string_view name) const;
   void makeDesignTable();
 
   bool beginClassic(const FactorList& factors);
@@ -74,16 +70,13 @@ class FastSampler : public Sampler {
   void assignFrequencies(const FactorList& factors, std::int32_t memberCount);
   std::vector<bool> blockMembers(const FactorList& factors) const;
   void drawPhases();
-  void fillRow(double s, const FactorList& factors, std::vector<double>& row) const;
+  void fillRow(double s, std::vector<double>& row) const;
 
   bool readItems(TextReader& in);
-  bool readGroups(TextReader& in);
   bool readDesignTable(TextReader& in);
 
   std::int32_t analysisMode_ = kClassic;
-  std::vector<std::string> groupNames_;
-  std::vector<std::string> elementNames_;
-  std::vector<std::int32_t> elementGroups_;
+  FactorGroups groups_;
   std::vector<FastBlock> designTable_;
 
   std::int32_t numStochastic_ = 0;
