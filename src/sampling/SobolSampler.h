@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "sampling/LpTauSequence.h"
@@ -43,8 +44,8 @@ class SobolSampler : public Sampler {
  private:
   bool begin(const FactorList& factors);
   bool makeBasePoint(const FactorList& factors);
-  void fillBlockRow(std::int32_t block, std::size_t baseRow, std::vector<double>& row);
-  void openOrder(std::int32_t block);
+  void openBlock(std::int32_t block);
+  void fillRow(std::int32_t block, std::size_t baseRow, std::vector<double>& row) const;
   bool readItems(TextReader& in);
 
   std::int32_t baseSize_ = 0;
@@ -58,6 +59,8 @@ class SobolSampler : public Sampler {
   std::vector<std::int64_t> orderStart_;           // block at which the subsets of 1, 2, ... factors begin
   std::vector<std::vector<std::int32_t>> combos_;  // the subsets of the current order
   std::size_t currentOrder_ = 0;
+  std::vector<std::int32_t> exchanged_;  // columns that the current block exchanges
+  bool intoA_ = false;                   // the current block is A with columns of B, not the reverse
 };
 
 }  // namespace tarvex

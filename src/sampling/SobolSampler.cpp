@@ -1,0 +1,184 @@
+#include "sampling/SobolSampler.h"
+
+#include <algorithm>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "base/sampValues.h"
+#include "factors/FactorList.h"
+#include "sampling/combinations.h"
+#include "sampling/designRows.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::int32_t kBaseBlocks = 2;  // A and B
+
+// The highest order that has blocks: that of all factors together follows from the others.
+std::int32_t highestOrder(std::int32_t order, std::int32_t stochasticCount) {
+  return order == stochasticCount ? order - 1 : order;
+}
+
+}  // namespace
+
+SobolSampler::SobolSampler() : Sampler(kSobol, 0, 1) {}
+
+std::unique_ptr<Sampler> SobolSampler::clone() const {
+  return std::make_unique<SobolSampler>(*this);
+}
+
+bool SobolSampler::setBaseSize(std::int32_t runs) {
+  if (runs < 1) return false;
+  baseSize_ = runs;
+  return true;
+}
+
+bool SobolSampler::setDesignKind(std::int32_t kind) {
+  if (kind != kFirstAndTotal && kind != kUpToOrder) return false;
+  designKind_ = kind;
+  return true;
+}
+
+bool SobolSampler::setOrder(std::int32_t highest) {
+  if (highest < 1) return false;
+  order_ = highest;
+  return true;
+}
+
+std::int64_t SobolSampler::blockCount(std::int32_t stochasticCount, std::int32_t order, std::int32_t kind, bool cheap) {
+  const std::int64_t single = stochasticCount;
+  if (kind == kFirstAndTotal) return kBaseBlocks + 2 * single;
+  std::int32_t highest = order > stochasticCount ? 1 : highestOrder(order, stochasticCount);
+  if (cheap) highest = std::min(highest, stochasticCount / 2);
+  // Kept: the subsets of one factor are counted whatever the order.
+  std::int64_t blocks = kBaseBlocks + single;
+  for (std::int32_t size = 2; size <= highest && blocks < kManyBlocks; ++size)
+    blocks += combinationCount(stochasticCount, size, kManyBlocks);
+  return std::min(blocks, kManyBlocks);
+}
+
+double SobolSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+  if (sampleIndex == 0 && !begin(factors)) return -1.0;
+  std::vector<double> row;
+  while (progress < targetPercent) {
+    const std::int32_t block = sampleIndex / baseSize_;
+    const auto baseRow = static_cast<std::size_t>(sampleIndex % baseSize_);
+    if (block == 0 && !makeBasePoint(factors)) {
+      errorText = pointFailure(sampleIndex);
+      return -1.0;
+    }
+    if (block >= kBaseBlocks && baseRow == 0) openBlock(block);
+    fillRow(block, baseRow, row);
+    if (!addRun(store, row, errorText)) return -1.0;
+    setRunProgress(++sampleIndex);
+  }
+  return progress;
+}
+
+// Lays out the blocks. A count of runs that fits no design of these factors would be misread by the measures.
+bool SobolSampler::begin(const FactorList& factors) {
+  stochasticIndex_ = stochasticFactors(factors);
+  numFactors = factors.factorCount();
+  if (!hasSamples()) return false;
+  numFactors = static_cast<std::int32_t>(stochasticIndex_.size());
+  if (designKind_ == kUpToOrder && order_ > numFactors) {
+    errorText = "  Incorrect order number, order too big.";
+    return false;
+  }
+  const auto fits = [this](bool cheap) {
+    return std::int64_t{baseSize_} * blockCount(numFactors, order_, designKind_, cheap) == numSamples;
+  };
+  if (baseSize_ < 1 || !(fits(false) || (designKind_ == kUpToOrder && fits(true)))) {
+    errorText = "The number of executions must be the base size times the number of blocks";
+    return false;
+  }
+
+  matrixA_.clear();
+  matrixB_.clear();
+  exchanged_.clear();
+  orderStart_.clear();
+  std::int64_t start = kBaseBlocks;
+  for (std::int32_t size = 1; size <= highestOrder(order_, numFactors); ++size) {
+    orderStart_.push_back(start);
+    start += combinationCount(numFactors, size, kManyBlocks);
+  }
+  return true;
+}
+
+// Point number n of twice the factors' dimension is row n - 1 of A and of B, one half each.
+bool SobolSampler::makeBasePoint(const FactorList& factors) {
+  std::vector<double> point;
+  if (!sequence_.lpTauPoint(sampleIndex + 1, 2 * numFactors, point)) return false;
+  std::vector<double>& a = matrixA_.emplace_back(constantRow(factors));
+  std::vector<double>& b = matrixB_.emplace_back(a);
+  auto coordinate = point.begin();
+  for (std::int32_t position = 0; position < factors.factorCount(); ++position) {
+    const std::int32_t f = factors.factorAt(position);
+    if (!factors.factor(f).isStochastic()) continue;
+    a[static_cast<std::size_t>(f)] = *coordinate;
+    b[static_cast<std::size_t>(f)] = *(coordinate + numFactors);
+    ++coordinate;
+  }
+  return true;
+}
+
+// Settles which columns the block exchanges, and between which matrices.
+void SobolSampler::openBlock(std::int32_t block) {
+  if (designKind_ == kFirstAndTotal) {
+    const std::int32_t unit = block - kBaseBlocks;
+    intoA_ = unit >= numFactors;
+    exchanged_ = {stochasticIndex_[static_cast<std::size_t>(intoA_ ? unit - numFactors : unit)]};
+    return;
+  }
+  intoA_ = false;
+  const auto opened = std::find(orderStart_.begin(), orderStart_.end(), block);
+  if (opened != orderStart_.end()) {
+    currentOrder_ = static_cast<std::size_t>(opened - orderStart_.begin());
+    combos_ = combinations(stochasticIndex_, static_cast<std::int32_t>(currentOrder_) + 1);
+  }
+  // A design over one factor has no subset to exchange.
+  if (!combos_.empty()) exchanged_ = combos_[static_cast<std::size_t>(block - orderStart_[currentOrder_])];
+}
+
+void SobolSampler::fillRow(std::int32_t block, std::size_t baseRow, std::vector<double>& row) const {
+  const std::vector<double>& a = matrixA_[baseRow];
+  const std::vector<double>& b = matrixB_[baseRow];
+  const bool base = block == 0 || (block >= kBaseBlocks && intoA_);
+  row = base ? a : b;
+  if (block < kBaseBlocks) return;
+  const std::vector<double>& other = base ? b : a;
+  for (const std::int32_t f : exchanged_) row[static_cast<std::size_t>(f)] = other[static_cast<std::size_t>(f)];
+}
+
+void SobolSampler::reset() {
+  Sampler::reset();
+  stochasticIndex_.clear();
+  matrixA_.clear();
+  matrixB_.clear();
+  orderStart_.clear();
+  combos_.clear();
+  exchanged_.clear();
+  currentOrder_ = 0;
+}
+
+void SobolSampler::writeSection(TextWriter& out) const {
+  out << baseSize_ << '\n' << numSamples << '\n' << designKind_ << '\n' << order_ << '\n' << numFactors << '\n';
+}
+
+void SobolSampler::readSection(TextReader& in) {
+  if (!readItems(in)) {
+    in.setFail();
+    *this = SobolSampler();
+    baseSize_ = numSamples = designKind_ = order_ = numFactors = 0;
+  }
+}
+
+bool SobolSampler::readItems(TextReader& in) {
+  in >> baseSize_ >> numSamples >> designKind_ >> order_ >> numFactors;
+  if (in.fail() || !noneNegative({baseSize_, numSamples, order_, numFactors})) return false;
+  in.skipLine();
+  return true;
+}
+
+}  // namespace tarvex
