@@ -27,11 +27,19 @@ class Distribution : public Factor {
   virtual double inverse(double u) const;
   void clearTable() { table.clear(); }
 
+  // The value pass, whatever the kind: whether value() needs a prepared table, and the value for a uniform number.
+  virtual bool needsTable() const { return true; }
+  virtual double value(double u) const { return inverse(u); }
+
   std::vector<TablePoint> table;
 
  protected:
-  Distribution() = default;
+  Distribution(const char* type, const char* defaultName) : Factor(type, defaultName) {}
   Distribution(const Distribution& other) : Factor(other) {}
+
+  // Halves the span of table[i] to table[i + 1] until its cumulatives differ by no more than `tolerance` of the lower
+  // one, its ends are neighbouring doubles or the passes are over. The middle of what is left.
+  double bisectTable(std::size_t i, double target, double tolerance, int maxPasses) const;
 };
 
 }  // namespace tarvex

@@ -3,16 +3,26 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tarvex {
 
 class TextReader;
 class TextWriter;
 
+// A number that describes a factor, under the name that a user knows it by.
+struct Parameter {
+  const char* name;
+  double value;
+};
+
 // One input of the model. The root class by itself is the plain factor of an external sample.
 class Factor {
  public:
-  Factor();
+  static constexpr std::size_t kMaxName = 19;   // characters of a name in a record
+  static constexpr std::size_t kMaxNote = 254;  // characters of a note in a record
+
+  Factor() = default;
   virtual ~Factor() = default;
   Factor& operator=(const Factor&) = delete;
 
@@ -20,10 +30,13 @@ class Factor {
   // is one, its inverse table empty.
   virtual std::unique_ptr<Factor> clone() const;
   virtual std::int32_t getType() const;
+  // What the record holds behind `status`, in its order; empty for lists of values and for relations.
+  virtual std::vector<Parameter> parameters() const;
 
   // The factor record: type, name and note lines, then `status` and the parameters.
   void write(TextWriter& out) const;
-  // The record behind its type line. Bad content sets the reader's fail state.
+  // The record behind its type line, up to the last parameter's last character. Bad content sets the reader's fail
+  // state.
   void read(TextReader& in);
 
   bool isConstant() const { return typeName == "Constant"; }
@@ -38,10 +51,18 @@ class Factor {
   std::string note;
 
  protected:
-  Factor(const Factor& other);
-  // The parameters, each with a tab before it, and the line's end; what a class adds to the record.
+  Factor(const char* type, const char* defaultName) : typeName(type), name(defaultName) {}
+  Factor(const Factor& other) : typeName(other.typeName), name(other.name), note(other.note) {}
+
+  // What follows `status`: the parameters, each with a tab before it, and the line's end. Without parameters the tab
+  // alone.
   virtual void writeParameters(TextWriter& out) const;
   virtual void readParameters(TextReader& in);
+
+  // The end of a setter: true, or false with the reason left in errorText.
+  bool accept(bool holds, const char* textOnFailure);
+  // Stores `value` in `field` where the rule holds.
+  bool assign(double& field, double value, bool holds, const char* textOnFailure);
 };
 
 // The factor class that a file or a panel calls `typeName`, with its defaults; null for an unknown name. "Dummy" is

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/sampValues.h"
@@ -39,16 +40,18 @@ class FactorList {
   std::int32_t isRelation(std::int32_t i) const;
   std::int32_t isConstant(std::int32_t i) const;
 
-  // Appends; a correlatable factor's matrix row is zeros with 1 on the diagonal.
+  // Appends; a correlatable factor's matrix row is zeros with 1 on the diagonal. Requires: a node without links, or
+  // one whose other ends name this factor too.
   void addFactor(std::unique_ptr<Factor> factor, CorrelationNode node = {});
   void clear();  // no factors, no correlation, no Stein sample
 
   const CorrelationNode& node(std::int32_t i) const { return nodes_[static_cast<std::size_t>(i)]; }
-  // Links `child` below `parent`. False, with nothing changed, when that would close a loop, or for factors that are
-  // not correlatable.
+  // Links `child` below `parent`, away from the parent that it had; a `parent` of -1 makes it a root. False, with
+  // nothing changed, when that would close a loop, or for factors that are not correlatable.
   bool link(std::int32_t child, std::int32_t parent, double correlation);
 
-  // The rank correlation of two correlatable factors, counted among those only. Stored in single precision.
+  // The rank correlation of two correlatable factors, counted among those only. Stored in single precision, for both
+  // orders of the two.
   float matrixAt(std::int32_t row, std::int32_t column) const;
   void setMatrix(std::int32_t row, std::int32_t column, float correlation);
 
@@ -62,7 +65,8 @@ class FactorList {
   std::int32_t parentOf(std::int32_t i) const;
 
   // The factor list record. write() leaves the stream behind the line of `correlationMode`; read() takes that line
-  // whole. On false the list is only partly filled: read into a temporary.
+  // whole. On false the list is only partly filled: read into a temporary. A successful read sets the class-wide
+  // default truncations.
   void write(TextWriter& out) const;
   [[nodiscard]] bool read(TextReader& in);
 
@@ -71,9 +75,14 @@ class FactorList {
   sampValues steinInfo;  // columns are factors, rows observations
 
  private:
+  friend class FactorListText;
+
+  CorrelationNode& nodeAt(std::int32_t i) { return nodes_[static_cast<std::size_t>(i)]; }
+  std::size_t matrixPlace(std::int32_t row, std::int32_t column) const;
+
   std::vector<std::unique_ptr<Factor>> factors_;
   std::vector<CorrelationNode> nodes_;
-  std::vector<float> matrix_;  // correlatableCount() squared, by row
+  std::vector<float> matrix_;  // correlatableCount() squared, by row; empty for the unit matrix
   std::vector<std::int32_t> factorOrder_;
 };
 

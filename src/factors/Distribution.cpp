@@ -1,0 +1,53 @@
+#include "factors/Distribution.h"
+
+#include <cmath>
+
+#include "factors/InverseSearch.h"
+
+namespace tarvex {
+namespace {
+
+constexpr double kTolerance = 1e-11;  // of a cumulative's size
+constexpr int kMaxPasses = 1001;
+
+}  // namespace
+
+bool Distribution::prepareInverse() {
+  std::vector<TablePoint> points;
+  points.reserve(kTablePoints);
+  if (!countedSearch(*this, points)) {
+    points.clear();
+    if (!boundedSearch(*this, points)) {
+      table.clear();
+      return false;
+    }
+  }
+  table.insert(table.end(), points.begin(), points.end());
+  return true;
+}
+
+double Distribution::inverse(double u) const {
+  const double place = u * 100.0;
+  if (!(place < 100.0)) return table[100].x;
+  const std::size_t i = place > 0.0 ? static_cast<std::size_t>(place) : 0;
+  if (std::fabs(table[i].p - u) < std::fabs(table[i].p) * kTolerance) return table[i].x;
+  return bisectTable(i, u, kTolerance, kMaxPasses);
+}
+
+double Distribution::bisectTable(std::size_t i, double target, double tolerance, int maxPasses) const {
+  TablePoint lo = table[i];
+  TablePoint hi = table[i + 1];
+  for (int pass = 0; pass < maxPasses && std::fabs(lo.p - hi.p) > std::fabs(lo.p) * tolerance; ++pass) {
+    const double m = (lo.x + hi.x) / 2.0;
+    if (m == lo.x || m == hi.x) break;
+    const double p = cumulative(m);
+    if (p <= target) {
+      lo = {m, p};
+    } else {
+      hi = {m, p};
+    }
+  }
+  return (lo.x + hi.x) / 2.0;
+}
+
+}  // namespace tarvex

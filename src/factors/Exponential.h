@@ -1,0 +1,35 @@
+#pragma once
+
+#include "factors/TruncatedDistribution.h"
+
+namespace tarvex {
+
+// Rate `lambda` above location `b`.
+class Exponential : public TruncatedDistribution {
+ public:
+  Exponential();
+  std::unique_ptr<Factor> clone() const override;
+  std::int32_t getType() const override { return 6; }
+  std::vector<Parameter> parameters() const override;
+
+  double lambda() const { return lambda_; }
+  double b() const { return b_; }
+  bool setLambda(double value);
+  bool setB(double value);
+  bool setRightTruncation(double value) override;
+
+  double mean() const override;
+  double stdDev() const override;
+  double cumulative(double x) const override;
+  double density(double x) const override;
+
+ protected:
+  Exponential(const Exponential&) = default;
+  void readParameters(TextReader& in) override;
+
+ private:
+  double lambda_ = 1.0;
+  double b_ = 0.0;
+};
+
+}  // namespace tarvex

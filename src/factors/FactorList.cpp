@@ -1,0 +1,136 @@
+#include "factors/FactorList.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvex {
+namespace {
+
+// The unit matrix of one order more than that of `matrix`, whose cells it takes over.
+std::vector<float> grown(const std::vector<float>& matrix, std::size_t order) {
+  const std::size_t newOrder = order + 1;
+  std::vector<float> result(newOrder * newOrder, 0.0F);
+  for (std::size_t row = 0; row < order; ++row) {
+    std::copy_n(matrix.data() + row * order, order, result.data() + row * newOrder);
+  }
+  result.back() = 1.0F;
+  return result;
+}
+
+}  // namespace
+
+FactorList::FactorList(const FactorList& other)
+    : correlationMode(other.correlationMode),
+      steinFileName(other.steinFileName),
+      steinInfo(other.steinInfo),
+      nodes_(other.nodes_),
+      matrix_(other.matrix_) {
+  factors_.reserve(other.factors_.size());
+  for (const auto& factor : other.factors_) factors_.push_back(factor->clone());
+}
+
+FactorList& FactorList::operator=(const FactorList& other) {
+  if (this != &other) *this = FactorList(other);
+  return *this;
+}
+
+std::int32_t FactorList::correlatableCount() const {
+  return static_cast<std::int32_t>(
+      std::count_if(factors_.begin(), factors_.end(), [](const auto& factor) { return factor->isStochastic(); }));
+}
+
+std::int32_t FactorList::indexOf(std::string_view name) const {
+  const auto found = std::find_if(factors_.begin(), factors_.end(), [&](const auto& f) { return f->name == name; });
+  return found == factors_.end() ? -1 : static_cast<std::int32_t>(found - factors_.begin());
+}
+
+std::int32_t FactorList::isCorrelatable(std::int32_t i) const {
+  if (i < 0 || i >= factorCount()) return -1;
+  return factor(i).isStochastic() ? 1 : 0;
+}
+
+std::int32_t FactorList::isRelation(std::int32_t i) const {
+  if (i < 0 || i >= factorCount()) return -1;
+  return factor(i).isRelation() ? 1 : 0;
+}
+
+std::int32_t FactorList::isConstant(std::int32_t i) const {
+  if (i < 0 || i >= factorCount()) return -1;
+  return factor(i).isConstant() ? 1 : 0;
+}
+
+void FactorList::addFactor(std::unique_ptr<Factor> factor, CorrelationNode node) {
+  if (factor->isStochastic() && !matrix_.empty()) {
+    matrix_ = grown(matrix_, static_cast<std::size_t>(correlatableCount()));
+  }
+  factors_.push_back(std::move(factor));
+  nodes_.push_back(std::move(node));
+}
+
+void FactorList::clear() {
+  *this = FactorList();
+}
+
+bool FactorList::link(std::int32_t child, std::int32_t parent, double correlation) {
+  if (isCorrelatable(child) != 1 || (parent != -1 && isCorrelatable(parent) != 1)) return false;
+  for (std::int32_t ancestor = parent; ancestor != -1; ancestor = node(ancestor).parent) {
+    if (ancestor == child) return false;
+  }
+  CorrelationNode& linked = nodeAt(child);
+  if (linked.parent != parent) {
+    if (linked.parent != -1) std::erase(nodeAt(linked.parent).children, child);
+    if (parent != -1) nodeAt(parent).children.push_back(child);
+    linked.parent = parent;
+  }
+  linked.correlation = parent == -1 ? 0.0 : correlation;
+  return true;
+}
+
+std::size_t FactorList::matrixPlace(std::int32_t row, std::int32_t column) const {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(correlatableCount()) +
+         static_cast<std::size_t>(column);
+}
+
+float FactorList::matrixAt(std::int32_t row, std::int32_t column) const {
+  if (matrix_.empty()) return row == column ? 1.0F : 0.0F;
+  return matrix_[matrixPlace(row, column)];
+}
+
+void FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlation) {
+  if (matrix_.empty()) {
+    const auto order = static_cast<std::size_t>(correlatableCount());
+    matrix_.assign(order * order, 0.0F);
+    for (std::size_t i = 0; i < order; ++i) matrix_[i * (order + 1)] = 1.0F;
+  }
+  matrix_[matrixPlace(row, column)] = correlation;
+  matrix_[matrixPlace(column, row)] = correlation;
+}
+
+void FactorList::prepareOrder() {
+  factorOrder_.clear();
+  std::vector<std::int32_t> level;
+  for (std::int32_t i = 0; i < factorCount(); ++i) {
+    if (isCorrelatable(i) == 1 && parentOf(i) == -1) level.push_back(i);
+  }
+  while (!level.empty()) {
+    std::sort(level.begin(), level.end());
+    factorOrder_.insert(factorOrder_.end(), level.begin(), level.end());
+    std::vector<std::int32_t> next;
+    if (correlationMode == kDependenceTree) {
+      for (const std::int32_t i : level) next.insert(next.end(), node(i).children.begin(), node(i).children.end());
+    }
+    level = std::move(next);
+  }
+  for (std::int32_t i = 0; i < factorCount(); ++i) {
+    if (isConstant(i) == 1) factorOrder_.push_back(i);
+  }
+  for (std::int32_t i = 0; i < factorCount(); ++i) {
+    if (isRelation(i) == 1) factorOrder_.push_back(i);
+  }
+}
+
+std::int32_t FactorList::parentOf(std::int32_t i) const {
+  return correlationMode == kDependenceTree ? node(i).parent : -1;
+}
+
+}  // namespace tarvex

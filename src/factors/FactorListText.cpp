@@ -1,0 +1,207 @@
+#include "factors/FactorListText.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "factors/FactorList.h"
+#include "factors/TruncatedDistribution.h"
+
+namespace tarvex {
+namespace {
+
+constexpr const char* kTruncationsTitle = "Default Truncations:";
+constexpr const char* kCountTitle = " Distributions:";
+constexpr const char* kTreeTitle = "Correlation information";
+constexpr const char* kMatrixTitle = "Correlation Matrix:";
+constexpr const char* kSteinTitle = "Stein Information:";
+
+constexpr std::size_t kMaxTitle = 254;  // characters of a title or a type name
+constexpr std::size_t kMaxPath = 4095;
+constexpr std::uint64_t kShortestNumber = 2;  // bytes: a digit and a separator
+
+bool readTitle(TextReader& in, const char* title) {
+  std::string line;
+  in.readLine(line, kMaxTitle);
+  return in.ok() && line == title;
+}
+
+}  // namespace
+
+void FactorListText::write(const FactorList& list, TextWriter& out) {
+  out << kTruncationsTitle << '\n';
+  out << TruncatedDistribution::defaultLeftTruncation() << '\t' << TruncatedDistribution::defaultRightTruncation()
+      << "\n\n";
+  out << list.factorCount() << kCountTitle << '\n';
+  for (std::int32_t i = 0; i < list.factorCount(); ++i) {
+    list.factor(i).write(out);
+    out << '\n';
+  }
+  writeTree(list, out);
+  writeMatrix(list, out);
+  writeStein(list, out);
+  out << list.correlationMode << '\n';
+}
+
+void FactorListText::writeTree(const FactorList& list, TextWriter& out) {
+  out << kTreeTitle << '\n';
+  for (std::int32_t i = 0; i < list.factorCount(); ++i) {
+    const CorrelationNode& node = list.node(i);
+    out << node.correlation << ' ' << node.parent << ' ' << node.children.size() << ' ';
+    for (const std::int32_t child : node.children) out << child << ' ';
+    out << '\n';
+  }
+}
+
+void FactorListText::writeMatrix(const FactorList& list, TextWriter& out) {
+  out << kMatrixTitle << '\n';
+  const std::int32_t order = list.correlatableCount();
+  for (std::int32_t row = 0; row < order; ++row) {
+    for (std::int32_t column = 0; column < order; ++column) out << list.matrixAt(row, column) << '\t';
+    out << '\n';
+  }
+}
+
+void FactorListText::writeStein(const FactorList& list, TextWriter& out) {
+  const sampValues& stein = list.steinInfo;
+  const bool filled = stein.rows() > 0;
+  out << kSteinTitle << '\n' << list.steinFileName << '\n';
+  out << (filled ? stein.columns() : 0) << '\n' << (filled ? stein.rows() : 0) << '\n' << (filled ? 1 : 0) << '\n';
+  std::vector<double> values(static_cast<std::size_t>(stein.columns()));
+  for (std::int32_t row = 0; row < stein.rows(); ++row) {
+    stein.getRow(row, values.data());
+    for (const double value : values) out << value << '\t';
+    out << '\n';
+  }
+}
+
+bool FactorListText::read(FactorList& list, TextReader& in) {
+  std::int32_t count = 0;
+  if (!readTitle(in, kTruncationsTitle) || !readTruncations(in)) return false;
+  in >> count;
+  if (!readTitle(in, kCountTitle) || count < 0) return false;
+  if (!readFactors(list, in, count)) return false;
+  // Kept: a file that ends behind fewer records than it announced is a list of those factors, uncorrelated.
+  if (list.factorCount() < count) return true;
+  return readTree(list, in) && readMatrix(list, in) && readStein(list, in);
+}
+
+bool FactorListText::readTruncations(TextReader& in) {
+  double left = 0.0;
+  double right = 0.0;
+  in >> left >> right;
+  if (in.ok()) TruncatedDistribution::setDefaultTruncations(left, right);
+  return in.ok();
+}
+
+bool FactorListText::readFactors(FactorList& list, TextReader& in, std::int32_t count) {
+  for (std::int32_t i = 0; i < count && !in.atEnd(); ++i) {
+    std::string typeName;
+    in.readLine(typeName, kMaxTitle);
+    // Kept: a list with a column of an imported sample doesn't load.
+    std::unique_ptr<Factor> factor = typeName == "Dummy" ? nullptr : makeFactor(typeName);
+    if (in.fail() || factor == nullptr) return false;
+    factor->read(in);
+    if (in.fail()) return false;
+    in.skipLine();
+    in.skipLine();
+    list.addFactor(std::move(factor));
+  }
+  return true;
+}
+
+bool FactorListText::readTree(FactorList& list, TextReader& in) {
+  if (!readTitle(in, kTreeTitle)) return false;
+  for (CorrelationNode& node : list.nodes_) {
+    std::int32_t children = 0;
+    in >> node.correlation >> node.parent >> children;
+    in.checkCount(children, kShortestNumber);
+    for (std::int32_t i = 0; i < children && in.ok(); ++i) in >> node.children.emplace_back();
+    in.skipLine();
+  }
+  return in.ok() && isTree(list);
+}
+
+// Each end of a link names the other one, once; both are correlatable; every factor has a root above it.
+bool FactorListText::isTree(const FactorList& list) {
+  std::size_t linked = 0;
+  std::size_t reached = 0;
+  std::vector<std::int32_t> open;
+  for (std::int32_t i = 0; i < list.factorCount(); ++i) {
+    const std::int32_t parent = list.node(i).parent;
+    if (parent == -1) {
+      open.push_back(i);
+    } else if (list.isCorrelatable(i) != 1 || list.isCorrelatable(parent) != 1) {
+      return false;
+    } else {
+      ++linked;
+    }
+  }
+  // The walk down from the roots can't meet a factor twice without meeting more links than there are.
+  while (!open.empty()) {
+    const std::int32_t i = open.back();
+    open.pop_back();
+    for (const std::int32_t child : list.node(i).children) {
+      if (list.isCorrelatable(child) != 1 || list.node(child).parent != i || ++reached > linked) return false;
+      open.push_back(child);
+    }
+  }
+  return reached == linked;
+}
+
+bool FactorListText::readMatrix(FactorList& list, TextReader& in) {
+  if (!readTitle(in, kMatrixTitle)) return false;
+  const std::int64_t order = list.correlatableCount();
+  if (!in.checkCount(order * order, kShortestNumber)) return false;
+  std::vector<float> matrix(static_cast<std::size_t>(order * order));
+  bool isUnit = true;
+  for (std::int64_t row = 0; row < order; ++row) {
+    for (std::int64_t column = 0; column < order && in.ok(); ++column) {
+      float& cell = matrix[static_cast<std::size_t>(row * order + column)];
+      in >> cell;
+      isUnit = isUnit && cell == (row == column ? 1.0F : 0.0F);
+    }
+    in.skipLine();
+  }
+  if (!isUnit) list.matrix_ = std::move(matrix);
+  return in.ok();
+}
+
+bool FactorListText::readStein(FactorList& list, TextReader& in) {
+  if (!readTitle(in, kSteinTitle)) return false;
+  in.readLine(list.steinFileName, kMaxPath);
+  std::int32_t columns = 0;
+  std::int32_t rows = 0;
+  std::int32_t flag = 0;
+  in >> columns >> rows >> flag;
+  if (in.fail() || columns < 0 || rows < 0 || (flag != 0) != (rows > 0)) return false;
+  if (flag != 0) {
+    if (columns == 0 || !in.checkCount(std::int64_t{columns} * rows, kShortestNumber)) return false;
+    if (!list.steinInfo.allocate(columns)) return false;
+    std::vector<double> values(static_cast<std::size_t>(columns));
+    for (std::int32_t row = 0; row < rows; ++row) {
+      for (double& value : values) in >> value;
+      if (in.fail() || list.steinInfo.addRow(values.data()) == 0) return false;
+    }
+  }
+  in >> list.correlationMode;
+  const bool known = list.correlationMode >= kDependenceTree && list.correlationMode <= kSteinSample;
+  in.skipLine();
+  return in.ok() && known;
+}
+
+void FactorList::write(TextWriter& out) const {
+  FactorListText::write(*this, out);
+}
+
+bool FactorList::read(TextReader& in) {
+  const double left = TruncatedDistribution::defaultLeftTruncation();
+  const double right = TruncatedDistribution::defaultRightTruncation();
+  clear();
+  if (FactorListText::read(*this, in)) return true;
+  TruncatedDistribution::setDefaultTruncations(left, right);
+  return false;
+}
+
+}  // namespace tarvex
