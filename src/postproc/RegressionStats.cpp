@@ -1,7 +1,11 @@
 #include "postproc/RegressionStats.h"
 
+#include <utility>
+
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "postproc/RankColumns.h"
+#include "sampling/PrepConfiguration.h"
 
 namespace tarvex {
 
@@ -10,6 +14,23 @@ namespace {
 constexpr std::string_view kMeasureNames[RegressionStats::kMeasures] = {"PEAR", "SPEA", "PCC",    "PRCC",
                                                                         "SRC",  "SRRC", "Smirnov"};
 constexpr std::uint64_t kMinNumberBytes = 2;  // a digit and a blank
+constexpr std::string_view kUnreadable = "The sample or the results can't be read.";
+
+// Whether the table of factors and that of results are of one run; if not, why.
+bool tablesFit(const PrepConfiguration& prep, const OutputTable& outputs, std::string& reason) {
+  const sampValues& samples = prep.samples;
+  if (samples.rows() != outputs.rows())
+    reason = "The sample has " + std::to_string(samples.rows()) + " runs, the results have " +
+             std::to_string(outputs.rows()) + ".";
+  else if (samples.columns() != prep.factors.factorCount())
+    reason = "The sample has " + std::to_string(samples.columns()) + " columns, the list has " +
+             std::to_string(prep.factors.factorCount()) + " factors.";
+  else if (samples.rows() == 0)
+    reason = "There are no runs to analyse.";
+  else
+    return true;
+  return false;
+}
 
 }  // namespace
 
@@ -23,6 +44,61 @@ void RegressionStats::clear() {
   factorMoments.clear();
   rankMoments.clear();
   determinations_.clear();
+}
+
+bool RegressionStats::abandon(std::string_view reason) {
+  clear();
+  return fail(reason);
+}
+
+bool RegressionStats::compute(const PrepConfiguration& prep, const OutputTable& outputs) {
+  clear();
+  factorCount = prep.factors.factorCount();
+  variableCount = outputs.columns();
+  if (!tablesFit(prep, outputs, errorText)) return false;
+  const std::int32_t runs = outputs.rows();
+  const std::size_t columns = static_cast<std::size_t>(factorCount) + static_cast<std::size_t>(variableCount);
+  makeFactorRecords(prep);
+  factorMoments.assign(columns, {});
+  rankMoments.assign(columns, {});
+  determinations_.assign(static_cast<std::size_t>(variableCount), {});
+
+  const auto readRow = [&](std::int32_t row, double* values) {
+    return prep.samples.getRow(row, values) && outputs.getRow(row, values + factorCount);
+  };
+  ColumnCorrelations correlations;
+  if (!correlations.compute(runs, columns, readRow)) return abandon(kUnreadable);
+  factorMoments = correlations.moments();
+  markCollinear(correlations);
+  if (activeCount == 0) return abandon("All input factors are constant");
+
+  // Kept: a singular matrix ends the measures at its variable; the flags and ranks of what there is follow.
+  if (deriveMeasures(correlations, runs, kRaw)) {
+    RankColumns ranks;
+    if (!ranks.add(prep.samples) || !ranks.add(outputs)) return abandon(kUnreadable);
+    const auto readRanks = [&ranks](std::int32_t row, double* values) {
+      ranks.row(row, values);
+      return true;
+    };
+    if (!correlations.compute(runs, columns, readRanks)) return abandon(kUnreadable);
+    rankMoments = correlations.moments();
+    if (deriveMeasures(correlations, runs, kRanks)) computeSmirnov(ranks, runs);
+  }
+  if (!decideSignificance(prep.samples, outputs)) return abandon(kUnreadable);
+  rankMeasures();
+  computed = true;
+  return true;
+}
+
+bool RegressionStats::applyAlpha(float value, const PrepConfiguration& prep, const OutputTable& outputs) {
+  std::string reason;
+  if (!computed || value == alpha || factorCount != prep.factors.factorCount() || variableCount != outputs.columns() ||
+      !tablesFit(prep, outputs, reason))
+    return false;
+  const float before = std::exchange(alpha, value);
+  if (decideSignificance(prep.samples, outputs)) return true;
+  alpha = before;
+  return false;
 }
 
 bool RegressionStats::determination(std::int32_t variable, double& raw, double& ranks) const {

@@ -2,14 +2,12 @@
 
 #include <array>
 
+#include "postproc/ColumnCorrelations.h"
 #include "postproc/SensitivityStats.h"
 
 namespace tarvex {
 
-struct ColumnMoments {
-  double mean = 0.0;
-  double std = 0.0;
-};
+class RankColumns;
 
 // Correlation and regression measures on raw data and on ranks, with the Smirnov distance, each with its rank among the
 // factors and its significance. For Random, Latin hypercube, LpTau and fixed samples.
@@ -53,6 +51,30 @@ class RegressionStats : public SensitivityStats {
   void readTail(TextReader& in) override;
 
  private:
+  // A measure's number on raw data, plus the kind, is its number on that kind.
+  using DataKind = std::int32_t;
+  static constexpr DataKind kRaw = 0;
+  static constexpr DataKind kRanks = 1;
+
+  bool abandon(std::string_view reason);  // clears, sets errorText, returns false
+  std::vector<std::size_t> activeFactors() const;
+
+  void markCollinear(const ColumnCorrelations& raw);
+  // Measures and determination of all variables on one kind of data. False when a matrix is singular: that variable
+  // has the singular result, those behind it keep zeros.
+  bool deriveMeasures(const ColumnCorrelations& correlations, std::int32_t runs, DataKind kind);
+  void setSingular(std::int32_t variable, DataKind kind);
+  void computeSmirnov(const RankColumns& ranks, std::int32_t runs);
+  void rankMeasures();
+
+  bool decideSignificance(const sampValues& samples, const OutputTable& outputs);
+  void flagCorrelations(std::int32_t variable, std::int32_t runs);
+  void flagRegression(std::int32_t variable, DataKind kind, std::int32_t runs, double squaredError);
+  // The coefficient of a factor in the model of a variable; 0.0 for a factor that is left out.
+  double coefficient(std::size_t factor, std::int32_t variable, DataKind kind) const;
+  // For each variable, raw and ranks in turn: the squared differences between model and output, summed over the runs.
+  bool sumSquaredErrors(const sampValues& samples, const OutputTable& outputs, std::vector<double>& errors) const;
+
   // R squared: raw, ranks, adjusted raw, adjusted ranks.
   std::vector<std::array<double, 4>> determinations_;
 };

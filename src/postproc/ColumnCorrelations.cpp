@@ -1,0 +1,88 @@
+#include "postproc/ColumnCorrelations.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::int32_t kBatch = 4;  // rows whose products are added in one sweep over the matrix
+
+// Adds the products of `count` rows of deviations, row after row, to the upper triangle of `sums`.
+void addProducts(const std::vector<double>& rows, std::int32_t count, std::size_t columns, double* sums) {
+  const double* d0 = rows.data();
+  for (std::size_t i = 0; i < columns; ++i) {
+    double* sum = sums + i * columns;
+    if (count == kBatch) {
+      const double *d1 = d0 + columns, *d2 = d1 + columns, *d3 = d2 + columns;
+      const double a0 = d0[i], a1 = d1[i], a2 = d2[i], a3 = d3[i];
+      for (std::size_t j = i; j < columns; ++j)
+        sum[j] = (((sum[j] + a0 * d0[j]) + a1 * d1[j]) + a2 * d2[j]) + a3 * d3[j];
+    } else {
+      for (std::int32_t r = 0; r < count; ++r) {
+        const double* d = d0 + static_cast<std::size_t>(r) * columns;
+        for (std::size_t j = i; j < columns; ++j) sum[j] += d[i] * d[j];
+      }
+    }
+  }
+}
+
+}  // namespace
+
+bool ColumnCorrelations::compute(std::int32_t rows, std::size_t columns, const RowReader& readRow) {
+  rows_ = rows;
+  moments_.assign(columns, {});
+  constant_.assign(columns, false);
+  products_.assign(columns * columns, 0.0);
+  if (!computeMeans(rows, readRow) || !sumProducts(rows, readRow)) return false;
+  for (std::size_t i = 0; i < columns; ++i)
+    moments_[i].std = constant_[i] ? 0.0 : std::sqrt(products_[i * columns + i] / (static_cast<double>(rows) - 1.0));
+  return true;
+}
+
+bool ColumnCorrelations::computeMeans(std::int32_t rows, const RowReader& readRow) {
+  const std::size_t columns = moments_.size();
+  std::vector<double> row(columns), first(columns), sums(columns, 0.0);
+  std::vector<char> varies(columns, 0);
+  for (std::int32_t r = 0; r < rows; ++r) {
+    if (!readRow(r, row.data())) return false;
+    if (r == 0) first = row;
+    for (std::size_t i = 0; i < columns; ++i) {
+      sums[i] += row[i];
+      varies[i] |= static_cast<char>(row[i] != first[i]);
+    }
+  }
+  for (std::size_t i = 0; i < columns; ++i) {
+    moments_[i].mean = sums[i] / static_cast<double>(rows);
+    constant_[i] = !varies[i] && rows > 0;
+  }
+  return true;
+}
+
+bool ColumnCorrelations::sumProducts(std::int32_t rows, const RowReader& readRow) {
+  const std::size_t columns = moments_.size();
+  std::vector<double> batch(columns * kBatch);
+  for (std::int32_t start = 0; start < rows; start += kBatch) {
+    const std::int32_t count = std::min(kBatch, rows - start);
+    for (std::int32_t r = 0; r < count; ++r) {
+      double* row = batch.data() + static_cast<std::size_t>(r) * columns;
+      if (!readRow(start + r, row)) return false;
+      for (std::size_t i = 0; i < columns; ++i) row[i] -= moments_[i].mean;
+    }
+    addProducts(batch, count, columns, products_.data());
+    if (rows - start <= kBatch) break;  // the next start could be beyond the range of row numbers
+  }
+  return true;
+}
+
+double ColumnCorrelations::correlation(std::size_t i, std::size_t j) const {
+  if (i == j) return 1.0;
+  const double si = moments_[i].std;
+  const double sj = moments_[j].std;
+  if (si == 0.0 || sj == 0.0) return 0.0;
+  const double sum = products_[std::min(i, j) * moments_.size() + std::max(i, j)];
+  return sum / ((static_cast<double>(rows_) - 1.0) * si * sj);
+}
+
+}  // namespace tarvex
