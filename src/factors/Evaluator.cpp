@@ -13,7 +13,7 @@ template <class Table>
 auto placeOf(Table& table, std::string_view name) {
   return std::lower_bound(
       table.begin(), table.end(), name,
-      [](const Evaluator::Symbol& symbol, std::string_view wanted) { return symbol.name < wanted; });
+      [](const Evaluator::Symbol& symbol, std::string_view wanted) { return symbol.name.compare(wanted) < 0; });
 }
 
 }  // namespace
