@@ -138,8 +138,7 @@ bool RunController::runInternal() {
     frontEnd_.message(MessageKind::Warning, "Warning",
                       "Error evaluating model\nThe equations could not be evaluated in " +
                           std::to_string(model.failedRuns()) + " of " + std::to_string(model.runCount()) +
-                          " runs, first in run " + std::to_string(model.firstFailedRun()) +
-                          ". Their outputs are nan.");
+                          " runs, first in run " + std::to_string(model.firstFailedRun()) + ". Their outputs are nan.");
   return done;
 }
 

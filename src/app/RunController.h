@@ -16,9 +16,9 @@ class RunController {
   explicit RunController(FrontEnd& frontEnd) : frontEnd_(frontEnd) {}
 
   ProjectConfiguration project;
-  bool busy = false;         // a generation or run is in progress
-  bool modified = false;     // the project has changes that aren't saved
-  bool sampleStale = true;   // the sampling configuration changed after the sample was made
+  bool busy = false;        // a generation or run is in progress
+  bool modified = false;    // the project has changes that aren't saved
+  bool sampleStale = true;  // the sampling configuration changed after the sample was made
 
   // Makes the sample of the project's pre-processor configuration and writes its sample file. A sample that exists is
   // replaced only after a question, unless it is stale; when the user keeps it the result is true.

@@ -24,13 +24,16 @@ bool methodNumberFollows(TextReader& in) {
   const std::string_view line = in.peekLine(kMethodNumberDigits + 1);
   return !line.empty() && line.size() <= kMethodNumberDigits + 1 &&
          std::all_of(line.begin(), line.end(), [&line](const char& c) {
-           return std::isdigit(static_cast<unsigned char>(c)) != 0 || (c == '-' && &c == line.data() && line.size() > 1);
+           return std::isdigit(static_cast<unsigned char>(c)) != 0 ||
+                  (c == '-' && &c == line.data() && line.size() > 1);
          });
 }
 
 }  // namespace
 
-PrepConfiguration::PrepConfiguration(const PrepConfiguration& other) { *this = other; }
+PrepConfiguration::PrepConfiguration(const PrepConfiguration& other) {
+  *this = other;
+}
 
 PrepConfiguration& PrepConfiguration::operator=(const PrepConfiguration& other) {
   if (this == &other) return *this;
@@ -89,8 +92,8 @@ std::int32_t PrepConfiguration::generate(std::int32_t target) {
       ++nextFactor_;
       nextRow_ = 0;
     }
-    percent = static_cast<std::int32_t>(
-        ((static_cast<double>(nextFactor_) * runs + nextRow_) / cells + 1.0) * (kDone - kSamplerShare));
+    percent = static_cast<std::int32_t>(((static_cast<double>(nextFactor_) * runs + nextRow_) / cells + 1.0) *
+                                        (kDone - kSamplerShare));
   }
   if (percent >= kDone) {
     nextFactor_ = -1;

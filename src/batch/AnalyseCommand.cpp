@@ -1,0 +1,55 @@
+#include <filesystem>
+
+#include "app/Analysis.h"
+#include "app/ProjectConfiguration.h"
+#include "batch/Commands.h"
+#include "batch/Reports.h"
+#include "batch/ResultExport.h"
+#include "postproc/PostProcessorFile.h"
+
+namespace tarvex {
+
+namespace {
+
+// A post-processor file carries directories into which its reader goes: where results go is settled before.
+std::string absolutePath(const std::string& path) {
+  return path.empty() ? path : std::filesystem::absolute(path).string();
+}
+
+}  // namespace
+
+int runAnalyse(const AnalyseOptions& options, const Console& console) {
+  const std::string output = absolutePath(options.output);
+  const std::string csvFile = absolutePath(options.csvFile);
+  const std::string jsonFile = absolutePath(options.jsonFile);
+
+  ProjectConfiguration project;
+  std::string message;
+  if (!loadPostProcessorFile(options.input, project.prep, project.model, project.vels, message))
+    return console.fail(message + "\n" + options.input);
+  project.hasPrep = project.hasModel = project.hasVels = true;
+
+  AnalysisRequest request;
+  request.variables = options.variables;
+  request.uncertainty = options.uncertainty || !options.sensitivity;
+  request.sensitivity = options.sensitivity || !options.uncertainty;
+  request.tchebyConfidence = options.confidence;
+  request.kolmogorovConfidence = options.kolmogorov;
+  request.alpha = options.alpha;
+  if (!analyse(project, request, console.frontEnd)) return kFailed;
+
+  if (!output.empty() && !savePostProcessorFile(output, project.prep, project.model, project.vels, message))
+    return console.fail(message);
+  if (!csvFile.empty() && !exportCsv(project, csvFile, message)) return console.fail(message);
+  if (!jsonFile.empty() && !exportJson(project, jsonFile, message)) return console.fail(message);
+
+  if (request.uncertainty) {
+    reportUncertainty(console.out, project.vels.uncertainty);
+    if (options.logScale) reportHistograms(console.out, project.vels.uncertainty, 1);
+  }
+  if (request.uncertainty && request.sensitivity) console.out << '\n';
+  if (request.sensitivity) reportMeasures(console.out, *project.vels.sensitivity, project.vels.selectedVariables());
+  return kSucceeded;
+}
+
+}  // namespace tarvex

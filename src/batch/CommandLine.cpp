@@ -1,0 +1,119 @@
+#include "batch/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+namespace tarvex {
+
+namespace {
+
+const std::vector<std::string> kMethodWords = {"random", "latin", "replicated-latin", "lptau", "morris", "fast",
+                                               "sobol",  "fixed"};
+
+void addSample(CLI::App& app, SampleOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("sample", "Generate a sample of the factors in FACTORS.fac");
+  sub->add_option("FACTORS", options.factorFile, "Factor file (.fac)")->required();
+  sub->add_option("-o,--output", options.output, "Sample file to write (.sam)")->required();
+  sub->add_option("-m,--method", options.method, "Sampling method")->required()->check(CLI::IsMember(kMethodWords));
+  sub->add_option("-n,--runs", options.runs, "Number of runs (random, latin, lptau, fast)");
+  sub->add_option("-s,--seed", options.seed, "Seed (random, latin, replicated-latin, morris, fast)");
+  sub->add_option("--base-design", options.baseDesign, "Runs of the base design (replicated-latin)");
+  sub->add_option("--replications", options.replications, "Number of replications (replicated-latin)");
+  sub->add_option("--trajectories", options.trajectories, "Number of trajectories (morris)");
+  sub->add_option("--levels", options.levels, "Levels of the grid (morris)");
+  sub->add_option("--mode", options.mode, "Indices to compute (fast)")
+      ->check(CLI::IsMember({"classic", "extended", "groups"}));
+  sub->add_option("--group", options.groups, "A group of factors, NAME=a,b,c; may be repeated (fast, mode groups)")
+      ->allow_extra_args(false);
+  sub->add_option("--base-size", options.baseSize, "Rows of a base matrix (sobol)");
+  sub->add_option("--order", options.order, "Indices up to this order; without it first and total order (sobol)");
+  sub->add_flag("--cheap", options.cheap, "Leave out the blocks that their complements stand for (sobol)");
+  sub->add_option("--rows", options.rowsFile, "Rows to take as they are: a CSV file with a header of names (fixed)");
+  sub->add_option_function<std::string>(
+         "--by", [&options](const std::string& by) { options.byFactor = by == "factor"; },
+         "How the file lists the table (default run)")
+      ->check(CLI::IsMember({"run", "factor"}));
+  sub->callback([&] { command = options; });
+}
+
+void addImport(CLI::App& app, ImportOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("import", "Make a sample file of a sample that another program generated");
+  sub->add_option("EXTERNAL", options.externalFile, "External sample file")->required();
+  sub->add_option("-o,--output", options.output, "Sample file to write (.sam)")->required();
+  sub->callback([&] { command = options; });
+}
+
+void addRun(CLI::App& app, RunOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("run", "Run a model over a sample");
+  sub->add_option("SAMPLE", options.sampleFile, "Sample file (.sam)")->required();
+  sub->add_option("-o", options.output, "Post-processor file to write (.spc)")->required();
+  auto* kind = sub->add_option_group("model", "What to run");
+  kind->add_option("--model", options.modelFile, "Internal model, a file of equations (.imd)");
+  kind->add_option("--output", options.modelOutput, "Only read the file that the model wrote elsewhere");
+  kind->require_option(1);
+  sub->callback([&] { command = options; });
+}
+
+void addAnalyse(CLI::App& app, AnalyseOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("analyse", "Compute uncertainty statistics and sensitivity measures of a run");
+  sub->add_option("RESULTS", options.input, "Post-processor file (.spc)")->required();
+  sub->add_option("-o,--output", options.output, "Post-processor file to write, with the statistics (.spc)");
+  sub->add_option("-v,--variable", options.variables,
+                  "An output, an output at a time (Y[max], Y[2.5]) or an expression; may be repeated (default: all)")
+      ->allow_extra_args(false);
+  sub->add_flag("--ua", options.uncertainty, "Only the uncertainty statistics");
+  sub->add_flag("--sa", options.sensitivity, "Only the sensitivity measures");
+  sub->add_option("--confidence", options.confidence, "Level of both bounds on the mean (default 0.75)");
+  sub->add_option("--kolmogorov", options.kolmogorov, "Level of the Kolmogorov band (default 0.9)");
+  sub->add_option("--alpha", options.alpha, "Confidence of the significance tests (default 0.95)");
+  sub->add_flag("--log", options.logScale, "Show the histograms on the logarithmic scale");
+  sub->add_option("--csv", options.csvFile, "Write all results with full precision as CSV");
+  sub->add_option("--json", options.jsonFile, "Write all results with full precision as JSON");
+  sub->add_option("--tables", options.tablesDirectory, "Write the saved tables into this directory");
+  sub->callback([&] { command = options; });
+}
+
+void addShow(CLI::App& app, ShowOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("show", "Print what a file holds");
+  sub->add_option("FILE", options.file, "Factor, sample, internal model or post-processor file")->required();
+  sub->callback([&] { command = options; });
+}
+
+void addDemo(CLI::App& app, DemoOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("demo", "Carry a demonstration case from factors to measures");
+  sub->add_option("CASE", options.caseName, "Name of the case (default Ishigami)");
+  sub->callback([&] { command = options; });
+}
+
+}  // namespace
+
+Command parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, int& status) {
+  CLI::App app("Uncertainty and sensitivity analysis of numerical models", "tarvex-batch");
+  app.require_subcommand(1);
+  app.get_formatter()->column_width(34);
+  Command command;
+  SampleOptions sample;
+  ImportOptions import;
+  RunOptions run;
+  AnalyseOptions analyse;
+  ShowOptions show;
+  DemoOptions demo;
+  addSample(app, sample, command);
+  addImport(app, import, command);
+  addRun(app, run, command);
+  addAnalyse(app, analyse, command);
+  addShow(app, show, command);
+  addDemo(app, demo, command);
+  try {
+    std::vector<std::string> reversed(words.rbegin(), words.rend());
+    app.parse(reversed);
+    status = 0;
+  } catch (const CLI::ParseError& error) {
+    constexpr int kWrongUsage = 2;
+    status = app.exit(error, out, errors) == 0 ? 0 : kWrongUsage;
+    command = {};
+  }
+  return command;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tarvex {
+
+// What the words of the command line ask for, one structure a subcommand. Only what was given is set.
+
+struct SampleOptions {
+  std::string factorFile;
+  std::string output;
+  std::string method;
+  std::optional<std::int64_t> runs;
+  std::optional<std::int64_t> seed;
+  std::optional<std::int64_t> baseDesign;
+  std::optional<std::int64_t> replications;
+  std::optional<std::int64_t> trajectories;
+  std::optional<std::int64_t> levels;
+  std::optional<std::string> mode;
+  std::vector<std::string> groups;  // NAME=a,b,c
+  std::optional<std::int64_t> baseSize;
+  std::optional<std::int64_t> order;
+  bool cheap = false;
+  std::optional<std::string> rowsFile;
+  bool byFactor = false;
+};
+
+struct ImportOptions {
+  std::string externalFile;
+  std::string output;
+};
+
+struct RunOptions {
+  std::string sampleFile;
+  std::string output;
+  std::string modelFile;    // an internal model, or
+  std::string modelOutput;  // the file that a model wrote elsewhere
+};
+
+struct AnalyseOptions {
+  std::string input;
+  std::string output;  // empty: nothing is written back
+  std::vector<std::string> variables;
+  bool uncertainty = false;
+  bool sensitivity = false;
+  std::optional<double> confidence;
+  std::optional<double> kolmogorov;
+  std::optional<double> alpha;
+  bool logScale = false;
+  std::string csvFile;
+  std::string jsonFile;
+  std::string tablesDirectory;
+};
+
+struct ShowOptions {
+  std::string file;
+};
+
+struct DemoOptions {
+  std::string caseName;
+};
+
+using Command =
+    std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, ShowOptions, DemoOptions>;
+
+// The words after the program's name. On wrong usage `status` is 2 with the reason on `errors`; after a request for
+// help it is 0 with the text on `out`. In both cases the result holds no command.
+Command parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, int& status);
+
+}  // namespace tarvex

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "batch/CommandLine.h"
+
+namespace tarvex {
+
+class FrontEnd;
+
+enum ExitStatus : int { kSucceeded = 0, kFailed = 1, kWrongUsage = 2, kStopped = 130 };
+
+// Where a command's results and messages go.
+struct Console {
+  std::ostream& out;
+  std::ostream& errors;
+  FrontEnd& frontEnd;
+
+  // Prints the message and gives the status of a failed operation.
+  int fail(const std::string& message) const {
+    errors << message << '\n';
+    return kFailed;
+  }
+};
+
+// Each carries out one subcommand. A failure leaves every file as it was.
+int runSample(const SampleOptions& options, const Console& console);
+int runImport(const ImportOptions& options, const Console& console);
+int runRun(const RunOptions& options, const Console& console);
+int runAnalyse(const AnalyseOptions& options, const Console& console);
+int runShow(const ShowOptions& options, const Console& console);
+int runDemo(const DemoOptions& options, const Console& console);
+
+// The whole program but its process: the words after its name, to the exit status.
+int runBatch(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, bool errorsAreTerminal);
+
+}  // namespace tarvex

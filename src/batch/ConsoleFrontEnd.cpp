@@ -1,0 +1,84 @@
+#include "batch/ConsoleFrontEnd.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace tarvex {
+
+namespace {
+
+volatile std::sig_atomic_t stopFlag = 0;
+
+extern "C" void onStopSignal(int signalNumber) {
+  if (stopFlag != 0) {
+    std::signal(signalNumber, SIG_DFL);
+    std::raise(signalNumber);
+  }
+  stopFlag = 1;
+}
+
+}  // namespace
+
+void ConsoleFrontEnd::installStopSignals() {
+  std::signal(SIGINT, onStopSignal);
+  std::signal(SIGTERM, onStopSignal);
+}
+
+bool ConsoleFrontEnd::stopRequested() {
+  return stopFlag != 0;
+}
+void ConsoleFrontEnd::requestStop(bool stop) {
+  stopFlag = stop ? 1 : 0;
+}
+
+void ConsoleFrontEnd::openProgress(const std::string& title, std::int32_t rows) {
+  title_ = title;
+  rows_ = rows;
+  start_ = std::chrono::steady_clock::now();
+}
+
+void ConsoleFrontEnd::progress(int percent) {
+  if (!isTerminal_ || percent < 0 || percent > 100) return;
+  constexpr int kBarWidth = 25;
+  std::string line = fmt::format("{} [{:-<{}}] {:3}%  {} of {} runs", title_,
+                                 std::string(static_cast<std::size_t>(percent * kBarWidth / 100), '#'), kBarWidth,
+                                 percent, static_cast<std::int64_t>(rows_) * percent / 100, rows_);
+  const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start_;
+  if (percent > 0) {
+    const auto left = static_cast<int>(spent.count() * (100 - percent) / percent + 0.5);
+    line += fmt::format("  {}:{:02} left", left / 60, left % 60);
+  }
+  const std::size_t width = line.size();
+  line.resize(std::max(width, shownWidth_), ' ');
+  errors_ << '\r' << line << std::flush;
+  shownWidth_ = width;
+}
+
+void ConsoleFrontEnd::status(const std::string&) {}
+
+void ConsoleFrontEnd::closeProgress() {
+  eraseBar();
+}
+
+void ConsoleFrontEnd::eraseBar() {
+  if (shownWidth_ == 0) return;
+  errors_ << '\r' << std::string(shownWidth_, ' ') << '\r' << std::flush;
+  shownWidth_ = 0;
+}
+
+void ConsoleFrontEnd::message(MessageKind kind, const std::string&, const std::string& text) {
+  eraseBar();
+  errors_ << (kind == MessageKind::Warning ? "warning: " : "") << text << '\n';
+}
+
+bool ConsoleFrontEnd::question(const std::string&, const std::string&, const std::string&, const std::string&) {
+  return false;
+}
+
+bool ConsoleFrontEnd::linkFactors(const FactorList&, InternalModel&) {
+  return true;
+}
+
+}  // namespace tarvex

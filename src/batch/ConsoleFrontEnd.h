@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <ostream>
+
+#include "app/FrontEnd.h"
+
+namespace tarvex {
+
+// The front end of a shell: messages and, on a terminal, a progress bar with percent, runs and time left on the error
+// stream; Ctrl-C is the stop button. In a pipe no progress is shown.
+class ConsoleFrontEnd : public FrontEnd {
+ public:
+  ConsoleFrontEnd(std::ostream& errors, bool isTerminal) : errors_(errors), isTerminal_(isTerminal) {}
+
+  void openProgress(const std::string& title, std::int32_t rows) override;
+  void progress(int percent) override;
+  void status(const std::string& text) override;
+  void closeProgress() override;
+  void drainEvents() override {}
+  bool continueRun() override { return !stopRequested(); }
+  void message(MessageKind kind, const std::string& title, const std::string& text) override;
+  // Nobody is there to ask: no.
+  bool question(const std::string& title, const std::string& text, const std::string& yes,
+                const std::string& no) override;
+  // The inputs take the sample's columns in their order.
+  bool linkFactors(const FactorList& factors, InternalModel& model) override;
+
+  // Makes Ctrl-C and a termination request ask for a stop instead of ending the process; a second one ends it.
+  static void installStopSignals();
+  static bool stopRequested();
+  // For tests: as if the user had pressed Ctrl-C, or not.
+  static void requestStop(bool stop);
+
+ private:
+  void eraseBar();
+
+  std::ostream& errors_;
+  bool isTerminal_;
+  std::string title_;
+  std::int32_t rows_ = 0;
+  std::size_t shownWidth_ = 0;
+  std::chrono::steady_clock::time_point start_;
+};
+
+}  // namespace tarvex

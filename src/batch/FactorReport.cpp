@@ -1,0 +1,109 @@
+#include <fmt/format.h>
+
+#include "batch/CorrelationTable.h"
+#include "batch/Reports.h"
+#include "batch/TextTable.h"
+#include "factors/FactorList.h"
+#include "factors/IntervalDistribution.h"
+#include "factors/Relation.h"
+#include "factors/TruncatedDistribution.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::size_t kIntervalsShown = 4;
+
+std::string intervalsText(const IntervalDistribution& factor) {
+  const bool points = factor.typeName == "Discrete";
+  std::string text;
+  for (std::size_t i = 0; i < factor.count() && i < kIntervalsShown; ++i) {
+    const Interval& interval = *factor.intervalAt(i);
+    text += i == 0 ? "" : ", ";
+    text += points ? cell(interval.left) : fmt::format("[{}, {}]", cell(interval.left), cell(interval.right));
+    if (factor.count() > 1) text += ": " + cell(interval.weight);
+  }
+  if (factor.count() > kIntervalsShown) text += fmt::format(" and {} more", factor.count() - kIntervalsShown);
+  return text;
+}
+
+std::string parametersText(const Factor& factor) {
+  if (const auto* relation = dynamic_cast<const Relation*>(&factor)) return "= " + relation->expression();
+  if (const auto* list = dynamic_cast<const IntervalDistribution*>(&factor)) return intervalsText(*list);
+  std::string text;
+  for (const Parameter& parameter : factor.parameters()) {
+    if (!text.empty()) text += ", ";
+    text += fmt::format("{} {}", parameter.name, cell(parameter.value));
+  }
+  return text;
+}
+
+std::vector<std::string> correlatableNames(const FactorList& factors) {
+  std::vector<std::string> names;
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i)
+    if (factors.isCorrelatable(i) == 1) names.push_back(factors.factor(i).name);
+  return names;
+}
+
+void reportTree(std::ostream& out, const FactorList& factors) {
+  out << "\nDependence tree\n";
+  TextTable table;
+  table.addColumn("factor", TextTable::Align::Left);
+  table.addColumn("depends on", TextTable::Align::Left);
+  table.addColumn("correlation");
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) {
+    const CorrelationNode& node = factors.node(i);
+    if (node.parent >= 0)
+      table.addRow({factors.factor(i).name, factors.factor(node.parent).name, cell(node.correlation)});
+  }
+  table.print(out);
+}
+
+void reportCorrelation(std::ostream& out, const FactorList& factors) {
+  switch (factors.correlationMode) {
+    case kDependenceTree:
+      reportTree(out, factors);
+      break;
+    case kImanConover:
+      out << "\nRank correlation\n";
+      printCorrelations(out, correlatableNames(factors),
+                        [&factors](std::int32_t i, std::int32_t j) { return factors.matrixAt(i, j); });
+      break;
+    case kSteinSample:
+      out << "\nCorrelation of the Stein sample: " << factors.steinInfo.rows() << " rows of "
+          << factors.steinInfo.columns() << " columns";
+      if (!factors.steinFileName.empty()) out << ", " << factors.steinFileName;
+      out << '\n';
+      break;
+    default:
+      out << "\nNo correlation\n";
+  }
+}
+
+}  // namespace
+
+void reportFactors(std::ostream& out, const FactorList& factors) {
+  out << fmt::format("{} factors, {} of them with a distribution; default truncations {} and {}\n\n",
+                     factors.factorCount(), factors.correlatableCount(),
+                     cell(TruncatedDistribution::defaultLeftTruncation()),
+                     cell(TruncatedDistribution::defaultRightTruncation()));
+  TextTable table;
+  table.addColumn("#");
+  table.addColumn("name", TextTable::Align::Left);
+  table.addColumn("type", TextTable::Align::Left);
+  table.addColumn("mean");
+  table.addColumn("std. dev.");
+  table.addColumn("parameters", TextTable::Align::Left);
+  table.addColumn("note", TextTable::Align::Left);
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) {
+    const Factor& factor = factors.factor(i);
+    const auto* distribution = dynamic_cast<const Distribution*>(&factor);
+    table.addRow({std::to_string(i + 1), factor.name, factor.typeName,
+                  distribution != nullptr ? cell(distribution->mean()) : "",
+                  distribution != nullptr ? cell(distribution->stdDev()) : "", parametersText(factor), factor.note});
+  }
+  table.print(out);
+  reportCorrelation(out, factors);
+}
+
+}  // namespace tarvex

@@ -1,0 +1,74 @@
+#include "batch/ResultRows.h"
+
+#include "batch/MeasureSlots.h"
+#include "postproc/RegressionStats.h"
+#include "postproc/VelsConfiguration.h"
+
+namespace tarvex {
+
+namespace {
+
+using Take = std::function<void(const ResultRow&)>;
+
+void takeHistogram(std::string_view block, std::int32_t variable, const Histogram& bins, const Take& take) {
+  for (std::size_t k = 0; k < bins.size(); ++k) {
+    take({block, variable, std::to_string(k), "left edge", bins[k].left});
+    take({block, variable, std::to_string(k), "runs", bins[k].count});
+  }
+}
+
+void takeUncertainty(const UaStats& statistics, std::int32_t v, const Take& take) {
+  const auto one = [&](const char* quantity, double value) { take({"uncertainty", v, "", quantity, value}); };
+  const double s = statistics.std(v);
+  one("runs", statistics.sampleSize());
+  one("mean", statistics.mean(v));
+  one("variance", s * s);
+  one("standard deviation", s);
+  one("skewness", statistics.skewness(v));
+  one("kurtosis", statistics.kurtosis(v));
+  one("minimum", statistics.minimum(v));
+  one("maximum", statistics.maximum(v));
+  one("confidence", statistics.tchebyConfidence);
+  one("Tchebycheff bound", statistics.tchebyBound(v));
+  one("t-test bound", statistics.tTestBound(v));
+  takeHistogram("linear histogram", v, *statistics.linearHistogram(v), take);
+  takeHistogram("logarithmic histogram", v, *statistics.logHistogram(v), take);
+}
+
+void takeDetermination(const RegressionStats& statistics, std::int32_t v, const Take& take) {
+  const auto one = [&](const char* quantity, double value) { take({"determination", v, "", quantity, value}); };
+  double raw = 0.0;
+  double ranks = 0.0;
+  if (statistics.determination(v, raw, ranks)) {
+    one("R squared on raw data", raw);
+    one("R squared on ranks", ranks);
+  }
+  if (statistics.determinationAdjusted(v, raw, ranks)) {
+    one("adjusted R squared on raw data", raw);
+    one("adjusted R squared on ranks", ranks);
+  }
+  one("confidence", statistics.alpha);
+}
+
+void takeMeasures(const SensitivityStats& statistics, std::int32_t v, const Take& take) {
+  if (const auto* regression = dynamic_cast<const RegressionStats*>(&statistics))
+    takeDetermination(*regression, v, take);
+  for (const IndexRecord& record : statistics.records) {
+    take({"measures", v, record.name, "kind", static_cast<double>(record.kind)});
+    for (const MeasureSlot& slot : measureSlots(statistics, record))
+      take({"measures", v, record.name, slot.name, measureValue(statistics, record, v, slot.slot)});
+  }
+}
+
+}  // namespace
+
+void forEachResult(const VelsConfiguration& vels, const Take& take) {
+  const auto variables = static_cast<std::int32_t>(vels.selectedVariables().size());
+  for (std::int32_t v = 0; v < variables; ++v) {
+    if (v < vels.uncertainty.variableCount()) takeUncertainty(vels.uncertainty, v, take);
+    if (vels.sensitivity && vels.sensitivity->computed && v < vels.sensitivity->variableCount)
+      takeMeasures(*vels.sensitivity, v, take);
+  }
+}
+
+}  // namespace tarvex

@@ -1,0 +1,26 @@
+#include "app/RunController.h"
+#include "batch/Commands.h"
+#include "batch/SamplerSettings.h"
+
+namespace tarvex {
+
+int runSample(const SampleOptions& options, const Console& console) {
+  PrepConfiguration prep;
+  std::string message;
+  if (!loadFactorFile(options.factorFile, prep.factors, message))
+    return console.fail(message + "\n" + options.factorFile);
+  prep.sampler = makeConfiguredSampler(options, prep.factors, message);
+  if (!prep.sampler) return console.fail(message);
+  prep.samples.setOrder(options.byFactor ? 1 : 0);
+  prep.sampleFile = options.output;
+
+  RunController controller(console.frontEnd);
+  controller.project.setPrep(std::move(prep));
+  if (!controller.generateSample()) return kFailed;
+  const PrepConfiguration& made = controller.project.prep;
+  console.out << made.samples.rows() << " runs of " << made.samples.columns() << " factors, method "
+              << made.sampler->methodName << ": " << options.output << '\n';
+  return kSucceeded;
+}
+
+}  // namespace tarvex

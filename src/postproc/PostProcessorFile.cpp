@@ -1,0 +1,40 @@
+#include "postproc/PostProcessorFile.h"
+
+#include <utility>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "model/ModelConfiguration.h"
+#include "postproc/VelsConfiguration.h"
+#include "sampling/PrepConfiguration.h"
+
+namespace tarvex {
+
+bool loadPostProcessorFile(const std::string& path, PrepConfiguration& prep, ModelConfiguration& model,
+                           VelsConfiguration& vels, std::string& message) {
+  TextReader in = TextReader::fromFile(path);
+  PrepConfiguration loadedPrep;
+  ModelConfiguration loadedModel;
+  VelsConfiguration loadedVels;
+  if (in.fail() || !loadedPrep.read(in) || !loadedModel.read(in) || !loadedVels.load(in)) {
+    message = "  Error reading UA/SA file";
+    return false;
+  }
+  prep = std::move(loadedPrep);
+  model = std::move(loadedModel);
+  vels = std::move(loadedVels);
+  return true;
+}
+
+bool savePostProcessorFile(const std::string& path, const PrepConfiguration& prep, const ModelConfiguration& model,
+                           const VelsConfiguration& vels, std::string& message) {
+  TextWriter out(path);
+  prep.write(out);
+  model.write(out);
+  vels.save(out);
+  if (out.commit()) return true;
+  message = "Error trying to write to the Statistical post processor file.\nIs it locked by another application?";
+  return false;
+}
+
+}  // namespace tarvex
