@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "factors/Equation.h"
+
 namespace tarvex {
 
 class TextReader;
@@ -27,6 +29,7 @@ struct ModelExpression {
 class InternalModel {
  public:
   static constexpr std::int32_t kMaxExpressions = 500;
+  static constexpr std::int32_t kMaxFileExpressions = 499;  // Kept: a full model can be made but not loaded back.
 
   // Operations return false on failure: errorText says why and the model is unchanged.
   bool addVariable(const std::string& name);
@@ -64,22 +67,37 @@ class InternalModel {
   const std::string& errorText() const { return errorText_; }
   void clearError() { errorText_ = "noerror"; }
 
-  // The text of a .imd file. A failed read clears the model and fails the reader.
+  // The text of a .imd file. A failed read clears the model and fails the reader; after a good one errorText is empty.
   void write(TextWriter& out);
   void read(TextReader& in);
 
  private:
+  bool fail(const char* text);
+  bool isGoodNewVariable(const std::string& name);
   bool checkExpression(std::int32_t position, const std::string& text);
+  void replaceInUsers(const std::vector<std::int32_t>& users, const std::string& oldName, const std::string& newName);
+  bool expressionOfType(std::int16_t type, std::int32_t k, std::string& out);
+  void prepare();
+  void readVariables(TextReader& in);
+  void readExpressions(TextReader& in);
 
   std::string name_ = "noname";
   std::string fileName_ = "nofile";
   std::string errorText_ = "noerror";
   std::vector<ModelVariable> variables_;
   std::vector<ModelExpression> expressions_;
+
+  // Made by prepare() for evaluate(), dropped by every change of the model.
+  bool prepared_ = false;
+  std::vector<Equation> equations_;
+  std::vector<double> entering_;  // variables, then expressions, as they enter the equations
 };
 
 // Whether `text` mentions `name`, as far as the bookkeeping of uses goes: only the first occurrence is looked at.
 bool usesName(const std::string& name, const std::string& text);
+
+// Whether the model takes `name` for a variable or an expression.
+bool isModelName(const std::string& name);
 
 // A whole .imd file; its path becomes the model's file name. On failure `model` stays as it was.
 [[nodiscard]] bool loadModelFile(const std::string& path, InternalModel& model, std::string& message);
