@@ -6,11 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "base/WorkingFile.h"
 #include "model/InternalModel.h"
+#include "model/ResultFile.h"
+#include "model/RunTimes.h"
 
 namespace tarvex {
 
+class TextReader;
+class TextWriter;
 class sampValues;
 
 enum ModelKind : std::int32_t { kInternalModel = 0, kExternalExecutable = 1, kNoModelToStart = 2 };
@@ -38,13 +41,14 @@ class ModelConfiguration {
   InternalModel* internalModel() { return internalModel_.get(); }
   const InternalModel* internalModel() const { return internalModel_.get(); }
 
-  std::int32_t runCount() const { return static_cast<std::int32_t>(runCount_); }
+  std::int32_t runCount() const { return runTimes_.runs(); }
   std::int32_t outputCount() const { return static_cast<std::int32_t>(outputNames_.size()); }
   const std::vector<std::string>& outputNames() const { return outputNames_; }
   std::int32_t timeCount(std::int32_t run) const;
   double time(std::int32_t run, std::int32_t index) const;
   bool hasTimeAxis() const { return timeMode != kNoTimeAxis; }
-  // All values of one run, timeCount(run) x outputCount(), time after time. False on a failed read.
+  // All values of one run, timeCount(run) x outputCount(), time after time. A run that was never computed, as after a
+  // stop, is all nan. False on a failed read.
   bool readRun(std::int32_t run, std::vector<double>& values) const;
 
   void clearResults();  // names, times and values
@@ -54,27 +58,30 @@ class ModelConfiguration {
   // percentage as an integer; -1 when the results can't be stored.
   [[nodiscard]] bool prepareInternalRun(std::int32_t rows);
   std::int32_t advanceInternalRun(sampValues& samples, float target);
-  std::int32_t failedRuns() const { return failedRuns_; }      // runs whose evaluation failed, stored as nan
+  std::int32_t failedRuns() const { return failedRuns_; }       // runs whose evaluation failed, stored as nan
   std::int32_t firstFailedRun() const { return firstFailed_; }  // -1: none
 
-  // Reads the file named by outputFile. `warn` gets a title and a text for each message to the user. On false the
-  // results are only partly filled.
+  // Reads the file named by outputFile; results and internal model go first, `kind` stays. `warn` gets a title and a
+  // text for each message to the user. On false the results are only partly filled.
   using Warn = std::function<void(const std::string& title, const std::string& text)>;
   [[nodiscard]] bool readModelOutput(const Warn& warn);
 
-  // The Model record. read() works on this object: read into a temporary.
+  // The Model record. read() works on this object: read into a temporary. It also sets the remembered directories of
+  // the model, and with them the current one.
   void write(TextWriter& out) const;
   [[nodiscard]] bool read(TextReader& in);
 
  private:
+  bool readOutputHeader(TextReader& in, const Warn& warn, std::int32_t& runs);
+  bool readOutputRun(TextReader& in, std::int32_t run, std::vector<double>& times, std::vector<double>& row);
+  void readNames(TextReader& in, std::int32_t count);
+  void readRuns(TextReader& in, std::int32_t count);
+
   std::unique_ptr<InternalModel> internalModel_;
-  std::int64_t runCount_ = 0;
   std::vector<std::string> outputNames_;
-  // Time points: shared by all runs when timeMode is 0 or 3, else one grid a run.
-  std::vector<std::vector<double>> grids_;
-  WorkingFile dataFile_;
-  std::uint64_t valuesWritten_ = 0;
-  float progress_ = 0.0f;
+  RunTimes runTimes_;
+  ResultFile dataFile_;
+  float progress_ = 0.0f;  // of the internal run, in percent
   std::int32_t nextRun_ = 0;
   std::int32_t failedRuns_ = 0;
   std::int32_t firstFailed_ = -1;
