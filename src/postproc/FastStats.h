@@ -4,7 +4,12 @@
 
 namespace tarvex {
 
-// Fourier amplitude sensitivity: slot 0 the first order index, slot 1 the total one (0.0 in the classic form).
+class CurveSpectrum;
+class FastSampler;
+struct FastBlock;
+
+// Fourier amplitude sensitivity: slot 0 the first order index, slot 1 the total one (0.0 in the classic form). In the
+// test on groups the records are the groups, then the factors in none.
 class FastStats : public SensitivityStats {
  public:
   static constexpr std::int32_t kSlots = 2;  // per variable
@@ -20,6 +25,14 @@ class FastStats : public SensitivityStats {
   void writeHeader(TextWriter& out) const override;
   void readHeader(TextReader& in) override;
   std::int32_t recordsInFile() const override { return recordCount; }
+
+ private:
+  void makeRecords(const PrepConfiguration& prep, const FastSampler& design);
+  bool checkDesign(const FastSampler& design);
+  void computeClassic(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
+                      CurveSpectrum& spectrum);
+  void computeBlocks(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
+                     CurveSpectrum& spectrum);
 };
 
 }  // namespace tarvex
