@@ -4,6 +4,8 @@
 
 namespace tarvex {
 
+class MorrisSampler;
+
 // Elementary effects along trajectories: slot 0 the mean of the absolute effects, slot 1 their spread.
 class MorrisStats : public SensitivityStats {
  public:
@@ -13,6 +15,9 @@ class MorrisStats : public SensitivityStats {
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<MorrisStats>(*this); }
   bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
+
+ private:
+  void computeVariable(std::int32_t variable, const MorrisSampler& design, const std::vector<double>& runs);
 };
 
 }  // namespace tarvex
