@@ -4,6 +4,8 @@
 
 namespace tarvex {
 
+class RepLatinSampler;
+
 // Share of the variance explained by each factor, from the means over runs that share one of its levels.
 class ImportanceStats : public SensitivityStats {
  public:
@@ -11,8 +13,12 @@ class ImportanceStats : public SensitivityStats {
 
   ImportanceStats() : SensitivityStats(kImportance) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<ImportanceStats>(*this); }
+  // True, with `computed` false, for a design that doesn't know the runs of each level.
   bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
+
+ private:
+  void computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double>& runs);
 };
 
 }  // namespace tarvex
