@@ -4,6 +4,10 @@
 
 namespace tarvex {
 
+class FactorSubsets;
+class SobolBlocks;
+class SobolSampler;
+
 // Variance shares from the block design. First and total order: slots 0 and 1 of each factor. Up to an order: a term of
 // one factor has index, total and closed index; a term of more has index and closed index.
 class SobolStats : public SensitivityStats {
@@ -12,6 +16,7 @@ class SobolStats : public SensitivityStats {
 
   SobolStats() : SensitivityStats(kSobol) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<SobolStats>(*this); }
+  // An empty table of outputs fails without a reason.
   bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord& record) const override {
     return record.groupNames.size() == 1 && slotMode != kFirstAndTotal ? 3 : 2;
@@ -27,6 +32,16 @@ class SobolStats : public SensitivityStats {
   void readHeader(TextReader& in) override;
   std::int32_t recordsInFile() const override { return termCount; }
   bool hasGroupNames() const override { return true; }
+
+ private:
+  bool computeFirstAndTotal(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs);
+  bool computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs);
+  void firstAndTotal(std::int32_t variable, const SobolBlocks& blocks);
+  void makeTermRecords(const PrepConfiguration& prep, const FactorSubsets& terms, bool withLast);
+  void closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
+  void indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
+  double& slot(std::size_t record, std::int32_t variable, std::int32_t number);
+  bool abandon(const std::string& reason);
 };
 
 }  // namespace tarvex

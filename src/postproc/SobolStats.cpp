@@ -1,0 +1,214 @@
+#include "postproc/SobolStats.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "postproc/FactorSubsets.h"
+#include "postproc/MeasureSupport.h"
+#include "postproc/SobolBlocks.h"
+#include "sampling/PrepConfiguration.h"
+#include "sampling/SobolSampler.h"
+
+namespace tarvex {
+
+namespace {
+
+enum Slot : std::int32_t { kIndex = 0, kTotal = 1, kClosedOfOne = 2, kClosedOfMore = 1 };
+constexpr std::int64_t kBlockA = 0;
+constexpr std::int64_t kBlockB = 1;
+constexpr std::int64_t kFirstTerm = 2;  // block
+
+std::int32_t closedSlot(std::size_t factors) {
+  return factors == 1 ? kClosedOfOne : kClosedOfMore;
+}
+
+}  // namespace
+
+double& SobolStats::slot(std::size_t record, std::int32_t variable, std::int32_t number) {
+  IndexRecord& which = records[record];
+  return which.values[static_cast<std::size_t>(variable) * static_cast<std::size_t>(slotsOf(which)) +
+                      static_cast<std::size_t>(number)];
+}
+
+bool SobolStats::abandon(const std::string& reason) {
+  records.clear();
+  termCount = 0;
+  return fail(reason);
+}
+
+bool SobolStats::compute(const PrepConfiguration& prep, const OutputTable& outputs) {
+  clear();
+  if (outputs.rows() == 0) return false;
+  std::string reason;
+  const auto* design = designFor<SobolSampler>(prep, outputs, reason);
+  if (design == nullptr) return abandon(reason);
+  if (design->baseSize() < 1 || outputs.rows() % design->baseSize() != 0) return abandon(kDesignDamaged);
+  variableCount = outputs.columns();
+  factorCount = prep.factors.factorCount();
+  extra = prep.factors.correlatableCount();
+  const bool done = design->designKind() == SobolSampler::kFirstAndTotal ? computeFirstAndTotal(prep, *design, outputs)
+                                                                         : computeTerms(prep, *design, outputs);
+  if (!done) return false;
+  termCount = static_cast<std::int32_t>(records.size());
+  computed = true;
+  return true;
+}
+
+bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const SobolSampler& design,
+                                      const OutputTable& outputs) {
+  slotMode = kFirstAndTotal;
+  maxOrder = 0;
+  const std::int64_t blocks = outputs.rows() / design.baseSize();
+  if (blocks != kFirstTerm + 2 * std::int64_t{extra}) return abandon(kDesignDamaged);
+  makeFactorRecords(prep);
+  for (IndexRecord& record : records) record.groupNames = {record.name};
+  std::vector<double> runs;
+  for (std::int32_t v = 0; v < variableCount; ++v) {
+    if (!outputs.getColumn(v, runs)) return abandon(outputs.errorText());
+    firstAndTotal(v, SobolBlocks(std::move(runs), design.baseSize()));
+  }
+  return true;
+}
+
+// With J the runs of B with the factor's column of A, products summed over the centred runs, a the mean and v the
+// variance of a base block of n runs:
+//   S = (A J - A B) / (n vA),   ST = 1 - (B J / n - aB^2) / vB
+// and the mean of that and of the same with A and B exchanged.
+// I. M. Sobol', Math. Modelling Comput. Exp. 1 (1993) 407; the difference of products after A. Saltelli et al., Comput.
+// Phys. Commun. 181 (2010) 259.
+void SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks) {
+  const double n = blocks.baseSize();
+  const double vA = blocks.varianceA();
+  const double vB = blocks.varianceB();
+  const double base = blocks.product(kBlockA, kBlockB);
+  std::int64_t block = kFirstTerm;
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    if (records[i].kind != FactorKind::Uncertain) continue;
+    const std::int64_t mirrored = block + extra;
+    double& first = slot(i, variable, kIndex);
+    double& total = slot(i, variable, kTotal);
+    if (vA != 0.0) first = (blocks.product(kBlockA, block) - base) / (n * vA);
+    if (vB != 0.0) total = 1.0 - (blocks.product(kBlockB, block) / n - blocks.meanB() * blocks.meanB()) / vB;
+    // Kept: each guard looks at the other block's variance than the one that is divided by.
+    if (vA != 0.0) first = (first + (blocks.product(kBlockB, mirrored) - base) / (n * vB)) * 0.5;
+    if (vB != 0.0) {
+      const double closedOthers = (blocks.product(kBlockA, mirrored) / n - blocks.meanA() * blocks.meanA()) / vA;
+      total = (total + 1.0 - closedOthers) * 0.5;
+    }
+    ++block;
+  }
+}
+
+bool SobolStats::computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs) {
+  if (extra == 0) return abandon("All input factors are constant");
+  slotMode = kByTerm;
+  maxOrder = design.order();
+  // The term of all factors has no block: it is what the others leave over.
+  const bool withLast = maxOrder == extra;
+  const std::int32_t largest = withLast ? maxOrder - 1 : maxOrder;
+  const std::int64_t blocks = outputs.rows() / design.baseSize() - kFirstTerm;
+  const bool isOrder = maxOrder >= 1 && maxOrder <= extra;
+  // A term has its own block or its complement's, so more than two terms a block can't be.
+  if (!isOrder || blocks < (largest > 0 ? extra : 0)) return abandon(kDesignDamaged);
+  if (FactorSubsets::countOf(extra, largest) > 2 * blocks) return abandon(kDesignDamaged);
+  const FactorSubsets terms(extra, largest);
+  const bool allFound = std::ranges::all_of(terms.all(), [&](const FactorSubsets::Subset& term) {
+    return terms.numberOf(term) < blocks || terms.numberOf(terms.complement(term)) < blocks;
+  });
+  if (!allFound) return abandon(kDesignDamaged);
+
+  makeTermRecords(prep, terms, withLast);
+  std::vector<double> runs;
+  for (std::int32_t v = 0; v < variableCount; ++v) {
+    if (!outputs.getColumn(v, runs)) return abandon(outputs.errorText());
+    const SobolBlocks centred(std::move(runs), design.baseSize());
+    closedAndTotals(v, centred, terms);
+    indicesFromClosed(v, centred, terms);
+  }
+  return true;
+}
+
+void SobolStats::makeTermRecords(const PrepConfiguration& prep, const FactorSubsets& terms, bool withLast) {
+  std::vector<std::string> names;
+  for (std::int32_t i = 0; i < factorCount; ++i)
+    if (prep.factors.isCorrelatable(i) == 1) names.push_back(prep.factors.factor(i).name);
+  const auto add = [&](const std::vector<std::string>& factors) {
+    IndexRecord record;
+    record.groupNames = factors;
+    for (const std::string& name : factors) record.name += (record.name.empty() ? "" : ",") + name;
+    record.values.assign(static_cast<std::size_t>(variableCount) * static_cast<std::size_t>(slotsOf(record)), 0.0);
+    records.push_back(std::move(record));
+  };
+  for (const FactorSubsets::Subset& term : terms.all()) {
+    std::vector<std::string> factors;
+    for (const std::int32_t position : term) factors.push_back(names[static_cast<std::size_t>(position)]);
+    add(factors);
+  }
+  if (withLast) add(names);
+}
+
+// With J the runs of B with the term's columns of A, as they come, and products as in firstAndTotal:
+//   closed = A J / n;   of one factor: ST = 1 - (B J / n - aB^2) / vB
+// A design without the term's block has that of its complement C, and B C / n has the same expectation as A J / n.
+void SobolStats::closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms) {
+  const double n = blocks.baseSize();
+  const double vB = blocks.varianceB();
+  for (std::size_t i = 0; i < terms.all().size(); ++i) {
+    const FactorSubsets::Subset& term = terms.all()[i];
+    const std::int64_t block = kFirstTerm + static_cast<std::int64_t>(i);
+    const bool present = block < blocks.count();
+    const std::int64_t complement = present ? 0 : kFirstTerm + terms.numberOf(terms.complement(term));
+    slot(i, variable, closedSlot(term.size())) =
+        (present ? blocks.product(block, kBlockA) : blocks.product(complement, kBlockB)) / n;
+    if (term.size() > 1) continue;
+    const double others = blocks.product(block, kBlockB) / n - blocks.meanB() * blocks.meanB();
+    slot(i, variable, kTotal) = vB == 0.0 ? 0.0 : 1.0 - others / vB;
+  }
+}
+
+// The index of a term is what its closed value adds to those of its parts: the alternating sum of the closed values of
+// all its subsets, over vA. The closed value of the empty set is the product term aA^2 + E, with E = A B / n - aA^2.
+// The sum is made for all terms at once, factor after factor: each term takes off the same term without that factor.
+void SobolStats::indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms) {
+  const double vA = blocks.varianceA();
+  const double squaredMean = blocks.meanA() * blocks.meanA();
+  const double e = blocks.product(kBlockA, kBlockB) / blocks.baseSize() - squaredMean;
+  const double productTerm = squaredMean + e;
+  const std::vector<FactorSubsets::Subset>& all = terms.all();
+  for (std::size_t i = 0; i < all.size(); ++i) slot(i, variable, kIndex) = slot(i, variable, closedSlot(all[i].size()));
+  for (std::int32_t factor = 0; factor < extra; ++factor) {
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      if (!std::ranges::binary_search(all[i], factor)) continue;
+      FactorSubsets::Subset rest = all[i];
+      std::erase(rest, factor);
+      slot(i, variable, kIndex) -=
+          rest.empty() ? productTerm : slot(static_cast<std::size_t>(terms.numberOf(rest)), variable, kIndex);
+    }
+  }
+  double sum = 0.0;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    double& index = slot(i, variable, kIndex);
+    index = vA == 0.0 ? 0.0 : index / vA;
+    sum += index;
+    double& closed = slot(i, variable, closedSlot(all[i].size()));
+    closed = (closed - productTerm) / vA;  // Kept: a constant output divides by zero here
+  }
+  if (records.size() == all.size()) return;
+  slot(all.size(), variable, kIndex) = 1.0 - sum;
+  slot(all.size(), variable, kTotal) = 1.0;  // all factors together, as total and as closed index
+  if (extra == 1) slot(all.size(), variable, kClosedOfOne) = 1.0;
+}
+
+void SobolStats::writeHeader(TextWriter& out) const {
+  out << factorCount << '\n' << extra << '\n' << variableCount << '\n';
+  out << maxOrder << '\n' << termCount << '\n' << slotMode << '\n';
+}
+
+void SobolStats::readHeader(TextReader& in) {
+  in >> factorCount >> extra >> variableCount >> maxOrder >> termCount >> slotMode;
+}
+
+}  // namespace tarvex
