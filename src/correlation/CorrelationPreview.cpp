@@ -12,6 +12,9 @@ namespace tarvex {
 
 namespace {
 
+constexpr std::int32_t kRankSeed = -5648423;
+constexpr std::int32_t kParentSeed = -1;  // not that of the diagonal band, whose draws would repeat the parents'
+
 std::vector<double> uniformColumn(std::int32_t& state) {
   std::vector<double> column(CorrelationPreview::kPoints);
   for (double& value : column) value = uniformRandom(state);
@@ -53,7 +56,7 @@ bool previewRankCorrelation(Distribution& first, Distribution& second, float cor
     message = "The Iman Conover Matrix is not positive definited.\nCorrelation's values cannot be calculated.";
     return false;
   }
-  std::int32_t state = -ImanConover::kSeed;
+  std::int32_t state = kRankSeed;
   preview.x = uniformColumn(state);
   preview.y = uniformColumn(state);
   orderByRanks(ranks, 0, preview.x);
@@ -63,7 +66,7 @@ bool previewRankCorrelation(Distribution& first, Distribution& second, float cor
 
 bool previewTreeLink(Distribution& parent, Distribution& child, double correlation, CorrelationPreview& preview,
                      std::string& message) {
-  std::int32_t state = -ImanConover::kSeed;
+  std::int32_t state = kParentSeed;
   preview.x = uniformColumn(state);
   preview.y = preview.x;
   DiagonalBand diagonalBand;
