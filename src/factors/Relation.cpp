@@ -74,7 +74,7 @@ bool Relation::renameFactor(const std::string& oldName, const std::string& newNa
   std::string text;
   std::size_t from = 0;
   // Kept: no look at word boundaries, so renaming "a" changes "ab" as well.
-  for (std::size_t at; (at = expression_.find(oldName, from)) != std::string::npos; from = at + oldName.size()) {
+  for (std::size_t at = 0; (at = expression_.find(oldName, from)) != std::string::npos; from = at + oldName.size()) {
     text.append(expression_, from, at - from).append(newName);
   }
   setExpression(text.append(expression_, from));
