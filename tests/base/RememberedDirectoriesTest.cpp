@@ -1,0 +1,82 @@
+#include "base/RememberedDirectories.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+using Directories = RememberedDirectories;
+
+class RememberedDirectoriesTest : public testing::Test {
+ protected:
+  RememberedDirectoriesTest() {
+    for (const char* name : {"one", "two", "main"}) std::filesystem::create_directory(temp_.file(name));
+    Directories::forget();
+  }
+  ~RememberedDirectoriesTest() override { Directories::forget(); }
+
+  test::ScopedCurrentDirectory current_;
+  test::TempDirectory temp_;
+  std::string main_ = temp_.file("main");
+  std::string config_ = temp_.file("main/config.dat");
+};
+
+TEST_F(RememberedDirectoriesTest, EntersWhatItRemembers) {
+  const std::string one = temp_.file("one");
+  EXPECT_TRUE(Directories::set(Directories::Vels, one));
+  EXPECT_TRUE(std::filesystem::equivalent(".", one));
+  EXPECT_FALSE(Directories::set(Directories::Vels, temp_.file("gone")));
+  EXPECT_EQ(Directories::get(Directories::Vels), one);
+  EXPECT_TRUE(Directories::set(Directories::Vels, ""));
+  EXPECT_EQ(Directories::get(Directories::Vels), "");
+  EXPECT_TRUE(std::filesystem::equivalent(".", one));
+}
+
+TEST_F(RememberedDirectoriesTest, KeepsBackslashesAsTextAndFindsTheDirectory) {
+  std::filesystem::current_path(temp_.path());
+  std::filesystem::create_directory(temp_.file("one/deep"));
+  EXPECT_TRUE(Directories::set(Directories::Prep, "one\\deep"));
+  EXPECT_EQ(Directories::get(Directories::Prep), "one\\deep");
+  EXPECT_TRUE(std::filesystem::equivalent(".", temp_.file("one/deep")));
+}
+
+TEST_F(RememberedDirectoriesTest, WritesFourLinesAndAnEmptyOne) {
+  Directories::set(Directories::Prep, temp_.file("two"));
+  Directories::set(Directories::ModelOutput, temp_.file("one"));
+  Directories::writeConfig(main_);
+  const std::string text = temp_.file("two") + "\n\n\n" + temp_.file("one") + "\n\n";
+  EXPECT_EQ(test::readFile(config_), text);
+
+  Directories::forget();
+  Directories::readConfig(main_);
+  EXPECT_EQ(Directories::get(Directories::Prep), temp_.file("two"));
+  EXPECT_EQ(Directories::get(Directories::Vels), "");
+  EXPECT_TRUE(std::filesystem::equivalent(".", temp_.file("one")));
+}
+
+TEST_F(RememberedDirectoriesTest, ReadsWhatIsThere) {
+  Directories::readConfig(main_);  // no file: nothing happens
+  EXPECT_EQ(Directories::get(Directories::Prep), "");
+
+  test::writeFile(config_, temp_.file("gone") + "\r\n" + temp_.file("one"));
+  Directories::readConfig(main_);
+  EXPECT_EQ(Directories::get(Directories::Prep), "");
+  EXPECT_EQ(Directories::get(Directories::Vels), temp_.file("one"));
+
+  // A line that is too long ends the reading.
+  Directories::forget();
+  test::writeFile(config_, std::string(1024, 'x') + "\n" + temp_.file("one") + "\n");
+  Directories::readConfig(main_);
+  EXPECT_EQ(Directories::get(Directories::Vels), "");
+
+  Directories::set(Directories::Vels, temp_.file("one"));
+  Directories::writeConfig(temp_.file("gone"));  // goes unnoticed
+}
+
+}  // namespace
+}  // namespace tarvex

@@ -1,0 +1,82 @@
+#include "base/uniformRandom.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/Golden.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+using test::goldenPath;
+using test::readLines;
+
+// The published streams, block by block; every block begins with fresh shared words.
+TEST(UniformRandom, GivesThePublishedStreams) {
+  std::int32_t word = 0;
+  std::int32_t other = 0;
+  bool trial = false;
+  int compared = 0;
+  int callsOfPair = 0;
+  for (const std::string& line : readLines(goldenPath("streams.txt"))) {
+    if (line.empty()) continue;
+    std::istringstream in(line);
+    std::string first;
+    in >> first;
+    SCOPED_TRACE(line);
+    if (first == "#") {
+      trial = line.find("trialRandom") != std::string::npos;
+      if (trial) restoreInitialTrialState();
+    } else if (first == "seed" || first == "start") {
+      in >> word;
+      if (first == "seed") word = -word;
+      restoreInitialRandomState();
+    } else if (first == "words") {
+      std::string name;
+      in >> name >> word >> name >> other;
+      restoreInitialRandomState();
+    } else if (first == "word") {
+      std::int32_t expected = 0;
+      in >> expected;
+      ASSERT_EQ(word, expected);
+    } else if (first == "a" || first == "b") {
+      double result = 0;
+      std::int32_t a = 0;
+      std::int32_t b = 0;
+      in >> result >> a >> b;
+      if (callsOfPair++ == 18) word = 0;
+      ASSERT_EQ(uniformRandom(first == "a" ? word : other), result);
+      ASSERT_EQ(word, a);
+      ASSERT_EQ(other, b);
+      ++compared;
+    } else {
+      const double result = std::stod(first);
+      ASSERT_EQ(trial ? trialRandom() : uniformRandom(word), result);
+      std::int32_t expected = 0;
+      if (!trial && in >> expected) {
+        ASSERT_EQ(word, expected);
+      }
+      ++compared;
+    }
+  }
+  EXPECT_EQ(compared, 7 * 40 + 5 * 40 + 25 + 40);
+}
+
+// Results never leave the open interval, whatever the word; the shared words survive words of the whole range.
+TEST(UniformRandom, StaysInTheOpenIntervalForEveryWord) {
+  restoreInitialRandomState();
+  std::uint32_t bits = 12345;
+  for (int i = 0; i < 2000000; ++i) {
+    bits = bits * 1664525U + 1013904223U;
+    std::int32_t word = static_cast<std::int32_t>(bits >> (i % 3));
+    const double result = uniformRandom(word);
+    ASSERT_TRUE(result > 0 && result < 1) << "word " << static_cast<std::int32_t>(bits) << " gives " << result;
+  }
+}
+
+}  // namespace
+}  // namespace tarvex
