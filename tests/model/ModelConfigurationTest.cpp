@@ -1,0 +1,398 @@
+#include "model/ModelConfiguration.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cmath>
+
+#include "base/RememberedDirectories.h"
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "base/sampValues.h"
+#include "support/FailingCalls.h"
+#include "support/Golden.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+std::string textOf(const ModelConfiguration& model) {
+  TextWriter out;
+  model.write(out);
+  EXPECT_TRUE(out.ok());
+  return out.text();
+}
+
+// The Model record and what follows it, from the empty line before it on.
+std::string modelPart(const std::string& spcFile, const std::string& sampleName) {
+  const std::string text = test::readFile(test::goldenPath(spcFile));
+  const std::string before = '\n' + sampleName + '\n';
+  return text.substr(text.find(before) + before.size());
+}
+
+ModelConfiguration readRecord(const std::string& text) {
+  TextReader in = TextReader::fromText(text);
+  ModelConfiguration model;
+  EXPECT_TRUE(model.read(in));
+  return model;
+}
+
+sampValues readSample(const std::string& name) {
+  TextReader in = TextReader::fromFile(test::goldenPath(name));
+  in.skipLine();
+  sampValues samples;
+  samples.read(in);
+  EXPECT_TRUE(in.ok()) << name;
+  return samples;
+}
+
+std::unique_ptr<InternalModel> modelOf(const std::vector<std::string>& variables, const std::string& equation) {
+  auto model = std::make_unique<InternalModel>();
+  for (const std::string& name : variables) EXPECT_TRUE(model->addVariable(name));
+  EXPECT_TRUE(model->addExpression(0, "y", equation, 1));
+  return model;
+}
+
+class ModelConfigurationTest : public testing::Test {
+ protected:
+  ~ModelConfigurationTest() override { RememberedDirectories::forget(); }
+  test::ScopedCurrentDirectory current_;
+};
+
+const struct {
+  const char* results;
+  const char* sample;
+  const char* model;  // null: an output file
+} kGolden[] = {
+    {"ishigami-run.spc", "ishigami.sam", "ishigami.imd"}, {"plant-run.spc", "plant.sam", "plant.imd"},
+    {"morris-run.spc", "morris.sam", "mixed.imd"},        {"unit-order2-run.spc", "unit-order2.sam", "g.imd"},
+    {"plain-run.spc", "ishigami.sam", nullptr},           {"times-run.spc", "latin-stein.sam", nullptr},
+};
+
+TEST_F(ModelConfigurationTest, GoldenRecordsComeBackByteByByte) {
+  for (const auto& golden : kGolden) {
+    const std::string part = modelPart(golden.results, golden.sample);
+    const ModelConfiguration model = readRecord(part);
+    const std::string written = '\n' + textOf(model);
+    EXPECT_EQ(part.substr(0, written.size()), written) << golden.results;
+    EXPECT_EQ(textOf(ModelConfiguration(model)), textOf(model)) << golden.results;
+  }
+}
+
+TEST_F(ModelConfigurationTest, GoldenInternalRuns) {
+  for (const auto& golden : kGolden) {
+    if (!golden.model) continue;
+    auto internal = std::make_unique<InternalModel>();
+    std::string message;
+    ASSERT_TRUE(loadModelFile(test::goldenPath(golden.model), *internal, message));
+    ModelConfiguration model;
+    model.setInternalModel(std::move(internal));
+    sampValues samples = readSample(golden.sample);
+    ASSERT_TRUE(model.prepareInternalRun(samples.rows()));
+    for (float target = 1.0f; model.advanceInternalRun(samples, target) < 100; target += 1.0f) {
+      ASSERT_LE(target, 100.0f);
+    }
+    EXPECT_EQ(model.failedRuns(), 0);
+    const ModelConfiguration expected = readRecord(modelPart(golden.results, golden.sample));
+    ASSERT_EQ(model.outputNames(), expected.outputNames());
+    ASSERT_EQ(model.runCount(), expected.runCount());
+    model.internalModel()->setFileName(expected.internalModel()->fileName());
+    EXPECT_TRUE(test::compareTexts("run.txt", textOf(expected), textOf(model))) << golden.results;
+  }
+}
+
+TEST_F(ModelConfigurationTest, GoldenOutputFiles) {
+  for (const auto& golden : kGolden) {
+    if (golden.model) continue;
+    const ModelConfiguration expected = readRecord(modelPart(golden.results, golden.sample));
+    ModelConfiguration model;
+    model.outputFile = test::goldenPath(expected.outputFile);
+    std::vector<std::string> warnings;
+    ASSERT_TRUE(model.readModelOutput(
+        [&](const std::string& title, const std::string& text) { warnings.push_back(title + "|" + text); }));
+    if (expected.outputFile == "plain.out") {
+      EXPECT_EQ(warnings, std::vector<std::string>{"Warning|The model variable Z-1 will be modified in Z_1"});
+    }
+    model.outputFile = expected.outputFile;
+    EXPECT_EQ(textOf(model), textOf(expected)) << golden.results;
+  }
+}
+
+TEST_F(ModelConfigurationTest, StepsOfAnInternalRun) {
+  sampValues samples;
+  ASSERT_TRUE(samples.allocate(1));
+  for (double x = 0; x < 50; ++x) samples.addRow(&x);
+  ModelConfiguration model;
+  EXPECT_FALSE(model.prepareInternalRun(50));
+  model.setInternalModel(modelOf({"x"}, "1 / (x - 7) / (x - 20)"));
+  ASSERT_TRUE(model.prepareInternalRun(50));
+  EXPECT_EQ(model.timeMode, kNoTimeAxis);
+  EXPECT_EQ(model.advanceInternalRun(samples, 1.0f), 2);
+  EXPECT_EQ(model.advanceInternalRun(samples, 2.0f), 2);
+  EXPECT_EQ(model.advanceInternalRun(samples, 60.0f), 60);
+  EXPECT_EQ(model.failedRuns(), 2);
+  EXPECT_EQ(model.firstFailedRun(), 7);
+  std::vector<double> values;
+  ASSERT_TRUE(model.readRun(29, values));
+  EXPECT_EQ(values, std::vector<double>{1.0 / 22 / 9});
+  for (const std::int32_t run : {7, 20, 30, 49}) {  // failed, failed, never computed
+    ASSERT_TRUE(model.readRun(run, values));
+    EXPECT_TRUE(values.size() == 1 && std::isnan(values[0])) << run;
+  }
+  EXPECT_EQ(model.advanceInternalRun(samples, 100.0f), 100);
+  EXPECT_EQ(model.advanceInternalRun(samples, 101.0f), 100);
+  ASSERT_TRUE(model.readRun(49, values));
+  EXPECT_EQ(values, std::vector<double>{1.0 / 42 / 29});
+  EXPECT_EQ(textOf(readRecord('\n' + textOf(model))), textOf(model)) << "nan comes back";
+
+  sampValues wider;
+  ASSERT_TRUE(wider.allocate(2));
+  ASSERT_TRUE(model.prepareInternalRun(1));
+  EXPECT_EQ(model.advanceInternalRun(wider, 1.0f), -1);
+  ASSERT_TRUE(model.prepareInternalRun(0));
+  EXPECT_EQ(model.advanceInternalRun(samples, 1.0f), 0);
+}
+
+TEST_F(ModelConfigurationTest, ResultsBeyondTheBuffer) {
+  constexpr std::int32_t kRuns = 70000;
+  sampValues samples;
+  ASSERT_TRUE(samples.allocate(1));
+  for (std::int32_t i = 0; i < kRuns; ++i) {
+    const double x = i;
+    samples.addRow(&x);
+  }
+  ModelConfiguration model;
+  model.setInternalModel(modelOf({"x"}, "2 * x"));
+  ASSERT_TRUE(model.prepareInternalRun(kRuns));
+  ASSERT_EQ(model.advanceInternalRun(samples, 100.0f), 100);
+  const ModelConfiguration copy = model;
+  model.clearResults();
+  EXPECT_EQ(model.runCount(), 0);
+  std::vector<double> values;
+  for (const std::int32_t run : {0, 32767, 32768, 69999, 5, 65536, 65535}) {
+    ASSERT_TRUE(copy.readRun(run, values));
+    EXPECT_EQ(values, std::vector<double>{2.0 * run});
+  }
+
+  ASSERT_TRUE(model.prepareInternalRun(kRuns));
+  test::FailingCalls calls;
+  calls.fail(test::FailingCalls::kPwrite, 1, ENOSPC);
+  EXPECT_EQ(model.advanceInternalRun(samples, 100.0f), -1);
+  EXPECT_FALSE(model.readRun(0, values)) << "values were lost";
+  calls.clearFailures();
+  calls.fail(test::FailingCalls::kPread, 1, EIO);
+  TextWriter out;
+  copy.write(out);
+  EXPECT_FALSE(out.ok()) << "no record with invented results";
+}
+
+TEST_F(ModelConfigurationTest, RecordOfOneRun) {
+  ModelConfiguration model;
+  model.setExternal("Excel Application", "book.ods", 1);
+  EXPECT_EQ(textOf(model), "Excel Application\nbook.ods\n2\n1\n0\n0\n0\n\n\n");
+  sampValues samples;
+  ASSERT_TRUE(samples.allocate(1));
+  const double x = 3;
+  samples.addRow(&x);
+  model.setInternalModel(modelOf({"x"}, "x"));
+  ASSERT_TRUE(model.prepareInternalRun(1));
+  ASSERT_EQ(model.advanceInternalRun(samples, 1.0f), 100);
+  model.clearInternalModel();
+  EXPECT_EQ(textOf(model), "Excel Application\nbook.ods\n1\n1\n1\n1\ny\n0\nRun 0\n1\nt=0\t3\t\n\n\n");
+}
+
+TEST_F(ModelConfigurationTest, NamesAndGridsOfARecord) {
+  const std::string head = "\nexe\nout\n2\n0\n";
+  const ModelConfiguration model = readRecord(head + "3\n2\n" + std::string(40, 'n') +
+                                              "\n\n2\nRun 0\n2\nt=0\t1\t2\t\nt=1\t3\t4\t\nRun 1\n0\n"
+                                              "Run 2\n1\nt=5\tinf\tnan\t\n\n\n");
+  EXPECT_EQ(model.outputNames()[0], std::string(28, 'n'));
+  EXPECT_EQ(model.outputNames()[1], "");
+  EXPECT_EQ(model.timeCount(0), 2);
+  EXPECT_EQ(model.timeCount(1), 0);
+  EXPECT_EQ(model.time(2, 0), 5.0);
+  std::vector<double> values;
+  ASSERT_TRUE(model.readRun(0, values));
+  EXPECT_EQ(values, (std::vector<double>{1, 2, 3, 4}));
+  ASSERT_TRUE(model.readRun(2, values));
+  EXPECT_TRUE(values[0] == INFINITY && std::isnan(values[1]));
+
+  const struct {
+    const char* what;
+    const char* text;
+  } bad[] = {
+      {"negative run count", "-1\n0\n0\n\n\n"},
+      {"negative output count", "0\n-1\n0\n\n\n"},
+      {"more runs than there are", "2147483647\n1\ny\n0\nRun 0\n1\nt=0\t1\t\n\n\n"},
+      {"more outputs than there are", "1\n2147483647\ny\n0\nRun 0\n1\nt=0\t1\t\n\n\n"},
+      {"more times than there are", "1\n1\ny\n3\nRun 0\n2147483647\nt=0\t1\t\n\n\n"},
+      {"negative number of times", "1\n1\ny\n3\nRun 0\n-1\nt=0\t1\t\n\n\n"},
+      {"unknown time mode", "0\n0\n4\n\n\n"},
+      {"no time axis, two times", "1\n1\ny\n0\nRun 0\n2\nt=0\t1\t\nt=1\t1\t\n\n\n"},
+      {"one grid, two grids", "2\n1\ny\n3\nRun 0\n1\nt=0\t1\t\nRun 1\n1\nt=1\t1\t\n\n\n"},
+      {"a value that is none", "1\n1\ny\n0\nRun 0\n1\nt=0\tx\t\n\n\n"},
+      {"a value beyond all doubles", "1\n1\ny\n0\nRun 0\n1\nt=0\t1e999\t\n\n\n"},
+      {"one directory line", "0\n0\n0\n\n"},
+  };
+  for (const auto& c : bad) {
+    TextReader in = TextReader::fromText(head + c.text);
+    ModelConfiguration broken;
+    EXPECT_FALSE(broken.read(in)) << c.what;
+  }
+}
+
+TEST_F(ModelConfigurationTest, RecordSetsTheDirectoriesOnlyAsAWhole) {
+  const test::TempDirectory directory;
+  const std::string record = "\n\n\n2\n0\n0\n0\n0\n" + directory.path() + '\n';
+  TextReader cut = TextReader::fromText(record);
+  ModelConfiguration model;
+  EXPECT_FALSE(model.read(cut));
+  EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Model), "");
+  EXPECT_EQ(textOf(readRecord(record + '\n')), record.substr(1) + '\n');
+  EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Model), directory.path());
+}
+
+// Every line of a record cut off or replaced by what doesn't belong there.
+TEST_F(ModelConfigurationTest, DamagedRecords) {
+  const std::string junk[] = {
+      "", "text", "-1", "2147483647", "99999999999", "1e999", std::string(5000, 'x'), std::string("\0\xff\x01", 3)};
+  for (const auto& golden : {kGolden[0], kGolden[5]}) {
+    const std::string part = modelPart(golden.results, golden.sample);
+    const std::string record = '\n' + textOf(readRecord(part));
+    std::vector<std::string> lines = test::splitLines(record);
+    lines.pop_back();
+    for (std::size_t damaged = 1; damaged < lines.size(); damaged += damaged < 60 ? 1 : 7) {
+      for (std::size_t j = 0; j <= std::size(junk); ++j) {
+        std::string text;
+        for (std::size_t i = 0; i < lines.size() && (i < damaged || j < std::size(junk)); ++i) {
+          text += (i == damaged ? junk[j] : lines[i]) + '\n';
+        }
+        TextReader in = TextReader::fromText(text);
+        ModelConfiguration model;
+        const bool good = model.read(in);
+        if (good) {
+          EXPECT_EQ(textOf(readRecord('\n' + textOf(model))), textOf(model)) << damaged << ' ' << j;
+        }
+        EXPECT_TRUE(!good || j < std::size(junk)) << golden.results << " cut at line " << damaged;
+      }
+    }
+  }
+}
+
+struct Read {
+  bool good = false;
+  ModelConfiguration model;
+  std::string warnings;
+};
+
+Read readOutput(const std::string& text) {
+  const test::TempDirectory directory;
+  Read result;
+  result.model.kind = kExternalExecutable;
+  result.model.outputFile = directory.file("model.out");
+  test::writeFile(result.model.outputFile, text);
+  result.good = result.model.readModelOutput(
+      [&](const std::string& title, const std::string& message) { result.warnings += title + ": " + message + '\n'; });
+  return result;
+}
+
+TEST_F(ModelConfigurationTest, OutputFileTimeModes) {
+  const std::string head = "1\ny\ntime = yes\n";
+  const struct {
+    const char* what;
+    std::string text;
+    std::int32_t mode;
+  } cases[] = {
+      {"one run", head + "1\nRUN 0\n2\n0 1\n1 2\n", kSharedGrid},
+      {"equal grids", head + "2\nRUN 0\n2\n0 1\n1 2\nRUN 1\n2\n0 3\n1 4\n", kSharedGrid},
+      {"another last time", head + "2\nRUN 0\n2\n0 1\n1 2\nRUN 1\n2\n0 3\n1.5 4\n", kDifferentGrids},
+      {"another count", head + "2\nRUN 0\n1\n0 1\nRUN 1\n2\n0 3\n1 4\n", kDifferentGrids},
+      {"first and third alike", head + "3\nRUN 0\n1\n0 1\nRUN 1\n1\n5 1\nRUN 2\n1\n0 3\n", kDifferentGrids},
+      {"values on any lines", head + "1\nany 0 more\n2 0\n1\n1\n2 dropped\n", kSharedGrid},
+      {"CR LF", "1\r\ny\r\ntime = yes\r\n1\r\nRUN 0\r\n1\r\n0 1\r\n", kSharedGrid},
+      {"no times", "1\ny\ntime = no\n2\n1\n2", kNoTimeAxis},
+      {"Yes is not yes", "1\ny\ntime = Yes\n2\n1\n2\n", kNoTimeAxis},
+      {"more runs than counted", "1\ny\nx=no\n1\n1\n2\nrubbish\n", kNoTimeAxis},
+      {"not a number and infinite", "1\ny\nx=no\n3\nnan\n-inf\ninf\n", kNoTimeAxis},
+      {"what follows the count of runs", "1\ny\nx=no\n1" + std::string(19, ' ') + "\n7\n", kNoTimeAxis},
+  };
+  for (const auto& c : cases) {
+    const Read read = readOutput(c.text);
+    EXPECT_TRUE(read.good) << c.what;
+    EXPECT_EQ(read.model.timeMode, c.mode) << c.what;
+    EXPECT_EQ(read.model.kind, kExternalExecutable) << c.what;
+    EXPECT_EQ(read.warnings, "") << c.what;
+  }
+  std::vector<double> values;
+  const Read rest = readOutput("1\ny\nx=no\n1" + std::string(19, ' ') + "8\n7\n");
+  ASSERT_TRUE(rest.good && rest.model.readRun(0, values));
+  EXPECT_EQ(values, std::vector<double>{8}) << "only 19 characters behind the count of runs are dropped";
+}
+
+TEST_F(ModelConfigurationTest, OutputFileNames) {
+  const Read read = readOutput("4\na-b\na b\n" + std::string(255, 'n') + "\n\xc2\xa3;x\ntime = no\n1\n1 2 3 4\n");
+  ASSERT_TRUE(read.good);
+  EXPECT_EQ(read.model.outputNames(), (std::vector<std::string>{"a_b", "a", std::string(255, 'n'), "___x"}));
+  EXPECT_EQ(read.warnings,
+            "Warning: The model variable a-b will be modified in a_b\n"
+            "Warning: The model variable \xc2\xa3;x will be modified in ___x\n");
+  const Read refused = readOutput("1\n2a\ntime = no\n1\n1\n");
+  EXPECT_FALSE(refused.good);
+  EXPECT_EQ(refused.warnings, "Error: Incorrect model variable name: 2a\n");
+}
+
+TEST_F(ModelConfigurationTest, OutputFilesThatFail) {
+  const struct {
+    const char* what;
+    std::string text;
+  } cases[] = {
+      {"empty", ""},
+      {"no outputs", "0\ntime = no\n1\n1\n"},
+      {"empty name", "1\n\ntime = no\n1\n1\n"},
+      {"blank before the name", "1\n y\ntime = no\n1\n1\n"},
+      {"name of 256 characters", "1\n" + std::string(256, 'n') + "\ntime = no\n1\n1\n"},
+      {"more names than outputs", "1\ny\nz_is_a_long_name_indeed\ntime = no\n1\n1\n"},
+      {"no equals sign in time", "1\ny\ntime no\n1\n1\n"},
+      {"no runs", "1\ny\ntime = no\n0\n"},
+      {"RUN without times", "1\ny\ntime = no\n1\nRUN 0\n1\n"},
+      {"a run too few", "1\ny\ntime = no\n2\n1\n"},
+      {"a value too few", "2\ny\nz\ntime = no\n2\n1 2\n3\n"},
+      {"text for a value", "1\ny\ntime = no\n2\n1\nx\n"},
+      {"size beyond all doubles", "1\ny\ntime = no\n1\n1e999\n"},
+      {"first run is 1", "1\ny\ntime = yes\n1\nRUN 1\n1\n0 1\n"},
+      {"run number missing", "1\ny\ntime = yes\n1\nRUN\n1\n0 1\n"},
+      {"run line of 20 characters", "1\ny\ntime = yes\n1\n" + std::string(18, 'r') + " 0\n1\n0 1\n"},
+      {"no times in a run", "1\ny\ntime = yes\n1\nRUN 0\n0\n"},
+      {"t = before a time", "1\ny\ntime = yes\n1\nRUN 0\n1\nt = 0 1\n"},
+      {"counts of a hostile file", "1\ny\ntime = yes\n2147483647\nRUN 0\n2147483647\n0 1\n"},
+      {"outputs of a hostile file", "2147483647\ny\ntime = yes\n"},
+      {"runs beyond 32 bits", "1\ny\ntime = no\n4294967297\n1\n"},
+      {"binary", std::string("1\n\0\xff\x7f=\n\0\0\0", 10)},
+  };
+  for (const auto& c : cases) {
+    const Read read = readOutput(c.text);
+    EXPECT_FALSE(read.good) << c.what;
+    EXPECT_EQ(read.model.kind, kExternalExecutable) << c.what;
+    for (std::int32_t run = 0; run < read.model.runCount(); ++run) {
+      std::vector<double> values;
+      EXPECT_TRUE(read.model.readRun(run, values)) << c.what;
+    }
+  }
+  ModelConfiguration missing = readRecord(modelPart("ishigami-run.spc", "ishigami.sam"));
+  missing.outputFile = "/no/such/file";
+  EXPECT_FALSE(missing.readModelOutput([](const std::string&, const std::string&) {}));
+  EXPECT_EQ(missing.runCount(), 0);
+  EXPECT_EQ(missing.internalModel(), nullptr);
+  EXPECT_EQ(missing.kind, kInternalModel);
+}
+
+TEST_F(ModelConfigurationTest, OutputFilesCutAnywhere) {
+  const std::string whole = test::readFile(test::goldenPath("times.out"));
+  for (std::size_t length = 0; length + 8 < whole.size(); length += 37) {
+    EXPECT_FALSE(readOutput(whole.substr(0, length)).good) << length;
+  }
+}
+
+}  // namespace
+}  // namespace tarvex
