@@ -46,6 +46,9 @@ void Factor::read(TextReader& in) {
   std::string noteLine;
   in.readLine(noteLine, kMaxNote);
   in >> status;
+  // A status that goes on behind its digits is no status.
+  const std::string_view next = in.peekLine(1);
+  if (!next.empty() && next[0] != '\t' && next[0] != ' ') in.setFail();
   if (in.ok()) {
     name = word;
     note = noteLine;

@@ -24,7 +24,8 @@ FactorList::FactorList(const FactorList& other)
       steinFileName(other.steinFileName),
       steinInfo(other.steinInfo),
       nodes_(other.nodes_),
-      matrix_(other.matrix_) {
+      matrix_(other.matrix_),
+      matrixOrder_(other.matrixOrder_) {
   factors_.reserve(other.factors_.size());
   for (const auto& factor : other.factors_) factors_.push_back(factor->clone());
 }
@@ -61,7 +62,7 @@ std::int32_t FactorList::isConstant(std::int32_t i) const {
 
 void FactorList::addFactor(std::unique_ptr<Factor> factor, CorrelationNode node) {
   if (factor->isStochastic() && !matrix_.empty()) {
-    matrix_ = grown(matrix_, static_cast<std::size_t>(correlatableCount()));
+    matrix_ = grown(matrix_, matrixOrder_++);
   }
   factors_.push_back(std::move(factor));
   nodes_.push_back(std::move(node));
@@ -86,11 +87,6 @@ bool FactorList::link(std::int32_t child, std::int32_t parent, double correlatio
   return true;
 }
 
-std::size_t FactorList::matrixPlace(std::int32_t row, std::int32_t column) const {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(correlatableCount()) +
-         static_cast<std::size_t>(column);
-}
-
 float FactorList::matrixAt(std::int32_t row, std::int32_t column) const {
   if (matrix_.empty()) return row == column ? 1.0F : 0.0F;
   return matrix_[matrixPlace(row, column)];
@@ -98,9 +94,9 @@ float FactorList::matrixAt(std::int32_t row, std::int32_t column) const {
 
 void FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlation) {
   if (matrix_.empty()) {
-    const auto order = static_cast<std::size_t>(correlatableCount());
-    matrix_.assign(order * order, 0.0F);
-    for (std::size_t i = 0; i < order; ++i) matrix_[i * (order + 1)] = 1.0F;
+    matrixOrder_ = static_cast<std::size_t>(correlatableCount());
+    matrix_.assign(matrixOrder_ * matrixOrder_, 0.0F);
+    for (std::size_t i = 0; i < matrixOrder_; ++i) matrix_[i * (matrixOrder_ + 1)] = 1.0F;
   }
   matrix_[matrixPlace(row, column)] = correlation;
   matrix_[matrixPlace(column, row)] = correlation;

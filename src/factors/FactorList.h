@@ -78,11 +78,14 @@ class FactorList {
   friend class FactorListText;
 
   CorrelationNode& nodeAt(std::int32_t i) { return nodes_[static_cast<std::size_t>(i)]; }
-  std::size_t matrixPlace(std::int32_t row, std::int32_t column) const;
+  std::size_t matrixPlace(std::int32_t row, std::int32_t column) const {
+    return static_cast<std::size_t>(row) * matrixOrder_ + static_cast<std::size_t>(column);
+  }
 
   std::vector<std::unique_ptr<Factor>> factors_;
   std::vector<CorrelationNode> nodes_;
-  std::vector<float> matrix_;  // correlatableCount() squared, by row; empty for the unit matrix
+  std::vector<float> matrix_;     // by row; empty for the unit matrix
+  std::size_t matrixOrder_ = 0;  // its rows, one a correlatable factor
   std::vector<std::int32_t> factorOrder_;
 };
 

@@ -27,6 +27,12 @@ bool readTitle(TextReader& in, const char* title) {
   return in.ok() && line == title;
 }
 
+// The rest of the current line, whatever it holds; at the end of the text there is none.
+void readAway(TextReader& in) {
+  std::string rest;
+  if (!in.atEnd()) in.readLine(rest, kMaxTitle);
+}
+
 }  // namespace
 
 void FactorListText::write(const FactorList& list, TextWriter& out) {
@@ -103,9 +109,9 @@ bool FactorListText::readFactors(FactorList& list, TextReader& in, std::int32_t 
     std::unique_ptr<Factor> factor = typeName == "Dummy" ? nullptr : makeFactor(typeName);
     if (in.fail() || factor == nullptr) return false;
     factor->read(in);
+    readAway(in);
+    readAway(in);
     if (in.fail()) return false;
-    in.skipLine();
-    in.skipLine();
     list.addFactor(std::move(factor));
   }
   return true;
@@ -118,15 +124,13 @@ bool FactorListText::readTree(FactorList& list, TextReader& in) {
     in >> node.correlation >> node.parent >> children;
     in.checkCount(children, kShortestNumber);
     for (std::int32_t i = 0; i < children && in.ok(); ++i) in >> node.children.emplace_back();
-    in.skipLine();
+    readAway(in);
   }
   return in.ok() && isTree(list);
 }
 
 // Each end of a link names the other one, once; both are correlatable; every factor has a root above it.
 bool FactorListText::isTree(const FactorList& list) {
-  std::size_t linked = 0;
-  std::size_t reached = 0;
   std::vector<std::int32_t> open;
   for (std::int32_t i = 0; i < list.factorCount(); ++i) {
     const std::int32_t parent = list.node(i).parent;
@@ -134,20 +138,22 @@ bool FactorListText::isTree(const FactorList& list) {
       open.push_back(i);
     } else if (list.isCorrelatable(i) != 1 || list.isCorrelatable(parent) != 1) {
       return false;
-    } else {
-      ++linked;
     }
   }
-  // The walk down from the roots can't meet a factor twice without meeting more links than there are.
+  std::int32_t reached = static_cast<std::int32_t>(open.size());
+  std::vector<bool> seen(static_cast<std::size_t>(list.factorCount()), false);
   while (!open.empty()) {
     const std::int32_t i = open.back();
     open.pop_back();
     for (const std::int32_t child : list.node(i).children) {
-      if (list.isCorrelatable(child) != 1 || list.node(child).parent != i || ++reached > linked) return false;
+      if (list.isCorrelatable(child) != 1 || list.node(child).parent != i) return false;
+      if (seen[static_cast<std::size_t>(child)]) return false;
+      seen[static_cast<std::size_t>(child)] = true;
       open.push_back(child);
+      ++reached;
     }
   }
-  return reached == linked;
+  return reached == list.factorCount();
 }
 
 bool FactorListText::readMatrix(FactorList& list, TextReader& in) {
@@ -162,9 +168,12 @@ bool FactorListText::readMatrix(FactorList& list, TextReader& in) {
       in >> cell;
       isUnit = isUnit && cell == (row == column ? 1.0F : 0.0F);
     }
-    in.skipLine();
+    readAway(in);
   }
-  if (!isUnit) list.matrix_ = std::move(matrix);
+  if (!isUnit) {
+    list.matrix_ = std::move(matrix);
+    list.matrixOrder_ = static_cast<std::size_t>(order);
+  }
   return in.ok();
 }
 
@@ -187,8 +196,7 @@ bool FactorListText::readStein(FactorList& list, TextReader& in) {
   }
   in >> list.correlationMode;
   const bool known = list.correlationMode >= kDependenceTree && list.correlationMode <= kSteinSample;
-  in.skipLine();
-  return in.ok() && known;
+  return in.ok() && known && (in.atEnd() || readTitle(in, ""));
 }
 
 void FactorList::write(TextWriter& out) const {

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "FactorText.h"
+#include "factors/FactorText.h"
 #include "factors/InverseSearch.h"
 
 namespace tarvex {
