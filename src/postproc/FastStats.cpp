@@ -93,7 +93,7 @@ void FastStats::computeClassic(std::int32_t variable, const FastSampler& design,
   for (IndexRecord& record : records) {
     if (record.kind != FactorKind::Uncertain) continue;
     const long double effect = spectrum.harmonics(design.designTable()[block++].frequency);
-    record.values[static_cast<std::size_t>(variable) * kSlots] =
+    record.values[static_cast<std::size_t>(variable) * kSlots + kFirstOrder] =
         total == 0.0L ? 0.0 : static_cast<double>(effect / total);
   }
 }
@@ -120,8 +120,8 @@ void FastStats::computeBlocks(std::int32_t variable, const FastSampler& design, 
     }
     if (total == 0.0L) continue;
     double* slots = record.values.data() + static_cast<std::size_t>(variable) * kSlots;
-    slots[0] = static_cast<double>(effect / total);
-    slots[1] = static_cast<double>(1.0L - others / total);
+    slots[kFirstOrder] = static_cast<double>(effect / total);
+    slots[kTotalOrder] = static_cast<double>(1.0L - others / total);
   }
 }
 

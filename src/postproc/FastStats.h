@@ -8,10 +8,11 @@ class CurveSpectrum;
 class FastSampler;
 struct FastBlock;
 
-// Fourier amplitude sensitivity: slot 0 the first order index, slot 1 the total one (0.0 in the classic form). In the
-// test on groups the records are the groups, then the factors in none.
+// Fourier amplitude sensitivity: first order indices and, but for the classic form, total ones (there 0.0). In the test
+// on groups the records are the groups, then the factors in none.
 class FastStats : public SensitivityStats {
  public:
+  enum Slot : std::int32_t { kFirstOrder = 0, kTotalOrder = 1 };
   static constexpr std::int32_t kSlots = 2;  // per variable
 
   FastStats() : SensitivityStats(kFast) {}

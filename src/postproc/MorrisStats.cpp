@@ -76,8 +76,8 @@ void MorrisStats::computeVariable(std::int32_t variable, const MorrisSampler& de
     double spread = r * sum.squares - sum.effects * sum.effects;
     if (spread < 0.0) spread = 0.0;  // equal effects may round below
     double* slots = record.values.data() + static_cast<std::size_t>(variable) * kSlots;
-    slots[0] = std::fabs(sum.effects / r);
-    slots[1] = std::sqrt(spread / ((r - 1.0) * r));  // a single trajectory has no spread: nan
+    slots[kMean] = std::fabs(sum.effects / r);
+    slots[kSigma] = std::sqrt(spread / ((r - 1.0) * r));  // a single trajectory has no spread: nan
   }
 }
 

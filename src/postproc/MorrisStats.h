@@ -6,9 +6,10 @@ namespace tarvex {
 
 class MorrisSampler;
 
-// Elementary effects along trajectories: slot 0 the mean of the absolute effects, slot 1 their spread.
+// Elementary effects along trajectories: the mean of the absolute effects and their spread.
 class MorrisStats : public SensitivityStats {
  public:
+  enum Slot : std::int32_t { kMean = 0, kSigma = 1 };
   static constexpr std::int32_t kSlots = 2;  // per variable
 
   MorrisStats() : SensitivityStats(kMorris) {}

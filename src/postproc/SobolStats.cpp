@@ -16,16 +16,27 @@ namespace tarvex {
 
 namespace {
 
-enum Slot : std::int32_t { kIndex = 0, kTotal = 1, kClosedOfOne = 2, kClosedOfMore = 1 };
+// Closed indices of a term of one factor and of more.
+constexpr std::int32_t kClosedOfOne = 2;
+constexpr std::int32_t kClosedOfMore = 1;
 constexpr std::int64_t kBlockA = 0;
 constexpr std::int64_t kBlockB = 1;
 constexpr std::int64_t kFirstTerm = 2;  // block
 
-std::int32_t closedSlot(std::size_t factors) {
+}  // namespace
+
+std::int32_t SobolStats::closedSlot(std::size_t factors) const {
+  if (slotMode == kFirstAndTotal) return kIndex;
   return factors == 1 ? kClosedOfOne : kClosedOfMore;
 }
 
-}  // namespace
+double SobolStats::closedIndex(std::int32_t record, std::int32_t variable) const {
+  if (record < 0 || static_cast<std::size_t>(record) >= records.size()) return 0.0;
+  std::vector<double> values(records.size(), 0.0);
+  const auto at = static_cast<std::size_t>(record);
+  slotValues(variable, closedSlot(records[at].groupNames.size()), values);
+  return values[at];
+}
 
 double& SobolStats::slot(std::size_t record, std::int32_t variable, std::int32_t number) {
   IndexRecord& which = records[record];

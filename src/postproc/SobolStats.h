@@ -8,11 +8,13 @@ class FactorSubsets;
 class SobolBlocks;
 class SobolSampler;
 
-// Variance shares from the block design. First and total order: slots 0 and 1 of each factor. Up to an order: a term of
+// Variance shares from the block design. First and total order: both indices of each factor. Up to an order: a term of
 // one factor has index, total and closed index; a term of more has index and closed index.
 class SobolStats : public SensitivityStats {
  public:
   enum SlotMode : std::int32_t { kFirstAndTotal = 1, kByTerm = 3 };
+  // The total is that of a single factor; a term of more factors has its closed index there.
+  enum Slot : std::int32_t { kIndex = 0, kTotal = 1 };
 
   SobolStats() : SensitivityStats(kSobol) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<SobolStats>(*this); }
@@ -21,6 +23,10 @@ class SobolStats : public SensitivityStats {
   std::int32_t slotsOf(const IndexRecord& record) const override {
     return record.groupNames.size() == 1 && slotMode != kFirstAndTotal ? 3 : 2;
   }
+
+  // What the factors of a record explain among themselves: the first order index in the first-and-total form. 0.0 when
+  // nothing is computed or out of range.
+  double closedIndex(std::int32_t record, std::int32_t variable) const;
 
   std::int32_t maxOrder = 0;   // 0 in the first-and-total form
   std::int32_t termCount = 0;  // records
@@ -40,6 +46,7 @@ class SobolStats : public SensitivityStats {
   void makeTermRecords(const PrepConfiguration& prep, const FactorSubsets& terms, bool withLast);
   void closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
   void indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
+  std::int32_t closedSlot(std::size_t factors) const;
   double& slot(std::size_t record, std::int32_t variable, std::int32_t number);
   bool abandon(const std::string& reason);
 };

@@ -4,9 +4,9 @@
 
 namespace tarvex {
 
-UaCurves makeUaCurves(const UaStats& stats, std::int32_t variable, int scale) {
+UaCurves makeUaCurves(const UaStats& stats, std::int32_t variable, HistogramScale scale) {
   UaCurves curves;
-  const Histogram* histogram = scale == 1 ? stats.logHistogram(variable) : stats.linearHistogram(variable);
+  const Histogram* histogram = scale == kLogScale ? stats.logHistogram(variable) : stats.linearHistogram(variable);
   if (histogram == nullptr) return curves;
   const double runs = stats.sampleSize();
   float sum = 0.0f;

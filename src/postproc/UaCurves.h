@@ -6,7 +6,7 @@
 
 namespace tarvex {
 
-// The curves of one variable, on the edges of its linear (scale 0) or logarithmic (scale 1) histogram. Single precision
+// The curves of one variable, on the edges of its linear or logarithmic histogram. Single precision
 // throughout, running sums included: so they are shown and saved.
 struct UaCurves {
   using Curve = std::array<float, kHistogramEntries>;
@@ -17,6 +17,6 @@ struct UaCurves {
 };
 
 // All zeros for a variable that there is not.
-UaCurves makeUaCurves(const UaStats& stats, std::int32_t variable, int scale);
+UaCurves makeUaCurves(const UaStats& stats, std::int32_t variable, HistogramScale scale);
 
 }  // namespace tarvex
