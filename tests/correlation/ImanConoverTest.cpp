@@ -1,0 +1,137 @@
+#include "correlation/ImanConover.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "factors/FactorList.h"
+#include "factors/Normal.h"
+#include "support/RankCorrelation.h"
+
+namespace tarvex::test {
+namespace {
+
+std::vector<double> columnOf(const RankTable& ranks, std::int32_t column, std::int32_t rows) {
+  std::vector<double> values;
+  for (std::int32_t row = 0; row < rows; ++row) values.push_back(ranks.rankOf(column, row));
+  return values;
+}
+
+void expectPermutation(const RankTable& ranks, std::int32_t column, std::int32_t rows) {
+  std::vector<int> seen(static_cast<std::size_t>(rows), 0);
+  for (std::int32_t row = 0; row < rows; ++row) {
+    const std::int32_t rank = ranks.rankOf(column, row);
+    ASSERT_TRUE(rank >= 0 && rank < rows);
+    ++seen[static_cast<std::size_t>(rank)];
+  }
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), 1), rows) << "column " << column;
+}
+
+struct Matrix {
+  const char* name;
+  std::int32_t count;
+  std::vector<float> values;  // by row
+};
+
+// clang-format off
+const std::vector<Matrix> kAccepted{
+    {"one column",    1, {1}},
+    {"identity",      3, {1, 0, 0,  0, 1, 0,  0, 0, 1}},
+    {"pair",          2, {1, 0.9f,  0.9f, 1}},
+    {"negative pair", 2, {1, -0.7f,  -0.7f, 1}},
+    {"equal columns", 2, {1, 1,  1, 1}},
+    {"opposite ones", 2, {1, -1,  -1, 1}},
+    {"chain",         4, {1, 0.8f, 0.4f, -0.3f,  0.8f, 1, 0.6f, 0,  0.4f, 0.6f, 1, 0.2f,  -0.3f, 0, 0.2f, 1}},
+};
+const std::vector<Matrix> kRefused{
+    {"contradiction",   3, {1, 0.9f, 0.9f,  0.9f, 1, -0.9f,  0.9f, -0.9f, 1}},
+    {"beyond 1",        2, {1, 1.01f,  1.01f, 1}},
+    {"not a number",    2, {1, NAN,  NAN, 1}},
+    {"equal but apart", 3, {1, 1, 0.5f,  1, 1, -0.5f,  0.5f, -0.5f, 1}},
+};
+// clang-format on
+
+// 0.75 exchanges a row leave e^-1.5 of a column in place, so e^-3 of the rows of two columns still stand alike: a
+// correlation of 0.05 before the method sets in, which each further column adds to.
+double shuffleBias(std::int32_t columns) {
+  return std::exp(-3.0) * columns / 2.0;
+}
+
+TEST(ImanConover, achievedRankCorrelation) {
+  for (const Matrix& matrix : kAccepted)
+    for (const std::int32_t rows : {250, 1000, 5000}) {
+      SCOPED_TRACE(std::string(matrix.name) + ", " + std::to_string(rows) + " rows");
+      const ImanConover ranks(matrix.values, matrix.count, rows);
+      ASSERT_TRUE(ranks.isValid());
+      for (std::int32_t i = 0; i < matrix.count; ++i) {
+        expectPermutation(ranks, i, rows);
+        for (std::int32_t j = 0; j < i; ++j) {
+          const double target = matrix.values[static_cast<std::size_t>(i * matrix.count + j)];
+          EXPECT_NEAR(rankCorrelation(columnOf(ranks, i, rows), columnOf(ranks, j, rows)), target,
+                      rankTolerance(target, static_cast<std::size_t>(rows)) + shuffleBias(matrix.count))
+              << i << ' ' << j;
+        }
+      }
+    }
+}
+
+// A pivot of exactly 0 goes through: the columns have the same ranks, or opposite ones.
+TEST(ImanConover, correlationOfOne) {
+  const ImanConover equal({1, 1, 1, 1}, 2, 40);
+  const ImanConover opposite({1, -1, -1, 1}, 2, 40);
+  for (std::int32_t row = 0; row < 40; ++row) {
+    EXPECT_EQ(equal.rankOf(0, row), equal.rankOf(1, row));
+    EXPECT_EQ(opposite.rankOf(0, row), 39 - opposite.rankOf(1, row));
+  }
+}
+
+// Behind a pivot of 0 further columns divide by it: permutations all the same, or a refusal.
+TEST(ImanConover, correlationOfOneAmongThree) {
+  const ImanConover ranks({1, 1, 0.5f, 1, 1, 0.5f, 0.5f, 0.5f, 1}, 3, 60);
+  for (std::int32_t column = 0; ranks.isValid() && column < 3; ++column) expectPermutation(ranks, column, 60);
+}
+
+TEST(ImanConover, refusedMatrices) {
+  for (const Matrix& matrix : kRefused) {
+    SCOPED_TRACE(matrix.name);
+    EXPECT_FALSE(ImanConover(matrix.values, matrix.count).isValid());
+    const ImanConover ranks(matrix.values, matrix.count, 30);
+    EXPECT_FALSE(ranks.isValid());
+    for (std::int32_t row = 0; row < 30; ++row) EXPECT_EQ(ranks.rankOf(1, row), 0);
+  }
+  for (const Matrix& matrix : kAccepted) EXPECT_TRUE(ImanConover(matrix.values, matrix.count).isValid()) << matrix.name;
+}
+
+TEST(ImanConover, ranksOfAListAndTheSeed) {
+  FactorList list;
+  for (const char* type : {"Normal", "Constant", "Uniform", "Relation", "Beta"}) list.addFactor(makeFactor(type));
+  list.setMatrix(0, 2, 0.8f);
+  list.setMatrix(2, 0, 0.8f);
+  const ImanConover first(list, 500);
+  const ImanConover again(list, 500, 5648423);
+  const ImanConover other(list, 500, 17);
+  ASSERT_TRUE(first.isValid());
+  EXPECT_EQ(columnOf(first, 2, 500), columnOf(again, 2, 500));
+  EXPECT_NE(columnOf(first, 2, 500), columnOf(other, 2, 500));
+  // Columns count correlatable factors only.
+  EXPECT_NEAR(rankCorrelation(columnOf(first, 0, 500), columnOf(first, 2, 500)), 0.8,
+              rankTolerance(0.8, 500) + shuffleBias(2));
+  EXPECT_NEAR(rankCorrelation(columnOf(first, 0, 500), columnOf(first, 1, 500)), 0.0,
+              rankTolerance(0.0, 500) + shuffleBias(3));
+  for (const std::int32_t column : {-1, 3, 5}) EXPECT_EQ(first.rankOf(column, 7), 0);
+  for (const std::int32_t row : {-1, 500, 2147483647}) EXPECT_EQ(first.rankOf(0, row), 0);
+}
+
+TEST(ImanConover, fewRows) {
+  for (const std::int32_t rows : {1, 2, 3}) {
+    const ImanConover ranks({1, 0.5f, 0.5f, 1}, 2, rows);
+    ASSERT_TRUE(ranks.isValid());
+    expectPermutation(ranks, 0, rows);
+    expectPermutation(ranks, 1, rows);
+  }
+}
+
+}  // namespace
+}  // namespace tarvex::test

@@ -1,0 +1,138 @@
+#include "correlation/importStein.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "factors/FactorList.h"
+#include "factors/Uniform.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex::test {
+namespace {
+
+const std::string kNothing = "Error loading stein file. No factors to import.";
+const std::string kOtherCount =
+    "Error loading stein file. The number of imported factors is different from the loaded configuration.";
+const std::string kInconsistent = "Error loading stein file. Current data may be inconsistent or corrupt.";
+
+class ImportStein : public testing::Test {
+ protected:
+  bool import(const std::string& text, SteinImport mode) {
+    const std::string path = directory_.path() + "/sample.txt";
+    writeFile(path, text);
+    return importStein(path, mode, list, message);
+  }
+  void addFactors(int count) {
+    for (int i = 0; i < count; ++i) list.addFactor(makeFactor("Normal"));
+  }
+
+  FactorList list;
+  std::string message;
+
+ private:
+  TempDirectory directory_;
+};
+
+TEST_F(ImportStein, fullImportMakesEmpiricalDistributions) {
+  struct Column {
+    const char* name;
+    std::vector<double> values;
+    std::vector<std::array<double, 3>> intervals;  // left, right, weight
+  };
+  const std::vector<Column> columns{
+      {"rising", {1, 2, 3, 4, 5}, {{1, 2, 0.25}, {2, 3, 0.25}, {3, 4, 0.25}, {4, 5, 0.25}}},
+      {"shuffled", {3, 0.5, 2, 9, -1}, {{-1, 0.5, 0.25}, {0.5, 2, 0.25}, {2, 3, 0.25}, {3, 9, 0.25}}},
+      {"tiesFirst", {1, 1, 1, 2, 4}, {{1, 2, 0.75}, {2, 4, 0.25}}},
+      {"tiesLast", {1, 2, 2, 2, 2}, {{1, 2, 1.0}}},
+      {"tiesBetween", {7, 1, 4, 4, 7}, {{1, 4, 0.25}, {4, 7, 0.75}}},
+  };
+  std::string text = "5 5 and a remark\n";
+  for (const Column& column : columns) text += std::string(column.name) + "\n";
+  for (std::size_t row = 0; row < 5; ++row)
+    for (const Column& column : columns) text += std::to_string(column.values[row]) + (row % 2 == 0 ? " " : "\n");
+  addFactors(5);
+  ASSERT_TRUE(import(text, kSteinReplace)) << message;
+  ASSERT_EQ(list.factorCount(), 5);
+  EXPECT_EQ(list.steinInfo.rows(), 5);
+  EXPECT_NE(list.correlationMode, kSteinSample);
+  for (std::int32_t i = 0; i < 5; ++i) {
+    const Column& column = columns[static_cast<std::size_t>(i)];
+    SCOPED_TRACE(column.name);
+    const auto& factor = dynamic_cast<const Uniform&>(list.factor(i));
+    EXPECT_EQ(factor.name, column.name);
+    ASSERT_EQ(factor.count(), column.intervals.size());
+    for (std::size_t k = 0; k < factor.count(); ++k) {
+      EXPECT_EQ(factor.intervalAt(k)->left, column.intervals[k][0]);
+      EXPECT_EQ(factor.intervalAt(k)->right, column.intervals[k][1]);
+      EXPECT_EQ(factor.intervalAt(k)->weight, column.intervals[k][2]);
+    }
+  }
+}
+
+TEST_F(ImportStein, attachingKeepsTheFactors) {
+  addFactors(2);
+  ASSERT_TRUE(import("3\r\n2\r\nx\r\ny\r\n1 2 3\r\n4 5 6", kSteinAttach)) << message;
+  EXPECT_EQ(list.correlationMode, kSteinSample);
+  EXPECT_EQ(list.factorCount(), 2);
+  EXPECT_EQ(list.factor(0).typeName, "Normal");
+  double value = 0.0;
+  ASSERT_TRUE(list.steinInfo.getValue(2, 1, value));
+  EXPECT_EQ(value, 6.0);
+  // A second sample takes the place of the first.
+  ASSERT_TRUE(import("1 2\nx\ny\n8 9\n", kSteinAttach)) << message;
+  EXPECT_EQ(list.steinInfo.rows(), 1);
+  // The one mode that doesn't look at the count of factors.
+  ASSERT_TRUE(import("2 1\nx\n8 9\n", kSteinAttachAny)) << message;
+  EXPECT_EQ(list.steinInfo.columns(), 1);
+}
+
+TEST_F(ImportStein, defects) {
+  struct Defect {
+    const char* name;
+    std::string text;
+    SteinImport mode;
+    int factors;
+    std::string message;
+  };
+  const std::vector<Defect> defects{
+      {"empty file", "", kSteinReplace, 0, kNothing},
+      {"no rows", "0 2\na\nb\n", kSteinReplace, 0, kNothing},
+      {"negative rows", "-3 2\na\nb\n1 2\n", kSteinReplace, 0, kNothing},
+      {"rows no number", "many 2\na\nb\n1 2\n", kSteinReplace, 0, kNothing},
+      {"rows beyond the type", "1e999 2\na\nb\n", kSteinReplace, 0, kNothing},
+      {"no columns line", "4\n", kSteinReplace, 0, kNothing},
+      {"negative columns", "4 -1\n", kSteinReplace, 0, kNothing},
+      {"fewer columns than factors", "2 1\na\n1\n2\n", kSteinAttach, 2, kOtherCount},
+      {"more columns than factors", "2 3\na\nb\nc\n1 2 3 4 5 6\n", kSteinReplace, 2, kOtherCount},
+      {"name begins with a digit", "2 2\na\n2b\n1 2 3 4\n", kSteinAttach, 2, kInconsistent},
+      {"name begins with a sign", "2 2\n-a\nb\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
+      {"name begins with a blank", "2 2\n a\nb\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
+      {"name not ASCII", "2 1\n\xc3\xa9\n1 2\n", kSteinReplace, 0, kInconsistent},
+      {"empty name", "2 2\na\n\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
+      {"long name", "2 1\n" + std::string(256, 'n') + "\n1 2\n", kSteinReplace, 0, kInconsistent},
+      {"names missing", "2 3\na\n", kSteinReplace, 0, kInconsistent},
+      {"more columns than bytes", "2 2147483647\na\n", kSteinReplace, 0, kInconsistent},
+      {"more rows than bytes", "2147483647 1\na\n1\n2\n", kSteinReplace, 0, kInconsistent},
+      {"a number missing", "2 2\na\nb\n1 2 3\n", kSteinReplace, 0, kInconsistent},
+      {"a word for a number", "2 2\na\nb\n1 2 x 4\n", kSteinAttach, 2, kInconsistent},
+      {"a number out of range", "2 2\na\nb\n1 2 1e999 4\n", kSteinAttach, 2, kInconsistent},
+      {"constant column", "3 2\na\nb\n1 7 2 7 3 7\n", kSteinReplace, 0, kInconsistent},
+      {"one row", "1 1\na\n5\n", kSteinReplace, 0, kInconsistent},
+      {"not a number", "3 1\na\n1 nan 2\n", kSteinReplace, 0, kInconsistent},
+  };
+  for (const Defect& defect : defects) {
+    SCOPED_TRACE(defect.name);
+    list.clear();
+    addFactors(defect.factors);
+    EXPECT_FALSE(import(defect.text, defect.mode));
+    EXPECT_EQ(message, defect.message);
+    EXPECT_NE(list.correlationMode, kSteinSample);
+  }
+  EXPECT_FALSE(importStein("/no/such/file", kSteinReplace, list, message));
+  EXPECT_EQ(message, kNothing);
+}
+
+}  // namespace
+}  // namespace tarvex::test
