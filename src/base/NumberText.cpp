@@ -1,8 +1,10 @@
 #include "base/NumberText.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace tarvex {
@@ -108,9 +110,14 @@ double sixDigits(double value) {
   // or product rounds like the text does. Scaling errs by less than 1e-9 in n: too near to a half, the text decides.
   const double size = std::fabs(value);
   if (size >= 1e-16 && size < 1e21) {
-    int shift = 5 - static_cast<int>(std::floor(std::log10(size)));
-    const double scaled = shift >= 0 ? size * kPowersOfTen[shift] : size / kPowersOfTen[-shift];
-    const double below = std::floor(scaled);
+    const int exponent2 = static_cast<int>(std::bit_cast<std::uint64_t>(size) >> 52) - 1023;
+    int shift = 5 - ((exponent2 * 1233) >> 12);  // 1233 / 4096: log10(2); at most one too small
+    double scaled = shift >= 0 ? size * kPowersOfTen[shift] : size / kPowersOfTen[-shift];
+    if (scaled >= 1e6) {
+      --shift;
+      scaled = shift >= 0 ? size * kPowersOfTen[shift] : size / kPowersOfTen[-shift];
+    }
+    const double below = static_cast<double>(static_cast<std::int64_t>(scaled));
     const double rest = scaled - below;
     if (scaled >= 1e5 && scaled < 1e6 && std::fabs(rest - 0.5) > 1e-9) {
       const double n = rest > 0.5 ? below + 1 : below;
