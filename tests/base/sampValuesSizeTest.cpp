@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <functional>
+
+#include "base/sampValues.h"
+#include "support/TempDirectory.h"
+
+namespace tarvex {
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+
+struct Ending {
+  int status = 0;
+  long peakKilobytes = 0;
+};
+
+// Runs `work` in a process of its own, so that its peak of memory is its own.
+Ending inChild(const std::function<int()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(work());
+  Ending ending;
+  struct rusage usage {};
+  if (child < 0 || ::wait4(child, &ending.status, 0, &usage) != child) ADD_FAILURE() << "no child process";
+  ending.peakKilobytes = usage.ru_maxrss;
+  return ending;
+}
+
+constexpr std::int32_t kRows = 2000000;
+constexpr std::int32_t kColumns = 20;
+constexpr long kColumnKilobytes = kRows * 8L / 1024;
+
+double cell(std::int32_t row, std::int32_t column) {
+  return row * 32.0 + column;
+}
+
+// Filled by row, read by column, changed by column, read by row again. Returns 0, or the number of the step that went
+// wrong.
+int largePasses() {
+  sampValues store;
+  if (!store.allocate(kColumns)) return 1;
+  double row[kColumns];
+  for (std::int32_t r = 0; r < kRows; ++r) {
+    for (std::int32_t c = 0; c < kColumns; ++c) row[c] = cell(r, c);
+    if (store.addRow(row) != r + 1) return 2;
+  }
+  double value = 0;
+  for (std::int32_t c = 0; c < kColumns; ++c)
+    for (std::int32_t r = 0; r < kRows; ++r)
+      if (!store.getColumnValue(r, c, value) || value != cell(r, c)) return 3;
+  for (std::int32_t c = 0; c < kColumns; ++c)
+    for (std::int32_t r = 0; r < kRows; ++r)
+      if (!store.setColumnValue(r, c, -cell(r, c))) return 4;
+  for (std::int32_t r = 0; r < kRows; ++r) {
+    if (!store.getRow(r, row)) return 5;
+    for (std::int32_t c = 0; c < kColumns; ++c)
+      if (row[c] != -cell(r, c)) return 6;
+  }
+  return 0;
+}
+
+TEST(SampValuesSize, ALargeTableTakesLittleMemory) {
+  if (kSanitized) GTEST_SKIP() << "the sanitizers' own memory and pace would be measured";
+  const test::TempDirectory directory;
+  const test::ScopedEnvironment temp("TEMP", directory.path());
+  const auto start = std::chrono::steady_clock::now();
+  const Ending ending = inChild(largePasses);
+  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  ASSERT_TRUE(WIFEXITED(ending.status));
+  EXPECT_EQ(WEXITSTATUS(ending.status), 0) << "the step that went wrong";
+  EXPECT_LT(ending.peakKilobytes, 64 * 1024 + kColumnKilobytes);
+  EXPECT_LT(seconds, 60);
+  RecordProperty("seconds", std::to_string(seconds));
+  RecordProperty("peak kilobytes", std::to_string(ending.peakKilobytes));
+  std::printf("  %.1f s, peak %ld kB\n", seconds, ending.peakKilobytes);
+  EXPECT_TRUE(directory.entries().empty());
+}
+
+TEST(SampValuesSize, AKilledProcessLeavesNoFile) {
+  const test::TempDirectory directory;
+  const test::ScopedEnvironment temp("TEMP", directory.path());
+  const Ending ending = inChild([&directory] {
+    sampValues store;
+    if (!store.allocate(kColumns)) return 1;
+    const double row[kColumns] = {};
+    for (std::int32_t r = 0; r < 100000; ++r)
+      if (store.addRow(row) == 0) return 2;
+    if (!store.setColumnMode(true) || !directory.entries().empty()) return 3;
+    ::raise(SIGKILL);
+    return 4;
+  });
+  ASSERT_TRUE(WIFSIGNALED(ending.status)) << "step " << WEXITSTATUS(ending.status);
+  EXPECT_EQ(WTERMSIG(ending.status), SIGKILL);
+  EXPECT_TRUE(directory.entries().empty());
+}
+
+}  // namespace
+}  // namespace tarvex

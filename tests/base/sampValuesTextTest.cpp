@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <tuple>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "base/sampValues.h"
+#include "support/FailingCalls.h"
+#include "support/Golden.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+std::string textOf(const sampValues& store) {
+  TextWriter out;
+  store.write(out);
+  EXPECT_TRUE(out.ok());
+  return out.text();
+}
+
+TEST(SampValuesText, ByRunAndByFactor) {
+  sampValues store;
+  EXPECT_EQ(textOf(store), "0\n0\n0\n");
+  ASSERT_TRUE(store.allocate(3));
+  EXPECT_EQ(textOf(store), "0\n3\n0\n");
+  const double rows[2][3] = {{1.0 / 3, -2, 1e-300}, {std::numeric_limits<double>::quiet_NaN(), -HUGE_VAL, 12345678901}};
+  for (const auto& row : rows) ASSERT_GT(store.addRow(row), 0);
+  EXPECT_EQ(textOf(store), "2\n3\n0\n0.3333333333\t-2\t1e-300\t\nnan\t-inf\t1.23456789e+10\t\n");
+  store.setOrder(1);
+  TextWriter out;
+  store.write(out);
+  out << 1.0 / 3;
+  EXPECT_EQ(out.text(), "2\n3\n1\n0.3333333333\tnan\t\n-2\t-inf\t\n1e-300\t1.23456789e+10\t\n0.333333");
+}
+
+TEST(SampValuesText, PublishedTablesComeBackByteForByte) {
+  for (const char* name : {"random-none.sam", "random-by-factor.sam"}) {
+    const std::string file = test::readFile(test::goldenPath(name));
+    TextReader in = TextReader::fromText(file);
+    in.skipLine();
+    sampValues store;
+    store.read(in);
+    ASSERT_TRUE(in.ok());
+    const std::string written = textOf(store);
+    EXPECT_EQ(written, file.substr(2, written.size())) << name;
+    EXPECT_EQ(in.remaining(), file.size() - 2 - written.size()) << name;
+  }
+}
+
+// A table of several windows, read from either listing, is the same table.
+TEST(SampValuesText, LargeTablesByFactor) {
+  constexpr std::int32_t kColumns = 100;
+  sampValues store;
+  ASSERT_TRUE(store.allocate(kColumns));
+  std::vector<double> row(kColumns);
+  for (std::int32_t r = 0; r < 2 * store.blockRows() + 77; ++r) {
+    for (std::int32_t c = 0; c < kColumns; ++c) row[c] = r + c / 128.0;
+    ASSERT_GT(store.addRow(row.data()), 0);
+  }
+  const std::string byRun = textOf(store);
+  store.setOrder(1);
+  const std::string byFactor = textOf(store);
+  for (const std::string& text : {byRun, byFactor}) {
+    TextReader in = TextReader::fromText(text + "next");
+    sampValues read;
+    read.read(in);
+    ASSERT_TRUE(in.ok());
+    EXPECT_EQ(in.peekLine(10), "next");
+    read.setOrder(0);
+    EXPECT_TRUE(textOf(read) == byRun);
+    read.setOrder(1);
+    EXPECT_TRUE(textOf(read) == byFactor);
+  }
+}
+
+TEST(SampValuesText, DamagedTextLeavesAnEmptyStore) {
+  struct Row {
+    const char* name;
+    const char* text;
+  };
+  const Row rows[] = {
+      {"nothing", ""},
+      {"no order", "1\n1\n"},
+      {"negative rows", "-1\n1\n0\n"},
+      {"negative columns", "1\n-1\n0\n1\t\n"},
+      {"order 2", "1\n1\n2\n1\t\n"},
+      {"rows without columns", "5\n0\n0\n"},
+      {"a number missing", "2\n2\n0\n1\t2\t\n3\t\n"},
+      {"a number missing, by factor", "2\n2\n1\n1\t2\t\n3\t\n"},
+      {"text for a number", "2\n2\n0\n1\t2\t\n3\tx\t\n"},
+      {"text for a number, by factor", "2\n2\n1\n1\t2\t\n3\tx\t\n"},
+      {"beyond the range", "1\n1\n0\n1e999\t\n"},
+      {"rows beyond 32 bits", "2147483648\n1\n0\n1\t\n"},
+      {"all the rows there could be", "2147483647\n1\n0\n1\t\n"},
+      {"all the columns there could be", "1\n2147483647\n1\n1\t\n"},
+      {"all of both", "2147483647\n2147483647\n1\n1\t\n"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    sampValues store;
+    ASSERT_TRUE(store.allocate(1));
+    const double value = 1;
+    store.addRow(&value);
+    TextReader in = TextReader::fromText(row.text);
+    store.read(in);
+    EXPECT_TRUE(in.fail());
+    EXPECT_EQ(store.rows() + store.columns(), 0);
+  }
+  for (const auto& [text, rowCount, columnCount] :
+       {std::tuple{"0\n0\n0\n", 0, 0}, {"0\n7\n1\n", 0, 7}, {"1\n2\n0\n1 2", 1, 2}, {"1 2 1 +1 2 rest\n", 1, 2}}) {
+    sampValues store;
+    TextReader in = TextReader::fromText(text);
+    store.read(in);
+    EXPECT_TRUE(in.ok() && in.atEnd()) << text;
+    EXPECT_EQ(store.rows(), rowCount);
+    EXPECT_EQ(store.columns(), columnCount);
+  }
+}
+
+TEST(SampValuesText, AFullDiskFailsBothWays) {
+  sampValues store;
+  ASSERT_TRUE(store.allocate(2));
+  const double row[2] = {1, 2};
+  for (int i = 0; i < 300000; ++i) ASSERT_GT(store.addRow(row), 0);
+  store.setOrder(1);
+  const std::string text = textOf(store);
+  test::FailingCalls calls;
+  calls.fail(test::FailingCalls::kPwrite, 2);
+  TextReader in = TextReader::fromText(text);
+  sampValues read;
+  read.read(in);
+  EXPECT_TRUE(in.fail());
+  EXPECT_EQ(read.errorText(), "Cannot write the working file.");
+  calls.clearFailures();
+  calls.fail(test::FailingCalls::kPread, 1, EIO);
+  TextWriter out;
+  store.setOrder(0);
+  store.write(out);
+  EXPECT_EQ(out.error(), EIO);
+}
+
+}  // namespace
+}  // namespace tarvex
