@@ -15,12 +15,15 @@ constexpr int kMaxPasses = 1001;
 bool Distribution::prepareInverse() {
   std::vector<TablePoint> points;
   points.reserve(kTablePoints);
-  if (!countedSearch(*this, points)) {
+  // Without finite moments the steps would walk over nan.
+  bool found = std::isfinite(mean()) && std::isfinite(stdDev());
+  if (found && !countedSearch(*this, points)) {
     points.clear();
-    if (!boundedSearch(*this, points)) {
-      table.clear();
-      return false;
-    }
+    found = boundedSearch(*this, points);
+  }
+  if (!found) {
+    table.clear();
+    return false;
   }
   table.insert(table.end(), points.begin(), points.end());
   return true;

@@ -7,6 +7,7 @@
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
+#include "factors/lineEnd.h"
 
 namespace tarvex {
 namespace {
@@ -183,7 +184,10 @@ bool FactorListText::readStein(FactorList& list, TextReader& in) {
   std::int32_t columns = 0;
   std::int32_t rows = 0;
   std::int32_t flag = 0;
-  in >> columns >> rows >> flag;
+  for (std::int32_t* number : {&columns, &rows, &flag}) {
+    in >> *number;
+    readLineEnd(in);
+  }
   if (in.fail() || columns < 0 || rows < 0 || (flag != 0) != (rows > 0)) return false;
   if (flag != 0) {
     if (columns == 0 || !in.checkCount(std::int64_t{columns} * rows, kShortestNumber)) return false;
@@ -196,7 +200,7 @@ bool FactorListText::readStein(FactorList& list, TextReader& in) {
   }
   in >> list.correlationMode;
   const bool known = list.correlationMode >= kDependenceTree && list.correlationMode <= kSteinSample;
-  return in.ok() && known && (in.atEnd() || readTitle(in, ""));
+  return readLineEnd(in) && known;
 }
 
 void FactorList::write(TextWriter& out) const {

@@ -4,6 +4,7 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "factors/lineEnd.h"
 
 namespace tarvex {
 namespace {
@@ -66,7 +67,7 @@ void IntervalDistribution::readParameters(TextReader& in) {
   clear();
   std::int32_t rows = 0;
   in >> rows;
-  if (in.ok() && rows < 1) in.setFail();
+  if (readLineEnd(in) && rows < 1) in.setFail();
   in.checkCount(rows, kShortestInterval);
   for (std::int32_t row = 0; row < rows && in.ok(); ++row) {
     std::unique_ptr<Interval> interval = newInterval();

@@ -176,7 +176,7 @@ bool countedSearch(const Distribution& distribution, std::vector<TablePoint>& po
 
 bool boundedSearch(const Distribution& distribution, std::vector<TablePoint>& points) {
   const double stdDev = distribution.stdDev();
-  if (!std::isfinite(distribution.mean()) || !std::isfinite(stdDev) || stdDev <= 0.0) return false;
+  if (!(stdDev > 0.0)) return false;
   TablePoint lowest;
   TablePoint highest;
   if (!findEnd(

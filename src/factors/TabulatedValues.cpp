@@ -5,6 +5,7 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/IntervalDistribution.h"
+#include "factors/lineEnd.h"
 
 namespace tarvex {
 namespace {
@@ -27,7 +28,7 @@ bool readRow(TextReader& in, bool isPoint, Interval& row) {
 bool readRows(TextReader& in, IntervalDistribution& distribution) {
   std::int32_t rows = 0;
   in >> rows;
-  if (in.fail() || rows < 1 || !in.checkCount(rows, kShortestRow)) return false;
+  if (!readLineEnd(in) || rows < 1 || !in.checkCount(rows, kShortestRow)) return false;
   distribution.clear();
   for (std::int32_t i = 0; i < rows; ++i) {
     std::unique_ptr<Interval> row = distribution.newInterval();

@@ -1,0 +1,225 @@
+#include "factors/Distribution.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+
+#include "factors/FactorText.h"
+#include "factors/TruncatedDistribution.h"
+
+namespace tarvex {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kStep = 1.1e-11;  // width of the brackets at the table's points
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+// A member of the family with the ends of its support. Where density or its slope jumps, integrals are coarser.
+struct Member {
+  const char* name;
+  const char* type;
+  std::vector<std::string> fields;
+  double lower;
+  double upper;
+  double integralTolerance = 1e-8;
+  double meanShift = 0.0;  // what its mean leaves out
+};
+
+// clang-format off
+const std::vector<Member> kMembers{
+    {"Normal",             "Normal",      {"5", "2", "0.001", "0.999"},              -kInfinity, kInfinity},
+    {"NormalFarOut",       "Normal",      {"1e6", "1", "0.05", "0.9"},               -kInfinity, kInfinity},
+    {"LogNormal",          "LogNormal",   {"0", "0.5", "0.001", "0.999"},            0.0, kInfinity},
+    {"Exponential",        "Exponential", {"0.5", "3", "0.999"},                     3.0, kInfinity},
+    {"ExponentialFarOut",  "Exponential", {"1", "1e5", "0.9"},                       1e5, kInfinity},
+    {"Gamma",              "Gamma",       {"2.5", "1.5", "0.25", "0.999"},           0.25, kInfinity},
+    {"GammaPole",          "Gamma",       {"0.5", "2", "0", "0.999"},                0.0, kInfinity, 1e-5},
+    {"Weibull",            "Weibull",     {"1.8", "2", "0.5", "0.999"},              0.5, kInfinity},
+    {"WeibullPole",        "Weibull",     {"0.8", "5", "0", "0.95"},                 0.0, kInfinity, 1e-5},
+    {"Uniform",            "Uniform",     {"-2:3:1"},                                -2.0, 3.0},
+    {"UniformSteps",       "Uniform",     {"0:1:0.3", "1:2.5:0.3", "4:5:0.4"},       0.0, 5.0, 0.02},
+    {"LogUniform",         "LogUniform",  {"0.1:10:1"},                              0.1, 10.0},
+    {"LogUniformSteps",    "LogUniform",  {"1:10:0.7", "20:200:0.3"},                1.0, 200.0, 0.02},
+    {"Beta",               "Beta",        {"2", "3.5", "0", "1"},                    0.0, 1.0},
+    {"BetaShifted",        "Beta",        {"3", "2", "10", "20"},                    10.0, 20.0, 1e-8, 10.0},
+    {"BetaPoles",          "Beta",        {"0.5", "2", "0", "1"},                    0.0, 1.0, 1e-5},
+    {"Triangular",         "Triangular",  {"0", "1", "4"},                           0.0, 4.0, 1e-5},
+};
+// clang-format on
+
+class Family : public testing::TestWithParam<Member> {
+ protected:
+  void SetUp() override {
+    ASSERT_NE(member_, nullptr);
+    ASSERT_TRUE(member_->prepareInverse());
+    ASSERT_EQ(member_->table.size(), 101U);
+  }
+
+  // The cumulative that a uniform number stands for.
+  double target(double u) const {
+    const auto* truncated = dynamic_cast<const TruncatedDistribution*>(member_.get());
+    if (truncated == nullptr) return u;
+    return (truncated->rightTruncation() - truncated->leftTruncation()) * u + truncated->leftTruncation();
+  }
+
+  // Simpson's rule over each interval of the table, its points drawn towards the left end, where poles are.
+  double integral(const std::function<double(double)>& f) const {
+    constexpr int kSteps = 2000;
+    double sum = 0.0;
+    for (std::size_t i = 0; i < 100; ++i) {
+      const double a = member_->table[i].x;
+      const double width = member_->table[i + 1].x - a;
+      for (int k = 1; k <= kSteps; ++k) {
+        const double t = static_cast<double>(k) / kSteps;
+        const double weight = k == kSteps ? 1.0 : (k % 2 == 1 ? 4.0 : 2.0);
+        sum += weight * 4.0 * t * t * t * f(a + width * t * t * t * t) * width / (3.0 * kSteps);
+      }
+    }
+    return sum;
+  }
+
+  std::unique_ptr<Distribution> member_ = distributionOf(GetParam().type, GetParam().fields);
+};
+
+TEST_P(Family, cumulativeRisesFromZeroToOneOverTheSupport) {
+  const auto& [name, type, fields, lower, upper, tolerance, shift] = GetParam();
+  EXPECT_EQ(member_->cumulative(-kInfinity), 0.0);
+  EXPECT_EQ(member_->cumulative(kInfinity), 1.0);
+  EXPECT_EQ(member_->cumulative(std::nextafter(lower, -kInfinity)), 0.0);
+  EXPECT_NEAR(member_->cumulative(std::nextafter(upper, kInfinity)), 1.0, 1e-15);
+  const double from = member_->table.front().x;
+  const double to = member_->table.back().x;
+  double before = 0.0;
+  for (int k = -200; k <= 1200; ++k) {
+    const double p = member_->cumulative(from + (to - from) * k / 1000.0);
+    EXPECT_LE(p, 1.0 + 1e-15);
+    EXPECT_GE(p, before - 1e-15) << k;
+    before = p;
+  }
+}
+
+TEST_P(Family, tableStandsAtThePercentsInsideTheSupport) {
+  const std::vector<TablePoint>& table = member_->table;
+  // A mean below the support draws the lower end there too.
+  EXPECT_GE(table.front().x, GetParam().lower - 2.0 * GetParam().meanShift);
+  EXPECT_LE(table.back().x, GetParam().upper);
+  EXPECT_LE(table.front().p, 2.0 * kStep);
+  EXPECT_NEAR(table.back().p, 1.0, 1e-10);
+  for (std::size_t k = 1; k < 100; ++k) {
+    EXPECT_LT(table[k - 1].x, table[k].x) << k;
+    // Far out neighbouring doubles stand further apart than that.
+    const double rounding = std::fabs(table[k].x) * 2.3e-16 * member_->density(table[k].x);
+    EXPECT_NEAR(table[k].p, static_cast<double>(k) / 100.0, kStep + rounding) << k;
+  }
+}
+
+TEST_P(Family, inverseUndoesTheCumulative) {
+  for (int k = 1; k < 1000; ++k) {
+    const double u = k / 1000.0;
+    const double x = member_->inverse(u);
+    EXPECT_NEAR(member_->cumulative(x), target(u), 1.1e-6 * target(u)) << "u " << u << " x " << x;
+    EXPECT_EQ(member_->value(u), x);
+  }
+}
+
+TEST_P(Family, inverseStaysInsideTheSupportAndForAnyNumberInsideTheTable) {
+  for (const double u : {0.0, 5e-324, 1.0, std::nextafter(1.0, 0.0)}) {
+    const double x = member_->inverse(u);
+    EXPECT_TRUE(x >= GetParam().lower && x <= GetParam().upper) << "u " << u << " x " << x;
+  }
+  for (const double u : {-1.0, 2.0, 1e300, -kInfinity, kInfinity, kNan}) {
+    const double x = member_->inverse(u);
+    EXPECT_TRUE(x >= member_->table.front().x && x <= member_->table.back().x) << "u " << u << " x " << x;
+  }
+}
+
+TEST_P(Family, oddArgumentsLeaveNoTrap) {
+  EXPECT_FALSE(member_->cumulative(kNan) > 1.0);
+  (void)member_->density(kNan);
+  (void)member_->density(-kInfinity);
+  EXPECT_FALSE(member_->density(kInfinity) > 0.0);
+}
+
+TEST_P(Family, densityIntegratesToTheCumulativeAndItsMomentsAreThoseStated) {
+  const auto& [name, type, fields, lower, upper, tolerance, shift] = GetParam();
+  EXPECT_NEAR(integral([&](double x) { return member_->density(x); }), 1.0, tolerance);
+  // Moments about the middle, in deviations: free of cancellation.
+  const double centre = member_->mean() + shift;
+  const double unit = member_->stdDev();
+  EXPECT_NEAR(integral([&](double x) { return (x - centre) / unit * member_->density(x); }), 0.0, 10.0 * tolerance);
+  const double squares = integral([&](double x) { return std::pow((x - centre) / unit, 2) * member_->density(x); });
+  EXPECT_NEAR(squares, 1.0, 100.0 * tolerance);
+}
+
+TEST_P(Family, cloneHasTheNumbersAndNoTable) {
+  member_->note = "note";
+  member_->status = 7;
+  const std::unique_ptr<Factor> copy = member_->clone();
+  auto& distribution = dynamic_cast<Distribution&>(*copy);
+  EXPECT_TRUE(distribution.table.empty());
+  EXPECT_EQ(distribution.status, 1);
+  EXPECT_EQ(distribution.note, "note");
+  EXPECT_EQ(distribution.typeName, GetParam().type);
+  EXPECT_EQ(distribution.stdDev(), member_->stdDev());
+  EXPECT_EQ(distribution.cumulative(distribution.mean()), member_->cumulative(member_->mean()));
+  const double before = member_->inverse(0.3);
+  ASSERT_TRUE(distribution.prepareInverse());
+  EXPECT_EQ(distribution.inverse(0.3), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Members, Family, testing::ValuesIn(kMembers),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// Parameters that no search can bracket fail, quickly, with an empty table.
+TEST(Distribution, improperOnesAreRefused) {
+  struct Row {
+    const char* type;
+    std::vector<std::string> fields;
+  };
+  const std::vector<Row> rows{
+      {"Normal", {"0", "0", "0.001", "0.999"}},       {"Normal", {"0", "-1", "0.001", "0.999"}},
+      {"Normal", {"nan", "1", "0.001", "0.999"}},     {"Normal", {"inf", "1", "0.001", "0.999"}},
+      {"LogNormal", {"0", "40", "0.001", "0.999"}},   {"Exponential", {"-1", "0", "0.999"}},
+      {"Exponential", {"0", "0", "0.999"}},           {"Gamma", {"-2", "1", "0", "0.999"}},
+      {"Gamma", {"1", "-1", "0", "0.999"}},           {"Weibull", {"0.005", "1", "0", "0.999"}},
+      {"Weibull", {"-1", "1", "0", "0.999"}},         {"Uniform", {"0:1:0.5"}},
+      {"Uniform", {"3:3:1"}},                         {"LogUniform", {"-2:-1:1"}},
+  };
+  for (const Row& row : rows) {
+    const auto distribution = distributionOf(row.type, row.fields);
+    ASSERT_NE(distribution, nullptr);
+    EXPECT_FALSE(distribution->prepareInverse()) << row.type << ' ' << row.fields[0];
+    EXPECT_TRUE(distribution->table.empty());
+  }
+}
+
+// Extreme but proper parameters: all can be sampled.
+TEST(Distribution, extremeOnesAreSampled) {
+  struct Row {
+    const char* type;
+    std::vector<std::string> fields;
+    double median;
+    double tolerance;
+  };
+  const std::vector<Row> rows{
+      {"Normal", {"1e12", "1e-3", "0.001", "0.999"}, 1e12, 1e-3},
+      {"Normal", {"0", "1e-300", "0.001", "0.999"}, 0.0, 1e-305},
+      {"LogNormal", {"0", "5", "0.001", "0.999"}, 1.0, 1e-4},
+      {"Weibull", {"0.1", "1", "0", "1"}, std::pow(std::log(2.0), 10.0), 1e-5},
+      {"Beta", {"0.01", "0.01", "0", "1"}, 0.5, 1e-6},
+      {"Beta", {"1e6", "1e6", "0", "1"}, 0.5, 1e-8},
+      {"Gamma", {"1e8", "1", "0", "1"}, 1e8 - 1.0 / 3.0, 0.1},
+      {"Uniform", {"0:1e-100:1"}, 5e-101, 1e-108},
+  };
+  for (const Row& row : rows) {
+    const auto distribution = distributionOf(row.type, row.fields);
+    ASSERT_NE(distribution, nullptr);
+    ASSERT_TRUE(distribution->prepareInverse()) << row.type << ' ' << row.fields[0];
+    EXPECT_NEAR(distribution->inverse(0.5), row.median, row.tolerance) << row.type << ' ' << row.fields[0];
+  }
+}
+
+}  // namespace
+}  // namespace tarvex

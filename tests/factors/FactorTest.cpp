@@ -1,0 +1,245 @@
+#include "factors/Factor.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "factors/Beta.h"
+#include "factors/Constant.h"
+#include "factors/Dummy.h"
+#include "factors/Exponential.h"
+#include "factors/Gamma.h"
+#include "factors/LogNormal.h"
+#include "factors/Triangular.h"
+#include "factors/Weibull.h"
+
+namespace tarvex {
+namespace {
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+using Setter = std::function<bool(Factor&, double)>;
+
+template <class Kind>
+Setter on(bool (Kind::*setter)(double)) {
+  return [setter](Factor& factor, double value) { return (dynamic_cast<Kind&>(factor).*setter)(value); };
+}
+
+std::string recordOf(const Factor& factor) {
+  TextWriter out;
+  factor.write(out);
+  return out.text();
+}
+
+struct SetterRow {
+  const char* type;
+  Setter set;
+  double value;
+  bool accepted;
+  const char* text;
+};
+
+TEST(Factor, settersCheckTheirValue) {
+  constexpr const char* kLeft = "Left truncation cannot be less than 0.001 or greater than right truncation";
+  constexpr const char* kBetween = "Truncation must be between 0 and 1";
+  // clang-format off
+  const std::vector<SetterRow> rows{
+      {"Exponential", on(&Exponential::setLambda),          1e-300, true,  ""},
+      {"Exponential", on(&Exponential::setLambda),          0.0,    false, "Lambda must be > 0"},
+      {"Exponential", on(&Exponential::setLambda),          kNan,   false, "Lambda must be > 0"},
+      {"Exponential", on(&Exponential::setB),               0.0,    true,  ""},
+      {"Exponential", on(&Exponential::setB),               -1e-9,  false, "b must be >= 0"},
+      {"Exponential", on(&Exponential::setRightTruncation), 0.5,    true,  ""},
+      {"Exponential", on(&Exponential::setRightTruncation), 0.0,    false, kBetween},
+      {"Exponential", on(&Exponential::setRightTruncation), 1.0,    false, kBetween},
+      {"Exponential", on(&Exponential::setLeftTruncation),  0.5,    false, kLeft},
+      {"Gamma",       on(&Gamma::setR),                     3.0,    true,  ""},
+      {"Gamma",       on(&Gamma::setR),                     0.0,    false, "r must be > 0"},
+      {"Gamma",       on(&Gamma::setLambda),                0.0,    false, "Lambda must be >= 0"},
+      {"Gamma",       on(&Gamma::setLambda),                2.0,    true,  ""},
+      {"Gamma",       on(&Gamma::setB),                     -1.0,   false, "b must be >= 0"},
+      {"Gamma",       on(&Gamma::setRightTruncation),       1.5,    false, kBetween},
+      {"Gamma",       on(&Gamma::setLeftTruncation),        0.1,    false, kLeft},
+      {"Normal",      on(&Normal::setStdDeviation),         0.0,    true,  ""},
+      {"Normal",      on(&Normal::setStdDeviation),         -0.1,   false, "Standard deviation must be >= 0"},
+      {"Normal",      on(&Normal::setLeftTruncation),       2.0,    true,  ""},
+      {"Normal",      on(&Normal::setRightTruncation),      -3.0,   true,  ""},
+      {"LogNormal",   on(&Normal::setStdDeviation),         -0.1,   false, "Standard deviation must be >= 0"},
+      {"Weibull",     on(&Weibull::setBeta),                0.0,    false, "Beta must be > 0"},
+      {"Weibull",     on(&Weibull::setN),                   0.0,    false, "n must be > 0"},
+      {"Weibull",     on(&Weibull::setB),                   -1.0,   false, "b must be >= 0"},
+      {"Weibull",     on(&Weibull::setB),                   4.0,    true,  ""},
+      {"Weibull",     on(&Weibull::setRightTruncation),     7.0,    true,  ""},
+      {"Weibull",     on(&Weibull::setLeftTruncation),      0.1,    false, kLeft},
+  };
+  // clang-format on
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const SetterRow& row = rows[i];
+    SCOPED_TRACE("row " + std::to_string(i));
+    const std::unique_ptr<Factor> factor = makeFactor(row.type);
+    const std::string before = recordOf(*factor);
+    EXPECT_EQ(row.set(*factor, row.value), row.accepted);
+    EXPECT_EQ(factor->errorText, row.accepted ? "No errors" : row.text);
+    const bool kept = recordOf(*factor) == before;
+    EXPECT_TRUE(kept || row.accepted);
+  }
+}
+
+TEST(Factor, storedTruncationsDecideWhatComesNext) {
+  Normal normal;
+  ASSERT_TRUE(normal.setLeftTruncation(2.0));
+  EXPECT_FALSE(normal.setLeftTruncation(0.1));
+  EXPECT_FALSE(normal.setRightTruncation(0.9));
+  EXPECT_EQ(normal.errorText, "Right truncation cannot be less than left truncation or greater than 0.999");
+}
+
+TEST(Factor, pairsOfTruncationsAreChecked) {
+  struct Row {
+    double left, right;
+    const char* text;  // empty: accepted
+  };
+  const std::vector<Row> rows{
+      {0.1, 0.9, ""},
+      {0.5, 0.5, ""},
+      {0.6, 0.5, "Left Truncation must be less than right truncation"},
+      {0.6, 1.0, "Right Truncation must be less than 1"},
+      {0.0, 0.5, "Left Truncation must be greater than 0"},
+      {0.0, 1.0, "Right Truncation must be less than 1"},
+  };
+  for (const Row& row : rows) {
+    LogNormal factor;
+    EXPECT_EQ(factor.setTruncations(row.left, row.right), *row.text == '\0') << row.left << ' ' << row.right;
+    EXPECT_EQ(factor.errorText, *row.text == '\0' ? "No errors" : row.text);
+  }
+}
+
+TEST(Factor, defaultTruncationsReachNewFactorsOnly) {
+  Normal old;
+  EXPECT_FALSE(TruncatedDistribution::setDefaultTruncations(0.5, 0.5));
+  EXPECT_FALSE(TruncatedDistribution::setDefaultTruncations(0.0, 0.5));
+  EXPECT_FALSE(TruncatedDistribution::setDefaultTruncations(0.5, 1.0));
+  ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.05, 0.9));
+  EXPECT_EQ(recordOf(Normal()), "Normal\nnonameNorm\n\n1\t0\t1\t0.05\t0.9\n");
+  EXPECT_EQ(recordOf(Gamma()), "Gamma\nnonameGamma\n\n1\t1\t1\t0\t0.9\n");
+  EXPECT_EQ(Gamma().leftTruncation(), 0.0);
+  EXPECT_EQ(old.rightTruncation(), 0.999);
+  // The stored default is what is looked at: once it is bad it stays.
+  EXPECT_TRUE(TruncatedDistribution::setDefaultRightTruncation(3.0));
+  EXPECT_FALSE(TruncatedDistribution::setDefaultRightTruncation(0.9));
+  EXPECT_TRUE(TruncatedDistribution::setDefaultLeftTruncation(-1.0));
+  EXPECT_FALSE(TruncatedDistribution::setDefaultLeftTruncation(0.5));
+  EXPECT_TRUE(TruncatedDistribution::setDefaultTruncations(0.001, 0.999));
+}
+
+TEST(Factor, parametersOfShapesAreCheckedTogether) {
+  Beta beta;
+  EXPECT_FALSE(beta.setParameters(0.0, 1.0, 0.0, 1.0));
+  EXPECT_EQ(beta.errorText, "Wrong negative value assigned to Alfa");
+  EXPECT_FALSE(beta.setParameters(1.0, -1.0, 0.0, 1.0));
+  EXPECT_EQ(beta.errorText, "Wrong negative value assigned to Beta");
+  EXPECT_FALSE(beta.setParameters(1.0, 1.0, 1.0, 1.0));
+  EXPECT_EQ(beta.errorText, "Negative or null definition interval: check a and b");
+  EXPECT_EQ(recordOf(beta), "Beta\nnonameBeta\n\n1\t2\t2\t0\t1\n");
+  EXPECT_TRUE(beta.setParameters(1.0, 1.0, 10.0, 20.0));
+  EXPECT_DOUBLE_EQ(beta.density(12.0), 0.1);
+
+  Triangular triangle;
+  EXPECT_FALSE(triangle.setParameters(0.0, 0.0, 1.0));
+  EXPECT_EQ(triangle.errorText,
+            "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
+  EXPECT_TRUE(triangle.setParameters(-4.0, 0.0, 4.0));
+  EXPECT_DOUBLE_EQ(triangle.cumulative(-2.0), 0.125);
+  EXPECT_DOUBLE_EQ(triangle.density(0.0), 0.25);
+}
+
+// Type code and the record with all defaults, kind by kind.
+TEST(Factor, kindsAndTheirDefaults) {
+  struct Row {
+    const char* type;
+    std::int32_t code;
+    const char* record;  // behind the type line
+  };
+  // clang-format off
+  const std::vector<Row> rows{
+      {"Normal",      0,   "nonameNorm\n\n1\t0\t1\t0.001\t0.999\n"},
+      {"LogNormal",   1,   "nonameLogNorm\n\n1\t0\t1\t0.001\t0.999\n"},
+      {"Uniform",     2,   "nonameUnif\n\n1\t1\n0\t1\t1\n"},
+      {"LogUniform",  3,   "nonameLogUnif\n\n1\t1\n1\t2.71828\t1\n"},
+      {"Weibull",     4,   "nonameWeib\n\n1\t1\t1\t0\t0.999\n"},
+      {"Constant",    5,   "nonameConst\n\n1\t1\n"},
+      {"Exponential", 6,   "nonameExpo\n\n1\t1\t0\t0.999\n"},
+      {"Gamma",       7,   "nonameGamma\n\n1\t1\t1\t0\t0.999\n"},
+      {"Beta",        8,   "nonameBeta\n\n1\t2\t2\t0\t1\n"},
+      {"Triangular",  9,   "nonameTriang\n\n1\t0\t1\t2\n"},
+      {"Relation",    10,  "nonameRelat\n\n1\t\n\n\n"},
+      {"Discrete",    11,  "nonameDisc\n\n1\t2\n0\t1\t0.5\n1\t2\t0.5\n"},
+      {"Dummy",       100, "nonameDummy\n\n1\t\n"},
+      {"Factor",      -1,  "Noname\n\n1\t\n"},
+  };
+  // clang-format on
+  for (const Row& row : rows) {
+    const std::unique_ptr<Factor> factor = makeFactor(row.type);
+    ASSERT_NE(factor, nullptr) << row.type;
+    EXPECT_EQ(factor->getType(), row.code) << row.type;
+    EXPECT_EQ(recordOf(*factor), std::string(row.type) + '\n' + row.record);
+    EXPECT_EQ(recordOf(*factor->clone()), recordOf(*factor));
+    TextReader in = TextReader::fromText(row.record);
+    const std::unique_ptr<Factor> again = makeFactor(row.type);
+    again->read(in);
+    EXPECT_TRUE(in.ok()) << row.type;
+    EXPECT_EQ(recordOf(*again), recordOf(*factor));
+  }
+  EXPECT_EQ(makeFactor("normal"), nullptr);
+  EXPECT_EQ(makeFactor(""), nullptr);
+  Dummy dummy;
+  EXPECT_TRUE(dummy.prepareInverse());
+  EXPECT_EQ(dummy.value(0.7), 0.0);
+}
+
+TEST(Factor, recordLinesHaveTheirRules) {
+  struct Row {
+    const char* what;
+    std::string text;
+    bool reads;
+    std::string name;
+    std::string note;
+  };
+  const std::string tail = "\n\n1\t2.5\n";
+  const std::vector<Row> rows{
+      {"19 characters", std::string(19, 'a') + tail, true, std::string(19, 'a'), ""},
+      {"20 characters", std::string(20, 'a') + tail, false, "", ""},
+      {"cut at the blank", "one two" + tail, true, "one", ""},
+      {"blanks in front", "  one" + tail, true, "one", ""},
+      {"empty", tail, false, "", ""},
+      {"blanks only", "   " + tail, false, "", ""},
+      {"digit inside", "a1" + tail, true, "a1", ""},
+      {"digit first", "1a" + tail, false, "", ""},
+      {"underscore", "a_b" + tail, false, "", ""},
+      {"minus", "a-b" + tail, false, "", ""},
+      {"beyond ASCII", "a\xc3\xa9" + tail, false, "", ""},
+      {"note of blanks", "x\n   \n1\t2.5\n", true, "x", "   "},
+      {"note of 254", "x\n" + std::string(254, 'n') + "\n1\t2.5\n", true, "x", std::string(254, 'n')},
+      {"note of 255", "x\n" + std::string(255, 'n') + "\n1\t2.5\n", false, "", ""},
+      {"CR LF", "x\r\nnote\r\n1\t2.5\r\n", true, "x", "note"},
+      {"status no integer", "x\n\n1.5\t2.5\n", false, "", ""},
+      {"no status", "x\n\nabc\t2.5\n", false, "", ""},
+      {"no value", "x\n\n1\t\n", false, "", ""},
+      {"not a number", "x\n\n1\tnan\n", true, "x", ""},
+      {"ends in the name", "x", false, "", ""},
+  };
+  for (const Row& row : rows) {
+    TextReader in = TextReader::fromText(row.text);
+    Constant factor;
+    factor.read(in);
+    EXPECT_EQ(in.ok(), row.reads) << row.what;
+    if (!row.reads) continue;
+    EXPECT_EQ(factor.name, row.name) << row.what;
+    EXPECT_EQ(factor.note, row.note) << row.what;
+  }
+}
+
+}  // namespace
+}  // namespace tarvex
