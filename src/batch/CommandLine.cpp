@@ -89,7 +89,6 @@ void addDemo(CLI::App& app, DemoOptions& options, Command& command) {
 
 Command parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, int& status) {
   CLI::App app("Uncertainty and sensitivity analysis of numerical models", "tarvex-batch");
-  app.require_subcommand(1);
   app.get_formatter()->column_width(34);
   Command command;
   SampleOptions sample;
@@ -107,6 +106,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   try {
     std::vector<std::string> reversed(words.rbegin(), words.rend());
     app.parse(reversed);
+    if (app.get_subcommands().empty()) throw CLI::RequiredError("A subcommand");
     status = 0;
   } catch (const CLI::ParseError& error) {
     constexpr int kWrongUsage = 2;

@@ -114,7 +114,7 @@ int runIshigami(const std::string& directory, const Console& console) {
   SampleOptions sobol = random;
   sobol.method = "sobol";
   sobol.runs.reset();
-  sobol.baseSize = 1024;
+  sobol.baseSize = 4096;
 
   RunController moments(console.frontEnd);
   AnalysisRequest uncertainty;

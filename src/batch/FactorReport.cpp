@@ -83,8 +83,8 @@ void reportCorrelation(std::ostream& out, const FactorList& factors) {
 }  // namespace
 
 void reportFactors(std::ostream& out, const FactorList& factors) {
-  out << fmt::format("{} factors, {} of them with a distribution; default truncations {} and {}\n\n",
-                     factors.factorCount(), factors.correlatableCount(),
+  out << fmt::format("{}, {} with a distribution; default truncations {} and {}\n\n",
+                     counted(factors.factorCount(), "factor"), factors.correlatableCount(),
                      cell(TruncatedDistribution::defaultLeftTruncation()),
                      cell(TruncatedDistribution::defaultRightTruncation()));
   TextTable table;

@@ -1,7 +1,6 @@
-#include <filesystem>
-
 #include "base/Names.h"
 #include "batch/Commands.h"
+#include "batch/TextTable.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
 
@@ -31,7 +30,8 @@ int runImport(const ImportOptions& options, const Console& console) {
   if (!canKeepNames(prep.factors, message)) return console.fail(message);
   prep.sampleFile = options.output;
   if (!saveSampleFile(options.output, prep, message)) return console.fail(message);
-  console.out << prep.samples.rows() << " runs of " << prep.samples.columns() << " factors: " << options.output << '\n';
+  console.out << counted(prep.samples.rows(), "run") << " of " << counted(prep.samples.columns(), "factor") << ": "
+              << options.output << '\n';
   return kSucceeded;
 }
 

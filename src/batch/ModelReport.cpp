@@ -30,8 +30,8 @@ std::string kindText(const ModelConfiguration& model) {
 }  // namespace
 
 void reportEquations(std::ostream& out, const InternalModel& model) {
-  out << fmt::format("Internal model {}: {} inputs, {} equations, {} of them outputs\n\n", model.name(),
-                     model.numVariables(), model.numExpressions(), model.numOutputs());
+  out << fmt::format("Internal model {}: {}, {}, {}\n\n", model.name(), counted(model.numVariables(), "input"),
+                     counted(model.numExpressions(), "equation"), counted(model.numOutputs(), "output"));
   TextTable inputs;
   inputs.addColumn("#");
   inputs.addColumn("input", TextTable::Align::Left);
@@ -54,7 +54,8 @@ void reportEquations(std::ostream& out, const InternalModel& model) {
 }
 
 void reportResults(std::ostream& out, const ModelConfiguration& model) {
-  out << fmt::format("Model: {}\n{} runs of {} outputs", kindText(model), model.runCount(), model.outputCount());
+  out << fmt::format("Model: {}\n{} of {}", kindText(model), counted(model.runCount(), "run"),
+                     counted(model.outputCount(), "output"));
   if (model.runCount() > 0 && model.hasTimeAxis()) {
     const std::int32_t times = model.timeCount(0);
     if (model.timeMode == kSharedGrid && times > 0)

@@ -2,6 +2,7 @@
 
 #include "app/RunController.h"
 #include "batch/Commands.h"
+#include "batch/TextTable.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
 

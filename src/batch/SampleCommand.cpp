@@ -1,6 +1,7 @@
 #include "app/RunController.h"
 #include "batch/Commands.h"
 #include "batch/SamplerSettings.h"
+#include "batch/TextTable.h"
 
 namespace tarvex {
 
@@ -18,8 +19,8 @@ int runSample(const SampleOptions& options, const Console& console) {
   controller.project.setPrep(std::move(prep));
   if (!controller.generateSample()) return kFailed;
   const PrepConfiguration& made = controller.project.prep;
-  console.out << made.samples.rows() << " runs of " << made.samples.columns() << " factors, method "
-              << made.sampler->methodName << ": " << options.output << '\n';
+  console.out << counted(made.samples.rows(), "run") << " of " << counted(made.samples.columns(), "factor")
+              << ", method " << made.sampler->methodName << ": " << options.output << '\n';
   return kSucceeded;
 }
 

@@ -76,19 +76,26 @@ void reportStatistics(std::ostream& out, const PrepConfiguration& prep) {
   if (!prep.sampleStatistics) made.compute(prep.samples);
   if (statistics->size() != prep.factors.factorCount()) return;
 
-  std::vector<std::string> names;
+  std::vector<std::string> varying;  // constants have no correlation to look at
+  std::vector<std::int32_t> columns;
   TextTable table;
   table.addColumn("factor", TextTable::Align::Left);
   for (const char* heading : {"mean", "std. dev.", "skewness", "kurtosis"}) table.addColumn(heading);
   for (std::int32_t i = 0; i < statistics->size(); ++i) {
-    names.push_back(prep.factors.factor(i).name);
-    table.addRow({names.back(), cell(statistics->mean(i)), cell(statistics->stdDev(i)), cell(statistics->skewness(i)),
+    const std::string& name = prep.factors.factor(i).name;
+    if (!prep.factors.factor(i).isConstant()) {
+      varying.push_back(name);
+      columns.push_back(i);
+    }
+    table.addRow({name, cell(statistics->mean(i)), cell(statistics->stdDev(i)), cell(statistics->skewness(i)),
                   cell(statistics->kurtosis(i))});
   }
   out << "\nThe sample's moments\n";
   table.print(out);
   out << "\nThe sample's correlations\n";
-  printCorrelations(out, names, [statistics](std::int32_t i, std::int32_t j) { return statistics->correlation(i, j); });
+  printCorrelations(out, varying, [&](std::int32_t i, std::int32_t j) {
+    return statistics->correlation(columns[static_cast<std::size_t>(i)], columns[static_cast<std::size_t>(j)]);
+  });
 }
 
 }  // namespace
@@ -98,8 +105,8 @@ void reportSample(std::ostream& out, const PrepConfiguration& prep) {
     out << "External sample\n";
   else if (prep.sampler)
     describeMethod(out, *prep.sampler);
-  out << fmt::format("{} runs of {} factors, listed by {}", prep.samples.rows(), prep.samples.columns(),
-                     prep.samples.order() == 0 ? "run" : "factor");
+  out << fmt::format("{} of {}, listed by {}", counted(prep.samples.rows(), "run"),
+                     counted(prep.samples.columns(), "factor"), prep.samples.order() == 0 ? "run" : "factor");
   if (!prep.sampleFile.empty()) out << ", file " << prep.sampleFile;
   out << "\n\n";
   reportFactors(out, prep.factors);

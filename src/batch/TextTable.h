@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -26,5 +27,7 @@ class TextTable {
 
 // A number for a table: six significant digits.
 std::string cell(double value);
+// "1 run", "2 runs".
+std::string counted(std::int64_t count, const std::string& what);
 
 }  // namespace tarvex
