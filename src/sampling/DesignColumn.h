@@ -12,10 +12,11 @@ namespace tarvex {
 class DesignColumn {
  public:
   void start(std::int32_t rows) { values_.assign(static_cast<std::size_t>(rows), 0.0); }
-  // Takes the column that the store holds.
-  void load(const sampValues& store, std::int32_t column) { store.getColumn(column, values_); }
+  // Takes the column that the store holds. False when the store refuses.
+  [[nodiscard]] bool load(const sampValues& store, std::int32_t column) { return store.getColumn(column, values_); }
   // Hands the column over. The first column of a design makes the rows, with 0.0 in every other cell.
-  void finish(sampValues& store, std::int32_t column) const;
+  // False when the store refuses.
+  [[nodiscard]] bool finish(sampValues& store, std::int32_t column) const;
   void release() { values_ = {}; }
 
   double& operator[](std::int32_t row) { return values_[static_cast<std::size_t>(row)]; }

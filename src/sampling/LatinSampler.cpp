@@ -48,38 +48,37 @@ double LatinSampler::generate(double targetPercent, sampValues& store, FactorLis
   // Kept: a fresh one in each call, so what a tree's children get depends on the steps of the targets.
   DiagonalBand diagonalBand;
   while (progress < target) {
-    if (!ranked)
-      independentStep(diagonalBand, store, factors);
-    else if (!rankedStep(store, factors))
-      return -1.0;
+    const bool done = ranked ? rankedStep(store, factors) : independentStep(diagonalBand, store, factors);
+    if (!done) return -1.0;
   }
   if (progress == kDone) releaseColumns();
   return progress;
 }
 
 // A cell of the walk without rank table: strata in rising order, then exchanges, then children and constants.
-void LatinSampler::independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
+bool LatinSampler::independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
   const double rows = numSamples;
   switch (phase_) {
     case kStratify:
-      if (factorPosition < numStochastic_) stratifyCell(store, factors);
+      if (factorPosition < numStochastic_ && !stratifyCell(store, factors)) return false;
       endStep(kShuffle, kStratified, numStochastic_, visited(rows) / (numStochastic_ * rows) * 25.0);
       break;
     case kShuffle:
-      if (factorPosition < numStochastic_) exchangePair(store, factors);
+      if (factorPosition < numStochastic_ && !exchangePair(store, factors)) return false;
       endStep(kFinish, kShuffled, numStochastic_, visited(2.0 * rows) / (2.0 * rows * numStochastic_) * 20.0 + 25.0);
       break;
     case kFinish:
-      finishCell(diagonalBand, store, factors);
+      if (!finishCell(diagonalBand, store, factors)) return false;
       endStep(kFinish, kDone, numFactors, visited(rows) / (numFactors * rows) * 5.0 + 45.0);
       break;
   }
+  return true;
 }
 
 bool LatinSampler::rankedStep(sampValues& store, const FactorList& factors) {
   const double rows = numSamples;
   if (phase_ == kStratify) {
-    stratifyCellToOrder(store, factors);
+    if (!stratifyCellToOrder(store, factors)) return false;
     endStep(kFinish, kStratified, numFactors, visited(rows) / (numFactors * rows) * 25.0);
     return true;
   }
@@ -99,17 +98,17 @@ void LatinSampler::endStep(Phase next, float phaseEnd, std::int32_t phaseFactors
 }
 
 // One point in each stratum, in rising order. A child of the dependence tree isn't stratified.
-void LatinSampler::stratifyCell(sampValues& store, const FactorList& factors) {
+bool LatinSampler::stratifyCell(sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const bool isRoot = factors.parentOf(factor) == -1;
   if (sampleIndex == 0) column_.start(numSamples);
   if (isRoot) column_[sampleIndex] = stratumPoint();
   nextCell(numSamples);
-  if (sampleIndex == 0 && isRoot) column_.finish(store, factor);
+  return sampleIndex > 0 || !isRoot || checkStore(column_.finish(store, factor), store);
 }
 
 // The same over all factors, constants included, for columns that a rank table will put in order.
-void LatinSampler::stratifyCellToOrder(sampValues& store, const FactorList& factors) {
+bool LatinSampler::stratifyCellToOrder(sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   if (sampleIndex == 0) column_.start(numSamples);
   if (factors.isConstant(factor) == 1)
@@ -117,7 +116,7 @@ void LatinSampler::stratifyCellToOrder(sampValues& store, const FactorList& fact
   else if (factors.isCorrelatable(factor) == 1)
     column_[sampleIndex] = stratumPoint();
   nextCell(numSamples);
-  if (sampleIndex == 0) column_.finish(store, factor);
+  return sampleIndex > 0 || checkStore(column_.finish(store, factor), store);
 }
 
 double LatinSampler::stratumPoint() {
@@ -125,17 +124,17 @@ double LatinSampler::stratumPoint() {
 }
 
 // One of the random exchanges that shuffle a root's column.
-void LatinSampler::exchangePair(sampValues& store, const FactorList& factors) {
+bool LatinSampler::exchangePair(sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const bool isRoot = factors.parentOf(factor) == -1;
   if (isRoot) {
-    if (sampleIndex == 0) column_.load(store, factor);
+    if (sampleIndex == 0 && !checkStore(column_.load(store, factor), store)) return false;
     const std::int32_t a = drawRow();
     const std::int32_t b = drawRow();
     std::swap(column_[a], column_[b]);
   }
   nextCell(static_cast<std::int64_t>(kExchangesPerRow) * numSamples);
-  if (sampleIndex == 0 && isRoot) column_.finish(store, factor);
+  return sampleIndex > 0 || !isRoot || checkStore(column_.finish(store, factor), store);
 }
 
 std::int32_t LatinSampler::drawRow() {
@@ -143,13 +142,13 @@ std::int32_t LatinSampler::drawRow() {
 }
 
 // Constants, and the children of the dependence tree, which follow their parents' shuffled columns.
-void LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
+bool LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const std::int32_t parent = factors.parentOf(factor);
   const bool isConstant = factors.isConstant(factor) == 1;
   if (sampleIndex == 0) {
     column_.start(numSamples);
-    if (parent >= 0) parentColumn_.load(store, parent);
+    if (parent >= 0 && !checkStore(parentColumn_.load(store, parent), store)) return false;
   }
   if (parent >= 0) {
     diagonalBand.setCorrelation(factors.node(factor).correlation);
@@ -159,15 +158,16 @@ void LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, con
   }
   nextCell(numSamples);
   // With no stochastic factor the rows are made here.
-  if (sampleIndex == 0 && (parent >= 0 || isConstant || store.rows() == 0)) column_.finish(store, factor);
+  const bool hasColumn = parent >= 0 || isConstant || store.rows() == 0;
+  return sampleIndex > 0 || !hasColumn || checkStore(column_.finish(store, factor), store);
 }
 
 // Factors in list order. False when the Stein sample can't serve.
 bool LatinSampler::orderCell(sampValues& store, const FactorList& factors) {
   if (!ordering_.isStarted() && !startOrdering(factors)) return false;
-  ordering_.placeCell(factorPosition, sampleIndex, store, factors);
+  const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
   nextCell(numSamples);
-  return true;
+  return checkStore(placed, store);
 }
 
 bool LatinSampler::startOrdering(const FactorList& factors) {

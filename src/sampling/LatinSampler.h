@@ -24,14 +24,14 @@ class LatinSampler : public Sampler {
  private:
   enum Phase : std::int32_t { kStratify = 0, kShuffle = 1, kFinish = 2 };
 
-  void independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
+  bool independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
   bool rankedStep(sampValues& store, const FactorList& factors);
   void endStep(Phase next, float phaseEnd, std::int32_t phaseFactors, double percent);
 
-  void stratifyCell(sampValues& store, const FactorList& factors);
-  void stratifyCellToOrder(sampValues& store, const FactorList& factors);
-  void exchangePair(sampValues& store, const FactorList& factors);
-  void finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
+  bool stratifyCell(sampValues& store, const FactorList& factors);
+  bool stratifyCellToOrder(sampValues& store, const FactorList& factors);
+  bool exchangePair(sampValues& store, const FactorList& factors);
+  bool finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
   bool orderCell(sampValues& store, const FactorList& factors);
   bool startOrdering(const FactorList& factors);
 

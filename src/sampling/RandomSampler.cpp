@@ -36,10 +36,10 @@ double RandomSampler::generate(double targetPercent, sampValues& store, FactorLi
   const double target = std::min(targetPercent, static_cast<double>(kDone));
   while (progress < target) {
     if (progress < drawingEnd) {
-      drawCell(store, factors);
+      if (!drawCell(store, factors)) return -1.0;
       setProgress(share() * drawingEnd, drawingEnd, factorPosition == numFactors);
     } else {
-      orderCell(store, factors);
+      if (!orderCell(store, factors)) return -1.0;
       setProgress((share() + 1.0) * 25.0, kDone, factorPosition == numFactors);
     }
     if (factorPosition == numFactors) factorPosition = 0;
@@ -55,13 +55,13 @@ double RandomSampler::share() const {
 }
 
 // Factors in the order of their dependences: a parent's column stands before its child asks for it.
-void RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
+bool RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const std::int32_t parent = factors.parentOf(factor);
   if (sampleIndex == 0) {
     column_.start(numSamples);
     if (parent >= 0) {
-      parentColumn_.load(store, parent);
+      if (!checkStore(parentColumn_.load(store, parent), store)) return false;
       diagonalBand_.setCorrelation(factors.node(factor).correlation);
     }
   }
@@ -72,18 +72,19 @@ void RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
   else if (factors.isConstant(factor) == 1)
     column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
   nextCell(numSamples);
-  if (sampleIndex == 0) column_.finish(store, factor);
+  return sampleIndex > 0 || checkStore(column_.finish(store, factor), store);
 }
 
 // Factors in list order.
-void RandomSampler::orderCell(sampValues& store, const FactorList& factors) {
+bool RandomSampler::orderCell(sampValues& store, const FactorList& factors) {
   if (!ordering_.isStarted()) {
     const auto imanConover = std::make_shared<ImanConover>(factors, numSamples);
     if (!imanConover->isValid()) warningText = kRefusedMatrix;
     ordering_.start(imanConover);
   }
-  ordering_.placeCell(factorPosition, sampleIndex, store, factors);
+  const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
   nextCell(numSamples);
+  return checkStore(placed, store);
 }
 
 void RandomSampler::writeSection(TextWriter& out) const {

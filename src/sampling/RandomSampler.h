@@ -24,8 +24,8 @@ class RandomSampler : public Sampler {
 
  private:
   double share() const;
-  void drawCell(sampValues& store, const FactorList& factors);
-  void orderCell(sampValues& store, const FactorList& factors);
+  bool drawCell(sampValues& store, const FactorList& factors);
+  bool orderCell(sampValues& store, const FactorList& factors);
   void releaseColumns();
 
   DiagonalBand diagonalBand_;  // one for the whole generation

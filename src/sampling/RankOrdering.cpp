@@ -4,16 +4,16 @@
 
 namespace tarvex {
 
-void RankOrdering::placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors) {
-  if (!ranks_->isValid() || factors.isCorrelatable(factor) != 1) return;
+bool RankOrdering::placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors) {
+  if (!ranks_->isValid() || factors.isCorrelatable(factor) != 1) return true;
   if (row == 0) {
     stochasticIndex_ = stochasticIndexOf(factors, factor);
-    column_.load(store, factor);
+    if (!column_.load(store, factor)) return false;
     sortedColumn_ = column_;
     sortedColumn_.sortAscending();
   }
   column_[row] = sortedColumn_[ranks_->rankOf(stochasticIndex_, row)];
-  if (row + 1 == column_.size()) column_.finish(store, factor);
+  return row + 1 < column_.size() || column_.finish(store, factor);
 }
 
 std::int32_t stochasticIndexOf(const FactorList& factors, std::int32_t factor) {

@@ -15,8 +15,8 @@ class RankOrdering {
   void start(std::shared_ptr<const RankTable> ranks) { ranks_ = std::move(ranks); }
   bool isStarted() const { return ranks_ != nullptr; }
   // Gives row `row` of a stochastic factor's column its value, and the column to the store with its last row. Rows come
-  // in rising order. A table that isn't valid changes nothing. Requires: isStarted().
-  void placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors);
+  // in rising order. A table that isn't valid changes nothing. False when the store refuses. Requires: isStarted().
+  [[nodiscard]] bool placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors);
   void release() { *this = {}; }
 
  private:

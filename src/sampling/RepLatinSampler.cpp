@@ -124,7 +124,7 @@ double RepLatinSampler::generate(double targetPercent, sampValues& store, Factor
       }
     } else {
       permuteCell(factors);
-      if (factorPosition == numFactors) endReplicate(store);
+      if (factorPosition == numFactors && !endReplicate(store)) return -1.0;
       const double before = static_cast<double>(replicate_) * numFactors * baseDesign_;
       setProgress((before + visited()) / (static_cast<double>(numSamples) * numFactors) * 40.0 + 10.0, kDone,
                   replicate_ == replications_);
@@ -196,17 +196,18 @@ std::int32_t RepLatinSampler::rankOfCell(const FactorList& factors) const {
 }
 
 // Appends the block to the store. It is also where the next replicate starts from.
-void RepLatinSampler::endReplicate(sampValues& store) {
+bool RepLatinSampler::endReplicate(sampValues& store) {
   std::vector<double> row(block_.size());
   for (std::int32_t run = 0; run < baseDesign_; ++run) {
     for (std::size_t factor = 0; factor < block_.size(); ++factor) row[factor] = block_[factor][run];
-    store.addRow(row.data());
+    if (!checkStore(store.addRow(row.data()) > 0, store)) return false;
   }
   factorPosition = 0;
-  if (++replicate_ < replications_) return;
+  if (++replicate_ < replications_) return true;
   block_ = {};
   ranks_.reset();
   sortedColumn_.release();
+  return true;
 }
 
 }  // namespace tarvex

@@ -60,7 +60,7 @@ class RepLatinSampler : public Sampler {
   void permuteCell(const FactorList& factors);
   void startReplicate(const FactorList& factors);
   std::int32_t rankOfCell(const FactorList& factors) const;
-  void endReplicate(sampValues& store);
+  bool endReplicate(sampValues& store);
   double visited() const { return static_cast<double>(baseDesign_) * factorPosition + sampleIndex; }
   std::size_t runIndex(std::int32_t factor, std::int32_t valueRank) const;
   void updateSampleCount();

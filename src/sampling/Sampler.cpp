@@ -5,6 +5,7 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "base/sampValues.h"
 
 namespace tarvex {
 
@@ -32,6 +33,11 @@ bool Sampler::hasSamples() {
   if (numSamples > 0 && numFactors > 0) return true;
   errorText = "  No samples to generate";
   return false;
+}
+
+bool Sampler::checkStore(bool done, const sampValues& store) {
+  if (!done) errorText = store.errorText();
+  return done;
 }
 
 void Sampler::nextCell(std::int64_t cells) {

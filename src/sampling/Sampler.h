@@ -72,6 +72,8 @@ class Sampler {
 
   // False, with the reason in errorText, when there is nothing to generate. Requires: numFactors set.
   bool hasSamples();
+  // Passes on whether the store did what it was asked; if not, its reason becomes errorText.
+  bool checkStore(bool done, const sampValues& store);
   // Goes on to the next cell of a walk that visits each factor `cells` times.
   void nextCell(std::int64_t cells);
   // Takes `percent` over as `progress`. As long as the phase isn't done it stays below the phase's end, which single

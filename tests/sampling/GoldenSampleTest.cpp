@@ -7,10 +7,12 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/uniformRandom.h"
-#include "sampling/LatinSampler.h"
+#include "sampling/FastSampler.h"
+#include "sampling/FixedSampler.h"
+#include "sampling/MorrisSampler.h"
 #include "sampling/PrepConfiguration.h"
-#include "sampling/RandomSampler.h"
 #include "sampling/RepLatinSampler.h"
+#include "sampling/SobolSampler.h"
 #include "support/Golden.h"
 #include "support/TextFiles.h"
 
@@ -43,6 +45,39 @@ std::unique_ptr<Sampler> replicated(std::int32_t baseDesign, std::int32_t replic
   return sampler;
 }
 
+std::unique_ptr<Sampler> morris(std::uint32_t trajectories, std::uint32_t levels, std::int32_t count,
+                                std::int32_t seed) {
+  auto sampler = std::make_unique<MorrisSampler>();
+  EXPECT_TRUE(sampler->setTrajectories(trajectories) && sampler->setLevels(levels));
+  EXPECT_TRUE(sampler->setSamples(count) && sampler->setSeed(seed));
+  return sampler;
+}
+
+std::unique_ptr<Sampler> fast(std::int32_t mode, std::int32_t count, std::int32_t seed) {
+  auto sampler = std::make_unique<FastSampler>();
+  EXPECT_TRUE(sampler->setAnalysisMode(mode) && sampler->setSamples(count) && sampler->setSeed(seed));
+  if (mode != FastSampler::kGroups) return sampler;
+  for (const char* group : {"one", "two"}) sampler->addGroup(group);
+  EXPECT_TRUE(sampler->addElement("one", "x1") && sampler->addElement("one", "x3") && sampler->addElement("two", "x4"));
+  return sampler;
+}
+
+std::unique_ptr<Sampler> sobol(std::int32_t baseSize, std::int32_t kind, std::int32_t order, std::int32_t factors) {
+  auto sampler = std::make_unique<SobolSampler>();
+  EXPECT_TRUE(sampler->setBaseSize(baseSize) && sampler->setDesignKind(kind) && sampler->setOrder(order));
+  const std::int64_t blocks = SobolSampler::blockCount(factors, order, kind, false);
+  EXPECT_TRUE(sampler->setSamples(static_cast<std::int32_t>(baseSize * blocks)));
+  return sampler;
+}
+
+std::unique_ptr<Sampler> fixedRows(const std::vector<std::vector<double>>& rows) {
+  auto sampler = std::make_unique<FixedSampler>();
+  sampler->setNumFactors(static_cast<std::int32_t>(rows.front().size()));
+  for (const std::vector<double>& row : rows) EXPECT_TRUE(sampler->addRow(row));
+  EXPECT_TRUE(sampler->setSamples(static_cast<std::int32_t>(rows.size())));
+  return sampler;
+}
+
 // clang-format off
 const std::vector<Case> kCases{
     {"random-none",      "kinds",    [] { return runs(kRandom, 100); }},
@@ -58,6 +93,20 @@ const std::vector<Case> kCases{
     {"replatin-matrix",  "matrix",   [] { return replicated(20, 6); }},
     {"replatin-stein",   "stein",    [] { return replicated(15, 4, 44); }},
     {"pair",             "pair",     [] { return replicated(25, 5, 10); }},
+    {"lptau",            "kinds",    [] { return runs(kLpTau, 128); }},
+    {"morris",           "mixed",    [] { return morris(8, 4, 48, 21); }},
+    {"fast-classic",     "mixed",    [] { return fast(FastSampler::kClassic, 315, 2); }},
+    {"fast-extended",    "mixed",    [] { return fast(FastSampler::kExtended, 345, 2); }},
+    {"fast-groups",      "mixed",    [] { return fast(FastSampler::kGroups, 400, 6); }},
+    {"unit-classic",     "unit4",    [] { return fast(FastSampler::kClassic, 200, 1); }},
+    {"unit-extended",    "unit4",    [] { return fast(FastSampler::kExtended, 400, 1); }},
+    {"sobol",            "mixed",    [] { return sobol(16, SobolSampler::kFirstAndTotal, 1, 5); }},
+    {"sobol-order2",     "mixed",    [] { return sobol(16, SobolSampler::kUpToOrder, 2, 5); }},
+    {"unit-sobol",       "unit4",    [] { return sobol(32, SobolSampler::kFirstAndTotal, 1, 4); }},
+    {"unit-order2",      "unit4",    [] { return sobol(32, SobolSampler::kUpToOrder, 2, 4); }},
+    {"fixed",            "mixed",    [] { return fixedRows({{0.1, 0.5, 2, 0.6, 1, -3, 0.2, 1.5},
+                                                            {0.9, 0.5, 2.5, 1.4, 1.25, -3, 0.333333333333, 2},
+                                                            {0.5, 0.5, 1e-3, 7, 0, -3, 0.75, 1}}); }},
 };
 // clang-format on
 

@@ -1,0 +1,293 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/sortPositions.h"
+#include "base/uniformRandom.h"
+#include "correlation/DiagonalBand.h"
+#include "correlation/SteinRanks.h"
+#include "sampling/Designs.h"
+#include "sampling/LatinSampler.h"
+#include "sampling/RandomSampler.h"
+#include "sampling/RepLatinSampler.h"
+#include "support/RankCorrelation.h"
+
+// What the designs that go with a correlation promise in each of its modes: the wanted correlation between columns that
+// are what they would be without it, the same sample in steps of any size, a section that is read back.
+
+namespace tarvex {
+namespace {
+
+using test::rankCorrelation;
+using test::rankTolerance;
+
+constexpr const char* kKinds = "srscs";  // stochastic: 0, 2, 4
+constexpr std::int32_t kSteinRows = 700;
+
+void setPair(FactorList& factors, std::int32_t i, std::int32_t j, float correlation) {
+  factors.setMatrix(i, j, correlation);
+  factors.setMatrix(j, i, correlation);
+}
+
+// f0 follows f4 by 0.8, f2 follows f0 by -0.5; in the matrix and the Stein sample the same pairs are correlated.
+FactorList correlated(CorrelationMode mode) {
+  FactorList factors = listOf(kKinds);
+  factors.correlationMode = mode;
+  EXPECT_TRUE(factors.link(0, 4, 0.8));
+  EXPECT_TRUE(factors.link(2, 0, -0.5));
+  setPair(factors, 0, 2, 0.8f);
+  setPair(factors, 0, 1, -0.5f);
+  EXPECT_TRUE(factors.steinInfo.allocate(factors.factorCount()));
+  std::int32_t state = -99;
+  for (std::int32_t row = 0; row < kSteinRows; ++row) {
+    const double x = uniformRandom(state);
+    const double values[] = {x, 0.0, 1.0 - x + uniformRandom(state), 103.0, x + 0.5 * uniformRandom(state)};
+    EXPECT_GT(factors.steinInfo.addRow(values), 0);
+  }
+  return factors;
+}
+
+std::unique_ptr<Sampler> samplerOf(std::int32_t method, std::int32_t runs, std::int32_t seed) {
+  std::unique_ptr<Sampler> sampler = makeSampler(method);
+  if (auto* replicated = dynamic_cast<RepLatinSampler*>(sampler.get())) {
+    EXPECT_TRUE(replicated->setBaseDesign(runs / 5));
+    replicated->setReplications(5);
+  }
+  EXPECT_TRUE(sampler->setSamples(runs));
+  EXPECT_TRUE(sampler->setSeed(seed));
+  return sampler;
+}
+
+std::vector<double> sorted(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values;
+}
+
+// One value in each of n intervals of equal length.
+void expectStrata(const std::vector<double>& column) {
+  const std::vector<double> values = sorted(column);
+  const double n = static_cast<double>(values.size());
+  for (std::size_t i = 0; i < values.size(); ++i)
+    ASSERT_EQ(std::floor(values[i] * n), static_cast<double>(i)) << "stratum " << i << " of " << n;
+}
+
+struct Combination {
+  MethodId method;
+  CorrelationMode mode;
+};
+
+const std::vector<Combination> kCombinations{
+    {kRandom, kDependenceTree}, {kRandom, kImanConover},   {kRandom, kNoCorrelation},
+    {kLatin, kDependenceTree},  {kLatin, kImanConover},    {kLatin, kNoCorrelation},
+    {kLatin, kSteinSample},     {kRepLatin, kImanConover}, {kRepLatin, kSteinSample},
+};
+
+std::string nameOf(const Combination& combination) {
+  const char* modes[] = {"tree", "matrix", "none", "Stein"};
+  return std::string(methodNameOf(combination.method)) + ", " + modes[combination.mode];
+}
+
+TEST(CorrelatedDesigns, stepsOfAnySizeGiveTheSameSample) {
+  for (const Combination& combination : kCombinations) {
+    SCOPED_TRACE(nameOf(combination));
+    FactorList factors = correlated(combination.mode);
+    const Table atOnce = generated(*samplerOf(combination.method, 95, 31), factors);
+    ASSERT_EQ(atOnce.size(), 95u);
+    for (const double step : {0.01, 1.0, 7.0}) {
+      const Table inSteps = generated(*samplerOf(combination.method, 95, 31), factors, step);
+      if (combination.method == kLatin && combination.mode == kDependenceTree) {
+        // Each call starts the children's stream anew: the root alone is the same.
+        EXPECT_EQ(columnOf(inSteps, 4), columnOf(atOnce, 4)) << step;
+        EXPECT_NE(columnOf(inSteps, 2), columnOf(atOnce, 2)) << step;
+      } else {
+        EXPECT_EQ(inSteps, atOnce) << step;
+      }
+    }
+  }
+}
+
+TEST(CorrelatedDesigns, constantsRelationsAndRepetition) {
+  for (const Combination& combination : kCombinations) {
+    SCOPED_TRACE(nameOf(combination));
+    FactorList factors = correlated(combination.mode);
+    const std::unique_ptr<Sampler> sampler = samplerOf(combination.method, 60, 5);
+    const Table first = generated(*sampler, factors, 1.0);
+    for (const std::vector<double>& run : first) {
+      EXPECT_EQ(run[1], 0.0);
+      EXPECT_EQ(run[3], 103.0);
+      for (const std::size_t i : {0u, 2u, 4u}) EXPECT_TRUE(run[i] > 0.0 && run[i] < 1.0);
+    }
+    EXPECT_EQ(sampler->numFactors, 5);
+    EXPECT_EQ(sampler->warningText, "");
+    // Given up half way, then made again: a replicated design continues its stream, all others repeat it.
+    sampValues store;
+    ASSERT_TRUE(store.allocate(5));
+    sampler->reset();
+    factors.prepareOrder();
+    EXPECT_GE(sampler->generate(37.0, store, factors), 37.0);
+    const Table second = generated(*sampler, factors, 1.0);
+    if (combination.method == kRepLatin)
+      EXPECT_NE(columnOf(second, 0), columnOf(first, 0));
+    else
+      EXPECT_EQ(second, first);
+  }
+}
+
+TEST(CorrelatedDesigns, achievedRankCorrelation) {
+  for (const Combination& combination : kCombinations) {
+    if (combination.mode == kNoCorrelation || combination.mode == kSteinSample) continue;
+    for (const std::int32_t runs : {400, 2000, 8000}) {
+      SCOPED_TRACE(nameOf(combination) + ", " + std::to_string(runs));
+      FactorList factors = correlated(combination.mode);
+      // At once: a Latin hypercube in steps gives children of different steps the same draws.
+      const Table table = generated(*samplerOf(combination.method, runs, 11), factors);
+      // The incomplete shuffle of the scores leaves 0.05 between columns of a matrix.
+      const double bias = combination.mode == kImanConover ? 0.075 : 0.0;
+      const std::vector<double> f0 = columnOf(table, 0);
+      const std::size_t rows = static_cast<std::size_t>(combination.method == kRepLatin ? runs / 5 : runs);
+      EXPECT_NEAR(rankCorrelation(f0, columnOf(table, 4)), 0.8, rankTolerance(0.8, rows) + bias);
+      EXPECT_NEAR(rankCorrelation(f0, columnOf(table, 2)), -0.5, rankTolerance(-0.5, rows) + bias);
+    }
+  }
+}
+
+TEST(CorrelatedDesigns, latinColumnsAreStratified) {
+  for (const std::int32_t runs : {1, 2, 3, 7, 64, 500})
+    for (const CorrelationMode mode : {kDependenceTree, kImanConover, kNoCorrelation, kSteinSample}) {
+      SCOPED_TRACE(nameOf({kLatin, mode}) + ", " + std::to_string(runs));
+      FactorList factors = correlated(mode);
+      const Table table = generated(*samplerOf(kLatin, runs, 3), factors, 1.0);
+      expectStrata(columnOf(table, 4));
+      if (mode == kDependenceTree) continue;  // children aren't
+      expectStrata(columnOf(table, 0));
+      expectStrata(columnOf(table, 2));
+      if (runs > 100) {
+        EXPECT_FALSE(std::is_sorted(table.begin(), table.end()));
+      }
+    }
+}
+
+// Rows of a Latin sample stand as the Stein sample's do, blocks of a replicated one as its blocks.
+TEST(CorrelatedDesigns, steinRanksAreTaken) {
+  FactorList factors = correlated(kSteinSample);
+  for (const std::int32_t method : {kLatin, kRepLatin}) {
+    const std::int32_t blocks = method == kLatin ? 1 : 5;
+    const std::size_t rows = 700 / static_cast<std::size_t>(blocks);
+    const Table table = generated(*samplerOf(method, 700, 3), factors, 1.0);
+    const SteinRanks ranks(factors, 700, 700 / blocks, blocks);
+    for (const std::int32_t column : {0, 1, 2})
+      for (std::size_t start = 0; start < 700; start += rows) {
+        const std::vector<double> whole = columnOf(table, 2 * column);
+        const auto begin = whole.begin() + static_cast<std::ptrdiff_t>(start);
+        const std::vector<std::int32_t> achieved = ranksOf({begin, begin + static_cast<std::ptrdiff_t>(rows)});
+        for (std::size_t i = 0; i < rows; ++i)
+          ASSERT_EQ(achieved[i], ranks.rankOf(column, static_cast<std::int32_t>(start + i)));
+      }
+  }
+}
+
+// A random sample put in order holds, column by column, the values of the sample without correlation.
+TEST(CorrelatedDesigns, ranksMoveValuesOnly) {
+  FactorList factors = correlated(kImanConover);
+  FactorList plain = correlated(kNoCorrelation);
+  const Table ordered = generated(*samplerOf(kRandom, 300, 8), factors);
+  const Table drawn = generated(*samplerOf(kRandom, 300, 8), plain);
+  for (const std::int32_t column : {0, 2, 4}) {
+    EXPECT_EQ(sorted(columnOf(ordered, column)), sorted(columnOf(drawn, column)));
+    EXPECT_NE(columnOf(ordered, column), columnOf(drawn, column));
+  }
+}
+
+TEST(CorrelatedDesigns, refusedMatrixWarnsAndChangesNoColumn) {
+  FactorList factors = correlated(kImanConover);
+  for (const auto& [i, j, correlation] : {std::tuple{0, 1, 0.9f}, {0, 2, 0.9f}, {1, 2, -0.9f}})
+    setPair(factors, i, j, correlation);
+  FactorList plain = correlated(kNoCorrelation);
+  for (const MethodId method : {kRandom, kLatin, kRepLatin}) {
+    SCOPED_TRACE(methodNameOf(method));
+    const std::unique_ptr<Sampler> sampler = samplerOf(method, 50, 8);
+    const Table table = generated(*sampler, factors, 1.0);
+    EXPECT_EQ(sampler->warningText,
+              "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.");
+    if (method == kRandom) {
+      EXPECT_EQ(table, generated(*samplerOf(kRandom, 50, 8), plain));
+      continue;
+    }
+    const std::size_t block = method == kLatin ? 50 : 10;
+    for (std::size_t run = 0; run < 50; ++run)
+      EXPECT_EQ(std::floor(table[run][2] * static_cast<double>(block)), static_cast<double>(run % block));
+    if (method == kRepLatin) {
+      for (std::int32_t i = 0; i < 5; ++i)
+        EXPECT_EQ(dynamic_cast<RepLatinSampler&>(*sampler).runOf(2, 3)[i], 10 * i + 3);
+    }
+  }
+}
+
+TEST(CorrelatedDesigns, refusals) {
+  FactorList stein = correlated(kSteinSample);
+  EXPECT_EQ(refusal(*samplerOf(kLatin, 701, 1), stein), "The Stein sample has fewer rows than the sample to generate.");
+  EXPECT_EQ(refusal(*samplerOf(kRepLatin, 705, 1), stein),
+            "The Stein sample has fewer rows than the sample to generate.");
+  stein.steinInfo.clear();
+  for (const MethodId method : {kLatin, kRepLatin})
+    EXPECT_EQ(refusal(*samplerOf(method, 10, 1), stein),
+              "The Stein correlation sample is empty.\nNo correlation can be calculated.");
+  for (const Combination& combination : kCombinations) {
+    SCOPED_TRACE(nameOf(combination));
+    FactorList factors = correlated(combination.mode);
+    factors.prepareOrder();
+    sampValues narrow;
+    EXPECT_EQ(samplerOf(combination.method, 10, 1)->generate(50.0, narrow, factors), -1.0);
+    const std::unique_ptr<Sampler> none = makeSampler(combination.method);
+    EXPECT_TRUE(none->setSamples(0));
+    if (combination.method != kRepLatin) {
+      EXPECT_EQ(refusal(*none, factors), "  No samples to generate");
+    }
+  }
+}
+
+// Nothing stochastic, or a table in which single precision can't tell the last cells from the end of a phase.
+TEST(CorrelatedDesigns, unusualTables) {
+  for (const CorrelationMode mode : {kDependenceTree, kImanConover, kNoCorrelation}) {
+    FactorList constants = listOf("rcc");
+    constants.correlationMode = mode;
+    for (const MethodId method : {kRandom, kLatin}) {
+      const Table table = generated(*samplerOf(method, 3, 1), constants, 1.0);
+      EXPECT_EQ(table, Table(3, {0.0, 101.0, 102.0})) << mode;
+    }
+    FactorList relation = listOf("r");
+    relation.correlationMode = mode;
+    EXPECT_EQ(generated(*samplerOf(kLatin, 2, 1), relation), Table(2, {0.0}));
+  }
+  constexpr std::int32_t kRuns = 1500000;
+  FactorList factors = listOf("sc");
+  sampValues store;
+  const std::unique_ptr<Sampler> sampler = samplerOf(kLatin, kRuns, 1);
+  ASSERT_TRUE(generateInto(store, *sampler, factors));
+  double last = 0.0;
+  ASSERT_TRUE(store.getValue(kRuns - 1, 1, last));
+  EXPECT_EQ(last, 101.0);
+}
+
+TEST(CorrelatedDesigns, drawsInTheStatedOrder) {
+  FactorList factors = correlated(kNoCorrelation);
+  std::int32_t state = -12;
+  const Table random = generated(*samplerOf(kRandom, 4, 12), factors);
+  for (const std::int32_t factor : {0, 2, 4})
+    for (const double value : columnOf(random, factor)) EXPECT_EQ(value, uniformRandom(state));
+  // Tree: the root by the sampler's word, then child by child, nearest to the root first, by the band's.
+  FactorList tree = correlated(kDependenceTree);
+  const Table fromTree = generated(*samplerOf(kRandom, 4, 12), tree, 1.0);
+  EXPECT_EQ(columnOf(fromTree, 4), columnOf(random, 0));
+  DiagonalBand band;
+  std::vector<double> column = columnOf(fromTree, 4);
+  for (const auto& [child, correlation] : {std::pair{0, 0.8}, {2, -0.5}}) {
+    band.setCorrelation(correlation);
+    band.sampleConditional(column);
+    EXPECT_EQ(column, columnOf(fromTree, child));
+  }
+}
+
+}  // namespace
+}  // namespace tarvex
