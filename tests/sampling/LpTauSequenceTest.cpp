@@ -1,0 +1,123 @@
+#include "sampling/LpTauSequence.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <random>
+
+#include "sampling/LpTauDirections.h"
+
+namespace tarvex {
+namespace {
+
+std::vector<double> pointAt(LpTauSequence& sequence, std::int32_t n, std::int32_t dimension) {
+  std::vector<double> point;
+  EXPECT_TRUE(sequence.lpTauPoint(n, dimension, point)) << n;
+  return point;
+}
+
+TEST(LpTauDirections, agreeWithThePublishedRows) {
+  struct Row {
+    std::size_t bit;
+    std::int32_t columns[6];
+  };
+  // clang-format off
+  const Row rows[] = {
+      {0,  {0x40000000, 0x40000000, 0x40000000, 0x40000000, 0x40000000, 0x40000000}},
+      {1,  {0x60000000, 0x20000000, 0x60000000, 0x20000000, 0x60000000, 0x20000000}},
+      {2,  {0x70000000, 0x70000000, 0x10000000, 0x50000000, 0x30000000, 0x30000000}},
+      {3,  {0x78000000, 0x08000000, 0x48000000, 0x78000000, 0x28000000, 0x38000000}},
+      {30, {0x7FFFFFFF, 0x7FFFFFFF, 0x45005555, 0x50042483, 0x3004FF8F, 0x40333333}},
+  };
+  // clang-format on
+  for (const Row& row : rows)
+    for (std::size_t j = 0; j < 6; ++j) EXPECT_EQ(kLpTauDirections[row.bit][j], row.columns[j]) << row.bit << ' ' << j;
+}
+
+// Row b adds bit 30 - b and nothing below it; otherwise the sequence would not be balanced at all.
+TEST(LpTauDirections, haveTheirLowestBitWhereTheRowSays) {
+  for (std::size_t b = 0; b < kLpTauBits; ++b)
+    for (const std::int32_t direction : kLpTauDirections[b]) {
+      ASSERT_GT(direction, 0);
+      ASSERT_EQ(std::countr_zero(static_cast<std::uint32_t>(direction)), 30 - static_cast<int>(b));
+    }
+}
+
+// Each aligned run of 2^m points has one point in each dyadic interval of length 2^-m, in every dimension.
+TEST(LpTauSequence, isBalancedInAllDimensions) {
+  for (int m = 0; m <= 11; ++m) {
+    const std::int32_t count = 1 << m;
+    for (const std::int32_t first : {0, count, 5 * count}) {
+      LpTauSequence sequence;
+      std::vector<std::vector<int>> hits(LpTauSequence::kMaxDimension, std::vector<int>(1U << m, 0));
+      for (std::int32_t n = first; n < first + count; ++n) {
+        const std::vector<double> point = pointAt(sequence, n, LpTauSequence::kMaxDimension);
+        for (std::size_t j = 0; j < point.size(); ++j) ++hits[j][static_cast<std::size_t>(point[j] * count)];
+      }
+      for (std::size_t j = 0; j < hits.size(); ++j)
+        ASSERT_EQ(hits[j], std::vector<int>(hits[j].size(), 1)) << "dimension " << j << ", points from " << first;
+    }
+  }
+}
+
+// The first two coordinates are a (0, m, 2)-net: one point in every box of area 2^-m.
+TEST(LpTauSequence, isBalancedOverBoxesOfItsFirstTwoDimensions) {
+  constexpr int m = 8;
+  for (int a = 0; a <= m; ++a) {
+    LpTauSequence sequence;
+    std::vector<int> hits(1U << m, 0);
+    for (std::int32_t n = 0; n < 1 << m; ++n) {
+      const std::vector<double> point = pointAt(sequence, n, 2);
+      const auto x = static_cast<std::size_t>(point[0] * (1 << a));
+      const auto y = static_cast<std::size_t>(point[1] * (1 << (m - a)));
+      ++hits[x << (m - a) | y];
+    }
+    EXPECT_EQ(hits, std::vector<int>(hits.size(), 1)) << a;
+  }
+}
+
+TEST(LpTauSequence, startsWithTheHalfAndStepsAlongTheGrayCode) {
+  LpTauSequence sequence;
+  EXPECT_EQ(pointAt(sequence, 0, 3), (std::vector<double>{0.0, 0.0, 0.0}));
+  EXPECT_EQ(pointAt(sequence, 1, 3), (std::vector<double>{0.5, 0.5, 0.5}));
+  EXPECT_EQ(pointAt(sequence, 2, 3), (std::vector<double>{0.25, 0.75, 0.25}));
+  EXPECT_EQ(pointAt(sequence, 3, 3), (std::vector<double>{0.75, 0.25, 0.75}));
+}
+
+TEST(LpTauSequence, givesTheSamePointByJumpAndByStep) {
+  constexpr std::int32_t kDimension = 40;
+  constexpr std::int32_t kPoints = 600;
+  LpTauSequence stepped;
+  std::vector<std::vector<double>> points;
+  for (std::int32_t n = 0; n < kPoints; ++n) points.push_back(pointAt(stepped, n, kDimension));
+
+  LpTauSequence jumping;
+  std::minstd_rand random(3);
+  for (int i = 0; i < 2000; ++i) {
+    // Repeats, successors, and changes of dimension between them, a wider point after a narrow one included.
+    const auto n = static_cast<std::int32_t>(random() % kPoints);
+    const auto dimension = static_cast<std::int32_t>(1 + random() % kDimension);
+    for (std::int32_t next = n; next < std::min(n + 3, kPoints); ++next) {
+      std::vector<double> expected = points[static_cast<std::size_t>(next)];
+      const std::int32_t size = next == n + 2 ? kDimension : dimension;
+      expected.resize(static_cast<std::size_t>(size));
+      ASSERT_EQ(pointAt(jumping, next, size), expected) << next << ' ' << size;
+    }
+  }
+}
+
+TEST(LpTauSequence, refusesWhatItHasNoDirectionsFor) {
+  LpTauSequence sequence;
+  std::vector<double> point = pointAt(sequence, 6, 370);
+  const std::vector<double> before = point;
+  EXPECT_FALSE(sequence.lpTauPoint(-1, 5, point));
+  EXPECT_FALSE(sequence.lpTauPoint(7, 0, point));
+  EXPECT_FALSE(sequence.lpTauPoint(7, 371, point));
+  EXPECT_EQ(point, before);
+  LpTauSequence fresh;
+  EXPECT_EQ(pointAt(sequence, 7, 370), pointAt(fresh, 7, 370));
+  EXPECT_GT(pointAt(sequence, 2147483647, 1)[0], 0.0);  // the last index uses all 31 bits
+}
+
+}  // namespace
+}  // namespace tarvex
