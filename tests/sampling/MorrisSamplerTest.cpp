@@ -1,0 +1,144 @@
+#include "sampling/MorrisSampler.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "sampling/Designs.h"
+
+namespace tarvex {
+namespace {
+
+MorrisSampler configured(std::uint32_t levels, std::int32_t trajectories, std::int32_t k, std::int32_t seed = 1) {
+  MorrisSampler sampler;
+  EXPECT_TRUE(sampler.setLevels(levels));
+  EXPECT_TRUE(sampler.setTrajectories(static_cast<std::uint32_t>(trajectories)));
+  EXPECT_TRUE(sampler.setSamples(static_cast<std::int32_t>(MorrisSampler::runCount(trajectories, k))));
+  EXPECT_TRUE(sampler.setSeed(seed));
+  return sampler;
+}
+
+struct Size {
+  const char* kinds;
+  std::uint32_t levels;
+  std::int32_t trajectories;
+};
+
+// One factor moves a step, by half the levels; each moves once a trajectory; cells lie at the middle of levels.
+TEST(MorrisSampler, makesTrajectoriesOfOneFactorAStep) {
+  for (const Size& size : {Size{"s", 4, 3}, Size{"sss", 2, 40}, Size{"csrsscs", 4, 10}, Size{"ssssssss", 5, 25},
+                           Size{"sscss", 6, 30}, Size{"srs", 7, 50}, Size{"ssssssssssssssssssss", 8, 4}}) {
+    SCOPED_TRACE(std::string(size.kinds) + " at " + std::to_string(size.levels));
+    const std::vector<std::int32_t> stochastic = stochasticOf(size.kinds);
+    const auto k = static_cast<std::int32_t>(stochastic.size());
+    const auto trajectoryLength = static_cast<std::size_t>(k) + 1;
+    MorrisSampler sampler = configured(size.levels, size.trajectories, k, 17);
+    FactorList factors = listOf(size.kinds);
+    const Table runs = generated(sampler, factors);
+    ASSERT_EQ(runs.size(), static_cast<std::size_t>(size.trajectories) * trajectoryLength);
+    ASSERT_EQ(sampler.changedFactor().size(), runs.size());
+
+    const double jump = std::floor(size.levels / 2.0) / size.levels;
+    std::set<std::int32_t> moved;
+    for (std::size_t run = 0; run < runs.size(); ++run) {
+      const std::int32_t changed = sampler.changedFactor()[run];
+      for (std::size_t i = 0; i < runs[run].size(); ++i) {
+        const double cell = runs[run][i];
+        if (size.kinds[i] == 'c') {
+          ASSERT_EQ(cell, 100.0 + static_cast<double>(i));
+        } else if (size.kinds[i] == 'r') {
+          ASSERT_EQ(cell, 0.0);
+        } else {
+          const double level = cell * size.levels - 0.5;
+          ASSERT_NEAR(level, std::round(level), 1e-12);
+          // Base points and jumps of an odd grid leave its highest level unused.
+          ASSERT_TRUE(level > -0.5 && level < 2 * (size.levels / 2) - 0.5) << level;
+        }
+        if (run % trajectoryLength == 0) continue;
+        const bool mover = static_cast<std::int32_t>(i) == stochastic[static_cast<std::size_t>(changed)];
+        ASSERT_NEAR(std::abs(cell - runs[run - 1][i]), mover ? jump : 0.0, 1e-14);
+      }
+      if (run % trajectoryLength == 0) {
+        ASSERT_EQ(changed, -1);
+        moved.clear();
+      } else {
+        ASSERT_TRUE(moved.insert(changed).second) << changed << " moves twice";
+      }
+    }
+  }
+}
+
+TEST(MorrisSampler, hasItsFourLevelsInTheMiddleOfQuarters) {
+  MorrisSampler sampler = configured(4, 50, 2);
+  FactorList factors = listOf("ss");
+  std::set<double> levels;
+  for (const std::vector<double>& run : generated(sampler, factors)) levels.insert(run.begin(), run.end());
+  EXPECT_EQ(levels, (std::set<double>{0.125, 0.375, 0.625, 0.875}));
+}
+
+// Over many trajectories both directions, all base levels and all orders of the factors come up.
+TEST(MorrisSampler, drawsDirectionsBasePointsAndOrdersEvenly) {
+  constexpr std::int32_t kTrajectories = 6000;
+  MorrisSampler sampler = configured(4, kTrajectories, 3, 99);
+  FactorList factors = listOf("sss");
+  const Table runs = generated(sampler, factors);
+  int up = 0;
+  int lowBase = 0;
+  for (std::size_t run = 0; run + 3 < runs.size(); run += 4) {
+    up += runs[run + 3][0] > runs[run][0];
+    lowBase += std::min(runs[run + 3][1], runs[run][1]) < 0.2;
+  }
+  // Five standard deviations of a fair coin.
+  const double tolerance = 5.0 * std::sqrt(kTrajectories / 4.0);
+  EXPECT_NEAR(up, kTrajectories / 2.0, tolerance);
+  EXPECT_NEAR(lowBase, kTrajectories / 2.0, tolerance);
+}
+
+TEST(MorrisSampler, refusesSettingsThatMakeNoDesign) {
+  MorrisSampler sampler;
+  EXPECT_FALSE(sampler.setLevels(0));
+  EXPECT_EQ(sampler.errorText, "Num level must be a positive value");
+  EXPECT_FALSE(sampler.setTrajectories(0));
+  EXPECT_EQ(sampler.errorText, "Num trajectories must be a positive value");
+
+  FactorList factors = listOf("ss");
+  EXPECT_EQ(refusal(sampler, factors), "  No samples to generate");
+  MorrisSampler flat = configured(1, 4, 2);
+  EXPECT_EQ(refusal(flat, factors), "The number of levels must be at least 2");
+  MorrisSampler partial = configured(4, 4, 3);
+  EXPECT_EQ(refusal(partial, factors), "The number of executions must be 12: trajectories times factors plus one");
+}
+
+TEST(MorrisSampler, keepsItsEffectsInTheSection) {
+  MorrisSampler sampler = configured(6, 2, 1, 5);
+  EXPECT_EQ(sectionOf(sampler), "6\n2\n4\n0\n5\nNo elementary effects\n");
+  FactorList factors = listOf("cs");
+  generated(sampler, factors);
+  EXPECT_EQ(sectionOf(sampler), "6\n2\n4\n2\n5\nElementary effects\n-1\n0\n-1\n0\n");
+  // A design that was stopped half way has no effects to tell.
+  sampValues store;
+  ASSERT_TRUE(store.allocate(2));
+  sampler.reset();
+  factors.prepareOrder();
+  EXPECT_LT(sampler.generate(10.0, store, factors), 50.0);
+  EXPECT_EQ(sectionOf(sampler), "6\n2\n4\n2\n5\nNo elementary effects\n");
+}
+
+TEST(MorrisSampler, readsNoEffectsThatTheMeasuresCouldNotIndex) {
+  // clang-format off
+  for (const char* effects : {"0\n0\n-1\n0\n", "-1\n2\n-1\n0\n", "-1\n-2\n-1\n0\n", "-1\n-1\n-1\n0\n", "-1\n0\n-1\n"}) {
+    // clang-format on
+    MorrisSampler sampler;
+    EXPECT_FALSE(readSection(sampler, std::string("6\n2\n4\n2\n5\nElementary effects\n") + effects)) << effects;
+    EXPECT_TRUE(sampler.changedFactor().empty());
+    EXPECT_EQ(sampler.seed, 5648423);
+  }
+  MorrisSampler other;
+  EXPECT_TRUE(readSection(other, "6\n2\n4\n2\n5\nelementary effects\n"));
+  EXPECT_TRUE(other.changedFactor().empty());
+}
+
+}  // namespace
+}  // namespace tarvex
