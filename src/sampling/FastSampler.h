@@ -15,6 +15,8 @@ struct FastBlock {
   std::int32_t resamples = 0;    // curves of the block; 1 in the classic test
   std::int32_t curveLength = 0;  // runs of one curve; all runs in the classic test
   std::int32_t blockLength = 0;  // runs of the block; all runs in the classic test
+
+  bool operator==(const FastBlock&) const = default;
 };
 
 // The search curves of the Fourier amplitude sensitivity test: the classic one (R. I. Cukier et al., J. Chem. Phys. 59,
