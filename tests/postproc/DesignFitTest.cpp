@@ -1,0 +1,213 @@
+// Designs that don't fit the results, and results that have nothing to say: a text or nan, never more.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+#include "postproc/CurveSpectrum.h"
+#include "postproc/DesignStudy.h"
+#include "postproc/FactorSubsets.h"
+#include "postproc/MeasureSupport.h"
+#include "sampling/FastSampler.h"
+#include "sampling/MorrisSampler.h"
+#include "sampling/RandomSampler.h"
+#include "sampling/RepLatinSampler.h"
+#include "sampling/SobolSampler.h"
+
+namespace tarvex {
+namespace {
+
+constexpr int kInputs = 3;
+
+std::unique_ptr<Sampler> designOf(const std::string& method) {
+  const auto sized = [](auto sampler, std::int64_t runs) -> std::unique_ptr<Sampler> {
+    EXPECT_TRUE(sampler->setSamples(static_cast<std::int32_t>(runs)));
+    return sampler;
+  };
+  if (method == "fast" || method == "classic") {
+    auto sampler = std::make_unique<FastSampler>();
+    EXPECT_TRUE(sampler->setAnalysisMode(method == "fast" ? FastSampler::kExtended : FastSampler::kClassic));
+    return sized(std::move(sampler), 300);
+  }
+  if (method == "morris") {
+    auto sampler = std::make_unique<MorrisSampler>();
+    EXPECT_TRUE(sampler->setLevels(4) && sampler->setTrajectories(5));
+    return sized(std::move(sampler), MorrisSampler::runCount(5, kInputs));
+  }
+  if (method == "importance") {
+    auto sampler = std::make_unique<RepLatinSampler>();
+    EXPECT_TRUE(sampler->setBaseDesign(10));
+    sampler->setReplications(4);
+    return sampler;
+  }
+  auto sampler = std::make_unique<SobolSampler>();
+  const std::int32_t kind = method == "sobol" ? SobolSampler::kFirstAndTotal : SobolSampler::kUpToOrder;
+  EXPECT_TRUE(sampler->setBaseSize(16) && sampler->setDesignKind(kind) && sampler->setOrder(2));
+  return sized(std::move(sampler), 16 * SobolSampler::blockCount(kInputs, 2, kind, false));
+}
+
+DesignStudy studyOf(const std::string& method) {
+  const auto sum = [](const std::vector<double>& u, std::int32_t) { return u[0] + 2.0 * u[1] * u[2]; };
+  const auto constant = [](const std::vector<double>&, std::int32_t) { return 0.1; };
+  const auto hole = [sum](const std::vector<double>& u, std::int32_t run) {
+    return run == 3 ? std::numeric_limits<double>::quiet_NaN() : sum(u, run);
+  };
+  return makeDesignStudy(kInputs, designOf(method), {sum, constant, hole});
+}
+
+class EveryDesign : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    study_ = studyOf(GetParam());
+    stats_ = makeSensitivityForMethod(study_.prep.sampler->methodId);
+  }
+  bool compute() { return stats_->compute(study_.prep, study_.outputs); }
+
+  DesignStudy study_;
+  std::unique_ptr<SensitivityStats> stats_;
+};
+
+TEST_P(EveryDesign, ConstantOutputsAndMissingRuns) {
+  ASSERT_TRUE(compute()) << stats_->errorText;
+  ASSERT_EQ(stats_->variableCount, 3);
+  const std::string method = GetParam();
+  for (const IndexRecord& record : stats_->records) {
+    SCOPED_TRACE(record.name);
+    const std::size_t slots = record.values.size() / 3;
+    for (std::size_t slot = 0; slot < slots; ++slot) {
+      const double constant = record.values[slots + slot];
+      const bool closed = method == "terms" && slot + 1 == slots;
+      if (record.kind == FactorKind::Uncertain && (method == "importance" || closed))
+        EXPECT_TRUE(std::isnan(constant)) << "0 divided by 0";
+      else
+        EXPECT_EQ(constant, 0.0);
+      EXPECT_TRUE(std::isfinite(record.values[slot]));
+    }
+  }
+  const bool anyMissing = std::ranges::any_of(stats_->records, [](const IndexRecord& record) {
+    return std::isnan(record.values[record.values.size() / 3 * 2]);
+  });
+  EXPECT_TRUE(anyMissing);
+}
+
+TEST_P(EveryDesign, ResultsOfOtherLengthAreRefused) {
+  ASSERT_TRUE(compute());
+  const double row[] = {1.0, 2.0, 3.0};
+  study_.outputs.addRow(row);
+  EXPECT_FALSE(compute());
+  const std::string runs = std::to_string(study_.outputs.rows() - 1);
+  EXPECT_EQ(stats_->errorText,
+            "The sample has " + runs + " runs, the results have " + std::to_string(study_.outputs.rows()) + ".");
+  EXPECT_FALSE(stats_->computed);
+  EXPECT_TRUE(stats_->records.empty());
+}
+
+TEST_P(EveryDesign, EmptyResultsAndForeignSamplersAreRefused) {
+  study_.outputs.clear();
+  ASSERT_TRUE(study_.outputs.allocate(1));
+  EXPECT_FALSE(compute());
+  study_ = studyOf(GetParam());
+  study_.prep.sampler = std::make_unique<RandomSampler>();
+  EXPECT_FALSE(compute());
+  study_.prep.sampler = nullptr;
+  EXPECT_FALSE(compute());
+  EXPECT_FALSE(stats_->computed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Methods, EveryDesign,
+                         testing::Values("fast", "classic", "morris", "importance", "sobol", "terms"),
+                         [](const auto& row) { return std::string(row.param); });
+
+struct Damage {
+  const char* name;
+  const char* method;
+  const char* from;
+  const char* to;
+  const char* message;
+};
+
+class DamagedDesign : public testing::TestWithParam<Damage> {};
+
+TEST_P(DamagedDesign, IsRefused) {
+  DesignStudy study = studyOf(GetParam().method);
+  ASSERT_NO_FATAL_FAILURE(damage(study, GetParam().from, GetParam().to));
+  const auto stats = makeSensitivityForMethod(study.prep.sampler->methodId);
+  EXPECT_FALSE(stats->compute(study.prep, study.outputs));
+  EXPECT_EQ(stats->errorText, GetParam().message);
+  EXPECT_TRUE(stats->records.empty());
+}
+
+// Of the extended FAST design every block is 12 1 97 97.
+INSTANTIATE_TEST_SUITE_P(
+    Files, DamagedDesign,
+    testing::Values(
+        Damage{"fast_no_table", "fast", "\ngroup information", "\nno group information", kDesignMissing},
+        Damage{"fast_long_curve", "fast", "12\t1\t97\t97", "12\t1\t98\t97", kDesignDamaged},
+        Damage{"fast_no_curve", "fast", "12\t1\t97\t97", "0\t1\t1\t97", kDesignDamaged},
+        Damage{"fast_huge_block", "fast", "12\t1\t97\t97", "268435455\t2147483647\t2147483641\t97", kDesignDamaged},
+        Damage{"fast_fewer_curves", "fast", "12\t1\t97\t97", "12\t0\t97\t97", kDesignDamaged},
+        Damage{"classic_short", "classic", "\t300\t300", "\t3\t300", kDesignDamaged},
+        Damage{"morris_no_effects", "morris", "\nElementary effects", "\nNo elementary effects", kDesignMissing},
+        Damage{"morris_factor", "morris", "\n2\n", "\n3\n", kDesignDamaged},
+        Damage{"sobol_base_size", "sobol", "\n16\n128\n", "\n7\n128\n", kDesignDamaged},
+        Damage{"sobol_kind", "sobol", "\n128\n1\n2\n", "\n128\n3\n1000000\n", kDesignDamaged},
+        Damage{"terms_few_blocks", "terms", "\n16\n128\n", "\n64\n128\n", kDesignDamaged}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(DesignFit, ImportanceWithoutLevelsIsNoFailure) {
+  DesignStudy study = studyOf("importance");
+  dynamic_cast<RepLatinSampler&>(*study.prep.sampler).setChoice(1);
+  const auto stats = makeSensitivityForMethod(kRepLatin);
+  EXPECT_TRUE(stats->compute(study.prep, study.outputs));
+  EXPECT_FALSE(stats->computed);
+  EXPECT_EQ(stats->errorText, "No errors");
+}
+
+TEST(DesignFit, OneReplicateHasNoCorrection) {
+  auto sampler = std::make_unique<RepLatinSampler>();
+  ASSERT_TRUE(sampler->setBaseDesign(20));
+  const DesignStudy study = makeDesignStudy(linearModel({1.0, 1.0}), std::move(sampler));
+  const auto stats = makeSensitivityForMethod(kRepLatin);
+  ASSERT_TRUE(stats->compute(study.prep, study.outputs));
+  EXPECT_NEAR(valueOf(*stats, "x2", 0), 1.0, 1e-12);  // each run is a level's mean
+}
+
+TEST(CurveSpectrum, FindsACosineAtItsFrequency) {
+  // 3 cos(2 s) + sin(5 s) on an odd grid about 0: power 2 (3 / 2)^2 and 2 (1 / 2)^2, variance 5 n / (n - 1).
+  constexpr int kRuns = 41;
+  std::vector<double> y;
+  for (int i = 0; i < kRuns; ++i) {
+    const double s = (i - kRuns / 2) * 2.0 * std::numbers::pi / kRuns;
+    y.push_back(7.0 + 3.0 * std::cos(2.0 * s) + std::sin(5.0 * s));
+  }
+  CurveSpectrum spectrum;
+  spectrum.load(y.data(), kRuns);
+  EXPECT_NEAR(static_cast<double>(spectrum.variance()), 5.0 * kRuns / (kRuns - 1), 1e-13);
+  for (int w = 1; w <= 20; ++w)
+    EXPECT_NEAR(static_cast<double>(spectrum.at(w)), w == 2 ? 4.5 : w == 5 ? 0.5 : 0.0, 1e-14) << w;
+  EXPECT_NEAR(static_cast<double>(spectrum.at(-2 + kRuns * 3)), 4.5, 1e-13);  // whole turns don't matter
+}
+
+TEST(CurveSpectrum, EvenCurveCountsHalfStepsAsWhole) {
+  // Deviations -1, -1, 1, 1; the differences are 2 at the first and 2 at the second step: at frequency 1 the angles are
+  // a quarter and a half turn, B = 2, and A = 0.
+  const double y[] = {0.0, 0.0, 2.0, 2.0};
+  CurveSpectrum spectrum;
+  spectrum.load(y, 4);
+  EXPECT_DOUBLE_EQ(static_cast<double>(spectrum.at(1)), 2.0 * 0.5 * 0.5);
+}
+
+TEST(FactorSubsets, NumbersAreThoseOfTheList) {
+  const FactorSubsets subsets(6, 4);
+  EXPECT_EQ(subsets.all().size(), 6u + 15u + 20u + 15u);
+  for (std::size_t i = 0; i < subsets.all().size(); ++i)
+    EXPECT_EQ(subsets.numberOf(subsets.all()[i]), static_cast<std::int64_t>(i));
+  EXPECT_EQ(subsets.numberOf({0, 1, 2, 3, 5}), 56 + 1);
+  EXPECT_EQ(subsets.complement({0, 3, 4}), (FactorSubsets::Subset{1, 2, 5}));
+  EXPECT_EQ(FactorSubsets::countOf(185, 185), FactorSubsets::kMany);
+  EXPECT_EQ(FactorSubsets::countOf(3, 9), 7);
+}
+
+}  // namespace
+}  // namespace tarvex

@@ -1,0 +1,89 @@
+#include "postproc/MorrisStats.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+#include "postproc/DesignStudy.h"
+#include "sampling/MorrisSampler.h"
+
+namespace tarvex {
+namespace {
+
+std::unique_ptr<MorrisSampler> morrisDesign(std::uint32_t levels, std::uint32_t trajectories, std::int32_t inputs) {
+  auto sampler = std::make_unique<MorrisSampler>();
+  EXPECT_TRUE(sampler->setLevels(levels) && sampler->setTrajectories(trajectories));
+  EXPECT_TRUE(sampler->setSamples(static_cast<std::int32_t>(MorrisSampler::runCount(trajectories, inputs))));
+  return sampler;
+}
+
+TEST(MorrisStats, LinearModelHasEffectsOfTwiceTheChange) {
+  const std::vector<double> c = {3.0, -2.0, 0.5, 0.0};
+  for (const std::uint32_t levels : {4u, 6u, 5u}) {
+    const DesignStudy study = makeDesignStudy(linearModel(c), morrisDesign(levels, 7, 4));
+    MorrisStats stats;
+    ASSERT_TRUE(stats.compute(study.prep, study.outputs)) << stats.errorText;
+    const double jump = static_cast<double>(levels / 2) / levels;
+    for (std::size_t i = 0; i < c.size(); ++i) {
+      const std::string name = "x" + std::to_string(i + 1);
+      EXPECT_NEAR(valueOf(stats, name, MorrisStats::kMean), 2.0 * std::fabs(c[i]) * jump, 1e-14) << name;
+      // The square root of a difference that cancels: half the digits.
+      EXPECT_NEAR(valueOf(stats, name, MorrisStats::kSigma), 0.0, 1e-7) << name;
+    }
+    EXPECT_EQ(valueOf(stats, "k", MorrisStats::kMean), 0.0);
+  }
+}
+
+// At 4 levels a jump is half the range, which is the period of the squared sine of the second input.
+TEST(MorrisStats, IshigamiAtFourLevelsMissesTheSecondFactor) {
+  const DesignStudy study = makeDesignStudy(ishigamiModel(), morrisDesign(4, 50, 3));
+  MorrisStats stats;
+  ASSERT_TRUE(stats.compute(study.prep, study.outputs)) << stats.errorText;
+  EXPECT_GT(valueOf(stats, "x1", MorrisStats::kMean), 1.0);
+  EXPECT_NEAR(valueOf(stats, "x2", MorrisStats::kMean), 0.0, 1e-12);
+  // x1 is at a sine of +-sqrt(1/2), and x3 goes between a quarter and three quarters of pi, all effects alike.
+  const double effect = 2.0 * 0.1 * std::sqrt(0.5) * std::pow(std::numbers::pi, 4) * (81.0 - 1.0) / 256.0;
+  EXPECT_NEAR(valueOf(stats, "x3", MorrisStats::kMean), effect, 1e-9);
+}
+
+TEST(MorrisStats, HandComputedSpread) {
+  // One input, two trajectories, effects 2 |0 - 1| = 2 and 2 |5 - 2| = 6: mean 4, variance 8.
+  const double y[] = {0.0, 1.0, 5.0, 2.0};
+  const DesignStudy study =
+      makeDesignStudy(1, morrisDesign(4, 2, 1), {[&](const std::vector<double>&, std::int32_t run) { return y[run]; }});
+  MorrisStats stats;
+  ASSERT_TRUE(stats.compute(study.prep, study.outputs));
+  EXPECT_DOUBLE_EQ(valueOf(stats, "x1", MorrisStats::kMean), 4.0);
+  EXPECT_DOUBLE_EQ(valueOf(stats, "x1", MorrisStats::kSigma), std::sqrt(8.0));
+}
+
+TEST(MorrisStats, OneTrajectoryHasNoSpread) {
+  const DesignStudy study = makeDesignStudy(linearModel({1.0, 2.0}), morrisDesign(4, 1, 2));
+  MorrisStats stats;
+  ASSERT_TRUE(stats.compute(study.prep, study.outputs));
+  EXPECT_DOUBLE_EQ(valueOf(stats, "x2", MorrisStats::kMean), 2.0);
+  EXPECT_TRUE(std::isnan(valueOf(stats, "x2", MorrisStats::kSigma)));
+}
+
+TEST(MorrisStats, ConstantOutputAndMissingRuns) {
+  const auto constant = [](const std::vector<double>&, std::int32_t) { return 0.1; };
+  // The second run is the first step of the first trajectory: only the factor that moved there is lost.
+  const auto hole = [](const std::vector<double>& u, std::int32_t run) {
+    return run == 0 ? std::numeric_limits<double>::quiet_NaN() : u[0] + u[1];
+  };
+  const DesignStudy study = makeDesignStudy(2, morrisDesign(4, 3, 2), {constant, hole});
+  MorrisStats stats;
+  ASSERT_TRUE(stats.compute(study.prep, study.outputs));
+  int lost = 0;
+  for (const char* name : {"x1", "x2"}) {
+    EXPECT_EQ(valueOf(stats, name, MorrisStats::kMean, 0), 0.0);
+    EXPECT_EQ(valueOf(stats, name, MorrisStats::kSigma, 0), 0.0);
+    if (std::isnan(valueOf(stats, name, MorrisStats::kMean, 1))) ++lost;
+  }
+  EXPECT_EQ(lost, 1);
+}
+
+}  // namespace
+}  // namespace tarvex
