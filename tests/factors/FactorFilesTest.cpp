@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 
 #include "base/TextReader.h"
@@ -21,6 +22,12 @@ const std::vector<std::string> kGolden{"kinds.fac", "ishigami.fac", "unit4.fac",
 std::string textOf(const FactorList& list) {
   TextWriter out;
   list.write(out);
+  return out.text();
+}
+
+std::string recordOf(const Factor& factor) {
+  TextWriter out;
+  factor.write(out);
   return out.text();
 }
 
@@ -58,11 +65,11 @@ class FactorFiles : public testing::Test {
     return true;
   }
 
-  // Every factor of the last list that was loaded can be sampled, or refuses that.
-  void sampleLast() {
-    for (std::int32_t i = 0; i < last_.factorCount(); ++i) {
+  // Each factor of the last list that differs from the sound one's can be sampled, or refuses that.
+  void sampleChanged(const FactorList& sound) {
+    for (std::int32_t i = 0; i < std::min(last_.factorCount(), sound.factorCount()); ++i) {
       auto* distribution = dynamic_cast<Distribution*>(&last_.factor(i));
-      if (distribution == nullptr) continue;
+      if (distribution == nullptr || recordOf(*distribution) == recordOf(sound.factor(i))) continue;
       if (distribution->needsTable() && !distribution->prepareInverse()) continue;
       for (const double u : {1e-9, 0.3, 1.0 - 1e-9}) (void)distribution->value(u);
     }
@@ -158,6 +165,8 @@ TEST_F(FactorFiles, missingLinesAndLongLinesFail) {
 TEST_F(FactorFiles, damagedNumbersFailOrGiveAUsableList) {
   for (const std::string name : {"kinds.fac", "tree.fac", "matrix.fac", "stein.fac"}) {
     const std::string text = test::readFile(test::goldenPath(name));
+    ASSERT_TRUE(loads(text));
+    const FactorList sound = last_;
     int numbers = 0;
     for (std::size_t i = 0; i < text.size();) {
       const bool starts = (i == 0 || text[i - 1] == '\n' || text[i - 1] == '\t' || text[i - 1] == ' ');
@@ -173,7 +182,7 @@ TEST_F(FactorFiles, damagedNumbersFailOrGiveAUsableList) {
       const bool inText = std::isalpha(static_cast<unsigned char>(text[lineStart])) != 0;
       for (const std::string bad : {"text", "1e999", "2147483647", "-1"}) {
         const bool loaded = loads(text.substr(0, i) + bad + text.substr(end));
-        if (loaded) sampleLast();
+        if (loaded) sampleChanged(sound);
         const bool mayLoad = inText || bad == "2147483647" || bad == "-1";
         EXPECT_TRUE(!loaded || mayLoad) << name << " at " << i << ": " << bad;
       }
