@@ -179,13 +179,20 @@ TEST(Distribution, improperOnesAreRefused) {
     std::vector<std::string> fields;
   };
   const std::vector<Row> rows{
-      {"Normal", {"0", "0", "0.001", "0.999"}},       {"Normal", {"0", "-1", "0.001", "0.999"}},
-      {"Normal", {"nan", "1", "0.001", "0.999"}},     {"Normal", {"inf", "1", "0.001", "0.999"}},
-      {"LogNormal", {"0", "40", "0.001", "0.999"}},   {"Exponential", {"-1", "0", "0.999"}},
-      {"Exponential", {"0", "0", "0.999"}},           {"Gamma", {"-2", "1", "0", "0.999"}},
-      {"Gamma", {"1", "-1", "0", "0.999"}},           {"Weibull", {"0.005", "1", "0", "0.999"}},
-      {"Weibull", {"-1", "1", "0", "0.999"}},         {"Uniform", {"0:1:0.5"}},
-      {"Uniform", {"3:3:1"}},                         {"LogUniform", {"-2:-1:1"}},
+      {"Normal", {"0", "0", "0.001", "0.999"}},
+      {"Normal", {"0", "-1", "0.001", "0.999"}},
+      {"Normal", {"nan", "1", "0.001", "0.999"}},
+      {"Normal", {"inf", "1", "0.001", "0.999"}},
+      {"LogNormal", {"0", "40", "0.001", "0.999"}},
+      {"Exponential", {"-1", "0", "0.999"}},
+      {"Exponential", {"0", "0", "0.999"}},
+      {"Gamma", {"-2", "1", "0", "0.999"}},
+      {"Gamma", {"1", "-1", "0", "0.999"}},
+      {"Weibull", {"0.005", "1", "0", "0.999"}},
+      {"Weibull", {"-1", "1", "0", "0.999"}},
+      {"Uniform", {"0:1:0.5"}},
+      {"Uniform", {"3:3:1"}},
+      {"LogUniform", {"-2:-1:1"}},
   };
   for (const Row& row : rows) {
     const auto distribution = distributionOf(row.type, row.fields);

@@ -16,7 +16,7 @@
 namespace tarvex {
 namespace {
 
-const std::vector<std::string> kGolden{"kinds.fac", "ishigami.fac", "unit4.fac",  "pair.fac", "mixed.fac",
+const std::vector<std::string> kGolden{"kinds.fac", "ishigami.fac", "unit4.fac", "pair.fac", "mixed.fac",
                                        "tree.fac",  "matrix.fac",   "stein.fac", "plant.fac"};
 
 std::string textOf(const FactorList& list) {
@@ -34,6 +34,18 @@ std::string recordOf(const Factor& factor) {
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;
   for (const std::string& line : lines) text += line + '\n';
+  return text;
+}
+
+// A Stein sample of two rows in the place of 60: one row is damaged like another.
+std::string shortened(std::vector<std::string> lines) {
+  const auto rows = std::find(lines.begin(), lines.end(), "60");
+  if (rows != lines.end()) {
+    *rows = "2";
+    lines.erase(rows + 4, lines.end() - 1);
+  }
+  std::string text = joined(lines);
+  text.pop_back();
   return text;
 }
 
@@ -146,7 +158,7 @@ TEST_F(FactorFiles, cutFilesFail) {
 
 TEST_F(FactorFiles, missingLinesAndLongLinesFail) {
   for (const std::string name : {"kinds.fac", "stein.fac"}) {
-    const std::vector<std::string> lines = test::readLines(test::goldenPath(name));
+    const std::vector<std::string> lines = test::splitLines(shortened(test::readLines(test::goldenPath(name))));
     for (std::size_t i = 0; i < lines.size(); ++i) {
       std::vector<std::string> damaged = lines;
       damaged[i] = std::string(5000, 'x');
@@ -163,8 +175,8 @@ TEST_F(FactorFiles, missingLinesAndLongLinesFail) {
 }
 
 TEST_F(FactorFiles, damagedNumbersFailOrGiveAUsableList) {
-  for (const std::string name : {"kinds.fac", "tree.fac", "matrix.fac", "stein.fac"}) {
-    const std::string text = test::readFile(test::goldenPath(name));
+  for (const std::string name : {"kinds.fac", "tree.fac", "stein.fac"}) {
+    const std::string text = shortened(test::readLines(test::goldenPath(name)));
     ASSERT_TRUE(loads(text));
     const FactorList sound = last_;
     int numbers = 0;

@@ -108,7 +108,7 @@ TEST(Discrete, ascendsAtEachRunningSum) {
   discrete.addPoint(interval(1.0, 2.0, 0.2));
   discrete.addPoint(interval(2.0, 3.0, 0.3));
   discrete.addPoint(interval(3.0, 4.0, 0.5));
-  const std::vector<std::pair<double, double>> rows{{0.0, 1.0}, {0.19, 1.0}, {0.2, 2.0},  {0.49, 2.0},
+  const std::vector<std::pair<double, double>> rows{{0.0, 1.0}, {0.19, 1.0}, {0.2, 2.0}, {0.49, 2.0},
                                                     {0.5, 3.0}, {0.99, 3.0}, {1.0, 3.0}, {NAN, 3.0}};
   for (const auto& [u, x] : rows) EXPECT_EQ(discrete.value(u), x) << u;
 }

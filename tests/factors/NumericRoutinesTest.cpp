@@ -118,7 +118,8 @@ TEST(NumericRoutines, logarithmsOfGammaAndBeta) {
   EXPECT_TRUE(agrees(lnGamma(1e-300), 690.77552789821370521, 4 * kEpsilon));
   EXPECT_EQ(lnGamma(1.0), 0.0);
   EXPECT_EQ(lnGamma(2.0), 0.0);
-  EXPECT_TRUE(agrees(lnGamma(1e10), 1e10 * (std::log(1e10) - 1.0) - 0.5 * std::log(1e10) + 0.91893853320467274178, 8 * kEpsilon));
+  EXPECT_TRUE(agrees(lnGamma(1e10), 1e10 * (std::log(1e10) - 1.0) - 0.5 * std::log(1e10) + 0.91893853320467274178,
+                     8 * kEpsilon));
   EXPECT_TRUE(agrees(lnBeta(2.0, 3.0), -std::log(12.0), 8 * kEpsilon));
   EXPECT_TRUE(agrees(lnBeta(0.5, 0.5), std::log(3.14159265358979323846), 8 * kEpsilon));
   // ln B(a, a) behind the range of B: Stirling's series, whose rest is far below the tolerance here.
