@@ -6,6 +6,7 @@
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
 #include "postproc/MorrisStats.h"
+#include "postproc/NumberLine.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
 #include "sampling/PrepConfiguration.h"
@@ -109,7 +110,7 @@ void SensitivityStats::read(TextReader& in) {
   clear();
   std::string line;
   readHeader(in);
-  in.readLine(line, kMaxTextChars);  // the rest of the header's last line
+  finishNumberLine(in);
   in.readLine(line, kMaxTextChars);
   // Anything else than the announcement, a damaged one too, means a block without measures.
   if (in.fail() || line != kIndexesFollow) return;
@@ -131,7 +132,7 @@ void SensitivityStats::readRecord(TextReader& in) {
   if (hasGroupNames()) {
     std::int32_t groupCount = 0;
     in >> groupCount;
-    in.readLine(line, kMaxTextChars);
+    finishNumberLine(in);
     in.checkCount(groupCount, 1);
     for (std::int32_t i = 0; i < groupCount && in.readLine(line, kMaxTextChars); ++i) record.groupNames.push_back(line);
   }
@@ -143,7 +144,7 @@ void SensitivityStats::readRecord(TextReader& in) {
   record.kind = static_cast<FactorKind>(kind);
   record.values.resize(static_cast<std::size_t>(count));
   for (double& value : record.values) in >> value;
-  in.readLine(line, kMaxTextChars);
+  finishNumberLine(in);
   if (in.ok()) records.push_back(std::move(record));
 }
 

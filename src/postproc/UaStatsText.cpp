@@ -1,6 +1,7 @@
 // The text form of UaStats: the uncertainty block.
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "postproc/NumberLine.h"
 #include "postproc/UaStats.h"
 
 namespace tarvex {
@@ -8,7 +9,6 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kMaxNameChars = 999;
-constexpr std::size_t kMaxRestChars = 4095;
 // The least that a variable takes: an empty name's line and two tables, a digit and a tab for each number.
 constexpr std::uint64_t kMinVariableBytes = 1 + 2 * 2 * kHistogramEntries * 2;
 
@@ -41,8 +41,7 @@ void UaStats::read(TextReader& in) {
 }
 
 void UaStats::readBlock(TextReader& in, std::int32_t count) {
-  std::string line;
-  in.readLine(line, kMaxRestChars);
+  finishNumberLine(in);
   if (!in.checkCount(count, kMinVariableBytes)) return;
   const auto size = static_cast<std::size_t>(count);
   names_.resize(size);
@@ -50,7 +49,7 @@ void UaStats::readBlock(TextReader& in, std::int32_t count) {
   for (auto* values : {&minima_, &maxima_, &means_, &stds_, &skewness_, &kurtosis_}) {
     if (!in.peekLine(1).empty()) values->resize(size);  // an empty line stands for an empty array
     for (double& value : *values) in >> value;
-    in.readLine(line, kMaxRestChars);
+    finishNumberLine(in);
   }
   for (auto* tables : {&linearHistograms_, &logHistograms_}) {
     tables->resize(size);

@@ -3,6 +3,7 @@
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "postproc/NumberLine.h"
 
 namespace tarvex {
 
@@ -11,12 +12,6 @@ namespace {
 constexpr std::size_t kMaxTextChars = 4095;
 constexpr std::int32_t kNoStatistics = -1;    // in the place of the statistics block's number
 constexpr std::uint64_t kMinOutputBytes = 3;  // the end of the name's line, a digit, a line's end
-
-// Takes what is left of a number's line.
-void finishNumberLine(TextReader& in) {
-  std::string rest;
-  in.readLine(rest, kMaxTextChars);
-}
 
 }  // namespace
 

@@ -1,25 +1,26 @@
 #include "postproc/smirnovDistance.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cmath>
 
 namespace tarvex {
 
 double smirnovDistance(const std::vector<std::int32_t>& rowsByRank, const std::vector<char>& isHigh) {
-  const auto high = static_cast<std::int64_t>(std::count(isHigh.begin(), isHigh.end(), char{1}));
-  const std::int64_t low = static_cast<std::int64_t>(isHigh.size()) - high;
-  if (high == 0 || low == 0) return -1.0;
-  // The distance of the two distribution functions behind each rank, times high * low: exact in integers.
-  std::int64_t highSeen = 0;
-  std::int64_t lowSeen = 0;
-  std::int64_t largest = 0;
+  const auto high = static_cast<double>(std::count(isHigh.begin(), isHigh.end(), char{1}));
+  const double low = static_cast<double>(isHigh.size()) - high;
+  if (high == 0.0 || low == 0.0) return -1.0;
+  // The difference of two rounded quotients, not the exact one: equal distances are ranked by their last bit.
+  double highSeen = 0.0, lowSeen = 0.0;
+  double highShare = 0.0, lowShare = 0.0;
+  double distance = 0.0;
   for (const std::int32_t row : rowsByRank) {
-    const std::int64_t isIn = isHigh[static_cast<std::size_t>(row)];
-    highSeen += isIn;
-    lowSeen += 1 - isIn;
-    largest = std::max(largest, std::abs(highSeen * low - lowSeen * high));
+    if (isHigh[static_cast<std::size_t>(row)])
+      highShare = ++highSeen / high;
+    else
+      lowShare = ++lowSeen / low;
+    distance = std::max(distance, std::abs(highShare - lowShare));
   }
-  return static_cast<double>(largest) / static_cast<double>(high * low);
+  return distance;
 }
 
 }  // namespace tarvex

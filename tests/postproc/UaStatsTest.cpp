@@ -1,0 +1,190 @@
+#include "postproc/UaStats.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
+#include "postproc/ValueTables.h"
+
+namespace tarvex {
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+UaStats statsOf(const Columns& columns) {
+  UaStats stats;
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < columns.size(); ++i) names.push_back("y" + std::to_string(i + 1));
+  EXPECT_TRUE(stats.compute(names, tableOf(columns)));
+  return stats;
+}
+
+double countAt(const UaStats& stats, int bin, bool logarithmic = false) {
+  return (*(logarithmic ? stats.logHistogram(0) : stats.linearHistogram(0)))[static_cast<std::size_t>(bin)].count;
+}
+
+double countAll(const Histogram& table) {
+  double total = 0.0;
+  for (const HistogramEntry& entry : table) total += entry.count;
+  return total;
+}
+
+TEST(UaStats, MomentsByHand) {
+  // Deviations -3, -2, -1, 0, 6: squares 50, cubes 180, fourth powers 1394.
+  const UaStats stats = statsOf({{1, 2, 3, 4, 10}});
+  EXPECT_EQ(stats.sampleSize(), 5);
+  EXPECT_EQ(stats.minimum(0), 1.0);
+  EXPECT_EQ(stats.maximum(0), 10.0);
+  EXPECT_DOUBLE_EQ(stats.mean(0), 4.0);
+  EXPECT_DOUBLE_EQ(stats.std(0), std::sqrt(10.0));
+  EXPECT_DOUBLE_EQ(stats.skewness(0), 180.0 / (4.0 * 10.0 * std::sqrt(10.0)));
+  EXPECT_NEAR(stats.kurtosis(0), 1394.0 / 400.0 - 3.0, 1e-14);
+  EXPECT_DOUBLE_EQ(stats.tchebyBound(0), 2.0 * std::sqrt(10.0) / std::sqrt(5.0));
+  EXPECT_DOUBLE_EQ(stats.tTestBound(0), 0.727 * std::sqrt(10.0) / std::sqrt(5.0));
+  for (const int bin : {0, 11, 22, 33, 100}) EXPECT_EQ(countAt(stats, bin), 1.0) << bin;
+  EXPECT_EQ(countAll(*stats.linearHistogram(0)), 5.0);
+  EXPECT_DOUBLE_EQ((*stats.linearHistogram(0))[50].left, 5.5);
+  // Logarithms over that of 10: 0, 0.301, 0.477, 0.602, 1.
+  for (const int bin : {0, 30, 47, 60, 100}) EXPECT_EQ(countAt(stats, bin, true), 1.0) << bin;
+}
+
+TEST(UaStats, OddColumns) {
+  struct Row {
+    const char* name;
+    std::vector<double> values;
+    double low, high, std, runsInBins, runsInFirstBin;
+    bool momentsAreNumbers, logTable;
+  };
+  const Row rows[] = {
+      {"one run", {2.5}, 2.5, 2.5, 0.0, 1, 1, false, true},
+      {"constant", {0.1, 0.1, 0.1, 0.1, 0.1, 0.1}, 0.1, 0.1, 0.0, 6, 6, false, true},
+      {"a run missing", {1, kNaN, 2}, 1, 2, kNaN, 2, 1, false, true},
+      {"constant but for a gap", {3, 3, kNaN}, 3, 3, kNaN, 2, 2, false, true},
+      {"all missing", {kNaN, kNaN}, 1e308, -1e308, kNaN, 0, 0, false, true},
+      {"minimum 0", {0, 1, 3}, 0, 3, std::sqrt(14.0 / 9.0), 3, 1, true, false},
+      {"negative", {-2, -1, 1}, -2, 1, std::sqrt(14.0 / 9.0), 3, 1, true, false},
+      {"an infinity", {1, 2, kInf}, 1, kInf, kNaN, 2, 2, false, true},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const UaStats stats = statsOf({row.values});
+    EXPECT_EQ(stats.minimum(0), row.low);
+    EXPECT_EQ(stats.maximum(0), row.high);
+    if (std::isnan(row.std))
+      EXPECT_TRUE(std::isnan(stats.std(0)));
+    else
+      EXPECT_DOUBLE_EQ(stats.std(0), row.std);
+    EXPECT_EQ(std::isfinite(stats.skewness(0)) && std::isfinite(stats.kurtosis(0)), row.momentsAreNumbers);
+    EXPECT_EQ(countAll(*stats.linearHistogram(0)), row.runsInBins);
+    EXPECT_EQ(countAt(stats, 0), row.runsInFirstBin);
+    EXPECT_EQ(countAll(*stats.logHistogram(0)), row.logTable ? row.runsInBins : 0.0);
+  }
+  EXPECT_EQ(statsOf({{2.5}}).tchebyBound(0), 0.0);
+  EXPECT_EQ(statsOf({{2.5}}).tTestBound(0), 0.0);
+}
+
+TEST(UaStats, OutOfRange) {
+  const UaStats stats = statsOf({{1, 2}});
+  for (const std::int32_t variable : {-1, 1}) {
+    for (const double value :
+         {stats.minimum(variable), stats.maximum(variable), stats.mean(variable), stats.std(variable),
+          stats.skewness(variable), stats.kurtosis(variable), stats.tchebyBound(variable), stats.tTestBound(variable)})
+      EXPECT_EQ(value, 1e308);
+    EXPECT_EQ(stats.linearHistogram(variable), nullptr);
+    EXPECT_EQ(stats.logHistogram(variable), nullptr);
+    EXPECT_EQ(stats.name(variable), nullptr);
+  }
+  EXPECT_EQ(*stats.name(0), "y1");
+}
+
+TEST(UaStats, LevelsOfTheBounds) {
+  UaStats stats = statsOf({{1, 2, 3, 4}});
+  EXPECT_FALSE(stats.setTchebyConfidence(1.0));
+  EXPECT_FALSE(stats.setKolmogorovConfidence(0.0));
+  EXPECT_EQ(stats.tchebyConfidence, 0.75);
+  const double before = stats.tTestBound(0);
+  EXPECT_TRUE(stats.setKolmogorovConfidence(0.99));
+  EXPECT_EQ(stats.tTestBound(0), before) << "no part of the Kolmogorov level";
+  EXPECT_TRUE(stats.setTchebyConfidence(0.95));
+  EXPECT_DOUBLE_EQ(stats.tTestBound(0), 2.132 * std::sqrt(1.25) / 2.0) << "four degrees of freedom for four runs";
+  EXPECT_DOUBLE_EQ(stats.tchebyBound(0), std::sqrt(1.0 / (1.0 - 0.95)) * std::sqrt(1.25) / 2.0);
+  EXPECT_TRUE(stats.setTchebyConfidence(0.5));
+  EXPECT_EQ(stats.tTestBound(0), -1.0);
+}
+
+TEST(UaStats, IntervalProbability) {
+  std::vector<double> values(101);  // one run a bin, edges at the whole numbers
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i);
+  const UaStats linear = statsOf({values});
+  // Logarithms 0, 0.105, 0.505 and 1: one run in each of the bins 0, 10, 50, 100.
+  const UaStats logs = statsOf({{1.0, std::exp(0.105), std::exp(0.505), std::exp(1.0)}});
+  struct Row {
+    const char* name;
+    const UaStats& stats;
+    int scale;
+    double a, b, runs;
+  };
+  const Row rows[] = {
+      {"all runs", linear, 0, -1, 200, 101},
+      {"a above b", linear, 0, 20, 10, 0},
+      {"empty", linear, 0, 20, 20, 0},
+      {"above the maximum", linear, 0, 100, 200, 0},
+      {"below the minimum", linear, 0, -5, 0, 0},
+      {"not a number", linear, 0, kNaN, 50, 0},
+      {"up to the last edge", linear, 0, 0, 100, 100},
+      {"within one bin", linear, 0, 10.25, 10.75, 0.5},
+      {"from an edge into its bin", linear, 0, 10, 10.5, 1.5},
+      {"from the minimum into the first bin", linear, 0, 0, 0.5, 1},
+      {"from bin to bin, the last one twice", linear, 0, 10.5, 20.25, 10.75},
+      {"past the last edge", linear, 0, 98.5, 300, 2.5},
+      {"logarithmic, from edge to edge", logs, 1, 0.1, 0.11, 2},
+      {"logarithmic, all", logs, 1, -1, 3, 4},
+  };
+  for (const Row& row : rows) {
+    const double runs = row.stats.sampleSize();
+    EXPECT_NEAR(row.stats.intervalProbability(row.a, row.b, 0, row.scale), row.runs / runs, 1e-12) << row.name;
+  }
+  EXPECT_EQ(statsOf({{-1, 0, 1}}).intervalProbability(-1, 1, 0, 1), 0.0) << "no logarithms";
+  EXPECT_EQ(linear.intervalProbability(0, 1, 7, 0), 1e308);
+}
+
+TEST(UaStats, BlockSurvivesWriteReadWrite) {
+  UaStats stats = statsOf({{1, 2, 3, 4, 10}, {kNaN, 1, 2, 3, 4}, {7, 7, 7, 7, 7}});
+  stats.setTchebyConfidence(0.9995);
+  TextWriter first;
+  stats.write(first);
+  TextReader in = TextReader::fromText(first.text());
+  UaStats copy;
+  copy.read(in);
+  ASSERT_TRUE(in.ok());
+  EXPECT_TRUE(in.atEnd());
+  TextWriter second;
+  copy.write(second);
+  EXPECT_EQ(second.text(), first.text());
+}
+
+TEST(UaStats, EmptyArraysAreEmptyLines) {
+  std::string text = "1\n4\n0.9\t0.75\ny\n\n3\t\n\n\n\n\n";
+  for (int table = 0; table < 2; ++table) {
+    for (int i = 0; i < kHistogramEntries; ++i) text += "1\t2\t";
+    text += '\n';
+  }
+  TextReader in = TextReader::fromText(text);
+  UaStats stats;
+  stats.read(in);
+  ASSERT_TRUE(in.ok());
+  EXPECT_EQ(stats.minimum(0), 1e308);
+  EXPECT_EQ(stats.maximum(0), 3.0);
+  EXPECT_EQ(stats.tchebyBound(0), 1e308);
+  EXPECT_EQ(stats.intervalProbability(0, 1, 0, 0), 1e308);
+  TextWriter out;
+  stats.write(out);
+  EXPECT_EQ(out.text(), text);
+}
+
+}  // namespace
+}  // namespace tarvex
