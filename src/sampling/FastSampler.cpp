@@ -19,6 +19,7 @@ constexpr std::int32_t kHarmonics = 4;  // of a frequency, that count as its fac
 // Runs of a curve for each unit of its highest frequency: two a period of the highest harmonic, so that it is seen.
 constexpr std::int32_t kRunsPerFrequency = 2 * kHarmonics;
 constexpr std::int32_t kLeastCurve = kRunsPerFrequency * kRunsPerFrequency + 1;  // room for one complementary frequency
+constexpr std::int32_t kNoUnit = -1;                                             // of constants and relations
 constexpr std::int32_t kGroupFrequency = kRunsPerFrequency;  // a group has the shortest curves, and more of them
 
 }  // namespace
@@ -75,10 +76,15 @@ std::int64_t FastSampler::designRows() const {
   return analysisMode_ == kGroups ? unitCount(numStochastic_) : numStochastic_;
 }
 
-// All zeros until the blocks are made.
-void FastSampler::makeDesignTable() {
-  const std::int64_t rows = designRows();
-  designTable_.assign(rows > 0 ? static_cast<std::size_t>(rows) : 0, {});
+// Groups come first, then the factors in none, in list order.
+void FastSampler::assignUnits(const FactorList& factors) {
+  const bool byGroup = analysisMode_ == kGroups;
+  std::int32_t loose = byGroup ? groups_.groupCount() : 0;
+  units_.assign(static_cast<std::size_t>(numFactors), kNoUnit);
+  for (const std::int32_t f : stochasticFactors(factors)) {
+    const std::int32_t group = byGroup ? groups_.groupOf(factors.factor(f).name) : -1;
+    units_[static_cast<std::size_t>(f)] = group >= 0 ? group : loose++;
+  }
 }
 
 bool FastSampler::checkSampleSize(std::int32_t stochasticCount) {
@@ -105,7 +111,7 @@ double FastSampler::generate(double targetPercent, sampValues& store, FactorList
   if (sampleIndex == 0 && !(classic ? beginClassic(factors) : beginExtended(factors))) return -1.0;
   std::vector<double> row = constantRow(factors);
   while (progress < targetPercent) {
-    if (!classic && sampleIndex == blockEnd_ && !openBlock(factors)) return -1.0;
+    if (!classic && sampleIndex == blockEnd_ && !openBlock()) return -1.0;
     const std::int32_t run = sampleIndex - blockStart_;
     if (run % curveLength_ == 0) drawPhases();
     // Frequencies are whole numbers: the curves of a block need no parameter of their own.
@@ -122,7 +128,7 @@ bool FastSampler::beginClassic(const FactorList& factors) {
   // Kept: no text of its own, the methods on offer prevent it.
   const std::vector<std::int32_t> frequencies = classicFrequencies(numStochastic_);
   if (frequencies.empty()) return false;
-  makeDesignTable();
+  designTable_.assign(frequencies.size(), {});
   frequencies_.assign(static_cast<std::size_t>(numFactors), 0);
   std::size_t next = 0;
   for (const std::int32_t f : stochasticFactors(factors)) {
@@ -138,8 +144,9 @@ bool FastSampler::beginExtended(const FactorList& factors) {
   // Kept: no text of its own for a test that has nothing to compare.
   if (unitCount(numStochastic_) == 1 || designRows() < 1) return false;
   if (analysisMode_ == kGroups && !checkGroups(factors)) return false;
-  makeDesignTable();
+  assignUnits(factors);
   const auto units = static_cast<std::int32_t>(designRows());
+  designTable_.assign(static_cast<std::size_t>(units), {});
   samplesPerUnit_ = numSamples / units;
   numSamples = units * samplesPerUnit_;
   currentUnit_ = -1;
@@ -148,7 +155,7 @@ bool FastSampler::beginExtended(const FactorList& factors) {
 
 // Sizes the next block and gives its factors their frequencies. The block may be shorter than its budget: numSamples
 // follows.
-bool FastSampler::openBlock(const FactorList& factors) {
+bool FastSampler::openBlock() {
   ++currentUnit_;
   const bool grouped = analysisMode_ == kGroups && currentUnit_ < groups_.groupCount();
   const std::int32_t memberCount = grouped ? groupSize(groupNames()[static_cast<std::size_t>(currentUnit_)]) : 1;
@@ -167,7 +174,7 @@ bool FastSampler::openBlock(const FactorList& factors) {
   curveLength_ = kRunsPerFrequency * omegaMax_ + 1;
   blockLength_ = resamples_ * curveLength_;
   numSamples += blockLength_ - samplesPerUnit_;
-  assignFrequencies(factors, memberCount);
+  assignFrequencies(memberCount);
   blockStart_ = sampleIndex;
   blockEnd_ = sampleIndex + blockLength_;
   designTable_[static_cast<std::size_t>(currentUnit_)] = {omegaMax_, resamples_, curveLength_, blockLength_};
@@ -175,29 +182,14 @@ bool FastSampler::openBlock(const FactorList& factors) {
 }
 
 // The factors under test get the highest frequency; the others share low ones, spread over what its harmonics leave.
-void FastSampler::assignFrequencies(const FactorList& factors, std::int32_t memberCount) {
+void FastSampler::assignFrequencies(std::int32_t memberCount) {
   const std::int32_t highest = omegaMax_ / kRunsPerFrequency;
   const std::int32_t distinct = std::min(highest, numStochastic_ - memberCount);
   const std::int32_t step = highest > 1 && distinct > 1 ? (highest - 1) / (distinct - 1) : 0;
-  const std::vector<bool> underTest = blockMembers(factors);
-  frequencies_.assign(static_cast<std::size_t>(numFactors), 0);
+  frequencies_.assign(units_.size(), 0);
   std::int32_t next = 0;
-  for (const std::int32_t f : stochasticFactors(factors)) {
-    const auto i = static_cast<std::size_t>(f);
-    frequencies_[i] = underTest[i] ? omegaMax_ : 1 + step * (next++ % distinct);
-  }
-}
-
-// Per factor of the list, whether the current block tests it.
-std::vector<bool> FastSampler::blockMembers(const FactorList& factors) const {
-  std::vector<bool> members(static_cast<std::size_t>(numFactors), false);
-  const bool byGroup = analysisMode_ == kGroups;
-  std::int32_t loose = byGroup ? groups_.groupCount() : 0;  // unit of the next factor in no group
-  for (const std::int32_t f : stochasticFactors(factors)) {
-    const std::int32_t group = byGroup ? groups_.groupOf(factors.factor(f).name) : -1;
-    members[static_cast<std::size_t>(f)] = (group >= 0 ? group : loose++) == currentUnit_;
-  }
-  return members;
+  for (std::size_t f = 0; f < units_.size(); ++f)
+    if (units_[f] != kNoUnit) frequencies_[f] = units_[f] == currentUnit_ ? omegaMax_ : 1 + step * (next++ % distinct);
 }
 
 // A random phase for each factor of the list, stochastic or not.
@@ -206,7 +198,7 @@ void FastSampler::drawPhases() {
   for (double& phase : phases_) phase = 2.0 * std::numbers::pi * uniformRandom(randomState);
 }
 
-// The point of the search curve at s (A. Saltelli, S. Tarantola, K. Chan, equation 19), uniform in each coordinate.
+// The point of the search curve at s (A. Saltelli, S. Tarantola, K. Chan, 1999), uniform in each coordinate.
 void FastSampler::fillRow(double s, std::vector<double>& row) const {
   for (std::size_t i = 0; i < row.size(); ++i)
     if (frequencies_[i] != 0)
@@ -217,7 +209,7 @@ void FastSampler::reset() {
   Sampler::reset();
   blockStart_ = 0;
   blockEnd_ = 0;
-  makeDesignTable();
+  designTable_.clear();
 }
 
 void FastSampler::writeSection(TextWriter& out) const {
@@ -261,7 +253,7 @@ bool FastSampler::readDesignTable(TextReader& in) {
   constexpr std::uint64_t kLeastRow = 7;  // four digits and what separates them
   const std::int64_t rows = designRows();
   if (rows < (analysisMode_ == kGroups ? 1 : 0) || !in.checkCount(rows, kLeastRow)) return false;
-  makeDesignTable();
+  designTable_.resize(static_cast<std::size_t>(rows));
   for (FastBlock& block : designTable_) {
     in >> block.frequency >> block.resamples >> block.curveLength >> block.blockLength;
     if (in.fail() || !noneNegative({block.frequency, block.resamples, block.curveLength, block.blockLength}))

@@ -64,13 +64,12 @@ class FastSampler : public Sampler {
  private:
   std::int64_t unitCount(std::int64_t stochasticCount) const;
   std::int64_t designRows() const;
-  void makeDesignTable();
 
   bool beginClassic(const FactorList& factors);
   bool beginExtended(const FactorList& factors);
-  bool openBlock(const FactorList& factors);
-  void assignFrequencies(const FactorList& factors, std::int32_t memberCount);
-  std::vector<bool> blockMembers(const FactorList& factors) const;
+  void assignUnits(const FactorList& factors);
+  bool openBlock();
+  void assignFrequencies(std::int32_t memberCount);
   void drawPhases();
   void fillRow(double s, std::vector<double>& row) const;
 
@@ -94,6 +93,7 @@ class FastSampler : public Sampler {
   std::int32_t blockStart_ = 0;
   std::int32_t blockEnd_ = 0;
   std::int32_t currentUnit_ = -1;
+  std::vector<std::int32_t> units_;  // per factor of the list, the block that tests it
 };
 
 }  // namespace tarvex

@@ -57,7 +57,7 @@ bool interferes(const Frequencies& frequencies) {
 }
 
 TEST(ClassicFrequencies, areFreeOfInterferenceToOrderFour) {
-  for (std::int32_t k = 4; k <= kMaxFrequencies; ++k) {
+  for (std::int32_t k = 2; k <= kMaxFrequencies; ++k) {
     const Frequencies frequencies = classicFrequencies(k);
     ASSERT_EQ(frequencies.size(), static_cast<std::size_t>(k));
     EXPECT_FALSE(interferes(frequencies)) << k << " factors";
