@@ -157,6 +157,8 @@ TEST(DesignSamplers, reportAStoreThatRefusesRows) {
 // Sections before and after a generation, which has more to tell.
 std::vector<Design> withAndWithoutDesign() {
   std::vector<Design> all = designs();
+  for (const std::int32_t method : {kFast, kFixed, kLpTau, kMorris, kSobol})
+    all.push_back({"untouched " + std::to_string(method), makeSampler(method)});
   FactorList factors = listOf(kKinds);
   for (Design& design : designs()) {
     generated(*design.sampler, factors);
@@ -173,6 +175,7 @@ TEST(DesignSamplers, readTheirSectionsBack) {
     const std::unique_ptr<Sampler> back = makeSampler(design.sampler->methodId);
     ASSERT_TRUE(readSection(*back, section));
     EXPECT_EQ(sectionOf(*back), section);
+    if (back->numSamples < 2) continue;
     // The read sampler replaces what was there, and generates the same.
     FactorList factors = listOf(kKinds);
     generated(*back, factors);
