@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/FrontEnd.h"
+
+namespace tarvex::test {
+
+// A front end that notes every call in order and answers as it was told to.
+class ScriptedFrontEnd : public FrontEnd {
+ public:
+  int stopAtPercent = -1;  // from this percentage on the user wants to stop
+  bool answer = true;      // to every question
+  bool acceptLink = true;
+  std::function<void(InternalModel&)> link;  // what the user does in the link panel
+
+  std::vector<std::string> calls;
+  std::vector<int> percents;
+
+  void openProgress(const std::string& title, std::int32_t) override { calls.push_back("open " + title); }
+  void progress(int percent) override { percents.push_back(percent); }
+  void status(const std::string& text) override { calls.push_back("status " + text); }
+  void closeProgress() override { calls.push_back("close"); }
+  void drainEvents() override {}
+  bool continueRun() override { return stopAtPercent < 0 || percents.empty() || percents.back() < stopAtPercent; }
+  void message(MessageKind, const std::string& title, const std::string& text) override {
+    calls.push_back(title + ": " + text);
+  }
+  bool question(const std::string&, const std::string& text, const std::string&, const std::string&) override {
+    calls.push_back("question " + text);
+    return answer;
+  }
+  bool linkFactors(const FactorList&, InternalModel& model) override {
+    calls.push_back("link");
+    if (link) link(model);
+    return acceptLink;
+  }
+};
+
+}  // namespace tarvex::test
