@@ -1,0 +1,162 @@
+#include "postproc/OutputVariables.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "model/ModelConfiguration.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+// Two outputs, the name of one the beginning of the other's, on different grids; dose2 is ten times dose.
+constexpr const char* kTimed = R"(2
+dose
+dose2
+time = yes
+2
+RUN 0
+3
+0 1 10
+1 4 40
+2.0000004 2 20
+RUN 1
+2
+0.5 7 70
+1.5 5 nan
+)";
+
+constexpr const char* kPlain = R"(3
+y
+log
+z
+time = no
+3
+1 2 0
+0.1 5 3
+-2 6 inf
+)";
+
+class OutputVariablesTest : public testing::Test {
+ protected:
+  void read(const std::string& text) {
+    test::writeFile(directory_.path() + "/model.out", text);
+    model_.outputFile = directory_.path() + "/model.out";
+    ASSERT_TRUE(model_.readModelOutput([](const std::string&, const std::string&) {}));
+  }
+
+  std::vector<double> valuesOf(const std::string& text) {
+    EXPECT_TRUE(variables_.set({text}, model_)) << text << ": " << variables_.errorText();
+    OutputTable table;
+    EXPECT_TRUE(variables_.build(model_, table)) << variables_.errorText();
+    std::vector<double> values;
+    EXPECT_TRUE(table.getColumn(0, values));
+    return values;
+  }
+
+  test::TempDirectory directory_;
+  ModelConfiguration model_;
+  OutputVariables variables_;
+};
+
+struct ValueRow {
+  const char* text;
+  std::vector<double> values;
+};
+
+TEST_F(OutputVariablesTest, ValuesOverTime) {
+  read(kTimed);
+  const ValueRow rows[] = {
+      {"dose", {1.0, 7.0}},                               // first time
+      {"dose[max]", {4.0, 7.0}},                          // each over its own grid
+      {"dose2[max]", {40.0, 70.0}},                       // passes over the nan
+      {"dose[1]", {4.0, 6.0}},                            // stored; between
+      {"dose[ 1.0e0 ]", {4.0, 6.0}},                      // any number
+      {"dose[2]", {2.0, 5.0}},                            // prints alike; behind the last
+      {"dose[-3]", {1.0, 7.0}},                           // before the first
+      {"dose[0.25]", {1.75, 7.0}},                        // straight line
+      {"dose2 - dose", {9.0, 63.0}},                      // longest name first
+      {"dose2[max]/dose[max]", {10.0, 10.0}},             // brackets follow their name
+      {"1/(dose[max] - dose[0]) + 2", {1.0 / 3 + 2, 0}},  // fails where the divisor vanishes
+      {"twice = 2 * dose; twice + 1", {2.0, 14.0}},       // the first expression is the value
+      {"var0 = 3", {3.0, 3.0}},                           // a name of its own, whatever references are called
+      {"sin(dose) // dose[", {std::sin(1.0), std::sin(7.0)}},
+  };
+  for (const ValueRow& row : rows) {
+    const std::vector<double> values = valuesOf(row.text);
+    ASSERT_EQ(values.size(), 2u);
+    EXPECT_NEAR(values[0], row.values[0], 1e-12) << row.text;
+    EXPECT_NEAR(values[1], row.values[1], 1e-12) << row.text;
+  }
+  EXPECT_EQ(OutputVariables::defaultVariables(model_), (std::vector<std::string>{"dose[max]", "dose2[max]"}));
+}
+
+TEST_F(OutputVariablesTest, FailedExpressionsAreZeroAndCounted) {
+  read(kPlain);
+  EXPECT_EQ(valuesOf("y / z"), (std::vector<double>{0.0, 0.1 / 3.0, 0.0}));  // division by zero; inf can't enter
+  EXPECT_EQ(variables_.failures(),
+            "The expression y / z could not be evaluated in 2 of 3 runs and has the value 0 there.");
+  EXPECT_TRUE(std::isinf(valuesOf("z")[2]));  // a plain output keeps it
+  EXPECT_EQ(variables_.failures(), "");
+  EXPECT_TRUE(std::isnan(valuesOf("log(y)")[2]));  // not a number is a result; the function, not the output
+  EXPECT_EQ(valuesOf("log[max] + log"), (std::vector<double>{4.0, 10.0, 12.0}));  // without a time axis: its value
+}
+
+TEST_F(OutputVariablesTest, FifteenDigitsEnterAnExpression) {
+  read("1\ny\ntime = no\n1\n1.2345678901234567\n");
+  EXPECT_NEAR(valuesOf("(y - 1.23456789) * 1000000000")[0], 0.12346, 1e-6);  // not 0.1234567
+}
+
+TEST_F(OutputVariablesTest, Refusals) {
+  read(kTimed);
+  const std::string failed = "   Expression can't be evaluated.";
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"rate", "The model has no output \"rate\"."},
+      {"rate[max]", "The model has no output \"rate\"."},
+      {"dose3", "The model has no output \"dose3\"."},
+      {"dose[noon]", "\"dose[noon]\" names neither the maximum nor a time of the output dose."},
+      {"dose[]", "\"dose[]\" names neither the maximum nor a time of the output dose."},
+      {"dose[nan]", "\"dose[nan]\" names neither the maximum nor a time of the output dose."},
+      {"", failed},
+      {"dose[1", failed},
+      {"(dose + 1", failed},
+      {"dose + dose2[noon]", failed},
+      {"dose + rate", failed},
+      {"dose + rate[1]", failed},
+      {"dose * 2;", failed},
+      {"dose [1]", failed},
+      {"1 / (dose - dose)", failed},
+      {"pow(dose, 2)", failed},
+  };
+  ASSERT_TRUE(variables_.set({"dose"}, model_));
+  for (const auto& [text, reason] : rows) {
+    EXPECT_FALSE(variables_.set({"dose2", text}, model_)) << text;
+    EXPECT_EQ(variables_.errorText(), reason) << text;
+    EXPECT_EQ(OutputVariables::check(text, model_), reason);
+    EXPECT_EQ(variables_.texts(), std::vector<std::string>{"dose"});
+  }
+  EXPECT_EQ(OutputVariables::check("dose + 1", model_), "");
+}
+
+TEST(OutputVariables, TimeRangeEndsBelowItsUpperBound) {
+  using Times = std::vector<double>;
+  EXPECT_EQ(OutputVariables::timeRange(0.0, 1.0, 0.25), (Times{0.0, 0.25, 0.5, 0.75}));
+  EXPECT_EQ(OutputVariables::timeRange(2.0, 2.5, 1.0), Times{2.0});
+  const double inf = HUGE_VAL;
+  for (const auto& [lower, upper, step] : std::vector<std::array<double, 3>>{
+           {0, 1, 0}, {0, 1, -1}, {1, 1, 1}, {2, 1, 1}, {0, 1, 1e-9}, {0, inf, 1}, {0, 1, NAN}, {-1e308, 1e308, 1}})
+    EXPECT_TRUE(OutputVariables::timeRange(lower, upper, step).empty()) << lower << ' ' << upper << ' ' << step;
+}
+
+TEST(OutputReference, NamesAreWrittenAtSixDigits) {
+  EXPECT_EQ(maximumName("dose"), "dose[max]");
+  EXPECT_EQ(timeName("dose", 2.0000004), "dose[2]");
+  EXPECT_EQ(timeName("dose", 1e-7), "dose[1e-07]");
+}
+
+}  // namespace
+}  // namespace tarvex
