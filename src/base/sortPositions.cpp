@@ -1,12 +1,66 @@
 #include "base/sortPositions.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 namespace tarvex {
 
+namespace {
+
+// Lengths for which the sort by digits pays, and for which its second copy of the keys is no burden.
+constexpr std::size_t kMinDigitSort = 2000;
+constexpr std::size_t kMaxDigitSort = std::size_t{1} << 24;
+constexpr int kDigitBits = 11;
+constexpr int kDigits = 6;  // 66 bits
+constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+
+// A key whose unsigned order is that of the numbers: equal numbers, both zeros too, have one key, and what is not a
+// number has the highest.
+std::uint64_t sortKey(double value) {
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  if (std::isnan(value)) return ~std::uint64_t{0};
+  const auto bits = std::bit_cast<std::uint64_t>(value + 0.0);
+  return bits & kSign ? ~bits : bits | kSign;
+}
+
+std::size_t digitOf(std::uint64_t key, int digit) {
+  return key >> (digit * kDigitBits) & (kDigitValues - 1);
+}
+
+// Least significant digit first: each pass keeps the order of the one before, so equal keys stay in place.
+std::vector<std::int32_t> sortByDigits(const std::vector<double>& values) {
+  struct Entry {
+    std::uint64_t key;
+    std::int32_t position;
+  };
+  std::vector<Entry> entries(values.size());
+  std::vector<Entry> sorted(values.size());
+  std::array<std::array<std::size_t, kDigitValues>, kDigits> counts{};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    entries[i] = {sortKey(values[i]), static_cast<std::int32_t>(i)};
+    for (int digit = 0; digit < kDigits; ++digit)
+      ++counts[static_cast<std::size_t>(digit)][digitOf(entries[i].key, digit)];
+  }
+  for (int digit = 0; digit < kDigits; ++digit) {
+    auto& starts = counts[static_cast<std::size_t>(digit)];
+    if (starts[digitOf(entries[0].key, digit)] == values.size()) continue;  // all alike
+    std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), std::size_t{0});
+    for (const Entry& entry : entries) sorted[starts[digitOf(entry.key, digit)]++] = entry;
+    entries.swap(sorted);
+  }
+  std::vector<std::int32_t> positions(values.size());
+  for (std::size_t p = 0; p < positions.size(); ++p) positions[p] = entries[p].position;
+  return positions;
+}
+
+}  // namespace
+
 std::vector<std::int32_t> sortPositions(const std::vector<double>& values) {
+  if (values.size() >= kMinDigitSort && values.size() <= kMaxDigitSort) return sortByDigits(values);
   std::vector<std::int32_t> positions(values.size());
   std::iota(positions.begin(), positions.end(), 0);
   std::stable_sort(positions.begin(), positions.end(), [&values](std::int32_t a, std::int32_t b) {

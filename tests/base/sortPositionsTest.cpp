@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <numeric>
 
 namespace tarvex {
 namespace {
@@ -14,6 +17,33 @@ TEST(SortPositions, EqualValuesKeepTheirOrderAndNansComeLast) {
   EXPECT_EQ(sortPositions(values), (Positions{2, 3, 5, 8, 0, 4, 7, 1, 6}));
   EXPECT_EQ(ranksOf(values), (Positions{4, 7, 0, 1, 5, 2, 8, 6, 3}));
   EXPECT_TRUE(sortPositions({}).empty());
+}
+
+// Long columns are sorted by other means; the order must be the same.
+TEST(SortPositions, LongColumnsLikeShortOnes) {
+  const std::vector<double> special = {0.0, -0.0, NAN, -NAN, HUGE_VAL, -HUGE_VAL, 5e-324, -5e-324, 1e308, -1e308};
+  for (const std::size_t size : {1999u, 2000u, 2001u, 50000u}) {
+    std::vector<double> values(size);
+    std::uint64_t state = size;
+    for (double& value : values) {
+      state = state * 6364136223846793005u + 1442695040888963407u;
+      const std::uint64_t kind = state >> 62;
+      if (kind == 0)
+        value = special[(state >> 20) % special.size()];
+      else if (kind == 1)
+        value = static_cast<double>(static_cast<std::int64_t>(state) >> 56);  // many equal ones
+      else
+        std::memcpy(&value, &state, sizeof value);  // any bits
+    }
+    Positions expected(size);
+    std::iota(expected.begin(), expected.end(), 0);
+    std::stable_sort(expected.begin(), expected.end(), [&values](std::int32_t a, std::int32_t b) {
+      const double x = values[static_cast<std::size_t>(a)];
+      const double y = values[static_cast<std::size_t>(b)];
+      return std::isnan(y) ? !std::isnan(x) : x < y;
+    });
+    EXPECT_EQ(sortPositions(values), expected) << size;
+  }
 }
 
 }  // namespace
