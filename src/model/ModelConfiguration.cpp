@@ -86,11 +86,12 @@ bool ModelConfiguration::prepareInternalRun(std::int32_t rows) {
 }
 
 std::int32_t ModelConfiguration::advanceInternalRun(sampValues& samples, float target) {
-  constexpr double kPastTheEnd = 100.0 + 1e-11;
+  constexpr float kDone = 100.0f;
   if (!internalModel_ || samples.columns() != internalModel_->numVariables()) return -1;
   std::vector<double> row(static_cast<std::size_t>(samples.columns()));
   std::vector<double> outputs(outputNames_.size());
-  while (progress_ < target && progress_ < kPastTheEnd && nextRun_ < runCount()) {
+  // In single precision the last of many millions of runs all stand at 100 percent: they are done in one go.
+  while (nextRun_ < runCount() && (progress_ < target || progress_ >= kDone)) {
     if (!samples.getRow(nextRun_, row.data())) return -1;
     if (!internalModel_->evaluate(row.data(), outputs.data())) {
       outputs.assign(outputs.size(), std::numeric_limits<double>::quiet_NaN());
