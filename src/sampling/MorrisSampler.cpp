@@ -86,18 +86,16 @@ void MorrisSampler::buildTrajectory() {
 
 // Each column jumps once, column j between the runs j and j + 1, up or down by half the levels.
 void MorrisSampler::chooseDirections() {
-  const double jump = levels_ / 2;
   for (std::int32_t column = 0; column < numStochastic_; ++column) {
     const bool up = uniformRandom(randomState) + 0.5 < 1.0;
-    for (std::int32_t run = 0; run <= numStochastic_; ++run) cell(run, column) = (run > column) == up ? jump : 0.0;
+    for (std::int32_t run = 0; run <= numStochastic_; ++run) cell(run, column) = (run > column) == up ? jump() : 0.0;
   }
 }
 
 void MorrisSampler::addBasePoint() {
-  const double jump = levels_ / 2;
   for (std::int32_t column = 0; column < numStochastic_; ++column) {
     double base = std::floor(levels_ * uniformRandom(randomState) * 0.5);
-    if (base == jump) base -= 1.0;  // of an odd number of levels
+    if (base == jump()) base -= 1.0;  // of an odd number of levels
     for (std::int32_t run = 0; run <= numStochastic_; ++run) cell(run, column) += base;
   }
 }

@@ -39,6 +39,7 @@ class MorrisSampler : public Sampler {
   void shuffleColumns();
   void recordChanges();
   std::int32_t drawColumn();
+  double jump() const { return static_cast<double>(levels_ / 2); }  // in levels, of a step
   double levelMidpoint(double level) const;
   double& cell(std::int32_t run, std::int32_t column);
   bool readItems(TextReader& in);
