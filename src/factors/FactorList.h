@@ -84,7 +84,7 @@ class FactorList {
 
   std::vector<std::unique_ptr<Factor>> factors_;
   std::vector<CorrelationNode> nodes_;
-  std::vector<float> matrix_;     // by row; empty for the unit matrix
+  std::vector<float> matrix_;    // by row; empty for the unit matrix
   std::size_t matrixOrder_ = 0;  // its rows, one a correlatable factor
   std::vector<std::int32_t> factorOrder_;
 };

@@ -9,8 +9,8 @@ namespace tarvex {
 inline constexpr std::size_t kTablePoints = 101;
 
 // Two searches for the points of a distribution's inverse table, by nothing but its mean, stdDev and cumulative. Both
-// need finite moments and append 101 points to an empty `points`: the lower end, the points where the cumulative first reaches 0.01, 0.02, ...
-// 0.99, and the upper end. False when they give up; the points are then of no use.
+// need finite moments and append 101 points to an empty `points`: the lower end, the points where the cumulative first
+// reaches 0.01, 0.02, ... 0.99, and the upper end. False when they give up; the points are then of no use.
 
 // Steps of a fixed count. It decides the table wherever it succeeds: its points are part of every sample's numbers.
 bool countedSearch(const Distribution& distribution, std::vector<TablePoint>& points);
