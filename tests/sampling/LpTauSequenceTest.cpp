@@ -60,22 +60,6 @@ TEST(LpTauSequence, isBalancedInAllDimensions) {
   }
 }
 
-// The first two coordinates are a (0, m, 2)-net: one point in every box of area 2^-m.
-TEST(LpTauSequence, isBalancedOverBoxesOfItsFirstTwoDimensions) {
-  constexpr int m = 8;
-  for (int a = 0; a <= m; ++a) {
-    LpTauSequence sequence;
-    std::vector<int> hits(1U << m, 0);
-    for (std::int32_t n = 0; n < 1 << m; ++n) {
-      const std::vector<double> point = pointAt(sequence, n, 2);
-      const auto x = static_cast<std::size_t>(point[0] * (1 << a));
-      const auto y = static_cast<std::size_t>(point[1] * (1 << (m - a)));
-      ++hits[x << (m - a) | y];
-    }
-    EXPECT_EQ(hits, std::vector<int>(hits.size(), 1)) << a;
-  }
-}
-
 TEST(LpTauSequence, startsWithTheHalfAndStepsAlongTheGrayCode) {
   LpTauSequence sequence;
   EXPECT_EQ(pointAt(sequence, 0, 3), (std::vector<double>{0.0, 0.0, 0.0}));

@@ -78,24 +78,6 @@ TEST(MorrisSampler, hasItsFourLevelsInTheMiddleOfQuarters) {
   EXPECT_EQ(levels, (std::set<double>{0.125, 0.375, 0.625, 0.875}));
 }
 
-// Over many trajectories both directions, all base levels and all orders of the factors come up.
-TEST(MorrisSampler, drawsDirectionsBasePointsAndOrdersEvenly) {
-  constexpr std::int32_t kTrajectories = 6000;
-  MorrisSampler sampler = configured(4, kTrajectories, 3, 99);
-  FactorList factors = listOf("sss");
-  const Table runs = generated(sampler, factors);
-  int up = 0;
-  int lowBase = 0;
-  for (std::size_t run = 0; run + 3 < runs.size(); run += 4) {
-    up += runs[run + 3][0] > runs[run][0];
-    lowBase += std::min(runs[run + 3][1], runs[run][1]) < 0.2;
-  }
-  // Five standard deviations of a fair coin.
-  const double tolerance = 5.0 * std::sqrt(kTrajectories / 4.0);
-  EXPECT_NEAR(up, kTrajectories / 2.0, tolerance);
-  EXPECT_NEAR(lowBase, kTrajectories / 2.0, tolerance);
-}
-
 TEST(MorrisSampler, refusesSettingsThatMakeNoDesign) {
   MorrisSampler sampler;
   EXPECT_FALSE(sampler.setLevels(0));
