@@ -5,6 +5,7 @@
 #include "batch/Commands.h"
 #include "batch/Reports.h"
 #include "batch/ResultExport.h"
+#include "batch/TableFiles.h"
 #include "postproc/PostProcessorFile.h"
 
 namespace tarvex {
@@ -22,6 +23,7 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   const std::string output = absolutePath(options.output);
   const std::string csvFile = absolutePath(options.csvFile);
   const std::string jsonFile = absolutePath(options.jsonFile);
+  const std::string tables = absolutePath(options.tablesDirectory);
 
   ProjectConfiguration project;
   std::string message;
@@ -29,6 +31,7 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
     return console.fail(message + "\n" + options.input);
   project.hasPrep = project.hasModel = project.hasVels = true;
 
+  const HistogramScale scale = options.logScale ? kLogScale : kLinearScale;
   AnalysisRequest request;
   request.variables = options.variables;
   request.uncertainty = options.uncertainty || !options.sensitivity;
@@ -42,10 +45,11 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
     return console.fail(message);
   if (!csvFile.empty() && !exportCsv(project, csvFile, message)) return console.fail(message);
   if (!jsonFile.empty() && !exportJson(project, jsonFile, message)) return console.fail(message);
+  if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
 
   if (request.uncertainty) {
     reportUncertainty(console.out, project.vels.uncertainty);
-    if (options.logScale) reportHistograms(console.out, project.vels.uncertainty, 1);
+    if (options.logScale) reportHistograms(console.out, project.vels.uncertainty, scale);
   }
   if (request.uncertainty && request.sensitivity) console.out << '\n';
   if (request.sensitivity) reportMeasures(console.out, *project.vels.sensitivity, project.vels.selectedVariables());

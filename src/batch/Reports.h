@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "postproc/UaStats.h"
+
 namespace tarvex {
 
 class FactorList;
@@ -11,7 +13,6 @@ class InternalModel;
 class ModelConfiguration;
 class PrepConfiguration;
 class SensitivityStats;
-class UaStats;
 
 // What the system's objects hold, as aligned tables for people.
 
@@ -22,8 +23,8 @@ void reportEquations(std::ostream& out, const InternalModel& model);
 void reportResults(std::ostream& out, const ModelConfiguration& model);
 // Per variable moments and bounds.
 void reportUncertainty(std::ostream& out, const UaStats& statistics);
-// The filled bins of each variable on the scale 0 (linear) or 1 (logarithmic).
-void reportHistograms(std::ostream& out, const UaStats& statistics, int scale);
+// The filled bins of each variable.
+void reportHistograms(std::ostream& out, const UaStats& statistics, HistogramScale scale);
 // Per variable the measures of the method, factors in the order of the list.
 void reportMeasures(std::ostream& out, const SensitivityStats& statistics, const std::vector<std::string>& variables);
 

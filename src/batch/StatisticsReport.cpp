@@ -97,13 +97,13 @@ void reportUncertainty(std::ostream& out, const UaStats& statistics) {
   table.print(out);
 }
 
-void reportHistograms(std::ostream& out, const UaStats& statistics, int scale) {
+void reportHistograms(std::ostream& out, const UaStats& statistics, HistogramScale scale) {
   constexpr double kWidestBar = 40.0;
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
-    const Histogram* bins = scale == 0 ? statistics.linearHistogram(v) : statistics.logHistogram(v);
+    const Histogram* bins = scale == kLinearScale ? statistics.linearHistogram(v) : statistics.logHistogram(v);
     double highest = 0.0;
     for (const HistogramEntry& bin : *bins) highest = std::max(highest, bin.count);
-    out << '\n' << *statistics.name(v) << (scale == 0 ? "" : ", natural logarithm") << '\n';
+    out << '\n' << *statistics.name(v) << (scale == kLinearScale ? "" : ", natural logarithm") << '\n';
     if (highest == 0.0) {
       out << "  no histogram\n";
       continue;

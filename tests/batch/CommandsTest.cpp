@@ -38,7 +38,7 @@ class Batch : public testing::Test {
  protected:
   void SetUp() override { RememberedDirectories::forget(); }
   void TearDown() override { ConsoleFrontEnd::requestStop(false); }
-  std::string out(const char* name) const { return directory_.file(name); }
+  std::string out(const std::string& name) const { return directory_.file(name); }
 
   // The command fails with that status and a message that holds `text`, and leaves no file.
   void refuses(const Words& words, int status, const std::string& text) {
@@ -233,6 +233,21 @@ TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
   EXPECT_EQ(lines.front(), "block,variable,item,quantity,value");
   EXPECT_EQ(lines.size(), numbers + 1);
   EXPECT_EQ(lines[2], "uncertainty,\"power\",\"\",mean," + numberText(mean, 17));
+}
+
+// What the tables hold is tested with them; here that each computed one has its file.
+TEST_F(Batch, writesASavedTablePerVariableAndMeasure) {
+  const Words command{"analyse", golden("plain-run.spc"), "--tables", out("tables")};
+  ASSERT_EQ(run(command).status, kSucceeded);
+  std::size_t found = 0;
+  for (const char* variable : {"Y", "Z_1"})
+    for (const char* table : {"uncertainty", "PEAR", "SPEA", "PCC", "PRCC", "SRC", "SRRC", "Smirnov"})
+      found += test::readFile(out("tables/") + variable + "-" + table + ".txt").empty() ? 0 : 1;
+  EXPECT_EQ(found, 16u);
+  test::writeFile(out("file"), "");
+  const Outcome refused = run({"analyse", golden("plain-run.spc"), "--tables", out("file")});
+  EXPECT_EQ(refused.status, kFailed);
+  EXPECT_NE(refused.errors.find("I cannot save the file"), std::string::npos);
 }
 
 }  // namespace
