@@ -11,6 +11,7 @@ namespace tarvex {
 
 namespace {
 
+constexpr std::size_t kMaxTextChars = 4095;  // what a record that lists the variables can hold
 constexpr const char* kNotEvaluated = "   Expression can't be evaluated.";
 // Digits at which an output's value enters an expression.
 constexpr int kValueDigits = 15;
@@ -94,6 +95,10 @@ class VariableNames {
 bool OutputExpression::set(const std::string& text, const std::vector<std::string>& outputNames, std::string& reason) {
   references_.clear();
   single_ = true;
+  if (text.size() > kMaxTextChars || text.find_first_of("\r\n") != std::string::npos) {
+    reason = "A variable is one line of at most " + std::to_string(kMaxTextChars) + " characters.";
+    return false;
+  }
   OutputReference reference;
   std::size_t position = 0;
   const auto parsed = OutputReference::parse(text, outputNames, position, reference);

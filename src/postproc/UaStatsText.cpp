@@ -17,7 +17,8 @@ constexpr std::uint64_t kMinVariableBytes = 1 + 2 * 2 * kHistogramEntries * 2;
 void UaStats::write(TextWriter& out) const {
   out << variableCount() << '\n' << sampleSize_ << '\n' << kolmogorovConfidence << '\t' << tchebyConfidence << '\n';
   if (names_.empty()) return;
-  for (const std::string& name : names_) out << name << '\n';
+  // A name beyond the reader's limit, a long expression's, is cut: the record lists the variables in full elsewhere.
+  for (const std::string& name : names_) out << std::string_view(name).substr(0, kMaxNameChars) << '\n';
   for (const auto* values : {&minima_, &maxima_, &means_, &stds_, &skewness_, &kurtosis_}) {
     for (const double value : *values) out << value << '\t';
     out << '\n';

@@ -131,6 +131,8 @@ TEST_F(OutputVariablesTest, Refusals) {
       {"dose [1]", failed},
       {"1 / (dose - dose)", failed},
       {"pow(dose, 2)", failed},
+      {"dose\n", "A variable is one line of at most 4095 characters."},
+      {std::string(4096, '('), "A variable is one line of at most 4095 characters."},
   };
   ASSERT_TRUE(variables_.set({"dose"}, model_));
   for (const auto& [text, reason] : rows) {

@@ -167,6 +167,17 @@ TEST(UaStats, BlockSurvivesWriteReadWrite) {
   EXPECT_EQ(second.text(), first.text());
 }
 
+TEST(UaStats, LongNamesAreReadBack) {
+  UaStats stats;
+  ASSERT_TRUE(stats.compute({std::string(1500, 'n')}, tableOf({{1, 2}})));
+  TextWriter out;
+  stats.write(out);
+  TextReader in = TextReader::fromText(out.text());
+  stats.read(in);
+  ASSERT_TRUE(in.ok());
+  EXPECT_EQ(*stats.name(0), std::string(999, 'n'));
+}
+
 TEST(UaStats, EmptyArraysAreEmptyLines) {
   std::string text = "1\n4\n0.9\t0.75\ny\n\n3\t\n\n\n\n\n";
   for (int table = 0; table < 2; ++table) {
