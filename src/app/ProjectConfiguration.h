@@ -8,8 +8,11 @@
 
 namespace tarvex {
 
+class TextReader;
+
 // Everything that the program knows about one study: what is sampled, what is run, what was computed from it. A part
-// counts only while its flag is set.
+// counts only while its flag is set. It is a value and touches no file but the one that it is told to; the remembered
+// directories are the business of who owns the session.
 class ProjectConfiguration {
  public:
   static constexpr const char* kNoFile = "NO FILE";  // the file name of a project that has none
@@ -29,6 +32,20 @@ class ProjectConfiguration {
   void resetModel();
   void resetVels();
   void resetAll();
+
+  // Takes the other's file name and the parts that it has; the others are reset.
+  void assign(ProjectConfiguration other);
+
+  // The project file (.psc). On failure the object stays as it was, but the remembered directories, and with them the
+  // current one, may have moved to those of the records that were read.
+  [[nodiscard]] bool load(const std::string& path);
+  // On failure the old file stays as it was. The path becomes the file name either way; without one the project is
+  // written under its file name, and not at all while it has none.
+  [[nodiscard]] bool save(const std::string& path);
+  [[nodiscard]] bool save() const;
+
+ private:
+  bool read(TextReader& in);
 };
 
 }  // namespace tarvex

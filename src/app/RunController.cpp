@@ -31,12 +31,12 @@ bool RunController::fail(const std::string& text, const std::string& title) {
 }
 
 bool RunController::canGenerate() {
-  Sampler& sampler = *project.prep.sampler;
-  if (sampler.numSamples == 0) {
+  Sampler* sampler = project.prep.sampler.get();
+  if (sampler == nullptr || sampler->numSamples == 0) {
     frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
     return false;
   }
-  auto* fast = dynamic_cast<FastSampler*>(&sampler);
+  auto* fast = dynamic_cast<FastSampler*>(sampler);
   if (fast != nullptr && !fast->checkSampleSize(project.prep.factors.correlatableCount())) {
     frontEnd_.message(MessageKind::Warning, "Warning", fast->errorText);
     return false;
