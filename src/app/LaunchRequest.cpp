@@ -1,0 +1,77 @@
+#include "app/LaunchRequest.h"
+
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "app/RunController.h"
+#include "base/TextReader.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::size_t kMaxLine = 1023;
+constexpr std::string_view kSpreadsheet = "Excel Application";
+
+// The value behind `label`, which stands at the very start of the line; empty where it doesn't.
+std::string valueOf(std::string_view line, std::string_view label) {
+  if (!line.starts_with(label)) return {};
+  const std::size_t start = line.find_first_not_of(' ', label.size());
+  return start == std::string_view::npos ? std::string() : std::string(line.substr(start));
+}
+
+}  // namespace
+
+LaunchRequest LaunchRequest::read(const std::string& mainDirectory) {
+  LaunchRequest request;
+  TextReader in = TextReader::fromFile(mainDirectory + "/Tarvex.ini");
+  std::string line;
+  while (in.readLine(line, kMaxLine)) request.takeLine(line);
+  return request;
+}
+
+void LaunchRequest::takeLine(const std::string& line) {
+  const auto takeFile = [&](std::string_view label, FileKind kind) {
+    if (std::string value = valueOf(line, label); !value.empty()) files_.push_back({kind, std::move(value)});
+  };
+  const auto takeText = [&](std::string_view label, std::string& text) {
+    if (std::string value = valueOf(line, label); !value.empty()) text = std::move(value);
+  };
+  takeFile("Tarvex sample file:", FileKind::SavedSample);
+  takeFile("External sample file:", FileKind::ExternalSample);
+  takeFile("Tarvex configuration file:", FileKind::Results);
+  takeText("Internal model:", internalModel_);
+  takeText("External model executable:", executable_);
+  takeText("External model output file:", outputFile_);
+}
+
+bool LaunchRequest::open(const File& file, RunController& controller) {
+  switch (file.kind) {
+    case FileKind::SavedSample:
+      return controller.loadSampleFile(file.path);
+    case FileKind::ExternalSample:
+      return controller.importSampleFile(file.path);
+    case FileKind::Results:
+      break;
+  }
+  return controller.loadResultsFile(file.path);
+}
+
+bool LaunchRequest::applyModel(RunController& controller) const {
+  if (!outputFile_.empty()) {
+    ModelConfiguration model;  // its kind stays: nothing is to be started
+    model.setExternal(executable_, outputFile_, executable_ == kSpreadsheet ? 1 : 0);
+    controller.project.setModel(std::move(model));
+  }
+  auto internal = std::make_unique<InternalModel>();
+  std::string message;
+  if (!internalModel_.empty() && loadModelFile(internalModel_, *internal, message)) {
+    ModelConfiguration model;
+    model.setInternalModel(std::move(internal));
+    controller.project.setModel(std::move(model));
+  }
+  return controller.project.hasModel;
+}
+
+}  // namespace tarvex
