@@ -73,9 +73,21 @@ void addAnalyse(CLI::App& app, AnalyseOptions& options, Command& command) {
   sub->callback([&] { command = options; });
 }
 
+void addProject(CLI::App& app, ProjectOptions& options, Command& command) {
+  CLI::App* sub = app.add_subcommand("project", "Put a sample or results into a project file, or take them out");
+  sub->add_option("FILE", options.input, "Sample file (.sam), post-processor file (.spc) or project file (.psc)")
+      ->required();
+  auto* written = sub->add_option_group("output", "What to write");
+  written->add_option("-o,--output", options.project, "Project file (.psc)");
+  written->add_option("--sample", options.sample, "Sample file, of the project's sample (.sam)");
+  written->add_option("--results", options.results, "Post-processor file, of the project's results (.spc)");
+  written->require_option(1, 3);
+  sub->callback([&] { command = options; });
+}
+
 void addShow(CLI::App& app, ShowOptions& options, Command& command) {
   CLI::App* sub = app.add_subcommand("show", "Print what a file holds");
-  sub->add_option("FILE", options.file, "Factor, sample, internal model or post-processor file")->required();
+  sub->add_option("FILE", options.file, "Factor, sample, internal model, post-processor or project file")->required();
   sub->callback([&] { command = options; });
 }
 
@@ -95,12 +107,14 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   ImportOptions import;
   RunOptions run;
   AnalyseOptions analyse;
+  ProjectOptions project;
   ShowOptions show;
   DemoOptions demo;
   addSample(app, sample, command);
   addImport(app, import, command);
   addRun(app, run, command);
   addAnalyse(app, analyse, command);
+  addProject(app, project, command);
   addShow(app, show, command);
   addDemo(app, demo, command);
   try {

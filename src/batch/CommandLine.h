@@ -57,6 +57,13 @@ struct AnalyseOptions {
   std::string tablesDirectory;
 };
 
+struct ProjectOptions {
+  std::string input;    // a sample file, a post-processor file or a project
+  std::string project;  // what to write; empty: not asked for
+  std::string sample;
+  std::string results;
+};
+
 struct ShowOptions {
   std::string file;
 };
@@ -65,8 +72,8 @@ struct DemoOptions {
   std::string caseName;
 };
 
-using Command =
-    std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, ShowOptions, DemoOptions>;
+using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, ProjectOptions,
+                             ShowOptions, DemoOptions>;
 
 // The words after the program's name. On wrong usage `status` is 2 with the reason on `errors`; after a request for
 // help it is 0 with the text on `out`. In both cases the result holds no command.

@@ -1,19 +1,17 @@
 #include <filesystem>
 
+#include "app/ProjectConfiguration.h"
 #include "base/TextReader.h"
 #include "batch/Commands.h"
 #include "batch/Reports.h"
-#include "model/ModelConfiguration.h"
 #include "postproc/PostProcessorFile.h"
-#include "postproc/VelsConfiguration.h"
-#include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
 
 namespace tarvex {
 
 namespace {
 
-enum class FileKind { Unknown, Factors, Sample, Model, PostProcessor };
+enum class FileKind { Unknown, Factors, Sample, Model, PostProcessor, Project };
 
 // By the name's ending, or else by how the file begins.
 FileKind kindOf(const std::string& path) {
@@ -22,10 +20,12 @@ FileKind kindOf(const std::string& path) {
   if (extension == ".sam") return FileKind::Sample;
   if (extension == ".imd") return FileKind::Model;
   if (extension == ".spc") return FileKind::PostProcessor;
+  if (extension == ".psc") return FileKind::Project;
   TextReader in = TextReader::fromFile(path);
   constexpr std::size_t kFirstLineLimit = 100;
   const std::string_view first = in.peekLine(kFirstLineLimit);
   if (first == "Default Truncations:") return FileKind::Factors;
+  if (first == "Prep Configuration" || first == "No Prep Configuration") return FileKind::Project;
   return FileKind::Unknown;
 }
 
@@ -53,6 +53,12 @@ int showModel(const std::string& path, const Console& console) {
   return kSucceeded;
 }
 
+void reportStatistics(const VelsConfiguration& vels, const Console& console) {
+  reportUncertainty(console.out, vels.uncertainty);
+  console.out << '\n';
+  if (vels.sensitivity) reportMeasures(console.out, *vels.sensitivity, vels.selectedVariables());
+}
+
 int showPostProcessor(const std::string& path, const Console& console) {
   PrepConfiguration prep;
   ModelConfiguration model;
@@ -63,9 +69,22 @@ int showPostProcessor(const std::string& path, const Console& console) {
   console.out << '\n';
   reportResults(console.out, model);
   console.out << '\n';
-  reportUncertainty(console.out, vels.uncertainty);
+  reportStatistics(vels, console);
+  return kSucceeded;
+}
+
+int showProject(const std::string& path, const Console& console) {
+  ProjectConfiguration project;
+  if (!project.load(path)) return console.fail("Error reading configuration file.\n" + path);
+  const auto heading = [&](const char* name, bool present) {
+    console.out << (present ? "" : "No ") << name << " Configuration\n";
+    return present;
+  };
+  if (heading("Prep", project.hasPrep)) reportSample(console.out, project.prep);
   console.out << '\n';
-  if (vels.sensitivity) reportMeasures(console.out, *vels.sensitivity, vels.selectedVariables());
+  if (heading("Model", project.hasModel)) reportResults(console.out, project.model);
+  console.out << '\n';
+  if (heading("Vels", project.hasVels)) reportStatistics(project.vels, console);
   return kSucceeded;
 }
 
@@ -81,10 +100,12 @@ int runShow(const ShowOptions& options, const Console& console) {
       return showModel(options.file, console);
     case FileKind::PostProcessor:
       return showPostProcessor(options.file, console);
+    case FileKind::Project:
+      return showProject(options.file, console);
     case FileKind::Unknown:
       break;
   }
-  return console.fail(options.file + " is none of the system's files: .fac, .sam, .imd or .spc.");
+  return console.fail(options.file + " is none of the system's files: .fac, .sam, .imd, .spc or .psc.");
 }
 
 }  // namespace tarvex
