@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -15,11 +16,20 @@ class CurveSpectrum {
   long double variance() const { return variance_; }
   // 2 ((A / n)^2 + (B / n)^2), with A and B the sums with cosine and sine at a whole frequency.
   long double at(std::int64_t frequency) const;
+  // The sum of at() from frequency 1 up to `last`, the cores sharing the work of a long curve.
+  long double sumUpTo(std::int32_t last) const;
   // at() of the frequencies f, 2f, 3f and 4f.
   long double harmonics(std::int64_t frequency) const;
 
  private:
+  struct Wave {
+    double cosine;
+    double sine;
+  };
+  class Sums;
+
   void prepareWaves(std::int32_t count);
+  std::size_t stepOf(std::int64_t frequency) const;  // through waves_, from run to run
 
   std::int32_t count_ = 0;
   long double variance_ = 0.0L;
@@ -28,10 +38,6 @@ class CurveSpectrum {
   std::vector<double> sums_;
   std::vector<double> differences_;
   // One turn in count_ steps. Angles are whole multiples of a step, so the sums never call a library function.
-  struct Wave {
-    double cosine;
-    double sine;
-  };
   std::vector<Wave> waves_;
 };
 

@@ -67,19 +67,12 @@ bool FastStats::compute(const PrepConfiguration& prep, const OutputTable& output
     return false;
   }
   CurveSpectrum spectrum;
-  std::vector<double> runs;
-  for (std::int32_t v = 0; v < variableCount; ++v) {
-    if (!outputs.getColumn(v, runs)) {
-      records.clear();
-      return fail(outputs.errorText());
-    }
+  return computeColumns(outputs, [&](std::int32_t variable, const std::vector<double>& runs) {
     if (design->analysisMode() == FastSampler::kClassic)
-      computeClassic(v, *design, runs, spectrum);
+      computeClassic(variable, *design, runs, spectrum);
     else
-      computeBlocks(v, *design, runs, spectrum);
-  }
-  computed = true;
-  return true;
+      computeBlocks(variable, *design, runs, spectrum);
+  });
 }
 
 // First order of factor i with frequency w on the one curve of n runs, with S the spectrum of the output:
@@ -114,7 +107,7 @@ void FastStats::computeBlocks(std::int32_t variable, const FastSampler& design, 
     long double total = 0.0L;
     for (std::int32_t curve = 0; curve < block.resamples; ++curve, next += block.curveLength) {
       spectrum.load(next, block.curveLength);
-      for (std::int32_t p = 1; p <= block.frequency / 2; ++p) others += spectrum.at(p);
+      others += spectrum.sumUpTo(block.frequency / 2);
       effect += spectrum.harmonics(block.frequency);
       total += spectrum.variance();
     }

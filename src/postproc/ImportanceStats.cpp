@@ -60,16 +60,8 @@ bool ImportanceStats::compute(const PrepConfiguration& prep, const OutputTable& 
   if (!fits(*design, prep.factors.factorCount(), outputs.rows())) return fail(kDesignDamaged);
   variableCount = outputs.columns();
   makeFactorRecords(prep);
-  std::vector<double> runs;
-  for (std::int32_t v = 0; v < variableCount; ++v) {
-    if (!outputs.getColumn(v, runs)) {
-      records.clear();
-      return fail(outputs.errorText());
-    }
-    computeVariable(v, *design, runs);
-  }
-  computed = true;
-  return true;
+  return computeColumns(
+      outputs, [&](std::int32_t variable, std::vector<double>& runs) { computeVariable(variable, *design, runs); });
 }
 
 void ImportanceStats::computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double>& runs) {

@@ -39,16 +39,8 @@ bool MorrisStats::compute(const PrepConfiguration& prep, const OutputTable& outp
   if (!fits(*design, prep.factors.correlatableCount())) return fail(kDesignDamaged);
   variableCount = outputs.columns();
   makeFactorRecords(prep);
-  std::vector<double> runs;
-  for (std::int32_t v = 0; v < variableCount; ++v) {
-    if (!outputs.getColumn(v, runs)) {
-      records.clear();
-      return fail(outputs.errorText());
-    }
-    computeVariable(v, *design, runs);
-  }
-  computed = true;
-  return true;
+  return computeColumns(
+      outputs, [&](std::int32_t variable, std::vector<double>& runs) { computeVariable(variable, *design, runs); });
 }
 
 // Over the r absolute effects |e| of a factor: mean |sum / r|, spread sqrt((r sum(e^2) - sum(e)^2) / ((r - 1) r)).

@@ -45,6 +45,19 @@ bool SensitivityStats::fail(std::string_view reason) {
   return false;
 }
 
+bool SensitivityStats::computeColumns(const OutputTable& outputs, const ColumnWork& work) {
+  std::vector<double> runs;
+  for (std::int32_t variable = 0; variable < variableCount; ++variable) {
+    if (!outputs.getColumn(variable, runs)) {
+      records.clear();
+      return fail(outputs.errorText());
+    }
+    work(variable, runs);
+  }
+  computed = true;
+  return true;
+}
+
 void SensitivityStats::makeFactorRecords(const PrepConfiguration& prep) {
   factorCount = prep.factors.factorCount();
   records.assign(static_cast<std::size_t>(factorCount), {});

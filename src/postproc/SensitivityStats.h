@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -63,6 +64,10 @@ class SensitivityStats {
   // A fresh record per factor of the list, in list order, all its values 0.0.
   void makeFactorRecords(const PrepConfiguration& prep);
   bool fail(std::string_view reason);  // sets errorText and returns false
+  // Hands the columns of `outputs` to `work`, one at a time, and then counts as computed. False, with the store's
+  // reason and without records, when a column can't be read.
+  using ColumnWork = std::function<void(std::int32_t variable, std::vector<double>& runs)>;
+  bool computeColumns(const OutputTable& outputs, const ColumnWork& work);
 
   // What distinguishes the classes' blocks: the numbers of the header, how many records follow, whether a record lists
   // its group, and what stands behind the records.

@@ -44,28 +44,20 @@ double& SobolStats::slot(std::size_t record, std::int32_t variable, std::int32_t
                       static_cast<std::size_t>(number)];
 }
 
-bool SobolStats::abandon(const std::string& reason) {
-  records.clear();
-  termCount = 0;
-  return fail(reason);
-}
-
 bool SobolStats::compute(const PrepConfiguration& prep, const OutputTable& outputs) {
   clear();
   if (outputs.rows() == 0) return false;
   std::string reason;
   const auto* design = designFor<SobolSampler>(prep, outputs, reason);
-  if (design == nullptr) return abandon(reason);
-  if (design->baseSize() < 1 || outputs.rows() % design->baseSize() != 0) return abandon(kDesignDamaged);
+  if (design == nullptr) return fail(reason);
+  if (design->baseSize() < 1 || outputs.rows() % design->baseSize() != 0) return fail(kDesignDamaged);
   variableCount = outputs.columns();
   factorCount = prep.factors.factorCount();
   extra = prep.factors.correlatableCount();
   const bool done = design->designKind() == SobolSampler::kFirstAndTotal ? computeFirstAndTotal(prep, *design, outputs)
                                                                          : computeTerms(prep, *design, outputs);
-  if (!done) return false;
   termCount = static_cast<std::int32_t>(records.size());
-  computed = true;
-  return true;
+  return done;
 }
 
 bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const SobolSampler& design,
@@ -73,15 +65,12 @@ bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const Sobol
   slotMode = kFirstAndTotal;
   maxOrder = 0;
   const std::int64_t blocks = outputs.rows() / design.baseSize();
-  if (blocks != kFirstTerm + 2 * std::int64_t{extra}) return abandon(kDesignDamaged);
+  if (blocks != kFirstTerm + 2 * std::int64_t{extra}) return fail(kDesignDamaged);
   makeFactorRecords(prep);
   for (IndexRecord& record : records) record.groupNames = {record.name};
-  std::vector<double> runs;
-  for (std::int32_t v = 0; v < variableCount; ++v) {
-    if (!outputs.getColumn(v, runs)) return abandon(outputs.errorText());
-    firstAndTotal(v, SobolBlocks(std::move(runs), design.baseSize()));
-  }
-  return true;
+  return computeColumns(outputs, [&](std::int32_t variable, std::vector<double>& runs) {
+    firstAndTotal(variable, SobolBlocks(std::move(runs), design.baseSize()));
+  });
 }
 
 // With J the runs of B with the factor's column of A, products summed over the centred runs, a the mean and v the
@@ -114,32 +103,29 @@ void SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks)
 }
 
 bool SobolStats::computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs) {
-  if (extra == 0) return abandon("All input factors are constant");
+  if (extra == 0) return fail("All input factors are constant");
   slotMode = kByTerm;
   maxOrder = design.order();
   // The term of all factors has no block: it is what the others leave over.
   const bool withLast = maxOrder == extra;
   const std::int32_t largest = withLast ? maxOrder - 1 : maxOrder;
-  const std::int64_t blocks = outputs.rows() / design.baseSize() - kFirstTerm;
+  const std::int64_t termBlocks = outputs.rows() / design.baseSize() - kFirstTerm;
   const bool isOrder = maxOrder >= 1 && maxOrder <= extra;
   // A term has its own block or its complement's, so more than two terms a block can't be.
-  if (!isOrder || blocks < (largest > 0 ? extra : 0)) return abandon(kDesignDamaged);
-  if (FactorSubsets::countOf(extra, largest) > 2 * blocks) return abandon(kDesignDamaged);
+  if (!isOrder || termBlocks < (largest > 0 ? extra : 0)) return fail(kDesignDamaged);
+  if (FactorSubsets::countOf(extra, largest) > 2 * termBlocks) return fail(kDesignDamaged);
   const FactorSubsets terms(extra, largest);
   const bool allFound = std::ranges::all_of(terms.all(), [&](const FactorSubsets::Subset& term) {
-    return terms.numberOf(term) < blocks || terms.numberOf(terms.complement(term)) < blocks;
+    return terms.numberOf(term) < termBlocks || terms.numberOf(terms.complement(term)) < termBlocks;
   });
-  if (!allFound) return abandon(kDesignDamaged);
+  if (!allFound) return fail(kDesignDamaged);
 
   makeTermRecords(prep, terms, withLast);
-  std::vector<double> runs;
-  for (std::int32_t v = 0; v < variableCount; ++v) {
-    if (!outputs.getColumn(v, runs)) return abandon(outputs.errorText());
-    const SobolBlocks centred(std::move(runs), design.baseSize());
-    closedAndTotals(v, centred, terms);
-    indicesFromClosed(v, centred, terms);
-  }
-  return true;
+  return computeColumns(outputs, [&](std::int32_t variable, std::vector<double>& runs) {
+    const SobolBlocks blocks(std::move(runs), design.baseSize());
+    closedAndTotals(variable, blocks, terms);
+    indicesFromClosed(variable, blocks, terms);
+  });
 }
 
 void SobolStats::makeTermRecords(const PrepConfiguration& prep, const FactorSubsets& terms, bool withLast) {

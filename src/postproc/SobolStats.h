@@ -48,7 +48,6 @@ class SobolStats : public SensitivityStats {
   void indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
   std::int32_t closedSlot(std::size_t factors) const;
   double& slot(std::size_t record, std::int32_t variable, std::int32_t number);
-  bool abandon(const std::string& reason);
 };
 
 }  // namespace tarvex

@@ -189,6 +189,19 @@ TEST(CurveSpectrum, FindsACosineAtItsFrequency) {
   EXPECT_NEAR(static_cast<double>(spectrum.at(-2 + kRuns * 3)), 4.5, 1e-13);  // whole turns don't matter
 }
 
+TEST(CurveSpectrum, SumIsThatOfItsFrequencies) {
+  constexpr std::int32_t kRuns = 4001;
+  std::vector<double> y;
+  for (std::int32_t i = 0; i < kRuns; ++i) y.push_back(std::sin(0.01 * i * i));
+  CurveSpectrum spectrum;
+  spectrum.load(y.data(), kRuns);
+  for (const std::int32_t last : {0, 1, 2, 7, 1001}) {  // the last one is shared by the cores
+    long double sum = 0.0L;
+    for (std::int32_t w = 1; w <= last; ++w) sum += spectrum.at(w);
+    EXPECT_EQ(spectrum.sumUpTo(last), sum) << last;
+  }
+}
+
 TEST(CurveSpectrum, EvenCurveCountsHalfStepsAsWhole) {
   // Deviations -1, -1, 1, 1; the differences are 2 at the first and 2 at the second step: at frequency 1 the angles are
   // a quarter and a half turn, B = 2, and A = 0.
