@@ -9,6 +9,7 @@ if(NOT CMAKE_BUILD_TYPE)
 endif()
 
 option(TARVEX_WERROR "Treat warnings as errors" OFF)
+option(TARVEX_ASSERTIONS "Check subscripts and the like in the standard library" OFF)
 option(TARVEX_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(TARVEX_PCH "Use precompiled headers; without them a build proves that includes are complete" ON)
 
@@ -33,6 +34,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(TARVEX_WERROR)
   target_compile_options(tarvex_options INTERFACE -Werror)
+endif()
+if(TARVEX_ASSERTIONS)
+  target_compile_definitions(tarvex_options INTERFACE _GLIBCXX_ASSERTIONS)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The same bug: with the assertions in, it reports moves of long std::strings. Other builds keep these warnings.
+    target_compile_options(tarvex_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
+  endif()
 endif()
 if(TARVEX_SANITIZE)
   target_compile_options(tarvex_options INTERFACE
