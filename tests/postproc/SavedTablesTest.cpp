@@ -9,7 +9,6 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
-#include "postproc/CellFormat.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
 #include "postproc/MorrisStats.h"
@@ -133,34 +132,6 @@ TEST(SavedTables, ChosenRowsAlone) {
   writeImportanceTable(out, stats, {1, "y", {1}});
   EXPECT_EQ(out.text(), "Importance indicators\n                   y\t          Importance\t\n" + std::string(18, ' ') +
                             "x2\t              0.2500\t\n");
-}
-
-struct CellRow {
-  double value;
-  const char* measure;
-  const char* statistic;
-};
-
-TEST(CellFormat, Numbers) {
-  const CellRow rows[] = {
-      // clang-format off
-      {0.0,       "      0",   "      0"},
-      {0.001,     "0.0010",    "0.001000"},
-      {0.00099,   "0.00099",   "0.00099"},
-      {-0.25,     "-0.2500",   "-0.250000"},
-      {10000.0,   "10000.0000", "10000.000000"},
-      {10000.1,   "  1e+04",   "  1e+04"},
-      {-1234567., "-1.23e+06", "-1.23e+06"},
-      {kNan,      "    nan",   "    nan"},
-      {-kNan,     "    nan",   "    nan"},
-      {kInf,      "    inf",   "    inf"},
-      {-kInf,     "   -inf",   "   -inf"},
-      // clang-format on
-  };
-  for (const CellRow& row : rows) {
-    EXPECT_EQ(measureCell(row.value), row.measure);
-    EXPECT_EQ(statisticCell(row.value), row.statistic);
-  }
 }
 
 }  // namespace
