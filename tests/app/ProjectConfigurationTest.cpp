@@ -1,0 +1,235 @@
+#include "app/ProjectConfiguration.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/Analysis.h"
+#include "app/ScriptedFrontEnd.h"
+#include "base/RememberedDirectories.h"
+#include "postproc/PostProcessorFile.h"
+#include "sampling/SampleFiles.h"
+#include "support/Damage.h"
+#include "support/FailingCalls.h"
+#include "support/Golden.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+class Project : public testing::Test {
+ protected:
+  void SetUp() override { RememberedDirectories::forget(); }
+  void TearDown() override { RememberedDirectories::forget(); }
+  std::string file(const std::string& name) const { return directory_.file(name); }
+
+  static ProjectConfiguration fromSample(const std::string& name) {
+    ProjectConfiguration project;
+    std::string message;
+    project.hasPrep = tarvex::loadSampleFile(test::goldenPath(name), project.prep, message);
+    EXPECT_TRUE(project.hasPrep) << name;
+    return project;
+  }
+  static ProjectConfiguration fromResults(const std::string& name) {
+    ProjectConfiguration project;
+    std::string message;
+    EXPECT_TRUE(loadPostProcessorFile(test::goldenPath(name), project.prep, project.model, project.vels, message));
+    project.hasPrep = project.hasModel = project.hasVels = true;
+    return project;
+  }
+  // Three external runs, read outputs, their measures: every section, in little text.
+  ProjectConfiguration smallProject() const {
+    ProjectConfiguration project;
+    std::string message;
+    test::writeFile(file("rows.txt"), "3\n2\na\nb\n1.5 10\n2.5 20\n4 15\n");
+    test::writeFile(file("model.out"), "1\ny\ntime = no\n3\n1.5\n2.5\n0.25\n");
+    PrepConfiguration prep;
+    EXPECT_TRUE(loadExternalSample(file("rows.txt"), prep, message));
+    project.setPrep(std::move(prep));
+    ModelConfiguration model;
+    model.setExternal("", file("model.out"), 0);
+    EXPECT_TRUE(model.readModelOutput([](const std::string&, const std::string&) {}));
+    project.setModel(std::move(model));
+    VelsConfiguration vels;
+    vels.setOutputs({"y"});
+    project.setVels(std::move(vels));
+    test::ScriptedFrontEnd frontEnd;
+    AnalysisRequest measures;  // without histograms, whose many numbers are damaged elsewhere
+    measures.uncertainty = false;
+    EXPECT_TRUE(analyse(project, measures, frontEnd));
+    return project;
+  }
+  std::string saved(ProjectConfiguration& project) const {
+    EXPECT_TRUE(project.save(file("saved.psc")));
+    return test::readFile(file("saved.psc"));
+  }
+
+  test::ScopedCurrentDirectory stay_;
+  test::TempDirectory directory_;
+};
+
+TEST_F(Project, everyCombinationOfPartsIsWrittenBackByteForByte) {
+  for (const char* name :
+       {"ishigami.spc", "plant.spc", "morris.spc", "unit-classic.spc", "unit-extended.spc", "fast-groups.spc",
+        "unit-sobol.spc", "unit-order2.spc", "pair.spc", "plain.spc", "times.spc", "times-at.spc", "pair-run.spc"}) {
+    const ProjectConfiguration whole = fromResults(name);
+    for (unsigned parts = 0; parts < 8; ++parts) {
+      SCOPED_TRACE(std::string(name) + ", parts " + std::to_string(parts));
+      ProjectConfiguration project;
+      project.hasPrep = (parts & 1) != 0;
+      project.hasModel = (parts & 2) != 0;
+      project.hasVels = (parts & 4) != 0;
+      if (project.hasPrep) project.prep = whole.prep;
+      if (project.hasModel) project.model = whole.model;
+      if (project.hasVels) project.vels = whole.vels;
+      const std::string first = saved(project);
+      ProjectConfiguration again = whole;
+      ASSERT_TRUE(again.load(file("saved.psc")));
+      EXPECT_EQ(again.hasPrep, project.hasPrep);
+      EXPECT_EQ(again.hasModel, project.hasModel);
+      EXPECT_EQ(again.hasVels, project.hasVels);
+      EXPECT_EQ(again.prep.sampler != nullptr, project.hasPrep) << "an absent part is empty";
+      EXPECT_EQ(again.fileName, file("saved.psc"));
+      EXPECT_TRUE(saved(again) == first);
+      if (parts != 7) continue;
+      std::string message;
+      ASSERT_TRUE(savePostProcessorFile(file("back.spc"), again.prep, again.model, again.vels, message));
+      EXPECT_TRUE(test::compareGolden(name, test::readFile(file("back.spc"))));
+    }
+  }
+}
+
+TEST_F(Project, samplesOfEveryMethodSurvive) {
+  for (const char* name : {"random-none.sam", "random-tree.sam", "random-matrix.sam", "random-by-factor.sam",
+                           "latin-stein.sam", "replatin-stein.sam", "lptau.sam", "morris.sam", "fast-classic.sam",
+                           "fast-extended.sam", "fast-groups.sam", "sobol.sam", "sobol-order2.sam", "fixed.sam"}) {
+    ProjectConfiguration project = fromSample(name);
+    const std::string first = saved(project);
+    EXPECT_TRUE(first.ends_with("\n\nNo Model Configuration\nNo Vels Configuration\n")) << name;
+    ProjectConfiguration again;
+    ASSERT_TRUE(again.load(file("saved.psc"))) << name;
+    std::string message;
+    ASSERT_TRUE(saveSampleFile(file("back.sam"), again.prep, message));
+    EXPECT_TRUE(test::compareGolden(name, test::readFile(file("back.sam"))));
+    EXPECT_TRUE(saved(again) == first) << name;
+  }
+  ProjectConfiguration factorsAlone = fromSample("sobol.sam");
+  factorsAlone.prep.sampler.reset();
+  factorsAlone.prep.samples.clear();
+  const std::string first = saved(factorsAlone);
+  ProjectConfiguration again;
+  ASSERT_TRUE(again.load(file("saved.psc")));
+  EXPECT_EQ(saved(again), first);
+}
+
+TEST_F(Project, headingsOfSections) {
+  const std::string no = "No Prep Configuration\nNo Model Configuration\nNo Vels Configuration\n";
+  const std::string longest(99, 'x');
+  const struct {
+    const char* name;
+    std::string text;
+    bool loads;
+  } cases[] = {
+      {"nothing in it", no, true},
+      {"with CR LF", "No Prep Configuration\r\nNo Model Configuration\r\nNo Vels Configuration\r\n", true},
+      {"any other lines", "a\n\n" + longest, true},
+      {"a heading of 100 characters", longest + "x\nb\nc\n", false},
+      {"a model heading of 100 characters", "a\n" + longest + "x\nc\n", false},
+      {"the last section missing", "a\nb\n", false},
+      {"an empty file", "", false},
+      {"an empty record", "a\nModel Configuration\nNo Vels Configuration\n", false},
+  };
+  for (const auto& c : cases) {
+    test::writeFile(file("case.psc"), c.text);
+    ProjectConfiguration project = fromSample("sobol.sam");
+    EXPECT_EQ(project.load(file("case.psc")), c.loads) << c.name;
+    EXPECT_EQ(project.hasPrep, !c.loads) << c.name;
+    EXPECT_EQ(project.fileName, c.loads ? file("case.psc") : ProjectConfiguration::kNoFile) << c.name;
+    EXPECT_FALSE(project.hasModel || project.hasVels) << c.name;
+  }
+  ProjectConfiguration empty;
+  EXPECT_EQ(saved(empty), no);
+}
+
+TEST_F(Project, damagedFilesLeaveTheProject) {
+  ProjectConfiguration small = smallProject();
+  const std::string text = saved(small);
+  ProjectConfiguration project = fromResults("ishigami.spc");
+  const std::string before = saved(project);
+  const ProjectConfiguration copy = project;
+  int failures = 0;
+  const auto load = [&](const std::string& what, const std::string& damaged) {
+    test::writeFile(file("case.psc"), damaged);
+    if (project.load(file("case.psc")))
+      project = copy;
+    else
+      ++failures;
+    EXPECT_TRUE(project.hasPrep && project.hasModel && project.hasVels && project.fileName == copy.fileName) << what;
+  };
+  test::forEachDamage(text, load);
+  const std::vector<std::string> lines = test::splitLines(text);
+  for (std::size_t i = 0; i < lines.size(); ++i) {  // a count of 0
+    if (lines[i].empty() || !std::all_of(lines[i].begin(), lines[i].end(), ::isdigit)) continue;
+    std::string damaged;
+    for (std::size_t k = 0; k < lines.size(); ++k) damaged += (k == i ? "0" : lines[k]) + '\n';
+    load("0 in line " + std::to_string(i + 1), damaged);
+  }
+  EXPECT_GT(failures, 300);
+  EXPECT_TRUE(saved(project) == before);
+  EXPECT_FALSE(project.load(file("nothing.psc")));
+}
+
+TEST_F(Project, aSaveThatFailsKeepsTheOldFile) {
+  ProjectConfiguration project = fromResults("ishigami.spc");
+  test::writeFile(file("a.psc"), "old");
+  test::FailingCalls calls;
+  calls.makeShort(1024);
+  const struct {
+    const char* name;
+    test::FailingCalls::Call call;
+  } cases[] = {{"open", test::FailingCalls::kOpen},
+               {"write", test::FailingCalls::kWrite},
+               {"fsync", test::FailingCalls::kFsync},
+               {"rename", test::FailingCalls::kRename}};
+  for (const auto& c : cases) {
+    int n = 1;
+    for (calls.fail(c.call, n); !project.save(file("a.psc")); calls.fail(c.call, ++n)) {
+      EXPECT_EQ(test::readFile(file("a.psc")), "old") << c.name << ' ' << n;
+      EXPECT_EQ(directory_.entries(), std::vector<std::string>{"a.psc"}) << c.name << ' ' << n;
+      ASSERT_LT(n, 1000);
+    }
+    EXPECT_GT(n, c.call == test::FailingCalls::kWrite ? 5 : 1) << c.name;
+    EXPECT_GT(test::readFile(file("a.psc")).size(), 4096u);
+    calls.clearFailures();
+    test::writeFile(file("a.psc"), "old");
+  }
+}
+
+TEST_F(Project, withoutANameNothingIsWritten) {
+  ProjectConfiguration project = fromSample("sobol.sam");
+  RememberedDirectories::set(RememberedDirectories::Prep, directory_.path());
+  EXPECT_FALSE(project.save());
+  EXPECT_TRUE(directory_.entries().empty());
+  EXPECT_FALSE(project.save(file("no/such/a.psc")));
+  EXPECT_EQ(project.fileName, file("no/such/a.psc"));
+}
+
+TEST_F(Project, goesToTheDirectoriesThatStillExist) {
+  const test::TempDirectory other;
+  RememberedDirectories::set(RememberedDirectories::Prep, other.path());
+  ProjectConfiguration project = smallProject();
+  std::string text = saved(project);
+  for (const bool exists : {true, false}) {
+    RememberedDirectories::forget();
+    RememberedDirectories::set(RememberedDirectories::Vels, directory_.path());
+    if (!exists) text.replace(text.find(other.path()), other.path().size(), "/no/longer");
+    test::writeFile(file("case.psc"), text);
+    ASSERT_TRUE(project.load(file("case.psc")));
+    EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Prep), exists ? other.path() : "");
+    EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Vels), "") << "the record's line is empty";
+  }
+}
+
+}  // namespace
+}  // namespace tarvex

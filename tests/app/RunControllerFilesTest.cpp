@@ -1,0 +1,303 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "app/Descriptions.h"
+#include "app/RunController.h"
+#include "app/ScriptedFrontEnd.h"
+#include "base/RememberedDirectories.h"
+#include "support/Golden.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// Notes the whole of a question, not its text alone.
+class Asking : public test::ScriptedFrontEnd {
+ public:
+  bool question(const std::string& title, const std::string& text, const std::string& yes,
+                const std::string& no) override {
+    calls.push_back(title + "? " + text + ' ' + yes + ' ' + no);
+    return answer;
+  }
+};
+
+class Workflow : public testing::Test {
+ protected:
+  void SetUp() override {
+    RememberedDirectories::forget();
+    test::writeFile(file("rows.txt"), "3\n2\na\nb\n1.5 10\n2.5 20\n4 15\n");
+    ASSERT_TRUE(controller_.loadResultsFile(test::goldenPath("morris.spc")));
+    ASSERT_TRUE(controller_.saveProjectAs(file("a.psc")));
+  }
+  void TearDown() override { RememberedDirectories::forget(); }
+  std::string file(const std::string& name) const { return directory_.file(name); }
+  void setFlags(bool value) {
+    controller_.modified = controller_.sampleStale = controller_.monteCarloMode = controller_.demoMode = value;
+    frontEnd_ = {};
+  }
+
+  test::ScopedCurrentDirectory stay_;
+  test::TempDirectory directory_;
+  Asking frontEnd_;
+  RunController controller_{frontEnd_};
+};
+
+TEST_F(Workflow, loadsReplaceTheirPartsAndSettleTheFlags) {
+  using Load = bool (RunController::*)(const std::string&);
+  const struct {
+    const char* name;
+    Load load;
+    std::string path;
+    bool keepsVels, staysInStage;
+    Texts failure, damage;
+  } cases[] = {
+      {"sample",
+       &RunController::loadSampleFile,
+       test::goldenPath("ishigami.sam"),
+       false,
+       true,
+       {"Error: Error reading samples file"},
+       {"Error: Error reading samples file"}},
+      {"external",
+       &RunController::importSampleFile,
+       file("rows.txt"),
+       false,
+       true,
+       {"Error: Error reading external samples file"},
+       {"Error: Error reading external samples file"}},
+      {"results",
+       &RunController::loadResultsFile,
+       test::goldenPath("ishigami.spc"),
+       true,
+       true,
+       {"Error:   Error reading UA/SA file"},
+       {"Error:   Error reading UA/SA file"}},
+      {"project",
+       &RunController::loadProject,
+       file("a.psc"),
+       true,
+       false,
+       {"Error opening file:   Error opening input file\n /no/such\n Loading Aborted."},
+       {"Error opening file: Error reading configuration file."}},
+  };
+  test::writeFile(file("damaged"), "Prep Configuration\n0\n7\n");
+  for (const auto& c : cases) {
+    setFlags(true);
+    ASSERT_TRUE(controller_.loadResultsFile(test::goldenPath("morris.spc")));
+    setFlags(true);
+    EXPECT_FALSE((controller_.*c.load)("/no/such")) << c.name;
+    EXPECT_EQ(frontEnd_.calls, c.failure) << c.name;
+    frontEnd_ = {};
+    EXPECT_FALSE((controller_.*c.load)(file("damaged"))) << c.name;
+    EXPECT_EQ(frontEnd_.calls, c.damage) << c.name;
+    EXPECT_TRUE(controller_.modified && controller_.sampleStale && controller_.readyToRun()) << c.name;
+    EXPECT_EQ(controller_.project.prep.samples.rows(), 48) << c.name;
+
+    setFlags(true);
+    EXPECT_TRUE((controller_.*c.load)(c.path)) << c.name;
+    EXPECT_TRUE(frontEnd_.calls.empty()) << c.name;
+    EXPECT_EQ(controller_.project.hasVels, c.keepsVels) << c.name;
+    EXPECT_TRUE(controller_.project.hasPrep && controller_.project.hasModel) << c.name;
+    EXPECT_FALSE(controller_.modified || controller_.sampleStale) << c.name;
+    EXPECT_EQ(controller_.monteCarloMode, c.staysInStage) << c.name;
+    EXPECT_EQ(controller_.readyToRun(), c.staysInStage) << c.name;
+    EXPECT_TRUE(controller_.demoMode) << c.name << ": until a reset";
+  }
+}
+
+TEST_F(Workflow, savesUnderTheNameWhereverTheUserIs) {
+  ASSERT_EQ(::chdir(directory_.path().c_str()), 0);
+  ASSERT_TRUE(controller_.saveProjectAs("b.psc"));
+  ASSERT_EQ(::chdir("/"), 0);
+  const std::string text = test::readFile(file("b.psc"));
+  test::writeFile(file("b.psc"), "");
+  controller_.modified = true;
+  EXPECT_TRUE(controller_.quickSave());
+  EXPECT_FALSE(controller_.modified);
+  EXPECT_EQ(test::readFile(file("b.psc")), text);
+
+  setFlags(true);
+  EXPECT_FALSE(controller_.saveProjectAs("/no/such/c.psc"));
+  EXPECT_EQ(frontEnd_.calls, Texts{"Write error:   Error writing output file\n /no/such/c.psc"});
+  EXPECT_TRUE(controller_.modified) << "nothing was tried";
+  EXPECT_EQ(controller_.project.fileName, file("b.psc"));
+  frontEnd_ = {};
+  controller_.project.fileName = "/no/such/d.psc";
+  EXPECT_FALSE(controller_.quickSave());
+  EXPECT_EQ(frontEnd_.calls, Texts{"Write error:   Error writing output file\n /no/such/d.psc"});
+  frontEnd_ = {};
+  controller_.project.fileName = ProjectConfiguration::kNoFile;
+  EXPECT_FALSE(controller_.saveProject());
+  EXPECT_EQ(frontEnd_.calls, Texts{"Error: Error trying to write to the Tarvex configuration file.\nIs it locked by "
+                                   "another application?"});
+  EXPECT_FALSE(controller_.modified);
+}
+
+TEST_F(Workflow, asksBeforeSomethingIsLost) {
+  const std::string buttons = " ^Yes ^No";
+  const struct {
+    Discard purpose;
+    const char* question;
+  } cases[] = {{Discard::ForProject, "Entering demo mode?   Discard current configuration\n and load a new one ?"},
+               {Discard::ForDemo, "Entering demo mode?   Discard current configuration\n and switch to demo mode ?"},
+               {Discard::ForReset, "Warning?   Discard current configuration ?"}};
+  for (const auto& c : cases) {
+    setFlags(false);
+    EXPECT_TRUE(controller_.mayDiscard(c.purpose));
+    EXPECT_TRUE(frontEnd_.calls.empty());
+    controller_.modified = true;
+    for (const bool answer : {true, false}) {
+      frontEnd_.answer = answer;
+      EXPECT_EQ(controller_.mayDiscard(c.purpose), answer);
+      EXPECT_EQ(frontEnd_.calls.back(), c.question + buttons);
+    }
+  }
+  setFlags(false);
+  EXPECT_TRUE(controller_.mayEditPrep());
+  ASSERT_TRUE(controller_.importSampleFile(file("rows.txt")));
+  EXPECT_TRUE(frontEnd_.calls.empty());
+  frontEnd_.answer = false;
+  EXPECT_FALSE(controller_.mayEditPrep());
+  EXPECT_EQ(controller_.project.prep.samples.rows(), 3);
+  frontEnd_.answer = true;
+  EXPECT_TRUE(controller_.mayEditPrep());
+  EXPECT_EQ(frontEnd_.calls.back(),
+            "External configuration? An external configuration\nhas been loaded and can't be edited,\ndo you want to "
+            "discard it?" +
+                buttons);
+  EXPECT_EQ(controller_.project.prep.external, 0);
+  EXPECT_TRUE(controller_.project.hasPrep && controller_.sampleStale);
+  EXPECT_FALSE(controller_.generateSample()) << "no method is chosen in an empty configuration";
+  EXPECT_EQ(frontEnd_.calls.back(), "Warning:   No samples to generate");
+}
+
+TEST_F(Workflow, acceptsPartsAndClears) {
+  setFlags(false);
+  EXPECT_TRUE(controller_.acceptModel(controller_.project.model));
+  EXPECT_TRUE(controller_.modified && controller_.project.hasVels && !controller_.sampleStale);
+  setFlags(false);
+  EXPECT_TRUE(controller_.acceptPrep(controller_.project.prep));
+  EXPECT_TRUE(controller_.modified && controller_.sampleStale && !controller_.project.hasVels);
+  EXPECT_TRUE(controller_.setDemoMode(1));
+  EXPECT_FALSE(controller_.setDemoMode(2) || controller_.setDemoMode(-1));
+  EXPECT_TRUE(controller_.demoMode);
+
+  controller_.busy = true;
+  EXPECT_TRUE(controller_.clearAll() && controller_.newPrep() && controller_.loadProject("/no/such") &&
+              controller_.saveProjectAs("/no/such") && controller_.openDemo("x") && controller_.setDemoMode(0));
+  EXPECT_TRUE(controller_.demoMode && controller_.project.hasModel) << "nothing happens while busy";
+  controller_.busy = false;
+  EXPECT_TRUE(controller_.clearAll());
+  EXPECT_FALSE(controller_.project.hasPrep || controller_.project.hasModel || controller_.demoMode ||
+               controller_.modified || controller_.monteCarloMode);
+  EXPECT_TRUE(controller_.sampleStale);
+  EXPECT_TRUE(frontEnd_.calls.empty());
+}
+
+TEST_F(Workflow, keepsTheRememberedDirectoriesOfASession) {
+  const test::TempDirectory main;
+  const std::string config = main.file("config.dat");
+  test::writeFile(config, directory_.path() + "\n/no/such\n");
+  {
+    RunController session(frontEnd_, main.path());
+    EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Prep), directory_.path());
+    EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Vels), "");
+    EXPECT_EQ(std::filesystem::current_path(), directory_.path());
+    EXPECT_TRUE(session.loadProject(file("a.psc")));
+    EXPECT_EQ(test::readFile(config), "\n\n\n\n\n") << "the records of that project have none";
+    RememberedDirectories::set(RememberedDirectories::Model, main.path());
+  }
+  EXPECT_EQ(test::readFile(config), "\n\n" + main.path() + "\n\n\n");
+}
+
+TEST_F(Workflow, opensDemonstrationCases) {
+  const test::TempDirectory main;
+  std::filesystem::create_directory(main.file("Demo"));
+  std::string text = test::readFile(test::goldenPath("ishigami.spc"));
+  text.replace(text.find("ishigami.sam"), 12, "[MAINDIR]\\Demo\\x.sam");
+  test::writeFile(main.file("Demo/ISHIGAMI.dem"), text);
+  test::writeFile(main.file("Demo/linear.dem"), text.substr(0, text.size() / 2));
+  RunController session(frontEnd_, main.path());
+  EXPECT_TRUE(session.openDemo("Ishigami") && session.openDemo("Ishigami"));
+  EXPECT_TRUE(frontEnd_.calls.empty()) << "a case that is open asks nothing";
+  EXPECT_TRUE(session.demoMode && session.readyToRun() && session.project.hasVels);
+  EXPECT_EQ(session.project.prep.sampleFile, "[MAINDIR]\\Demo\\x.sam");
+  for (const char* name : {"Linear", "SobolG0"}) {
+    session.modified = true;
+    frontEnd_ = {};
+    EXPECT_FALSE(session.openDemo(name));
+    const std::string path = main.file(std::string("Demo/") + (*name == 'L' ? "linear.dem" : "SobolG0.dem"));
+    EXPECT_EQ(frontEnd_.calls.back(), "Error initializing demo:   Error reading demo file:\n " + path);
+    EXPECT_TRUE(session.modified && session.demoMode);
+    frontEnd_ = {};
+    frontEnd_.answer = false;
+    EXPECT_FALSE(session.openDemo(name));
+    EXPECT_EQ(frontEnd_.calls.size(), 1u) << "the question alone";
+  }
+}
+
+TEST_F(Workflow, describesWhatItHolds) {
+  ASSERT_TRUE(controller_.loadSampleFile(test::goldenPath("random-by-factor.sam")));
+  PrepConfiguration& prep = controller_.project.prep;
+  prep.sampleFile = "/x/a.sam";
+  ASSERT_TRUE(prep.sampler->setSamples(70));
+  const Texts middle = {"Total factors: 8", "Sampling method selected: Random"};
+  const struct {
+    PrepOrigin origin;
+    Texts first, last;
+  } cases[] = {
+      {PrepOrigin::Configured,
+       {"Internal Configuration", "Correlation method selected: None", "Samples to generate: 70"},
+       {"Samples file:", "   /x/a.sam", "Samples ordered by Factor"}},
+      {PrepOrigin::Saved,
+       {"Saved Configuration", "Correlation method selected: None", "Generated samples: 40"},
+       {"Samples file:", "   /x/a.sam", "Samples ordered by Factor"}},
+      {PrepOrigin::SavedSample,
+       {"Saved Configuration", "Correlation method selected: None", "Generated sample size: 40"},
+       {"Sample file:", "   /x/a.sam", "Sample ordered by Factor"}},
+      {PrepOrigin::External,
+       {"External Configuration", "Correlation method selected: unknown", "Generated sample size: 40"},
+       {"Sample file:", "   /x/a.sam"}},
+      {PrepOrigin::Demo,
+       {"Demo Configuration", "Correlation method selected: None", "Samples to generate: 70"},
+       {"Samples file:", "   /x/a.sam", "Samples ordered by Factor"}},
+  };
+  for (const auto& c : cases) {
+    Texts expected = {c.first[0], middle[0], middle[1], c.first[1], c.first[2]};
+    expected.insert(expected.end(), c.last.begin(), c.last.end());
+    EXPECT_EQ(describePrep(prep, c.origin), expected);
+  }
+  for (const auto& [name, text] :
+       {std::pair{"random-tree.sam", "Dependence tree"}, {"random-matrix.sam", "Iman Conover"}}) {
+    ASSERT_TRUE(controller_.loadSampleFile(test::goldenPath(name)));
+    const Texts lines = describePrep(prep, PrepOrigin::Saved);
+    EXPECT_EQ(lines[3], std::string("Correlation method selected: ") + text);
+    EXPECT_EQ(lines.back(), "Samples ordered by Run");
+  }
+}
+
+TEST_F(Workflow, describesTheModel) {
+  ModelConfiguration model;
+  model.setExternal("/bin/m", "out", 0);
+  EXPECT_EQ(describeModel(model),
+            (Texts{"External model executable:", "   No model selected", "", "Model output file:", "   out"}));
+  model.kind = kExternalExecutable;
+  EXPECT_EQ(describeModel(model)[1], "   /bin/m");
+  EXPECT_EQ(modelSelectionText(model), "External model selection");
+  auto equations = std::make_unique<InternalModel>();
+  std::string message;
+  ASSERT_TRUE(loadModelFile(test::goldenPath("mixed.imd"), *equations, message));
+  model.setInternalModel(std::move(equations));
+  const std::string path = test::goldenPath("mixed.imd");
+  EXPECT_EQ(describeModel(model), (Texts{"Internal model executable:", "   " + path, "Number of equations: ", "   3",
+                                         "Output Variables: ", "   y", "   z"}));
+  EXPECT_EQ(modelSelectionText(model), "Internal model selection");
+}
+
+}  // namespace
+}  // namespace tarvex
