@@ -21,6 +21,7 @@ using Calls = std::vector<std::string>;
 class Controller : public testing::Test {
  protected:
   void SetUp() override {
+    restoreInitialTrialState();  // equations are tried out at drawn values
     PrepConfiguration prep;
     for (const char* name : {"a", "b"}) {
       auto factor = std::make_unique<Uniform>();

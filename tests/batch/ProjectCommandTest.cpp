@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "base/RememberedDirectories.h"
+#include "batch/Commands.h"
+#include "support/Golden.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+using Words = std::vector<std::string>;
+
+class ProjectCommand : public testing::Test {
+ protected:
+  void SetUp() override { RememberedDirectories::forget(); }
+
+  int run(const Words& words) {
+    std::ostringstream out;
+    std::ostringstream errors;
+    const int status = runBatch(words, out, errors, false);
+    output_ = out.str() + errors.str();
+    return status;
+  }
+  std::string file(const std::string& name) const { return directory_.file(name); }
+
+  std::string output_;
+  test::ScopedCurrentDirectory stay_;
+  test::TempDirectory directory_;
+};
+
+TEST_F(ProjectCommand, thereAndBackChangesNothing) {
+  for (const char* name : {"ishigami.spc", "plant.spc", "unit-order2.spc", "fast-groups.spc", "pair.spc"}) {
+    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << output_;
+    ASSERT_EQ(
+        run({"project", file("a.psc"), "--results", file("a.spc"), "--sample", file("a.sam"), "-o", file("b.psc")}),
+        kSucceeded);
+    EXPECT_TRUE(test::readFile(file("a.spc")) == test::readFile(test::goldenPath(name))) << name;
+    EXPECT_TRUE(test::readFile(file("a.psc")) == test::readFile(file("b.psc"))) << name;
+    EXPECT_TRUE(test::readFile(file("a.spc")).starts_with(test::readFile(file("a.sam")))) << name;
+  }
+  for (const char* name : {"random-none.sam", "fixed.sam", "latin-stein.sam", "random-by-factor.sam"}) {
+    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << output_;
+    ASSERT_EQ(run({"project", file("a.psc"), "--sample", file("a.sam")}), kSucceeded) << output_;
+    EXPECT_TRUE(test::readFile(file("a.sam")) == test::readFile(test::goldenPath(name))) << name;
+  }
+}
+
+TEST_F(ProjectCommand, whatIsRefusedWritesNothing) {
+  const std::string sample = test::goldenPath("ishigami.sam");
+  const test::TempDirectory inputs;
+  test::writeFile(inputs.file("empty.psc"), "No Prep Configuration\nNo Model Configuration\nNo Vels Configuration\n");
+  const struct {
+    const char* name;
+    Words words;
+    int status;
+    const char* text;
+  } cases[] = {
+      {"nothing to write", {sample}, kWrongUsage, "--results"},
+      {"no input", {"-o", file("a.psc")}, kWrongUsage, "FILE"},
+      {"a missing sample", {"no.sam", "-o", file("a.psc")}, kFailed, "Error reading samples file\nno.sam"},
+      {"missing results", {"no.spc", "-o", file("a.psc")}, kFailed, "  Error reading UA/SA file\nno.spc"},
+      {"a missing project",
+       {"no.psc", "--sample", file("a.sam")},
+       kFailed,
+       "Error reading configuration file.\nno.psc"},
+      {"a directory", {directory_.path(), "--sample", file("a.sam")}, kFailed, "Error reading configuration file."},
+      {"no results in it", {sample, "-o", file("a.psc"), "--results", file("a.spc")}, kFailed, "no results"},
+      {"no sample in it", {inputs.file("empty.psc"), "--sample", file("a.sam")}, kFailed, "no sample"},
+      {"no such place", {sample, "-o", file("no/a.psc")}, kFailed, "Tarvex configuration file.\nIs it locked"},
+  };
+  for (const auto& c : cases) {
+    Words words{"project"};
+    words.insert(words.end(), c.words.begin(), c.words.end());
+    EXPECT_EQ(run(words), c.status) << c.name << output_;
+    EXPECT_NE(output_.find(c.text), std::string::npos) << c.name << output_;
+    EXPECT_TRUE(directory_.entries().empty()) << c.name;
+  }
+}
+
+TEST_F(ProjectCommand, writesWhereTheUserStands) {
+  const test::TempDirectory elsewhere;
+  std::string text = test::readFile(test::goldenPath("sobol.sam"));
+  text.insert(text.rfind('\n', text.rfind(".sam")), elsewhere.path());  // the directory into which a reader goes
+  test::writeFile(file("a.sam"), text);
+  std::filesystem::current_path(directory_.path());
+  ASSERT_EQ(run({"project", "a.sam", "-o", "a.psc", "--sample", "b.sam"}), kSucceeded) << output_;
+  EXPECT_EQ(std::filesystem::current_path(), elsewhere.path());
+  EXPECT_EQ(test::readFile(file("b.sam")), text);
+  EXPECT_EQ(directory_.entries(), (Words{"a.psc", "a.sam", "b.sam"}));
+}
+
+TEST_F(ProjectCommand, showsTheSections) {
+  ASSERT_EQ(run({"project", test::goldenPath("times.spc"), "-o", file("a.psc")}), kSucceeded);
+  std::filesystem::copy_file(file("a.psc"), file("a.other"));
+  for (const char* name : {"a.psc", "a.other"}) {
+    ASSERT_EQ(run({"show", file(name)}), kSucceeded) << output_;
+    for (const char* text : {"Prep Configuration\nMethod: Latin", "\nModel Configuration\nModel: ",
+                             "48 runs of 2 outputs, ", "\nVels Configuration\n", "Sensitivity of dose[max]"})
+      EXPECT_NE(output_.find(text), std::string::npos) << text << '\n' << output_;
+  }
+  ASSERT_EQ(run({"project", test::goldenPath("sobol.sam"), "-o", file("b.psc")}), kSucceeded);
+  ASSERT_EQ(run({"show", file("b.psc")}), kSucceeded);
+  EXPECT_TRUE(output_.ends_with("\nNo Model Configuration\n\nNo Vels Configuration\n")) << output_;
+}
+
+}  // namespace
+}  // namespace tarvex
