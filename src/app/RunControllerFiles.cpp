@@ -4,6 +4,7 @@
 #include "app/DemoCases.h"
 #include "app/FrontEnd.h"
 #include "app/RunController.h"
+#include "base/Paths.h"
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -18,17 +19,10 @@ namespace {
 constexpr const char* kYes = "^Yes";
 constexpr const char* kNo = "^No";
 
-// Loading moves the current directory: a path that is kept must not depend on it.
-std::string absolutePath(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path whole = std::filesystem::absolute(path, error);
-  return error ? path : whole.string();
-}
-
 }  // namespace
 
 RunController::RunController(FrontEnd& frontEnd, std::string mainDirectory)
-    : frontEnd_(frontEnd), mainDirectory_(std::move(mainDirectory)) {
+    : modelDirectory(mainDirectory), frontEnd_(frontEnd), mainDirectory_(std::move(mainDirectory)) {
   if (!mainDirectory_.empty()) RememberedDirectories::readConfig(mainDirectory_);
 }
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 
 namespace tarvex {
 
@@ -11,6 +12,12 @@ std::string existingPath(const std::string& path) {
   std::string slashed = path;
   std::replace(slashed.begin(), slashed.end(), '\\', '/');
   return ::access(slashed.c_str(), F_OK) == 0 ? slashed : path;
+}
+
+std::string absolutePath(const std::string& path) {
+  char current[PATH_MAX];
+  if (path.empty() || path.starts_with('/') || ::getcwd(current, sizeof current) == nullptr) return path;
+  return std::string(current) + '/' + path;
 }
 
 }  // namespace tarvex

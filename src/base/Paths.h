@@ -8,4 +8,7 @@ namespace tarvex {
 // path that doesn't exist as it stands is tried with '/' in their place; when neither exists, it is `path` itself.
 std::string existingPath(const std::string& path);
 
+// `path` as it goes on to mean the same file wherever the current directory moves. An empty one stays empty.
+std::string absolutePath(const std::string& path);
+
 }  // namespace tarvex

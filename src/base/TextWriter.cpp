@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/NumberText.h"
+#include "base/Paths.h"
 #include "base/SystemCalls.h"
 
 namespace tarvex {
@@ -32,12 +33,6 @@ struct Target {
 
 std::string directoryOf(const std::string& path) {
   return path.substr(0, path.rfind('/') + 1);
-}
-
-std::string absolutePath(const std::string& path) {
-  char current[PATH_MAX];
-  if (path.starts_with('/') || ::getcwd(current, sizeof current) == nullptr) return path;
-  return std::string(current) + '/' + path;
 }
 
 // The current directory may change before the commit, and a link must go on pointing to the file: so the target is

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -18,6 +19,11 @@ void writeFile(const std::string& path, std::string_view text) {
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
   out.close();
   EXPECT_TRUE(out.good()) << "cannot write " << path;
+}
+
+void writeScript(const std::string& path, const std::string& commands) {
+  writeFile(path, "#!/bin/sh\n" + commands);
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 std::vector<std::string> splitLines(std::string_view text) {

@@ -1,0 +1,193 @@
+#include "model/ExternalProcess.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "base/Paths.h"
+#include "base/SystemCalls.h"
+
+namespace tarvex {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr milliseconds kGrace{2000};     // from the request to end to the kill
+constexpr milliseconds kGroupSlice{10};  // between two looks at a group that is about to end
+constexpr int kSignalExit = 128;
+constexpr mode_t kLogMode = 0666;  // less the user's mask
+
+// What posix_spawn is told beside the program. The first of its steps that fails is kept.
+class SpawnSettings {
+ public:
+  SpawnSettings() {
+    keep(posix_spawn_file_actions_init(&actions_));
+    keep(posix_spawnattr_init(&attributes_));
+  }
+  ~SpawnSettings() {
+    posix_spawnattr_destroy(&attributes_);
+    posix_spawn_file_actions_destroy(&actions_);
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+  // Its own group, and signals as a program finds them at a shell's prompt, whatever this one has done with them.
+  void setSignals() {
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    keep(
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK));
+    keep(posix_spawnattr_setpgroup(&attributes_, 0));
+    keep(posix_spawnattr_setsigdefault(&attributes_, &all));
+    keep(posix_spawnattr_setsigmask(&attributes_, &none));
+  }
+
+  // Output before input: `log` may itself be descriptor 0 when this program was started without one.
+  void setDescriptors(int log) {
+    if (log >= 0)
+      keep(posix_spawn_file_actions_adddup2(&actions_, log, STDOUT_FILENO));
+    else
+      keep(posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0));
+    keep(posix_spawn_file_actions_adddup2(&actions_, STDOUT_FILENO, STDERR_FILENO));
+    keep(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    keep(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+  }
+
+  void setDirectory(const std::string& directory) {
+    if (!directory.empty()) keep(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()));
+  }
+
+  // 0, or the errno of what failed, the start of the program in the child included.
+  int spawn(pid_t& pid, std::string executable, std::string argument) {
+    char* const words[] = {executable.data(), argument.data(), nullptr};
+    return error_ != 0 ? error_ : posix_spawn(&pid, executable.c_str(), &actions_, &attributes_, words, environ);
+  }
+
+ private:
+  void keep(int result) {
+    if (error_ == 0) error_ = result;
+  }
+
+  posix_spawn_file_actions_t actions_{};
+  posix_spawnattr_t attributes_{};
+  int error_ = 0;
+};
+
+// Whether the process of this directory in /proc belongs to the group and still runs. Its line: number (name) state
+// parent group ...; the name may hold anything.
+bool runsInGroup(const std::filesystem::path& directory, pid_t group) {
+  std::ifstream in(directory / "stat");
+  std::string line;
+  std::getline(in, line);
+  std::istringstream fields(line.substr(line.rfind(')') + 1));
+  char processState = 'Z';
+  pid_t parent = 0;
+  pid_t itsGroup = 0;
+  return fields >> processState >> parent >> itsGroup && itsGroup == group && processState != 'Z';
+}
+
+// Whether any process of the group still runs. Those that ended and that nobody waited for count as members for the
+// system, and where the first process of all is slow to wait for orphans, as in a container, they stay long.
+bool groupRuns(pid_t group) {
+  if (::kill(-group, 0) != 0) return false;
+  std::error_code error;
+  std::filesystem::directory_iterator entry("/proc", error);
+  if (error) return true;
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const char first = entry->path().filename().native().front();
+    if (first >= '1' && first <= '9' && runsInGroup(entry->path(), group)) return true;
+  }
+  return false;
+}
+
+// A program whose own parent ignored the end of its children ignores it too, and then no exit code is to be had.
+void watchChildren() {
+  struct sigaction action {};
+  if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) std::signal(SIGCHLD, SIG_DFL);
+}
+
+}  // namespace
+
+ExternalProcess::~ExternalProcess() {
+  stop();
+}
+
+bool ExternalProcess::start(const Start& start) {
+  watchChildren();
+  SystemCalls& calls = SystemCalls::current();
+  const int log = calls.open(start.logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kLogMode);
+  SpawnSettings settings;
+  settings.setSignals();
+  settings.setDescriptors(log);
+  settings.setDirectory(start.directory);
+  error_ = settings.spawn(pid_, absolutePath(start.executable), absolutePath(start.argument));
+  if (log >= 0) calls.close(log);
+  if (error_ != 0) return false;
+  state_ = State::Running;
+  watch_ = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
+  return true;
+}
+
+void ExternalProcess::wait(milliseconds time) const {
+  // Without a watch this is a plain sleep: a negative descriptor is passed over.
+  pollfd ended{watch_, POLLIN, 0};
+  ::poll(&ended, 1, static_cast<int>(time.count()));
+}
+
+ExternalProcess::State ExternalProcess::poll() {
+  if (state_ != State::Running) return state_;
+  siginfo_t info{};
+  int result = 0;
+  do {
+    result = waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG);
+  } while (result != 0 && errno == EINTR);
+  if (result == 0 && info.si_pid == 0) return state_;
+  state_ = result == 0 ? State::Ended : State::Lost;
+  exitCode_ = info.si_code == CLD_EXITED ? info.si_status : kSignalExit + info.si_status;
+  endWatch();
+  return state_;
+}
+
+void ExternalProcess::stop() {
+  if (state_ != State::Running) return;
+  signalGroup(SIGTERM);
+  signalGroup(SIGCONT);  // a process that was suspended sees the request only when it goes on
+  if (waitForGroup()) return;
+  signalGroup(SIGKILL);
+  waitForGroup();
+  while (poll() == State::Running) wait(kGroupSlice);
+}
+
+void ExternalProcess::signalGroup(int signalNumber) const {
+  ::kill(-pid_, signalNumber);
+}
+
+// The group keeps its number while any member is left, even after its head is gone and was waited for.
+bool ExternalProcess::waitForGroup() {
+  const auto end = steady_clock::now() + kGrace;
+  while (poll() == State::Running || groupRuns(pid_)) {
+    if (steady_clock::now() >= end) return false;
+    wait(kGroupSlice);
+  }
+  return true;
+}
+
+void ExternalProcess::endWatch() {
+  if (watch_ >= 0) SystemCalls::current().close(watch_);
+  watch_ = -1;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,80 @@
+#include "model/ModelChoice.h"
+
+#include <gtest/gtest.h>
+
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+constexpr std::int32_t kRefused = -1;
+
+TEST(ModelChoice, isRefusedWithTheReasonOrTaken) {
+  const test::TempDirectory directory;
+  const std::string there = directory.file("there");
+  const std::string missing = directory.file("missing");
+  test::writeFile(there, "x");
+  const Refusal empty{"Error: Empty field", "   Empty fields not admitted"};
+  const Refusal executable{"Error: No executable file", "   Error checking model executable"};
+  const Refusal output{"Error: Wrong output file", "   No output model file"};
+  const struct {
+    const char* name;
+    bool execute;
+    bool spreadsheet;
+    std::string executable;
+    std::string outputFile;
+    std::int32_t kind;
+    Refusal refusal;
+  } cases[] = {
+      {"no executable named", true, false, "", there, kRefused, empty},
+      {"no output file named", true, false, there, "", kRefused, empty},
+      {"nothing to read named", false, false, there, "", kRefused, empty},
+      {"no such executable", true, false, missing, there, kRefused, executable},
+      {"a directory to execute", true, false, directory.path(), there, kRefused, executable},
+      {"no such output file to read", false, false, "", missing, kRefused, output},
+      {"a directory to read", false, false, there, directory.path(), kRefused, output},
+      {"output still to come", true, false, there, missing, kExternalExecutable, {}},
+      {"output that is there", false, false, "", there, kNoModelToStart, {}},
+      {"a workbook", true, true, "Excel Application", missing, kExternalExecutable, {}},
+  };
+  for (const auto& c : cases) {
+    ModelConfiguration model;
+    model.setExternal("before", "before", 0);
+    const auto refusal = acceptModelChoice(
+        {.execute = c.execute, .spreadsheet = c.spreadsheet, .executable = c.executable, .outputFile = c.outputFile},
+        model);
+    EXPECT_EQ(refusal.has_value(), c.kind == kRefused) << c.name;
+    if (refusal) {
+      EXPECT_EQ(refusal->title, c.refusal.title) << c.name;
+      EXPECT_EQ(refusal->text, c.refusal.text) << c.name;
+    }
+    EXPECT_EQ(model.executable, refusal ? "before" : c.executable) << c.name;
+    EXPECT_EQ(model.outputFile, refusal ? "before" : c.outputFile) << c.name;
+    EXPECT_EQ(model.kind, refusal ? ModelConfiguration().kind : c.kind) << c.name;
+    EXPECT_EQ(model.spreadsheet, !refusal && c.spreadsheet ? 1 : 0) << c.name;
+  }
+}
+
+TEST(ModelChoice, equationsMustBeThereAndGiveResults) {
+  ModelConfiguration model;
+  const ModelChoice internal{.internal = true};
+  std::optional<Refusal> refusal = acceptModelChoice(internal, model);
+  ASSERT_TRUE(refusal);
+  EXPECT_EQ(refusal->title + refusal->text, "Error: No model loaded   No internal model loaded");
+
+  auto equations = std::make_unique<InternalModel>();
+  ASSERT_TRUE(equations->addVariable("a") && equations->addExpression(0, "y", "a", 0));
+  model.setInternalModel(std::move(equations));
+  refusal = acceptModelChoice(internal, model);
+  ASSERT_TRUE(refusal);
+  EXPECT_EQ(refusal->title + refusal->text, "Error: Empty model   Model produces no result");
+
+  ASSERT_TRUE(model.internalModel()->addExpression(1, "z", "a", 1));
+  model.kind = kNoModelToStart;
+  EXPECT_FALSE(acceptModelChoice(internal, model));
+  EXPECT_EQ(model.kind, kInternalModel);
+}
+
+}  // namespace
+}  // namespace tarvex
