@@ -20,7 +20,7 @@ constexpr int kMaximumTerms = 20000;
 
 // The integrand of the Bromwich integral along the parabola s = vertex + focal * (2 i y - y^2), which is open to the
 // left. The vertex is the saddle on the real axis: there, and nowhere else on a vertical line, the integrand of a
-// positive function is largest, so that the sum has no cancellation (G. Watson's method of steepest descent; for one
+// positive function is largest, so that the sum has no cancellation (method of steepest descent; for one
 // layer the parabola with its focus in the branch point is the exact path).
 class Path {
  public:
