@@ -21,6 +21,11 @@ class FrontEnd {
   virtual void status(const std::string& text) = 0;
   virtual void closeProgress() = 0;
 
+  // The same for a model of which only its end will be known: an animation, one frame further at each call. Also goes
+  // away by closeProgress().
+  virtual void openAnimation(const std::string& title, const std::string& modelName, const std::string& fileName) = 0;
+  virtual void animate() = 0;
+
   // Serves whatever the user did meanwhile.
   virtual void drainEvents() = 0;
   // False once the user has asked to stop the operation in progress.

@@ -1,5 +1,6 @@
 #include "app/RunController.h"
 
+#include "app/ExternalRun.h"
 #include "app/FrontEnd.h"
 #include "base/TextWriter.h"
 #include "sampling/FastSampler.h"
@@ -110,9 +111,14 @@ bool RunController::runModel(bool useExistingSample) {
     frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
     return false;
   }
-  const bool done = project.model.kind == kInternalModel ? runInternal() : readOutputs();
+  const bool done = runChosenModel();
   if (done) finishRun();
   return done;
+}
+
+bool RunController::runChosenModel() {
+  if (project.model.kind == kInternalModel) return runInternal();
+  return (project.model.kind != kExternalExecutable || runExternal()) && readOutputs();
 }
 
 bool RunController::linkInternalModel() {
@@ -153,6 +159,18 @@ bool RunController::driveInternalRun() {
     percent = project.model.advanceInternalRun(project.prep.samples, target);
   }
   return percent >= kDone || fail("The results of the model cannot be stored: the working file cannot be written.");
+}
+
+bool RunController::runExternal() {
+  const ModelConfiguration& model = project.model;
+  ExternalOutcome outcome = ExternalOutcome::Failed;
+  {
+    const BusyScope scope(busy);
+    outcome = runExternalModel({model.executable, project.prep.sampleFile, model.outputFile + ".log", modelDirectory},
+                               frontEnd_);
+  }
+  if (outcome == ExternalOutcome::ErrorCode) fail("Model execution returned with error code");
+  return outcome == ExternalOutcome::Done;
 }
 
 bool RunController::readOutputs() {

@@ -33,6 +33,7 @@ class RunController {
   bool sampleStale = true;      // the sampling configuration changed after the sample was made
   bool monteCarloMode = false;  // the Monte Carlo stage has been entered
   bool demoMode = false;        // a demonstration case is open, for reading only
+  std::string modelDirectory;   // in which an external model runs: at first mainDirectory(); empty: the current one
 
   const std::string& mainDirectory() const { return mainDirectory_; }
   // True when a run can start: in the Monte Carlo stage, with a pre-processor configuration and a model.
@@ -78,7 +79,9 @@ class RunController {
   bool linkInternalModel();
   bool runInternal();
   bool driveInternalRun();
+  bool runExternal();
   bool readOutputs();
+  bool runChosenModel();
   void finishRun();
   bool fail(const std::string& text, const std::string& title = "Error");
   void adoptResults(PrepConfiguration prep, ModelConfiguration model, VelsConfiguration vels);

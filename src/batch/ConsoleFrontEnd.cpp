@@ -24,6 +24,8 @@ extern "C" void onStopSignal(int signalNumber) {
 void ConsoleFrontEnd::installStopSignals() {
   std::signal(SIGINT, onStopSignal);
   std::signal(SIGTERM, onStopSignal);
+  // A program started by nohup stays deaf to this one.
+  if (std::signal(SIGHUP, onStopSignal) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
 }
 
 bool ConsoleFrontEnd::stopRequested() {
@@ -50,6 +52,24 @@ void ConsoleFrontEnd::progress(int percent) {
     const auto left = static_cast<int>(spent.count() * (100 - percent) / percent + 0.5);
     line += fmt::format("  {}:{:02} left", left / 60, left % 60);
   }
+  show(std::move(line));
+}
+
+void ConsoleFrontEnd::openAnimation(const std::string& title, const std::string&, const std::string&) {
+  openProgress(title, 0);
+  frame_ = 0;
+}
+
+void ConsoleFrontEnd::animate() {
+  constexpr std::string_view kFrames = "|/-\\";
+  if (!isTerminal_) return;
+  const auto spent =
+      std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_).count();
+  show(fmt::format("{} {} {}:{:02}", title_, kFrames[frame_++ % kFrames.size()], spent / 60, spent % 60));
+}
+
+// In place of the line that is shown.
+void ConsoleFrontEnd::show(std::string line) {
   const std::size_t width = line.size();
   line.resize(std::max(width, shownWidth_), ' ');
   errors_ << '\r' << line << std::flush;

@@ -8,7 +8,7 @@
 namespace tarvex {
 
 // The front end of a shell: messages and, on a terminal, a progress bar with percent, runs and time left on the error
-// stream; Ctrl-C is the stop button. In a pipe no progress is shown.
+// stream, or the time that a model has taken so far; Ctrl-C is the stop button. In a pipe no progress is shown.
 class ConsoleFrontEnd : public FrontEnd {
  public:
   ConsoleFrontEnd(std::ostream& errors, bool isTerminal) : errors_(errors), isTerminal_(isTerminal) {}
@@ -17,6 +17,8 @@ class ConsoleFrontEnd : public FrontEnd {
   void progress(int percent) override;
   void status(const std::string& text) override;
   void closeProgress() override;
+  void openAnimation(const std::string& title, const std::string& modelName, const std::string& fileName) override;
+  void animate() override;
   void drainEvents() override {}
   bool continueRun() override { return !stopRequested(); }
   void message(MessageKind kind, const std::string& title, const std::string& text) override;
@@ -26,13 +28,15 @@ class ConsoleFrontEnd : public FrontEnd {
   // The inputs take the sample's columns in their order.
   bool linkFactors(const FactorList& factors, InternalModel& model) override;
 
-  // Makes Ctrl-C and a termination request ask for a stop instead of ending the process; a second one ends it.
+  // Makes Ctrl-C, a termination request and the loss of the terminal ask for a stop instead of ending the process; a
+  // second one ends it.
   static void installStopSignals();
   static bool stopRequested();
   // For tests: as if the user had pressed Ctrl-C, or not.
   static void requestStop(bool stop);
 
  private:
+  void show(std::string line);
   void eraseBar();
 
   std::ostream& errors_;
@@ -40,6 +44,7 @@ class ConsoleFrontEnd : public FrontEnd {
   std::string title_;
   std::int32_t rows_ = 0;
   std::size_t shownWidth_ = 0;
+  std::size_t frame_ = 0;
   std::chrono::steady_clock::time_point start_;
 };
 

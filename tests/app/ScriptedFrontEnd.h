@@ -15,16 +15,29 @@ class ScriptedFrontEnd : public FrontEnd {
   bool answer = true;      // to every question
   bool acceptLink = true;
   std::function<void(InternalModel&)> link;  // what the user does in the link panel
+  std::function<void()> frame;               // what happens during a step of an animation
+  int stopAtFrame = -1;                      // after this many steps the user wants to stop
 
   std::vector<std::string> calls;
   std::vector<int> percents;
+  int frames = 0;
 
   void openProgress(const std::string& title, std::int32_t) override { calls.push_back("open " + title); }
   void progress(int percent) override { percents.push_back(percent); }
   void status(const std::string& text) override { calls.push_back("status " + text); }
   void closeProgress() override { calls.push_back("close"); }
+  void openAnimation(const std::string& title, const std::string& model, const std::string& file) override {
+    calls.push_back("open " + title + ": " + model + ", " + file);
+  }
+  void animate() override {
+    ++frames;
+    if (frame) frame();
+  }
   void drainEvents() override {}
-  bool continueRun() override { return stopAtPercent < 0 || percents.empty() || percents.back() < stopAtPercent; }
+  bool continueRun() override {
+    if (stopAtFrame >= 0 && frames >= stopAtFrame) return false;
+    return stopAtPercent < 0 || percents.empty() || percents.back() < stopAtPercent;
+  }
   void message(MessageKind, const std::string& title, const std::string& text) override {
     calls.push_back(title + ": " + text);
   }

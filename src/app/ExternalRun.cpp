@@ -1,0 +1,47 @@
+#include "app/ExternalRun.h"
+
+#include "app/FrontEnd.h"
+#include "base/Paths.h"
+#include "model/ExternalProcess.h"
+
+namespace tarvex {
+
+namespace {
+
+using State = ExternalProcess::State;
+
+constexpr std::chrono::milliseconds kStep{500};  // from frame to frame of the animation
+
+// Running: the user wants to stop.
+State waitForEnd(ExternalProcess& process, FrontEnd& frontEnd) {
+  State state = State::Running;
+  while (state == State::Running && frontEnd.continueRun()) {
+    process.wait(kStep);
+    frontEnd.animate();
+    frontEnd.drainEvents();
+    if (!frontEnd.continueRun()) break;
+    state = process.poll();
+  }
+  return state;
+}
+
+}  // namespace
+
+ExternalOutcome runExternalModel(const ExternalRun& run, FrontEnd& frontEnd) {
+  ExternalProcess process;
+  if (!process.start({existingPath(run.executable), run.sampleFile, run.directory, run.logFile})) {
+    frontEnd.message(MessageKind::Error, "Error",
+                     "The model execution process can't be loaded.\nError " + std::to_string(process.error()) +
+                         "\ncmd: \"" + run.executable + "\" \"" + run.sampleFile + '"');
+    return ExternalOutcome::Failed;
+  }
+  frontEnd.openAnimation("External model execution", run.executable, run.sampleFile);
+  const State state = waitForEnd(process, frontEnd);
+  if (state == State::Running) process.stop();
+  if (state == State::Lost) frontEnd.message(MessageKind::Error, "Error", "Lost connection to model execution");
+  frontEnd.closeProgress();
+  if (state != State::Ended) return ExternalOutcome::Failed;
+  return process.exitCode() == 0 ? ExternalOutcome::Done : ExternalOutcome::ErrorCode;
+}
+
+}  // namespace tarvex

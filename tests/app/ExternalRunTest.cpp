@@ -1,0 +1,208 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <filesystem>
+
+#include "app/Analysis.h"
+#include "app/RunController.h"
+#include "app/ScriptedFrontEnd.h"
+#include "factors/Uniform.h"
+#include "sampling/RandomSampler.h"
+#include "support/Processes.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+using Calls = std::vector<std::string>;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr const char* kThreeRuns = "1\ny\ntime = no\n3\n1.5\n2.5\n3.5\n";
+
+// A project of three runs of one factor, whose model is a program that the test writes.
+class External : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::create_directory(working_);
+    PrepConfiguration prep;
+    auto factor = std::make_unique<Uniform>();
+    factor->name = "a";
+    prep.factors.addFactor(std::move(factor));
+    prep.sampler = std::make_unique<RandomSampler>();
+    ASSERT_TRUE(prep.sampler->setSamples(3));
+    prep.sampleFile = file("in.sam");
+    controller_.project.setPrep(std::move(prep));
+    ASSERT_TRUE(controller_.generateSample());
+    frontEnd_ = {};
+    setModel(file("model"));
+    controller_.modelDirectory = directory_.path();
+    descriptors_ = test::openDescriptors();
+  }
+  void TearDown() override {
+    EXPECT_FALSE(controller_.busy);
+    EXPECT_FALSE(test::hasChildren());
+    EXPECT_EQ(test::openDescriptors(), descriptors_);
+    EXPECT_TRUE(std::filesystem::is_empty(working_));
+  }
+
+  void setModel(const std::string& executable) {
+    ModelConfiguration model;
+    model.setExternal(executable, file("model.out"), 0);
+    model.kind = kExternalExecutable;
+    controller_.project.setModel(std::move(model));
+  }
+  std::string file(const std::string& name) const { return directory_.file(name); }
+  std::string opened() const {
+    return "open External model execution: " + controller_.project.model.executable + ", " + file("in.sam");
+  }
+  bool run(const std::string& commands) {
+    test::writeScript(file("model"), commands);
+    frontEnd_.calls.clear();
+    return controller_.runModel(true);
+  }
+
+  int descriptors_ = 0;  // with the store's working files open
+  test::TempDirectory directory_;
+  std::string working_ = directory_.file("working");
+  test::ScopedEnvironment temp_{"TEMP", working_};
+  test::ScriptedFrontEnd frontEnd_;
+  RunController controller_{frontEnd_};
+};
+
+TEST_F(External, readsWhatTheModelWrote) {
+  ASSERT_TRUE(run("echo \"reads $1\"\npwd >&2\ntest -r \"$1\" || exit 1\nprintf '" + std::string(kThreeRuns) +
+                  "' > model.out\n"));
+  EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "close"}));
+  EXPECT_EQ(frontEnd_.frames, 1);
+  EXPECT_EQ(test::readFile(file("model.out.log")), "reads " + file("in.sam") + '\n' + directory_.path() + '\n');
+  EXPECT_EQ(controller_.project.model.runCount(), 3);
+  std::vector<double> values;
+  ASSERT_TRUE(controller_.project.model.readRun(2, values));
+  EXPECT_EQ(values, std::vector<double>{3.5});
+  ASSERT_TRUE(controller_.project.hasVels);
+  EXPECT_EQ(controller_.project.vels.outputs().front().name, "y");
+  EXPECT_TRUE(analyse(controller_.project, AnalysisRequest(), frontEnd_));
+}
+
+TEST_F(External, failuresAreTold) {
+  const std::string code = "Error: Model execution returned with error code";
+  const std::string output = "Error: Error reading model output file";
+  const struct {
+    const char* name;
+    std::string commands;
+    Calls calls;
+  } cases[] = {
+      {"exits with 3", "echo '1\ny\ntime = no\n1\n1' > model.out\nexit 3\n", {opened(), "close", code}},
+      {"killed by a signal", "kill -KILL $$\n", {opened(), "close", code}},
+      {"no output", "rm -f model.out\n", {opened(), "close", output}},
+      {"output cut short", "echo '1\ny\ntime = no\n3\n1' > model.out\n", {opened(), "close", output}},
+      {"output of no run", "echo '1\ny\ntime = no\n0' > model.out\n", {opened(), "close", output}},
+      {"output of negative runs", "echo '1\ny\ntime = no\n-1' > model.out\n", {opened(), "close", output}},
+      {"output of too many runs", "echo '1\ny\ntime = no\n2147483647' > model.out\n", {opened(), "close", output}},
+      {"a name with a digit",
+       "echo '1\n2a\ntime = no\n3\n1\n2\n3' > model.out\n",
+       {opened(), "close", "Error: Incorrect model variable name: 2a", output}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_FALSE(run(c.commands)) << c.name;
+    EXPECT_EQ(frontEnd_.calls, c.calls) << c.name;
+    EXPECT_FALSE(controller_.project.hasVels) << c.name;
+    EXPECT_FALSE(controller_.busy) << c.name;
+  }
+}
+
+TEST_F(External, aModelThatCannotBeStarted) {
+  test::writeFile(file("text"), "exit 0\n");
+  const struct {
+    const char* name;
+    std::string executable;
+    int error;
+  } cases[] = {{"missing", file("no such \"model\" é"), ENOENT},
+               {"not executable", file("text"), EACCES},
+               {"a directory", directory_.path(), EACCES}};
+  for (const auto& c : cases) {
+    setModel(c.executable);
+    frontEnd_.calls.clear();
+    EXPECT_FALSE(controller_.runModel(true)) << c.name;
+    EXPECT_EQ(frontEnd_.calls,
+              Calls{"Error: The model execution process can't be loaded.\nError " + std::to_string(c.error) +
+                    "\ncmd: \"" + c.executable + "\" \"" + file("in.sam") + '"'})
+        << c.name;
+  }
+}
+
+TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
+  ASSERT_TRUE(run("echo '1\ny\ntime = no\n2\n1\n2' > model.out\n"));
+  EXPECT_TRUE(controller_.project.hasVels);
+  EXPECT_FALSE(analyse(controller_.project, AnalysisRequest(), frontEnd_));
+  EXPECT_EQ(frontEnd_.calls.back(), "Error: The generated sample cardinality is different from model outputs size");
+}
+
+TEST_F(External, aStopEndsTheModelAndItsChildren) {
+  const std::string hangs = "sleep 60 &\necho $$ > pids\necho $! >> pids\nwait\n";
+  const struct {
+    const char* name;
+    std::string commands;
+    milliseconds longest;
+  } cases[] = {{"hangs", hangs, milliseconds(1000)}, {"deaf", "trap '' TERM\n" + hangs, milliseconds(3000)}};
+  for (const auto& c : cases) {
+    steady_clock::time_point pressed;
+    frontEnd_.frames = 0;
+    frontEnd_.stopAtFrame = 2;
+    frontEnd_.frame = [&] {
+      EXPECT_TRUE(test::waitForLines(file("pids"), 2)) << c.name;
+      EXPECT_TRUE(controller_.busy && controller_.generateSample()) << "nothing else starts meanwhile";
+      pressed = steady_clock::now();
+    };
+    EXPECT_FALSE(run(c.commands)) << c.name;
+    EXPECT_LT(steady_clock::now() - pressed, c.longest) << c.name;
+    EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "close"})) << c.name;
+    EXPECT_EQ(frontEnd_.frames, 2) << c.name;
+    EXPECT_EQ(test::livingProcesses(file("pids")), std::vector<int>()) << c.name;
+    EXPECT_FALSE(controller_.project.hasVels) << c.name;
+    std::filesystem::remove(file("pids"));
+  }
+}
+
+TEST_F(External, aLostModelIsTold) {
+  frontEnd_.frame = [] { wait(nullptr); };  // somebody else takes the exit code
+  EXPECT_FALSE(run("exit 0\n"));
+  EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "Error: Lost connection to model execution", "close"}));
+}
+
+TEST_F(External, pathsOfEveryKind) {
+  const std::string odd = file("a b \"c\" 'd' é 模型");
+  std::filesystem::create_directory(odd);
+  controller_.project.prep.sampleFile = odd + "/in put.sam";
+  test::writeFile(odd + "/in put.sam", "sample");
+  test::writeScript(odd + "/the model", "cat \"$1\"\n");
+  test::writeFile(odd + "/my output", kThreeRuns);
+  controller_.project.model.setExternal(odd + "\\the model", odd + "/my output", 0);
+  EXPECT_TRUE(controller_.runModel(true)) << "a path may come with backslashes";
+  EXPECT_EQ(test::readFile(odd + "/my output.log"), "sample");
+}
+
+// Many runs in a row leave nothing open, no process and no file: TearDown looks.
+void runOften(RunController& controller, int times) {
+  for (int i = 0; i < times; ++i) ASSERT_TRUE(controller.runModel(true)) << i;
+}
+
+TEST_F(External, hundredsOfRunsLeaveNothingBehind) {
+  setModel("/bin/true");
+  test::writeFile(file("model.out"), kThreeRuns);
+  runOften(controller_, 300);
+  EXPECT_EQ(directory_.entries(), (Calls{"in.sam", "model.out", "model.out.log", "working"}));
+}
+
+// Takes ten seconds; for a change of the process or of working files.
+TEST_F(External, DISABLED_tenThousandRunsLeaveNothingBehind) {
+  setModel("/bin/true");
+  test::writeFile(file("model.out"), kThreeRuns);
+  runOften(controller_, 10000);
+  EXPECT_EQ(directory_.entries(), (Calls{"in.sam", "model.out", "model.out.log", "working"}));
+}
+
+}  // namespace
+}  // namespace tarvex
