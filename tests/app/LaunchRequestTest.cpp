@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
 #include "base/RememberedDirectories.h"
@@ -58,38 +60,24 @@ TEST_F(Launch, filesInTheirOrder) {
 }
 
 TEST_F(Launch, opensAsTheUserWould) {
-  const std::string sample = test::goldenPath("ishigami.sam");
-  const std::string results = test::goldenPath("morris.spc");
   const std::string outside = directory_.file("a b.txt");
   test::writeFile(outside, "2\n1\nx\n5\n6\n");
-  const struct {
-    const char* name;
-    std::string text;
-    std::int32_t rows;
-    bool vels;
-    Texts calls;
-  } cases[] = {
-      {"a sample", "Tarvex sample file:" + sample, 200, false, {}},
-      {"an external sample", "External sample file:    " + outside, 2, false, {}},
-      {"results", "Tarvex configuration file:" + results, 48, true, {}},
-      {"the last wins", "Tarvex configuration file:" + results + "\nTarvex sample file:" + sample, 200, false, {}},
-      {"missing files",
-       "Tarvex sample file:/no/such\nExternal sample file:/no/such\nTarvex configuration file:/no/such\n",
-       0,
-       false,
-       {"Error: Error reading samples file", "Error: Error reading external samples file",
-        "Error:   Error reading UA/SA file"}},
-  };
-  for (const auto& c : cases) {
-    frontEnd_ = {};
-    controller_.clearAll();
-    const LaunchRequest launch = request(c.text);
-    for (const LaunchRequest::File& file : launch.files())
-      EXPECT_EQ(LaunchRequest::open(file, controller_), c.calls.empty()) << c.name;
-    EXPECT_EQ(controller_.project.prep.samples.rows(), c.rows) << c.name;
-    EXPECT_EQ(controller_.project.hasVels, c.vels) << c.name;
-    EXPECT_EQ(frontEnd_.calls, c.calls) << c.name;
+  const LaunchRequest launch = request("Tarvex configuration file:" + test::goldenPath("morris.spc") +
+                                       "\nTarvex sample file:" + test::goldenPath("ishigami.sam") +
+                                       "\nExternal sample file:    " + outside + "\n");
+  const std::int32_t rows[] = {48, 200, 2};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_TRUE(LaunchRequest::open(launch.files()[i], controller_));
+    EXPECT_EQ(controller_.project.prep.samples.rows(), rows[i]);
+    EXPECT_EQ(controller_.project.hasVels, i == 0) << "a sample drops the measures";
   }
+  EXPECT_TRUE(frontEnd_.calls.empty());
+  const LaunchRequest missing =
+      request("Tarvex sample file:/no/such\nExternal sample file:/no/such\nTarvex configuration file:/no/such\n");
+  for (const LaunchRequest::File& file : missing.files()) EXPECT_FALSE(LaunchRequest::open(file, controller_));
+  EXPECT_EQ(frontEnd_.calls, (Texts{"Error: Error reading samples file", "Error: Error reading external samples file",
+                                    "Error:   Error reading UA/SA file"}));
+  EXPECT_EQ(controller_.project.prep.samples.rows(), 2);
 }
 
 TEST_F(Launch, theModelComesLast) {
@@ -100,35 +88,28 @@ TEST_F(Launch, theModelComesLast) {
   const struct {
     const char* name;
     std::string text;
-    bool hasModel;
-    std::int32_t kind, spreadsheet;
-    const char* executable;
+    std::string model;  // kind, spreadsheet, executable, output file, file of the equations
   } cases[] = {
-      {"nothing", "", false, kNoModelToStart, 0, ""},
-      {"an executable without output", executable, false, kNoModelToStart, 0, ""},
-      {"output alone", output, true, kNoModelToStart, 0, ""},
-      {"both, executable last", output + executable, true, kNoModelToStart, 0, "/bin/a model"},
-      {"a workbook", workbook + output, true, kNoModelToStart, 1, "Excel Application"},
-      {"an empty value is none", output + workbook + "External model executable: \n", true, kNoModelToStart, 1,
-       "Excel Application"},
-      {"equations", equations, true, kInternalModel, 0, ""},
-      {"equations win", equations + executable + output, true, kInternalModel, 0, ""},
-      {"equations that are missing", "Internal model:/no/such\n", false, kNoModelToStart, 0, ""},
-      {"missing ones don't win", "Internal model:/no/such\n" + executable + output, true, kNoModelToStart, 0,
-       "/bin/a model"},
+      {"nothing", "", "none"},
+      {"an executable without output", executable, "none"},
+      {"output alone", output, "2 0 | out put |"},
+      {"both, executable last", output + executable, "2 0 /bin/a model| out put |"},
+      {"a workbook", workbook + output, "2 1 Excel Application| out put |"},
+      {"an empty value", workbook + output + "External model executable: \n", "2 1 Excel Application| out put |"},
+      {"equations", equations, "0 0 |  | ishigami.imd"},
+      {"equations win", equations + executable + output, "0 0 |  | ishigami.imd"},
+      {"equations that are missing", "Internal model:/no/such\n", "none"},
+      {"missing ones don't win", "Internal model:/no/such\n" + executable + output, "2 0 /bin/a model| out put |"},
   };
   for (const auto& c : cases) {
     controller_.clearAll();
-    EXPECT_EQ(request(c.text).applyModel(controller_), c.hasModel) << c.name;
+    EXPECT_EQ(request(c.text).applyModel(controller_), c.model != "none") << c.name;
     const ModelConfiguration& model = controller_.project.model;
-    EXPECT_EQ(controller_.project.hasModel, c.hasModel) << c.name;
-    EXPECT_EQ(model.kind, c.kind) << c.name;
-    EXPECT_EQ(model.spreadsheet, c.spreadsheet) << c.name;
-    EXPECT_EQ(model.executable, c.executable) << c.name;
-    EXPECT_EQ(model.outputFile, *c.executable != '\0' || c.text == output ? "out put" : "") << c.name;
-    EXPECT_EQ(model.internalModel() != nullptr ? model.internalModel()->fileName() : "",
-              c.kind == kInternalModel ? test::goldenPath("ishigami.imd") : "")
-        << c.name;
+    std::string text = std::to_string(model.kind) + ' ' + std::to_string(model.spreadsheet) + ' ' + model.executable +
+                       "| " + model.outputFile + " |";
+    if (const InternalModel* internal = model.internalModel())
+      text += ' ' + std::filesystem::path(internal->fileName()).filename().string();
+    EXPECT_EQ(controller_.project.hasModel ? text : "none", c.model) << c.name;
   }
   EXPECT_TRUE(frontEnd_.calls.empty()) << "the model labels are silent";
 }

@@ -206,15 +206,6 @@ TEST_F(Project, aSaveThatFailsKeepsTheOldFile) {
   }
 }
 
-TEST_F(Project, withoutANameNothingIsWritten) {
-  ProjectConfiguration project = fromSample("sobol.sam");
-  RememberedDirectories::set(RememberedDirectories::Prep, directory_.path());
-  EXPECT_FALSE(project.save());
-  EXPECT_TRUE(directory_.entries().empty());
-  EXPECT_FALSE(project.save(file("no/such/a.psc")));
-  EXPECT_EQ(project.fileName, file("no/such/a.psc"));
-}
-
 TEST_F(Project, goesToTheDirectoriesThatStillExist) {
   const test::TempDirectory other;
   RememberedDirectories::set(RememberedDirectories::Prep, other.path());

@@ -5,7 +5,6 @@
 
 #include <filesystem>
 
-#include "app/DemoCases.h"
 #include "app/DemoRepair.h"
 #include "app/MainDirectory.h"
 #include "support/FailingCalls.h"
@@ -111,16 +110,6 @@ TEST_F(Start, aRepairThatFailsKeepsTheFile) {
     repairDemoFiles(directory_.path());
     EXPECT_EQ(test::readFile(demo("linear.dem")), "[MAINDIR]/x\n") << call;
   }
-}
-
-TEST_F(Start, findsTheFileOfACaseIgnoringCase) {
-  test::writeFile(demo("sobolG0.dem"), "");
-  EXPECT_EQ(demoFilePath(directory_.path(), "SobolG0"), demo("sobolG0.dem"));
-  test::writeFile(demo("SobolG0.dem"), "");
-  EXPECT_EQ(demoFilePath(directory_.path(), "SobolG0"), demo("SobolG0.dem")) << "its own spelling first";
-  EXPECT_EQ(demoFilePath(directory_.path(), "Linear"), demo("Linear.dem")) << "not there";
-  for (const DemoCase& c : kDemoCases) EXPECT_EQ(findDemoCase(c.name), &c);
-  EXPECT_EQ(findDemoCase("ishigami"), nullptr);
 }
 
 }  // namespace
