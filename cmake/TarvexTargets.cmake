@@ -39,7 +39,8 @@ if(TARVEX_ASSERTIONS)
   target_compile_definitions(tarvex_options INTERFACE _GLIBCXX_ASSERTIONS)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # The same bug: with the assertions in, it reports moves of long std::strings. Other builds keep these warnings.
-    target_compile_options(tarvex_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
+    target_compile_options(tarvex_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow
+      -Wno-stringop-overread)
   endif()
 endif()
 if(TARVEX_SANITIZE)

@@ -2,7 +2,8 @@
 # tools/check-layers on a small tree with one fault of each kind among good includes.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
-expected='src/attic/Nowhere.h:1: the folder attic is not a layer
+expected='examples/own/Foreign.h:4: an example may not include base/Good.h
+src/attic/Nowhere.h:1: the folder attic is not a layer
 src/base/Upward.h:6: base may not include factors/Upward.h
 src/factors/WithQt.h:3: factors may not include Qt
 src/sampling/Loose.h:3: include "Sampler.h" does not begin with a layer

@@ -1,0 +1,4 @@
+#pragma once
+
+#include "own/Mine.h"
+#include "base/Good.h"
