@@ -48,9 +48,14 @@ void addRun(CLI::App& app, RunOptions& options, Command& command) {
   sub->add_option("SAMPLE", options.sampleFile, "Sample file (.sam)")->required();
   sub->add_option("-o", options.output, "Post-processor file to write (.spc)")->required();
   auto* kind = sub->add_option_group("model", "What to run");
-  kind->add_option("--model", options.modelFile, "Internal model, a file of equations (.imd)");
-  kind->add_option("--output", options.modelOutput, "Only read the file that the model wrote elsewhere");
-  kind->require_option(1);
+  auto* equations = kind->add_option("--model", options.modelFile, "Internal model, a file of equations (.imd)");
+  auto* executable = kind->add_option("--executable", options.executable,
+                                      "Program to start, with the path of the sample file as its argument");
+  auto* file = kind->add_option("--output", options.modelOutput,
+                                "File that the program writes; without a program, that it wrote elsewhere");
+  executable->needs(file);
+  equations->excludes(executable)->excludes(file);
+  kind->require_option(1, 2);
   sub->callback([&] { command = options; });
 }
 

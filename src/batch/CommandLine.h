@@ -38,8 +38,9 @@ struct ImportOptions {
 struct RunOptions {
   std::string sampleFile;
   std::string output;
-  std::string modelFile;    // an internal model, or
-  std::string modelOutput;  // the file that a model wrote elsewhere
+  std::string modelFile;                  // an internal model, or
+  std::optional<std::string> executable;  // a program to start, if any, and
+  std::string modelOutput;                // the file that it writes, or wrote elsewhere
 };
 
 struct AnalyseOptions {

@@ -1,8 +1,9 @@
-#include <filesystem>
+#include <utility>
 
 #include "app/RunController.h"
+#include "base/Paths.h"
 #include "batch/Commands.h"
-#include "batch/TextTable.h"
+#include "model/ModelChoice.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
 
@@ -11,42 +12,57 @@ namespace tarvex {
 namespace {
 
 bool chooseModel(const RunOptions& options, ModelConfiguration& model, std::string& message) {
-  if (options.modelFile.empty()) {
-    model.setExternal("", options.modelOutput, 0);
-    model.kind = kNoModelToStart;
-    return true;
+  ModelChoice choice;
+  choice.internal = !options.modelFile.empty();
+  choice.execute = options.executable.has_value();
+  choice.executable = options.executable.value_or("");
+  choice.outputFile = options.modelOutput;
+  if (choice.internal) {
+    auto equations = std::make_unique<InternalModel>();
+    if (!loadModelFile(options.modelFile, *equations, message)) {
+      message += "\n" + options.modelFile;
+      return false;
+    }
+    model.setInternalModel(std::move(equations));
   }
-  auto equations = std::make_unique<InternalModel>();
-  if (!loadModelFile(options.modelFile, *equations, message)) {
-    message += "\n" + options.modelFile;
+  const std::optional<Refusal> refusal = acceptModelChoice(choice, model);
+  if (!refusal) return true;
+  const std::string& file = choice.execute ? choice.executable : choice.outputFile;
+  message = refusal->text + "\n" + (choice.internal ? options.modelFile : file);
+  return false;
+}
+
+// Loads the sample and runs the model over it, both under absolute paths: the sample file carries a directory into
+// which its reader goes. The records keep the paths that the user knows.
+bool runOverSample(const RunOptions& options, RunController& controller, std::string& message) {
+  const std::string sampleFile = absolutePath(options.sampleFile);
+  ProjectConfiguration& project = controller.project;
+  ModelConfiguration& model = project.model;
+  controller.modelDirectory = absolutePath(".");
+  model.executable = absolutePath(model.executable);
+  model.outputFile = absolutePath(model.outputFile);
+  if (!loadSampleFile(options.sampleFile, project.prep, message)) {
+    message += "\n" + options.sampleFile;
     return false;
   }
-  if (equations->numOutputs() == 0) {
-    message = "   Model produces no result\n" + options.modelFile;
-    return false;
-  }
-  model.setInternalModel(std::move(equations));
+  project.hasPrep = project.hasModel = true;
+  const std::string recorded = std::exchange(project.prep.sampleFile, sampleFile);
+  if (!controller.runModel(true)) return false;
+  project.prep.sampleFile = recorded;
+  model.executable = options.executable.value_or("");
+  model.outputFile = options.modelOutput;
   return true;
 }
 
 }  // namespace
 
 int runRun(const RunOptions& options, const Console& console) {
-  // A sample file carries a directory into which its reader goes: where results go is settled before.
-  const std::string output = std::filesystem::absolute(options.output).string();
+  const std::string output = absolutePath(options.output);
   RunController controller(console.frontEnd);
+  ProjectConfiguration& project = controller.project;
   std::string message;
-  ModelConfiguration model;
-  if (!chooseModel(options, model, message)) return console.fail(message);
-  if (!model.outputFile.empty()) model.outputFile = std::filesystem::absolute(model.outputFile).string();
-
-  PrepConfiguration prep;
-  if (!loadSampleFile(options.sampleFile, prep, message)) return console.fail(message + "\n" + options.sampleFile);
-  controller.project.setPrep(std::move(prep));
-  controller.project.setModel(std::move(model));
-  if (!controller.runModel(true)) return kFailed;
-  controller.project.model.outputFile = options.modelOutput;
-  const ProjectConfiguration& project = controller.project;
+  if (!chooseModel(options, project.model, message)) return console.fail(message);
+  if (!runOverSample(options, controller, message)) return message.empty() ? kFailed : console.fail(message);
   if (!savePostProcessorFile(output, project.prep, project.model, project.vels, message)) return console.fail(message);
   console.out << project.model.runCount() << " runs, " << project.model.outputCount() << " outputs: " << options.output
               << '\n';

@@ -141,7 +141,7 @@ TEST_F(Batch, runsAndAnalysesThatAreRefused) {
   refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--model", golden("g.imd")}, kFailed,
           "The number of model inputs differs from the number of factors in the generated sample");
   refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--output", "nothing.out"}, kFailed,
-          "Error reading model output file");
+          "   No output model file\nnothing.out");
   refuses({"run", golden("ishigami.sam"), "-o", out("no/such/a.spc"), "--model", golden("ishigami.imd")}, kFailed,
           "Error trying to write to the Statistical post processor file.\nIs it locked by another application?");
   const std::string results = golden("ishigami-run.spc");
