@@ -6,7 +6,6 @@
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
-#include "factors/Discrete.h"
 #include "factors/Distribution.h"
 #include "factors/Relation.h"
 
@@ -27,6 +26,10 @@ bool methodNumberFollows(TextReader& in) {
            return std::isdigit(static_cast<unsigned char>(c)) != 0 ||
                   (c == '-' && &c == line.data() && line.size() > 1);
          });
+}
+
+void releaseTable(Factor& factor) {
+  if (auto* distribution = dynamic_cast<Distribution*>(&factor)) distribution->clearTable();
 }
 
 }  // namespace
@@ -88,7 +91,7 @@ std::int32_t PrepConfiguration::generate(std::int32_t target) {
     const std::int32_t f = factors.factorAt(nextFactor_);
     if (!passCell(f)) return -1;
     if (++nextRow_ == runs) {
-      if (factors.factor(f).isStochastic()) static_cast<Distribution&>(factors.factor(f)).clearTable();
+      releaseTable(factors.factor(f));
       ++nextFactor_;
       nextRow_ = 0;
     }
@@ -119,27 +122,26 @@ bool PrepConfiguration::passCell(std::int32_t factorIndex) {
     row[factorIndex] = value;
     return true;
   }
-  auto& distribution = static_cast<Distribution&>(factor);
-  auto* discrete = dynamic_cast<Discrete*>(&distribution);
-  if (nextRow_ == 0 && discrete == nullptr && !distribution.prepareInverse()) {
+  // A plain factor, as external samples have them, knows no distribution.
+  auto* distribution = dynamic_cast<Distribution*>(&factor);
+  const bool refused =
+      distribution == nullptr || (nextRow_ == 0 && distribution->needsTable() && !distribution->prepareInverse());
+  if (refused) {
     sampler->errorText = "I cannot calculate the inverse cumulative of factor " + std::to_string(nextFactor_ + 1) +
                          " : generation aborted";
     return false;
   }
   double u = 0.0;
-  if (samples.getColumnValue(nextRow_, factorIndex, u)) {
-    const double x = discrete != nullptr ? discrete->discreteInverse(u) : distribution.inverse(u);
-    if (samples.setColumnValue(nextRow_, factorIndex, x)) return true;
-  }
+  if (samples.getColumnValue(nextRow_, factorIndex, u) &&
+      samples.setColumnValue(nextRow_, factorIndex, distribution->value(u)))
+    return true;
   sampler->errorText = samples.errorText();
   return false;
 }
 
 void PrepConfiguration::cancelGeneration() {
-  if (nextFactor_ >= 0 && nextFactor_ < factors.factorCount()) {
-    Factor& factor = factors.factor(factors.factorAt(nextFactor_));
-    if (factor.isStochastic()) static_cast<Distribution&>(factor).clearTable();
-  }
+  if (nextFactor_ >= 0 && nextFactor_ < factors.factorCount())
+    releaseTable(factors.factor(factors.factorAt(nextFactor_)));
   samples.clear();
   factorNames.clear();
   factors.releaseOrder();

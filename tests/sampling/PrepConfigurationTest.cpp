@@ -128,12 +128,15 @@ TEST(PrepConfiguration, aRecordWithoutSamplerReopens) {
 TEST(PrepConfiguration, aFactorWithoutInverseEndsGeneration) {
   auto flat = named<Normal>("flat");
   ASSERT_TRUE(flat->setStdDeviation(0.0));
-  PrepConfiguration prep = uniformPair(20, std::move(flat));
-  EXPECT_EQ(generateAll(prep), -1);
-  EXPECT_EQ(prep.sampler->errorText, "I cannot calculate the inverse cumulative of factor 3 : generation aborted");
-  prep.cancelGeneration();
-  EXPECT_EQ(prep.samples.rows(), 0);
-  EXPECT_FALSE(prep.sampleStatistics);
+  std::unique_ptr<Factor> factors[] = {std::move(flat), named<Factor>("plain")};
+  for (auto& factor : factors) {
+    PrepConfiguration prep = uniformPair(20, std::move(factor));
+    EXPECT_EQ(generateAll(prep), -1);
+    EXPECT_EQ(prep.sampler->errorText, "I cannot calculate the inverse cumulative of factor 3 : generation aborted");
+    prep.cancelGeneration();
+    EXPECT_EQ(prep.samples.rows(), 0);
+    EXPECT_FALSE(prep.sampleStatistics);
+  }
 }
 
 TEST(PrepConfiguration, rowsInWhichARelationFailsAreZeroAndCounted) {
