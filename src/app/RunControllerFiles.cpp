@@ -62,7 +62,7 @@ bool RunController::importSampleFile(const std::string& path) {
   if (busy) return true;
   PrepConfiguration prep;
   std::string message;
-  if (!loadExternalSample(path, prep, message)) return fail(message);
+  if (!loadExternalSample(absolutePath(path), prep, message)) return fail(message);
   adoptSample(std::move(prep));
   return true;
 }
