@@ -1,5 +1,6 @@
 #include "Cases.h"
 
+#include <bit>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -7,6 +8,10 @@
 
 #include "base/TextReader.h"
 #include "base/uniformRandom.h"
+#include "sampling/FastSampler.h"
+#include "sampling/MorrisSampler.h"
+#include "sampling/RepLatinSampler.h"
+#include "sampling/SobolSampler.h"
 
 namespace tarvex::bench {
 namespace {
@@ -50,13 +55,43 @@ FactorList mixedFactors(std::int32_t count) {
   return list;
 }
 
+namespace {
+
+// A design of the method's own structure with at most `runs` runs.
+void shapeDesign(PrepConfiguration& prep, std::int32_t runs) {
+  const std::int32_t factors = prep.factors.factorCount();
+  std::int64_t designRuns = runs;
+  if (auto* morris = dynamic_cast<MorrisSampler*>(prep.sampler.get())) {
+    const std::int32_t trajectories = runs / (factors + 1);
+    require(morris->setLevels(4) && morris->setTrajectories(static_cast<std::uint32_t>(trajectories)),
+            "Morris refuses its settings");
+    designRuns = MorrisSampler::runCount(trajectories, factors);
+  } else if (auto* sobol = dynamic_cast<SobolSampler*>(prep.sampler.get())) {
+    const std::int64_t blocks = SobolSampler::blockCount(factors, 1, SobolSampler::kFirstAndTotal, false);
+    const auto baseSize = static_cast<std::int32_t>(std::bit_floor(static_cast<std::uint32_t>(runs / blocks)));
+    require(sobol->setBaseSize(baseSize), "Sobol refuses its settings");
+    designRuns = baseSize * blocks;
+  } else if (auto* replicated = dynamic_cast<RepLatinSampler*>(prep.sampler.get())) {
+    constexpr std::int32_t kReplications = 10;
+    require(replicated->setBaseDesign(runs / kReplications), "the replicated design refuses its settings");
+    replicated->setReplications(kReplications);
+    replicated->synchronise(prep.factors);
+    prep.factors.correlationMode = kImanConover;
+  } else if (auto* fast = dynamic_cast<FastSampler*>(prep.sampler.get())) {
+    require(fast->setAnalysisMode(FastSampler::kExtended), "FAST refuses its settings");
+  }
+  require(prep.sampler->setSamples(static_cast<std::int32_t>(designRuns)), "the sampler refuses its runs");
+}
+
+}  // namespace
+
 PrepConfiguration preparedConfiguration(std::int32_t methodId, std::int32_t factors, std::int32_t runs) {
   PrepConfiguration prep;
   prep.factors = mixedFactors(factors);
   prep.sampler = makeSampler(methodId);
   require(prep.sampler != nullptr, "there is no such method");
   prep.sampler->setNumFactors(factors);
-  prep.sampler->setSamples(runs);
+  shapeDesign(prep, runs);
   require(prep.prepareGeneration(), "the generation can't be prepared");
   return prep;
 }
