@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 
 namespace tarvex {
@@ -49,7 +50,7 @@ void ConsoleFrontEnd::progress(int percent) {
                                  percent, static_cast<std::int64_t>(rows_) * percent / 100, rows_);
   const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start_;
   if (percent > 0) {
-    const auto left = static_cast<int>(spent.count() * (100 - percent) / percent + 0.5);
+    const auto left = std::lround(spent.count() * (100 - percent) / percent);
     line += fmt::format("  {}:{:02} left", left / 60, left % 60);
   }
   show(std::move(line));

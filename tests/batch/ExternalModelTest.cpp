@@ -112,8 +112,8 @@ TEST_F(ExternalModel, aStopEndsTheModel) {
 
 TEST_F(ExternalModel, aTerminalShowsTheTimeThatItTakes) {
   EXPECT_EQ(run("sleep 0.6; exit 1\n", true), kFailed);
-  EXPECT_NE(errors_.find("External model execution | 0:00\rExternal model execution / 0:00\r"), std::string::npos)
-      << errors_;
+  for (const char* text : {"External model execution | 0:0", "External model execution / 0:0"})
+    EXPECT_NE(errors_.find(text), std::string::npos) << errors_;
 }
 
 }  // namespace
