@@ -3,6 +3,7 @@
 #include "app/RunController.h"
 #include "base/Paths.h"
 #include "batch/Commands.h"
+#include "batch/TextTable.h"
 #include "model/ModelChoice.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
@@ -64,8 +65,8 @@ int runRun(const RunOptions& options, const Console& console) {
   if (!chooseModel(options, project.model, message)) return console.fail(message);
   if (!runOverSample(options, controller, message)) return message.empty() ? kFailed : console.fail(message);
   if (!savePostProcessorFile(output, project.prep, project.model, project.vels, message)) return console.fail(message);
-  console.out << project.model.runCount() << " runs, " << project.model.outputCount() << " outputs: " << options.output
-              << '\n';
+  console.out << counted(project.model.runCount(), "run") << ", " << counted(project.model.outputCount(), "output")
+              << ": " << options.output << '\n';
   return kSucceeded;
 }
 
