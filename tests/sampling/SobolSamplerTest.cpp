@@ -14,9 +14,7 @@ using Subset = std::vector<std::int32_t>;
 SobolSampler configured(std::int32_t baseSize, std::int32_t k, std::int32_t kind, std::int32_t order = 1,
                         bool cheap = false) {
   SobolSampler sampler;
-  EXPECT_TRUE(sampler.setBaseSize(baseSize));
-  EXPECT_TRUE(sampler.setDesignKind(kind));
-  EXPECT_TRUE(sampler.setOrder(order));
+  EXPECT_TRUE(sampler.setBaseSize(baseSize) && sampler.setDesignKind(kind) && sampler.setOrder(order));
   EXPECT_TRUE(
       sampler.setSamples(static_cast<std::int32_t>(baseSize * SobolSampler::blockCount(k, order, kind, cheap))));
   return sampler;
@@ -36,8 +34,9 @@ void expectBlock(const Table& runs, std::size_t baseSize, std::size_t block, std
 // Constants and relations before, between and behind the stochastic factors.
 const char* const kLists[] = {"sss", "csss", "srscs", "rcs", "ssssssrc", "crsscssrsc"};
 
-TEST(SobolSampler, halvesItsPointsIntoTwoBaseMatrices) {
+TEST(SobolSampler, exchangesOneColumnABlockForFirstAndTotalOrder) {
   for (const char* kinds : kLists) {
+    SCOPED_TRACE(kinds);
     const Subset stochastic = stochasticOf(kinds);
     const auto k = static_cast<std::int32_t>(stochastic.size());
     SobolSampler sampler = configured(16, k, SobolSampler::kFirstAndTotal);
@@ -47,6 +46,7 @@ TEST(SobolSampler, halvesItsPointsIntoTwoBaseMatrices) {
     LpTauSequence sequence;
     std::vector<double> point;
     for (std::size_t b = 0; b < 16; ++b) {
+      // The two base matrices are the halves of the points.
       ASSERT_TRUE(sequence.lpTauPoint(static_cast<std::int32_t>(b) + 1, 2 * k, point));
       for (std::size_t i = 0; i < stochastic.size(); ++i) {
         const auto f = static_cast<std::size_t>(stochastic[i]);
@@ -56,20 +56,9 @@ TEST(SobolSampler, halvesItsPointsIntoTwoBaseMatrices) {
     }
     for (const std::vector<double>& run : runs)
       for (std::size_t i = 0; i < run.size(); ++i) {
-        if (kinds[i] != 's') {
-          EXPECT_EQ(run[i], kinds[i] == 'c' ? 100.0 + static_cast<double>(i) : 0.0);
-        }
+        if (kinds[i] == 's') continue;
+        EXPECT_EQ(run[i], kinds[i] == 'c' ? 100.0 + static_cast<double>(i) : 0.0);
       }
-  }
-}
-
-TEST(SobolSampler, exchangesOneColumnABlockForFirstAndTotalOrder) {
-  for (const char* kinds : kLists) {
-    SCOPED_TRACE(kinds);
-    const Subset stochastic = stochasticOf(kinds);
-    SobolSampler sampler = configured(16, static_cast<std::int32_t>(stochastic.size()), SobolSampler::kFirstAndTotal);
-    FactorList factors = listOf(kinds);
-    const Table runs = generated(sampler, factors);
     for (std::size_t j = 0; j < stochastic.size(); ++j) {
       expectBlock(runs, 16, 2 + j, 1, 0, {stochastic[j]});
       expectBlock(runs, 16, 2 + stochastic.size() + j, 0, 1, {stochastic[j]});
@@ -109,24 +98,13 @@ TEST(SobolSampler, exchangesColumnsInListOrderUnderADependenceTree) {
   for (std::int32_t j = 0; j < 3; ++j) expectBlock(runs, 8, static_cast<std::size_t>(2 + j), 1, 0, {j});
 }
 
-TEST(SobolSampler, countsBlocks) {
-  struct Case {
-    std::int32_t k, order, kind;
-    bool cheap;
-    std::int64_t blocks;
+TEST(SobolSampler, countsBlocksOfManyFactors) {
+  const auto count = [](std::int32_t k, std::int32_t order) {
+    return SobolSampler::blockCount(k, order, SobolSampler::kUpToOrder, false);
   };
-  for (const Case& c : {
-           Case{3, 1, 1, false, 8},
-           Case{4, 2, 3, false, 12},
-           Case{4, 4, 3, false, 2 + 4 + 6 + 4},  // the order of all factors has no block
-           Case{4, 3, 3, true, 2 + 4 + 6},
-           Case{5, 4, 3, true, 2 + 5 + 10},
-           Case{5, 1, 3, true, 2 + 5},
-           Case{5, 9, 3, false, 2 + 5},  // refused elsewhere, counted as order 1
-           Case{185, 3, 3, false, 2 + 185 + 17020 + 1038220},
-           Case{185, 90, 3, false, SobolSampler::kManyBlocks},
-       })
-    EXPECT_EQ(SobolSampler::blockCount(c.k, c.order, c.kind, c.cheap), c.blocks) << c.k << ' ' << c.order;
+  EXPECT_EQ(count(4, 4), 2 + 4 + 6 + 4) << "the order of all factors has no block";
+  EXPECT_EQ(count(185, 3), 2 + 185 + 17020 + 1038220);
+  EXPECT_EQ(count(185, 90), SobolSampler::kManyBlocks);
 }
 
 TEST(SobolSampler, refusesWhatItHasNoPointsOrBlocksFor) {
@@ -144,20 +122,6 @@ TEST(SobolSampler, refusesWhatItHasNoPointsOrBlocksFor) {
   EXPECT_EQ(refusal(sampler, five), "The number of executions must be the base size times the number of blocks");
   SobolSampler empty;
   EXPECT_EQ(refusal(empty, five), "  No samples to generate");
-  EXPECT_FALSE(empty.setBaseSize(0));
-  EXPECT_FALSE(empty.setDesignKind(2));
-  EXPECT_FALSE(empty.setOrder(0));
-}
-
-TEST(Combinations, areLexicographic) {
-  EXPECT_EQ(combinations({0, 1, 2, 3}, 2), (std::vector<Subset>{{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}}));
-  EXPECT_EQ(combinations({7, 5, 9}, 1), (std::vector<Subset>{{7}, {5}, {9}}));
-  EXPECT_EQ(combinations({7, 5, 9}, 3), (std::vector<Subset>{{7, 5, 9}}));
-  EXPECT_TRUE(combinations({7, 5, 9}, 4).empty());
-  for (std::int32_t n = 0; n <= 9; ++n)
-    for (std::int32_t r = 0; r <= n + 1; ++r)
-      EXPECT_EQ(combinationCount(n, r, 1000),
-                static_cast<std::int64_t>(combinations(Subset(static_cast<std::size_t>(n)), r).size()));
 }
 
 }  // namespace
