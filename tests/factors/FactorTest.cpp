@@ -9,7 +9,6 @@
 #include "base/TextWriter.h"
 #include "factors/Beta.h"
 #include "factors/Constant.h"
-#include "factors/Dummy.h"
 #include "factors/Exponential.h"
 #include "factors/Gamma.h"
 #include "factors/LogNormal.h"
@@ -53,47 +52,32 @@ TEST(Factor, settersCheckTheirValue) {
       {"Exponential", on(&Exponential::setB),               0.0,    true,  ""},
       {"Exponential", on(&Exponential::setB),               -1e-9,  false, "b must be >= 0"},
       {"Exponential", on(&Exponential::setRightTruncation), 0.5,    true,  ""},
-      {"Exponential", on(&Exponential::setRightTruncation), 0.0,    false, kBetween},
       {"Exponential", on(&Exponential::setRightTruncation), 1.0,    false, kBetween},
       {"Exponential", on(&Exponential::setLeftTruncation),  0.5,    false, kLeft},
       {"Gamma",       on(&Gamma::setR),                     3.0,    true,  ""},
       {"Gamma",       on(&Gamma::setR),                     0.0,    false, "r must be > 0"},
       {"Gamma",       on(&Gamma::setLambda),                0.0,    false, "Lambda must be >= 0"},
-      {"Gamma",       on(&Gamma::setLambda),                2.0,    true,  ""},
-      {"Gamma",       on(&Gamma::setB),                     -1.0,   false, "b must be >= 0"},
       {"Gamma",       on(&Gamma::setRightTruncation),       1.5,    false, kBetween},
       {"Gamma",       on(&Gamma::setLeftTruncation),        0.1,    false, kLeft},
       {"Normal",      on(&Normal::setStdDeviation),         0.0,    true,  ""},
       {"Normal",      on(&Normal::setStdDeviation),         -0.1,   false, "Standard deviation must be >= 0"},
       {"Normal",      on(&Normal::setLeftTruncation),       2.0,    true,  ""},
       {"Normal",      on(&Normal::setRightTruncation),      -3.0,   true,  ""},
-      {"LogNormal",   on(&Normal::setStdDeviation),         -0.1,   false, "Standard deviation must be >= 0"},
       {"Weibull",     on(&Weibull::setBeta),                0.0,    false, "Beta must be > 0"},
       {"Weibull",     on(&Weibull::setN),                   0.0,    false, "n must be > 0"},
-      {"Weibull",     on(&Weibull::setB),                   -1.0,   false, "b must be >= 0"},
       {"Weibull",     on(&Weibull::setB),                   4.0,    true,  ""},
       {"Weibull",     on(&Weibull::setRightTruncation),     7.0,    true,  ""},
       {"Weibull",     on(&Weibull::setLeftTruncation),      0.1,    false, kLeft},
   };
   // clang-format on
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const SetterRow& row = rows[i];
-    SCOPED_TRACE("row " + std::to_string(i));
+  for (const SetterRow& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.type << ' ' << row.value << ' ' << row.text);
     const std::unique_ptr<Factor> factor = makeFactor(row.type);
     const std::string before = recordOf(*factor);
     EXPECT_EQ(row.set(*factor, row.value), row.accepted);
     EXPECT_EQ(factor->errorText, row.accepted ? "No errors" : row.text);
-    const bool kept = recordOf(*factor) == before;
-    EXPECT_TRUE(kept || row.accepted);
+    EXPECT_TRUE(row.accepted || recordOf(*factor) == before);
   }
-}
-
-TEST(Factor, storedTruncationsDecideWhatComesNext) {
-  Normal normal;
-  ASSERT_TRUE(normal.setLeftTruncation(2.0));
-  EXPECT_FALSE(normal.setLeftTruncation(0.1));
-  EXPECT_FALSE(normal.setRightTruncation(0.9));
-  EXPECT_EQ(normal.errorText, "Right truncation cannot be less than left truncation or greater than 0.999");
 }
 
 TEST(Factor, pairsOfTruncationsAreChecked) {
@@ -114,6 +98,11 @@ TEST(Factor, pairsOfTruncationsAreChecked) {
     EXPECT_EQ(factor.setTruncations(row.left, row.right), *row.text == '\0') << row.left << ' ' << row.right;
     EXPECT_EQ(factor.errorText, *row.text == '\0' ? "No errors" : row.text);
   }
+  Normal normal;
+  ASSERT_TRUE(normal.setLeftTruncation(2.0));  // what is stored decides what comes next
+  EXPECT_FALSE(normal.setLeftTruncation(0.1));
+  EXPECT_FALSE(normal.setRightTruncation(0.9));
+  EXPECT_EQ(normal.errorText, "Right truncation cannot be less than left truncation or greater than 0.999");
 }
 
 TEST(Factor, defaultTruncationsReachNewFactorsOnly) {
@@ -122,9 +111,7 @@ TEST(Factor, defaultTruncationsReachNewFactorsOnly) {
   EXPECT_FALSE(TruncatedDistribution::setDefaultTruncations(0.0, 0.5));
   EXPECT_FALSE(TruncatedDistribution::setDefaultTruncations(0.5, 1.0));
   ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.05, 0.9));
-  EXPECT_EQ(recordOf(Normal()), "Normal\nnonameNorm\n\n1\t0\t1\t0.05\t0.9\n");
   EXPECT_EQ(recordOf(Gamma()), "Gamma\nnonameGamma\n\n1\t1\t1\t0\t0.9\n");
-  EXPECT_EQ(Gamma().leftTruncation(), 0.0);
   EXPECT_EQ(old.rightTruncation(), 0.999);
   // The stored default is what is looked at: once it is bad it stays.
   EXPECT_TRUE(TruncatedDistribution::setDefaultRightTruncation(3.0));
@@ -135,24 +122,24 @@ TEST(Factor, defaultTruncationsReachNewFactorsOnly) {
 }
 
 TEST(Factor, parametersOfShapesAreCheckedTogether) {
+  const struct {
+    double alfa, beta, a, b;
+    const char* text;
+  } rows[] = {
+      {0.0, 1.0, 0.0, 1.0, "Wrong negative value assigned to Alfa"},
+      {1.0, -1.0, 0.0, 1.0, "Wrong negative value assigned to Beta"},
+      {1.0, 1.0, 1.0, 1.0, "Negative or null definition interval: check a and b"},
+  };
   Beta beta;
-  EXPECT_FALSE(beta.setParameters(0.0, 1.0, 0.0, 1.0));
-  EXPECT_EQ(beta.errorText, "Wrong negative value assigned to Alfa");
-  EXPECT_FALSE(beta.setParameters(1.0, -1.0, 0.0, 1.0));
-  EXPECT_EQ(beta.errorText, "Wrong negative value assigned to Beta");
-  EXPECT_FALSE(beta.setParameters(1.0, 1.0, 1.0, 1.0));
-  EXPECT_EQ(beta.errorText, "Negative or null definition interval: check a and b");
+  for (const auto& row : rows) {
+    EXPECT_FALSE(beta.setParameters(row.alfa, row.beta, row.a, row.b));
+    EXPECT_EQ(beta.errorText, row.text);
+  }
   EXPECT_EQ(recordOf(beta), "Beta\nnonameBeta\n\n1\t2\t2\t0\t1\n");
-  EXPECT_TRUE(beta.setParameters(1.0, 1.0, 10.0, 20.0));
-  EXPECT_DOUBLE_EQ(beta.density(12.0), 0.1);
-
   Triangular triangle;
   EXPECT_FALSE(triangle.setParameters(0.0, 0.0, 1.0));
   EXPECT_EQ(triangle.errorText,
             "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
-  EXPECT_TRUE(triangle.setParameters(-4.0, 0.0, 4.0));
-  EXPECT_DOUBLE_EQ(triangle.cumulative(-2.0), 0.125);
-  EXPECT_DOUBLE_EQ(triangle.density(0.0), 0.25);
 }
 
 // Type code and the record with all defaults, kind by kind.
@@ -182,21 +169,9 @@ TEST(Factor, kindsAndTheirDefaults) {
   // clang-format on
   for (const Row& row : rows) {
     const std::unique_ptr<Factor> factor = makeFactor(row.type);
-    ASSERT_NE(factor, nullptr) << row.type;
     EXPECT_EQ(factor->getType(), row.code) << row.type;
     EXPECT_EQ(recordOf(*factor), std::string(row.type) + '\n' + row.record);
-    EXPECT_EQ(recordOf(*factor->clone()), recordOf(*factor));
-    TextReader in = TextReader::fromText(row.record);
-    const std::unique_ptr<Factor> again = makeFactor(row.type);
-    again->read(in);
-    EXPECT_TRUE(in.ok()) << row.type;
-    EXPECT_EQ(recordOf(*again), recordOf(*factor));
   }
-  EXPECT_EQ(makeFactor("normal"), nullptr);
-  EXPECT_EQ(makeFactor(""), nullptr);
-  Dummy dummy;
-  EXPECT_TRUE(dummy.prepareInverse());
-  EXPECT_EQ(dummy.value(0.7), 0.0);
 }
 
 TEST(Factor, recordLinesHaveTheirRules) {
@@ -212,20 +187,14 @@ TEST(Factor, recordLinesHaveTheirRules) {
       {"19 characters", std::string(19, 'a') + tail, true, std::string(19, 'a'), ""},
       {"20 characters", std::string(20, 'a') + tail, false, "", ""},
       {"cut at the blank", "one two" + tail, true, "one", ""},
-      {"blanks in front", "  one" + tail, true, "one", ""},
-      {"empty", tail, false, "", ""},
       {"blanks only", "   " + tail, false, "", ""},
-      {"digit inside", "a1" + tail, true, "a1", ""},
       {"digit first", "1a" + tail, false, "", ""},
       {"underscore", "a_b" + tail, false, "", ""},
-      {"minus", "a-b" + tail, false, "", ""},
-      {"beyond ASCII", "a\xc3\xa9" + tail, false, "", ""},
       {"note of blanks", "x\n   \n1\t2.5\n", true, "x", "   "},
       {"note of 254", "x\n" + std::string(254, 'n') + "\n1\t2.5\n", true, "x", std::string(254, 'n')},
       {"note of 255", "x\n" + std::string(255, 'n') + "\n1\t2.5\n", false, "", ""},
       {"CR LF", "x\r\nnote\r\n1\t2.5\r\n", true, "x", "note"},
       {"status no integer", "x\n\n1.5\t2.5\n", false, "", ""},
-      {"no status", "x\n\nabc\t2.5\n", false, "", ""},
       {"no value", "x\n\n1\t\n", false, "", ""},
       {"not a number", "x\n\n1\tnan\n", true, "x", ""},
       {"ends in the name", "x", false, "", ""},
