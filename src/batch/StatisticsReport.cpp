@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "batch/MeasureSlots.h"
 #include "batch/Reports.h"
@@ -54,9 +55,35 @@ void printRegression(std::ostream& out, const RegressionStats& statistics, std::
   out << fmt::format("  Behind each measure its rank; * significant at {}\n", cell(statistics.alpha));
 }
 
-// The slots of the first record are the columns; a record that lacks one leaves its cell empty.
+double largestOf(const SensitivityStats& statistics, std::int32_t variable, std::size_t slot) {
+  double largest = 0.0;
+  for (const IndexRecord& record : statistics.records)
+    largest = std::max(largest, std::abs(measureValue(statistics, record, variable, slot)));
+  return largest;
+}
+
+// The slots of the first record; of FAST without the total order, which its classic test leaves at 0.
+std::vector<MeasureSlot> columnsOf(const SensitivityStats& statistics, std::int32_t variable) {
+  std::vector<MeasureSlot> columns = measureSlots(statistics, statistics.records.front());
+  if (statistics.typeId() == SensitivityStats::kFast && largestOf(statistics, variable, columns.back().slot) == 0.0)
+    columns.pop_back();
+  return columns;
+}
+
+// A factor without any effect on the grid may still matter: the design only ever jumps by half of it.
+void printIdleFactors(std::ostream& out, const SensitivityStats& statistics, std::int32_t variable) {
+  constexpr double kNoise = 1e-4;  // of the largest effect: what six digits in equations and files make of none
+  const double largest = largestOf(statistics, variable, 0);
+  for (const IndexRecord& record : statistics.records)
+    if (record.kind == FactorKind::Uncertain && measureValue(statistics, record, variable, 0) <= kNoise * largest)
+      out << "  " << record.name
+          << " has no effect in this design. Every step jumps by half of the levels: where that is a period of the "
+             "model, an effect of any size goes unseen.\n";
+}
+
+// A record that lacks a column's slot leaves its cell empty.
 void printSlots(std::ostream& out, const SensitivityStats& statistics, std::int32_t variable) {
-  const std::vector<MeasureSlot> columns = measureSlots(statistics, statistics.records.front());
+  const std::vector<MeasureSlot> columns = columnsOf(statistics, variable);
   TextTable table;
   table.addColumn("factor", TextTable::Align::Left);
   for (const MeasureSlot& column : columns) table.addColumn(column.name);
@@ -72,6 +99,7 @@ void printSlots(std::ostream& out, const SensitivityStats& statistics, std::int3
     table.addRow(std::move(cells));
   }
   table.print(out);
+  if (statistics.typeId() == SensitivityStats::kMorris) printIdleFactors(out, statistics, variable);
 }
 
 }  // namespace

@@ -235,6 +235,18 @@ TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
   EXPECT_EQ(lines[2], "uncertainty,\"power\",\"\",mean," + numberText(mean, 17));
 }
 
+// At 4 levels every step jumps by half the range of the second factor, which is its period in Ishigami's function.
+TEST_F(Batch, namesTheTrapOfAPeriodicModelInMorris) {
+  ASSERT_EQ(run({"sample", golden("ishigami.fac"), "-o", out("a.sam"), "--method", "morris", "--trajectories", "10",
+                 "--levels", "4"})
+                .status,
+            kSucceeded);
+  ASSERT_EQ(run({"run", out("a.sam"), "-o", out("a.spc"), "--model", golden("ishigami.imd")}).status, kSucceeded);
+  const Outcome analysed = run({"analyse", out("a.spc")});
+  EXPECT_NE(analysed.out.find("  x2 has no effect in this design."), std::string::npos) << analysed.out;
+  EXPECT_EQ(analysed.out.find("  x1 has no effect"), std::string::npos);
+}
+
 // What the tables hold is tested with them; here that each computed one has its file.
 TEST_F(Batch, writesASavedTablePerVariableAndMeasure) {
   const Words command{"analyse", golden("plain-run.spc"), "--tables", out("tables")};

@@ -61,7 +61,7 @@ class ExternalModel : public testing::Test {
 TEST_F(ExternalModel, runsWhereItWasCalledFromAndIsRecordedAsTyped) {
   ASSERT_EQ(run("pwd; echo \"$1\"; printf '1\\ny\\ntime = no\\n3\\n1\\n2\\n4\\n' > model.out\n"), kSucceeded)
       << errors_;
-  EXPECT_EQ(out_, "3 runs, 1 outputs: run.spc\n");
+  EXPECT_EQ(out_, "3 runs, 1 output: run.spc\n");
   EXPECT_EQ(errors_, "");
   EXPECT_EQ(test::readFile(case_ + "/model.out.log"), case_ + '\n' + case_ + "/my sample.sam\n");
   const std::string record = test::readFile(case_ + "/run.spc");
