@@ -38,14 +38,5 @@ TEST(CurveSpectrum, SumIsThatOfItsFrequencies) {
   }
 }
 
-TEST(CurveSpectrum, EvenCurveCountsHalfStepsAsWhole) {
-  // Deviations -1, -1, 1, 1; the differences are 2 at the first and 2 at the second step: at frequency 1 the angles are
-  // a quarter and a half turn, B = 2, and A = 0.
-  const double y[] = {0.0, 0.0, 2.0, 2.0};
-  CurveSpectrum spectrum;
-  spectrum.load(y, 4);
-  EXPECT_DOUBLE_EQ(static_cast<double>(spectrum.at(1)), 2.0 * 0.5 * 0.5);
-}
-
 }  // namespace
 }  // namespace tarvex

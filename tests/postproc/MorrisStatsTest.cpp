@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 #include "postproc/DesignStudy.h"
@@ -57,32 +56,6 @@ TEST(MorrisStats, HandComputedSpread) {
   ASSERT_TRUE(stats.compute(study.prep, study.outputs));
   EXPECT_DOUBLE_EQ(valueOf(stats, "x1", MorrisStats::kMean), 4.0);
   EXPECT_DOUBLE_EQ(valueOf(stats, "x1", MorrisStats::kSigma), std::sqrt(8.0));
-}
-
-TEST(MorrisStats, OneTrajectoryHasNoSpread) {
-  const DesignStudy study = makeDesignStudy(linearModel({1.0, 2.0}), morrisDesign(4, 1, 2));
-  MorrisStats stats;
-  ASSERT_TRUE(stats.compute(study.prep, study.outputs));
-  EXPECT_DOUBLE_EQ(valueOf(stats, "x2", MorrisStats::kMean), 2.0);
-  EXPECT_TRUE(std::isnan(valueOf(stats, "x2", MorrisStats::kSigma)));
-}
-
-TEST(MorrisStats, ConstantOutputAndMissingRuns) {
-  const auto constant = [](const std::vector<double>&, std::int32_t) { return 0.1; };
-  // The second run is the first step of the first trajectory: only the factor that moved there is lost.
-  const auto hole = [](const std::vector<double>& u, std::int32_t run) {
-    return run == 0 ? std::numeric_limits<double>::quiet_NaN() : u[0] + u[1];
-  };
-  const DesignStudy study = makeDesignStudy(2, morrisDesign(4, 3, 2), {constant, hole});
-  MorrisStats stats;
-  ASSERT_TRUE(stats.compute(study.prep, study.outputs));
-  int lost = 0;
-  for (const char* name : {"x1", "x2"}) {
-    EXPECT_EQ(valueOf(stats, name, MorrisStats::kMean, 0), 0.0);
-    EXPECT_EQ(valueOf(stats, name, MorrisStats::kSigma, 0), 0.0);
-    if (std::isnan(valueOf(stats, name, MorrisStats::kMean, 1))) ++lost;
-  }
-  EXPECT_EQ(lost, 1);
 }
 
 }  // namespace

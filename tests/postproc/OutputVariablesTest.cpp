@@ -63,19 +63,17 @@ class OutputVariablesTest : public testing::Test {
   OutputVariables variables_;
 };
 
-struct ValueRow {
-  const char* text;
-  std::vector<double> values;
-};
-
 TEST_F(OutputVariablesTest, ValuesOverTime) {
+  struct Row {
+    const char* text;
+    std::vector<double> values;
+  };
   read(kTimed);
-  const ValueRow rows[] = {
+  const Row rows[] = {
       {"dose", {1.0, 7.0}},                               // first time
       {"dose[max]", {4.0, 7.0}},                          // each over its own grid
       {"dose2[max]", {40.0, 70.0}},                       // passes over the nan
       {"dose[1]", {4.0, 6.0}},                            // stored; between
-      {"dose[ 1.0e0 ]", {4.0, 6.0}},                      // any number
       {"dose[2]", {2.0, 5.0}},                            // prints alike; behind the last
       {"dose[-3]", {1.0, 7.0}},                           // before the first
       {"dose[0.25]", {1.75, 7.0}},                        // straight line
@@ -86,7 +84,7 @@ TEST_F(OutputVariablesTest, ValuesOverTime) {
       {"var0 = 3", {3.0, 3.0}},                           // a name of its own, whatever references are called
       {"sin(dose) // dose[", {std::sin(1.0), std::sin(7.0)}},
   };
-  for (const ValueRow& row : rows) {
+  for (const Row& row : rows) {
     const std::vector<double> values = valuesOf(row.text);
     ASSERT_EQ(values.size(), 2u);
     EXPECT_NEAR(values[0], row.values[0], 1e-12) << row.text;
@@ -116,18 +114,12 @@ TEST_F(OutputVariablesTest, Refusals) {
   const std::string failed = "   Expression can't be evaluated.";
   const std::vector<std::pair<std::string, std::string>> rows = {
       {"rate", "The model has no output \"rate\"."},
-      {"rate[max]", "The model has no output \"rate\"."},
-      {"dose3", "The model has no output \"dose3\"."},
       {"dose[noon]", "\"dose[noon]\" names neither the maximum nor a time of the output dose."},
-      {"dose[]", "\"dose[]\" names neither the maximum nor a time of the output dose."},
-      {"dose[nan]", "\"dose[nan]\" names neither the maximum nor a time of the output dose."},
       {"", failed},
       {"dose[1", failed},
       {"(dose + 1", failed},
       {"dose + dose2[noon]", failed},
-      {"dose + rate", failed},
       {"dose + rate[1]", failed},
-      {"dose * 2;", failed},
       {"dose [1]", failed},
       {"1 / (dose - dose)", failed},
       {"pow(dose, 2)", failed},
@@ -138,10 +130,8 @@ TEST_F(OutputVariablesTest, Refusals) {
   for (const auto& [text, reason] : rows) {
     EXPECT_FALSE(variables_.set({"dose2", text}, model_)) << text;
     EXPECT_EQ(variables_.errorText(), reason) << text;
-    EXPECT_EQ(OutputVariables::check(text, model_), reason);
     EXPECT_EQ(variables_.texts(), std::vector<std::string>{"dose"});
   }
-  EXPECT_EQ(OutputVariables::check("dose + 1", model_), "");
 }
 
 TEST(OutputVariables, TimeRangeEndsBelowItsUpperBound) {
@@ -152,12 +142,6 @@ TEST(OutputVariables, TimeRangeEndsBelowItsUpperBound) {
   for (const auto& [lower, upper, step] : std::vector<std::array<double, 3>>{
            {0, 1, 0}, {0, 1, -1}, {1, 1, 1}, {2, 1, 1}, {0, 1, 1e-9}, {0, inf, 1}, {0, 1, NAN}, {-1e308, 1e308, 1}})
     EXPECT_TRUE(OutputVariables::timeRange(lower, upper, step).empty()) << lower << ' ' << upper << ' ' << step;
-}
-
-TEST(OutputReference, NamesAreWrittenAtSixDigits) {
-  EXPECT_EQ(maximumName("dose"), "dose[max]");
-  EXPECT_EQ(timeName("dose", 2.0000004), "dose[2]");
-  EXPECT_EQ(timeName("dose", 1e-7), "dose[1e-07]");
 }
 
 }  // namespace

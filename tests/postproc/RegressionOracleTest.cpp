@@ -111,27 +111,5 @@ TEST(RegressionOracle, LeastSquaresFit) {
     }
 }
 
-// With independent factors SRC squared is the share of the variance: c squared over the sum of squares. The sampling
-// error of a correlation is below 1 / sqrt(n); four of them are allowed.
-TEST(RegressionOracle, LinearModel) {
-  const AnalyticModel model = linearModel({1, -2, 3, 0.5});
-  TestNumbers numbers(99);
-  constexpr std::size_t kRuns = 20000;
-  Columns columns(4, std::vector<double>(kRuns));
-  std::vector<double> row(4), y(kRuns);
-  for (std::size_t i = 0; i < kRuns; ++i) {
-    for (std::size_t j = 0; j < 4; ++j) columns[j][i] = row[j] = numbers.next();
-    y[i] = model.evaluate(row.data()) + 1e-4 * numbers.next();  // R squared of exactly 1 would be a singular matrix
-  }
-  RegressionStats stats;
-  ASSERT_TRUE(stats.compute(sampleOf(columns), tableOf({y})));
-  for (int j = 0; j < 4; ++j)
-    EXPECT_NEAR(std::pow(measure(stats, RegressionStats::kSrc, j), 2), model.firstOrder(j), 4 / std::sqrt(kRuns)) << j;
-  double raw = 0.0;
-  double ranks = 0.0;
-  ASSERT_TRUE(stats.determination(0, raw, ranks));
-  EXPECT_NEAR(raw, 1.0, 1e-8);
-}
-
 }  // namespace
 }  // namespace tarvex

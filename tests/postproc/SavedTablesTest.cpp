@@ -126,13 +126,5 @@ TEST(SavedTables, Uncertainty) {
   EXPECT_EQ(out.text(), expected("uncertainty"));
 }
 
-TEST(SavedTables, ChosenRowsAlone) {
-  const auto stats = resultOf<ImportanceStats>({{"x1", kUncertain, {0.5}}, {"x2", kUncertain, {0.25}}});
-  TextWriter out;
-  writeImportanceTable(out, stats, {1, "y", {1}});
-  EXPECT_EQ(out.text(), "Importance indicators\n                   y\t          Importance\t\n" + std::string(18, ' ') +
-                            "x2\t              0.2500\t\n");
-}
-
 }  // namespace
 }  // namespace tarvex
