@@ -139,14 +139,5 @@ TEST(DesignFit, DamagedDesignsAreRefused) {
   }
 }
 
-TEST(DesignFit, ImportanceWithoutLevelsIsNoFailure) {
-  DesignStudy study = studyOf("importance");
-  dynamic_cast<RepLatinSampler&>(*study.prep.sampler).setChoice(1);
-  const auto stats = makeSensitivityForMethod(kRepLatin);
-  EXPECT_TRUE(stats->compute(study.prep, study.outputs));
-  EXPECT_FALSE(stats->computed);
-  EXPECT_EQ(stats->errorText, "No errors");
-}
-
 }  // namespace
 }  // namespace tarvex

@@ -19,7 +19,6 @@ namespace {
 using test::rankCorrelation;
 using test::rankTolerance;
 
-constexpr const char* kKinds = "srscs";  // stochastic: 0, 2, 4
 constexpr std::int32_t kSteinRows = 700;
 
 void setPair(FactorList& factors, std::int32_t i, std::int32_t j, float correlation) {
@@ -29,7 +28,7 @@ void setPair(FactorList& factors, std::int32_t i, std::int32_t j, float correlat
 
 // f0 follows f4 by 0.8, f2 follows f0 by -0.5; in the matrix and the Stein sample the same pairs are correlated.
 FactorList correlated(CorrelationMode mode) {
-  FactorList factors = listOf(kKinds);
+  FactorList factors = listOf("srscs");
   factors.correlationMode = mode;
   EXPECT_TRUE(factors.link(0, 4, 0.8));
   EXPECT_TRUE(factors.link(2, 0, -0.5));

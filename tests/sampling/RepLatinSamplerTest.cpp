@@ -53,19 +53,6 @@ TEST(RepLatinSampler, replicatesPermuteTheBaseBlockAndTheRunTableSaysHow) {
   }
 }
 
-TEST(RepLatinSampler, elementsFollowTheFactorList) {
-  FactorList factors = listOf("scsrs");
-  RepLatinSampler sampler;
-  sampler.synchronise(factors);
-  EXPECT_TRUE(sampler.setElementFlag(4, 1));
-  FactorList fewer = listOf("sc");
-  fewer.factor(0).name = "f4";
-  sampler.synchronise(fewer);
-  EXPECT_EQ(sampler.elementFlag(0), 1);
-  EXPECT_EQ(*sampler.elementName(0), "f4");
-  EXPECT_EQ(sampler.elementFlag(1), -1);
-}
-
 TEST(RepLatinSampler, settingsThatGiveNoDesign) {
   FactorList factors = correlated("ss");
   RepLatinSampler sampler;
