@@ -29,10 +29,8 @@ TEST(TextReader, RangesOfTheTypes) {
   expectNumber<std::int32_t>("-2147483649", false, 0);
   expectNumber<std::int32_t>("+7x", true, 7);
   expectNumber<std::int32_t>("3.9", true, 3);
-  expectNumber<std::int32_t>("", false, 0);
   expectNumber<std::uint32_t>("4294967295", true, 4294967295U);
   expectNumber<std::uint32_t>("-1", false, 0);
-  expectNumber<std::int64_t>("-9223372036854775808", true, INT64_MIN);
   expectNumber<std::int64_t>("9223372036854775808", false, 0);
   expectNumber<double>("1e999", false, 0);
   expectNumber<float>("1e39", false, 0);
@@ -76,7 +74,6 @@ TEST(TextReader, LinesAndTheirLimits) {
       {"last line without LF", "abc", 3, true, "abc", "", ""},
       {"last line too long", "abcd", 3, false, "abc", "", "d"},
       {"empty", "\nx", 3, true, "", "x", "x"},
-      {"no limit", "abcd\nx", std::string::npos, true, "abcd", "x", "x"},
   };
   for (const LineCase& c : cases) {
     SCOPED_TRACE(c.name);

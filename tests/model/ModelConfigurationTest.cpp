@@ -300,16 +300,14 @@ TEST_F(ModelConfigurationTest, OutputFilesThatFail) {
 }
 
 TEST_F(ModelConfigurationTest, DamagedOutputFiles) {
-  const std::vector<std::string> lines = test::readLines(test::goldenPath("times.out"));
-  std::string start;
-  for (std::size_t i = 0; i < 40; ++i) start += lines[i] + '\n';
-  test::forEachDamage(start, [](const std::string& what, const std::string& text) {
+  const std::string sound = "2\ny\nz\ntime = yes\n2\nRUN 0\n2\n0 1 2\n1 3 4\nRUN 1\n1\n0 5 6\n";
+  ASSERT_TRUE(readOutput(sound).good);
+  test::forEachDamage(sound, [](const std::string& what, const std::string& text) {
     const Read read = readOutput(text);
-    EXPECT_FALSE(read.good && what.starts_with("cut")) << what;
+    if (!read.good) return;
+    EXPECT_FALSE(what.starts_with("cut")) << what;
+    EXPECT_EQ(textOf(readRecord('\n' + textOf(read.model))), textOf(read.model)) << what;
   });
-  const std::string whole = test::readFile(test::goldenPath("times.out"));
-  for (std::size_t length = 0; length + 8 < whole.size(); length += 37)
-    EXPECT_FALSE(readOutput(whole.substr(0, length)).good) << length;
 }
 
 }  // namespace
