@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 
 #include "base/TextReader.h"
@@ -53,6 +54,7 @@ class FactorFiles : public testing::Test {
   // Loads the text. A refusal has its message and leaves the list; an accepted list comes back from its own text, and
   // those of its factors that weren't seen before can be sampled or refuse that.
   bool loads(const std::string& text) {
+    std::filesystem::remove(path_);  // a fresh file is written faster than a truncated one
     test::writeFile(path_, text);
     FactorList list = list_;
     std::string message;

@@ -121,13 +121,11 @@ TEST(FactorList, treeOfAFileMustHoldTogether) {
     bool reads;
   };
   const std::vector<Row> rows{
-      {"roots", "nnnc", {"0 -1 0", "0 -1 0", "0 -1 0", "0 -1 0"}, true},
       {"chain", "nnnn", {"0 -1 1 1", "0.5 0 1 2", "0.5 1 1 3", "0.5 2 0"}, true},
       {"two children", "nnnn", {"0 -1 2 3 1", "0.5 0 0", "0 -1 0", "0.5 0 0"}, true},
       {"loop of two", "nnnn", {"0.5 1 1 1", "0.5 0 1 0", "0 -1 0", "0 -1 0"}, false},
       {"loop of three beside a root", "nnnn", {"0 -1 0", "0.5 3 1 2", "0.5 1 1 3", "0.5 2 1 1"}, false},
       {"parent beyond the end", "nnnn", {"0.5 4 0", "0 -1 0", "0 -1 0", "0 -1 0"}, false},
-      {"parent below -1", "nnnn", {"0.5 -2 0", "0 -1 0", "0 -1 0", "0 -1 0"}, false},
       {"child unaware", "nnnn", {"0 -1 1 1", "0 -1 0", "0 -1 0", "0 -1 0"}, false},
       {"parent unaware", "nnnn", {"0 -1 0", "0.5 0 0", "0 -1 0", "0 -1 0"}, false},
       {"child twice, another left out", "nnnn", {"0 -1 2 1 1", "0.5 0 0", "0.5 0 0", "0 -1 0"}, false},
