@@ -38,12 +38,13 @@ std::string written(const Object& object) {
   return out.text();
 }
 
-// What a reader took can be written, read again and written alike.
+// What a reader took can be written, read again and written alike. `before` is what stands in front of the text in a
+// file and belongs to its reader.
 template <class Object>
-void checkRoundTrip(const Object& object) {
+void checkRoundTrip(const Object& object, const std::string& before = {}) {
   const std::string first = written(object);
   Object again;
-  TextReader in = TextReader::fromText(first);
+  TextReader in = TextReader::fromText(before + first);
   if (!again.read(in)) finding("what was read and written can't be read again", first);
   const std::string second = written(again);
   if (first != second) finding("the second writing differs from the first", first, second);
