@@ -143,7 +143,7 @@ void reportHistograms(std::ostream& out, const UaStats& statistics, HistogramSca
     for (const HistogramEntry& bin : *bins)
       if (bin.count > 0.0)
         table.addRow({cell(bin.left), cell(bin.count),
-                      std::string(static_cast<std::size_t>(bin.count / highest * kWidestBar + 0.5), '#')});
+                      std::string(static_cast<std::size_t>(std::lround(bin.count / highest * kWidestBar)), '#')});
     table.print(out);
   }
 }
