@@ -121,8 +121,11 @@ bool TextReader::fill(std::size_t wanted) {
   if (fd_ < 0) return false;
   buffer_.erase(0, position_);
   position_ = 0;
-  while (buffer_.size() < wanted)
-    if (!appendBlock(std::max(kBlock, wanted - buffer_.size()))) return false;
+  while (buffer_.size() < wanted) {
+    // A small file gets a small buffer; the byte more finds its end.
+    const auto rest = static_cast<std::size_t>(std::min<std::uint64_t>(unread_ + 1, kBlock));
+    if (!appendBlock(std::max(rest, wanted - buffer_.size()))) return false;
+  }
   return true;
 }
 
