@@ -8,12 +8,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const fuzz::InputFile file(data, size);
   ModelConfiguration model;
   model.outputFile = file.path();
-  bool warned = false;
-  const bool good = model.readModelOutput([&](const std::string&, const std::string&) { warned = true; });
-  if (good) {
-    fuzz::checkRoundTrip(model);
-  } else if (!warned) {
-    fuzz::finding("a refusal without a message", {});
-  }
+  if (model.readModelOutput([](const std::string&, const std::string&) {})) fuzz::checkRoundTrip(model);
   return 0;
 }
