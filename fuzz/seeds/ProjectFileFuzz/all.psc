@@ -79,7 +79,7 @@ y
 sin(x1) + 7 * sin(x2) ** 2 + 0.1 * x3 ** 4 * sin(x1)
 1
 0
-/work/main/share/Demo/ishigami.imd
+ishigami.imd
 3
 1
 y
