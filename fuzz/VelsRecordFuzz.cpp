@@ -21,6 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   TextReader in = TextReader::fromText(fuzz::textOf(data, size));
   if (!vels.load(in)) return 0;
   const std::string first = saved(vels);
+  if (fuzz::hasLostCharacters(first)) return 0;
   VelsConfiguration again;
   TextReader back = TextReader::fromText(first);
   if (!again.load(back)) fuzz::finding("what was read and written can't be read again", first);
