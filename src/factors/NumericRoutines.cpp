@@ -99,11 +99,14 @@ void cdfBeta(int which, double& p, double& q, double x, double y, double a, doub
   }
 }
 
+// Arguments that are not above 0 come from files whose parameters nobody checked. The library would reflect them, and
+// count the periods of large ones in an int.
 double lnGamma(double a) {
-  return boost::math::lgamma(a, kPolicy);
+  return a > 0.0 ? boost::math::lgamma(a, kPolicy) : std::numeric_limits<double>::quiet_NaN();
 }
 
 double lnBeta(double a, double b) {
+  if (!(a > 0.0 && b > 0.0)) return std::numeric_limits<double>::quiet_NaN();
   // The difference of three logarithms loses digits; it serves only where the function itself underflows.
   const double value = boost::math::beta(a, b, kPolicy);
   if (value >= std::numeric_limits<double>::min() && std::isfinite(value)) return std::log(value);

@@ -14,8 +14,8 @@ void cdfGamma(int which, double& p, double& q, double x, double shape, double sc
 // `y` is 1 - x; status 4 when it isn't.
 void cdfBeta(int which, double& p, double& q, double x, double y, double a, double b, int& status, double& bound);
 
-// ln of the gamma function, a > 0, and ln of the beta function, a, b > 0.
-double lnGamma(double a);
+// ln of the gamma function, a > 0, and ln of the beta function, a, b > 0; nan otherwise.
+double lnGamma(double a);         
 double lnBeta(double a, double b);
 
 }  // namespace tarvex

@@ -195,14 +195,16 @@ TEST_F(ModelConfigurationTest, RecordSetsTheDirectoriesOnlyAsAWhole) {
 }
 
 TEST_F(ModelConfigurationTest, DamagedRecords) {
-  for (const auto& [results, sample] : {kGolden[0], kGolden[3]}) {
+  for (const auto& golden : {kGolden[0], kGolden[3]}) {
+    const auto& [results, sample] = golden;
+    const std::string name = results;
     const std::string record = '\n' + textOf(readRecord(modelPart(results, sample)));
     test::forEachDamage(record, [&](const std::string& what, const std::string& text) {
       TextReader in = TextReader::fromText(text);
       ModelConfiguration model;
       if (!model.read(in)) return;
-      EXPECT_EQ(textOf(readRecord('\n' + textOf(model))), textOf(model)) << results << ' ' << what;
-      EXPECT_FALSE(what.starts_with("cut before")) << results << ' ' << what;
+      EXPECT_EQ(textOf(readRecord('\n' + textOf(model))), textOf(model)) << name << ' ' << what;
+      EXPECT_FALSE(what.starts_with("cut before")) << name << ' ' << what;
     });
   }
 }
