@@ -199,7 +199,7 @@ TEST_F(ModelConfigurationTest, DamagedRecords) {
     const auto& [results, sample] = golden;
     const std::string name = results;
     const std::string record = '\n' + textOf(readRecord(modelPart(results, sample)));
-    test::forEachDamage(record, [&](const std::string& what, const std::string& text) {
+    test::forEachDamage(record, [&, results = results](const std::string& what, const std::string& text) {
       TextReader in = TextReader::fromText(text);
       ModelConfiguration model;
       if (!model.read(in)) return;
