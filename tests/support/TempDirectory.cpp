@@ -26,7 +26,8 @@ std::vector<std::string> TempDirectory::entries() const {
   return names;
 }
 
-ScopedEnvironment::ScopedEnvironment(std::string name, std::optional<std::string> value) : name_(std::move(name)) {
+ScopedEnvironment::ScopedEnvironment(std::string name, const std::optional<std::string>& value)
+    : name_(std::move(name)) {
   if (const char* old = std::getenv(name_.c_str())) old_ = old;
   put(name_, value);
 }

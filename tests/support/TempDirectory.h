@@ -26,7 +26,7 @@ class TempDirectory {
 // An environment variable with another value until the end of the scope; without a value it is unset.
 class ScopedEnvironment {
  public:
-  ScopedEnvironment(std::string name, std::optional<std::string> value);
+  ScopedEnvironment(std::string name, const std::optional<std::string>& value);
   ~ScopedEnvironment();
   ScopedEnvironment(const ScopedEnvironment&) = delete;
   ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
