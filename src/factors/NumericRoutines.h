@@ -15,7 +15,7 @@ void cdfGamma(int which, double& p, double& q, double x, double shape, double sc
 void cdfBeta(int which, double& p, double& q, double x, double y, double a, double b, int& status, double& bound);
 
 // ln of the gamma function, a > 0, and ln of the beta function, a, b > 0; nan otherwise.
-double lnGamma(double a);         
+double lnGamma(double a);
 double lnBeta(double a, double b);
 
 }  // namespace tarvex
