@@ -1,0 +1,139 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "plots/Colour.h"
+
+namespace tarvex {
+
+// What a picture shows, in the units of its data: values, axes, texts, colours, marks. Nothing here knows how it is
+// drawn; drawFigure() does. All texts are UTF-8. Values that aren't finite are allowed everywhere and are not drawn.
+
+// How numbers stand at an axis. The first three are "%7.3g" for sizes outside 0.001 to 10000.
+enum class NumberForm { TwoDecimals, ThreeDecimals, FourDecimals, Short };  // "%.2f", "%.3f", "%.4f"; "%5.3g"
+
+enum class AxisScale {
+  Linear,
+  Logarithms,  // the coordinates are natural logarithms; ticks stand at round values and show the values
+};
+
+// Ticks and their texts follow from this. Requires: finite limits, lower < upper (see axisOver).
+struct Axis {
+  std::string title;
+  double lower = 0.0;
+  double upper = 1.0;
+  AxisScale scale = AxisScale::Linear;
+  NumberForm form = NumberForm::TwoDecimals;
+};
+
+// The styles of lines that share a chart, in the order of use.
+enum class LineStyle { Solid, Dash, DashDot, DashDoubleDot, Alternate, DoubleDot, LongDash };
+inline constexpr int kLineStyles = 7;
+
+struct Points {  // parallel vectors
+  std::vector<double> x, y;
+  Colour colour;
+};
+
+struct Line {  // through the points in their order; interrupted where one isn't finite
+  std::vector<double> x, y;
+  Colour colour;
+  LineStyle style = LineStyle::Solid;
+  bool steps = false;  // horizontal from each point to the next, then vertical
+};
+
+struct Area {  // adjoining columns over the edges, from 0 to the heights; one edge more than heights
+  std::vector<double> edges, heights;
+  Colour colour;
+  bool separated = false;  // columns as bars with a gap between them
+};
+
+struct LabelledPoints {  // a mark and its text at each point; the texts are placed so that they don't overlap
+  std::vector<double> x, y;
+  std::vector<std::string> labels;
+  Colour colour;
+};
+
+struct Region {  // a frame around part of the plane
+  double lowerX = 0.0, upperX = 0.0, lowerY = 0.0, upperY = 0.0;
+  Colour colour;
+};
+
+// A plane with two axes. Layers are drawn in their order; what lies outside the axes is cut off.
+struct XyChart {
+  using Layer = std::variant<Area, Points, Line, LabelledPoints, Region>;
+  std::string title;  // empty: none
+  Axis x, y;
+  std::vector<Layer> layers;
+};
+
+// Parallel vertical axes, and a line a run from axis to axis.
+struct CobwebAxis {
+  std::string name;
+  double lower = 0.0;  // lower == upper for a constant column: its lines pass in the middle
+  double upper = 1.0;
+  std::optional<std::pair<double, double>> filter;  // marked on the axis
+};
+struct CobwebChart {
+  std::vector<CobwebAxis> axes;
+  NumberForm form = NumberForm::TwoDecimals;
+  std::vector<float> positions;       // run after run, in each a number per axis: 0 at its foot, 1 at its top
+  std::vector<std::uint8_t> colours;  // a run's place in the palette
+  std::vector<Colour> palette;
+  Colour markColour;  // of axis marks and filters
+};
+
+// A row per category, in each a bar per series from 0 to the value.
+struct Bar {
+  double value = 0.0;
+  std::string text;    // beside the bar; of a value that isn't finite or of a category without one, what to say instead
+  Colour colour;       // of the bar
+  bool faint = false;  // the text stands in gray: there is no value
+};
+struct BarChart {
+  std::string title;
+  Axis values;                           // horizontal; holds 0
+  std::vector<std::string> categories;   // from top to bottom
+  std::vector<std::vector<Bar>> series;  // of each one bar per category
+};
+
+struct Slice {
+  std::string label;
+  std::string text;    // of the value
+  double value = 0.0;  // above 0
+  Colour colour;
+};
+struct PieChart {
+  std::string title;
+  std::vector<Slice> slices;  // clockwise from the top; the whole is their sum
+  std::string emptyText;      // shown when there are none
+};
+
+using Chart = std::variant<XyChart, CobwebChart, BarChart, PieChart>;
+
+enum class LegendMark { Box, Line, Point };
+struct LegendEntry {
+  std::string text;
+  Colour colour;
+  LegendMark mark = LegendMark::Box;
+  LineStyle style = LineStyle::Solid;
+};
+
+// A picture: charts side by side in rows of `columns` under one title. The size is what it needs to be read, in units
+// of which 96 are an inch.
+struct Figure {
+  std::string title;
+  std::string subtitle;  // empty: none
+  std::vector<Chart> charts;
+  int columns = 1;
+  std::vector<LegendEntry> legend;  // empty: none
+  double width = 800.0;
+  double height = 600.0;
+};
+
+}  // namespace tarvex

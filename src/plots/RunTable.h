@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+
+class ModelConfiguration;
+class PrepConfiguration;
+
+// A column of a plot: a factor's values in the sample, or a variable's in the results, run by run.
+struct RunColumn {
+  std::string name;
+  bool isFactor = true;
+  std::vector<double> values;
+
+  // "F - x1" or "V - Y": how lists name it that hold both.
+  std::string label() const;
+};
+
+struct RunTable {
+  std::vector<RunColumn> columns;
+  std::int32_t runs = 0;
+};
+
+// Reads the columns of the names given: of a factor, or of a variable as an analysis knows it (an output, a derived
+// name, an expression); a factor goes first, and "F - " or "V - " in front tells the two apart. No names: all factors,
+// then all outputs at their maximum over time where there is a time axis. False, with a sentence for the user, when a
+// name is unknown, a file fails, or results and sample don't belong together; `table` is then as it was.
+[[nodiscard]] bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model,
+                                const std::vector<std::string>& names, RunTable& table, std::string& message);
+
+// A range that a run's value must lie in.
+struct RunRange {
+  std::size_t column = 0;
+  double lower = 0.0;
+  double upper = 0.0;
+  bool upperIncluded = true;  // a filter's upper bound belongs to it, that of a region in a plane doesn't
+};
+
+// The numbers of the runs that lie in all ranges, upwards. A value that is no number lies in none.
+std::vector<std::int32_t> runsWithin(const RunTable& table, const std::vector<RunRange>& ranges);
+
+}  // namespace tarvex

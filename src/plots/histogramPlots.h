@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "plots/Figure.h"
+#include "postproc/UaStats.h"
+
+namespace tarvex {
+
+struct RunColumn;
+
+// The forms of a histogram: its columns filled, their outline, bars of the shares of the runs, the cumulative curve,
+// its complement.
+enum class HistogramForm { Area, Outline, Frequency, Cumulative, Complement };
+
+// The curves of one or more variables on one plane, each in its line style. On the logarithmic scale only variables
+// above 0 appear; a figure without curves says so in its subtitle. Requires: variables that there are.
+Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
+                     HistogramScale scale);
+// The same for columns of a run table, on the same hundred and one bins.
+Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale);
+
+}  // namespace tarvex

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "plots/Figure.h"
+
+namespace tarvex {
+
+class PrepConfiguration;
+class SensitivityStats;
+
+// The displays of sensitivity measures of one variable, named `variableName`. Factors without a measure keep their row,
+// with the reason in gray; values that aren't finite have their text and no bar or slice.
+// Requires: computed statistics and a variable that they have.
+
+// Of a value that each record holds.
+struct MeasureChoice {
+  std::string word;   // for file names and command lines: "src", "first", "total", "importance", ...
+  std::string title;  // as panels name it
+  std::int32_t slot = 0;
+};
+std::vector<MeasureChoice> measureChoices(const SensitivityStats& stats);
+
+// A bar a factor (group, term), green where significant and red where not; one colour where there is no test. Measures
+// of first and total order share a figure when `slots` names both.
+Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                   const std::vector<std::int32_t>& slots);
+// Shares of the positive values, for measures that divide a whole: indices of FAST and Sobol, importance.
+Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                   const std::vector<std::int32_t>& slots);
+// The plane of Morris: mean of the absolute effects against their spread, a labelled point a factor.
+Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName);
+// The values of one measure beside the factors' names, uncertain factors only.
+Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                    std::int32_t slot);
+
+// Up to ten records of one factor, upwards by their first (slot 0) or total (slot 1) value: number of the record and
+// value.
+std::vector<std::pair<std::int32_t, double>> sobolTopTen(const SensitivityStats& stats, std::int32_t variable,
+                                                         std::int32_t slot);
+
+// All pictures of a variable's measures, each with a word for its file name.
+std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStats& stats, std::int32_t variable,
+                                                           const std::string& variableName);
+
+}  // namespace tarvex
