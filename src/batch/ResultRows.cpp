@@ -1,6 +1,6 @@
 #include "batch/ResultRows.h"
 
-#include "batch/MeasureSlots.h"
+#include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/VelsConfiguration.h"
 

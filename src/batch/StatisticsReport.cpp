@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "batch/MeasureSlots.h"
 #include "batch/Reports.h"
 #include "batch/TextTable.h"
 #include "postproc/CellFormat.h"
+#include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/UaStats.h"
 

@@ -1,4 +1,4 @@
-#include "batch/MeasureSlots.h"
+#include "postproc/MeasureSlots.h"
 
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
