@@ -1,0 +1,104 @@
+#include "sampling/SampleSelection.h"
+
+#include <memory>
+#include <utility>
+
+#include "sampling/FixedSampler.h"
+#include "sampling/PrepConfiguration.h"
+#include "sampling/RandomSampler.h"
+#include "sampling/SampleFiles.h"
+
+namespace tarvex {
+
+namespace {
+
+// Hands the rows of `runs` to `take`, one at a time. False, with the reason, where one can't be read or taken.
+template <class Take>
+bool forRuns(const sampValues& samples, const std::vector<std::int32_t>& runs, std::string& message, Take take) {
+  std::vector<double> row(static_cast<std::size_t>(samples.columns()));
+  for (const std::int32_t run : runs) {
+    if (!samples.getRow(run, row.data())) {
+      message = "Run " + std::to_string(run + 1) + " can't be read: " + samples.errorText();
+      return false;
+    }
+    if (!take(row)) return false;
+  }
+  return true;
+}
+
+// The typed table of a fixed sample, the kept rows of it.
+std::unique_ptr<Sampler> selectedFixed(const FixedSampler& whole, const sampValues& samples,
+                                       const std::vector<std::int32_t>& runs, std::string& message) {
+  auto kept = std::make_unique<FixedSampler>();
+  kept->setNumFactors(samples.columns());
+  kept->setOrder(whole.values().order());
+  const bool taken = forRuns(samples, runs, message, [&](const std::vector<double>& row) {
+    if (kept->addRow(row)) return true;
+    message = kept->values().errorText();
+    return false;
+  });
+  if (!taken) return nullptr;
+  return kept;
+}
+
+// The method of the selection; null, with the reason, on failure.
+std::unique_ptr<Sampler> selectedSampler(const PrepConfiguration& prep, const std::vector<std::int32_t>& runs,
+                                         std::string& message) {
+  std::unique_ptr<Sampler> kept;
+  switch (prep.sampler->methodId) {
+    case kFixed:
+      kept = selectedFixed(static_cast<const FixedSampler&>(*prep.sampler), prep.samples, runs, message);
+      if (!kept) return nullptr;
+      break;
+    case kLatin:
+    case kLpTau:
+    case kRandom:
+      kept = prep.sampler->clone();
+      break;
+    default:
+      kept = std::make_unique<RandomSampler>();
+      kept->setNumFactors(prep.factors.factorCount());
+  }
+  kept->numSamples = static_cast<std::int32_t>(runs.size());
+  return kept;
+}
+
+}  // namespace
+
+bool selectRuns(const PrepConfiguration& prep, const std::vector<std::int32_t>& runs, PrepConfiguration& selection,
+                std::string& message) {
+  PrepConfiguration made;
+  made.samples.setOrder(prep.samples.order());
+  if (prep.samples.columns() > 0 && !made.samples.allocate(prep.samples.columns())) {
+    message = made.samples.errorText();
+    return false;
+  }
+  const bool taken = forRuns(prep.samples, runs, message, [&](const std::vector<double>& row) {
+    if (made.samples.addRow(row.data()) > 0) return true;
+    message = made.samples.errorText();
+    return false;
+  });
+  if (!taken) return false;
+  if (prep.sampler) {
+    made.sampler = selectedSampler(prep, runs, message);
+    if (!made.sampler) return false;
+  }
+  made.factors = prep.factors;
+  made.external = prep.external;
+  made.factorNames = prep.factorNames;
+  made.sampleStatistics.emplace().compute(made.samples);
+  selection = std::move(made);
+  return true;
+}
+
+bool saveSelection(const std::string& path, const PrepConfiguration& prep, const std::vector<std::int32_t>& runs,
+                   std::string& message) {
+  PrepConfiguration selection;
+  if (!selectRuns(prep, runs, selection, message)) return false;
+  selection.sampleFile = path;
+  if (saveSampleFile(path, selection, message)) return true;
+  message = "  Error writing output file\n " + path;
+  return false;
+}
+
+}  // namespace tarvex

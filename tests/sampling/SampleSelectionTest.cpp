@@ -1,0 +1,97 @@
+#include "sampling/SampleSelection.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "sampling/Designs.h"
+#include "sampling/FixedSampler.h"
+#include "sampling/PrepConfiguration.h"
+#include "sampling/SampleFiles.h"
+#include "support/TempDirectory.h"
+
+namespace tarvex {
+namespace {
+
+// Rows 0, 1, 2, ... of a list with a constant; factor values no generator would make, so that only a copy explains
+// them.
+PrepConfiguration numberedSample(std::int32_t methodId, std::int32_t runs) {
+  PrepConfiguration prep;
+  prep.factors = listOf("scs");
+  prep.sampler = makeSampler(methodId);
+  prep.sampler->setNumFactors(3);
+  prep.sampler->setSamples(runs);
+  EXPECT_TRUE(prep.samples.allocate(3));
+  prep.samples.setOrder(1);
+  for (std::int32_t run = 0; run < runs; ++run) {
+    const std::vector<double> row{run * 1.0, 101.0, run * -0.5};
+    prep.samples.addRow(row.data());
+    if (auto* fixed = dynamic_cast<FixedSampler*>(prep.sampler.get())) fixed->addRow(row);
+  }
+  return prep;
+}
+
+TEST(SampleSelection, reopensAsASampleOfTheKeptRuns) {
+  const test::TempDirectory directory;
+  const test::ScopedCurrentDirectory here;
+  const std::string path = directory.file("kept.sam");
+  std::string message;
+  for (std::int32_t method = 0; method < kMethodCount; ++method) {
+    PrepConfiguration prep = numberedSample(method, 10);
+    prep.external = method == kRandom ? 1 : 0;
+    for (const std::vector<std::int32_t>& runs : {std::vector<std::int32_t>{1, 4, 9}, {7}, {}}) {
+      SCOPED_TRACE(std::string(methodNameOf(method)) + ", " + std::to_string(runs.size()) + " runs");
+      ASSERT_TRUE(saveSelection(path, prep, runs, message)) << message;
+      PrepConfiguration read;
+      ASSERT_TRUE(loadSampleFile(path, read, message)) << message;
+
+      Table expected;
+      for (const std::int32_t run : runs) expected.push_back({run * 1.0, 101.0, run * -0.5});
+      EXPECT_EQ(tableOf(read.samples), expected);
+      EXPECT_EQ(read.samples.order(), 1);
+      EXPECT_EQ(read.external, prep.external);
+      EXPECT_EQ(read.sampleFile, path);
+      const bool keeps = method == kFixed || method == kLatin || method == kLpTau || method == kRandom;
+      EXPECT_EQ(read.sampler->methodId, keeps ? method : static_cast<std::int32_t>(kRandom));
+      EXPECT_EQ(read.sampler->numSamples, static_cast<std::int32_t>(runs.size()));
+      if (method == kFixed) {
+        EXPECT_EQ(tableOf(dynamic_cast<const FixedSampler&>(*read.sampler).values()), expected);
+      }
+      ASSERT_TRUE(read.sampleStatistics);
+      if (runs.size() == 3) {
+        EXPECT_DOUBLE_EQ(read.sampleStatistics->mean(0), 7.0);
+        EXPECT_DOUBLE_EQ(read.sampleStatistics->correlation(0, 2), -1.0);
+      }
+    }
+  }
+}
+
+TEST(SampleSelection, leavesEverythingAsItWasWhenItFails) {
+  const test::TempDirectory directory;
+  const PrepConfiguration prep = numberedSample(kRandom, 3);
+  PrepConfiguration selection = numberedSample(kLatin, 5);
+  std::string message;
+  EXPECT_FALSE(selectRuns(prep, {0, 3}, selection, message));
+  EXPECT_EQ(message, "Run 4 can't be read: Wrong line position.");
+  EXPECT_EQ(selection.samples.rows(), 5);
+  const std::string path = directory.file("no/such.sam");
+  EXPECT_FALSE(saveSelection(path, prep, {0}, message));
+  EXPECT_EQ(message, "  Error writing output file\n " + path);
+}
+
+TEST(SampleSelection, reachesRowsBeyondTheWindow) {
+  const std::int32_t runs = sampValues::cacheLimit;  // three windows of three columns
+  const PrepConfiguration prep = numberedSample(kRandom, runs);
+  std::vector<std::int32_t> kept;
+  for (std::int32_t run = 0; run < runs; run += 2) kept.push_back(run);
+  PrepConfiguration selection;
+  std::string message;
+  ASSERT_TRUE(selectRuns(prep, kept, selection, message)) << message;
+  ASSERT_EQ(selection.samples.rows(), runs / 2);
+  std::vector<double> column;
+  ASSERT_TRUE(selection.samples.getColumn(2, column));
+  for (std::size_t i = 0; i < column.size(); ++i) ASSERT_EQ(column[i], -static_cast<double>(i));
+}
+
+}  // namespace
+}  // namespace tarvex
