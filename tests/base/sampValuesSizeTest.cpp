@@ -78,23 +78,5 @@ TEST(SampValuesSize, ALargeTableTakesLittleMemory) {
   EXPECT_TRUE(directory.entries().empty());
 }
 
-TEST(SampValuesSize, AKilledProcessLeavesNoFile) {
-  const test::TempDirectory directory;
-  const test::ScopedEnvironment temp("TEMP", directory.path());
-  const Ending ending = inChild([&directory] {
-    sampValues store;
-    if (!store.allocate(kColumns)) return 1;
-    const double row[kColumns] = {};
-    for (std::int32_t r = 0; r < 100000; ++r)
-      if (store.addRow(row) == 0) return 2;
-    if (!store.setColumnMode(true) || !directory.entries().empty()) return 3;
-    ::raise(SIGKILL);
-    return 4;
-  });
-  ASSERT_TRUE(WIFSIGNALED(ending.status)) << "step " << WEXITSTATUS(ending.status);
-  EXPECT_EQ(WTERMSIG(ending.status), SIGKILL);
-  EXPECT_TRUE(directory.entries().empty());
-}
-
 }  // namespace
 }  // namespace tarvex

@@ -54,32 +54,6 @@ void expectColumns(const sampValues& store, const Table& table) {
   }
 }
 
-TEST(SampValues, RefusalsAndTheirTexts) {
-  sampValues store;
-  double value = 9;
-  std::vector<double> column(3);
-  const auto refused = [&store](bool done, const char* text) {
-    EXPECT_FALSE(done);
-    EXPECT_EQ(store.errorText(), text);
-  };
-  refused(store.allocate(0), "Invalid number of factors");
-  EXPECT_EQ(store.addRow(nullptr), 0);
-  store = storeOf(tableOf(2, 3));
-  refused(store.allocate(3), "Column number already set. Can't allocate a new sampValues.");
-  for (const auto& [r, c] : {std::pair{-1, 0}, {2, 0}, {0, -1}, {0, 3}}) {
-    refused(store.setValue(r, c, 1), "Wrong element position to modify");
-    refused(store.getValue(r, c, value), "Wrong element position.");
-    refused(store.setRow(-1, &value), "Wrong line position.");
-    refused(store.setColumnValue(r, c, 1), "Wrong element position.");
-    EXPECT_FALSE(store.getColumnValue(r, c, value));
-  }
-  for (const std::int32_t row : {-1, 2}) refused(store.rowPointer(row) != nullptr, "Wrong line position.");
-  EXPECT_FALSE(store.getRow(2, &value) || store.getColumn(3, column) || store.setColumn(0, column));
-  EXPECT_FALSE(store.setOrder(2));
-  EXPECT_EQ(value, 9);
-  expectRows(store, tableOf(2, 3));
-}
-
 // Random operations of both families against a table in memory. Blocks of one row keep every window aligned.
 TEST(SampValues, OperationsOfBothFamiliesMix) {
   for (const std::int32_t columns : {1, 3, 262145}) {
