@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 #include "factors/FactorText.h"
@@ -15,15 +14,13 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-// A member of the family with the ends of its support. Where density or its slope jumps, integrals are coarser.
+// A member of the family with the ends of its support.
 struct Member {
   const char* name;
   const char* type;
   std::vector<std::string> fields;
   double lower;
   double upper;
-  double integralTolerance = 1e-8;
-  double meanShift = 0.0;  // what its mean leaves out
 };
 
 // clang-format off
@@ -34,17 +31,17 @@ const std::vector<Member> kMembers{
     {"Exponential",        "Exponential", {"0.5", "3", "0.999"},                     3.0, kInfinity},
     {"ExponentialFarOut",  "Exponential", {"1", "1e5", "0.9"},                       1e5, kInfinity},
     {"Gamma",              "Gamma",       {"2.5", "1.5", "0.25", "0.999"},           0.25, kInfinity},
-    {"GammaPole",          "Gamma",       {"0.5", "2", "0", "0.999"},                0.0, kInfinity, 1e-5},
+    {"GammaPole",          "Gamma",       {"0.5", "2", "0", "0.999"},                0.0, kInfinity},
     {"Weibull",            "Weibull",     {"1.8", "2", "0.5", "0.999"},              0.5, kInfinity},
-    {"WeibullPole",        "Weibull",     {"0.8", "5", "0", "0.95"},                 0.0, kInfinity, 1e-5},
+    {"WeibullPole",        "Weibull",     {"0.8", "5", "0", "0.95"},                 0.0, kInfinity},
     {"Uniform",            "Uniform",     {"-2:3:1"},                                -2.0, 3.0},
-    {"UniformSteps",       "Uniform",     {"0:1:0.3", "1:2.5:0.3", "4:5:0.4"},       0.0, 5.0, 0.02},
+    {"UniformSteps",       "Uniform",     {"0:1:0.3", "1:2.5:0.3", "4:5:0.4"},       0.0, 5.0},
     {"LogUniform",         "LogUniform",  {"0.1:10:1"},                              0.1, 10.0},
-    {"LogUniformSteps",    "LogUniform",  {"1:10:0.7", "20:200:0.3"},                1.0, 200.0, 0.02},
+    {"LogUniformSteps",    "LogUniform",  {"1:10:0.7", "20:200:0.3"},                1.0, 200.0},
     {"Beta",               "Beta",        {"2", "3.5", "0", "1"},                    0.0, 1.0},
-    {"BetaShifted",        "Beta",        {"3", "2", "10", "20"},                    10.0, 20.0, 1e-8, 10.0},
-    {"BetaPoles",          "Beta",        {"0.5", "2", "0", "1"},                    0.0, 1.0, 1e-5},
-    {"Triangular",         "Triangular",  {"0", "1", "4"},                           0.0, 4.0, 1e-5},
+    {"BetaShifted",        "Beta",        {"3", "2", "10", "20"},                    10.0, 20.0},
+    {"BetaPoles",          "Beta",        {"0.5", "2", "0", "1"},                    0.0, 1.0},
+    {"Triangular",         "Triangular",  {"0", "1", "4"},                           0.0, 4.0},
 };
 // clang-format on
 
@@ -63,31 +60,14 @@ class Family : public testing::TestWithParam<Member> {
     return (truncated->rightTruncation() - truncated->leftTruncation()) * u + truncated->leftTruncation();
   }
 
-  // Simpson's rule over each interval of the table, its points drawn towards the left end, where poles are.
-  double integral(const std::function<double(double)>& f) const {
-    constexpr int kSteps = 2000;
-    double sum = 0.0;
-    for (std::size_t i = 0; i < 100; ++i) {
-      const double a = member_->table[i].x;
-      const double width = member_->table[i + 1].x - a;
-      for (int k = 1; k <= kSteps; ++k) {
-        const double t = static_cast<double>(k) / kSteps;
-        const double weight = k == kSteps ? 1.0 : (k % 2 == 1 ? 4.0 : 2.0);
-        sum += weight * 4.0 * t * t * t * f(a + width * t * t * t * t) * width / (3.0 * kSteps);
-      }
-    }
-    return sum;
-  }
-
   std::unique_ptr<Distribution> member_ = distributionOf(GetParam().type, GetParam().fields);
 };
 
 TEST_P(Family, cumulativeRisesFromZeroToOneOverTheSupport) {
-  const auto& [name, type, fields, lower, upper, tolerance, shift] = GetParam();
   EXPECT_EQ(member_->cumulative(-kInfinity), 0.0);
   EXPECT_EQ(member_->cumulative(kInfinity), 1.0);
-  EXPECT_EQ(member_->cumulative(std::nextafter(lower, -kInfinity)), 0.0);
-  EXPECT_NEAR(member_->cumulative(std::nextafter(upper, kInfinity)), 1.0, 1e-15);
+  EXPECT_EQ(member_->cumulative(std::nextafter(GetParam().lower, -kInfinity)), 0.0);
+  EXPECT_NEAR(member_->cumulative(std::nextafter(GetParam().upper, kInfinity)), 1.0, 1e-15);
   const double from = member_->table.front().x;
   const double to = member_->table.back().x;
   double before = 0.0;
@@ -119,25 +99,6 @@ TEST_P(Family, inverseStaysInsideTheSupportAndForAnyNumberInsideTheTable) {
   }
   EXPECT_FALSE(member_->cumulative(kNan) > 1.0);
   EXPECT_FALSE(member_->density(kInfinity) > 0.0);
-}
-
-TEST_P(Family, densityIntegratesToTheCumulativeAndItsMomentsAreThoseStated) {
-  const auto& [name, type, fields, lower, upper, tolerance, shift] = GetParam();
-  EXPECT_NEAR(integral([&](double x) { return member_->density(x); }), 1.0, tolerance);
-  // Moments about the middle, in deviations: free of cancellation.
-  const double centre = member_->mean() + shift;
-  const double unit = member_->stdDev();
-  EXPECT_NEAR(integral([&](double x) { return (x - centre) / unit * member_->density(x); }), 0.0, 10.0 * tolerance);
-  const double squares = integral([&](double x) { return std::pow((x - centre) / unit, 2) * member_->density(x); });
-  EXPECT_NEAR(squares, 1.0, 100.0 * tolerance);
-}
-
-TEST_P(Family, cloneHasTheNumbersAndNoTable) {
-  const std::unique_ptr<Factor> copy = member_->clone();
-  auto& distribution = dynamic_cast<Distribution&>(*copy);
-  EXPECT_TRUE(distribution.table.empty());
-  ASSERT_TRUE(distribution.prepareInverse());
-  EXPECT_EQ(distribution.inverse(0.3), member_->inverse(0.3));
 }
 
 INSTANTIATE_TEST_SUITE_P(Members, Family, testing::ValuesIn(kMembers),

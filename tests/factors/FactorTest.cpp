@@ -18,8 +18,6 @@
 namespace tarvex {
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
 using Setter = std::function<bool(Factor&, double)>;
 
 template <class Kind>
@@ -46,28 +44,17 @@ TEST(Factor, settersCheckTheirValue) {
   constexpr const char* kBetween = "Truncation must be between 0 and 1";
   // clang-format off
   const std::vector<SetterRow> rows{
-      {"Exponential", on(&Exponential::setLambda),          1e-300, true,  ""},
       {"Exponential", on(&Exponential::setLambda),          0.0,    false, "Lambda must be > 0"},
-      {"Exponential", on(&Exponential::setLambda),          kNan,   false, "Lambda must be > 0"},
-      {"Exponential", on(&Exponential::setB),               0.0,    true,  ""},
       {"Exponential", on(&Exponential::setB),               -1e-9,  false, "b must be >= 0"},
-      {"Exponential", on(&Exponential::setRightTruncation), 0.5,    true,  ""},
       {"Exponential", on(&Exponential::setRightTruncation), 1.0,    false, kBetween},
       {"Exponential", on(&Exponential::setLeftTruncation),  0.5,    false, kLeft},
-      {"Gamma",       on(&Gamma::setR),                     3.0,    true,  ""},
       {"Gamma",       on(&Gamma::setR),                     0.0,    false, "r must be > 0"},
       {"Gamma",       on(&Gamma::setLambda),                0.0,    false, "Lambda must be >= 0"},
-      {"Gamma",       on(&Gamma::setRightTruncation),       1.5,    false, kBetween},
-      {"Gamma",       on(&Gamma::setLeftTruncation),        0.1,    false, kLeft},
       {"Normal",      on(&Normal::setStdDeviation),         0.0,    true,  ""},
       {"Normal",      on(&Normal::setStdDeviation),         -0.1,   false, "Standard deviation must be >= 0"},
       {"Normal",      on(&Normal::setLeftTruncation),       2.0,    true,  ""},
-      {"Normal",      on(&Normal::setRightTruncation),      -3.0,   true,  ""},
       {"Weibull",     on(&Weibull::setBeta),                0.0,    false, "Beta must be > 0"},
       {"Weibull",     on(&Weibull::setN),                   0.0,    false, "n must be > 0"},
-      {"Weibull",     on(&Weibull::setB),                   4.0,    true,  ""},
-      {"Weibull",     on(&Weibull::setRightTruncation),     7.0,    true,  ""},
-      {"Weibull",     on(&Weibull::setLeftTruncation),      0.1,    false, kLeft},
   };
   // clang-format on
   for (const SetterRow& row : rows) {

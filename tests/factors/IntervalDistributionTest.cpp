@@ -27,28 +27,6 @@ std::string listed(const IntervalDistribution& distribution) {
   return text;
 }
 
-TEST(Interval, boundsAreChecked) {
-  const struct {
-    double left, right;
-    const char* plain;  // what is said; empty: taken
-    const char* log;
-  } rows[] = {
-      {-1.0, 0.5, "", "left bound < 0"},
-      {0.0, 2.0, "", "left bound < 0"},
-      {1e-300, 2.0, "", ""},
-      {2.0, 2.0, "left bound >= of right bound", "left bound >= of right bound"},
-  };
-  for (const auto& row : rows) {
-    Interval plain;
-    LogInterval log;
-    EXPECT_EQ(plain.setBounds(row.left, row.right), *row.plain == '\0');
-    EXPECT_EQ(log.setBounds(row.left, row.right), *row.log == '\0');
-    EXPECT_TRUE(*row.plain == '\0' || plain.errorText == row.plain) << row.left;
-    EXPECT_TRUE(*row.log == '\0' || log.errorText == row.log) << row.left;
-  }
-  EXPECT_FALSE(Interval().setBounds(NAN, 2.0));
-}
-
 TEST(IntervalDistribution, intervalsMayTouchAndPointsAreUnique) {
   Uniform uniform;
   EXPECT_TRUE(uniform.addInterval(interval(1.0, 2.0)));
@@ -62,23 +40,6 @@ TEST(IntervalDistribution, intervalsMayTouchAndPointsAreUnique) {
   EXPECT_TRUE(discrete.addPoint(interval(-7.0, 0.0)));
   EXPECT_FALSE(discrete.addPoint(interval(1.0, 9.0)));
   EXPECT_EQ(discrete.errorText, "The new point already exists");
-}
-
-TEST(IntervalDistribution, theListIsFullAfterTenThousandAndOne) {
-  Discrete discrete;
-  discrete.clear();
-  for (int i = 0; i <= 10000; ++i) ASSERT_TRUE(discrete.addPoint(interval(i, i + 1)));
-  EXPECT_FALSE(discrete.addPoint(interval(20000, 20001)));
-  EXPECT_EQ(discrete.errorText, "Too much intervals stored");
-}
-
-TEST(IntervalDistribution, weightsMustSumToOne) {
-  Uniform uniform;
-  for (const auto& [weight, holds] : {std::pair{1.0, true}, {1.0 + 9e-14, true}, {1.0 + 2e-13, false}, {0.9, false}}) {
-    uniform.intervalAt(0)->weight = weight;
-    EXPECT_EQ(uniform.checkWeights(), holds) << weight;
-  }
-  EXPECT_EQ(uniform.errorText, "Sum of weights not equal to 1");
 }
 
 TEST(IntervalDistribution, copiesTakeGoodWeightsOnly) {
