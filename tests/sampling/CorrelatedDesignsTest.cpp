@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 
 #include "base/uniformRandom.h"
@@ -8,16 +7,12 @@
 #include "sampling/LatinSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/RepLatinSampler.h"
-#include "support/RankCorrelation.h"
 
 // What the designs that go with a correlation promise in each of its modes: the wanted correlation between columns that
 // are what they would be without it, the same sample in steps of any size, a section that is read back.
 
 namespace tarvex {
 namespace {
-
-using test::rankCorrelation;
-using test::rankTolerance;
 
 constexpr std::int32_t kSteinRows = 700;
 
@@ -53,14 +48,6 @@ std::unique_ptr<Sampler> samplerOf(std::int32_t method, std::int32_t runs, std::
   EXPECT_TRUE(sampler->setSamples(runs));
   EXPECT_TRUE(sampler->setSeed(seed));
   return sampler;
-}
-
-// One value in each of n intervals of equal length.
-void expectStrata(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const double n = static_cast<double>(values.size());
-  for (std::size_t i = 0; i < values.size(); ++i)
-    ASSERT_EQ(std::floor(values[i] * n), static_cast<double>(i)) << "stratum " << i << " of " << n;
 }
 
 struct Combination {
@@ -108,37 +95,6 @@ TEST(CorrelatedDesigns, areTheSameInStepsAgainAndAfterAStop) {
     const Table second = generated(*sampler, factors);
     EXPECT_EQ(second == atOnce, combination.method != kRepLatin);
   }
-}
-
-TEST(CorrelatedDesigns, achievedRankCorrelation) {
-  for (const Combination& combination : kCombinations) {
-    if (combination.mode == kNoCorrelation || combination.mode == kSteinSample) continue;
-    for (const std::int32_t runs : {400, 2000, 8000}) {
-      SCOPED_TRACE(nameOf(combination) + ", " + std::to_string(runs));
-      FactorList factors = correlated(combination.mode);
-      // At once: a Latin hypercube in steps gives children of different steps the same draws.
-      const Table table = generated(*samplerOf(combination.method, runs, 11), factors);
-      // The incomplete shuffle of the scores leaves 0.05 between columns of a matrix.
-      const double bias = combination.mode == kImanConover ? 0.075 : 0.0;
-      const std::vector<double> f0 = columnOf(table, 0);
-      const std::size_t rows = static_cast<std::size_t>(combination.method == kRepLatin ? runs / 5 : runs);
-      EXPECT_NEAR(rankCorrelation(f0, columnOf(table, 4)), 0.8, rankTolerance(0.8, rows) + bias);
-      EXPECT_NEAR(rankCorrelation(f0, columnOf(table, 2)), -0.5, rankTolerance(-0.5, rows) + bias);
-    }
-  }
-}
-
-TEST(CorrelatedDesigns, latinColumnsAreStratified) {
-  for (const std::int32_t runs : {1, 2, 3, 7, 64, 500})
-    for (const CorrelationMode mode : {kDependenceTree, kImanConover, kNoCorrelation, kSteinSample}) {
-      SCOPED_TRACE(nameOf({kLatin, mode}) + ", " + std::to_string(runs));
-      FactorList factors = correlated(mode);
-      const Table table = generated(*samplerOf(kLatin, runs, 3), factors, 1.0);
-      expectStrata(columnOf(table, 4));
-      if (mode == kDependenceTree) continue;  // children aren't
-      expectStrata(columnOf(table, 0));
-      expectStrata(columnOf(table, 2));
-    }
 }
 
 TEST(CorrelatedDesigns, refusedMatrixWarnsAndChangesNoColumn) {

@@ -85,18 +85,6 @@ Frequencies peaks(const Table& runs, std::size_t first, std::size_t length, cons
   return found;
 }
 
-TEST(FastSampler, runsTheClassicCurveWithAFrequencyAFactor) {
-  for (const std::int32_t runs : {313, 350}) {
-    FastSampler sampler = configured(FastSampler::kClassic, runs);
-    FactorList factors = listOf("scsrsscs");
-    const Table table = generated(sampler, factors);
-    ASSERT_EQ(table.size(), static_cast<std::size_t>(runs));
-    EXPECT_EQ(peaks(table, 0, table.size(), {0, 2, 4, 5, 7}), classicFrequencies(5));
-    EXPECT_EQ(sampler.designTable()[2].frequency, 27);
-    EXPECT_EQ(sampler.designTable()[2].curveLength, runs);
-  }
-}
-
 TEST(FastSampler, sizesItsBlocks) {
   struct Case {
     const char* name;
@@ -153,16 +141,6 @@ TEST(FastSampler, spreadsTheComplementaryFrequencies) {
   }
 }
 
-TEST(FastSampler, givesAGroupItsFrequencyOnEveryCurve) {
-  FastSampler sampler = configured(FastSampler::kGroups, 3 * 130, {{"f5", "f2"}});
-  FactorList factors = listOf("scsrss");  // stochastic 0 2 4 5; units: the pair, 0, 4
-  const Table runs = generated(sampler, factors);
-  const std::vector<std::int32_t> columns{0, 2, 4, 5};
-  EXPECT_EQ(peaks(runs, 0, 65, columns), (Frequencies{1, 8, 1, 8}));
-  EXPECT_NE(runs[0], runs[65]);  // each curve has phases of its own
-  EXPECT_EQ(peaks(runs, 130, 129, columns), (Frequencies{16, 1, 2, 1}));
-}
-
 TEST(FastSampler, checksTheSampleSize) {
   struct Case {
     std::int32_t mode, k, least;
@@ -196,15 +174,11 @@ TEST(FastSampler, refusesWhatItCannotTest) {
   const std::string silent = "No errors";
   const std::string tooSmall = "Sample set to generate too small";
   for (const Case& c : {
-           Case{"51 factors", std::string(51, 's'), 0, 100000, {}, silent},
            Case{"one factor, classic", "s", 0, 1000, {}, silent},
            Case{"one factor, extended", "scc", 1, 1000, {}, silent},
            Case{"one group of all", "ss", 2, 1000, {{"f0", "f1"}}, silent},
            Case{"no complementary frequency", "ss", 1, 2 * 64, {}, tooSmall},
            Case{"no curve for a group", "sss", 2, 2 * 64, {{"f0", "f1"}}, tooSmall},
-           Case{"empty group", "sss", 2, 1000, {{}}, "Group's cardinality equal to 0"},
-           Case{"unknown factor", "ssss", 2, 1000, {{"f0", "x"}}, "Group g0: x is not a factor of the list"},
-           Case{"constant", "sscs", 2, 1000, {{"f0", "f2"}}, "Group g0: f2 is a constant or a relation"},
            Case{"relation", "ssrs", 2, 1000, {{"f2"}}, "Group g0: f2 is a constant or a relation"},
            Case{"in two groups", "ssss", 2, 1000, {{"f0"}, {"f1", "f0"}}, "Group g1: f0 is in a group already"},
            Case{"nothing to do", "ss", 1, 0, {}, "  No samples to generate"},

@@ -11,7 +11,6 @@
 #include "sampling/RandomSampler.h"
 #include "sampling/SampleFiles.h"
 #include "support/Damage.h"
-#include "support/FailingCalls.h"
 #include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -83,20 +82,6 @@ TEST(SampleFiles, damagedOnesLeaveTheConfiguration) {
     EXPECT_EQ(message, "Error reading samples file");
     EXPECT_EQ(recordOf(prep), before);
   }
-}
-
-TEST(SampleFiles, aFullDiskKeepsTheOldFile) {
-  const test::TempDirectory directory;
-  const std::string path = directory.file("old.sam");
-  test::writeFile(path, "the old file");
-  PrepConfiguration prep = uniformPair(5);
-  ASSERT_EQ(generateAll(prep), 100);
-  std::string message;
-  test::FailingCalls failing;
-  failing.fail(test::FailingCalls::kWrite, 1);
-  EXPECT_FALSE(saveSampleFile(path, prep, message));
-  EXPECT_EQ(message, "Error trying to write to the Sample file.\nIs it locked by another application?");
-  EXPECT_EQ(test::readFile(path), "the old file");
 }
 
 TEST(PrepConfiguration, aFactorWithoutInverseEndsGeneration) {
@@ -194,27 +179,6 @@ TEST(ExternalSample, isKeptInASampleFileAndNotGenerated) {
   ASSERT_TRUE(copy.sampleStatistics);
   EXPECT_DOUBLE_EQ(copy.sampleStatistics->mean(0), 4.5) << "the sum 9 divided by n - 1";
   EXPECT_NEAR(copy.sampleStatistics->correlation(0, 1), 1.0, 1e-12);
-}
-
-TEST(SampleStatistics, byHand) {
-  sampValues samples;
-  ASSERT_TRUE(samples.allocate(3));
-  for (const double x : {1.0, 2.0, 3.0}) {
-    const double row[] = {x, 5.0, 0.0};
-    ASSERT_GT(samples.addRow(row), 0);
-  }
-  SampleStatistics statistics;
-  statistics.compute(samples);
-  // The mean is 6 / 2 = 3, so the deviations are -2, -1, 0.
-  EXPECT_DOUBLE_EQ(statistics.mean(0), 3.0);
-  EXPECT_DOUBLE_EQ(statistics.stdDev(0), std::sqrt(5.0 / 2.0));
-  EXPECT_DOUBLE_EQ(statistics.skewness(0), -9.0 / (2.0 * std::pow(2.5, 1.5)));
-  EXPECT_DOUBLE_EQ(statistics.kurtosis(0), 17.0 / (2.0 * 6.25) - 3.0);
-  // A constant of 5: mean 7.5, three deviations of -2.5. One of 0 has no spread at all.
-  EXPECT_DOUBLE_EQ(statistics.stdDev(1), std::sqrt(3.0 * 6.25 / 2.0));
-  EXPECT_EQ(statistics.stdDev(2), 0.0);
-  EXPECT_TRUE(std::isnan(statistics.skewness(2)));
-  EXPECT_EQ(statistics.correlation(0, 2), 0.0);
 }
 
 }  // namespace
