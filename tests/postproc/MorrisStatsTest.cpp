@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 
 #include "postproc/DesignStudy.h"
 #include "sampling/MorrisSampler.h"
@@ -33,18 +32,6 @@ TEST(MorrisStats, LinearModelHasEffectsOfTwiceTheChange) {
     }
     EXPECT_EQ(valueOf(stats, "k", MorrisStats::kMean), 0.0);
   }
-}
-
-// At 4 levels a jump is half the range, which is the period of the squared sine of the second input.
-TEST(MorrisStats, IshigamiAtFourLevelsMissesTheSecondFactor) {
-  const DesignStudy study = makeDesignStudy(ishigamiModel(), morrisDesign(4, 50, 3));
-  MorrisStats stats;
-  ASSERT_TRUE(stats.compute(study.prep, study.outputs)) << stats.errorText;
-  EXPECT_GT(valueOf(stats, "x1", MorrisStats::kMean), 1.0);
-  EXPECT_NEAR(valueOf(stats, "x2", MorrisStats::kMean), 0.0, 1e-12);
-  // x1 is at a sine of +-sqrt(1/2), and x3 goes between a quarter and three quarters of pi, all effects alike.
-  const double effect = 2.0 * 0.1 * std::sqrt(0.5) * std::pow(std::numbers::pi, 4) * (81.0 - 1.0) / 256.0;
-  EXPECT_NEAR(valueOf(stats, "x3", MorrisStats::kMean), effect, 1e-9);
 }
 
 TEST(MorrisStats, HandComputedSpread) {

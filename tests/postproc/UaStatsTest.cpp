@@ -33,23 +33,6 @@ double countAll(const Histogram& table) {
   return total;
 }
 
-TEST(UaStats, MomentsByHand) {
-  // Deviations -3, -2, -1, 0, 6: squares 50, cubes 180, fourth powers 1394.
-  const UaStats stats = statsOf({{1, 2, 3, 4, 10}});
-  EXPECT_EQ(stats.minimum(0), 1.0);
-  EXPECT_EQ(stats.maximum(0), 10.0);
-  EXPECT_DOUBLE_EQ(stats.mean(0), 4.0);
-  EXPECT_DOUBLE_EQ(stats.std(0), std::sqrt(10.0));
-  EXPECT_DOUBLE_EQ(stats.skewness(0), 180.0 / (4.0 * 10.0 * std::sqrt(10.0)));
-  EXPECT_NEAR(stats.kurtosis(0), 1394.0 / 400.0 - 3.0, 1e-14);
-  EXPECT_DOUBLE_EQ(stats.tchebyBound(0), 2.0 * std::sqrt(10.0) / std::sqrt(5.0));
-  EXPECT_DOUBLE_EQ(stats.tTestBound(0), 0.727 * std::sqrt(10.0) / std::sqrt(5.0));
-  for (const int bin : {0, 11, 22, 33, 100}) EXPECT_EQ(countAt(stats, bin), 1.0) << bin;
-  EXPECT_DOUBLE_EQ((*stats.linearHistogram(0))[50].left, 5.5);
-  // Logarithms over that of 10: 0, 0.301, 0.477, 0.602, 1.
-  for (const int bin : {0, 30, 47, 60, 100}) EXPECT_EQ(countAt(stats, bin, true), 1.0) << bin;
-}
-
 TEST(UaStats, OddColumns) {
   struct Row {
     const char* name;

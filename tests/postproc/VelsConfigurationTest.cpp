@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "postproc/FastStats.h"
 #include "postproc/SobolStats.h"
 #include "postproc/ValueTables.h"
-#include "sampling/Sampler.h"
 #include "support/Damage.h"
 
 namespace tarvex {
@@ -64,18 +61,6 @@ VelsConfiguration velsOfType(std::int32_t typeId, bool analysed = true) {
   if (typeId >= 0) vels.sensitivity = statsOfType(typeId);
   if (analysed) vels.uncertainty.compute(vels.selectedVariables(), tableOf({{1, 2, 4, 3}, {0, 1, 0, 0}}));
   return vels;
-}
-
-TEST(VelsConfiguration, NewOutputsEmptyTheSelection) {
-  VelsConfiguration vels;
-  vels.addVariable("z");
-  vels.prepareSensitivity(MethodId::kRandom);
-  vels.setOutputs({"y", std::string(5000, 'n')});
-  EXPECT_TRUE(vels.selectedVariables().empty());
-  EXPECT_EQ(vels.sensitivity, nullptr);
-  EXPECT_EQ(vels.outputs()[1].name.size(), 4095u);
-  for (const float weight : {-0.5f, std::numeric_limits<float>::quiet_NaN()}) EXPECT_FALSE(vels.setWeight(0, weight));
-  EXPECT_EQ(vels.outputs()[0].weight, 1.0f);
 }
 
 TEST(VelsConfiguration, RecordsAreReadAsWrittenOrRefused) {
