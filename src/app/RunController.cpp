@@ -3,6 +3,7 @@
 #include "app/ExternalRun.h"
 #include "app/FrontEnd.h"
 #include "base/TextWriter.h"
+#include "model/OfficeApplication.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SampleFiles.h"
 
@@ -25,6 +26,10 @@ class BusyScope {
 };
 
 }  // namespace
+
+RunController::RunController(FrontEnd& frontEnd)
+    : makeSpreadsheetApplication([](auto serve) { return std::make_unique<OfficeApplication>(std::move(serve)); }),
+      frontEnd_(frontEnd) {}
 
 bool RunController::fail(const std::string& text, const std::string& title) {
   frontEnd_.message(MessageKind::Error, title, text);
@@ -118,6 +123,7 @@ bool RunController::runModel(bool useExistingSample) {
 
 bool RunController::runChosenModel() {
   if (project.model.kind == kInternalModel) return runInternal();
+  if (project.model.spreadsheet != 0) return runSpreadsheet();
   return (project.model.kind != kExternalExecutable || runExternal()) && readOutputs();
 }
 
@@ -173,12 +179,34 @@ bool RunController::runExternal() {
   return outcome == ExternalOutcome::Done;
 }
 
+bool RunController::runSpreadsheet() {
+  using Attendance = ModelConfiguration::Attendance;
+  ModelConfiguration& model = project.model;
+  const BusyScope scope(busy);
+  const std::unique_ptr<SpreadsheetApplication> application = makeSpreadsheetApplication([this] {
+    frontEnd_.animate();
+    frontEnd_.drainEvents();
+    return frontEnd_.continueRun();
+  });
+  frontEnd_.openAnimation("External model execution", model.executable, model.outputFile);
+  const bool done = model.runSpreadsheet(project.prep, *application,
+                                         userAtWorkbook ? Attendance::User : Attendance::Nobody,
+                                         [this](const auto& title, const auto& text) { warn(title, text); });
+  frontEnd_.closeProgress();
+  return done || fail("Error in the Excel model execution");
+}
+
 bool RunController::readOutputs() {
   const BusyScope scope(busy);
-  const auto warn = [this](const std::string& title, const std::string& text) {
-    frontEnd_.message(title == "Warning" ? MessageKind::Warning : MessageKind::Error, title, text);
-  };
-  return project.model.readModelOutput(warn) || fail("Error reading model output file");
+  const auto tell = [this](const std::string& title, const std::string& text) { warn(title, text); };
+  return project.model.readModelOutput(tell) || fail("Error reading model output file");
+}
+
+void RunController::warn(const std::string& title, const std::string& text) {
+  MessageKind kind = MessageKind::Error;
+  if (title == "Warning") kind = MessageKind::Warning;
+  if (title == "Information") kind = MessageKind::Information;
+  frontEnd_.message(kind, title, text);
 }
 
 void RunController::finishRun() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -9,6 +11,7 @@
 namespace tarvex {
 
 class FrontEnd;
+class SpreadsheetApplication;
 
 // What a user is asked to give up.
 enum class Discard { ForProject, ForDemo, ForReset };
@@ -19,7 +22,7 @@ enum class Discard { ForProject, ForDemo, ForReset };
 // returns true at once.
 class RunController {
  public:
-  explicit RunController(FrontEnd& frontEnd) : frontEnd_(frontEnd) {}
+  explicit RunController(FrontEnd& frontEnd);
   // The controller of a whole session: reads the remembered directories from config.dat of `mainDirectory` now and
   // writes them back after each project that is loaded and at the end. Without a directory no such file is touched.
   RunController(FrontEnd& frontEnd, std::string mainDirectory);
@@ -34,6 +37,9 @@ class RunController {
   bool monteCarloMode = false;  // the Monte Carlo stage has been entered
   bool demoMode = false;        // a demonstration case is open, for reading only
   std::string modelDirectory;   // in which an external model runs: at first mainDirectory(); empty: the current one
+  bool userAtWorkbook = true;   // a workbook is shown to a user, who computes it; else it is computed unseen
+  // The application for models that are workbooks; it calls the operation that it is given while it works.
+  std::function<std::unique_ptr<SpreadsheetApplication>(std::function<bool()> serve)> makeSpreadsheetApplication;
 
   const std::string& mainDirectory() const { return mainDirectory_; }
   // True when a run can start: in the Monte Carlo stage, with a pre-processor configuration and a model.
@@ -80,9 +86,11 @@ class RunController {
   bool runInternal();
   bool driveInternalRun();
   bool runExternal();
+  bool runSpreadsheet();
   bool readOutputs();
   bool runChosenModel();
   void finishRun();
+  void warn(const std::string& title, const std::string& text);
   bool fail(const std::string& text, const std::string& title = "Error");
   void adoptResults(PrepConfiguration prep, ModelConfiguration model, VelsConfiguration vels);
   void adoptSample(PrepConfiguration prep);

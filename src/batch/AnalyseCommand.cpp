@@ -47,12 +47,11 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   if (!jsonFile.empty() && !exportJson(project, jsonFile, message)) return console.fail(message);
   if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
 
-  if (request.uncertainty) {
-    reportUncertainty(console.out, project.vels.uncertainty);
-    if (options.logScale) reportHistograms(console.out, project.vels.uncertainty, scale);
-  }
-  if (request.uncertainty && request.sensitivity) console.out << '\n';
-  if (request.sensitivity) reportMeasures(console.out, *project.vels.sensitivity, project.vels.selectedVariables());
+  Document text;
+  if (request.uncertainty) reportUncertainty(text, project.vels.uncertainty);
+  if (request.uncertainty && options.logScale) reportHistograms(text, project.vels.uncertainty, scale);
+  if (request.sensitivity) reportMeasures(text, *project.vels.sensitivity, project.vels.selectedVariables());
+  printText(console.out, text);
   return kSucceeded;
 }
 

@@ -120,7 +120,7 @@ int runIshigami(const std::string& directory, const Console& console) {
   AnalysisRequest uncertainty;
   uncertainty.sensitivity = false;
   if (!carryCase(random, modelFile, uncertainty, console, moments)) return kFailed;
-  reportEquations(console.out, *moments.project.model.internalModel());
+  printSection(console.out, reportEquations, *moments.project.model.internalModel());
   console.out << "\nUncertainty of y from " << *random.runs << " random runs\n";
   printMoments(console.out, moments.project.vels.uncertainty);
 

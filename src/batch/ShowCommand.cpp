@@ -29,11 +29,17 @@ FileKind kindOf(const std::string& path) {
   return FileKind::Unknown;
 }
 
+void addSample(Document& out, const PrepConfiguration& prep) {
+  reportDesign(out, prep);
+  reportFactors(out, prep.factors);
+  if (prep.samples.rows() > 0) reportSampleStatistics(out, prep);
+}
+
 int showFactors(const std::string& path, const Console& console) {
   FactorList factors;
   std::string message;
   if (!loadFactorFile(path, factors, message)) return console.fail(message + "\n" + path);
-  reportFactors(console.out, factors);
+  printSection(console.out, reportFactors, factors);
   return kSucceeded;
 }
 
@@ -41,7 +47,7 @@ int showSample(const std::string& path, const Console& console) {
   PrepConfiguration prep;
   std::string message;
   if (!loadSampleFile(path, prep, message)) return console.fail(message + "\n" + path);
-  reportSample(console.out, prep);
+  printSection(console.out, addSample, prep);
   return kSucceeded;
 }
 
@@ -49,14 +55,13 @@ int showModel(const std::string& path, const Console& console) {
   InternalModel model;
   std::string message;
   if (!loadModelFile(path, model, message)) return console.fail(message + "\n" + path);
-  reportEquations(console.out, model);
+  printSection(console.out, reportEquations, model);
   return kSucceeded;
 }
 
-void reportStatistics(const VelsConfiguration& vels, const Console& console) {
-  reportUncertainty(console.out, vels.uncertainty);
-  console.out << '\n';
-  if (vels.sensitivity) reportMeasures(console.out, *vels.sensitivity, vels.selectedVariables());
+void addStatistics(Document& out, const VelsConfiguration& vels) {
+  reportUncertainty(out, vels.uncertainty);
+  if (vels.sensitivity) reportMeasures(out, *vels.sensitivity, vels.selectedVariables());
 }
 
 int showPostProcessor(const std::string& path, const Console& console) {
@@ -65,26 +70,26 @@ int showPostProcessor(const std::string& path, const Console& console) {
   VelsConfiguration vels;
   std::string message;
   if (!loadPostProcessorFile(path, prep, model, vels, message)) return console.fail(message + "\n" + path);
-  reportSample(console.out, prep);
-  console.out << '\n';
-  reportResults(console.out, model);
-  console.out << '\n';
-  reportStatistics(vels, console);
+  Document text;
+  addSample(text, prep);
+  reportResults(text, model);
+  addStatistics(text, vels);
+  printText(console.out, text);
   return kSucceeded;
 }
 
 int showProject(const std::string& path, const Console& console) {
   ProjectConfiguration project;
   if (!project.load(path)) return console.fail("Error reading configuration file.\n" + path);
-  const auto heading = [&](const char* name, bool present) {
-    console.out << (present ? "" : "No ") << name << " Configuration\n";
+  Document text;
+  const auto heading = [&text](const char* name, bool present) {
+    text.add(Heading{std::string(present ? "" : "No ") + name + " Configuration"});
     return present;
   };
-  if (heading("Prep", project.hasPrep)) reportSample(console.out, project.prep);
-  console.out << '\n';
-  if (heading("Model", project.hasModel)) reportResults(console.out, project.model);
-  console.out << '\n';
-  if (heading("Vels", project.hasVels)) reportStatistics(project.vels, console);
+  if (heading("Prep", project.hasPrep)) addSample(text, project.prep);
+  if (heading("Model", project.hasModel)) reportResults(text, project.model);
+  if (heading("Vels", project.hasVels)) addStatistics(text, project.vels);
+  printText(console.out, text);
   return kSucceeded;
 }
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "batch/Reports.h"
-#include "batch/TextTable.h"
+#include "app/Reports.h"
+#include "plots/Document.h"
 #include "postproc/CellFormat.h"
 #include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
@@ -30,17 +30,17 @@ std::string rankText(const RegressionStats& statistics, const IndexRecord& recor
   return cell(rank) + (flag == 1.0 ? "*" : "");
 }
 
-void printRegression(std::ostream& out, const RegressionStats& statistics, std::int32_t variable) {
+void addRegression(Document& out, const RegressionStats& statistics, std::int32_t variable) {
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
   statistics.determination(variable, raw, ranks);
   statistics.determinationAdjusted(variable, rawAdjusted, ranksAdjusted);
-  out << fmt::format("R squared on raw data {}, adjusted {}; on ranks {}, adjusted {}\n", cell(raw), cell(rawAdjusted),
-                     cell(ranks), cell(ranksAdjusted));
-  TextTable table;
-  table.addColumn("factor", TextTable::Align::Left);
+  out.add(Paragraph{fmt::format("R squared on raw data {}, adjusted {}; on ranks {}, adjusted {}", cell(raw),
+                                cell(rawAdjusted), cell(ranks), cell(ranksAdjusted))});
+  Table table;
+  table.addColumn("factor", Table::Align::Left);
   for (std::int32_t m = 0; m < RegressionStats::kMeasures; ++m) {
     table.addColumn(std::string(RegressionStats::measureName(m)));
-    table.addColumn("", TextTable::Align::Left);
+    table.addColumn("", Table::Align::Left);
   }
   for (const IndexRecord& record : statistics.records) {
     const bool uncertain = record.kind == FactorKind::Uncertain;
@@ -51,8 +51,8 @@ void printRegression(std::ostream& out, const RegressionStats& statistics, std::
     }
     table.addRow(std::move(cells));
   }
-  table.print(out);
-  out << fmt::format("  Behind each measure its rank; * significant at {}\n", cell(statistics.alpha));
+  out.add(std::move(table));
+  out.add(Remark{fmt::format("Behind each measure its rank; * significant at {}", cell(statistics.alpha))});
 }
 
 double largestOf(const SensitivityStats& statistics, std::int32_t variable, std::size_t slot) {
@@ -71,21 +71,21 @@ std::vector<MeasureSlot> columnsOf(const SensitivityStats& statistics, std::int3
 }
 
 // A factor without any effect on the grid may still matter: the design only ever jumps by half of it.
-void printIdleFactors(std::ostream& out, const SensitivityStats& statistics, std::int32_t variable) {
+void addIdleFactors(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
   constexpr double kNoise = 1e-4;  // of the largest effect: what six digits in equations and files make of none
   const double largest = largestOf(statistics, variable, 0);
   for (const IndexRecord& record : statistics.records)
     if (record.kind == FactorKind::Uncertain && measureValue(statistics, record, variable, 0) <= kNoise * largest)
-      out << "  " << record.name
-          << " has no effect in this design. Every step jumps by half of the levels: where that is a period of the "
-             "model, an effect of any size goes unseen.\n";
+      out.add(Remark{record.name +
+                     " has no effect in this design. Every step jumps by half of the levels: where that is a period of "
+                     "the model, an effect of any size goes unseen."});
 }
 
 // A record that lacks a column's slot leaves its cell empty.
-void printSlots(std::ostream& out, const SensitivityStats& statistics, std::int32_t variable) {
+void addSlots(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
   const std::vector<MeasureSlot> columns = columnsOf(statistics, variable);
-  TextTable table;
-  table.addColumn("factor", TextTable::Align::Left);
+  Table table;
+  table.addColumn("factor", Table::Align::Left);
   for (const MeasureSlot& column : columns) table.addColumn(column.name);
   for (const IndexRecord& record : statistics.records) {
     const std::vector<MeasureSlot> slots = measureSlots(statistics, record);
@@ -98,21 +98,22 @@ void printSlots(std::ostream& out, const SensitivityStats& statistics, std::int3
     }
     table.addRow(std::move(cells));
   }
-  table.print(out);
-  if (statistics.typeId() == SensitivityStats::kMorris) printIdleFactors(out, statistics, variable);
+  out.add(std::move(table));
+  if (statistics.typeId() == SensitivityStats::kMorris) addIdleFactors(out, statistics, variable);
 }
 
 }  // namespace
 
-void reportUncertainty(std::ostream& out, const UaStats& statistics) {
+void reportUncertainty(Document& out, const UaStats& statistics) {
   if (statistics.variableCount() == 0) {
-    out << "Uncertainty statistics: not computed\n";
+    out.add(Paragraph{"Uncertainty statistics: not computed"});
     return;
   }
-  out << fmt::format("Uncertainty statistics of {} runs, bounds on the mean at {}\n", statistics.sampleSize(),
-                     cell(statistics.tchebyConfidence));
-  TextTable table;
-  table.addColumn("variable", TextTable::Align::Left);
+  out.add(Heading{fmt::format("Uncertainty statistics of {} runs, bounds on the mean at {}", statistics.sampleSize(),
+                              cell(statistics.tchebyConfidence)),
+                  2});
+  Table table;
+  table.addColumn("variable", Table::Align::Left);
   for (const char* heading :
        {"mean", "variance", "std. dev.", "skewness", "kurtosis", "minimum", "maximum", "Tchebycheff", "t-test"})
     table.addColumn(heading);
@@ -122,46 +123,49 @@ void reportUncertainty(std::ostream& out, const UaStats& statistics) {
                   cell(statistics.kurtosis(v)), cell(statistics.minimum(v)), cell(statistics.maximum(v)),
                   cell(statistics.tchebyBound(v)), cell(statistics.tTestBound(v))});
   }
-  table.print(out);
+  out.add(std::move(table));
 }
 
-void reportHistograms(std::ostream& out, const UaStats& statistics, HistogramScale scale) {
+void reportHistograms(Document& out, const UaStats& statistics, HistogramScale scale) {
   constexpr double kWidestBar = 40.0;
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
     const Histogram* bins = scale == kLinearScale ? statistics.linearHistogram(v) : statistics.logHistogram(v);
     double highest = 0.0;
     for (const HistogramEntry& bin : *bins) highest = std::max(highest, bin.count);
-    out << '\n' << *statistics.name(v) << (scale == kLinearScale ? "" : ", natural logarithm") << '\n';
+    out.add(Heading{*statistics.name(v) + (scale == kLinearScale ? "" : ", natural logarithm"), 2});
     if (highest == 0.0) {
-      out << "  no histogram\n";
+      out.add(Remark{"no histogram"});
       continue;
     }
-    TextTable table;
+    Table table;
     table.addColumn("from");
     table.addColumn("runs");
-    table.addColumn("", TextTable::Align::Left);
+    table.addColumn("", Table::Align::Left);
     for (const HistogramEntry& bin : *bins)
       if (bin.count > 0.0)
         table.addRow({cell(bin.left), cell(bin.count),
                       std::string(static_cast<std::size_t>(std::lround(bin.count / highest * kWidestBar)), '#')});
-    table.print(out);
+    out.add(std::move(table));
   }
 }
 
-void reportMeasures(std::ostream& out, const SensitivityStats& statistics, const std::vector<std::string>& variables) {
+void reportMeasures(Document& out, const SensitivityStats& statistics, const std::vector<std::string>& variables) {
   if (!statistics.computed || statistics.records.empty()) {
-    out << "Sensitivity measures: not computed\n";
+    out.add(Paragraph{"Sensitivity measures: not computed"});
     return;
   }
   for (std::int32_t v = 0; v < statistics.variableCount; ++v) {
     const auto index = static_cast<std::size_t>(v);
-    out << (v == 0 ? "" : "\n") << "Sensitivity of "
-        << (index < variables.size() ? variables[index] : std::to_string(v + 1)) << '\n';
-    if (const auto* regression = dynamic_cast<const RegressionStats*>(&statistics))
-      printRegression(out, *regression, v);
-    else
-      printSlots(out, statistics, v);
+    out.add(Heading{"Sensitivity of " + (index < variables.size() ? variables[index] : std::to_string(v + 1)), 2});
+    reportMeasuresOf(out, statistics, v);
   }
+}
+
+void reportMeasuresOf(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
+  if (const auto* regression = dynamic_cast<const RegressionStats*>(&statistics))
+    addRegression(out, *regression, variable);
+  else
+    addSlots(out, statistics, variable);
 }
 
 }  // namespace tarvex

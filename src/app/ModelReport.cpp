@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "batch/Reports.h"
-#include "batch/TextTable.h"
+#include "app/Reports.h"
 #include "model/ModelConfiguration.h"
+#include "plots/Document.h"
 
 namespace tarvex {
 
@@ -29,51 +29,47 @@ std::string kindText(const ModelConfiguration& model) {
 
 }  // namespace
 
-void reportEquations(std::ostream& out, const InternalModel& model) {
-  out << fmt::format("Internal model {}: {}, {}, {}\n\n", model.name(), counted(model.numVariables(), "input"),
-                     counted(model.numExpressions(), "equation"), counted(model.numOutputs(), "output"));
-  TextTable inputs;
+void reportEquations(Document& out, const InternalModel& model) {
+  out.add(Paragraph{fmt::format("Internal model {}: {}, {}, {}", model.name(), counted(model.numVariables(), "input"),
+                                counted(model.numExpressions(), "equation"), counted(model.numOutputs(), "output"))});
+  Table inputs;
   inputs.addColumn("#");
-  inputs.addColumn("input", TextTable::Align::Left);
-  inputs.addColumn("used by", TextTable::Align::Left);
+  inputs.addColumn("input", Table::Align::Left);
+  inputs.addColumn("used by", Table::Align::Left);
   int number = 0;
   for (const ModelVariable& variable : model.variables())
     inputs.addRow({std::to_string(++number), variable.name, usersText(variable.usedBy, model)});
-  inputs.print(out);
-  out << '\n';
-  TextTable equations;
+  out.add(std::move(inputs));
+  Table equations;
   equations.addColumn("#");
-  equations.addColumn("kind", TextTable::Align::Left);
-  equations.addColumn("name", TextTable::Align::Left);
-  equations.addColumn("equation", TextTable::Align::Left);
+  equations.addColumn("kind", Table::Align::Left);
+  equations.addColumn("name", Table::Align::Left);
+  equations.addColumn("equation", Table::Align::Left);
   number = 0;
   for (const ModelExpression& expression : model.expressions())
     equations.addRow(
         {std::to_string(++number), expression.type == 1 ? "output" : "internal", expression.name, expression.text});
-  equations.print(out);
+  out.add(std::move(equations));
 }
 
-void reportResults(std::ostream& out, const ModelConfiguration& model) {
-  out << fmt::format("Model: {}\n{} of {}", kindText(model), counted(model.runCount(), "run"),
-                     counted(model.outputCount(), "output"));
+void reportResults(Document& out, const ModelConfiguration& model) {
+  std::string text = fmt::format("Model: {}\n{} of {}", kindText(model), counted(model.runCount(), "run"),
+                                 counted(model.outputCount(), "output"));
   if (model.runCount() > 0 && model.hasTimeAxis()) {
     const std::int32_t times = model.timeCount(0);
     if (model.timeMode == kSharedGrid && times > 0)
-      out << fmt::format(", {} times from {} to {}", times, cell(model.time(0, 0)), cell(model.time(0, times - 1)));
+      text += fmt::format(", {} times from {} to {}", times, cell(model.time(0, 0)), cell(model.time(0, times - 1)));
     else
-      out << ", each run at times of its own";
+      text += ", each run at times of its own";
   }
-  out << "\n\n";
-  TextTable table;
+  out.add(Paragraph{std::move(text)});
+  Table table;
   table.addColumn("#");
-  table.addColumn("output", TextTable::Align::Left);
+  table.addColumn("output", Table::Align::Left);
   for (std::int32_t k = 0; k < model.outputCount(); ++k)
     table.addRow({std::to_string(k + 1), model.outputNames()[static_cast<std::size_t>(k)]});
-  table.print(out);
-  if (model.internalModel() != nullptr) {
-    out << '\n';
-    reportEquations(out, *model.internalModel());
-  }
+  out.add(std::move(table));
+  if (model.internalModel() != nullptr) reportEquations(out, *model.internalModel());
 }
 
 }  // namespace tarvex

@@ -1,11 +1,11 @@
-#include "batch/CorrelationTable.h"
+#include "app/CorrelationReport.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "batch/TextTable.h"
+#include "plots/Document.h"
 
 namespace tarvex {
 
@@ -18,10 +18,10 @@ std::string correlationCell(double r) {
   return fmt::format("{:.3f}", r);
 }
 
-void printMatrix(std::ostream& out, const std::vector<std::string>& names,
-                 const std::function<double(std::int32_t, std::int32_t)>& at) {
-  TextTable table;
-  table.addColumn("", TextTable::Align::Left);
+void addMatrix(Document& out, const std::vector<std::string>& names,
+               const std::function<double(std::int32_t, std::int32_t)>& at) {
+  Table table;
+  table.addColumn("", Table::Align::Left);
   for (const std::string& name : names) table.addColumn(name);
   for (std::size_t i = 0; i < names.size(); ++i) {
     std::vector<std::string> cells{names[i]};
@@ -29,11 +29,11 @@ void printMatrix(std::ostream& out, const std::vector<std::string>& names,
       cells.push_back(correlationCell(at(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j))));
     table.addRow(std::move(cells));
   }
-  table.print(out);
+  out.add(std::move(table));
 }
 
-void printPairs(std::ostream& out, const std::vector<std::string>& names,
-                const std::function<double(std::int32_t, std::int32_t)>& at) {
+void addPairs(Document& out, const std::vector<std::string>& names,
+              const std::function<double(std::int32_t, std::int32_t)>& at) {
   struct Pair {
     std::size_t i, j;
     double r;
@@ -46,21 +46,21 @@ void printPairs(std::ostream& out, const std::vector<std::string>& names,
     }
   std::stable_sort(pairs.begin(), pairs.end(),
                    [](const Pair& a, const Pair& b) { return std::abs(a.r) > std::abs(b.r); });
-  TextTable table;
-  table.addColumn("strongest pairs", TextTable::Align::Left);
-  table.addColumn("", TextTable::Align::Left);
+  Table table;
+  table.addColumn("strongest pairs", Table::Align::Left);
+  table.addColumn("", Table::Align::Left);
   table.addColumn("correlation");
   for (std::size_t k = 0; k < std::min(pairs.size(), kPairsShown); ++k)
     table.addRow({names[pairs[k].i], names[pairs[k].j], correlationCell(pairs[k].r)});
-  table.print(out);
-  if (pairs.size() > kPairsShown) out << "  and " << pairs.size() - kPairsShown << " weaker pairs\n";
+  out.add(std::move(table));
+  if (pairs.size() > kPairsShown) out.add(Remark{fmt::format("and {} weaker pairs", pairs.size() - kPairsShown)});
 }
 
 }  // namespace
 
-void printCorrelations(std::ostream& out, const std::vector<std::string>& names,
-                       const std::function<double(std::int32_t, std::int32_t)>& at) {
-  (names.size() <= kWidestMatrix ? printMatrix : printPairs)(out, names, at);
+void reportCorrelations(Document& out, const std::vector<std::string>& names,
+                        const std::function<double(std::int32_t, std::int32_t)>& at) {
+  (names.size() <= kWidestMatrix ? addMatrix : addPairs)(out, names, at);
 }
 
 }  // namespace tarvex

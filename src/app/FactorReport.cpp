@@ -1,12 +1,12 @@
 #include <fmt/format.h>
 
-#include "batch/CorrelationTable.h"
-#include "batch/Reports.h"
-#include "batch/TextTable.h"
+#include "app/CorrelationReport.h"
+#include "app/Reports.h"
 #include "factors/FactorList.h"
 #include "factors/IntervalDistribution.h"
 #include "factors/Relation.h"
 #include "factors/TruncatedDistribution.h"
+#include "plots/Document.h"
 
 namespace tarvex {
 
@@ -45,56 +45,55 @@ std::vector<std::string> correlatableNames(const FactorList& factors) {
   return names;
 }
 
-void reportTree(std::ostream& out, const FactorList& factors) {
-  out << "\nDependence tree\n";
-  TextTable table;
-  table.addColumn("factor", TextTable::Align::Left);
-  table.addColumn("depends on", TextTable::Align::Left);
+void reportTree(Document& out, const FactorList& factors) {
+  out.add(Heading{"Dependence tree", 2});
+  Table table;
+  table.addColumn("factor", Table::Align::Left);
+  table.addColumn("depends on", Table::Align::Left);
   table.addColumn("correlation");
   for (std::int32_t i = 0; i < factors.factorCount(); ++i) {
     const CorrelationNode& node = factors.node(i);
     if (node.parent >= 0)
       table.addRow({factors.factor(i).name, factors.factor(node.parent).name, cell(node.correlation)});
   }
-  table.print(out);
+  out.add(std::move(table));
 }
 
-void reportCorrelation(std::ostream& out, const FactorList& factors) {
+void reportCorrelation(Document& out, const FactorList& factors) {
   switch (factors.correlationMode) {
     case kDependenceTree:
       reportTree(out, factors);
       break;
     case kImanConover:
-      out << "\nRank correlation\n";
-      printCorrelations(out, correlatableNames(factors),
-                        [&factors](std::int32_t i, std::int32_t j) { return factors.matrixAt(i, j); });
+      out.add(Heading{"Rank correlation", 2});
+      reportCorrelations(out, correlatableNames(factors),
+                         [&factors](std::int32_t i, std::int32_t j) { return factors.matrixAt(i, j); });
       break;
     case kSteinSample:
-      out << "\nCorrelation of the Stein sample: " << factors.steinInfo.rows() << " rows of "
-          << factors.steinInfo.columns() << " columns";
-      if (!factors.steinFileName.empty()) out << ", " << factors.steinFileName;
-      out << '\n';
+      out.add(Paragraph{fmt::format("Correlation of the Stein sample: {} rows of {} columns{}{}",
+                                    factors.steinInfo.rows(), factors.steinInfo.columns(),
+                                    factors.steinFileName.empty() ? "" : ", ", factors.steinFileName)});
       break;
     default:
-      out << "\nNo correlation\n";
+      out.add(Paragraph{"No correlation"});
   }
 }
 
 }  // namespace
 
-void reportFactors(std::ostream& out, const FactorList& factors) {
-  out << fmt::format("{}, {} with a distribution; default truncations {} and {}\n\n",
-                     counted(factors.factorCount(), "factor"), factors.correlatableCount(),
-                     cell(TruncatedDistribution::defaultLeftTruncation()),
-                     cell(TruncatedDistribution::defaultRightTruncation()));
-  TextTable table;
+void reportFactors(Document& out, const FactorList& factors) {
+  out.add(Paragraph{fmt::format("{}, {} with a distribution; default truncations {} and {}",
+                                counted(factors.factorCount(), "factor"), factors.correlatableCount(),
+                                cell(TruncatedDistribution::defaultLeftTruncation()),
+                                cell(TruncatedDistribution::defaultRightTruncation()))});
+  Table table;
   table.addColumn("#");
-  table.addColumn("name", TextTable::Align::Left);
-  table.addColumn("type", TextTable::Align::Left);
+  table.addColumn("name", Table::Align::Left);
+  table.addColumn("type", Table::Align::Left);
   table.addColumn("mean");
   table.addColumn("std. dev.");
-  table.addColumn("parameters", TextTable::Align::Left);
-  table.addColumn("note", TextTable::Align::Left);
+  table.addColumn("parameters", Table::Align::Left);
+  table.addColumn("note", Table::Align::Left);
   for (std::int32_t i = 0; i < factors.factorCount(); ++i) {
     const Factor& factor = factors.factor(i);
     const auto* distribution = dynamic_cast<const Distribution*>(&factor);
@@ -102,7 +101,7 @@ void reportFactors(std::ostream& out, const FactorList& factors) {
                   distribution != nullptr ? cell(distribution->mean()) : "",
                   distribution != nullptr ? cell(distribution->stdDev()) : "", parametersText(factor), factor.note});
   }
-  table.print(out);
+  out.add(std::move(table));
   reportCorrelation(out, factors);
 }
 

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "postproc/UaStats.h"
+
+namespace tarvex {
+
+class FactorList;
+class InternalModel;
+class ModelConfiguration;
+class PrepConfiguration;
+class SensitivityStats;
+struct Document;
+
+// What the system's objects hold, as sections for people, added at the end of a document.
+
+void reportFactors(Document& out, const FactorList& factors);
+// Method with its settings, and counts.
+void reportDesign(Document& out, const PrepConfiguration& prep);
+// The statistics of the sample; those of a record without any are made for display.
+void reportSampleStatistics(Document& out, const PrepConfiguration& prep);
+void reportEquations(Document& out, const InternalModel& model);
+void reportResults(Document& out, const ModelConfiguration& model);
+// Per variable moments and bounds.
+void reportUncertainty(Document& out, const UaStats& statistics);
+// The filled bins of each variable.
+void reportHistograms(Document& out, const UaStats& statistics, HistogramScale scale);
+// Per variable the measures of the method, factors in the order of the list; or of one variable alone, without heading.
+void reportMeasures(Document& out, const SensitivityStats& statistics, const std::vector<std::string>& variables);
+void reportMeasuresOf(Document& out, const SensitivityStats& statistics, std::int32_t variable);
+
+}  // namespace tarvex
