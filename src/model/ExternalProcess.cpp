@@ -56,13 +56,17 @@ class SpawnSettings {
   }
 
   // Output before input: `log` may itself be descriptor 0 when this program was started without one.
-  void setDescriptors(int log) {
+  void setDescriptors(int log, int stream) {
     if (log >= 0)
       keep(posix_spawn_file_actions_adddup2(&actions_, log, STDOUT_FILENO));
     else
       keep(posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0));
     keep(posix_spawn_file_actions_adddup2(&actions_, STDOUT_FILENO, STDERR_FILENO));
     keep(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    if (stream >= 0) {
+      keep(posix_spawn_file_actions_adddup2(&actions_, stream, STDIN_FILENO));
+      keep(posix_spawn_file_actions_adddup2(&actions_, stream, STDOUT_FILENO));
+    }
     keep(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
   }
 
@@ -131,7 +135,7 @@ bool ExternalProcess::start(const Start& start) {
   const int log = calls.open(start.logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kLogMode);
   SpawnSettings settings;
   settings.setSignals();
-  settings.setDescriptors(log);
+  settings.setDescriptors(log, start.stream);
   settings.setDirectory(start.directory);
   error_ = settings.spawn(pid_, absolutePath(start.executable), absolutePath(start.argument));
   if (log >= 0) calls.close(log);

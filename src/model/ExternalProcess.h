@@ -8,7 +8,8 @@
 namespace tarvex {
 
 // A model that runs beside the program, as a process of its own at the head of its own process group: no signal of the
-// terminal reaches it, and a stop reaches everything that it started. It reads nothing from its standard input.
+// terminal reaches it, and a stop reaches everything that it started. Without a stream it reads nothing from its
+// standard input.
 class ExternalProcess {
  public:
   enum class State { NotStarted, Running, Ended, Lost };
@@ -18,6 +19,7 @@ class ExternalProcess {
     std::string argument;
     std::string directory;  // in which it runs; empty: the current one
     std::string logFile;    // gets standard output and error; a file that can't be made costs the log, not the run
+    int stream = -1;        // 3 or more: a descriptor that becomes standard input and output
   };
 
   ExternalProcess() = default;
