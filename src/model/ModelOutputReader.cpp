@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <charconv>
 
 #include "base/Names.h"
@@ -12,26 +11,12 @@ namespace {
 constexpr std::size_t kShortLine = 19;  // characters read of the lines that hold one word or number
 constexpr std::size_t kMaxNameLine = 255;
 
-constexpr std::string_view kSpecial = " /*-+()|!$&=?'^[]#@,;.:<>\\\"";
-
-bool isSpecial(char c) {
-  return static_cast<unsigned char>(c) > 127 || kSpecial.find(c) != std::string_view::npos;
-}
-
 // The next output's name, fit for expressions. False when the line holds none.
 bool readName(TextReader& in, const ModelConfiguration::Warn& warn, std::string& name) {
   std::string line;
   if (!in.readLine(line, kMaxNameLine)) return false;
   name = line.substr(0, line.find_first_of(" \t"));
-  if (name.empty()) return false;
-  if (name.front() >= '0' && name.front() <= '9') {
-    warn("Error", "Incorrect model variable name: " + name);
-    return false;
-  }
-  const std::string before = name;
-  std::ranges::replace_if(name, isSpecial, '_');
-  if (name != before) warn("Warning", "The model variable " + before + " will be modified in " + name);
-  return true;
+  return fitOutputName(name, warn);
 }
 
 // A line of a word and the run's number.
