@@ -1,0 +1,128 @@
+#include "sheet/Commands.h"
+
+#include <com/sun/star/lang/DisposedException.hpp>
+#include <istream>
+#include <ostream>
+
+namespace tarvex::office {
+
+namespace {
+
+const std::string kOk = "ok";
+
+std::string error(const std::string& text) {
+  std::string line = "error";
+  addField(line, text);
+  return line;
+}
+
+std::int32_t numberAt(const std::vector<std::string>& words, std::size_t place) {
+  std::int32_t number = -1;
+  if (place >= words.size() || !parseField(words[place], number) || number < 0)
+    throw Failure{"Request " + words[0] + " without its number " + std::to_string(place)};
+  return number;
+}
+
+const std::string& textAt(const std::vector<std::string>& words, std::size_t place) {
+  if (place >= words.size()) throw Failure{"Request " + words[0] + " without its text " + std::to_string(place)};
+  return words[place];
+}
+
+// Sheet, row, column, rows and columns behind the request's word.
+CellBlock blockOf(const std::vector<std::string>& words) {
+  return {numberAt(words, 2), numberAt(words, 3), numberAt(words, 4), numberAt(words, 5)};
+}
+
+std::string linesOf(const CellBlock& block) {
+  std::string text = kOk;
+  for (std::size_t first = 0; first < block.size(); first += static_cast<std::size_t>(block.columns))
+    text += '\n' + rowLine(block, first);
+  return text;
+}
+
+}  // namespace
+
+void Commands::serve() {
+  std::string line;
+  while (std::getline(in_, line)) {
+    const Words words = fieldsOf(line);
+    out_ << answer(words) << '\n' << std::flush;
+    if (words[0] == "quit") break;
+  }
+  // Else a document that was changed could hold up the end.
+  answer({"close"});
+}
+
+std::string Commands::answer(const Words& words) {
+  try {
+    return carryOut(words);
+  } catch (const Failure& failure) {
+    return error(failure.text);
+  } catch (const com::sun::star::lang::DisposedException&) {
+    return error("LibreOffice has ended.");
+  } catch (const com::sun::star::uno::Exception& exception) {
+    const std::string text = utf8(exception.Message);
+    return error(office_.running() ? "LibreOffice refuses to " + words[0] + (text.empty() ? "." : ": " + text)
+                                   : "LibreOffice has ended.");
+  }
+}
+
+std::string Commands::carryOut(const Words& words) {
+  const std::string& request = words[0];
+  if (request == "start") {
+    visible_ = textAt(words, 1) == "visible";
+    office_.start(visible_);
+  } else if (request == "open") {
+    workbook_.open(office_, textAt(words, 1), textAt(words, 2) == "read", visible_);
+  } else if (request == "wait") {
+    office_.waitForEnd();
+  } else if (request != "quit") {
+    return useWorkbook(words);
+  }
+  return kOk;
+}
+
+std::string Commands::useWorkbook(const Words& words) {
+  const std::string& request = words[0];
+  CellBlock block = request == "write" ? readRows(words) : CellBlock();
+  if (!workbook_.isOpen()) throw Failure{"No workbook is open."};
+  std::string answer = kOk;
+  if (request == "sheets") {
+    addField(answer, workbook_.sheetCount());
+  } else if (request == "name") {
+    addField(answer, workbook_.sheetName(numberAt(words, 1)));
+  } else if (request == "add") {
+    workbook_.addSheet(textAt(words, 1));
+  } else if (request == "clear") {
+    workbook_.clearSheet(numberAt(words, 1));
+  } else if (request == "write") {
+    workbook_.write(numberAt(words, 1), block);
+  } else if (request == "read") {
+    block = blockOf(words);
+    workbook_.read(numberAt(words, 1), block);
+    answer = linesOf(block);
+  } else if (request == "recalculate") {
+    workbook_.recalculate();
+  } else if (request == "saved") {
+    workbook_.setSaved();
+  } else if (request == "save") {
+    workbook_.save(textAt(words, 1));
+  } else if (request == "close") {
+    workbook_.close();
+  } else {
+    throw Failure{"Unknown request " + request};
+  }
+  return answer;
+}
+
+// All lines are taken before anything can fail, so that the next request stands at its place.
+CellBlock Commands::readRows(const Words& words) {
+  CellBlock block = blockOf(words);
+  bool good = true;
+  std::string line;
+  for (std::int32_t row = 0; row < block.rows && std::getline(in_, line); ++row) good = parseRow(line, block) && good;
+  if (!good || block.cells.size() != block.size()) throw Failure{"Request write with cells that are none"};
+  return block;
+}
+
+}  // namespace tarvex::office

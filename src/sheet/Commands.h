@@ -1,0 +1,35 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "sheet/Office.h"
+#include "sheet/Workbook.h"
+
+namespace tarvex::office {
+
+// Carries out what the lines of the input ask for, one after the other, and writes the answers.
+class Commands {
+ public:
+  Commands(Office& office, std::istream& in, std::ostream& out) : office_(office), in_(in), out_(out) {}
+
+  // Until the request to quit, or the end of the input.
+  void serve();
+
+ private:
+  using Words = std::vector<std::string>;
+
+  std::string answer(const Words& words);
+  std::string carryOut(const Words& words);
+  std::string useWorkbook(const Words& words);
+  CellBlock readRows(const Words& words);
+
+  Office& office_;
+  Workbook workbook_;
+  bool visible_ = false;
+  std::istream& in_;
+  std::ostream& out_;
+};
+
+}  // namespace tarvex::office

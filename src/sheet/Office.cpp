@@ -1,0 +1,189 @@
+#include "sheet/Office.h"
+
+#include <fcntl.h>
+#include <langinfo.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <cppuhelper/bootstrap.hxx>
+#include <rtl/bootstrap.hxx>
+
+#include <cctype>
+#include <clocale>
+#include <com/sun/star/bridge/XUnoUrlResolver.hpp>
+#include <com/sun/star/connection/NoConnectException.hpp>
+#include <com/sun/star/lang/XMultiComponentFactory.hpp>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+namespace tarvex::office {
+
+namespace {
+
+using com::sun::star::uno::Reference;
+using com::sun::star::uno::UNO_QUERY_THROW;
+using com::sun::star::uno::XInterface;
+
+const std::string kProgramDirectory = TARVEX_OFFICE_PROGRAM;
+constexpr const char* kPipeName = "tarvex";  // the directory makes it unique
+constexpr int kSlice = 50;                   // milliseconds between two looks
+constexpr int kStepOfWait = 200;             // while the user works
+constexpr int kEndLimit = 5000;              // for a termination that was asked for
+
+// No tip of the day, no welcome and no macro in front of a profile that is used once.
+constexpr const char* kSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
+<oor:items xmlns:oor="http://openoffice.org/2001/registry">
+<item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="FirstRun" oor:op="fuse"><value>false</value></prop></item>
+<item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="ShowTipOfTheDay" oor:op="fuse"><value>false</value></prop></item>
+<item oor:path="/org.openoffice.Office.Common/Security/Scripting"><prop oor:name="DisableMacrosExecution" oor:op="fuse"><value>true</value></prop></item>
+<item oor:path="/org.openoffice.Setup/Product"><prop oor:name="ooSetupLastVersion" oor:op="fuse"><value>99.9</value></prop></item>
+</oor:items>
+)";
+
+// Paths and texts are UTF-8, whatever the locale says of it.
+void useUtf8() {
+  std::setlocale(LC_ALL, "");
+  if (std::string(nl_langinfo(CODESET)) != "UTF-8") ::setenv("LC_ALL", "C.UTF-8", 1);
+}
+
+}  // namespace
+
+std::string utf8(const rtl::OUString& text) {
+  const rtl::OString bytes = rtl::OUStringToOString(text, RTL_TEXTENCODING_UTF8);
+  return {bytes.getStr(), static_cast<std::size_t>(bytes.getLength())};
+}
+
+rtl::OUString fromUtf8(const std::string& text) {
+  return {text.data(), static_cast<sal_Int32>(text.size()), RTL_TEXTENCODING_UTF8};
+}
+
+rtl::OUString fileUrl(const std::string& path) {
+  constexpr const char* kHex = "0123456789ABCDEF";
+  std::string url = "file://";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 128 && (std::isalnum(byte) || std::string_view("/-._~").find(c) != std::string_view::npos))
+      url += c;
+    else
+      url.append({'%', kHex[byte >> 4], kHex[byte & 15]});
+  }
+  return fromUtf8(url);
+}
+
+void Office::start(bool visible) {
+  if (::access((kProgramDirectory + "/soffice").c_str(), X_OK) != 0 ||
+      ::access((kProgramDirectory + "/libsclo.so").c_str(), R_OK) != 0)
+    throw Failure{"Workbooks need LibreOffice Calc: install the package libreoffice-calc."};
+  useUtf8();
+  writeSettings();
+  spawn(visible);
+  connect();
+}
+
+void Office::writeSettings() const {
+  std::error_code error;
+  std::filesystem::create_directories(directory_ + "/profile/user", error);
+  std::ofstream out(directory_ + "/profile/user/registrymodifications.xcu");
+  out << kSettings;
+  out.close();
+  if (!out) throw Failure{"LibreOffice cannot be started: its profile cannot be written in " + directory_ + '.'};
+}
+
+void Office::spawn(bool visible) {
+  ::setenv("OSL_SOCKET_PATH", directory_.c_str(), 1);
+  for (const char* name : {"TEMP", "TMP", "TMPDIR"}) ::setenv(name, directory_.c_str(), 1);
+  std::vector<std::string> words = {kProgramDirectory + "/soffice",
+                                    "-env:UserInstallation=" + utf8(fileUrl(directory_ + "/profile")),
+                                    "--norestore",
+                                    "--nologo",
+                                    "--nodefault",
+                                    "--nolockcheck",
+                                    std::string("--accept=pipe,name=") + kPipeName + ";urp;"};
+  if (!visible) words.emplace_back("--headless");
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+
+  // It must not hold our pipes: the end of this program is seen by them.
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  sigset_t all;
+  sigfillset(&all);
+  posix_spawnattr_setsigdefault(&attributes, &all);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+  const int error = posix_spawn(&pid_, arguments[0], &actions, &attributes, arguments.data(), environ);
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error == 0) return;
+  pid_ = -1;
+  throw Failure{"LibreOffice cannot be started: error " + std::to_string(error) + '.'};
+}
+
+void Office::connect() {
+  using namespace com::sun::star;  // NOLINT(google-build-using-namespace): the interfaces live five levels deep
+  rtl::Bootstrap::set("URE_MORE_TYPES", fileUrl(kProgramDirectory + "/types/offapi.rdb"));
+  const Reference<uno::XComponentContext> local =
+      cppu::defaultBootstrap_InitialComponentContext(fileUrl(kProgramDirectory + "/unorc"));
+  const Reference<bridge::XUnoUrlResolver> resolver(
+      local->getServiceManager()->createInstanceWithContext("com.sun.star.bridge.UnoUrlResolver", local),
+      UNO_QUERY_THROW);
+  const rtl::OUString url = fromUtf8(std::string("uno:pipe,name=") + kPipeName + ";urp;StarOffice.ComponentContext");
+  for (;;) {
+    try {
+      const Reference<uno::XComponentContext> context(resolver->resolve(url), UNO_QUERY_THROW);
+      desktop_ = context->getServiceManager()->createInstanceWithContext("com.sun.star.frame.Desktop", context);
+      return;
+    } catch (const connection::NoConnectException&) {
+      if (!running()) throw Failure{"LibreOffice cannot be started: it ended at once. Is there a display?"};
+      ::poll(nullptr, 0, kSlice);
+    }
+  }
+}
+
+// Its own children become ours when it dies before them.
+bool Office::running() {
+  int status = 0;
+  pid_t ended = 0;
+  while ((ended = ::waitpid(-1, &status, WNOHANG)) > 0)
+    if (ended == pid_) pid_ = -1;
+  return ended == 0;
+}
+
+void Office::waitForEnd() {
+  while (running()) ::poll(nullptr, 0, kStepOfWait);
+}
+
+bool Office::waitFor(int milliseconds) {
+  for (int waited = 0; running(); waited += kSlice) {
+    if (waited >= milliseconds) return false;
+    ::poll(nullptr, 0, kSlice);
+  }
+  return true;
+}
+
+void Office::end() {
+  try {
+    const Reference<com::sun::star::frame::XDesktop> desktop(desktop_, com::sun::star::uno::UNO_QUERY);
+    if (desktop.is() && running()) desktop->terminate();
+  } catch (const com::sun::star::uno::Exception&) {
+    // It is gone already, or will be.
+  }
+  const bool ended = waitFor(desktop_.is() ? kEndLimit : 0);
+  desktop_.clear();
+  std::error_code ignored;
+  std::filesystem::remove_all(directory_, ignored);
+  // It is of our group, and so are we.
+  if (!ended) ::kill(0, SIGKILL);
+}
+
+}  // namespace tarvex::office

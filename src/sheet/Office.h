@@ -1,0 +1,49 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <com/sun/star/frame/XDesktop.hpp>
+#include <string>
+
+namespace tarvex::office {
+
+// What went wrong, in words for the user.
+struct Failure {
+  std::string text;
+};
+
+std::string utf8(const rtl::OUString& text);
+rtl::OUString fromUtf8(const std::string& text);
+// The URL of an absolute path.
+rtl::OUString fileUrl(const std::string& path);
+
+// A LibreOffice of our own: a process with its profile, its temporary files and its pipes in one directory, so that it
+// meets no other one of the user, and all of it is gone with the directory.
+class Office {
+ public:
+  explicit Office(std::string directory) : directory_(std::move(directory)) {}
+  Office(const Office&) = delete;
+  Office& operator=(const Office&) = delete;
+
+  // Throws Failure.
+  void start(bool visible);
+  bool running();
+  // Until the user has closed it.
+  void waitForEnd();
+  // Ends it, whatever it does, and removes the directory.
+  void end();
+
+  com::sun::star::uno::Reference<com::sun::star::uno::XInterface> desktop() const { return desktop_; }
+
+ private:
+  void writeSettings() const;
+  void spawn(bool visible);
+  void connect();
+  bool waitFor(int milliseconds);
+
+  std::string directory_;
+  pid_t pid_ = -1;
+  com::sun::star::uno::Reference<com::sun::star::uno::XInterface> desktop_;
+};
+
+}  // namespace tarvex::office
