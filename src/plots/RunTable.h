@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarvex {
@@ -26,8 +28,9 @@ struct RunTable {
 
 // Reads the columns of the names given: of a factor, or of a variable as an analysis knows it (an output, a derived
 // name, an expression); a factor goes first, and "F - " or "V - " in front tells the two apart. No names: all factors,
-// then all outputs at their maximum over time where there is a time axis. False, with a sentence for the user, when a
-// name is unknown, a file fails, or results and sample don't belong together; `table` is then as it was.
+// then all outputs at their maximum over time where there is a time axis. `message` is then empty, or tells of
+// expressions that failed in some runs. False, with a sentence for the user, when a name is unknown, a file fails, or
+// results and sample don't belong together; `table` is then as it was.
 [[nodiscard]] bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model,
                                 const std::vector<std::string>& names, RunTable& table, std::string& message);
 
@@ -39,7 +42,11 @@ struct RunRange {
   bool upperIncluded = true;  // a filter's upper bound belongs to it, that of a region in a plane doesn't
 };
 
+// What is said, under the title "Error", to bounds that are no range; empty when upper lies above lower.
+std::string_view rangeProblem(double lower, double upper);
+
 // The numbers of the runs that lie in all ranges, upwards. A value that is no number lies in none.
+// Requires: columns that there are.
 std::vector<std::int32_t> runsWithin(const RunTable& table, const std::vector<RunRange>& ranges);
 
 }  // namespace tarvex

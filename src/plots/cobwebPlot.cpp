@@ -1,0 +1,136 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "plots/Ticks.h"
+#include "plots/runPlots.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::array kClassNames = {"Red", "Blue", "Green", "Magenta", "Midnight blue"};
+constexpr std::array kClassLimits = {0.2, 0.4, 0.6, 0.8};  // of the first axis, below which a run has its colour
+constexpr std::uint8_t kDroppedColour = kClassNames.size();
+constexpr const char* kMarkName = "Indian Red";
+
+struct Limits {
+  double lower = 0.0;
+  double upper = 0.0;
+};
+
+// From the smallest to the largest finite value; 0 and 0 without one.
+Limits limitsOf(const RunColumn& column) {
+  Limits limits{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+  for (const double value : column.values) {
+    if (!std::isfinite(value)) continue;
+    limits.lower = std::min(limits.lower, value);
+    limits.upper = std::max(limits.upper, value);
+  }
+  return limits.lower <= limits.upper ? limits : Limits{};
+}
+
+// 0 at the lower limit, 1 at the upper one; not finite for a value that isn't, nor where the limits are equal.
+float relativePosition(double value, const Limits& limits) {
+  const double span = limits.upper - limits.lower;
+  if (std::isfinite(span)) return static_cast<float>((value - limits.lower) / span);
+  return static_cast<float>((value / 2.0 - limits.lower / 2.0) / (limits.upper / 2.0 - limits.lower / 2.0));
+}
+
+// The first limit that t lies below; the last class without one, as for a first column of one value.
+std::uint8_t classOf(float t) {
+  std::uint8_t number = 0;
+  while (number < kClassLimits.size() && !(t < kClassLimits[number])) ++number;
+  return number;
+}
+
+std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits, bool dropped) {
+  std::vector<LegendEntry> legend;
+  const auto add = [&](const std::string& text, const char* colour) {
+    legend.push_back({text, namedColour(colour), LegendMark::Line, LineStyle::Solid});
+  };
+  const auto edge = [&](std::size_t i) {
+    return formNumber(limits.lower + kClassLimits[i] * (limits.upper - limits.lower), NumberForm::TwoDecimals);
+  };
+  if (limits.lower == limits.upper) {
+    add(name + " is the same in all runs", kClassNames.back());
+  } else {
+    add(name + " below " + edge(0), kClassNames[0]);
+    for (std::size_t i = 1; i < kClassLimits.size(); ++i) add(edge(i - 1) + " to " + edge(i), kClassNames[i]);
+    add("from " + edge(kClassLimits.size() - 1), kClassNames.back());
+  }
+  if (dropped) add("filtered out", kMarkName);
+  return legend;
+}
+
+CobwebAxis axisOf(const RunColumn& column, std::size_t number, const Limits& limits,
+                  const std::vector<RunRange>& filters) {
+  CobwebAxis axis{column.name, limits.lower, limits.upper, std::nullopt};
+  for (const RunRange& filter : filters) {
+    if (filter.column != number) continue;
+    if (!axis.filter) axis.filter.emplace(filter.lower, filter.upper);
+    axis.filter->first = std::max(axis.filter->first, filter.lower);
+    axis.filter->second = std::min(axis.filter->second, filter.upper);
+  }
+  return axis;
+}
+
+void addRun(CobwebChart& chart, const RunTable& table, const std::vector<Limits>& limits, std::size_t run,
+            bool dropped) {
+  constexpr float kMiddle = 0.5f;  // of an axis of one value
+  for (std::size_t i = 0; i < limits.size(); ++i) {
+    const double value = table.columns[i].values[run];
+    const bool constant = limits[i].lower == limits[i].upper && value == limits[i].lower;
+    chart.positions.push_back(constant ? kMiddle : relativePosition(value, limits[i]));
+  }
+  const double first = table.columns.front().values[run];
+  chart.colours.push_back(dropped ? kDroppedColour : classOf(relativePosition(first, limits.front())));
+}
+
+// The runs that dropped out lie behind the others.
+void addRuns(CobwebChart& chart, const RunTable& table, const std::vector<Limits>& limits,
+             const std::vector<std::int32_t>& kept, bool showDropped) {
+  const std::size_t runs = showDropped ? static_cast<std::size_t>(table.runs) : kept.size();
+  chart.positions.reserve(runs * limits.size());
+  chart.colours.reserve(runs);
+  auto next = kept.begin();
+  for (std::int32_t run = 0; run < table.runs && showDropped; ++run) {
+    if (next != kept.end() && *next == run)
+      ++next;
+    else
+      addRun(chart, table, limits, static_cast<std::size_t>(run), true);
+  }
+  for (const std::int32_t run : kept) addRun(chart, table, limits, static_cast<std::size_t>(run), false);
+}
+
+}  // namespace
+
+Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, bool showDropped) {
+  constexpr double kPerAxis = 110.0;
+  constexpr double kLeastWidth = 800.0;
+  constexpr double kMostWidth = 16000.0;
+  Figure figure;
+  figure.title = "Cobwebs plot";
+  figure.subtitle = std::to_string(table.runs) + " runs";
+  if (table.columns.empty()) return figure;
+
+  std::vector<Limits> limits;
+  for (const RunColumn& column : table.columns) limits.push_back(limitsOf(column));
+  const std::vector<std::int32_t> kept = runsWithin(table, filters);
+  const auto keptRuns = static_cast<std::int32_t>(kept.size());
+  CobwebChart chart;
+  chart.markColour = namedColour(kMarkName);
+  for (const char* name : kClassNames) chart.palette.push_back(namedColour(name));
+  chart.palette.push_back(chart.markColour);
+  for (std::size_t i = 0; i < limits.size(); ++i) chart.axes.push_back(axisOf(table.columns[i], i, limits[i], filters));
+  addRuns(chart, table, limits, kept, showDropped);
+
+  if (!filters.empty()) figure.subtitle = std::to_string(keptRuns) + " of " + figure.subtitle + " within the filters";
+  figure.legend = legendOf(table.columns.front().name, limits.front(), showDropped && keptRuns < table.runs);
+  figure.width = std::clamp(kPerAxis * static_cast<double>(limits.size()), kLeastWidth, kMostWidth);
+  figure.charts.emplace_back(std::move(chart));
+  return figure;
+}
+
+}  // namespace tarvex
