@@ -1,0 +1,266 @@
+#include "plots/histogramPlots.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+#include "plots/RunTable.h"
+#include "plots/Ticks.h"
+#include "postproc/UaCurves.h"
+
+namespace tarvex {
+
+namespace {
+
+// For several variables: apart in hue for every kind of colour vision, and most of them in gray (M. Okabe, K. Ito,
+// Color Universal Design, 2008). The line styles tell all of them apart.
+constexpr std::array<Colour, kLineStyles> kColours = {{
+    {0, 29298, 45746},      // blue
+    {59110, 40863, 0},      // orange
+    {0, 0, 0},              // black
+    {52428, 31097, 42919},  // reddish purple
+    {0, 40606, 29555},      // bluish green
+    {54741, 24158, 0},      // vermilion
+    {22102, 46260, 59881},  // sky blue
+}};
+
+// What is drawn of one variable, over edges in the units of the scale.
+struct Series {
+  std::string name;
+  std::vector<double> edges;    // of the bins, and where the last one ends
+  std::vector<double> heights;  // what the columns or the curve show, one a bin
+  double runs = 0.0;            // counted in the bins
+  Colour colour;
+  LineStyle style = LineStyle::Solid;
+  bool constant = false;  // one value: the first edge
+};
+
+bool isCurve(HistogramForm form) {
+  return form == HistogramForm::Cumulative || form == HistogramForm::Complement;
+}
+
+std::vector<double> heightsOf(const UaStats& stats, std::int32_t variable, HistogramForm form, HistogramScale scale) {
+  const UaCurves curves = makeUaCurves(stats, variable, scale);
+  const UaCurves::Curve& curve = form == HistogramForm::Cumulative   ? curves.cumulative
+                                 : form == HistogramForm::Complement ? curves.complement
+                                                                     : curves.density;
+  std::vector<double> heights(curve.begin(), curve.end());
+  if (form == HistogramForm::Frequency)
+    for (double& height : heights) height /= stats.sampleSize();
+  return heights;
+}
+
+// Nothing for a variable without a histogram: no number, or none above 0 on the logarithmic scale, or beyond all
+// bounds.
+std::optional<Series> seriesOf(const UaStats& stats, std::int32_t variable, HistogramForm form, HistogramScale scale) {
+  const Histogram* bins = scale == kLogScale ? stats.logHistogram(variable) : stats.linearHistogram(variable);
+  if (bins == nullptr || (scale == kLogScale && !(stats.minimum(variable) > 0.0))) return std::nullopt;
+  Series series;
+  series.name = *stats.name(variable);
+  for (const HistogramEntry& bin : *bins) {
+    series.edges.push_back(bin.left);
+    series.runs += bin.count;
+  }
+  const double low = series.edges.front();
+  const double high = series.edges.back();
+  // A file may hold anything.
+  if (!std::isfinite(high - low) || !std::is_sorted(series.edges.begin(), series.edges.end()) || !(series.runs > 0.0))
+    return std::nullopt;
+  series.constant = low == high;
+  series.edges.push_back(high + (high - low) / (kHistogramEntries - 1));
+  series.heights = heightsOf(stats, variable, form, scale);
+  return series;
+}
+
+// A column of some width in the middle of the axis where a variable has one value.
+void widenConstant(Series& series, const Axis& axis) {
+  constexpr double kHalfWidth = 0.02;  // of the axis
+  const double half = (axis.upper - axis.lower) * kHalfWidth;
+  const double at = series.edges.front();
+  series.edges = {at - half, at + half};
+  series.heights = {series.heights.front()};
+}
+
+// A paler colour, as of a thin coat of paint on white.
+Colour paler(const Colour& colour) {
+  constexpr int kParts = 4;  // one of the colour, the others of white
+  const auto mix = [](std::uint16_t part) {
+    return static_cast<std::uint16_t>((part + (kParts - 1) * 65535) / kParts);
+  };
+  return {mix(colour.red), mix(colour.green), mix(colour.blue)};
+}
+
+Line outlineOf(const Series& series) {
+  Line line{{series.edges.front()}, {0.0}, series.colour, series.style, true};
+  for (std::size_t i = 0; i < series.heights.size(); ++i) {
+    line.x.push_back(series.edges[i]);
+    line.y.push_back(series.heights[i]);
+  }
+  line.x.push_back(series.edges.back());
+  line.y.push_back(0.0);
+  return line;
+}
+
+// A constant variable's curve leaps at its value.
+Line curveOf(const Series& series, const Axis& axis, bool rising) {
+  if (series.constant) {
+    const double at = series.edges.front();
+    const double before = rising ? 0.0 : 1.0;
+    return {{axis.lower, at, at, axis.upper},
+            {before, before, 1.0 - before, 1.0 - before},
+            series.colour,
+            series.style,
+            false};
+  }
+  std::vector<double> x(series.edges.begin(), series.edges.end() - 1);
+  return {std::move(x), series.heights, series.colour, series.style, false};
+}
+
+const char* titleOf(HistogramForm form) {
+  switch (form) {
+    case HistogramForm::Area:
+    case HistogramForm::Outline:
+      return "Histogram";
+    case HistogramForm::Frequency:
+      return "Frequencies";
+    case HistogramForm::Cumulative:
+      return "Cumulative curve";
+    case HistogramForm::Complement:
+      return "Complementary cumulative curve";
+  }
+  return "";
+}
+
+const char* heightTitleOf(HistogramForm form) {
+  switch (form) {
+    case HistogramForm::Area:
+    case HistogramForm::Outline:
+      return "Runs";
+    case HistogramForm::Frequency:
+      return "Share of the runs";
+    case HistogramForm::Cumulative:
+      return "Share of the runs up to the value";
+    case HistogramForm::Complement:
+      return "Share of the runs above the value";
+  }
+  return "";
+}
+
+void addLayers(XyChart& chart, std::vector<Series>& all, HistogramForm form) {
+  if (isCurve(form)) {
+    for (const Series& series : all)
+      chart.layers.emplace_back(curveOf(series, chart.x, form == HistogramForm::Cumulative));
+    return;
+  }
+  const bool several = all.size() > 1;
+  for (Series& series : all) {
+    if (series.constant) widenConstant(series, chart.x);
+    if (form == HistogramForm::Outline) continue;
+    chart.layers.emplace_back(Area{series.edges, series.heights, several ? paler(series.colour) : series.colour,
+                                   form == HistogramForm::Frequency});
+  }
+  // Outlines in front of all columns: none hides another.
+  if (several || form == HistogramForm::Outline)
+    for (const Series& series : all) chart.layers.emplace_back(outlineOf(series));
+}
+
+XyChart chartOf(std::vector<Series>& all, HistogramForm form, HistogramScale scale) {
+  XyChart chart;
+  std::vector<double> ends;
+  double largest = 0.0;
+  for (const Series& series : all) {
+    // The last bin has its width in a histogram; curves end at its edge, the largest value.
+    const bool isWide = !isCurve(form) && !series.constant;
+    ends.push_back(series.edges.front());
+    ends.push_back(isWide ? series.edges.back() : series.edges[series.edges.size() - 2]);
+    for (const double height : series.heights)
+      if (std::isfinite(height)) largest = std::max(largest, height);
+  }
+  chart.x = axisOver(all.size() == 1 ? all.front().name : "Value", ends, NumberForm::TwoDecimals);
+  if (scale == kLogScale) {
+    chart.x.scale = AxisScale::Logarithms;
+    chart.x.title += ", logarithmic scale";
+  }
+  chart.y.title = heightTitleOf(form);
+  chart.y.upper = isCurve(form) || !(largest > 0.0) ? 1.0 : largest;
+  addLayers(chart, all, form);
+  return chart;
+}
+
+std::string listed(const std::vector<std::string>& names) {
+  constexpr std::size_t kMost = 4;
+  std::string text;
+  for (std::size_t i = 0; i < names.size() && i < kMost; ++i) text += (i == 0 ? "" : ", ") + names[i];
+  return names.size() > kMost ? text + " and " + std::to_string(names.size() - kMost) + " others" : text;
+}
+
+// Runs, and who isn't shown.
+std::string subtitleOf(const UaStats& stats, const std::vector<Series>& all, const std::vector<std::string>& without,
+                       HistogramScale scale) {
+  std::string text = std::to_string(stats.sampleSize()) + " runs";
+  if (all.size() == 1 && all.front().runs < stats.sampleSize())
+    text += ", " + std::to_string(std::lround(stats.sampleSize() - all.front().runs)) + " without a number";
+  if (without.empty()) return text;
+  return text + (scale == kLogScale ? "; not above 0 in all of them: " : "; without a histogram: ") + listed(without);
+}
+
+}  // namespace
+
+Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
+                     HistogramScale scale) {
+  std::vector<Series> all;
+  std::vector<std::string> without;
+  for (const std::int32_t variable : variables) {
+    std::optional<Series> series = seriesOf(stats, variable, form, scale);
+    if (series)
+      all.push_back(std::move(*series));
+    else if (const std::string* name = stats.name(variable))
+      without.push_back(*name);
+  }
+  Figure figure;
+  figure.title = titleOf(form);
+  if (variables.size() == 1 && stats.name(variables.front()) != nullptr)
+    figure.title += " of " + *stats.name(variables.front());
+  figure.subtitle = subtitleOf(stats, all, without, scale);
+  if (all.empty()) return figure;
+
+  if (all.size() == 1) all.front().colour = namedColour("Medium Slate Blue");
+  for (std::size_t i = 0; i < all.size() && all.size() > 1; ++i) {
+    all[i].colour = kColours[i % kLineStyles];
+    // From the eighth on the styles go with other colours.
+    all[i].style = static_cast<LineStyle>((i + i / kLineStyles) % kLineStyles);
+    figure.legend.push_back({all[i].name, all[i].colour, LegendMark::Line, all[i].style});
+  }
+  figure.charts.emplace_back(chartOf(all, form, scale));
+  return figure;
+}
+
+Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale) {
+  const auto isFactor = [](const RunColumn* column) { return column->isFactor; };
+  const bool mixed = std::ranges::any_of(columns, isFactor) && !std::ranges::all_of(columns, isFactor);
+  std::vector<std::string> names;
+  std::vector<std::int32_t> variables;
+  OutputTable table;
+  std::vector<double> row(columns.size());
+  std::size_t runs = 0;
+  for (const RunColumn* column : columns) {
+    variables.push_back(static_cast<std::int32_t>(names.size()));
+    names.push_back(mixed ? column->label() : column->name);
+    runs = std::max(runs, column->values.size());
+  }
+  bool stored = table.allocate(static_cast<std::int32_t>(columns.size()));
+  for (std::size_t run = 0; run < runs && stored; ++run) {
+    for (std::size_t i = 0; i < columns.size(); ++i)
+      row[i] = run < columns[i]->values.size() ? columns[i]->values[run] : std::nan("");
+    stored = table.addRow(row.data()) > 0;
+  }
+  UaStats stats;
+  if (stored && stats.compute(names, table)) return histogramPlot(stats, variables, form, scale);
+  Figure figure;
+  figure.title = titleOf(form);
+  figure.subtitle = "No values: " + table.errorText();
+  return figure;
+}
+
+}  // namespace tarvex
