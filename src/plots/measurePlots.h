@@ -9,7 +9,6 @@
 
 namespace tarvex {
 
-class PrepConfiguration;
 class SensitivityStats;
 
 // The displays of sensitivity measures of one variable, named `variableName`. Factors without a measure keep their row,
@@ -22,6 +21,7 @@ struct MeasureChoice {
   std::string title;  // as panels name it
   std::int32_t slot = 0;
 };
+// Slots count as in the record of a single factor. The total order of FAST is on offer when there is one.
 std::vector<MeasureChoice> measureChoices(const SensitivityStats& stats);
 
 // A bar a factor (group, term), green where significant and red where not; one colour where there is no test. Measures
@@ -38,7 +38,7 @@ Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const 
                     std::int32_t slot);
 
 // Up to ten records of one factor, upwards by their first (slot 0) or total (slot 1) value: number of the record and
-// value.
+// value. What is no number comes last.
 std::vector<std::pair<std::int32_t, double>> sobolTopTen(const SensitivityStats& stats, std::int32_t variable,
                                                          std::int32_t slot);
 

@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+#include "plots/MeasureColumn.h"
+#include "plots/Ticks.h"
+#include "plots/measurePlots.h"
+#include "postproc/CellFormat.h"
+#include "postproc/RegressionStats.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr const char* kPlain = "Medium Slate Blue";
+constexpr const char* kSecond = "Gold";  // apart from the first in gray too
+constexpr const char* kSignificant = "Pale Green";
+constexpr const char* kInsignificant = "Indian Red";
+
+constexpr std::size_t kMostRows = 1000;  // beyond them a picture is no longer one
+
+using Column = std::vector<std::optional<double>>;
+
+// The records that a figure shows, by number, in their order: all that have one of the measures or a reason for none.
+// Of very many those of the largest sizes.
+std::vector<std::size_t> shownRecords(const SensitivityStats& stats, const std::vector<Column>& columns) {
+  std::vector<std::size_t> shown;
+  std::vector<double> sizes(stats.records.size(), 0.0);
+  for (std::size_t i = 0; i < stats.records.size(); ++i) {
+    bool any = stats.records[i].kind != FactorKind::Uncertain;
+    for (const Column& column : columns) {
+      any = any || column[i].has_value();
+      if (column[i] && std::isfinite(*column[i])) sizes[i] = std::max(sizes[i], std::abs(*column[i]));
+    }
+    if (any) shown.push_back(i);
+  }
+  if (shown.size() <= kMostRows) return shown;
+  std::stable_sort(shown.begin(), shown.end(), [&](std::size_t a, std::size_t b) { return sizes[a] > sizes[b]; });
+  shown.resize(kMostRows);
+  std::sort(shown.begin(), shown.end());
+  return shown;
+}
+
+// "%.3f"; without three hundred digits of a number beyond all measure.
+std::string threeDecimals(double value) {
+  constexpr double kHuge = 1e12;
+  if (!(std::abs(value) < kHuge)) return measureText(value);
+  char text[32];
+  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 3).ptr;
+  return {text, end};
+}
+
+Bar reasonBar(const IndexRecord& record) {
+  return {0.0, std::string(kindCell(record.kind)), namedColour("gray"), true};
+}
+
+BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& columns,
+                 const std::vector<std::size_t>& shown, const std::vector<const char*>& colours) {
+  BarChart chart;
+  std::vector<double> values{0.0};
+  for (const std::size_t i : shown) chart.categories.push_back(stats.records[i].name);
+  for (std::size_t s = 0; s < columns.size(); ++s) {
+    std::vector<Bar>& bars = chart.series.emplace_back();
+    for (const std::size_t i : shown) {
+      const std::optional<double>& value = columns[s][i];
+      if (value) {
+        values.push_back(*value);
+        bars.push_back({*value, measureText(*value), namedColour(colours[s % colours.size()]), false});
+      } else {
+        bars.push_back(reasonBar(stats.records[i]));
+        if (s > 0) bars.back().text.clear();  // once is enough
+      }
+    }
+  }
+  chart.values = axisOver("", values, NumberForm::FourDecimals);
+  return chart;
+}
+
+// Green and red for what is significant and what isn't.
+void colourBySignificance(BarChart& chart, const RegressionStats& stats, std::int32_t variable, std::int32_t measure,
+                          const std::vector<std::size_t>& shown) {
+  const Column flags = measureColumn(stats, variable, RegressionStats::kFlagSlots + measure);
+  for (std::size_t k = 0; k < shown.size(); ++k)
+    if (const std::optional<double>& flag = flags[shown[k]])
+      chart.series.front()[k].colour = namedColour(*flag == 1.0 ? kSignificant : kInsignificant);
+}
+
+// As high and as wide as the rows and their names need.
+void sizeToRows(Figure& figure, std::size_t seriesCount) {
+  constexpr double kFrame = 150.0;
+  constexpr double kLeastHeight = 260.0;
+  constexpr double kRow = 8.0;
+  constexpr double kSeries = 14.0;
+  constexpr double kWidth = 800.0;
+  constexpr double kSmallWidth = 480.0;  // of one among several
+  constexpr double kCharacter = 7.0;
+  constexpr std::size_t kUsualName = 20;
+  constexpr std::size_t kLongestName = 140;
+  const auto* chart = std::get_if<BarChart>(&figure.charts.front());
+  std::size_t longest = kUsualName;
+  for (const std::string& name : chart->categories) longest = std::max(longest, name.size());
+  const double names = kCharacter * static_cast<double>(std::min(longest, kLongestName) - kUsualName);
+  const double rows = static_cast<double>(chart->categories.size());
+  const double height = std::max(kLeastHeight, kFrame + rows * (kRow + kSeries * static_cast<double>(seriesCount)));
+  const auto count = static_cast<int>(figure.charts.size());
+  figure.width = count == 1 ? kWidth + names : figure.columns * (kSmallWidth + names);
+  figure.height = height * ((count + figure.columns - 1) / figure.columns);
+}
+
+std::string determinationText(const RegressionStats& stats, std::int32_t variable) {
+  double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
+  if (!stats.determination(variable, raw, ranks) || !stats.determinationAdjusted(variable, rawAdjusted, ranksAdjusted))
+    return "";
+  return "R squared on raw data " + measureText(raw) + ", adjusted " + measureText(rawAdjusted) + "; on ranks " +
+         measureText(ranks) + ", adjusted " + measureText(ranksAdjusted);
+}
+
+std::string confidenceText(const RegressionStats& stats) {
+  char text[32];
+  const auto end = std::to_chars(text, text + sizeof text, stats.alpha).ptr;  // the shortest that tells it
+  return {text, end};
+}
+
+// A chart a measure, as each bar's colour is taken by its test.
+void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t variable,
+                   const std::vector<std::int32_t>& slots, const std::vector<Column>& columns,
+                   const std::vector<std::size_t>& shown) {
+  constexpr int kMostColumns = 4;
+  figure.columns = std::clamp(static_cast<int>(slots.size()), 1, kMostColumns);
+  for (std::size_t s = 0; s < slots.size(); ++s) {
+    BarChart chart = chartOf(stats, {columns[s]}, shown, {kPlain});
+    colourBySignificance(chart, stats, variable, slots[s], shown);
+    const std::string name = measureTitle(stats, slots[s]);
+    if (slots.size() > 1) chart.title = name;
+    chart.values.title = name;
+    figure.charts.emplace_back(std::move(chart));
+  }
+  figure.title = slots.size() == 1 ? "Value of the " + measureTitle(stats, slots.front()) + "s vs. selected factors"
+                                   : "Sensitivity Analysis";
+  const std::string determination = determinationText(stats, variable);
+  if (!determination.empty()) figure.subtitle += "; " + determination;
+  figure.legend = {{"significant at " + confidenceText(stats), namedColour(kSignificant)},
+                   {"not significant", namedColour(kInsignificant)}};
+}
+
+// One chart with a series a measure.
+void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<std::int32_t>& slots,
+               const std::vector<Column>& columns, const std::vector<std::size_t>& shown) {
+  const std::vector<const char*> colours{kPlain, kSecond};
+  BarChart chart = chartOf(stats, columns, shown, colours);
+  for (std::size_t s = 0; s < slots.size(); ++s) {
+    const std::string title = measureTitle(stats, slots[s]);
+    figure.title += (s == 0 ? "" : ", ") + title;
+    if (slots.size() > 1) figure.legend.push_back({title, namedColour(colours[s % colours.size()])});
+  }
+  chart.values.title = figure.title;
+  figure.charts.emplace_back(std::move(chart));
+}
+
+}  // namespace
+
+Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                   const std::vector<std::int32_t>& slots) {
+  Figure figure;
+  figure.subtitle = variableName;
+  std::vector<Column> columns;
+  for (const std::int32_t slot : slots) columns.push_back(measureColumn(stats, variable, slot));
+  const std::vector<std::size_t> shown = shownRecords(stats, columns);
+  if (shown.empty() || slots.empty()) {
+    figure.subtitle += ": no measures";
+    return figure;
+  }
+  if (const auto* regression = dynamic_cast<const RegressionStats*>(&stats))
+    addRegression(figure, *regression, variable, slots, columns, shown);
+  else
+    addSeries(figure, stats, slots, columns, shown);
+  if (shown.size() == kMostRows && stats.records.size() > kMostRows)
+    figure.subtitle += "; the " + std::to_string(kMostRows) + " largest of " + std::to_string(stats.records.size());
+  sizeToRows(figure, std::get<BarChart>(figure.charts.front()).series.size());
+  return figure;
+}
+
+Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                    std::int32_t slot) {
+  Figure figure;
+  figure.title = "Forecast";
+  figure.subtitle = variableName + ", " + measureTitle(stats, slot);
+  const Column column = measureColumn(stats, variable, slot);
+  std::vector<std::size_t> shown = shownRecords(stats, {column});
+  std::erase_if(shown, [&](std::size_t i) { return stats.records[i].kind != FactorKind::Uncertain; });
+  if (shown.empty()) {
+    figure.subtitle += ": no measures";
+    return figure;
+  }
+  BarChart chart = chartOf(stats, {column}, shown, {"Blue Violet"});
+  chart.values.form = NumberForm::ThreeDecimals;
+  for (Bar& bar : chart.series.front()) bar.text = threeDecimals(bar.value);
+  figure.charts.emplace_back(std::move(chart));
+  sizeToRows(figure, 1);
+  return figure;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,174 @@
+#include "plots/measurePlots.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+#include "base/NumberText.h"
+#include "plots/MeasureColumn.h"
+#include "plots/Ticks.h"
+#include "postproc/CellFormat.h"
+#include "postproc/MorrisStats.h"
+#include "postproc/SobolStats.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::size_t kTop = 10;
+
+// "%5.3e"
+std::string scientific(double value) {
+  if (!std::isfinite(value)) return numberText(value);
+  char text[32];
+  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, 3).ptr;
+  return {text, end};
+}
+
+struct NumberedValue {
+  std::size_t record;
+  std::size_t place;  // in the list of colours
+  double value;
+};
+
+// Of Sobol the ten that its display has always had, otherwise every uncertain factor at its place among them, so that a
+// factor has one colour in all pies.
+std::vector<NumberedValue> pieValues(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot) {
+  std::vector<NumberedValue> values;
+  if (stats.typeId() == SensitivityStats::kSobol) {
+    for (const auto& [record, value] : sobolTopTen(stats, variable, slot))
+      values.push_back({static_cast<std::size_t>(record), values.size(), value});
+    return values;
+  }
+  const std::vector<std::optional<double>> column = measureColumn(stats, variable, slot);
+  for (std::size_t i = 0; i < column.size(); ++i)
+    if (column[i]) values.push_back({i, values.size(), *column[i]});
+  return values;
+}
+
+PieChart pieOf(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot) {
+  PieChart pie;
+  pie.title = measureTitle(stats, slot);
+  pie.emptyText = "No values above 0";
+  const auto colourOf = stats.typeId() == SensitivityStats::kFast ? fastSliceColour : sliceColour;
+  for (const NumberedValue& item : pieValues(stats, variable, slot))
+    if (std::isfinite(item.value) && item.value > 0.0)
+      pie.slices.push_back(
+          {stats.records[item.record].name, measureText(item.value), item.value, colourOf(item.place)});
+  return pie;
+}
+
+// The factors that the plane can't show, with the reasons.
+std::string leftOutText(const SensitivityStats& stats) {
+  constexpr std::size_t kMostNames = 6;
+  std::string text;
+  std::size_t count = 0;
+  for (const IndexRecord& record : stats.records) {
+    if (record.kind == FactorKind::Uncertain) continue;
+    if (++count <= kMostNames)
+      text += (text.empty() ? "; without: " : ", ") + record.name + " (" + std::string(kindCell(record.kind)) + ")";
+  }
+  return count > kMostNames ? text + " and " + std::to_string(count - kMostNames) + " others" : text;
+}
+
+bool isByTerm(const SensitivityStats& stats) {
+  return stats.typeId() == SensitivityStats::kSobol &&
+         static_cast<const SobolStats&>(stats).slotMode != SobolStats::kFirstAndTotal;
+}
+
+}  // namespace
+
+Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                   const std::vector<std::int32_t>& slots) {
+  constexpr double kWidth = 560.0;
+  constexpr double kHeight = 520.0;
+  constexpr int kMostColumns = 2;
+  Figure figure;
+  figure.title = "Sensitivity Analysis";
+  figure.subtitle = variableName;
+  for (const std::int32_t slot : slots) figure.charts.emplace_back(pieOf(stats, variable, slot));
+  const auto singles = std::count_if(stats.records.begin(), stats.records.end(),
+                                     [](const IndexRecord& record) { return record.groupNames.size() == 1; });
+  if (singles > static_cast<std::ptrdiff_t>(kTop))
+    figure.subtitle += "; the " + std::to_string(kTop) + " smallest of " + std::to_string(singles);
+  const auto count = static_cast<int>(slots.size());
+  figure.columns = std::clamp(count, 1, kMostColumns);
+  figure.width = kWidth * figure.columns;
+  figure.height = kHeight * std::max(1, (count + figure.columns - 1) / figure.columns);
+  return figure;
+}
+
+Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName) {
+  constexpr std::size_t kMostWithValues = 20;  // points whose labels have room for their values
+  const std::vector<std::optional<double>> means = measureColumn(stats, variable, MorrisStats::kMean);
+  const std::vector<std::optional<double>> spreads = measureColumn(stats, variable, MorrisStats::kSigma);
+  const auto count = static_cast<std::size_t>(
+      std::count_if(means.begin(), means.end(), [](const std::optional<double>& mean) { return mean.has_value(); }));
+  LabelledPoints points;
+  points.colour = namedColour("Medium Slate Blue");
+  for (std::size_t i = 0; i < means.size(); ++i) {
+    if (!means[i] || !spreads[i]) continue;
+    points.x.push_back(*means[i]);
+    points.y.push_back(*spreads[i]);
+    points.labels.push_back(stats.records[i].name);
+    if (count <= kMostWithValues)
+      points.labels.back() += " (" + scientific(*means[i]) + ", " + scientific(*spreads[i]) + ")";
+  }
+  Figure figure;
+  figure.title = "Morris Index";
+  figure.subtitle = variableName + leftOutText(stats);
+  if (points.x.empty()) {
+    figure.subtitle += ": no measures";
+    return figure;
+  }
+  const auto axis = [](const char* title, std::vector<double> values) {
+    values.push_back(0.0);  // effects are compared with none
+    return axisOver(title, values, NumberForm::Short);
+  };
+  XyChart chart;
+  chart.x = axis("Morris Index", points.x);
+  chart.y = axis("Sigma", points.y);
+  chart.layers.emplace_back(std::move(points));
+  figure.charts.emplace_back(std::move(chart));
+  return figure;
+}
+
+// Kept: the smallest values come first, and only ten are taken; saved pictures have always shown these.
+std::vector<std::pair<std::int32_t, double>> sobolTopTen(const SensitivityStats& stats, std::int32_t variable,
+                                                         std::int32_t slot) {
+  std::vector<std::pair<std::int32_t, double>> values;
+  std::vector<double> column;
+  if (!stats.slotValues(variable, slot, column)) return values;
+  for (std::size_t i = 0; i < column.size(); ++i)
+    if (stats.records[i].groupNames.size() == 1) values.emplace_back(static_cast<std::int32_t>(i), column[i]);
+  std::stable_sort(values.begin(), values.end(), [](const auto& a, const auto& b) {
+    return a.second < b.second || (std::isnan(b.second) && !std::isnan(a.second));
+  });
+  if (values.size() > kTop) values.resize(kTop);
+  return values;
+}
+
+std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStats& stats, std::int32_t variable,
+                                                           const std::string& variableName) {
+  std::vector<std::pair<std::string, Figure>> figures;
+  const std::vector<MeasureChoice> choices = measureChoices(stats);
+  std::vector<std::int32_t> slots;
+  for (const MeasureChoice& choice : choices) slots.push_back(choice.slot);
+  if (stats.typeId() == SensitivityStats::kMorris)
+    figures.emplace_back("plane", morrisPlane(stats, variable, variableName));
+
+  const bool dividesAWhole =
+      stats.typeId() != SensitivityStats::kRegression && stats.typeId() != SensitivityStats::kMorris;
+  if (dividesAWhole && choices.size() == 2)
+    figures.emplace_back("indices", measureBars(stats, variable, variableName, slots));
+  else
+    for (const MeasureChoice& choice : choices)
+      figures.emplace_back(choice.word, measureBars(stats, variable, variableName, {choice.slot}));
+
+  if (isByTerm(stats)) slots = {SobolStats::kIndex, SobolStats::kTotal};
+  if (dividesAWhole) figures.emplace_back("pies", measurePies(stats, variable, variableName, slots));
+  return figures;
+}
+
+}  // namespace tarvex
