@@ -1,17 +1,19 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "model/InternalModel.h"
+#include "model/OutputNames.h"
 #include "model/ResultFile.h"
 #include "model/RunTimes.h"
 
 namespace tarvex {
 
+class PrepConfiguration;
+class SpreadsheetApplication;
 class TextReader;
 class TextWriter;
 class sampValues;
@@ -61,10 +63,18 @@ class ModelConfiguration {
   std::int32_t failedRuns() const { return failedRuns_; }       // runs whose evaluation failed, stored as nan
   std::int32_t firstFailedRun() const { return firstFailed_; }  // -1: none
 
-  // Reads the file named by outputFile; results and internal model go first, `kind` stays. `warn` gets a title and a
-  // text for each message to the user. On false the results are only partly filled.
-  using Warn = std::function<void(const std::string& title, const std::string& text)>;
+  // Reads the file named by outputFile; results and internal model go first, `kind` stays. On false the results are
+  // only partly filled.
+  using Warn = tarvex::Warn;
   [[nodiscard]] bool readModelOutput(const Warn& warn);
+
+  // Runs the workbook named by outputFile: writes the sample into its sheet "Inputs", has it computed and reads its
+  // sheet "Outputs"; of the kind kNoModelToStart it is only read. The user computes and saves it in the application and
+  // closes that. With nobody there it is recalculated, and takes the place of the file once all has gone well. On false
+  // there are no results and the file is as it was, or as the user left it.
+  enum class Attendance { User, Nobody };
+  [[nodiscard]] bool runSpreadsheet(const PrepConfiguration& prep, SpreadsheetApplication& application,
+                                    Attendance attendance, const Warn& warn);
 
   // The Model record. read() works on this object: read into a temporary. It also sets the remembered directories of
   // the model, and with them the current one.
@@ -74,6 +84,8 @@ class ModelConfiguration {
  private:
   bool readOutputHeader(TextReader& in, const Warn& warn, std::int32_t& runs);
   bool readOutputRun(TextReader& in, std::int32_t run, std::vector<double>& times, std::vector<double>& row);
+  bool readOutputSheet(SpreadsheetApplication& application, const Warn& warn);
+  bool readOutputCells(SpreadsheetApplication& application, std::int32_t sheet, const Warn& warn);
   void readNames(TextReader& in, std::int32_t count);
   void readRuns(TextReader& in, std::int32_t count);
 
