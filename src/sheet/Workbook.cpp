@@ -35,6 +35,7 @@ struct Format {
 };
 constexpr Format kFormats[] = {
     {"calc8", 1048576, 1024},
+    {"OpenDocument Spreadsheet Flat XML", 1048576, 1024},
     {"Calc MS Excel 2007 XML", 1048576, 16384},
     {"MS Excel 97", 65536, 256},
 };

@@ -1,0 +1,196 @@
+#include "model/OfficeApplication.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "base/WorkingFile.h"
+
+namespace tarvex {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kStartLimit{60000};
+constexpr milliseconds kCallLimit{600000};  // large workbooks take their time
+constexpr milliseconds kQuitLimit{10000};
+constexpr milliseconds kNoLimit{0};
+// The name of a pipe is at most 107 characters; the application adds some 60 to the directory.
+constexpr std::size_t kMaxDirectory = 45;
+constexpr const char* kDirectoryPattern = "/tarvex-sheet-XXXXXX";
+
+std::string request(std::string_view word) {
+  return std::string(word);
+}
+
+template <class... Fields>
+std::string request(std::string_view word, const Fields&... fields) {
+  std::string line(word);
+  (addField(line, fields), ...);
+  return line;
+}
+
+std::string blockRequest(std::string_view word, std::int32_t sheet, const CellBlock& block) {
+  return request(word, sheet, block.row, block.column, block.rows, block.columns);
+}
+
+}  // namespace
+
+OfficeApplication::OfficeApplication(std::function<bool()> serve, std::string helper)
+    : helper_(std::move(helper)), channel_(std::move(serve)) {}
+
+OfficeApplication::~OfficeApplication() {
+  quit();
+}
+
+std::string OfficeApplication::helperPath() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path beside = program.parent_path() / "tarvex-sheet";
+  if (std::filesystem::exists(beside, error)) return beside.string();
+  return (program.parent_path().parent_path() / "libexec" / "tarvex" / "tarvex-sheet").string();
+}
+
+bool OfficeApplication::start(bool visible) {
+  quit();
+  if (!startHelper()) return false;
+  if (ask(request("start", std::string_view(visible ? "visible" : "hidden")), kStartLimit)) return true;
+  // A helper whose libraries are gone ends before its first answer.
+  if (channel_.state() == LineChannel::State::Closed)
+    errorText = "Workbooks need LibreOffice Calc: install the package libreoffice-calc.";
+  return false;
+}
+
+bool OfficeApplication::startHelper() {
+  if (!channel_.open() || !makeDirectory()) {
+    errorText = "LibreOffice cannot be started: there is no place for its files in " + WorkingFile::directory() + '.';
+    return false;
+  }
+  const bool started = process_.start({helper_, directory_, "", "", channel_.otherEnd()});
+  channel_.closeOtherEnd();
+  if (started) return true;
+  errorText =
+      "Workbooks need LibreOffice Calc: install the packages libreoffice-calc and libreoffice-dev, and build again.";
+  return false;
+}
+
+bool OfficeApplication::makeDirectory() {
+  std::string place = WorkingFile::directory();
+  if (place.size() + std::char_traits<char>::length(kDirectoryPattern) > kMaxDirectory) place = "/tmp";
+  directory_ = place + kDirectoryPattern;
+  if (::mkdtemp(directory_.data()) != nullptr) return true;
+  directory_.clear();
+  return false;
+}
+
+void OfficeApplication::quit() {
+  if (directory_.empty()) return;
+  std::string rest;
+  if (channel_.send("quit\n", kQuitLimit))
+    while (channel_.receive(rest, kQuitLimit)) {
+    }
+  channel_.close();
+  process_.stop();
+  std::error_code ignored;
+  std::filesystem::remove_all(directory_, ignored);
+  directory_.clear();
+  // One that was killed had no time to do this.
+  if (!lockFile_.empty()) std::filesystem::remove(lockFile_, ignored);
+  lockFile_.clear();
+}
+
+bool OfficeApplication::lose() {
+  switch (channel_.state()) {
+    case LineChannel::State::TimedOut:
+      errorText = "LibreOffice does not answer.";
+      break;
+    case LineChannel::State::Closed:
+      errorText = "LibreOffice has ended unexpectedly.";
+      break;
+    default:
+      errorText.clear();
+  }
+  return false;
+}
+
+bool OfficeApplication::ask(const std::string& request, milliseconds limit, std::string* value) {
+  std::string answer;
+  if (!channel_.send(request + '\n', limit) || !channel_.receive(answer, limit)) return lose();
+  const std::vector<std::string> fields = fieldsOf(answer);
+  if (fields[0] == "ok") {
+    if (value != nullptr) *value = fields.size() > 1 ? fields[1] : std::string();
+    return true;
+  }
+  errorText = fields.size() > 1 ? fields[1] : answer;
+  return false;
+}
+
+bool OfficeApplication::open(const std::string& path, bool readOnly) {
+  const std::size_t name = path.rfind('/') + 1;
+  const std::string lock = path.substr(0, name) + ".~lock." + path.substr(name) + '#';
+  std::error_code error;
+  if (!readOnly && !std::filesystem::exists(lock, error)) lockFile_ = lock;
+  return ask(request("open", path, std::string_view(readOnly ? "read" : "write")), kCallLimit);
+}
+
+bool OfficeApplication::close() {
+  return ask(request("close"), kCallLimit);
+}
+
+bool OfficeApplication::countSheets(std::int32_t& count) {
+  std::string value;
+  return ask(request("sheets"), kCallLimit, &value) && parseField(value, count);
+}
+
+bool OfficeApplication::getSheetName(std::int32_t sheet, std::string& name) {
+  return ask(request("name", sheet), kCallLimit, &name);
+}
+
+bool OfficeApplication::addSheet(const std::string& name) {
+  return ask(request("add", name), kCallLimit);
+}
+
+bool OfficeApplication::clearCells(std::int32_t sheet) {
+  return ask(request("clear", sheet), kCallLimit);
+}
+
+bool OfficeApplication::writeCells(std::int32_t sheet, const CellBlock& block) {
+  std::string text = blockRequest("write", sheet, block);
+  for (std::size_t first = 0; first < block.size(); first += static_cast<std::size_t>(block.columns))
+    text += '\n' + rowLine(block, first);
+  return ask(text, kCallLimit);
+}
+
+bool OfficeApplication::readCells(std::int32_t sheet, CellBlock& block) {
+  block.cells.clear();
+  if (!ask(blockRequest("read", sheet, block), kCallLimit)) return false;
+  block.cells.reserve(block.size());
+  std::string line;
+  for (std::int32_t row = 0; row < block.rows; ++row) {
+    if (!channel_.receive(line, kCallLimit)) return lose();
+    if (parseRow(line, block)) continue;
+    errorText = "LibreOffice gives no cells.";
+    return false;
+  }
+  return true;
+}
+
+bool OfficeApplication::recalculate() {
+  return ask(request("recalculate"), kNoLimit);
+}
+
+bool OfficeApplication::setSaved() {
+  return ask(request("saved"), kCallLimit);
+}
+
+bool OfficeApplication::saveCopy(const std::string& path) {
+  return ask(request("save", path), kCallLimit);
+}
+
+bool OfficeApplication::waitForUser() {
+  return ask(request("wait"), kNoLimit);
+}
+
+}  // namespace tarvex
