@@ -189,9 +189,9 @@ bool RunController::runSpreadsheet() {
     return frontEnd_.continueRun();
   });
   frontEnd_.openAnimation("External model execution", model.executable, model.outputFile);
-  const bool done = model.runSpreadsheet(project.prep, *application,
-                                         userAtWorkbook ? Attendance::User : Attendance::Nobody,
-                                         [this](const auto& title, const auto& text) { warn(title, text); });
+  const bool done =
+      model.runSpreadsheet(project.prep, *application, userAtWorkbook ? Attendance::User : Attendance::Nobody,
+                           [this](const auto& title, const auto& text) { warn(title, text); });
   frontEnd_.closeProgress();
   return done || fail("Error in the Excel model execution");
 }

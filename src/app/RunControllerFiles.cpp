@@ -21,8 +21,9 @@ constexpr const char* kNo = "^No";
 
 }  // namespace
 
-RunController::RunController(FrontEnd& frontEnd, std::string mainDirectory)
-    : modelDirectory(mainDirectory), frontEnd_(frontEnd), mainDirectory_(std::move(mainDirectory)) {
+RunController::RunController(FrontEnd& frontEnd, std::string mainDirectory) : RunController(frontEnd) {
+  modelDirectory = mainDirectory;
+  mainDirectory_ = std::move(mainDirectory);
   if (!mainDirectory_.empty()) RememberedDirectories::readConfig(mainDirectory_);
 }
 
