@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "plots/AxisFrame.h"
 #include "plots/Canvas.h"
+#include "plots/PixelLayer.h"
 #include "plots/chartDrawing.h"
+#include "plots/labelPlacement.h"
 
 namespace tarvex {
 
@@ -18,6 +21,18 @@ namespace {
 constexpr double kLineWidth = 1.6;
 constexpr double kThinLine = 0.8;
 constexpr double kBarGap = 0.12;  // of a separated column, on each side
+
+constexpr double kLabelledRadius = 3.2;
+constexpr double kWidestLabel = 0.4;  // of the plane
+// More points than this are painted as pixels.
+constexpr std::size_t kMostSinglePoints = 20000;
+
+// Fewer points are larger: a few are found, many don't hide each other.
+double radiusFor(std::size_t points) {
+  constexpr double kLargest = 2.8;
+  constexpr double kSmallest = 1.0;
+  return std::clamp(kLargest * std::pow(300.0 / static_cast<double>(points + 1), 0.15), kSmallest, kLargest);
+}
 
 // Draws one layer of a plane after the other.
 class PlanePainter {
@@ -38,6 +53,7 @@ class PlanePainter {
  private:
   using Place = std::pair<double, double>;
 
+  std::vector<Place> placesOf(const std::vector<double>& xs, const std::vector<double>& ys) const;
   void fillColumns(const Area& area) const;
   void fillBars(const Area& area) const;
 
@@ -101,13 +117,28 @@ void PlanePainter::fillBars(const Area& area) const {
   }
 }
 
+// Of the points within the axes.
+std::vector<PlanePainter::Place> PlanePainter::placesOf(const std::vector<double>& xs,
+                                                        const std::vector<double>& ys) const {
+  std::vector<Place> places;
+  for (std::size_t i = 0; i < std::min(xs.size(), ys.size()); ++i) {
+    if (x_.holds(xs[i]) && y_.holds(ys[i])) places.emplace_back(x_(xs[i]), y_(ys[i]));
+  }
+  return places;
+}
+
 void PlanePainter::operator()(const Points& points) const {
-  const std::size_t count = std::min(points.x.size(), points.y.size());
-  const double radius = (count <= 300 ? 2.8 : count <= 3000 ? 2.0 : 1.5) * canvas_.scale();
+  const std::vector<Place> places = placesOf(points.x, points.y);
+  const double radius = radiusFor(places.size()) * canvas_.scale();
+  if (places.size() > kMostSinglePoints) {
+    PixelLayer layer(canvas_, plane_.grown(radius + 1.0));
+    layer.addDiscs(places, radius, points.colour);
+    layer.paint();
+    return;
+  }
   canvas_.setColour(points.colour);
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!x_.holds(points.x[i]) || !y_.holds(points.y[i])) continue;
-    cairo_arc(canvas_.context(), x_(points.x[i]), y_(points.y[i]), radius, 0.0, 2.0 * M_PI);
+  for (const auto& [x, y] : places) {
+    cairo_arc(canvas_.context(), x, y, radius, 0.0, 2.0 * M_PI);
     cairo_fill(canvas_.context());
   }
 }
@@ -124,7 +155,38 @@ void PlanePainter::operator()(const Line& line) const {
   strokePolyline(canvas_, plane_, places, kLineWidth * canvas_.scale(), line.style);
 }
 
-void PlanePainter::operator()(const LabelledPoints&) const {}
+void PlanePainter::operator()(const LabelledPoints& points) const {
+  cairo_t* context = canvas_.context();
+  const TextStyle style = canvas_.tickStyle();
+  const double radius = kLabelledRadius * canvas_.scale();
+  const double height = canvas_.pen().height(style);
+  std::vector<LabelToPlace> labels;
+  std::vector<std::string> texts;
+  for (std::size_t i = 0; i < std::min({points.x.size(), points.y.size(), points.labels.size()}); ++i) {
+    if (!x_.holds(points.x[i]) || !y_.holds(points.y[i])) continue;
+    const double width = canvas_.pen().width(points.labels[i], style);
+    labels.push_back({x_(points.x[i]), y_(points.y[i]), std::min(width, plane_.width * kWidestLabel), height});
+    texts.push_back(points.labels[i]);
+  }
+  const std::vector<PlacedLabel> places = placeLabels(labels, radius, plane_.grown(-1.0));
+  canvas_.setLine(kThinLine);
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    if (!places[i].led) continue;
+    canvas_.setColour(kFrameInk);
+    cairo_move_to(context, labels[i].x, labels[i].y);
+    cairo_line_to(context, places[i].lineX, places[i].lineY);
+    cairo_stroke(context);
+  }
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    canvas_.setColour(points.colour);
+    cairo_arc(context, labels[i].x, labels[i].y, radius, 0.0, 2.0 * M_PI);
+    cairo_fill(context);
+    if (!places[i].placed) continue;
+    canvas_.setColour(kInk);
+    canvas_.pen().draw(texts[i], style, places[i].box.x, places[i].box.centreY(), Anchor::Left, places[i].box.width,
+                       Shorten::InMiddle);
+  }
+}
 
 void PlanePainter::operator()(const Region& region) const {
   const std::vector<Place> corners = {{x_(region.lowerX), y_(region.lowerY)},

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "plots/Figure.h"
+#include "plots/Rect.h"
+
+namespace tarvex {
+
+class Canvas;
+
+// A part of the picture as pixels of our own, for data of which there is too much to hand over one by one: at the
+// resolution of the screen or of print. Nothing is drawn until paint().
+class PixelLayer {
+ public:
+  // Covers `area`, and whole pixels around it.
+  PixelLayer(Canvas& canvas, const Rect& area);
+
+  // Discs of one colour; the more of them meet, the darker. Places are on the canvas.
+  void addDiscs(const std::vector<std::pair<double, double>>& places, double radius, const Colour& colour);
+  // A straight line over what is there. Requires: an opacity of at most 1.
+  void addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour, double opacity);
+
+  void paint();
+
+ private:
+  struct Ink {
+    std::uint32_t red, green, blue;  // of 255
+  };
+
+  static Ink inkOf(const Colour& colour);
+  void cover(std::size_t pixel, const Ink& ink, std::uint32_t alpha);
+  void coverSpan(int step, double from, double to, bool steep, const Ink& ink, double alpha);
+  void composeOnWhite();
+
+  Canvas& canvas_;
+  double x_, y_;      // of the upper left pixel
+  double perUnit_;    // pixels
+  int width_, height_;
+  std::vector<std::uint32_t> pixels_;  // as cairo's ARGB32: colours multiplied by alpha
+};
+
+}  // namespace tarvex
