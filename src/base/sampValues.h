@@ -21,6 +21,7 @@ class TextWriter;
 class sampValues {
  public:
   static constexpr std::int32_t cacheLimit = 262144;  // doubles that the window aims at
+  static constexpr int kTextPrecision = 10;           // significant digits of the text form
 
   sampValues();
   ~sampValues();
@@ -59,7 +60,7 @@ class sampValues {
   bool columnMode() const { return columnMode_; }
   const std::string& errorText() const { return errorText_; }
 
-  // The text form at ten significant digits: rows, columns, order, then a line a row (or a column), each number
+  // The text form: rows, columns, order, then a line a row (or a column), each number
   // followed by a tab. Leaves the writer's precision as it was.
   void write(TextWriter& out) const;
   // Replaces the table by what the text says; on a failed stream the store ends empty.

@@ -10,13 +10,12 @@
 namespace tarvex {
 namespace {
 
-constexpr int kTablePrecision = 10;
 constexpr std::uint64_t kLeastNumberBytes = 2;  // a digit and what parts it from the number before
 
 }  // namespace
 
 void sampValues::write(TextWriter& out) const {
-  const int precision = out.setPrecision(kTablePrecision);
+  const int precision = out.setPrecision(kTextPrecision);
   out << rows_ << '\n' << columns_ << '\n' << order_ << '\n';
   const bool byFactor = order_ == 1;
   bool ok = ensureMode(byFactor);

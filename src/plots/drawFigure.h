@@ -17,6 +17,9 @@ struct DrawTarget {
 // Draws the whole figure on white. The context's transformation counts; its state is restored.
 void drawFigure(cairo_t* context, const Figure& figure, const DrawTarget& target);
 
+// The version of the library that draws.
+const char* drawingVersion();
+
 // False when the system has no font at all, without which nothing can be drawn.
 bool hasFont();
 

@@ -1,0 +1,129 @@
+#include "app/StudyReport.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "app/ProjectConfiguration.h"
+#include "app/Reports.h"
+#include "app/sampleChecksum.h"
+#include "app/versions.h"
+#include "base/TextWriter.h"
+#include "plots/Document.h"
+#include "plots/distributionPlot.h"
+#include "plots/histogramPlots.h"
+#include "plots/measurePlots.h"
+
+namespace tarvex {
+
+namespace {
+
+// Densities stand small, in rows, a few rows a picture so that pages can break between them.
+constexpr int kDensityColumns = 3;
+constexpr std::size_t kDensitiesAFigure = 9;
+constexpr double kDensityHeight = 210.0;
+
+void addDensities(Document& out, const FactorList& factors) {
+  std::vector<Figure> figures;
+  std::string left;
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) {
+    Figure whole = distributionPlot(factors.factor(i));
+    if (whole.charts.empty()) continue;
+    auto* density = std::get_if<XyChart>(&whole.charts.front());
+    if (density == nullptr) continue;
+    density->title = factors.factor(i).name;
+    if (figures.empty() || figures.back().charts.size() == kDensitiesAFigure) {
+      figures.emplace_back();
+      figures.back().columns = kDensityColumns;
+    }
+    figures.back().charts.push_back(std::move(*density));
+  }
+  if (!figures.empty()) out.add(Heading{"Densities of the factors", 2});
+  for (Figure& figure : figures) {
+    const std::size_t rows = (figure.charts.size() + kDensityColumns - 1) / kDensityColumns;
+    figure.height = kDensityHeight * static_cast<double>(rows);
+    out.add(std::move(figure));
+  }
+}
+
+void addUncertainty(Document& out, const UaStats& statistics) {
+  constexpr double kHeight = 330.0;
+  out.add(Heading{"Uncertainty"});
+  reportUncertainty(out, statistics);
+  for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
+    Figure figure = histogramPlot(statistics, {v}, HistogramForm::Area, kLinearScale);
+    Figure cumulative = histogramPlot(statistics, {v}, HistogramForm::Cumulative, kLinearScale);
+    std::move(cumulative.charts.begin(), cumulative.charts.end(), std::back_inserter(figure.charts));
+    figure.columns = 2;
+    figure.title = *statistics.name(v);
+    figure.height = kHeight;
+    out.add(std::move(figure));
+  }
+}
+
+void addMeasures(Document& out, const VelsConfiguration& vels) {
+  out.add(Heading{"Sensitivity"});
+  if (!vels.sensitivity || !vels.sensitivity->computed) {
+    out.add(Paragraph{"Sensitivity measures: not computed"});
+    return;
+  }
+  const std::vector<std::string>& names = vels.selectedVariables();
+  for (std::int32_t v = 0; v < vels.sensitivity->variableCount; ++v) {
+    const auto index = static_cast<std::size_t>(v);
+    const std::string name = index < names.size() ? names[index] : std::to_string(v + 1);
+    out.add(Heading{"Sensitivity of " + name, 2});
+    reportMeasuresOf(out, *vels.sensitivity, v);
+    for (auto& [word, figure] : measureFigures(*vels.sensitivity, v, name)) out.add(std::move(figure));
+  }
+}
+
+void addIdentity(Document& out, const PrepConfiguration& prep) {
+  out.add(Heading{"To repeat this study"});
+  const std::string checksum = sampleChecksum(prep.samples);
+  if (prep.samples.rows() > 0 && !checksum.empty())
+    out.add(Paragraph{fmt::format("SHA-256 of the sample's table, lines 5 to {} of its file:\n{}",
+                                  (prep.samples.order() == 0 ? prep.samples.rows() : prep.samples.columns()) + 4,
+                                  checksum)});
+  out.add(Paragraph{"The same factors, design and seed give the same sample, digit by digit, on every machine."});
+  Table table;
+  table.addColumn("made with", Table::Align::Left);
+  table.addColumn("version", Table::Align::Left);
+  for (const auto& [name, version] : versionsInUse()) table.addRow({name, version});
+  out.add(std::move(table));
+}
+
+}  // namespace
+
+Document studyReport(const ProjectConfiguration& project, const std::string& title) {
+  Document out;
+  out.title = title;
+  out.add(Heading{"Factors"});
+  reportFactors(out, project.prep.factors);
+  addDensities(out, project.prep.factors);
+  out.add(Heading{"Design"});
+  reportDesign(out, project.prep);
+  if (project.prep.samples.rows() > 0) reportSampleStatistics(out, project.prep);
+  out.add(Heading{"Model"});
+  reportResults(out, project.model);
+  addUncertainty(out, project.vels.uncertainty);
+  addMeasures(out, project.vels);
+  addIdentity(out, project.prep);
+  return out;
+}
+
+bool saveDocument(const std::string& path, const Document& document, std::string& message) {
+  const std::string suffix = std::filesystem::path(path).extension().string();
+  if (suffix != ".html" && suffix != ".pdf") {
+    message = "A report is a .html or a .pdf file: " + path;
+    return false;
+  }
+  const std::string content = suffix == ".pdf" ? pdfContent(document) : htmlText(document);
+  message = "I cannot create the file\n" + path;
+  if (content.empty()) return false;
+  TextWriter out(path);
+  out << content;
+  return out.commit();
+}
+
+}  // namespace tarvex

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace tarvex {
+
+class ProjectConfiguration;
+struct Document;
+
+// A whole study for its readers, so that somebody else can repeat it: factors with their densities, design, seed and
+// checksum of the sample, model, uncertainty and measures of each variable with their pictures, versions. Blocks that
+// aren't computed are said to be missing. `title` heads the page.
+Document studyReport(const ProjectConfiguration& project, const std::string& title);
+
+// The report as a page of HTML or as PDF, by the suffix of the path. False, with a sentence for the user, for another
+// suffix or a file that can't be made or written; an old file is replaced only by a complete new one.
+[[nodiscard]] bool saveDocument(const std::string& path, const Document& document, std::string& message);
+
+}  // namespace tarvex
