@@ -1,34 +1,26 @@
-#include <fmt/format.h>
 #include <unistd.h>
 
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 #include "app/Analysis.h"
+#include "app/DemoCases.h"
+#include "app/DemoRepair.h"
 #include "app/FrontEnd.h"
 #include "app/RunController.h"
 #include "batch/Commands.h"
+#include "batch/DemoComparison.h"
 #include "batch/Reports.h"
-#include "batch/SamplerSettings.h"
 #include "batch/ShareDirectory.h"
-#include "batch/TextTable.h"
+#include "batch/TimeReport.h"
 
 namespace tarvex {
 
 namespace {
 
-// The function of T. Ishigami and T. Homma (1990) with a = 7 and b = 0.1; its moments and indices in closed form.
-constexpr double kA = 7.0;
-constexpr double kB = 0.1;
-constexpr double kPi4 = 97.40909103400244;  // pi to the fourth power
-constexpr double kExactMean = kA / 2.0;
-constexpr double kShare1 = 0.5 * (1.0 + kB * kPi4 / 5.0) * (1.0 + kB * kPi4 / 5.0);
-constexpr double kShare2 = kA * kA / 8.0;
-constexpr double kShare13 = kB * kB * kPi4 * kPi4 * 8.0 / 225.0;
-constexpr double kExactVariance = kShare1 + kShare2 + kShare13;
-
-// A directory for the files of the case, gone with the object.
+// A main directory for one case, gone with the object. The current directory, into which a case leads, is afterwards
+// again what it was.
 class ScratchDirectory {
  public:
   ScratchDirectory() {
@@ -37,6 +29,7 @@ class ScratchDirectory {
   }
   ~ScratchDirectory() {
     std::error_code error;
+    std::filesystem::current_path(before_, error);
     if (!path_.empty()) std::filesystem::remove_all(path_, error);
   }
   ScratchDirectory(const ScratchDirectory&) = delete;
@@ -44,103 +37,87 @@ class ScratchDirectory {
   const std::string& path() const { return path_; }
 
  private:
+  std::error_code ignored_;
+  std::filesystem::path before_ = std::filesystem::current_path(ignored_);
   std::string path_;
 };
 
-// From the factor file and the equations of the case to statistics, with the sampling method of `options`.
-bool carryCase(const SampleOptions& options, const std::string& modelFile, const AnalysisRequest& request,
-               const Console& console, RunController& controller) {
-  PrepConfiguration prep;
-  std::string message;
-  auto equations = std::make_unique<InternalModel>();
-  if (!loadFactorFile(options.factorFile, prep.factors, message) || !loadModelFile(modelFile, *equations, message)) {
-    console.fail(message);
+std::string unknownCase(const std::string& name) {
+  std::string text = "There is no demonstration case '" + name + "'. The cases are:";
+  for (const DemoCase& demo : kDemoCases) text += std::string(" ") + demo.name;
+  return text;
+}
+
+// The delivered case as a first start leaves it, in a main directory of its own: a run may write there.
+bool installCase(const DemoCase& demo, const std::string& mainDirectory) {
+  std::error_code error;
+  const std::string delivered = demoFilePath(shareDirectory(), demo.fileName);
+  if (!std::filesystem::create_directory(mainDirectory + "/Demo", error) ||
+      !std::filesystem::copy_file(delivered, mainDirectory + "/Demo/" + demo.fileName + ".dem", error))
     return false;
-  }
-  prep.sampler = makeConfiguredSampler(options, prep.factors, message);
-  if (!prep.sampler) {
-    console.fail(message);
-    return false;
-  }
-  prep.sampleFile = options.output;
-  ModelConfiguration model;
-  model.setInternalModel(std::move(equations));
-  controller.project.setPrep(std::move(prep));
-  controller.project.setModel(std::move(model));
-  return controller.runModel(false) && analyse(controller.project, request, console.frontEnd);
+  repairDemoFiles(mainDirectory);
+  return true;
 }
 
-// The moments beside the exact ones, and how far they may lie apart: one standard error of each estimate.
-void printMoments(std::ostream& out, const UaStats& statistics) {
-  const double runs = statistics.sampleSize();
-  const double variance = statistics.std(0) * statistics.std(0);
-  const double errorOfMean = statistics.std(0) / std::sqrt(runs);
-  const double errorOfVariance = variance * std::sqrt((statistics.kurtosis(0) + 2.0) / runs);
-  TextTable table;
-  table.addColumn("", TextTable::Align::Left);
-  for (const char* heading : {"computed", "exact", "difference", "sampling error"}) table.addColumn(heading);
-  const auto addRow = [&table](const char* name, double computed, double exact, double error) {
-    table.addRow({name, fmt::format("{:.4f}", computed), fmt::format("{:.4f}", exact),
-                  fmt::format("{:+.4f}", computed - exact), fmt::format("{:.4f}", error)});
-  };
-  addRow("mean", statistics.mean(0), kExactMean, errorOfMean);
-  addRow("variance", variance, kExactVariance, errorOfVariance);
-  table.print(out);
+std::string resultsText(const ModelConfiguration& model) {
+  std::string text = "Results of a program:";
+  for (const std::string& output : model.outputNames()) text += ' ' + output;
+  const std::int32_t times = model.runCount() > 0 ? model.timeCount(0) : 0;
+  if (times > 0)
+    text +=
+        " at " + counted(times, "time") + " from " + cell(model.time(0, 0)) + " to " + cell(model.time(0, times - 1));
+  return text + '\n';
 }
 
-void printIndices(std::ostream& out, const SensitivityStats& statistics) {
-  const double first[] = {kShare1 / kExactVariance, kShare2 / kExactVariance, 0.0};
-  const double total[] = {(kShare1 + kShare13) / kExactVariance, first[1], kShare13 / kExactVariance};
-  TextTable table;
-  table.addColumn("factor", TextTable::Align::Left);
-  for (const char* heading : {"first order", "exact", "total order", "exact"}) table.addColumn(heading);
-  for (std::size_t i = 0; i < statistics.records.size() && i < std::size(first); ++i) {
-    const IndexRecord& record = statistics.records[i];
-    table.addRow({record.name, fmt::format("{:.4f}", record.values[0]), fmt::format("{:.4f}", first[i]),
-                  fmt::format("{:.4f}", record.values[1]), fmt::format("{:.4f}", total[i])});
+void describeCase(const DemoCase& demo, ProjectConfiguration& project, std::ostream& out) {
+  out << "Demonstration case " << demo.name << "\n\n";
+  std::string sampleFile = std::exchange(project.prep.sampleFile, {});  // gone when the user reads this
+  printSection(out, reportDesign, project.prep);
+  project.prep.sampleFile = std::move(sampleFile);
+  out << '\n';
+  printSection(out, reportFactors, project.prep.factors);
+  out << '\n';
+  const InternalModel* model = project.model.internalModel();
+  if (model == nullptr) {
+    out << resultsText(project.model);
+    return;
   }
-  table.print(out);
+  for (const ModelExpression& equation : model->expressions()) out << equation.name << " = " << equation.text << '\n';
 }
 
-int runIshigami(const std::string& directory, const Console& console) {
-  const ScratchDirectory scratch;
-  if (scratch.path().empty()) return console.fail("No directory can be made for the files of the demonstration.");
-  const std::string modelFile = directory + "/ishigami.imd";
-  SampleOptions random;
-  random.factorFile = directory + "/ishigami.fac";
-  random.output = scratch.path() + "/ishigami.sam";
-  random.method = "random";
-  random.runs = 20000;
-  SampleOptions sobol = random;
-  sobol.method = "sobol";
-  sobol.runs.reset();
-  sobol.baseSize = 4096;
-
-  RunController moments(console.frontEnd);
-  AnalysisRequest uncertainty;
-  uncertainty.sensitivity = false;
-  if (!carryCase(random, modelFile, uncertainty, console, moments)) return kFailed;
-  printSection(console.out, reportEquations, *moments.project.model.internalModel());
-  console.out << "\nUncertainty of y from " << *random.runs << " random runs\n";
-  printMoments(console.out, moments.project.vels.uncertainty);
-
-  RunController indices(console.frontEnd);
-  AnalysisRequest sensitivity;
-  sensitivity.uncertainty = false;
-  if (!carryCase(sobol, modelFile, sensitivity, console, indices)) return kFailed;
-  console.out << "\nSensitivity of y from " << indices.project.model.runCount() << " runs of a Sobol design\n";
-  printIndices(console.out, *indices.project.vels.sensitivity);
+// Of a case with equations: sample and run anew. The results of the other are analysed as they were delivered.
+int carryCase(const DemoCase& demo, RunController& controller, const Console& console) {
+  ProjectConfiguration& project = controller.project;
+  if (!controller.openDemo(demo.name)) return kFailed;
+  describeCase(demo, project, console.out);
+  controller.sampleStale = true;
+  if (demo.canRun && !controller.runModel(false)) return kFailed;
+  if (!analyse(project, AnalysisRequest(), console.frontEnd)) return kFailed;
+  console.out << '\n'
+              << counted(project.model.runCount(), "run") << (demo.canRun ? " made and analysed\n" : " analysed\n");
+  for (const Comparison& comparison : compareWithExact(demo.name, project)) {
+    console.out << '\n';
+    reportComparison(console.out, comparison);
+  }
+  if (demo.canRun) return kSucceeded;
+  console.out << '\n';
+  reportTimesOfMaxima(console.out, project);
+  console.out << '\n';
+  reportLeadingFactors(console.out, project);
   return kSucceeded;
 }
 
 }  // namespace
 
 int runDemo(const DemoOptions& options, const Console& console) {
-  if (!options.caseName.empty() && options.caseName != "Ishigami")
-    return console.fail("There is no demonstration case '" + options.caseName + "'. The cases are: Ishigami");
-  const std::string share = shareDirectory();
-  if (share.empty()) return console.fail("The demonstration files are not installed.");
-  return runIshigami(share + "/Demo", console);
+  const std::string name = options.caseName.empty() ? kDemoCases.front().name : options.caseName;
+  const DemoCase* demo = findDemoCase(name);
+  if (demo == nullptr) return console.fail(unknownCase(name));
+  const ScratchDirectory scratch;
+  if (scratch.path().empty()) return console.fail("No directory can be made for the files of the demonstration.");
+  if (!installCase(*demo, scratch.path())) return console.fail("The demonstration files are not installed.");
+  RunController controller(console.frontEnd, scratch.path());
+  return carryCase(*demo, controller, console);
 }
 
 }  // namespace tarvex

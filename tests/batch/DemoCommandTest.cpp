@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+
+#include "app/DemoCases.h"
+#include "app/ProjectConfiguration.h"
+#include "base/RememberedDirectories.h"
+#include "base/uniformRandom.h"
+#include "batch/Commands.h"
+#include "batch/DemoComparison.h"
+#include "batch/ShareDirectory.h"
+#include "postproc/PostProcessorFile.h"
+#include "support/TempDirectory.h"
+
+namespace tarvex {
+namespace {
+
+class Demo : public testing::Test {
+ protected:
+  void SetUp() override {
+    restoreInitialRandomState();
+    RememberedDirectories::forget();
+  }
+  void TearDown() override { RememberedDirectories::forget(); }
+  int run(const std::string& name) {
+    std::ostringstream out;
+    std::ostringstream errors;
+    const int status = runBatch({"demo", name}, out, errors, false);
+    out_ = out.str();
+    errors_ = errors.str();
+    return status;
+  }
+  // The words of the line that begins with `first`, behind it.
+  std::istringstream line(const std::string& first) const {
+    const std::size_t at = out_.find("\n  " + first + ' ');
+    EXPECT_NE(at, std::string::npos) << first << '\n' << out_;
+    return std::istringstream(at == std::string::npos ? "" : out_.substr(at + 3 + first.size()));
+  }
+
+  test::ScopedCurrentDirectory stay_;
+  std::string out_, errors_;
+};
+
+// Delivered, not repaired: every measure is as exact as the demonstration says.
+TEST_F(Demo, deliveredMeasuresAreExactWithinTheirTolerance) {
+  for (const DemoCase& demo : kDemoCases) {
+    SCOPED_TRACE(demo.name);
+    ProjectConfiguration project;
+    std::string message;
+    ASSERT_TRUE(loadPostProcessorFile(demoFilePath(shareDirectory(), demo.name), project.prep, project.model,
+                                      project.vels, message));
+    EXPECT_TRUE(project.prep.sampleFile.starts_with("[MAINDIR]/Demo/")) << project.prep.sampleFile;
+    EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Prep), "") << "there is no such directory";
+    EXPECT_EQ(project.prep.samples.rows(), project.model.runCount());
+    const std::vector<Comparison> comparisons = compareWithExact(demo.name, project);
+    EXPECT_EQ(comparisons.empty(), !demo.canRun);
+    for (const Comparison& comparison : comparisons) {
+      EXPECT_FALSE(comparison.rows.empty()) << comparison.title;
+      for (const Comparison::Row& row : comparison.rows) {
+        EXPECT_NEAR(row.computed, row.exact, row.tolerance) << comparison.title << ' ' << row.name;
+        EXPECT_LT(row.tolerance, 0.5 * std::max(1.0, std::fabs(row.exact))) << comparison.title << ' ' << row.name;
+      }
+    }
+  }
+}
+
+TEST_F(Demo, carriesEachCaseFromFactorsToMeasures) {
+  const struct {
+    const char* name;
+    const char* runs;
+    const char* measure;
+  } cases[] = {{"", "8192 runs made and analysed", "Total order indices\n"},
+               {"Linear", "1000 runs made and analysed", "Standardised regression coefficients (SRC)\n"},
+               {"LevelE", "1000 runs analysed", "Leading factors by rank measures\n"},
+               {"SobolG0", "4500 runs made and analysed", "Spread of the effects\n"},
+               {"SobolG1", "9216 runs made and analysed", "Total order indices\n"},
+               {"SobolG2", "11976 runs made and analysed", "Total order indices\n"},
+               {"SobolG3", "5000 runs made and analysed", "Importance\n"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(run(c.name), kSucceeded) << c.name << errors_;
+    for (const char* text : {c.runs, c.measure}) EXPECT_NE(out_.find(text), std::string::npos) << c.name << out_;
+    EXPECT_EQ(errors_, "") << c.name;
+  }
+}
+
+TEST_F(Demo, levelEShowsIodineFirstAndTheChainLater) {
+  ASSERT_EQ(run("LevelE"), kSucceeded) << errors_;
+  double early = 0.0, iodine = 0.0, chain = 0.0;
+  line("doseI") >> early >> iodine;
+  line("doseChain") >> early >> chain;
+  EXPECT_GE(iodine, 5e4);
+  EXPECT_LE(iodine, 2e5);
+  EXPECT_GE(chain, 1e6);
+  std::string leading;
+  std::getline(line("dose[max]"), leading);
+  for (const char* factors : {"W -0.72, v1 +0.61", "W -0.93, v1 +0.91"})
+    EXPECT_NE(leading.find(factors), std::string::npos) << leading;
+}
+
+TEST_F(Demo, anUnknownCaseNamesTheSeven) {
+  EXPECT_EQ(run("Ishigamo"), kFailed);
+  EXPECT_EQ(errors_,
+            "There is no demonstration case 'Ishigamo'. The cases are: Ishigami Linear LevelE SobolG0 SobolG1 SobolG2 "
+            "SobolG3\n");
+  EXPECT_EQ(out_, "");
+}
+
+}  // namespace
+}  // namespace tarvex
