@@ -12,6 +12,7 @@
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "base/WorkingFile.h"
 #include "batch/Commands.h"
 
 namespace {
@@ -73,7 +74,7 @@ bool deliver(const std::string& study, const std::string& root, const std::strin
 }
 
 bool make(const Case& demo, const std::string& inputs, const std::string& output, const std::string& levele) {
-  std::string root = (fs::temp_directory_path() / "tarvex-case-XXXXXX").string();
+  std::string root = tarvex::WorkingFile::directory() + "/tarvex-case-XXXXXX";
   if (mkdtemp(root.data()) == nullptr) return false;
   const std::string directory = root + "/Demo";
   fs::create_directory(directory);

@@ -9,6 +9,7 @@
 #include "app/DemoRepair.h"
 #include "app/FrontEnd.h"
 #include "app/RunController.h"
+#include "base/WorkingFile.h"
 #include "batch/Commands.h"
 #include "batch/DemoComparison.h"
 #include "batch/Reports.h"
@@ -24,7 +25,7 @@ namespace {
 class ScratchDirectory {
  public:
   ScratchDirectory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tarvex-demo-XXXXXX").string();
+    std::string pattern = WorkingFile::directory() + "/tarvex-demo-XXXXXX";
     if (mkdtemp(pattern.data()) != nullptr) path_ = pattern;
   }
   ~ScratchDirectory() {
