@@ -16,6 +16,7 @@ namespace tarvex {
 
 namespace {
 
+constexpr double kHeadroom = 1.03;  // above curves, so that they don't run on the frame
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kGap = std::numeric_limits<double>::quiet_NaN();  // interrupts a line
 constexpr int kGridPoints = 400;                                   // about one a unit of the picture's width
@@ -109,17 +110,19 @@ std::pair<double, double> centralRange(const Distribution& prepared) {
   return {lower, upper};
 }
 
-// Where the density goes to infinity its axis ends above what most of the runs see.
-double densityTop(const Distribution& prepared, const std::vector<double>& densities) {
-  constexpr std::size_t kFirst = 5;  // percent of the table on either side that don't count
-  constexpr double kPeak = 4.0;
+// Where the density goes to infinity at a bound, its axis ends at what it is a little way from there.
+double densityTop(const Distribution& prepared, const Curves& curves) {
+  constexpr double kWay = 0.01;  // of the axis
+  constexpr double kLeap = 2.0;  // from there to the bound: no finite density that is shown here grows so fast
+  const double way = kWay * (curves.upper - curves.lower);
+  const double first = prepared.table.front().x;
+  const double last = prepared.table.back().x;
   double usual = 0.0;
-  for (std::size_t i = kFirst; i + kFirst < prepared.table.size(); ++i) {
-    const double density = prepared.density(prepared.table[i].x);
-    if (std::isfinite(density)) usual = std::max(usual, density);
-  }
-  const double largest = largestOf(densities);
-  return usual > 0.0 && largest > kPeak * usual ? usual : largest;
+  for (std::size_t i = 0; i < curves.x.size(); ++i)
+    if (curves.x[i] > first + way && curves.x[i] < last - way && std::isfinite(curves.density[i]))
+      usual = std::max(usual, curves.density[i]);
+  const double atBounds = std::max(prepared.density(first), prepared.density(last));
+  return usual > 0.0 && !(atBounds <= kLeap * usual) ? usual : largestOf(curves.density);
 }
 
 Curves continuousCurves(const Distribution& prepared) {
@@ -143,7 +146,7 @@ Curves continuousCurves(const Distribution& prepared) {
     const double p = inside ? prepared.cumulative(x) : x < first ? 0.0 : 1.0;
     curves.cumulative.push_back(p < 0.0 ? kGap : p);
   }
-  curves.top = densityTop(prepared, curves.density);
+  curves.top = densityTop(prepared, curves);
   if (dynamic_cast<const TruncatedDistribution*>(&prepared) == nullptr) return curves;
   const double margin = (upper - lower) * 0.01;
   for (const double cut : {prepared.inverse(0.0), prepared.inverse(1.0)})
@@ -152,7 +155,6 @@ Curves continuousCurves(const Distribution& prepared) {
 }
 
 XyChart densityChart(const Curves& curves, const std::string& name) {
-  constexpr double kHeadroom = 1.05;
   const Colour colour = namedColour("Medium Slate Blue");
   XyChart chart;
   chart.x = {name, curves.lower, curves.upper, AxisScale::Linear, NumberForm::TwoDecimals};
@@ -185,6 +187,7 @@ XyChart cumulativeChart(const Curves& curves, const std::string& name) {
   XyChart chart;
   chart.x = {name, curves.lower, curves.upper, AxisScale::Linear, NumberForm::TwoDecimals};
   chart.y.title = "Cumulative";
+  chart.y.upper = kHeadroom;
   Line line{curves.x, curves.cumulative, namedColour("Medium Slate Blue"), LineStyle::Solid, curves.discrete};
   if (curves.discrete && !line.x.empty()) {
     line.x.insert(line.x.begin(), curves.lower);
@@ -236,7 +239,7 @@ Figure distributionPlot(const Factor& factor) {
   figure.height = kHeight;
   Curves curves = curvesOf(factor);
   if (curves.x.empty()) {
-    if (dynamic_cast<const Distribution*>(&factor) != nullptr) figure.subtitle += "\nThere is no curve to show.";
+    if (dynamic_cast<const Distribution*>(&factor) != nullptr) figure.subtitle += "; there is no curve to show";
     return figure;
   }
   if (const auto* intervals = dynamic_cast<const IntervalDistribution*>(&factor); intervals != nullptr)

@@ -25,6 +25,8 @@ constexpr std::array<Colour, kLineStyles> kColours = {{
     {22102, 46260, 59881},  // sky blue
 }};
 
+constexpr double kHeadroom = 1.03;  // above the largest, so that it doesn't run on the frame
+
 // What is drawn of one variable, over edges in the units of the scale.
 struct Series {
   std::string name;
@@ -183,7 +185,7 @@ XyChart chartOf(std::vector<Series>& all, HistogramForm form, HistogramScale sca
     chart.x.title += ", logarithmic scale";
   }
   chart.y.title = heightTitleOf(form);
-  chart.y.upper = isCurve(form) || !(largest > 0.0) ? 1.0 : largest;
+  chart.y.upper = kHeadroom * (isCurve(form) || !(largest > 0.0) ? 1.0 : largest);
   addLayers(chart, all, form);
   return chart;
 }
