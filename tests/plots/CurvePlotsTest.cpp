@@ -1,0 +1,172 @@
+// Histograms of variables and curves of factors.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <set>
+#include <tuple>
+
+#include "factors/Beta.h"
+#include "factors/Constant.h"
+#include "factors/Discrete.h"
+#include "factors/Normal.h"
+#include "factors/Relation.h"
+#include "factors/Weibull.h"
+#include "plots/RunTable.h"
+#include "plots/distributionPlot.h"
+#include "plots/histogramPlots.h"
+
+namespace tarvex {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+const XyChart& chartOf(const Figure& figure, std::size_t i = 0) {
+  return std::get<XyChart>(figure.charts.at(i));
+}
+
+double sumOf(const std::vector<double>& values) {
+  double sum = 0.0;
+  for (const double value : values) sum += value;
+  return sum;
+}
+
+Figure histogramOf(const std::vector<double>& values, HistogramForm form, HistogramScale scale = kLinearScale) {
+  const RunColumn column{"Y", false, values};
+  return histogramPlot({&column}, form, scale);
+}
+
+TEST(HistogramPlot, countsTheRunsOfOneVariable) {
+  std::vector<double> values{kNan};
+  for (int i = 0; i <= 1000; ++i) values.push_back(i);
+  const Figure figure = histogramOf(values, HistogramForm::Area);
+  const auto& area = std::get<Area>(chartOf(figure).layers.at(0));
+  EXPECT_EQ(area.edges.size(), area.heights.size() + 1);
+  EXPECT_EQ(sumOf(area.heights), 1001.0);
+  EXPECT_EQ(area.edges[100], 1000.0);
+  EXPECT_EQ(area.colour, namedColour("Medium Slate Blue"));
+  EXPECT_GE(chartOf(figure).y.upper, 10.0);
+  EXPECT_THAT(figure.subtitle, HasSubstr("1 without a number"));
+  EXPECT_THAT(figure.legend, IsEmpty());
+
+  const Figure shares = histogramOf({0.0, 1.0, 1.0, 4.0}, HistogramForm::Frequency);
+  EXPECT_DOUBLE_EQ(sumOf(std::get<Area>(chartOf(shares).layers.at(0)).heights), 1.0);
+  const Figure rising = histogramOf({0.0, 1.0, 1.0, 4.0}, HistogramForm::Cumulative);
+  const auto& line = std::get<Line>(chartOf(rising).layers.at(0));
+  EXPECT_EQ(line.y.front(), 0.25);
+  EXPECT_EQ(line.y.back(), 1.0);
+  EXPECT_EQ(line.x.back(), 4.0);
+  const Figure logs = histogramOf({1.0, 10.0, 100.0}, HistogramForm::Complement, kLogScale);
+  EXPECT_EQ(chartOf(logs).x.scale, AxisScale::Logarithms);
+  EXPECT_DOUBLE_EQ(chartOf(logs).x.upper, std::log(100.0));
+}
+
+TEST(HistogramPlot, survivesVariablesWithoutAHistogram) {
+  const std::vector<HistogramForm> forms{HistogramForm::Area, HistogramForm::Outline, HistogramForm::Frequency,
+                                         HistogramForm::Cumulative, HistogramForm::Complement};
+  for (const HistogramForm form : forms) {
+    for (const std::vector<double>& constant : {std::vector<double>{3.0}, {0.0, 0.0}, {-5.0, kNan, -5.0}}) {
+      const Figure figure = histogramOf(constant, form);
+      const Axis& x = chartOf(figure).x;
+      EXPECT_TRUE(x.lower < constant.front() && constant.front() < x.upper);
+      EXPECT_EQ(chartOf(figure).layers.size(), 1u);
+    }
+    for (const std::vector<double>& none : {std::vector<double>{}, {kNan, kNan}, {1.0, kInf}, {-1e308, 1e308}})
+      EXPECT_THAT(histogramOf(none, form).charts, IsEmpty());
+    EXPECT_THAT(histogramOf({0.0, 1.0}, form, kLogScale).charts, IsEmpty());
+  }
+  EXPECT_EQ(histogramOf({0.0, 1.0}, HistogramForm::Area, kLogScale).subtitle, "2 runs; not above 0 in all of them: Y");
+  EXPECT_THAT(histogramPlot(std::vector<const RunColumn*>{}, HistogramForm::Area, kLinearScale).charts, IsEmpty());
+}
+
+TEST(HistogramPlot, tellsManyVariablesApart) {
+  std::vector<RunColumn> columns;
+  for (int i = 0; i < 20; ++i) columns.push_back({"v" + std::to_string(i), i % 2 == 0, {i * 1.0, i + 1.0, i + 3.0}});
+  std::vector<const RunColumn*> pointers;
+  for (const RunColumn& column : columns) pointers.push_back(&column);
+  const Figure figure = histogramPlot(pointers, HistogramForm::Area, kLinearScale);
+  std::set<std::tuple<int, int, int>> looks;
+  for (const LegendEntry& entry : figure.legend)
+    looks.emplace(entry.colour.red, entry.colour.green, static_cast<int>(entry.style));
+  EXPECT_EQ(looks.size(), 20u);
+  EXPECT_EQ(figure.legend[2].style, LineStyle::DashDot);
+  EXPECT_EQ(figure.legend[1].text, "V - v1");
+  EXPECT_EQ(chartOf(figure).layers.size(), 40u) << "outlines in front of the columns";
+}
+
+// The curve of a density over the shown range, by trapezoids.
+double integral(const Line& line) {
+  double sum = 0.0;
+  for (std::size_t i = 1; i < line.x.size(); ++i)
+    if (std::isfinite(line.y[i - 1] + line.y[i]))
+      sum += (line.x[i] - line.x[i - 1]) * (line.y[i] + line.y[i - 1]) / 2.0;
+  return sum;
+}
+
+TEST(DistributionPlot, drawsDensityAndCumulativeOfEveryFamily) {
+  for (const char* type :
+       {"Beta", "Exponential", "Gamma", "LogNormal", "LogUniform", "Normal", "Triangular", "Uniform", "Weibull"}) {
+    SCOPED_TRACE(type);
+    const Figure figure = distributionPlot(*makeFactor(type));
+    ASSERT_EQ(figure.charts.size(), 2u);
+    const auto& density = std::get<Line>(chartOf(figure).layers.at(0));
+    const auto& cumulative = std::get<Line>(chartOf(figure, 1).layers.at(0));
+    EXPECT_NEAR(integral(density), 1.0, 0.01) << "nearly all of the distribution is in sight";
+    EXPECT_TRUE(std::is_sorted(cumulative.y.begin(), cumulative.y.end()));
+    EXPECT_LT(cumulative.y.front(), 0.01);
+    EXPECT_NEAR(cumulative.y.back(), 1.0, 0.01);
+    EXPECT_LT(chartOf(figure).y.upper, 1.8);
+  }
+}
+
+TEST(DistributionPlot, edgesOfFamilies) {
+  Beta beta;
+  beta.setParameters(0.5, 0.5, 0.0, 1.0);
+  Weibull weibull;
+  weibull.setBeta(0.2);
+  for (const Factor* infinite : {static_cast<const Factor*>(&beta), static_cast<const Factor*>(&weibull)}) {
+    const Figure figure = distributionPlot(*infinite);
+    EXPECT_LT(chartOf(figure).y.upper, 5.0) << "the axis doesn't follow the density to infinity";
+    EXPECT_GT(chartOf(figure).y.upper, 0.001);
+  }
+
+  Normal cut;
+  EXPECT_EQ(chartOf(distributionPlot(cut)).layers.size(), 1u);
+  cut.setRightTruncation(0.5);
+  const Figure truncated = distributionPlot(cut);
+  ASSERT_EQ(chartOf(truncated).layers.size(), 2u);
+  EXPECT_NEAR(std::get<Line>(chartOf(truncated).layers[1]).x[0], 0.0, 1e-5);
+  EXPECT_TRUE(cut.table.empty());
+
+  Discrete discrete;
+  discrete.clear();
+  EXPECT_THAT(distributionPlot(discrete).charts, IsEmpty());
+  for (const double at : {4.0, 1.0})
+    discrete.addPoint(std::make_unique<Interval>(at, at + 1.0, at == 4.0 ? 0.75 : 0.25));
+  const Figure points = distributionPlot(discrete);
+  EXPECT_EQ(std::get<Area>(chartOf(points).layers.at(0)).heights, (std::vector<double>{0.25, 0.0, 0.75}));
+  const auto& steps = std::get<Line>(chartOf(points, 1).layers.at(0));
+  EXPECT_TRUE(steps.steps);
+  EXPECT_EQ(steps.y, (std::vector<double>{0.0, 0.25, 1.0, 1.0}));
+
+  Constant constant;
+  constant.setValue(9.81);
+  Relation relation;
+  relation.setExpression("2 * a");
+  Normal spike;
+  spike.setStdDeviation(0.0);
+  EXPECT_EQ(distributionPlot(constant).subtitle, "Constant 9.81");
+  EXPECT_EQ(distributionPlot(relation).subtitle, "Relation: 2 * a");
+  EXPECT_THAT(distributionPlot(spike).subtitle, HasSubstr("there is no curve to show"));
+  for (const char* type : {"Factor", "Dummy"}) EXPECT_THAT(distributionPlot(*makeFactor(type)).charts, IsEmpty());
+}
+
+}  // namespace
+}  // namespace tarvex

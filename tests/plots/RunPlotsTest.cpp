@@ -1,0 +1,127 @@
+#include "plots/runPlots.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "model/InternalModel.h"
+#include "model/ModelConfiguration.h"
+#include "sampling/PrepConfiguration.h"
+
+namespace tarvex {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+RunTable tableOf(std::vector<std::vector<double>> columns) {
+  RunTable table;
+  table.runs = static_cast<std::int32_t>(columns.front().size());
+  for (std::vector<double>& values : columns)
+    table.columns.push_back({"c" + std::to_string(table.columns.size()), true, std::move(values)});
+  return table;
+}
+
+// Factors F and x over the runs 0 to 9, outputs Y = 1 / (x - 3) and F (not the factor) = 2 x.
+struct Study {
+  Study() {
+    for (const char* name : {"F", "x"}) {
+      std::unique_ptr<Factor> factor = makeFactor("Uniform");
+      factor->name = name;
+      prep.factors.addFactor(std::move(factor));
+    }
+    EXPECT_TRUE(prep.samples.allocate(2));
+    for (int run = 0; run < 10; ++run) prep.samples.addRow(std::vector<double>{100.0 + run, run * 1.0}.data());
+    auto equations = std::make_unique<InternalModel>();
+    for (const char* name : {"F", "x"}) equations->addVariable(name);
+    EXPECT_TRUE(equations->addExpression(0, "Y", "1 / (x - 3)", 1));
+    EXPECT_TRUE(equations->addExpression(1, "Z", "2 * x", 1));
+    model.setInternalModel(std::move(equations));
+    EXPECT_TRUE(model.prepareInternalRun(10));
+    EXPECT_EQ(model.advanceInternalRun(prep.samples, 100.0f), 100);
+  }
+  PrepConfiguration prep;
+  ModelConfiguration model;
+};
+
+TEST(RunTable, readsFactorsVariablesAndExpressionsByName) {
+  Study study;
+  RunTable table;
+  std::string message;
+  ASSERT_TRUE(readRunTable(study.prep, study.model, {"x", "V - Z", "F - x", "Z / 2 + Y * 0"}, table, message));
+  EXPECT_EQ(table.runs, 10);
+  EXPECT_EQ(table.columns[0].label() + table.columns[1].label() + table.columns[2].name, "F - xV - Zx");
+  EXPECT_EQ(table.columns[1].values[7], 14.0);
+  EXPECT_EQ(table.columns[3].values[7], 7.0);
+  EXPECT_THAT(message, HasSubstr("in 1 of 10 runs")) << "run 4 divides by zero";
+  ASSERT_TRUE(readRunTable(study.prep, study.model, {}, table, message));
+  EXPECT_EQ(table.columns.size(), 4u);
+  EXPECT_EQ(message, "");
+
+  EXPECT_FALSE(readRunTable(study.prep, study.model, {"x", "nosuch"}, table, message));
+  EXPECT_EQ(message, "There is no factor \"nosuch\", nor is it a variable:\nThe model has no output \"nosuch\".");
+  study.prep.samples.addRow(std::vector<double>{0.0, 0.0}.data());
+  EXPECT_FALSE(readRunTable(study.prep, study.model, {"x", "Z"}, table, message));
+  EXPECT_EQ(message, "The sample has 11 runs, the results have 10.");
+  EXPECT_EQ(table.columns.size(), 4u) << "as it was";
+}
+
+TEST(RunTable, countsRunsByTheirBounds) {
+  const RunTable table = tableOf({{0.0, 1.0, 2.0, 3.0, kNan, kInf}, {5.0, 5.0, 5.0, 1.0, 5.0, 5.0}});
+  EXPECT_THAT(runsWithin(table, {{0, 1.0, 3.0, true}}), ElementsAre(1, 2, 3));
+  EXPECT_THAT(runsWithin(table, {{0, 1.0, 3.0, false}}), ElementsAre(1, 2)) << "a run on the upper edge is not kept";
+  EXPECT_THAT(runsWithin(table, {{0, 1.0, 9.0, true}, {1, 5.0, 6.0, false}}), ElementsAre(1, 2));
+  EXPECT_THAT(runsWithin(table, {{0, 10.0, 20.0, true}}), IsEmpty());
+  EXPECT_EQ(runsWithin(table, {}).size(), 6u);
+  EXPECT_EQ(rangeProblem(1.0, 2.0), "");
+  for (const double upper : {1.0, 0.5, kNan})
+    EXPECT_EQ(rangeProblem(1.0, upper), "  Upper bound must be greater than lower bound.");
+}
+
+TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
+  // Limits in single precision: 0.2 is not below 0.2.
+  const RunTable table =
+      tableOf({{0.0, 0.19, 0.2, 0.4, 0.6, 0.8, 1.0, kNan}, {7, 7, 7, 7, 7, 7, 7, 7}, {8, 7, 6, 5, 4, 3, 2, 1}});
+  const Figure all = cobwebPlot(table, {});
+  const auto& chart = std::get<CobwebChart>(all.charts.front());
+  EXPECT_THAT(chart.colours, ElementsAre(0, 0, 1, 2, 3, 4, 4, 4));
+  const char* names[] = {"Red", "Blue", "Green", "Magenta", "Midnight blue", "Indian Red"};
+  ASSERT_EQ(chart.palette.size(), 6u);
+  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(chart.palette[i], namedColour(names[i]));
+  EXPECT_EQ(chart.positions[3 * 1 + 1], 0.5f) << "a constant column is passed in the middle";
+  EXPECT_EQ(chart.positions[3 * 0 + 2], 1.0f);
+  EXPECT_TRUE(std::isnan(chart.positions[3 * 7]));
+  EXPECT_EQ(all.legend.size(), 5u);
+
+  const std::vector<RunRange> filters{{2, 3.0, 6.0, true}, {2, 4.0, 99.0, true}};
+  const Figure kept = cobwebPlot(table, filters);
+  EXPECT_THAT(std::get<CobwebChart>(kept.charts.front()).colours, ElementsAre(1, 2, 3));
+  EXPECT_EQ(kept.subtitle, "3 of 8 runs within the filters");
+  EXPECT_EQ(std::get<CobwebChart>(kept.charts.front()).axes[2].filter, std::make_pair(4.0, 6.0));
+  const Figure shown = cobwebPlot(table, filters, true);
+  EXPECT_THAT(std::get<CobwebChart>(shown.charts.front()).colours, ElementsAre(5, 5, 5, 5, 5, 1, 2, 3));
+  EXPECT_EQ(shown.legend.size(), 6u);
+
+  EXPECT_EQ(cobwebPlot(tableOf({{2.0}, {kNan}}), {}).legend.size(), 1u) << "one run: the first column is constant";
+  EXPECT_THAT(std::get<CobwebChart>(cobwebPlot(tableOf({{-1e308, 1e308, 0.0}}), {}).charts.front()).positions,
+              ElementsAre(0.0f, 1.0f, 0.5f));
+  EXPECT_THAT(cobwebPlot({}, {}).charts, IsEmpty());
+}
+
+TEST(ScatterPlot, holdsThePointsAndTellsOfThoseWithoutANumber) {
+  const RunTable table = tableOf({{1.0, 2.0, kNan}, {10.0, 10.0, 30.0}});
+  const Figure figure = scatterPlot(table.columns[0], table.columns[1], Region{1, 2, 10, 20, {}});
+  const auto& chart = std::get<XyChart>(figure.charts.front());
+  EXPECT_EQ(std::get<Points>(chart.layers[0]).colour, namedColour("Medium Slate Blue"));
+  EXPECT_EQ(chart.x.form, NumberForm::ThreeDecimals);
+  EXPECT_EQ(chart.layers.size(), 2u);
+  EXPECT_EQ(figure.subtitle, "c1 against c0, 3 runs, 1 without a number");
+}
+
+}  // namespace
+}  // namespace tarvex
