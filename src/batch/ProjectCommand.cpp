@@ -2,27 +2,13 @@
 
 #include "app/ProjectConfiguration.h"
 #include "batch/Commands.h"
+#include "batch/StudyFile.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
 
 namespace tarvex {
 
 namespace {
-
-bool loadInput(const std::string& path, ProjectConfiguration& project, std::string& message) {
-  const std::string extension = std::filesystem::path(path).extension().string();
-  if (extension == ".sam") {
-    project.hasPrep = loadSampleFile(path, project.prep, message);
-    return project.hasPrep;
-  }
-  if (extension == ".spc") {
-    const bool loaded = loadPostProcessorFile(path, project.prep, project.model, project.vels, message);
-    project.hasPrep = project.hasModel = project.hasVels = loaded;
-    return loaded;
-  }
-  message = "Error reading configuration file.";
-  return project.load(path);
-}
 
 // Settled before the first file is written, so that a refused command writes none.
 bool holdsWhatIsAsked(const ProjectConfiguration& project, const ProjectOptions& options, std::string& message) {
@@ -47,7 +33,10 @@ int runProject(const ProjectOptions& options, const Console& console) {
   const std::string resultsPath = absolute(options.results);
   ProjectConfiguration project;
   std::string message;
-  if (!loadInput(options.input, project, message)) return console.fail(message + "\n" + options.input);
+  const FileKind kind = fileKindOf(options.input);
+  if (kind == FileKind::Factors || kind == FileKind::Model || kind == FileKind::Unknown)
+    return console.fail("Error reading configuration file.\n" + options.input);
+  if (!loadStudyFile(options.input, project, message)) return console.fail(message);
   if (!holdsWhatIsAsked(project, options, message)) return console.fail(message + "\n" + options.input);
 
   if (!samplePath.empty() && !saveSampleFile(samplePath, project.prep, message)) return console.fail(message);

@@ -1,13 +1,10 @@
 #include "batch/TableFiles.h"
 
-#include <algorithm>
-#include <cctype>
-#include <filesystem>
 #include <functional>
-#include <set>
 
 #include "app/ProjectConfiguration.h"
 #include "base/TextWriter.h"
+#include "batch/ResultDirectory.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
 #include "postproc/MorrisStats.h"
@@ -20,53 +17,26 @@ namespace tarvex {
 
 namespace {
 
-// Writes the files of one directory; after a failure it writes no more.
-class TableDirectory {
- public:
-  explicit TableDirectory(std::string path) : path_(std::move(path)) {
-    std::error_code error;
-    std::filesystem::create_directories(path_, error);
-  }
-
-  void write(const std::string& variable, std::string_view table, const std::function<void(TextWriter&)>& fill) {
-    if (!ok()) return;
-    const std::string file = path_ + "/" + freeName(variable + "-" + std::string(table));
-    TextWriter out(file);
+void addTable(ResultDirectory& directory, const std::string& variable, std::string_view table,
+              const std::function<void(TextWriter&)>& fill) {
+  directory.add(variable, table, ".txt", [&fill](const std::string& path) {
+    TextWriter out(path);
     fill(out);
-    if (!out.commit()) failedFile_ = file;
-  }
-
-  bool ok() const { return failedFile_.empty(); }
-  const std::string& failedFile() const { return failedFile_; }
-
- private:
-  // The name with '_' for what file names had better not hold, and a number when it was there before.
-  std::string freeName(std::string name) {
-    std::replace_if(
-        name.begin(), name.end(),
-        [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0 && c != '-' && c != '.' && c != '_'; },
-        '_');
-    std::string free = name;
-    for (int number = 2; !taken_.insert(free).second; ++number) free = name + "-" + std::to_string(number);
-    return free + ".txt";
-  }
-
-  std::string path_;
-  std::set<std::string> taken_;
-  std::string failedFile_;
-};
+    return out.commit();
+  });
+}
 
 void writeMeasures(const ProjectConfiguration& project, std::int32_t v, const std::string& variable,
-                   TableDirectory& directory) {
+                   ResultDirectory& directory) {
   const SensitivityStats& statistics = *project.vels.sensitivity;
   const TableSelection selection = wholeTable(statistics, v, variable);
   if (const auto* regression = dynamic_cast<const RegressionStats*>(&statistics)) {
     for (std::int32_t measure = 0; measure < RegressionStats::kMeasures; ++measure)
-      directory.write(variable, RegressionStats::measureName(measure),
-                      [&](TextWriter& out) { writeRegressionTable(out, *regression, selection, measure); });
+      addTable(directory, variable, RegressionStats::measureName(measure),
+               [&](TextWriter& out) { writeRegressionTable(out, *regression, selection, measure); });
     return;
   }
-  directory.write(variable, "sensitivity", [&](TextWriter& out) {
+  addTable(directory, variable, "sensitivity", [&](TextWriter& out) {
     const auto* design = dynamic_cast<const FastSampler*>(project.prep.sampler.get());
     const bool withTotal = design != nullptr && design->analysisMode() != FastSampler::kClassic;
     if (const auto* fast = dynamic_cast<const FastStats*>(&statistics))
@@ -84,17 +54,18 @@ void writeMeasures(const ProjectConfiguration& project, std::int32_t v, const st
 
 bool writeTableFiles(const ProjectConfiguration& project, const std::string& directory, HistogramScale scale,
                      std::string& message) {
-  TableDirectory tables(directory);
+  ResultDirectory tables(directory);
   const std::vector<std::string>& variables = project.vels.selectedVariables();
   for (std::size_t k = 0; k < variables.size(); ++k) {
     const auto v = static_cast<std::int32_t>(k);
     if (v < project.vels.uncertainty.variableCount())
-      tables.write(variables[k], "uncertainty",
-                   [&](TextWriter& out) { writeUncertaintyTable(out, project.vels.uncertainty, v, scale); });
+      addTable(tables, variables[k], "uncertainty",
+               [&](TextWriter& out) { writeUncertaintyTable(out, project.vels.uncertainty, v, scale); });
     if (project.vels.sensitivity && project.vels.sensitivity->computed) writeMeasures(project, v, variables[k], tables);
   }
-  if (!tables.ok()) message = "I cannot save the file\n" + tables.failedFile();
-  return tables.ok();
+  if (tables.finish()) return true;
+  message = "I cannot save the file\n" + tables.failedFile();
+  return false;
 }
 
 }  // namespace tarvex

@@ -1,0 +1,63 @@
+#include "batch/StudyFile.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "app/ProjectConfiguration.h"
+#include "base/TextReader.h"
+#include "postproc/PostProcessorFile.h"
+#include "sampling/SampleFiles.h"
+
+namespace tarvex {
+
+namespace {
+
+bool load(FileKind kind, const std::string& path, ProjectConfiguration& project, std::string& message) {
+  switch (kind) {
+    case FileKind::Factors:
+      return loadFactorFile(path, project.prep.factors, message);
+    case FileKind::Sample:
+      project.hasPrep = loadSampleFile(path, project.prep, message);
+      return project.hasPrep;
+    case FileKind::PostProcessor:
+      project.hasVels = loadPostProcessorFile(path, project.prep, project.model, project.vels, message);
+      project.hasPrep = project.hasModel = project.hasVels;
+      return project.hasVels;
+    case FileKind::Project:
+      message = "Error reading configuration file.";
+      return project.load(path);
+    case FileKind::Model:
+    case FileKind::Unknown:
+      break;
+  }
+  message = "The file holds neither factors nor a sample, results or a project: .fac, .sam, .spc, .dem or .psc.";
+  return false;
+}
+
+}  // namespace
+
+FileKind fileKindOf(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (extension == ".fac") return FileKind::Factors;
+  if (extension == ".sam") return FileKind::Sample;
+  if (extension == ".imd") return FileKind::Model;
+  if (extension == ".spc" || extension == ".dem") return FileKind::PostProcessor;
+  if (extension == ".psc") return FileKind::Project;
+  TextReader in = TextReader::fromFile(path);
+  constexpr std::size_t kFirstLineLimit = 100;
+  const std::string_view first = in.peekLine(kFirstLineLimit);
+  if (first == "Default Truncations:") return FileKind::Factors;
+  if (first == "Prep Configuration" || first == "No Prep Configuration") return FileKind::Project;
+  return FileKind::Unknown;
+}
+
+bool loadStudyFile(const std::string& path, ProjectConfiguration& project, std::string& message) {
+  if (load(fileKindOf(path), path, project, message)) return true;
+  message += "\n" + path;
+  return false;
+}
+
+}  // namespace tarvex
