@@ -3,6 +3,7 @@
 #include "app/Analysis.h"
 #include "app/ProjectConfiguration.h"
 #include "batch/Commands.h"
+#include "batch/PictureFiles.h"
 #include "batch/Reports.h"
 #include "batch/ResultExport.h"
 #include "batch/TableFiles.h"
@@ -24,6 +25,7 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   const std::string csvFile = absolutePath(options.csvFile);
   const std::string jsonFile = absolutePath(options.jsonFile);
   const std::string tables = absolutePath(options.tablesDirectory);
+  const std::string plots = absolutePath(options.plotsDirectory);
 
   ProjectConfiguration project;
   std::string message;
@@ -46,6 +48,8 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   if (!csvFile.empty() && !exportCsv(project, csvFile, message)) return console.fail(message);
   if (!jsonFile.empty() && !exportJson(project, jsonFile, message)) return console.fail(message);
   if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
+  if (!plots.empty() && !writePictureFiles(project, plots, *pictureFormat(options.plotFormat), scale, message))
+    return console.fail(message);
 
   Document text;
   if (request.uncertainty) reportUncertainty(text, project.vels.uncertainty);

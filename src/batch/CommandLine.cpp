@@ -7,6 +7,9 @@ namespace tarvex {
 
 namespace {
 
+const std::vector<std::string> kFormatWords = {"svg", "pdf", "ps", "eps", "png"};
+const std::vector<std::string> kKindWords = {"scatter", "cobweb",   "histogram", "bars",        "pie",
+                                             "morris",  "forecast", "preview",   "distribution"};
 const std::vector<std::string> kMethodWords = {"random", "latin", "replicated-latin", "lptau", "morris", "fast",
                                                "sobol",  "fixed"};
 
@@ -75,6 +78,37 @@ void addAnalyse(CLI::App& app, AnalyseOptions& options, Command& command) {
   sub->add_option("--csv", options.csvFile, "Write all results with full precision as CSV");
   sub->add_option("--json", options.jsonFile, "Write all results with full precision as JSON");
   sub->add_option("--tables", options.tablesDirectory, "Write the saved tables into this directory");
+  sub->add_option("--plots", options.plotsDirectory, "Write the pictures of the analysis into this directory");
+  sub->add_option("--format", options.plotFormat, "Format of the pictures (default svg)")
+      ->check(CLI::IsMember(kFormatWords));
+  sub->callback([&] { command = options; });
+}
+
+void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
+  const CLI::Range size(16.0, 30000.0);
+  CLI::App* sub = app.add_subcommand("plot", "Draw a picture of a sample, of results or of factors");
+  sub->add_option("FILE", options.input, "Factor, sample, post-processor, demonstration or project file")->required();
+  auto* kind = sub->add_option("-k,--kind", options.kind, "What to draw")->check(CLI::IsMember(kKindWords));
+  sub->add_option("-v,--variables", options.variables,
+                  "Factors, outputs or expressions, split at commas outside brackets; may be repeated")
+      ->allow_extra_args(false);
+  sub->add_option("--filter", options.filters, "Only runs with a value in NAME=LOWER:UPPER; may be repeated")
+      ->allow_extra_args(false);
+  sub->add_option("--region", options.region, "Frame x=LOWER:UPPER,y=LOWER:UPPER (scatter), its upper edges excluded");
+  sub->add_flag("--show-dropped", options.showDropped, "Leave the runs outside the bounds in the background (cobweb)");
+  sub->add_option("--form", options.form, "Form of the curves (histogram; default area)")
+      ->check(CLI::IsMember({"area", "outline", "frequency", "cumulative", "complement"}));
+  sub->add_flag("--log", options.logScale, "Logarithmic scale (histogram)");
+  sub->add_option("--measure", options.measure, "Measures by their words (bars, pie, forecast)");
+  auto* written = sub->add_option_group("output", "What to write");
+  written->add_option("-o,--output", options.output, "Picture: .svg, .pdf, .ps, .eps or .png")->needs(kind);
+  written->add_option("--save-selection", options.selection, "Sample file of the runs within the bounds (.sam)");
+  written->require_option(1, 2);
+  sub->add_option("--format", options.format, "Format of the picture (default: by its suffix)")
+      ->check(CLI::IsMember(kFormatWords));
+  sub->add_option("--width", options.width, "Width in units of which 96 are an inch")->check(size);
+  sub->add_option("--height", options.height, "Height in the same units")->check(size);
+  sub->add_option("--zoom", options.zoom, "Pixels a unit of a PNG (default 1)")->check(CLI::Range(0.1, 16.0));
   sub->callback([&] { command = options; });
 }
 
@@ -112,6 +146,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   ImportOptions import;
   RunOptions run;
   AnalyseOptions analyse;
+  PlotOptions plot;
   ProjectOptions project;
   ShowOptions show;
   DemoOptions demo;
@@ -119,6 +154,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   addImport(app, import, command);
   addRun(app, run, command);
   addAnalyse(app, analyse, command);
+  addPlot(app, plot, command);
   addProject(app, project, command);
   addShow(app, show, command);
   addDemo(app, demo, command);

@@ -56,6 +56,26 @@ struct AnalyseOptions {
   std::string csvFile;
   std::string jsonFile;
   std::string tablesDirectory;
+  std::string plotsDirectory;
+  std::string plotFormat = "svg";
+};
+
+struct PlotOptions {
+  std::string input;
+  std::string output;                  // the picture, or
+  std::string selection;               // a sample file of the kept runs, or both
+  std::string kind;                    // empty: no picture
+  std::vector<std::string> variables;  // lists of factors and variables
+  std::vector<std::string> filters;    // NAME=LOWER:UPPER
+  std::string region;                  // two of them
+  bool showDropped = false;
+  std::string form = "area";  // of a histogram
+  bool logScale = false;
+  std::string measure;  // words of measures; empty: the usual ones
+  std::string format;   // empty: by the suffix
+  std::optional<double> width;
+  std::optional<double> height;
+  double zoom = 1.0;
 };
 
 struct ProjectOptions {
@@ -73,8 +93,8 @@ struct DemoOptions {
   std::string caseName;
 };
 
-using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, ProjectOptions,
-                             ShowOptions, DemoOptions>;
+using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, PlotOptions,
+                             ProjectOptions, ShowOptions, DemoOptions>;
 
 // The words after the program's name. On wrong usage `status` is 2 with the reason on `errors`; after a request for
 // help it is 0 with the text on `out`. In both cases the result holds no command.

@@ -13,6 +13,7 @@ struct Dispatch {
   int operator()(const ImportOptions& options) const { return runImport(options, console); }
   int operator()(const RunOptions& options) const { return runRun(options, console); }
   int operator()(const AnalyseOptions& options) const { return runAnalyse(options, console); }
+  int operator()(const PlotOptions& options) const { return runPlot(options, console); }
   int operator()(const ProjectOptions& options) const { return runProject(options, console); }
   int operator()(const ShowOptions& options) const { return runShow(options, console); }
   int operator()(const DemoOptions& options) const { return runDemo(options, console); }

@@ -1,0 +1,164 @@
+#include "batch/PictureFiles.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "app/ProjectConfiguration.h"
+#include "base/sortPositions.h"
+#include "batch/ResultDirectory.h"
+#include "plots/drawFigure.h"
+#include "plots/histogramPlots.h"
+#include "plots/measurePlots.h"
+#include "plots/runPlots.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::size_t kScattergrams = 3;   // of a variable
+constexpr std::size_t kCobwebFactors = 6;  // beside the variable: more axes than these are hard to read
+
+const char* refusal(PictureKind kind) {
+  return kind == PictureKind::Uncertainty ? "I cannot save the file\n" : "I cannot create the file\n";
+}
+
+// Pictures of an analysis on their way into a directory.
+class PictureWriter {
+ public:
+  PictureWriter(const std::string& directory, PictureFormat format) : directory_(directory), format_(format) {}
+
+  void add(const std::string& variable, const std::string& what, const Figure& figure,
+           PictureKind kind = PictureKind::Other) {
+    static constexpr const char* kSuffixes[] = {".svg", ".pdf", ".ps", ".eps", ".png"};  // as PictureFormat has them
+    if (directory_.ok()) kind_ = kind;
+    directory_.add(variable, what, kSuffixes[static_cast<std::size_t>(format_)],
+                   [&](const std::string& path) { return savePicture(path, figure, format_); });
+  }
+  bool finish(std::string& message) {
+    if (directory_.finish()) return true;
+    message = refusal(kind_) + directory_.failedFile();
+    return false;
+  }
+
+ private:
+  ResultDirectory directory_;
+  PictureFormat format_;
+  PictureKind kind_ = PictureKind::Other;  // of the last one that was tried
+};
+
+// The correlation of the ranks, in size.
+double rankCorrelation(const std::vector<double>& x, const std::vector<double>& y) {
+  const std::vector<std::int32_t> a = ranksOf(x);
+  const std::vector<std::int32_t> b = ranksOf(y);
+  const double n = static_cast<double>(a.size());
+  double squares = 0.0;
+  for (std::size_t i = 0; i < a.size(); ++i) squares += std::pow(static_cast<double>(a[i]) - b[i], 2);
+  return std::abs(1.0 - 6.0 * squares / (n * (n * n - 1.0)));
+}
+
+// How strongly a factor acts on a variable: its largest measure. Without one of its own, as in a group, its rank
+// correlation, which any measure goes before.
+double strengthOf(const RunColumn& factor, const RunColumn& output, const SensitivityStats* stats,
+                  std::int32_t variable) {
+  constexpr double kBelowMeasures = 1e-6;
+  double strength = -1.0;
+  if (stats != nullptr)
+    for (std::size_t i = 0; i < stats->records.size(); ++i) {
+      const IndexRecord& record = stats->records[i];
+      if (record.name != factor.name || record.kind != FactorKind::Uncertain) continue;
+      for (const MeasureChoice& choice : measureChoices(*stats)) {
+        std::vector<double> values;
+        if (stats->slotValues(variable, choice.slot, values)) strength = std::max(strength, std::abs(values[i]));
+      }
+    }
+  if (strength >= 0.0) return strength;
+  const auto [low, high] = std::minmax_element(factor.values.begin(), factor.values.end());
+  if (!(*low < *high)) return -1.0;  // a constant: nothing to see
+  return kBelowMeasures * rankCorrelation(factor.values, output.values);
+}
+
+// Up to `count` factors of the table, the strongest first.
+std::vector<std::size_t> strongestFactors(const RunTable& table, const RunColumn& output, const SensitivityStats* stats,
+                                          std::int32_t variable, std::size_t count) {
+  std::vector<std::pair<double, std::size_t>> strengths;
+  for (std::size_t c = 0; c < table.columns.size(); ++c) {
+    if (!table.columns[c].isFactor) continue;
+    const double strength = strengthOf(table.columns[c], output, stats, variable);
+    if (strength >= 0.0) strengths.emplace_back(-strength, c);
+  }
+  std::sort(strengths.begin(), strengths.end());
+  std::vector<std::size_t> factors;
+  for (const auto& [strength, column] : strengths)
+    if (factors.size() < count) factors.push_back(column);
+  return factors;
+}
+
+void addRunPictures(const RunTable& table, const RunColumn& output, const SensitivityStats* stats,
+                    std::int32_t variable, PictureWriter& pictures) {
+  const std::vector<std::size_t> factors = strongestFactors(table, output, stats, variable, kCobwebFactors);
+  if (factors.empty()) return;
+  RunTable axes;  // the variable first: the runs have their colours from it
+  axes.runs = table.runs;
+  axes.columns.push_back(output);
+  for (const std::size_t factor : factors) axes.columns.push_back(table.columns[factor]);
+  pictures.add(output.name, "cobweb", cobwebPlot(axes, {}));
+  for (std::size_t k = 0; k < std::min(factors.size(), kScattergrams); ++k) {
+    const RunColumn& factor = table.columns[factors[k]];
+    pictures.add(output.name, "scatter-" + factor.name, scatterPlot(factor, output));
+  }
+}
+
+// All factors, then the analysed variables.
+bool readColumns(const ProjectConfiguration& project, RunTable& table, std::string& message) {
+  std::vector<std::string> names;
+  for (std::int32_t i = 0; i < project.prep.factors.factorCount(); ++i)
+    names.push_back("F - " + project.prep.factors.factor(i).name);
+  for (const std::string& variable : project.vels.selectedVariables()) names.push_back("V - " + variable);
+  // What it may have to say of a success, the analysis has said already.
+  return readRunTable(project.prep, project.model, names, table, message);
+}
+
+}  // namespace
+
+bool writePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom, PictureKind kind,
+                  std::string& message) {
+  if (!hasFont())
+    message = "This system has no font: no picture can be drawn.";
+  else if (!savePicture(path, figure, format, zoom))
+    message = refusal(kind) + path;
+  else
+    return true;
+  return false;
+}
+
+bool writePictureFiles(const ProjectConfiguration& project, const std::string& directory, PictureFormat format,
+                       HistogramScale scale, std::string& message) {
+  if (!hasFont()) {
+    message = "This system has no font: no picture can be drawn.";
+    return false;
+  }
+  RunTable table;
+  if (!readColumns(project, table, message)) return false;
+  const std::vector<std::string>& variables = project.vels.selectedVariables();
+  const std::size_t firstOutput = table.columns.size() - variables.size();
+  const UaStats& uncertainty = project.vels.uncertainty;
+  const SensitivityStats* stats = project.vels.sensitivity.get();
+  if (stats != nullptr && !stats->computed) stats = nullptr;
+  PictureWriter pictures(directory, format);
+  for (std::size_t k = 0; k < variables.size(); ++k) {
+    const auto v = static_cast<std::int32_t>(k);
+    if (v < uncertainty.variableCount()) {
+      pictures.add(variables[k], "histogram", histogramPlot(uncertainty, {v}, HistogramForm::Area, scale),
+                   PictureKind::Uncertainty);
+      pictures.add(variables[k], "cumulative", histogramPlot(uncertainty, {v}, HistogramForm::Cumulative, scale),
+                   PictureKind::Uncertainty);
+    }
+    if (stats != nullptr)
+      for (const auto& [word, figure] : measureFigures(*stats, v, variables[k]))
+        pictures.add(variables[k], word, figure);
+    addRunPictures(table, table.columns[firstOutput + k], stats, v, pictures);
+  }
+  return pictures.finish(message);
+}
+
+}  // namespace tarvex

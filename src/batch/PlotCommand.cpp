@@ -1,0 +1,89 @@
+#include <fmt/format.h>
+#include <fmt/printf.h>
+
+#include <filesystem>
+
+#include "app/FrontEnd.h"
+#include "app/ProjectConfiguration.h"
+#include "batch/CommandLine.h"
+#include "batch/Commands.h"
+#include "batch/PictureFiles.h"
+#include "batch/PlotFigures.h"
+#include "batch/StudyFile.h"
+#include "sampling/SampleSelection.h"
+
+namespace tarvex {
+
+namespace {
+
+std::string absolutePath(const std::string& path) {
+  return path.empty() ? path : std::filesystem::absolute(path).string();
+}
+
+bool chooseFormat(const PlotOptions& options, PictureFormat& format, std::string& message) {
+  const auto chosen = options.format.empty() ? pictureFormatOf(options.output) : pictureFormat(options.format);
+  if (!chosen) {
+    message = "The name of a picture ends in .svg, .pdf, .ps, .eps or .png, or --format names one of them.\n" +
+              options.output;
+    return false;
+  }
+  format = *chosen;
+  return true;
+}
+
+bool isOfRuns(const std::string& kind) {
+  return kind.empty() || kind == "scatter" || kind == "cobweb" || kind == "histogram";
+}
+
+bool makeFigure(const PlotOptions& options, const RunSelection& runs, ProjectConfiguration& project,
+                const Console& console, Figure& figure, std::string& message) {
+  if (isOfRuns(options.kind)) return makeRunFigure(options, runs, figure, message);
+  if (options.kind == "distribution" || options.kind == "preview")
+    return makeFactorFigure(options, project.prep.factors, figure, message);
+  return makeMeasureFigure(options, project, console.frontEnd, figure, message);
+}
+
+int refuse(const Console& console, const std::string& message) {
+  return message.empty() ? kFailed : console.fail(message);
+}
+
+int saveRuns(const PrepConfiguration& prep, const RunSelection& selection, const std::string& path,
+             const Console& console) {
+  const std::vector<std::int32_t> runs = selection.runs();
+  std::string message;
+  if (!saveSelection(path, prep, runs, message)) return console.fail(message);
+  console.out << fmt::sprintf("Total samples: %ld\nSaved samples: %ld\n", static_cast<long>(prep.samples.rows()),
+                              static_cast<long>(runs.size()));
+  return kSucceeded;
+}
+
+}  // namespace
+
+int runPlot(const PlotOptions& options, const Console& console) {
+  // Records carry directories into which their readers go: where files go is settled before.
+  const std::string output = absolutePath(options.output);
+  const std::string selection = absolutePath(options.selection);
+  std::string message;
+  PictureFormat format = PictureFormat::Svg;
+  if (!output.empty() && !chooseFormat(options, format, message)) return console.fail(message);
+  ProjectConfiguration project;
+  if (!loadStudyFile(options.input, project, message)) return console.fail(message);
+
+  RunSelection runs;
+  if (isOfRuns(options.kind) || !selection.empty()) {
+    if (!project.hasPrep) return console.fail("The file holds no sample.\n" + options.input);
+    if (!readRunSelection(options, project, runs, message)) return console.fail(message);
+    if (!message.empty()) console.frontEnd.message(MessageKind::Warning, "Warning", message);
+  }
+  Figure figure;
+  if (!output.empty()) {
+    if (!makeFigure(options, runs, project, console, figure, message)) return refuse(console, message);
+    figure.width = options.width.value_or(figure.width);
+    figure.height = options.height.value_or(figure.height);
+    const PictureKind kind = options.kind == "histogram" ? PictureKind::Uncertainty : PictureKind::Other;
+    if (!writePicture(output, figure, format, options.zoom, kind, message)) return console.fail(message);
+  }
+  return selection.empty() ? kSucceeded : saveRuns(project.prep, runs, selection, console);
+}
+
+}  // namespace tarvex
