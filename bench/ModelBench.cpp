@@ -1,9 +1,14 @@
 #include <benchmark/benchmark.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "Cases.h"
+#include "base/NumberText.h"
+#include "base/TextWriter.h"
+#include "base/WorkingFile.h"
+#include "base/uniformRandom.h"
 #include "model/ModelConfiguration.h"
 
 namespace tarvex::bench {
@@ -57,6 +62,35 @@ BENCHMARK_CAPTURE(internalRun, fiveEquations, 20,
                                         {"d", "c * x13 + b * x14 + sin(x15)", 1},
                                         {"e", "d ** 2 + x16 * x17 + x18 + x19 / (1 + x20)", 1}})
     ->Unit(benchmark::kMillisecond);
+
+// A file of ten outputs, a row a run or a row for each of 25 times: in all kRows rows of nine digits.
+void modelOutput(benchmark::State& state, bool hasTimes) {
+  constexpr std::int32_t kOutputs = 10;
+  constexpr std::int32_t kPoints = 25;
+  ModelConfiguration configuration;
+  configuration.outputFile = WorkingFile::directory() + "/tarvex-bench-model.out";
+  TextWriter out(configuration.outputFile);
+  out << kOutputs << '\n';
+  for (std::int32_t k = 0; k < kOutputs; ++k) out << 'y' << k << '\n';
+  out << "time = " << (hasTimes ? "yes" : "no") << '\n' << (hasTimes ? kRows / kPoints : kRows) << '\n';
+  std::int32_t word = 1;
+  for (std::int32_t row = 0; row < kRows; ++row) {
+    if (hasTimes && row % kPoints == 0) out << "RUN " << row / kPoints << '\n' << kPoints << '\n';
+    if (hasTimes) out << row % kPoints << ' ';
+    for (std::int32_t k = 0; k < kOutputs; ++k) out << numberText(uniformRandom(word), 9) << ' ';
+    out << '\n';
+  }
+  if (!out.commit()) state.SkipWithError("the file can't be written");
+  const auto ignore = [](const std::string&, const std::string&) {};
+  for (auto _ : state) {
+    if (!configuration.readModelOutput(ignore)) state.SkipWithError("the file can't be read");
+  }
+  std::filesystem::remove(configuration.outputFile);
+  state.SetItemsProcessed(state.iterations() * kRows);
+}
+
+BENCHMARK_CAPTURE(modelOutput, noTimes, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(modelOutput, times, true)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tarvex::bench
