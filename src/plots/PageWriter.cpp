@@ -17,6 +17,7 @@ constexpr double kPrintPixelsPerUnit = 300.0 / 96.0;
 constexpr double kLineSpacing = 1.25;
 constexpr double kBlockGap = 10.0;
 constexpr double kColumnGap = 14.0;
+constexpr double kRuleGap = 3.0;           // under the line below a table's headings
 constexpr double kKeptWithHeading = 90.0;  // so much of what it heads stands on a heading's page
 
 constexpr TextStyle kTitle = {21.0, true};
@@ -102,7 +103,9 @@ void PageWriter::setRow(const TablePart& part, const std::vector<std::string>& c
     x += width + kColumnGap * style.size / kTableSize;
   }
   y_ += height;
-  if (heading) rule(std::min(x - kMargin, kTextWidth));
+  if (!heading) return;
+  rule(std::min(x - kMargin, kTextWidth));
+  space(kRuleGap);
 }
 
 void PageWriter::setPart(const TablePart& part) {

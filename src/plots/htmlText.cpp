@@ -32,9 +32,12 @@ img { max-width: 100%; height: auto; display: block; margin: 1em 0; }
 </style>
 )";
 
+using GlibText = std::unique_ptr<gchar, decltype(&g_free)>;
+
 std::string escaped(const std::string& text) {
+  const GlibText valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), &g_free);
   std::string result;
-  for (const char c : text) {
+  for (const char c : std::string_view(valid.get())) {
     switch (c) {
       case '&':
         result += "&amp;";
@@ -83,8 +86,8 @@ struct BlockText {
   // As an image of its own: pictures inside the page itself would share the names of their glyphs.
   void operator()(const Figure& figure) const {
     const std::string picture = renderPicture(figure, PictureFormat::Svg);
-    const std::unique_ptr<gchar, decltype(&g_free)> encoded(
-        g_base64_encode(reinterpret_cast<const guchar*>(picture.data()), picture.size()), &g_free);
+    if (picture.empty()) return element("p", " class=\"remark\"", "No picture can be drawn: " + figure.title);
+    const GlibText encoded(g_base64_encode(reinterpret_cast<const guchar*>(picture.data()), picture.size()), &g_free);
     out += "<img width=\"" + std::to_string(static_cast<int>(figure.width)) + "\" alt=\"" + escaped(figure.title) +
            "\" src=\"data:image/svg+xml;base64," + encoded.get() + "\"/>\n";
   }
