@@ -58,6 +58,10 @@ void addRun(CLI::App& app, RunOptions& options, Command& command) {
                                 "File that the program writes; without a program, that it wrote elsewhere");
   executable->needs(file);
   equations->excludes(executable)->excludes(file);
+  auto* workbook = kind->add_option("--workbook", options.workbook,
+                                    "Workbook to compute, by its sheets Inputs and Outputs (.ods, .xlsx, .xls)");
+  workbook->excludes(equations)->excludes(executable)->excludes(file);
+  kind->add_flag("--read-only", options.readOnly, "Only read what the workbook holds")->needs(workbook);
   kind->require_option(1, 2);
   sub->callback([&] { command = options; });
 }
@@ -112,6 +116,15 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
   sub->callback([&] { command = options; });
 }
 
+void addReport(CLI::App& app, ReportOptions& options, Command& command) {
+  CLI::App* sub =
+      app.add_subcommand("report", "Write a study as one page: factors, design, model, statistics, pictures");
+  sub->add_option("FILE", options.input, "Post-processor or project file (.spc, .psc, .dem)")->required();
+  sub->add_option("-o,--output", options.output, "Page to write (.html or .pdf)")->required();
+  sub->add_option("--title", options.title, "What stands above it (default: the file's name)");
+  sub->callback([&] { command = options; });
+}
+
 void addProject(CLI::App& app, ProjectOptions& options, Command& command) {
   CLI::App* sub = app.add_subcommand("project", "Put a sample or results into a project file, or take them out");
   sub->add_option("FILE", options.input, "Sample file (.sam), post-processor file (.spc) or project file (.psc)")
@@ -147,6 +160,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   RunOptions run;
   AnalyseOptions analyse;
   PlotOptions plot;
+  ReportOptions report;
   ProjectOptions project;
   ShowOptions show;
   DemoOptions demo;
@@ -155,6 +169,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   addRun(app, run, command);
   addAnalyse(app, analyse, command);
   addPlot(app, plot, command);
+  addReport(app, report, command);
   addProject(app, project, command);
   addShow(app, show, command);
   addDemo(app, demo, command);

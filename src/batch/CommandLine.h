@@ -40,7 +40,9 @@ struct RunOptions {
   std::string output;
   std::string modelFile;                  // an internal model, or
   std::optional<std::string> executable;  // a program to start, if any, and
-  std::string modelOutput;                // the file that it writes, or wrote elsewhere
+  std::string modelOutput;                // the file that it writes, or wrote elsewhere, or
+  std::optional<std::string> workbook;    // one to compute, or
+  bool readOnly = false;                  // only to read
 };
 
 struct AnalyseOptions {
@@ -78,6 +80,12 @@ struct PlotOptions {
   double zoom = 1.0;
 };
 
+struct ReportOptions {
+  std::string input;
+  std::string output;  // a page of HTML or a PDF, by its suffix
+  std::string title;   // empty: the input's name
+};
+
 struct ProjectOptions {
   std::string input;    // a sample file, a post-processor file or a project
   std::string project;  // what to write; empty: not asked for
@@ -94,7 +102,7 @@ struct DemoOptions {
 };
 
 using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, PlotOptions,
-                             ProjectOptions, ShowOptions, DemoOptions>;
+                             ReportOptions, ProjectOptions, ShowOptions, DemoOptions>;
 
 // The words after the program's name. On wrong usage `status` is 2 with the reason on `errors`; after a request for
 // help it is 0 with the text on `out`. In both cases the result holds no command.

@@ -14,6 +14,7 @@ struct Dispatch {
   int operator()(const RunOptions& options) const { return runRun(options, console); }
   int operator()(const AnalyseOptions& options) const { return runAnalyse(options, console); }
   int operator()(const PlotOptions& options) const { return runPlot(options, console); }
+  int operator()(const ReportOptions& options) const { return runReport(options, console); }
   int operator()(const ProjectOptions& options) const { return runProject(options, console); }
   int operator()(const ShowOptions& options) const { return runShow(options, console); }
   int operator()(const DemoOptions& options) const { return runDemo(options, console); }

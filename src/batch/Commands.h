@@ -30,6 +30,7 @@ int runImport(const ImportOptions& options, const Console& console);
 int runRun(const RunOptions& options, const Console& console);
 int runAnalyse(const AnalyseOptions& options, const Console& console);
 int runPlot(const PlotOptions& options, const Console& console);
+int runReport(const ReportOptions& options, const Console& console);
 int runProject(const ProjectOptions& options, const Console& console);
 int runShow(const ShowOptions& options, const Console& console);
 int runDemo(const DemoOptions& options, const Console& console);

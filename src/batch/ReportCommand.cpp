@@ -1,0 +1,40 @@
+#include <filesystem>
+
+#include "app/Analysis.h"
+#include "app/FrontEnd.h"
+#include "app/ProjectConfiguration.h"
+#include "app/StudyReport.h"
+#include "batch/Commands.h"
+#include "batch/StudyFile.h"
+#include "plots/Document.h"
+
+namespace tarvex {
+
+namespace {
+
+// Statistics and measures that the file doesn't hold are made for the report.
+bool completeAnalysis(ProjectConfiguration& project, const Console& console) {
+  AnalysisRequest request;
+  request.variables = project.vels.selectedVariables();
+  request.uncertainty = project.vels.uncertainty.variableCount() == 0;
+  request.sensitivity = !project.vels.sensitivity || !project.vels.sensitivity->computed;
+  return (!request.uncertainty && !request.sensitivity) || analyse(project, request, console.frontEnd);
+}
+
+}  // namespace
+
+int runReport(const ReportOptions& options, const Console& console) {
+  ProjectConfiguration project;
+  std::string message;
+  if (!loadStudyFile(options.input, project, message)) return console.fail(message);
+  if (!project.hasPrep || !project.hasModel)
+    return console.fail("The file holds no results to report: " + options.input);
+  if (!completeAnalysis(project, console)) return kFailed;
+  const std::string title =
+      options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title;
+  if (!saveDocument(options.output, studyReport(project, title), message)) return console.fail(message);
+  console.out << "Report of " << project.model.runCount() << " runs: " << options.output << '\n';
+  return kSucceeded;
+}
+
+}  // namespace tarvex

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "app/StudyReport.h"
+#include "app/sampleChecksum.h"
+#include "base/RememberedDirectories.h"
+#include "base/sampValues.h"
+#include "batch/Commands.h"
+#include "plots/Document.h"
+#include "support/Golden.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+class ReportCommand : public testing::Test {
+ protected:
+  void SetUp() override { RememberedDirectories::forget(); }
+  int report(const std::string& input, const std::string& output) {
+    std::ostringstream printed;
+    std::ostringstream errors;
+    const int status = runBatch({"report", input, "-o", output, "--title", "Reactor <3>"}, printed, errors, false);
+    errors_ = errors.str();
+    return status;
+  }
+
+  test::ScopedCurrentDirectory stay_;
+  test::TempDirectory directory_;
+  std::string errors_;
+};
+
+TEST_F(ReportCommand, everyResultOnOnePage) {
+  const struct {
+    const char* input;
+    std::vector<std::string> holds;
+  } cases[] = {
+      {"plant.spc", {"Reactor &lt;3&gt;", "Densities", "Latin Hypercube", "SHA-256", "Boost.Math", "PRCC"}},
+      {"morris-run.spc", {"trajectories on", "Sensitivity of", "Sigma"}},  // neither statistics nor measures yet
+      {"times.spc", {"dose[max]", "times from"}},
+      {"unit-order2.spc", {"indices up to order 2"}},
+      {"fast-groups.spc", {"Group one", "first order"}},
+  };
+  for (const auto& c : cases) {
+    const std::string page = directory_.file("a.html");
+    ASSERT_EQ(report(test::goldenPath(c.input), page), kSucceeded) << c.input << errors_;
+    const std::string text = test::readFile(page);
+    for (const std::string& part : c.holds) EXPECT_NE(text.find(part), std::string::npos) << c.input << ": " << part;
+    EXPECT_NE(text.find("<img "), std::string::npos) << c.input;
+    EXPECT_EQ(text.find("http://"), std::string::npos) << "a page needs nothing but itself";
+  }
+  ASSERT_EQ(report(test::goldenPath("plant.spc"), directory_.file("a.pdf")), kSucceeded) << errors_;
+  EXPECT_EQ(test::readFile(directory_.file("a.pdf")).substr(0, 5), "%PDF-");
+}
+
+TEST_F(ReportCommand, refusalsLeaveTheOldReport) {
+  const struct {
+    const char* input;
+    std::string output;
+    const char* message;
+  } cases[] = {
+      {"random-none.sam", "a.html", "holds no results"},
+      {"nothing.spc", "a.html", "nothing.spc"},
+      {"plant.spc", "a.txt", ".html or a .pdf"},
+      {"plant.spc", "none/a.html", "I cannot create the file"},
+  };
+  test::writeFile(directory_.file("a.html"), "old");
+  for (const auto& c : cases) {
+    EXPECT_EQ(report(test::goldenPath(c.input), directory_.file(c.output)), kFailed) << c.output;
+    EXPECT_NE(errors_.find(c.message), std::string::npos) << errors_;
+  }
+  EXPECT_EQ(test::readFile(directory_.file("a.html")), "old");
+  EXPECT_EQ(directory_.entries(), std::vector<std::string>{"a.html"});
+}
+
+// The checksum is what a shell computes from the lines of the sample file.
+TEST(SampleChecksum, ofTheLinesAsTheyStandInTheFile) {
+  sampValues samples;
+  ASSERT_TRUE(samples.allocate(2));
+  for (const double value : {0.1, -1e-20, 12345678901.0}) {
+    const double row[] = {value, 2.0 * value};
+    ASSERT_NE(samples.addRow(row), 0);
+  }
+  EXPECT_EQ(sampleChecksum(samples), "4015988485c4cd089def14559748a468478ec083c40fd7f1dbf55c38fca590af");
+  ASSERT_TRUE(samples.setOrder(1));
+  EXPECT_EQ(sampleChecksum(samples), "6c18a64853e165c95e80be0f1180846cea7c32b5c9d21044ef01f991154202d8");
+}
+
+}  // namespace
+}  // namespace tarvex
