@@ -11,7 +11,7 @@ namespace {
 
 // Distance of ticks at which an axis is easy to read, before scaling.
 constexpr double kXTickDistance = 68.0;
-constexpr double kYTickDistance = 48.0;
+constexpr double kYTickDistance = 54.0;
 constexpr int kMostWanted = 12;
 constexpr double kTickLength = 5.0;
 constexpr double kMinorTickLength = 3.0;

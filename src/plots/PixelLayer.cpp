@@ -14,6 +14,9 @@ namespace {
 
 constexpr double kMostPixels = 30e6;      // 100 MB; larger layers get a lower resolution
 constexpr double kLongestSide = 32000.0;  // cairo's own limit, rounded down
+// Of noise in files: 170 dots an inch, and the upper five bits of each colour.
+constexpr double kNoisyPixelsPerUnit = 170.0 / 96.0;
+constexpr std::uint32_t kNoisyBits = 0xfff8f8f8;
 constexpr std::uint32_t kFull = 255;
 // Opacity of a single disc where many meet: alone it must still be seen.
 constexpr double kSingleDisc = 0.6;
@@ -65,30 +68,35 @@ class DiscMasks {
   std::array<std::vector<std::uint8_t>, kPhases * kPhases> masks_;
 };
 
+// Opaque, as cairo's ARGB32.
+std::uint32_t inkOf(const Colour& colour) {
+  constexpr std::uint32_t kByte = 257;  // 65535 becomes 255
+  return kFull << 24 | colour.red / kByte << 16 | colour.green / kByte << 8 | colour.blue / kByte;
+}
+
+// Two channels at once, each in the lower byte of a half: what stands there, times the weights, over 255.
+std::uint32_t mixed(std::uint32_t over, std::uint32_t under, std::uint32_t alpha) {
+  constexpr std::uint32_t kChannels = 0x00ff00ff;
+  constexpr std::uint32_t kHalf = 0x00800080;
+  const std::uint32_t sum = (over & kChannels) * alpha + (under & kChannels) * (kFull - alpha) + kHalf;
+  return (sum + (sum >> 8 & kChannels)) >> 8 & kChannels;
+}
+
+void cover(std::uint32_t& pixel, std::uint32_t ink, std::uint32_t alpha) {
+  pixel = mixed(ink >> 8, pixel >> 8, alpha) << 8 | mixed(ink, pixel, alpha);
+}
+
 }  // namespace
 
-PixelLayer::PixelLayer(Canvas& canvas, const Rect& area)
-    : canvas_(canvas), perUnit_(resolution(area, canvas.pixelsPerUnit())) {
+PixelLayer::PixelLayer(Canvas& canvas, const Rect& area, bool noisy) : canvas_(canvas), noisy_(noisy) {
+  const double wanted = canvas.pixelsPerUnit();
+  perUnit_ = resolution(area, noisy && canvas.isVector() ? std::min(wanted, kNoisyPixelsPerUnit) : wanted);
   // On the pixels of the surface itself, so that none is blurred over two.
   x_ = std::floor(area.x * perUnit_) / perUnit_;
   y_ = std::floor(area.y * perUnit_) / perUnit_;
   width_ = std::max(1, static_cast<int>(std::ceil((area.right() - x_) * perUnit_)));
   height_ = std::max(1, static_cast<int>(std::ceil((area.bottom() - y_) * perUnit_)));
   pixels_.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
-}
-
-PixelLayer::Ink PixelLayer::inkOf(const Colour& colour) {
-  constexpr std::uint32_t kByte = 257;  // 65535 becomes 255
-  return {colour.red / kByte, colour.green / kByte, colour.blue / kByte};
-}
-
-void PixelLayer::cover(std::size_t pixel, const Ink& ink, std::uint32_t alpha) {
-  const std::uint32_t under = pixels_[pixel];
-  const std::uint32_t rest = kFull - alpha;
-  const auto mixed = [&](int shift, std::uint32_t over) {
-    return ((over * alpha + (under >> shift & kFull) * rest + kFull / 2) / kFull) << shift;
-  };
-  pixels_[pixel] = mixed(24, kFull) | mixed(16, ink.red) | mixed(8, ink.green) | mixed(0, ink.blue);
 }
 
 void PixelLayer::addDiscs(const std::vector<std::pair<double, double>>& places, double radius, const Colour& colour) {
@@ -112,26 +120,26 @@ void PixelLayer::addDiscs(const std::vector<std::pair<double, double>>& places, 
     }
   }
   const double most = std::log(std::max<double>(*std::max_element(hits.begin(), hits.end()) / kFull, 2.0));
-  const Ink ink = inkOf(colour);
+  const std::uint32_t ink = inkOf(colour);
   for (std::size_t pixel = 0; pixel < hits.size(); ++pixel) {
     if (hits[pixel] == 0) continue;
     const double discs = static_cast<double>(hits[pixel]) / kFull;
     const double opacity =
         discs <= 1.0 ? discs * kSingleDisc : std::min(1.0, kSingleDisc + (1.0 - kSingleDisc) * std::log(discs) / most);
-    cover(pixel, ink, static_cast<std::uint32_t>(opacity * kFull + 0.5));
+    cover(pixels_[pixel], ink, static_cast<std::uint32_t>(opacity * kFull + 0.5));
   }
 }
 
 // The part between two positions of the column (steep: the row) number `step`.
-void PixelLayer::coverSpan(int step, double from, double to, bool steep, const Ink& ink, double alpha) {
+void PixelLayer::coverSpan(int step, double from, double to, bool steep, std::uint32_t ink, double alpha) {
   const int limit = steep ? width_ : height_;
   const int first = std::max(0, static_cast<int>(std::floor(from)));
   const int last = std::min(limit - 1, static_cast<int>(std::floor(to)));
   for (int at = first; at <= last; ++at) {
     const double part = std::min(to, at + 1.0) - std::max(from, static_cast<double>(at));
-    const int row = steep ? step : at;
-    const int column = steep ? at : step;
-    cover(static_cast<std::size_t>(row) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(column), ink,
+    const auto row = static_cast<std::size_t>(steep ? step : at);
+    const auto column = static_cast<std::size_t>(steep ? at : step);
+    cover(pixels_[row * static_cast<std::size_t>(width_) + column], ink,
           static_cast<std::uint32_t>(part * alpha + 0.5));
   }
 }
@@ -144,7 +152,7 @@ void PixelLayer::addLine(double x0, double y0, double x1, double y1, double widt
   y0 = (y0 - y_) * perUnit_;
   y1 = (y1 - y_) * perUnit_;
   if (!clipLine(all, x0, y0, x1, y1)) return;
-  const Ink ink = inkOf(colour);
+  const std::uint32_t ink = inkOf(colour);
   const double alpha = opacity * kFull;
   // One step a pixel along the axis on which it goes further, and a span across it.
   const bool steep = std::abs(y1 - y0) > std::abs(x1 - x0);
@@ -172,14 +180,15 @@ void PixelLayer::composeOnWhite() {
     const std::uint32_t alpha = pixel >> 24;
     const std::uint32_t white = kFull - alpha;
     pixel = alpha < kLeastAlpha ? 0 : (pixel + white * 0x010101U) | 0xff000000U;
+    if (noisy_) pixel &= kNoisyBits;
   }
 }
 
 void PixelLayer::paint() {
   if (canvas_.isVector()) composeOnWhite();
   cairo_surface_t* image =
-      cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels_.data()), CAIRO_FORMAT_ARGB32,
-                                          width_, height_, static_cast<int>(sizeof(std::uint32_t)) * width_);
+      cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels_.data()), CAIRO_FORMAT_ARGB32, width_,
+                                          height_, static_cast<int>(sizeof(std::uint32_t)) * width_);
   cairo_t* context = canvas_.context();
   const SavedState state(context);
   cairo_translate(context, x_, y_);

@@ -16,8 +16,9 @@ class Canvas;
 // resolution of the screen or of print. Nothing is drawn until paint().
 class PixelLayer {
  public:
-  // Covers `area`, and whole pixels around it.
-  PixelLayer(Canvas& canvas, const Rect& area);
+  // Covers `area`, and whole pixels around it, at the canvas's resolution. A noisy layer, of which each pixel differs
+  // from the next, is kept coarser in files, which would grow large by it.
+  PixelLayer(Canvas& canvas, const Rect& area, bool noisy = false);
 
   // Discs of one colour; the more of them meet, the darker. Places are on the canvas.
   void addDiscs(const std::vector<std::pair<double, double>>& places, double radius, const Colour& colour);
@@ -27,18 +28,13 @@ class PixelLayer {
   void paint();
 
  private:
-  struct Ink {
-    std::uint32_t red, green, blue;  // of 255
-  };
-
-  static Ink inkOf(const Colour& colour);
-  void cover(std::size_t pixel, const Ink& ink, std::uint32_t alpha);
-  void coverSpan(int step, double from, double to, bool steep, const Ink& ink, double alpha);
+  void coverSpan(int step, double from, double to, bool steep, std::uint32_t ink, double alpha);
   void composeOnWhite();
 
   Canvas& canvas_;
-  double x_, y_;      // of the upper left pixel
-  double perUnit_;    // pixels
+  bool noisy_;
+  double x_, y_;    // of the upper left pixel
+  double perUnit_;  // pixels
   int width_, height_;
   std::vector<std::uint32_t> pixels_;  // as cairo's ARGB32: colours multiplied by alpha
 };

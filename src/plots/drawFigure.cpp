@@ -99,7 +99,9 @@ void drawFigure(cairo_t* context, const Figure& figure, const DrawTarget& target
   drawCharts(canvas, figure, area);
 }
 
-const char* drawingVersion() { return cairo_version_string(); }
+const char* drawingVersion() {
+  return cairo_version_string();
+}
 
 bool hasFont() {
   // Asked once: fonts that are installed later are seen by the next start.

@@ -15,7 +15,7 @@ namespace {
 constexpr double kGap = 2.0;       // between a mark and the text next to it
 constexpr double kLineStep = 3.0;  // of the pieces by which a line keeps its place free
 // Further places lie on rings around the mark, at distances in heights of the text.
-constexpr int kRings = 9;
+constexpr int kRings = 6;
 constexpr int kDirections = 16;
 constexpr double kFirstRing = 1.2;
 constexpr double kRingStep = 0.8;
@@ -80,11 +80,11 @@ std::vector<Rect> besideMark(const LabelToPlace& label, double radius) {
   const double centred = label.x - label.width / 2.0;
   const double level = label.y - label.height / 2.0;
   std::vector<Rect> boxes;
-  for (const auto& [x, y] : {std::pair(right, level), std::pair(left, level), std::pair(centred, above),
-                            std::pair(centred, below), std::pair(label.x + radius / 2.0, above),
-                            std::pair(label.x + radius / 2.0, below),
-                            std::pair(label.x - radius / 2.0 - label.width, above),
-                            std::pair(label.x - radius / 2.0 - label.width, below)}) {
+  for (const auto& [x, y] :
+       {std::pair(right, level), std::pair(left, level), std::pair(centred, above), std::pair(centred, below),
+        std::pair(label.x + radius / 2.0, above), std::pair(label.x + radius / 2.0, below),
+        std::pair(label.x - radius / 2.0 - label.width, above),
+        std::pair(label.x - radius / 2.0 - label.width, below)}) {
     boxes.push_back({x, y, label.width, label.height});
   }
   return boxes;
@@ -133,34 +133,35 @@ class Placement {
       const double away = label.height * (kFirstRing + kRingStep * ring) + radius_;
       for (int direction = 0; direction < kDirections; ++direction) {
         const double angle = 2.0 * M_PI * direction / kDirections;
-        // The end of the line lies on the ring, and the box beyond it.
-        const double endX = label.x + away * std::cos(angle);
-        const double endY = label.y - away * std::sin(angle);
+        // The box begins on the ring on its way to the right, ends there on its way to the left.
         const double part = (1.0 - std::cos(angle)) / 2.0;
-        const Rect box{endX - part * label.width, endY - label.height / 2.0, label.width, label.height};
-        PlacedLabel led{true, box, true, endX, endY};
+        const Rect box{label.x + away * std::cos(angle) - part * label.width,
+                       label.y - away * std::sin(angle) - label.height / 2.0, label.width, label.height};
+        const PlacedLabel led{true, box, true, std::clamp(label.x, box.x, box.right()),
+                              std::clamp(label.y, box.y, box.bottom())};
         if (isFree(box) && lineIsFree(label, led)) return led;
       }
     }
     return {};
   }
 
-  // Pieces of the line from the mark's edge to the box.
+  // Pieces of the line from next to the mark to the box.
   static std::vector<Rect> piecesOf(const LabelToPlace& label, double radius, const PlacedLabel& led) {
     const double dx = led.lineX - label.x;
     const double dy = led.lineY - label.y;
     const double length = std::hypot(dx, dy);
     std::vector<Rect> pieces;
-    for (double at = radius; at < length - 1.0; at += kLineStep) {
-      pieces.push_back(
-          Rect{label.x + dx * at / length, label.y + dy * at / length, 0.0, 0.0}.grown(kLineStep / 2.0));
+    for (double at = radius * M_SQRT2 + kLineStep; at < length - kLineStep; at += kLineStep) {
+      pieces.push_back(Rect{label.x + dx * at / length, label.y + dy * at / length, 0.0, 0.0}.grown(kLineStep / 2.0));
     }
     return pieces;
   }
 
   bool lineIsFree(const LabelToPlace& label, const PlacedLabel& led) const {
     const std::vector<Rect> pieces = piecesOf(label, radius_, led);
-    return std::none_of(pieces.begin(), pieces.end(), [&](const Rect& piece) { return texts_.overlap(piece); });
+    return std::none_of(pieces.begin(), pieces.end(), [&](const Rect& piece) {
+      return texts_.overlap(piece) || lines_.overlap(piece) || marks_.overlap(piece);
+    });
   }
 
   void addLine(const LabelToPlace& label, const PlacedLabel& led) {
