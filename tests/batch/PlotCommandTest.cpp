@@ -1,0 +1,214 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "base/RememberedDirectories.h"
+#include "batch/Commands.h"
+#include "batch/PlotWords.h"
+#include "model/ModelConfiguration.h"
+#include "plots/RunTable.h"
+#include "postproc/PostProcessorFile.h"
+#include "postproc/VelsConfiguration.h"
+#include "sampling/PrepConfiguration.h"
+#include "sampling/SampleFiles.h"
+#include "support/Golden.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex {
+namespace {
+
+using Words = std::vector<std::string>;
+
+TEST(PlotWords, listsAreSplitOutsideBracketsOnly) {
+  EXPECT_EQ(splitLists({"a, b", "atan2(x, y[1,5]),c,,", ""}), (Words{"a", "b", "atan2(x, y[1,5])", "c"}));
+  NamedRange range;
+  std::string message;
+  ASSERT_TRUE(parseRange("(a == 1 ? b : c)=-2:1e3", range, message)) << message;
+  EXPECT_EQ(range.name, "(a == 1 ? b : c)");
+  EXPECT_EQ(range.lower, -2.0);
+  EXPECT_EQ(range.upper, 1000.0);
+}
+
+class PlotCommand : public testing::Test {
+ protected:
+  void SetUp() override { RememberedDirectories::forget(); }
+  std::string out(const std::string& name) const { return directory_.file(name); }
+
+  // Draws from a golden file into out(name).
+  int plot(const std::string& file, const std::string& name, const Words& options) {
+    Words words{"plot", test::goldenPath(file), "-o", out(name)};
+    words.insert(words.end(), options.begin(), options.end());
+    return run(words);
+  }
+  int run(const Words& words) {
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int status = runBatch(words, output, errors, false);
+    printed_ = output.str();
+    errors_ = errors.str();
+    return status;
+  }
+
+  test::ScopedCurrentDirectory stay_;
+  test::TempDirectory directory_;
+  std::string printed_;
+  std::string errors_;
+};
+
+TEST_F(PlotCommand, drawsEveryKind) {
+  const struct {
+    const char* file;
+    Words options;
+  } cases[] = {
+      {"ishigami.spc", {"--kind", "scatter", "--variables", "x1,sin(y) + 1"}},
+      {"ishigami.spc", {"--kind", "scatter", "--region", "x1=0:1,y=0:5", "--filter", "x2=0:3"}},
+      {"ishigami.spc", {"--kind", "cobweb", "--filter", "y=5:20", "--show-dropped"}},
+      {"mixed.fac", {"--kind", "distribution", "--variables", "x1"}},
+      {"random-none.sam", {"--kind", "cobweb"}},
+      {"times.spc", {"--kind", "histogram", "--form", "complement", "--log", "-v", "dose[max]", "-v", "rate[1.5]"}},
+      {"ishigami-run.spc", {"--kind", "bars"}},  // no measures yet
+      {"ishigami.spc", {"--kind", "bars", "--measure", "src"}},
+      {"unit-sobol.spc", {"--kind", "pie"}},
+      {"pair.spc", {"--kind", "pie"}},
+      {"fast-groups.spc", {"--kind", "bars", "--measure", "first,total"}},
+      {"morris.spc", {"--kind", "morris"}},
+      {"plant.spc", {"--kind", "forecast", "--variables", "cost / (1 + exp(-margin))"}},
+      {"matrix.fac", {"--kind", "preview", "--variables", "a,b"}},
+      {"random-tree.sam", {"--kind", "distribution", "--variables", "against"}},
+      {"tree.fac", {"--kind", "preview", "--variables", "root,against"}},
+      {"stein.fac", {"--kind", "preview", "--variables", "a,b"}},
+  };
+  int number = 0;
+  for (const auto& c : cases) {
+    const std::string name = std::to_string(number++) + ".svg";
+    EXPECT_EQ(plot(c.file, name, c.options), kSucceeded) << c.file << ' ' << c.options[1] << errors_;
+    EXPECT_NE(test::readFile(out(name)).find("<svg"), std::string::npos) << c.file << ' ' << c.options[1];
+  }
+}
+
+TEST_F(PlotCommand, writesEveryFormat) {
+  const Words options{"--kind", "scatter", "--variables", "x1,y"};
+  const std::pair<const char*, const char*> formats[] = {
+      {"svg", "<?xml"}, {"pdf", "%PDF-"}, {"ps", "%!PS-Adobe"}, {"eps", "%!PS-Adobe-3.0 EPSF"}, {"png", "\x89PNG"}};
+  for (const auto& [format, magic] : formats) {
+    ASSERT_EQ(plot("ishigami.spc", std::string("a.") + format, options), kSucceeded) << errors_;
+    EXPECT_TRUE(test::readFile(out(std::string("a.") + format)).starts_with(magic)) << format;
+    Words named = options;
+    named.insert(named.end(), {"--format", format, "--width", "300", "--height", "200", "--zoom", "2"});
+    ASSERT_EQ(plot("ishigami.spc", "picture", named), kSucceeded) << errors_;
+    EXPECT_TRUE(test::readFile(out("picture")).starts_with(magic)) << format;
+  }
+  // The last one was a PNG: its size stands in the header, big end first.
+  EXPECT_EQ(test::readFile(out("picture")).substr(16, 8), std::string("\0\0\2\x58\0\0\1\x90", 8));
+}
+
+// The runs of a saved selection against a count by hand.
+TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
+  PrepConfiguration prep;
+  ModelConfiguration model;
+  VelsConfiguration vels;
+  std::string message;
+  ASSERT_TRUE(loadPostProcessorFile(test::goldenPath("ishigami.spc"), prep, model, vels, message));
+  RunTable table;
+  ASSERT_TRUE(readRunTable(prep, model, {"x1", "y"}, table, message));
+  double highest = -1e300;  // of the first runs, as a bound that a value meets exactly
+  for (int run = 0; run < 20; ++run) highest = std::max(highest, table.columns[1].values[run]);
+  char upper[40];
+  std::snprintf(upper, sizeof upper, "%.17g", highest);
+  for (const bool region : {false, true}) {
+    std::vector<std::vector<double>> kept;
+    for (std::int32_t run = 0; run < table.runs; ++run) {
+      const double x = table.columns[0].values[run];
+      const double y = table.columns[1].values[run];
+      if (!(x >= -1.0 && x < 2.0 && y >= 1.0 && (region ? y < highest : y <= highest))) continue;
+      ASSERT_TRUE(prep.samples.getRow(run, kept.emplace_back(3).data()));
+    }
+    ASSERT_GT(kept.size(), 5u);
+    Words words{"plot", test::goldenPath("ishigami.spc"), "--save-selection", out("kept.sam")};
+    if (region)
+      words.insert(words.end(), {"--region", std::string("x1=-1:2,y=1:") + upper});
+    else
+      words.insert(words.end(), {"--filter", "x1=-1:2", "--filter", std::string("y=1:") + upper});
+    ASSERT_EQ(run(words), kSucceeded) << errors_;
+    EXPECT_EQ(printed_, "Total samples: 200\nSaved samples: " + std::to_string(kept.size()) + "\n");
+    PrepConfiguration saved;
+    ASSERT_TRUE(loadSampleFile(out("kept.sam"), saved, message)) << message;
+    ASSERT_EQ(saved.samples.rows(), static_cast<std::int32_t>(kept.size()));
+    for (std::size_t run = 0; run < kept.size(); ++run) {
+      double row[3];
+      ASSERT_TRUE(saved.samples.getRow(static_cast<std::int32_t>(run), row));
+      for (int i = 0; i < 3; ++i) EXPECT_NEAR(row[i], kept[run][i], 1e-9);
+    }
+  }
+  const Words none{"plot",     test::goldenPath("ishigami.spc"), "--save-selection", out("no/such.sam"), "--filter",
+                   "y=900:901"};
+  EXPECT_EQ(run(none), kFailed);
+  EXPECT_EQ(errors_, "  Error writing output file\n " + out("no/such.sam") + "\n");
+}
+
+TEST_F(PlotCommand, refusals) {
+  const struct {
+    const char* file;
+    const char* name;
+    Words options;
+    int status;
+    const char* text;
+  } cases[] = {
+      {"ishigami.spc", "a.svg", {"--kind", "donut"}, kWrongUsage, "donut"},
+      {"ishigami.spc", "a.svg", {}, kWrongUsage, "--kind"},
+      {"ishigami.spc", "a.gif", {"--kind", "cobweb"}, kFailed, ".png"},
+      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1,q"}, kFailed, "q"},
+      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1"}, kFailed, "two"},
+      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1,y", "--region", "x1=1:2"}, kFailed, "two ranges"},
+      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1,y", "--region", "x1=1:2,x2=1:2"}, kFailed, "region"},
+      {"ishigami.spc", "a.svg", {"--kind", "cobweb", "--filter", "y=1"}, kFailed, "y=1"},
+      {"ishigami.spc",
+       "a.svg",
+       {"--kind", "cobweb", "--filter", "y=2:2"},
+       kFailed,
+       "  Upper bound must be greater than lower bound."},
+      {"ishigami.spc", "a.svg", {"--kind", "bars", "--measure", "morris"}, kFailed, "src"},
+      {"ishigami.spc", "a.svg", {"--kind", "bars", "-v", "q"}, kFailed, "q"},
+      {"ishigami.spc", "a.svg", {"--kind", "pie"}, kFailed, "Pies"},
+      {"ishigami.spc", "a.svg", {"--kind", "morris"}, kFailed, "Morris"},
+      {"ishigami.spc", "a.svg", {"--kind", "preview", "-v", "x1,x2"}, kFailed, "not correlated"},
+      {"ishigami.fac", "a.svg", {"--kind", "cobweb"}, kFailed, "no sample"},
+      {"ishigami.sam", "a.svg", {"--kind", "bars"}, kFailed, "no results"},
+      {"ishigami.imd", "a.svg", {"--kind", "bars"}, kFailed, "ishigami.imd"},
+      {"ishigami.spc", "no/such/a.svg", {"--kind", "cobweb"}, kFailed, "I cannot create the file\n"},
+      {"ishigami.spc", "no/such/a.svg", {"--kind", "histogram"}, kFailed, "I cannot save the file\n"},
+  };
+  for (const auto& c : cases) {
+    const std::string what = c.name + (c.options.empty() ? "" : ' ' + c.options.back());
+    EXPECT_EQ(plot(c.file, c.name, c.options), c.status) << what;
+    EXPECT_NE(errors_.find(c.text), std::string::npos) << what << '\n' << errors_;
+    EXPECT_TRUE(directory_.entries().empty()) << what;
+  }
+}
+
+TEST_F(PlotCommand, analysePutsAllPicturesIntoADirectory) {
+  const auto analyse = [this](const char* file, const std::string& directory, const Words& more) {
+    Words words{"analyse", test::goldenPath(file), "--plots", directory};
+    words.insert(words.end(), more.begin(), more.end());
+    return run(words);
+  };
+  ASSERT_EQ(analyse("times-run.spc", out("new/pictures"), {"-v", "dose[max]", "-v", "rate/2", "--format", "pdf"}),
+            kSucceeded)
+      << errors_;
+  std::size_t found = 0;
+  for (const char* name : {"dose_max_-histogram", "dose_max_-cumulative", "dose_max_-src", "dose_max_-cobweb",
+                           "rate_2-histogram", "rate_2-srrc", "rate_2-cobweb"})
+    found += test::readFile(out("new/pictures/") + name + ".pdf").starts_with("%PDF-") ? 1 : 0;
+  EXPECT_EQ(found, 7u);
+  // Neither a file in a directory's place nor one picture that can't be put into its place leaves others behind.
+  test::writeFile(out("file"), "");
+  EXPECT_EQ(analyse("morris-run.spc", out("file"), {"--sa"}), kFailed);
+  EXPECT_EQ(errors_.rfind("I cannot create the file\n" + out("file/"), 0), 0u) << errors_;
+  EXPECT_EQ(analyse("morris-run.spc", out("file"), {}), kFailed);
+  EXPECT_EQ(errors_.rfind("I cannot save the file\n" + out("file/"), 0), 0u) << errors_;
+  EXPECT_EQ(directory_.entries(), (Words{"file", "new"}));
+}
+
+}  // namespace
+}  // namespace tarvex
