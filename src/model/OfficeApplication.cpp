@@ -17,9 +17,9 @@ constexpr milliseconds kStartLimit{60000};
 constexpr milliseconds kCallLimit{600000};  // large workbooks take their time
 constexpr milliseconds kQuitLimit{10000};
 constexpr milliseconds kNoLimit{0};
-// The name of a pipe is at most 107 characters; the application adds some 60 to the directory.
-constexpr std::size_t kMaxDirectory = 45;
-constexpr const char* kDirectoryPattern = "/tarvex-sheet-XXXXXX";
+// The name of a pipe is at most 107 characters; the application adds up to 68 to the directory.
+constexpr std::size_t kMaxDirectory = 38;
+constexpr const char* kDirectoryPattern = "/tarvex-XXXXXX";
 
 std::string request(std::string_view word) {
   return std::string(word);

@@ -30,6 +30,20 @@ std::vector<int> livingProcesses(const std::string& pidFile) {
   return living;
 }
 
+std::vector<int> processesOf(const std::string& program, const std::string& argument) {
+  std::vector<int> found;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream in(entry.path() / "cmdline");
+    std::string name;
+    std::string arguments;
+    std::getline(in, name, '\0');
+    std::getline(in, arguments);
+    if (name.ends_with(program) && arguments.find(argument) != std::string::npos)
+      found.push_back(std::stoi(entry.path().filename()));
+  }
+  return found;
+}
+
 bool waitForLines(const std::string& path, std::size_t lines) {
   constexpr std::chrono::milliseconds kSlice{5};
   for (int i = 0; i < 1000; ++i) {
