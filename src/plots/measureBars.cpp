@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <span>
 #include <string_view>
 
 #include "plots/MeasureColumn.h"
@@ -13,8 +15,8 @@ namespace tarvex {
 
 namespace {
 
-constexpr const char* kPlain = "Medium Slate Blue";
-constexpr const char* kSecond = "Gold";  // apart from the first in gray too
+// Of the measures of a chart: apart from each other in gray too.
+constexpr std::array kColours = {"Medium Slate Blue", "Gold", "Dark Green"};
 constexpr const char* kSignificant = "Pale Green";
 constexpr const char* kInsignificant = "Indian Red";
 
@@ -56,7 +58,7 @@ Bar reasonBar(const IndexRecord& record) {
 }
 
 BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& columns,
-                 const std::vector<std::size_t>& shown, const std::vector<const char*>& colours) {
+                 const std::vector<std::size_t>& shown, std::span<const char* const> colours) {
   BarChart chart;
   std::vector<double> values{0.0};
   for (const std::size_t i : shown) chart.categories.push_back(stats.records[i].name);
@@ -129,7 +131,7 @@ void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t va
   constexpr int kMostColumns = 4;
   figure.columns = std::clamp(static_cast<int>(slots.size()), 1, kMostColumns);
   for (std::size_t s = 0; s < slots.size(); ++s) {
-    BarChart chart = chartOf(stats, {columns[s]}, shown, {kPlain});
+    BarChart chart = chartOf(stats, {columns[s]}, shown, kColours);
     colourBySignificance(chart, stats, variable, slots[s], shown);
     const std::string name = measureTitle(stats, slots[s]);
     if (slots.size() > 1) chart.title = name;
@@ -147,12 +149,11 @@ void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t va
 // One chart with a series a measure.
 void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<std::int32_t>& slots,
                const std::vector<Column>& columns, const std::vector<std::size_t>& shown) {
-  const std::vector<const char*> colours{kPlain, kSecond};
-  BarChart chart = chartOf(stats, columns, shown, colours);
+  BarChart chart = chartOf(stats, columns, shown, kColours);
   for (std::size_t s = 0; s < slots.size(); ++s) {
     const std::string title = measureTitle(stats, slots[s]);
     figure.title += (s == 0 ? "" : ", ") + title;
-    if (slots.size() > 1) figure.legend.push_back({title, namedColour(colours[s % colours.size()])});
+    if (slots.size() > 1) figure.legend.push_back({title, namedColour(kColours[s % kColours.size()])});
   }
   chart.values.title = figure.title;
   figure.charts.emplace_back(std::move(chart));
@@ -193,7 +194,8 @@ Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const 
     figure.subtitle += ": no measures";
     return figure;
   }
-  BarChart chart = chartOf(stats, {column}, shown, {"Blue Violet"});
+  constexpr std::array kColour = {"Blue Violet"};
+  BarChart chart = chartOf(stats, {column}, shown, kColour);
   chart.values.form = NumberForm::ThreeDecimals;
   for (Bar& bar : chart.series.front()) bar.text = threeDecimals(bar.value);
   figure.charts.emplace_back(std::move(chart));

@@ -123,8 +123,11 @@ Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const s
     return figure;
   }
   const auto axis = [](const char* title, std::vector<double> values) {
-    values.push_back(0.0);  // effects are compared with none
-    return axisOver(title, values, NumberForm::Short);
+    constexpr double kHeadroom = 1.05;  // for the marks of the largest
+    values.push_back(0.0);              // effects are compared with none
+    Axis over = axisOver(title, values, NumberForm::Short);
+    if (over.upper * kHeadroom > over.upper && std::isfinite(over.upper * kHeadroom)) over.upper *= kHeadroom;
+    return over;
   };
   XyChart chart;
   chart.x = axis("Morris Index", points.x);
