@@ -16,8 +16,13 @@ namespace {
 constexpr double kOutlineWidth = 1.0;
 constexpr double kLeastRadius = 0.2;   // of the chart's smaller side
 constexpr double kElbow = 1.08;        // where leader lines bend, in radii
-constexpr double kWidestLabel = 0.34;  // of the chart
+constexpr double kWidestLabel = 0.36;  // of the chart
 constexpr double kLinePitch = 1.12;    // of labels below each other, in heights of a text
+
+bool isDark(const Colour& colour) {
+  constexpr int kDark = 3 * 12000;
+  return colour.red + colour.green + colour.blue < kDark;
+}
 
 // A slice as it is drawn; angles from the top, clockwise.
 struct Piece {
@@ -111,8 +116,8 @@ void PiePainter::drawSlice(const Piece& piece) const {
   cairo_close_path(context);
   canvas_.setColour(piece.slice->colour);
   cairo_fill_preserve(context);
-  // One dark line for all: slices of equal gray stay apart in print.
-  canvas_.setColour(kInk);
+  // Slices of equal gray, black ones too, stay apart in print.
+  canvas_.setColour(isDark(piece.slice->colour) ? kGridInk : kInk);
   canvas_.setLine(kOutlineWidth * canvas_.scale());
   cairo_stroke(context);
 }

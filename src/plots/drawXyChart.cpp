@@ -22,6 +22,7 @@ constexpr double kLineWidth = 1.6;
 constexpr double kThinLine = 0.8;
 constexpr double kBarGap = 0.12;  // of a separated column, on each side
 
+constexpr double kOutlinedFrom = 3.0;  // narrower bars would be all outline
 constexpr double kLabelledRadius = 3.2;
 constexpr double kWidestLabel = 0.4;  // of the plane
 // More points than this are painted as pixels.
@@ -113,7 +114,7 @@ void PlanePainter::fillBars(const Area& area) const {
     const double gap = (right - left) * kBarGap;
     const Rect bar{left + gap, std::min(top, zero_), right - left - 2.0 * gap, std::abs(zero_ - top)};
     canvas_.fill(bar, area.colour);
-    canvas_.outline(bar, outlineOf(area.colour), kThinLine);
+    if (bar.width >= kOutlinedFrom) canvas_.outline(bar, outlineOf(area.colour), kThinLine);
   }
 }
 

@@ -8,10 +8,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 #include "base/TextWriter.h"
+#include "plots/CairoStream.h"
 #include "plots/Figure.h"
 #include "plots/drawFigure.h"
 
@@ -29,37 +31,20 @@ constexpr std::array<std::pair<const char*, PictureFormat>, 5> kFormats = {{{"sv
                                                                             {"eps", PictureFormat::Eps},
                                                                             {"png", PictureFormat::Png}}};
 
-struct Destroy {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-  void operator()(cairo_t* context) const { cairo_destroy(context); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, Destroy>;
-using Context = std::unique_ptr<cairo_t, Destroy>;
-
-cairo_status_t append(void* content, const unsigned char* data, unsigned int size) {
-  // Exceptions don't pass through cairo.
-  try {
-    static_cast<std::string*>(content)->append(reinterpret_cast<const char*>(data), size);
-  } catch (const std::bad_alloc&) {
-    return CAIRO_STATUS_NO_MEMORY;
-  }
-  return CAIRO_STATUS_SUCCESS;
-}
-
-Surface vectorSurface(PictureFormat format, std::string& content, double width, double height) {
+CairoSurface vectorSurface(PictureFormat format, std::string& content, double width, double height) {
   cairo_surface_t* surface = nullptr;
   switch (format) {
     case PictureFormat::Svg:
-      return Surface(cairo_svg_surface_create_for_stream(append, &content, width, height));
+      return CairoSurface(cairo_svg_surface_create_for_stream(appendToString, &content, width, height));
     case PictureFormat::Pdf:
-      surface = cairo_pdf_surface_create_for_stream(append, &content, width, height);
+      surface = cairo_pdf_surface_create_for_stream(appendToString, &content, width, height);
       cairo_pdf_surface_set_metadata(surface, CAIRO_PDF_METADATA_CREATE_DATE, nullptr);
-      return Surface(surface);
+      return CairoSurface(surface);
     case PictureFormat::Ps:
     case PictureFormat::Eps:
-      surface = cairo_ps_surface_create_for_stream(append, &content, width, height);
+      surface = cairo_ps_surface_create_for_stream(appendToString, &content, width, height);
       cairo_ps_surface_set_eps(surface, format == PictureFormat::Eps ? 1 : 0);
-      return Surface(surface);
+      return CairoSurface(surface);
     case PictureFormat::Png:
       break;
   }
@@ -67,7 +52,7 @@ Surface vectorSurface(PictureFormat format, std::string& content, double width, 
 }
 
 bool draw(cairo_surface_t* surface, const Figure& figure, double unit, const DrawTarget& target) {
-  const Context context(cairo_create(surface));
+  const CairoContext context(cairo_create(surface));
   cairo_scale(context.get(), unit, unit);
   drawFigure(context.get(), figure, target);
   if (target.vector) cairo_show_page(context.get());
@@ -78,20 +63,41 @@ bool renderImage(const Figure& figure, double zoom, std::string& content) {
   zoom = std::min(zoom, kLargestImage / std::max(figure.width, figure.height));
   const int width = std::max(1, static_cast<int>(std::lround(figure.width * zoom)));
   const int height = std::max(1, static_cast<int>(std::lround(figure.height * zoom)));
-  const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+  const CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
   return draw(surface.get(), figure, zoom, {figure.width, figure.height, zoom, false}) &&
-         cairo_surface_write_to_png_stream(surface.get(), append, &content) == CAIRO_STATUS_SUCCESS;
+         cairo_surface_write_to_png_stream(surface.get(), appendToString, &content) == CAIRO_STATUS_SUCCESS;
 }
 
 // A line that differs from one second to the next.
 void dropCreationDate(std::string& content) {
   const std::size_t start = content.find("%%CreationDate:");
   if (start == std::string::npos) return;
-  content.erase(start, content.find('\n', start) + 1 - start);
+  const std::size_t end = content.find('\n', start);
+  if (end != std::string::npos) content.erase(start, end + 1 - start);
+}
+
+// Cairo numbers surfaces and images through the life of the process: here they count from 1 in each file. The names
+// stand in quotes, or behind the # of a reference.
+void renumber(std::string& svg, const std::string& name) {
+  std::vector<std::string> numbers;
+  std::string result;
+  std::size_t copied = 0;
+  for (std::size_t at = svg.find(name); at != std::string::npos; at = svg.find(name, at + 1)) {
+    const std::size_t start = at + name.size();
+    const std::size_t end = std::min(svg.find_first_not_of("0123456789", start), svg.size());
+    if (at == 0 || end == start || (svg[at - 1] != '"' && svg[at - 1] != '#')) continue;
+    const std::string number = svg.substr(start, end - start);
+    auto known = std::find(numbers.begin(), numbers.end(), number);
+    if (known == numbers.end()) known = numbers.insert(known, number);
+    result.append(svg, copied, start - copied).append(std::to_string(known - numbers.begin() + 1));
+    copied = end;
+  }
+  svg = result.append(svg, copied);
 }
 
 bool renderVector(const Figure& figure, PictureFormat format, std::string& content) {
-  const Surface surface = vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
+  const CairoSurface surface =
+      vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
   const bool drawn =
       draw(surface.get(), figure, kPointsPerUnit, {figure.width, figure.height, kPrintPixelsPerUnit, true});
   cairo_surface_finish(surface.get());  // what could not be written is known only now
@@ -123,6 +129,10 @@ std::string renderPicture(const Figure& figure, PictureFormat format, double zoo
       format == PictureFormat::Png ? renderImage(figure, zoom, content) : renderVector(figure, format, content);
   if (!rendered) return {};
   if (format == PictureFormat::Ps || format == PictureFormat::Eps) dropCreationDate(content);
+  if (format == PictureFormat::Svg) {
+    renumber(content, "image");
+    renumber(content, "surface");
+  }
   return content;
 }
 

@@ -14,8 +14,8 @@ std::optional<PictureFormat> pictureFormat(const std::string& word);
 // By the suffix of a file name.
 std::optional<PictureFormat> pictureFormatOf(const std::string& path);
 
-// The file's content, at the figure's own size; PNG at 96 pixels an inch times `zoom`. Empty when it can't be made: no
-// font, no memory.
+// The file's content, at the figure's own size; PNG at 96 pixels an inch times `zoom`. The same figure gives the same
+// bytes. Empty when it can't be made: no font, no memory.
 std::string renderPicture(const Figure& figure, PictureFormat format, double zoom = 1.0);
 
 // Writes the picture; an old file is replaced only by a complete new one. False when it can't be made or written.
