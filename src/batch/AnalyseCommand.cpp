@@ -1,7 +1,6 @@
-#include <filesystem>
-
 #include "app/Analysis.h"
 #include "app/ProjectConfiguration.h"
+#include "base/Paths.h"
 #include "batch/Commands.h"
 #include "batch/PictureFiles.h"
 #include "batch/Reports.h"
@@ -11,16 +10,8 @@
 
 namespace tarvex {
 
-namespace {
-
-// A post-processor file carries directories into which its reader goes: where results go is settled before.
-std::string absolutePath(const std::string& path) {
-  return path.empty() ? path : std::filesystem::absolute(path).string();
-}
-
-}  // namespace
-
 int runAnalyse(const AnalyseOptions& options, const Console& console) {
+  // A post-processor file carries directories into which its reader goes: where results go is settled before.
   const std::string output = absolutePath(options.output);
   const std::string csvFile = absolutePath(options.csvFile);
   const std::string jsonFile = absolutePath(options.jsonFile);

@@ -1,10 +1,9 @@
 #include <fmt/format.h>
 #include <fmt/printf.h>
 
-#include <filesystem>
-
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
+#include "base/Paths.h"
 #include "batch/CommandLine.h"
 #include "batch/Commands.h"
 #include "batch/PictureFiles.h"
@@ -15,10 +14,6 @@
 namespace tarvex {
 
 namespace {
-
-std::string absolutePath(const std::string& path) {
-  return path.empty() ? path : std::filesystem::absolute(path).string();
-}
 
 bool chooseFormat(const PlotOptions& options, PictureFormat& format, std::string& message) {
   const auto chosen = options.format.empty() ? pictureFormatOf(options.output) : pictureFormat(options.format);

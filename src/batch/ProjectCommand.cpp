@@ -1,6 +1,5 @@
-#include <filesystem>
-
 #include "app/ProjectConfiguration.h"
+#include "base/Paths.h"
 #include "batch/Commands.h"
 #include "batch/StudyFile.h"
 #include "postproc/PostProcessorFile.h"
@@ -25,12 +24,9 @@ bool holdsWhatIsAsked(const ProjectConfiguration& project, const ProjectOptions&
 
 int runProject(const ProjectOptions& options, const Console& console) {
   // The records carry directories into which their readers go: where the files go is settled before.
-  const auto absolute = [](const std::string& path) {
-    return path.empty() ? path : std::filesystem::absolute(path).string();
-  };
-  const std::string projectPath = absolute(options.project);
-  const std::string samplePath = absolute(options.sample);
-  const std::string resultsPath = absolute(options.results);
+  const std::string projectPath = absolutePath(options.project);
+  const std::string samplePath = absolutePath(options.sample);
+  const std::string resultsPath = absolutePath(options.results);
   ProjectConfiguration project;
   std::string message;
   const FileKind kind = fileKindOf(options.input);
