@@ -58,7 +58,7 @@ bool countRuns(const PrepConfiguration& prep, const ModelConfiguration& model, b
   runs = variables ? model.runCount() : sampled;
   // Results alone are good without their sample.
   if (!variables || runs == sampled || (sampled == 0 && !factors)) return true;
-  message = "The sample has " + std::to_string(sampled) + " runs, the results have " + std::to_string(runs) + ".";
+  message = "The sample has " + runsText(sampled) + ", the results have " + std::to_string(runs) + ".";
   return false;
 }
 
@@ -104,6 +104,10 @@ bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model
   message = variables.failures();
   table = std::move(read);
   return true;
+}
+
+std::string runsText(std::int64_t runs) {
+  return std::to_string(runs) + (runs == 1 ? " run" : " runs");
 }
 
 std::string_view rangeProblem(double lower, double upper) {

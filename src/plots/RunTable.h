@@ -42,6 +42,9 @@ struct RunRange {
   bool upperIncluded = true;  // a filter's upper bound belongs to it, that of a region in a plane doesn't
 };
 
+// "1 run", "200 runs".
+std::string runsText(std::int64_t runs);
+
 // What is said, under the title "Error", to bounds that are no range; empty when upper lies above lower.
 std::string_view rangeProblem(double lower, double upper);
 

@@ -112,7 +112,7 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
   constexpr double kMostWidth = 16000.0;
   Figure figure;
   figure.title = "Cobwebs plot";
-  figure.subtitle = std::to_string(table.runs) + " runs";
+  figure.subtitle = runsText(table.runs);
   if (table.columns.empty()) return figure;
 
   std::vector<Limits> limits;

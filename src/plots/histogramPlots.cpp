@@ -200,7 +200,7 @@ std::string listed(const std::vector<std::string>& names) {
 // Runs, and who isn't shown.
 std::string subtitleOf(const UaStats& stats, const std::vector<Series>& all, const std::vector<std::string>& without,
                        HistogramScale scale) {
-  std::string text = std::to_string(stats.sampleSize()) + " runs";
+  std::string text = runsText(stats.sampleSize());
   if (all.size() == 1 && all.front().runs < stats.sampleSize())
     text += ", " + std::to_string(std::lround(stats.sampleSize() - all.front().runs)) + " without a number";
   if (without.empty()) return text;

@@ -155,7 +155,6 @@ void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<
     figure.title += (s == 0 ? "" : ", ") + title;
     if (slots.size() > 1) figure.legend.push_back({title, namedColour(kColours[s % kColours.size()])});
   }
-  chart.values.title = figure.title;
   figure.charts.emplace_back(std::move(chart));
 }
 

@@ -82,6 +82,9 @@ bool isByTerm(const SensitivityStats& stats) {
 Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
                    const std::vector<std::int32_t>& slots) {
   constexpr double kWidth = 560.0;
+  constexpr double kCharacter = 14.0;  // of a name on either side of the pie
+  constexpr std::size_t kUsualName = 10;
+  constexpr std::size_t kLongestName = 40;
   constexpr double kHeight = 520.0;
   constexpr int kMostColumns = 2;
   Figure figure;
@@ -90,11 +93,14 @@ Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const s
   for (const std::int32_t slot : slots) figure.charts.emplace_back(pieOf(stats, variable, slot));
   const auto singles = std::count_if(stats.records.begin(), stats.records.end(),
                                      [](const IndexRecord& record) { return record.groupNames.size() == 1; });
-  if (singles > static_cast<std::ptrdiff_t>(kTop))
+  if (stats.typeId() == SensitivityStats::kSobol && singles > static_cast<std::ptrdiff_t>(kTop))
     figure.subtitle += "; the " + std::to_string(kTop) + " smallest of " + std::to_string(singles);
   const auto count = static_cast<int>(slots.size());
   figure.columns = std::clamp(count, 1, kMostColumns);
-  figure.width = kWidth * figure.columns;
+  std::size_t longest = kUsualName;
+  for (const IndexRecord& record : stats.records) longest = std::max(longest, record.name.size());
+  longest = std::min(longest, kLongestName);
+  figure.width = (kWidth + kCharacter * static_cast<double>(longest - kUsualName)) * figure.columns;
   figure.height = kHeight * std::max(1, (count + figure.columns - 1) / figure.columns);
   return figure;
 }

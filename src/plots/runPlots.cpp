@@ -37,7 +37,7 @@ Figure scatterPlot(const RunColumn& x, const RunColumn& y, const std::optional<R
   Figure figure = pointsFigure(x.name, x.values, y.name, y.values);
   figure.title = "Scattergram";
   const std::size_t shown = shownPoints(x.values, y.values);
-  figure.subtitle = y.name + " against " + x.name + ", " + std::to_string(x.values.size()) + " runs";
+  figure.subtitle = y.name + " against " + x.name + ", " + runsText(static_cast<std::int64_t>(x.values.size()));
   if (shown < x.values.size()) figure.subtitle += ", " + std::to_string(x.values.size() - shown) + " without a number";
   if (region) std::get<XyChart>(figure.charts.front()).layers.emplace_back(*region);
   return figure;
