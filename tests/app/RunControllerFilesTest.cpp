@@ -15,16 +15,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// Notes the whole of a question, not its text alone.
-class Asking : public test::ScriptedFrontEnd {
- public:
-  bool question(const std::string& title, const std::string& text, const std::string& yes,
-                const std::string& no) override {
-    calls.push_back(title + "? " + text + ' ' + yes + ' ' + no);
-    return answer;
-  }
-};
-
 class Workflow : public testing::Test {
  protected:
   void SetUp() override {
@@ -42,7 +32,7 @@ class Workflow : public testing::Test {
 
   test::ScopedCurrentDirectory stay_;
   test::TempDirectory directory_;
-  Asking frontEnd_;
+  test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
 };
 

@@ -41,8 +41,9 @@ class ScriptedFrontEnd : public FrontEnd {
   void message(MessageKind, const std::string& title, const std::string& text) override {
     calls.push_back(title + ": " + text);
   }
-  bool question(const std::string&, const std::string& text, const std::string&, const std::string&) override {
-    calls.push_back("question " + text);
+  bool question(const std::string& title, const std::string& text, const std::string& yes,
+                const std::string& no) override {
+    calls.push_back(title + "? " + text + ' ' + yes + ' ' + no);
     return answer;
   }
   bool linkFactors(const FactorList&, InternalModel& model) override {
