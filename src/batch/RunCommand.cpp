@@ -12,12 +12,16 @@ namespace tarvex {
 
 namespace {
 
+// What stands in the record in the executable's place.
+constexpr const char* kSpreadsheet = "Excel Application";
+
 bool chooseModel(const RunOptions& options, ModelConfiguration& model, std::string& message) {
   ModelChoice choice;
   choice.internal = !options.modelFile.empty();
-  choice.execute = options.executable.has_value();
-  choice.executable = options.executable.value_or("");
-  choice.outputFile = options.modelOutput;
+  choice.spreadsheet = options.workbook.has_value();
+  choice.execute = choice.spreadsheet ? !options.readOnly : options.executable.has_value();
+  choice.executable = choice.spreadsheet ? kSpreadsheet : options.executable.value_or("");
+  choice.outputFile = options.workbook.value_or(options.modelOutput);
   if (choice.internal) {
     auto equations = std::make_unique<InternalModel>();
     if (!loadModelFile(options.modelFile, *equations, message)) {
@@ -28,7 +32,7 @@ bool chooseModel(const RunOptions& options, ModelConfiguration& model, std::stri
   }
   const std::optional<Refusal> refusal = acceptModelChoice(choice, model);
   if (!refusal) return true;
-  const std::string& file = choice.execute ? choice.executable : choice.outputFile;
+  const std::string& file = choice.execute && !choice.spreadsheet ? choice.executable : choice.outputFile;
   message = refusal->text + "\n" + (choice.internal ? options.modelFile : file);
   return false;
 }
@@ -40,8 +44,11 @@ bool runOverSample(const RunOptions& options, RunController& controller, std::st
   ProjectConfiguration& project = controller.project;
   ModelConfiguration& model = project.model;
   controller.modelDirectory = absolutePath(".");
-  model.executable = absolutePath(model.executable);
-  model.outputFile = absolutePath(model.outputFile);
+  controller.userAtWorkbook = false;
+  const std::string executable = model.executable;
+  const std::string outputFile = model.outputFile;
+  if (model.spreadsheet == 0) model.executable = absolutePath(executable);
+  model.outputFile = absolutePath(outputFile);
   if (!loadSampleFile(options.sampleFile, project.prep, message)) {
     message += "\n" + options.sampleFile;
     return false;
@@ -50,8 +57,8 @@ bool runOverSample(const RunOptions& options, RunController& controller, std::st
   const std::string recorded = std::exchange(project.prep.sampleFile, sampleFile);
   if (!controller.runModel(true)) return false;
   project.prep.sampleFile = recorded;
-  model.executable = options.executable.value_or("");
-  model.outputFile = options.modelOutput;
+  model.executable = executable;
+  model.outputFile = outputFile;
   return true;
 }
 
