@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <filesystem>
 #include <sstream>
 
 #include "app/DemoCases.h"
-#include "app/ProjectConfiguration.h"
+#include "app/RunController.h"
+#include "app/ScriptedFrontEnd.h"
+#include "app/StartUp.h"
 #include "base/RememberedDirectories.h"
 #include "base/uniformRandom.h"
 #include "batch/Commands.h"
@@ -12,6 +17,7 @@
 #include "batch/ShareDirectory.h"
 #include "postproc/PostProcessorFile.h"
 #include "support/TempDirectory.h"
+#include "support/TextFiles.h"
 
 namespace tarvex {
 namespace {
@@ -81,6 +87,34 @@ TEST_F(Demo, carriesEachCaseFromFactorsToMeasures) {
     EXPECT_EQ(run(c.name), kSucceeded) << c.name << errors_;
     for (const char* text : {c.runs, c.measure}) EXPECT_NE(out_.find(text), std::string::npos) << c.name << out_;
     EXPECT_EQ(errors_, "") << c.name;
+  }
+}
+
+// As installed, but for the case of their names.
+TEST_F(Demo, theFirstStartRepairsTheDeliveredCases) {
+  const test::TempDirectory main;
+  std::filesystem::create_directory(main.file("Demo"));
+  std::filesystem::current_path(main.path());
+  for (const DemoCase& demo : kDemoCases) {
+    std::string name = demo.fileName + std::string(".dem");
+    std::ranges::transform(name, name.begin(), *demo.name == 'S' ? ::toupper : ::tolower);
+    std::filesystem::copy_file(demoFilePath(shareDirectory(), demo.name), main.file("Demo/" + name));
+  }
+  test::writeFile("Tarvex.cfg", main.path() + "\n0\n");
+  StartUp start;
+  ASSERT_TRUE(start.run());
+  EXPECT_EQ(start.mark(), 1);
+  test::ScriptedFrontEnd frontEnd;
+  RunController session(frontEnd, main.path());
+  for (const DemoCase& demo : kDemoCases) {
+    EXPECT_EQ(test::readFile(demoFilePath(main.path(), demo.name)).find("MAINDIR"), std::string::npos) << demo.name;
+    ASSERT_TRUE(session.openDemo(demo.name)) << demo.name;
+    EXPECT_TRUE(session.project.prep.sampleFile.starts_with(main.file("Demo/"))) << demo.name;
+    EXPECT_EQ(std::filesystem::current_path(), main.file("Demo")) << "the directories exist now";
+    if (demo.canRun) {
+      EXPECT_TRUE(session.runModel(true)) << demo.name << frontEnd.calls.back();
+    }
+    session.modified = false;
   }
 }
 

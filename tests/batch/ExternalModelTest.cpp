@@ -16,7 +16,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// A model in "my case", called from there, and a sample whose record leads to another directory.
+// A model in a directory with a trying name, called from there, and a sample whose record leads to another directory.
 class ExternalModel : public testing::Test {
  protected:
   void SetUp() override {
@@ -53,7 +53,7 @@ class ExternalModel : public testing::Test {
 
   test::ScopedCurrentDirectory stay_;
   test::TempDirectory directory_;
-  std::string case_ = directory_.file("my case");
+  std::string case_ = directory_.file("my \"case\" 'é'");
   std::string out_;
   std::string errors_;
 };
