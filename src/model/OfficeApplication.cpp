@@ -17,8 +17,6 @@ constexpr milliseconds kStartLimit{60000};
 constexpr milliseconds kCallLimit{600000};  // large workbooks take their time
 constexpr milliseconds kQuitLimit{10000};
 constexpr milliseconds kNoLimit{0};
-// The name of a pipe is at most 107 characters; the application adds up to 68 to the directory.
-constexpr std::size_t kMaxDirectory = 38;
 constexpr const char* kDirectoryPattern = "/tarvex-XXXXXX";
 
 std::string request(std::string_view word) {
@@ -56,7 +54,7 @@ std::string OfficeApplication::helperPath() {
 bool OfficeApplication::start(bool visible) {
   quit();
   if (!startHelper()) return false;
-  if (ask(request("start", std::string_view(visible ? "visible" : "hidden")), kStartLimit)) return true;
+  if (ask(request("start", std::string_view(visible ? "visible" : "hidden")), kStartLimit, &files_)) return true;
   // A helper whose libraries are gone ends before its first answer.
   if (channel_.state() == LineChannel::State::Closed)
     errorText = "Workbooks need LibreOffice Calc: install the package libreoffice-calc.";
@@ -77,9 +75,7 @@ bool OfficeApplication::startHelper() {
 }
 
 bool OfficeApplication::makeDirectory() {
-  std::string place = WorkingFile::directory();
-  if (place.size() + std::char_traits<char>::length(kDirectoryPattern) > kMaxDirectory) place = "/tmp";
-  directory_ = place + kDirectoryPattern;
+  directory_ = WorkingFile::directory() + kDirectoryPattern;
   if (::mkdtemp(directory_.data()) != nullptr) return true;
   directory_.clear();
   return false;
@@ -97,8 +93,8 @@ void OfficeApplication::quit() {
   std::filesystem::remove_all(directory_, ignored);
   directory_.clear();
   // One that was killed had no time to do this.
-  if (!lockFile_.empty()) std::filesystem::remove(lockFile_, ignored);
-  lockFile_.clear();
+  for (const std::string& file : files_) std::filesystem::remove(file, ignored);
+  files_.clear();
 }
 
 bool OfficeApplication::lose() {
@@ -115,12 +111,12 @@ bool OfficeApplication::lose() {
   return false;
 }
 
-bool OfficeApplication::ask(const std::string& request, milliseconds limit, std::string* value) {
+bool OfficeApplication::ask(const std::string& request, milliseconds limit, std::vector<std::string>* values) {
   std::string answer;
   if (!channel_.send(request + '\n', limit) || !channel_.receive(answer, limit)) return lose();
   const std::vector<std::string> fields = fieldsOf(answer);
   if (fields[0] == "ok") {
-    if (value != nullptr) *value = fields.size() > 1 ? fields[1] : std::string();
+    if (values != nullptr) values->assign(fields.begin() + 1, fields.end());
     return true;
   }
   errorText = fields.size() > 1 ? fields[1] : answer;
@@ -131,7 +127,7 @@ bool OfficeApplication::open(const std::string& path, bool readOnly) {
   const std::size_t name = path.rfind('/') + 1;
   const std::string lock = path.substr(0, name) + ".~lock." + path.substr(name) + '#';
   std::error_code error;
-  if (!readOnly && !std::filesystem::exists(lock, error)) lockFile_ = lock;
+  if (!readOnly && !std::filesystem::exists(lock, error)) files_.push_back(lock);
   return ask(request("open", path, std::string_view(readOnly ? "read" : "write")), kCallLimit);
 }
 
@@ -140,12 +136,15 @@ bool OfficeApplication::close() {
 }
 
 bool OfficeApplication::countSheets(std::int32_t& count) {
-  std::string value;
-  return ask(request("sheets"), kCallLimit, &value) && parseField(value, count);
+  std::vector<std::string> values;
+  return ask(request("sheets"), kCallLimit, &values) && !values.empty() && parseField(values[0], count);
 }
 
 bool OfficeApplication::getSheetName(std::int32_t sheet, std::string& name) {
-  return ask(request("name", sheet), kCallLimit, &name);
+  std::vector<std::string> values;
+  if (!ask(request("name", sheet), kCallLimit, &values) || values.empty()) return false;
+  name = values[0];
+  return true;
 }
 
 bool OfficeApplication::addSheet(const std::string& name) {

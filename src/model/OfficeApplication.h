@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "model/ExternalProcess.h"
 #include "model/LineChannel.h"
@@ -39,15 +40,15 @@ class OfficeApplication : public SpreadsheetApplication {
  private:
   bool startHelper();
   bool makeDirectory();
-  // Sends a request and gets its answer; the first field of that goes into `value`.
-  bool ask(const std::string& request, std::chrono::milliseconds limit, std::string* value = nullptr);
+  // Sends a request and gets its answer; what stands behind the "ok" goes into `values`.
+  bool ask(const std::string& request, std::chrono::milliseconds limit, std::vector<std::string>* values = nullptr);
   bool lose();
 
   std::string helper_;
   LineChannel channel_;
   ExternalProcess process_;
-  std::string directory_;  // of this instance: profile, temporary files, pipes
-  std::string lockFile_;   // that the application puts beside the workbook
+  std::string directory_;           // of this instance: profile and temporary files
+  std::vector<std::string> files_;  // that the application leaves elsewhere when it is killed
 };
 
 }  // namespace tarvex

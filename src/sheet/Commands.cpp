@@ -71,7 +71,10 @@ std::string Commands::carryOut(const Words& words) {
   const std::string& request = words[0];
   if (request == "start") {
     visible_ = textAt(words, 1) == "visible";
+    std::string answer = kOk;
+    for (const std::string& pipe : office_.pipes()) addField(answer, pipe);
     office_.start(visible_);
+    return answer;
   } else if (request == "open") {
     workbook_.open(office_, textAt(words, 1), textAt(words, 2) == "read", visible_);
   } else if (request == "wait") {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <langinfo.h>
 #include <poll.h>
+#include <rtl/digest.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -30,10 +31,10 @@ using com::sun::star::uno::UNO_QUERY_THROW;
 using com::sun::star::uno::XInterface;
 
 const std::string kProgramDirectory = TARVEX_OFFICE_PROGRAM;
-constexpr const char* kPipeName = "tarvex";  // the directory makes it unique
-constexpr int kSlice = 50;                   // milliseconds between two looks
-constexpr int kStepOfWait = 200;             // while the user works
-constexpr int kEndLimit = 5000;              // for a termination that was asked for
+constexpr const char* kHex = "0123456789abcdef";
+constexpr int kSlice = 50;        // milliseconds between two looks
+constexpr int kStepOfWait = 200;  // while the user works
+constexpr int kEndLimit = 5000;   // for a termination that was asked for
 
 // No tip of the day, no welcome and no macro in front of a profile that is used once.
 constexpr const char* kSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -51,6 +52,18 @@ void useUtf8() {
   if (std::string(nl_langinfo(CODESET)) != "UTF-8") ::setenv("LC_ALL", "C.UTF-8", 1);
 }
 
+// The name of the pipe by which instances with the same profile would find each other holds this.
+std::string hashOf(const rtl::OUString& text) {
+  sal_uInt8 bytes[RTL_DIGEST_LENGTH_MD5];
+  rtl_digest_MD5(text.getStr(), static_cast<sal_uInt32>(text.getLength()) * sizeof(sal_Unicode), bytes, sizeof bytes);
+  std::string hash;
+  for (const sal_uInt8 byte : bytes) {
+    if (byte >= 16) hash += kHex[byte >> 4];
+    hash += kHex[byte & 15];
+  }
+  return hash;
+}
+
 }  // namespace
 
 std::string utf8(const rtl::OUString& text) {
@@ -63,7 +76,6 @@ rtl::OUString fromUtf8(const std::string& text) {
 }
 
 rtl::OUString fileUrl(const std::string& path) {
-  constexpr const char* kHex = "0123456789ABCDEF";
   std::string url = "file://";
   for (const char c : path) {
     const auto byte = static_cast<unsigned char>(c);
@@ -85,6 +97,17 @@ void Office::start(bool visible) {
   connect();
 }
 
+// Of the user's pipes this one is ours alone, as the directory is.
+std::string Office::pipeName() const {
+  return directory_.substr(directory_.rfind('/') + 1);
+}
+
+std::vector<std::string> Office::pipes() const {
+  const std::string place = ::access("/tmp", W_OK) == 0 ? "/tmp" : "/var/tmp";
+  const std::string start = place + "/OSL_PIPE_" + std::to_string(::getuid()) + '_';
+  return {start + pipeName(), start + "SingleOfficeIPC_" + hashOf(fileUrl(directory_ + "/profile"))};
+}
+
 void Office::writeSettings() const {
   std::error_code error;
   std::filesystem::create_directories(directory_ + "/profile/user", error);
@@ -95,7 +118,6 @@ void Office::writeSettings() const {
 }
 
 void Office::spawn(bool visible) {
-  ::setenv("OSL_SOCKET_PATH", directory_.c_str(), 1);
   for (const char* name : {"TEMP", "TMP", "TMPDIR"}) ::setenv(name, directory_.c_str(), 1);
   std::vector<std::string> words = {kProgramDirectory + "/soffice",
                                     "-env:UserInstallation=" + utf8(fileUrl(directory_ + "/profile")),
@@ -103,7 +125,7 @@ void Office::spawn(bool visible) {
                                     "--nologo",
                                     "--nodefault",
                                     "--nolockcheck",
-                                    std::string("--accept=pipe,name=") + kPipeName + ";urp;"};
+                                    "--accept=pipe,name=" + pipeName() + ";urp;"};
   if (!visible) words.emplace_back("--headless");
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
@@ -137,7 +159,7 @@ void Office::connect() {
   const Reference<bridge::XUnoUrlResolver> resolver(
       local->getServiceManager()->createInstanceWithContext("com.sun.star.bridge.UnoUrlResolver", local),
       UNO_QUERY_THROW);
-  const rtl::OUString url = fromUtf8(std::string("uno:pipe,name=") + kPipeName + ";urp;StarOffice.ComponentContext");
+  const rtl::OUString url = fromUtf8("uno:pipe,name=" + pipeName() + ";urp;StarOffice.ComponentContext");
   for (;;) {
     try {
       const Reference<uno::XComponentContext> context(resolver->resolve(url), UNO_QUERY_THROW);
@@ -150,13 +172,12 @@ void Office::connect() {
   }
 }
 
-// Its own children become ours when it dies before them.
+// Its own children become ours when it dies before them, and are waited for as well.
 bool Office::running() {
-  int status = 0;
   pid_t ended = 0;
-  while ((ended = ::waitpid(-1, &status, WNOHANG)) > 0)
+  while ((ended = ::waitpid(-1, nullptr, WNOHANG)) > 0)
     if (ended == pid_) pid_ = -1;
-  return ended == 0;
+  return pid_ > 0;
 }
 
 void Office::waitForEnd() {
@@ -181,6 +202,7 @@ void Office::end() {
   const bool ended = waitFor(desktop_.is() ? kEndLimit : 0);
   desktop_.clear();
   std::error_code ignored;
+  for (const std::string& pipe : pipes()) std::filesystem::remove(pipe, ignored);
   std::filesystem::remove_all(directory_, ignored);
   // It is of our group, and so are we.
   if (!ended) ::kill(0, SIGKILL);

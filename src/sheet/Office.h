@@ -4,6 +4,7 @@
 
 #include <com/sun/star/frame/XDesktop.hpp>
 #include <string>
+#include <vector>
 
 namespace tarvex::office {
 
@@ -17,8 +18,8 @@ rtl::OUString fromUtf8(const std::string& text);
 // The URL of an absolute path.
 rtl::OUString fileUrl(const std::string& path);
 
-// A LibreOffice of our own: a process with its profile, its temporary files and its pipes in one directory, so that it
-// meets no other one of the user, and all of it is gone with the directory.
+// A LibreOffice of our own: a process with its profile and its temporary files in one directory, so that it meets no
+// other one of the user. At its end the directory and its pipes are gone.
 class Office {
  public:
   explicit Office(std::string directory) : directory_(std::move(directory)) {}
@@ -28,6 +29,8 @@ class Office {
   // Throws Failure.
   void start(bool visible);
   bool running();
+  // The pipes that it makes, in the place where it makes all of them. One that is killed leaves them there.
+  std::vector<std::string> pipes() const;
   // Until the user has closed it.
   void waitForEnd();
   // Ends it, whatever it does, and removes the directory.
@@ -36,6 +39,7 @@ class Office {
   com::sun::star::uno::Reference<com::sun::star::uno::XInterface> desktop() const { return desktop_; }
 
  private:
+  std::string pipeName() const;
   void writeSettings() const;
   void spawn(bool visible);
   void connect();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <filesystem>
@@ -211,13 +212,24 @@ class Killed : public OfficeApplication {
   [[nodiscard]] bool recalculate() override {
     const std::vector<int> processes = test::processesOf(program_, place_);
     EXPECT_EQ(processes.size(), 1u) << program_;
+    for (const auto& entry : std::filesystem::directory_iterator("/tmp"))
+      if (entry.path().filename().string().starts_with("OSL_PIPE_")) pipes_.push_back(entry.path());
     for (const int process : processes) ::kill(process, SIGKILL);
     return OfficeApplication::recalculate();
+  }
+  // Whether all pipes that were there are gone; those of other instances may take their time.
+  bool pipesAreGone() const {
+    for (int i = 0; i < 200; ++i) {
+      if (std::ranges::none_of(pipes_, [](const auto& pipe) { return std::filesystem::exists(pipe); })) return true;
+      ::usleep(100000);
+    }
+    return false;
   }
 
  private:
   std::string program_;
   std::string place_;
+  std::vector<std::filesystem::path> pipes_;
 };
 
 TEST_F(Office, aKilledProcessCostsTheRunAndNothingElse) {
@@ -231,6 +243,7 @@ TEST_F(Office, aKilledProcessCostsTheRunAndNothingElse) {
     EXPECT_EQ(messages_[0].substr(0, 28), "Error: LibreOffice has ended") << messages_[0];
     EXPECT_EQ(test::readFile(file("book.fods")), content) << program;
     EXPECT_EQ(books_.entries(), Texts{"book.fods"}) << program;
+    EXPECT_TRUE(application.pipesAreGone()) << program;
   }
   EXPECT_TRUE(run(file("book.fods"))) << "the next one is a run like any other";
 }
