@@ -19,13 +19,15 @@ std::size_t shownLength(const std::string& text) {
 // A heading stands directly above what it heads, a remark directly under what it remarks on; else a line parts blocks.
 struct BlockPrinter {
   std::ostream& out;
+  bool first = true;
   bool close = true;  // nothing is to part the next block from what stands there
 
   void part() {
     if (!close) out << '\n';
-    close = false;
+    close = first = false;
   }
   void operator()(const Heading& heading) {
+    close = first;
     part();
     out << heading.text << '\n';
     close = true;
@@ -35,7 +37,7 @@ struct BlockPrinter {
     out << paragraph.text << '\n';
   }
   void operator()(const Remark& remark) {
-    close = false;
+    close = first = false;
     out << std::string(kIndent, ' ') << remark.text << '\n';
   }
   void operator()(const Table& table) {
