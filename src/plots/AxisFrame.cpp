@@ -13,6 +13,7 @@ namespace {
 constexpr double kXTickDistance = 68.0;
 constexpr double kYTickDistance = 54.0;
 constexpr int kMostWanted = 12;
+constexpr std::size_t kLeastTicks = 3;
 constexpr double kTickLength = 5.0;
 constexpr double kMinorTickLength = 3.0;
 // Share of the area that the plane takes at least; titles, then texts, give way.
@@ -35,8 +36,11 @@ bool standApart(const std::vector<Tick>& ticks, const AxisMap& map, Extent exten
 template <class Extent>
 std::vector<Tick> ticksApart(const Axis& axis, double length, double distance, Extent extent) {
   const AxisMap map(axis, 0.0, length);
+  int wanted = std::clamp(static_cast<int>(length / distance), 1, kMostWanted);
+  // Round steps may leave an axis with less than can be read off it.
+  while (wanted < kMostWanted && axisTicks(axis, wanted).size() < kLeastTicks) ++wanted;
   std::vector<Tick> ticks;
-  for (int wanted = std::clamp(static_cast<int>(length / distance), 1, kMostWanted); wanted > 0; --wanted) {
+  for (; wanted > 0; --wanted) {
     ticks = axisTicks(axis, wanted);
     if (standApart(ticks, map, extent)) return ticks;
   }

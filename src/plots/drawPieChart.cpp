@@ -14,9 +14,10 @@ namespace tarvex {
 namespace {
 
 constexpr double kOutlineWidth = 1.0;
-constexpr double kLeastRadius = 0.2;   // of the chart's smaller side
+constexpr double kLeastRadius = 0.18;  // of the chart's smaller side
 constexpr double kElbow = 1.08;        // where leader lines bend, in radii
 constexpr double kWidestLabel = 0.36;  // of the chart
+constexpr double kLeastName = 4.0;     // of a shortened name, in ems
 constexpr double kLinePitch = 1.12;    // of labels below each other, in heights of a text
 
 bool isDark(const Colour& colour) {
@@ -165,13 +166,17 @@ void PiePainter::drawLabel(const Label& label, bool right) {
 
   TextPen& pen = canvas_.pen();
   const double room = labelRoom_ - gap_;
-  const double text = std::min(pen.width(slice.text, style_), room);
-  const double name = std::min(pen.width(slice.label, style_), std::max(room - text - gap_, 0.0));
-  const double start = right ? edge + gap_ / 2.0 : edge - gap_ / 2.0 - name - (name > 0.0 ? gap_ : 0.0) - text;
+  // The value goes before a name is shortened beyond recognition.
+  double text = pen.width(slice.text, style_);
+  double name = pen.width(slice.label, style_);
+  if (text + gap_ + std::min(name, kLeastName * style_.size) > room) text = 0.0;
+  const double between = name > 0.0 && text > 0.0 ? gap_ : 0.0;
+  name = std::min(name, room - text - between);
+  const double start = right ? edge + gap_ / 2.0 : edge - gap_ / 2.0 - name - between - text;
   canvas_.setColour(kInk);
   pen.draw(slice.label, style_, start, label.y, Anchor::Left, name, Shorten::InMiddle);
   canvas_.setColour(kFaintInk);
-  pen.draw(slice.text, style_, start + name + (name > 0.0 ? gap_ : 0.0), label.y, Anchor::Left, text);
+  pen.draw(slice.text, style_, start + name + between, label.y, Anchor::Left, text);
 }
 
 }  // namespace

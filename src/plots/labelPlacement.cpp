@@ -7,6 +7,7 @@
 #include <numeric>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 
 namespace tarvex {
 
@@ -15,11 +16,13 @@ namespace {
 constexpr double kGap = 2.0;       // between a mark and the text next to it
 constexpr double kLineStep = 3.0;  // of the pieces by which a line keeps its place free
 // Further places lie on rings around the mark, at distances in heights of the text.
-constexpr int kRings = 6;
+constexpr int kRings = 8;
 constexpr int kDirections = 16;
 constexpr double kFirstRing = 1.2;
 constexpr double kRingStep = 0.8;
-constexpr double kCell = 32.0;  // of the grid in which neighbours are looked up
+constexpr double kUpright = 1e-6;        // the cosine of a direction straight up or down
+constexpr std::size_t kMostTried = 200;  // more labels are placed in the first order only
+constexpr double kCell = 32.0;           // of the grid in which neighbours are looked up
 
 // Rectangles that are taken, found by where they lie.
 class Obstacles {
@@ -97,9 +100,11 @@ class Placement {
     for (const LabelToPlace& label : labels) marks_.add(markOf(label, radius));
   }
 
-  std::vector<PlacedLabel> run() {
+  // Places the labels in this order.
+  std::vector<PlacedLabel> run(const std::vector<std::size_t>& order) {
+    texts_ = lines_ = Obstacles();
     std::vector<PlacedLabel> result(labels_.size());
-    for (const std::size_t i : order()) {
+    for (const std::size_t i : order) {
       result[i] = place(labels_[i]);
       if (!result[i].placed) continue;
       texts_.add(result[i].box);
@@ -108,19 +113,16 @@ class Placement {
     return result;
   }
 
- private:
-  std::vector<std::size_t> order() const {
-    std::vector<std::size_t> neighbours(labels_.size());
-    for (std::size_t i = 0; i < labels_.size(); ++i) {
-      neighbours[i] = marks_.nearby(markOf(labels_[i], radius_).grown(labels_[i].height * 2.0));
+  // Marks around each label's own.
+  std::vector<double> crowding() const {
+    std::vector<double> neighbours;
+    for (const LabelToPlace& label : labels_) {
+      neighbours.push_back(static_cast<double>(marks_.nearby(markOf(label, radius_).grown(label.height * 2.0))));
     }
-    std::vector<std::size_t> order(labels_.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return neighbours[a] < neighbours[b]; });
-    return order;
+    return neighbours;
   }
 
+ private:
   bool isFree(const Rect& box) const {
     return box.within(bounds_) && !marks_.overlap(box) && !texts_.overlap(box) && !lines_.overlap(box);
   }
@@ -133,34 +135,38 @@ class Placement {
       const double away = label.height * (kFirstRing + kRingStep * ring) + radius_;
       for (int direction = 0; direction < kDirections; ++direction) {
         const double angle = 2.0 * M_PI * direction / kDirections;
-        // The box begins on the ring on its way to the right, ends there on its way to the left.
-        const double part = (1.0 - std::cos(angle)) / 2.0;
-        const Rect box{label.x + away * std::cos(angle) - part * label.width,
-                       label.y - away * std::sin(angle) - label.height / 2.0, label.width, label.height};
-        const PlacedLabel led{true, box, true, std::clamp(label.x, box.x, box.right()),
-                              std::clamp(label.y, box.y, box.bottom())};
-        if (isFree(box) && lineIsFree(label, led)) return led;
+        // The box begins on the ring on its way to the right and ends there on its way to the left, so that those of a
+        // cluster stand above each other; else it lies over the mark as far as it is on its way up or down.
+        for (const double part : {std::cos(angle) > -kUpright ? 0.0 : 1.0, (1.0 - std::cos(angle)) / 2.0}) {
+          const Rect box{label.x + away * std::cos(angle) - part * label.width,
+                         label.y - away * std::sin(angle) - label.height / 2.0, label.width, label.height};
+          const PlacedLabel led{true, box, true, std::clamp(label.x, box.x, box.right()),
+                                std::clamp(label.y, box.y, box.bottom())};
+          if (isFree(box) && lineIsFree(label, led)) return led;
+        }
       }
     }
     return {};
   }
 
-  // Pieces of the line from next to the mark to the box.
+  // Pieces of the line from the mark's edge to the box.
   static std::vector<Rect> piecesOf(const LabelToPlace& label, double radius, const PlacedLabel& led) {
     const double dx = led.lineX - label.x;
     const double dy = led.lineY - label.y;
     const double length = std::hypot(dx, dy);
     std::vector<Rect> pieces;
-    for (double at = radius * M_SQRT2 + kLineStep; at < length - kLineStep; at += kLineStep) {
+    for (double at = radius; at < length; at += kLineStep) {
       pieces.push_back(Rect{label.x + dx * at / length, label.y + dy * at / length, 0.0, 0.0}.grown(kLineStep / 2.0));
     }
     return pieces;
   }
 
+  // Marks next to the own one are no obstacle, nor their lines: each finds its way out of a cluster.
   bool lineIsFree(const LabelToPlace& label, const PlacedLabel& led) const {
+    const Rect cluster = markOf(label, radius_).grown(2.0 * radius_);
     const std::vector<Rect> pieces = piecesOf(label, radius_, led);
     return std::none_of(pieces.begin(), pieces.end(), [&](const Rect& piece) {
-      return texts_.overlap(piece) || lines_.overlap(piece) || marks_.overlap(piece);
+      return texts_.overlap(piece) || (!piece.overlaps(cluster) && (lines_.overlap(piece) || marks_.overlap(piece)));
     });
   }
 
@@ -177,7 +183,33 @@ class Placement {
 }  // namespace
 
 std::vector<PlacedLabel> placeLabels(const std::vector<LabelToPlace>& labels, double radius, const Rect& bounds) {
-  return Placement(labels, radius, bounds).run();
+  Placement placement(labels, radius, bounds);
+  const auto keysOf = [&](auto key) {
+    std::vector<double> keys;
+    for (const LabelToPlace& label : labels) keys.push_back(key(label));
+    return keys;
+  };
+  std::vector<PlacedLabel> best;
+  std::size_t most = 0;
+  // Which order serves a cluster depends on where it has room.
+  for (const std::vector<double>& keys :
+       {placement.crowding(), keysOf([](const LabelToPlace& label) { return -label.y; }),
+        keysOf([](const LabelToPlace& label) { return label.y; }),
+        keysOf([](const LabelToPlace& label) { return -label.x; }),
+        keysOf([](const LabelToPlace& label) { return label.x; })}) {
+    std::vector<std::size_t> order(labels.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+    std::vector<PlacedLabel> placed = placement.run(order);
+    const auto count = static_cast<std::size_t>(
+        std::count_if(placed.begin(), placed.end(), [](const PlacedLabel& label) { return label.placed; }));
+    if (best.empty() || count > most) {
+      best = std::move(placed);
+      most = count;
+    }
+    if (most == labels.size() || labels.size() > kMostTried) break;
+  }
+  return best;
 }
 
 }  // namespace tarvex

@@ -22,7 +22,7 @@ struct PlacedLabel {
 };
 
 // Places for the texts within `bounds` where no box overlaps another, a mark of the radius given, or a leading line,
-// and no line crosses a box, a mark or another line. Those with the fewest neighbours are placed first.
+// and no line crosses a box, nor, beyond the marks next to its own, a mark or another line. Several orders are tried.
 std::vector<PlacedLabel> placeLabels(const std::vector<LabelToPlace>& labels, double radius, const Rect& bounds);
 
 }  // namespace tarvex
