@@ -28,7 +28,6 @@ namespace {
 
 using com::sun::star::uno::Reference;
 using com::sun::star::uno::UNO_QUERY_THROW;
-using com::sun::star::uno::XInterface;
 
 const std::string kProgramDirectory = TARVEX_OFFICE_PROGRAM;
 constexpr const char* kHex = "0123456789abcdef";
