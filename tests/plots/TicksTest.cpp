@@ -1,0 +1,111 @@
+#include "plots/Ticks.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+namespace {
+
+constexpr double kLargest = std::numeric_limits<double>::max();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr auto kTwo = NumberForm::TwoDecimals;
+constexpr auto kShort = NumberForm::Short;
+
+// Texts of the ticks; ' for a minor one.
+std::string textsOf(const Axis& axis, int wanted) {
+  std::string texts;
+  for (const Tick& tick : axisTicks(axis, wanted)) {
+    EXPECT_GE(tick.at, axis.lower);
+    EXPECT_LE(tick.at, axis.upper);
+    texts += (texts.empty() ? "" : " ") + (tick.text.empty() ? "'" : tick.text);
+  }
+  return texts;
+}
+
+TEST(Ticks, linearAxes) {
+  struct Case {
+    double lower, upper;
+    NumberForm form;
+    int wanted;
+    const char* texts;
+  };
+  // clang-format off
+  const std::vector<Case> cases = {
+      {0.0,       1.0,        kTwo,                      5, "0 0.20 0.40 0.60 0.80 1.00"},
+      {-1.0,      1.0,        NumberForm::ThreeDecimals, 4, "-1.000 -0.500 0 0.500 1.000"},
+      {0.0,       0.003,      kTwo,                      3, "0 0.001 0.002 0.003"},
+      {0.0008,    0.0012,     kTwo,                      4, "0.0008 0.0009 0.0010 0.0011 0.0012"},
+      {100.0,     100.01,     kTwo,                      5, "100.000 100.002 100.004 100.006 100.008 100.010"},
+      {0.0,       25000.0,    kTwo,                      5, "0 5e+03 1e+04 1.5e+04 2e+04 2.5e+04"},
+      {123456.0,  123999.0,   kTwo,                      3, "1.236e+05 1.238e+05"},
+      {-0.0,      2.0,        kShort,                    2, "0 1 2"},
+      {-1e300,    1e300,      kTwo,                      4, "-1e+300 -5e+299 0 5e+299 1e+300"},
+      {-kLargest, kLargest,   kShort,                    4, "-1e+308 0 1e+308"},
+      {1e-300,    5e-300,     kTwo,                      4, "1e-300 2e-300 3e-300 4e-300 5e-300"},
+      {1e16,      1e16 + 4.0, kTwo,                      4, "10000000000000000 10000000000000004"},
+      {0.0,       5e-324,     kShort,                    4, "0 4.94e-324"},
+      {1.0,       1.0,        kTwo,                      4, ""},
+      {0.0,       kInfinity,  kTwo,                      4, ""},
+  };
+  // clang-format on
+  for (const Case& c : cases) {
+    EXPECT_EQ(textsOf({"", c.lower, c.upper, AxisScale::Linear, c.form}, c.wanted), c.texts);
+  }
+}
+
+TEST(Ticks, logarithmAxes) {
+  struct Case {
+    double lower, upper;
+    int wanted;
+    const char* texts;
+  };
+  const std::vector<Case> cases = {
+      {0.1, 10.0, 6, "0.1 0.2 ' ' 0.5 ' ' ' ' 1 2 ' ' 5 ' ' ' ' 10"},
+      {0.5, 20.0, 3, "' ' ' ' ' 1 ' ' ' ' ' ' ' ' 10 '"},
+      {1e-4, 1e5, 4, "0.0001 0.01 1 100 10000"},
+      {1e-300, 1e300, 6, "1e-300 1e-200 1e-100 1 1e+100 1e+200 1e+300"},
+      {3.0, 5.0, 5, "3 3.5 4 4.5 5"},
+  };
+  for (const Case& c : cases) {
+    const Axis axis{"", std::log(c.lower), std::log(c.upper), AxisScale::Logarithms, kTwo};
+    EXPECT_EQ(textsOf(axis, c.wanted), c.texts);
+  }
+  // Beyond the logarithms of doubles nothing can be named.
+  EXPECT_EQ(textsOf({"", 800.0, 900.0, AxisScale::Logarithms, kTwo}, 4), "");
+}
+
+TEST(Ticks, axesHoldTheirValues) {
+  const std::vector<std::vector<double>> columns = {{},          {kNan, kInfinity}, {0.0, -0.0},    {3.0, kNan, 3.0},
+                                                    {-kLargest}, {5e-324},          {2.0, 1.0, 4.0}};
+  for (const std::vector<double>& column : columns) {
+    const Axis axis = axisOver("", column, kTwo);
+    ASSERT_LT(axis.lower, axis.upper);
+    ASSERT_TRUE(std::isfinite(axis.lower) && std::isfinite(axis.upper));
+    for (const double value : column)
+      EXPECT_TRUE(!std::isfinite(value) || (axis.lower <= value && value <= axis.upper));
+  }
+  const Axis exact = axisOver("", columns.back(), kTwo);
+  EXPECT_EQ(exact.lower, 1.0);
+  EXPECT_EQ(exact.upper, 4.0);
+}
+
+TEST(Ticks, numbersInTheirForm) {
+  struct Case {
+    double value;
+    NumberForm form;
+    const char* text;
+  };
+  const std::vector<Case> cases = {
+      {0.5, kTwo, "0.50"},           {0.0005, kTwo, "0.0005"},   {10000.0, kTwo, "10000.00"},
+      {-12345.0, kTwo, "-1.23e+04"}, {0.5, kShort, "0.5"},       {-0.0, kTwo, "0"},
+      {kNan, kTwo, "nan"},           {-kInfinity, kTwo, "-inf"}, {2.0, NumberForm::FourDecimals, "2.0000"}};
+  for (const Case& c : cases) EXPECT_EQ(formNumber(c.value, c.form), c.text);
+}
+
+}  // namespace
+}  // namespace tarvex

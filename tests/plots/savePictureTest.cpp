@@ -1,0 +1,225 @@
+#include "plots/savePicture.h"
+
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "plots/SampleFigures.h"
+#include "plots/drawFigure.h"
+#include "support/FailingCalls.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+
+namespace tarvex::test {
+namespace {
+
+const std::vector<std::pair<std::string, PictureFormat>> kFormats = {{".svg", PictureFormat::Svg},
+                                                                     {".pdf", PictureFormat::Pdf},
+                                                                     {".ps", PictureFormat::Ps},
+                                                                     {".eps", PictureFormat::Eps},
+                                                                     {".png", PictureFormat::Png}};
+const std::string kWide(19, 'W');
+
+bool isInstalled(const std::string& program) {
+  return std::system(("command -v " + program + " > /dev/null 2>&1").c_str()) == 0;
+}
+
+// Every sample figure in each of the formats; the names of the files, each in quotes.
+std::string savedFiles(const TempDirectory& directory, const std::vector<std::size_t>& formats) {
+  std::string names;
+  for (const auto& [name, figure] : sampleFigures()) {
+    for (const std::size_t format : formats) {
+      const std::string path = directory.file(name + kFormats[format].first);
+      EXPECT_TRUE(savePicture(path, figure, kFormats[format].second)) << path;
+      names += " '" + path + '\'';
+    }
+  }
+  return names;
+}
+
+// True when the command ends well and without a word.
+bool passesSilently(const std::string& command, const TempDirectory& directory) {
+  const std::string log = directory.file("log");
+  const int status = std::system((command + " > '" + log + "' 2>&1").c_str());
+  const std::string said = readFile(log);
+  EXPECT_EQ(said, "") << command;
+  return status == 0 && said.empty();
+}
+
+TEST(SavePicture, ghostscriptReadsPostScript) {
+  if (!isInstalled("gs")) GTEST_SKIP() << "ghostscript is not installed";
+  const TempDirectory directory;
+  EXPECT_TRUE(
+      passesSilently("gs -q -dNOPAUSE -dBATCH -dSAFER -sDEVICE=nullpage" + savedFiles(directory, {2, 3}), directory));
+  const std::string eps = readFile(directory.file("bars.eps"));
+  EXPECT_NE(eps.find("EPSF-3.0"), std::string::npos);
+  EXPECT_NE(eps.find("%%BoundingBox: 0 0 240 180\n"), std::string::npos) << "the white page is part of the picture";
+  EXPECT_EQ(eps.find("CreationDate"), std::string::npos);
+}
+
+TEST(SavePicture, vectorImagesAreWellFormed) {
+  if (!isInstalled("xmllint")) GTEST_SKIP() << "xmllint is not installed";
+  const TempDirectory directory;
+  EXPECT_TRUE(passesSilently("xmllint --noout --huge" + savedFiles(directory, {0}), directory));
+}
+
+TEST(SavePicture, textsOfAPageCanBeRead) {
+  if (!isInstalled("pdftotext")) GTEST_SKIP() << "pdftotext is not installed";
+  const TempDirectory directory;
+  savedFiles(directory, {1});
+  ASSERT_TRUE(
+      passesSilently("pdftotext '" + directory.file("bars.pdf") + "' '" + directory.file("t") + '\'', directory));
+  const std::string text = readFile(directory.file("t"));
+  for (const char* word : {"Title", "Sizes of the indices", "x5", "-0.50", "Constant", "not"}) {
+    EXPECT_NE(text.find(word), std::string::npos) << word;
+  }
+}
+
+TEST(SavePicture, sameFigureSameBytes) {
+  for (const auto& [name, figure] : sampleFigures()) {
+    for (const auto& [suffix, format] : kFormats) {
+      EXPECT_TRUE(renderPicture(figure, format) == renderPicture(figure, format)) << name << suffix;
+    }
+  }
+}
+
+TEST(SavePicture, failedWriteKeepsTheOldFile) {
+  const TempDirectory directory;
+  const std::string path = directory.file("a.svg");
+  writeFile(path, "old");
+  for (const FailingCalls::Call call : {FailingCalls::kWrite, FailingCalls::kFsync, FailingCalls::kRename}) {
+    FailingCalls calls;
+    calls.fail(call, 1);
+    EXPECT_FALSE(savePicture(path, figureOf({pie(3, "")}), PictureFormat::Svg));
+    EXPECT_EQ(readFile(path), "old");
+    EXPECT_EQ(directory.entries().size(), 1U);
+  }
+}
+
+TEST(SavePicture, formatsByWordAndSuffix) {
+  EXPECT_EQ(pictureFormat("PDF"), PictureFormat::Pdf);
+  EXPECT_EQ(pictureFormat("jpg"), std::nullopt);
+  EXPECT_EQ(pictureFormatOf("/a.b/c.Eps"), PictureFormat::Eps);
+  EXPECT_EQ(pictureFormatOf("/a.svg/c"), std::nullopt);
+}
+
+// Figures at the edge of what can be drawn.
+std::vector<std::pair<std::string, Figure>> extremeFigures() {
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  XyChart odd = curves();
+  odd.x = {"x", -kLargest, kLargest};
+  odd.y = {"y", 0.0, 5e-324};
+  odd.layers.emplace_back(Points{{0.0, kInfinity, kLargest}, {std::nan(""), 0.0, 0.0}, {}});
+  odd.layers.emplace_back(Line{{-kLargest, kLargest, kInfinity, 0.0}, {0.0, 1.0, 0.0, -1.0}, {}});
+  odd.layers.emplace_back(Area{{0.0, std::nan(""), 1.0}, {kInfinity, 1.0, 2.0, 3.0}, {}});
+  odd.layers.emplace_back(Region{-kInfinity, kInfinity, std::nan(""), 1.0, {}});
+  CobwebChart constant = cobweb(3, 2);
+  constant.axes[0].upper = constant.axes[0].lower;
+  constant.axes[1].filter = {kInfinity, std::nan("")};
+  constant.positions[1] = std::numeric_limits<float>::quiet_NaN();
+  constant.positions[2] = 1e30F;
+  constant.colours[0] = 200;
+  BarChart ragged = bars(4, kWide);
+  ragged.series[1].pop_back();
+  ragged.values = {"", -kLargest, kLargest};
+  ragged.series[0][0].value = kInfinity;
+  PieChart huge = pie(3, std::string(5000, 'W'));
+  for (Slice& slice : huge.slices) slice.value = kLargest;
+  huge.slices.push_back({"\xff\xfe broken \n text", "", std::nan(""), {}});
+  return {{"nothing", figureOf({})},
+          {"empty charts", figureOf({XyChart{}, CobwebChart{}, BarChart{}, PieChart{}}, 3)},
+          {"one run", figureOf({scattergram(1), cobweb(1, 1), bars(1, ""), pie(1, "")}, 0)},
+          {"odd values", figureOf({odd, constant, ragged, huge}, 2)},
+          {"wide names", figureOf({labelled(40, kWide), bars(40, kWide), pie(40, kWide)}, 2)},
+          {"many axes", figureOf({cobweb(20, 371)})},
+          {"many lines and axes", figureOf({cobweb(400, 371)})},
+          {"many categories", figureOf({bars(371, kWide), pie(371, kWide), labelled(371, kWide)}, 3)}};
+}
+
+TEST(DrawFigure, extremeFiguresAreDrawn) {
+  for (const auto& [name, figure] : extremeFigures()) {
+    for (const auto& [suffix, format] : kFormats) EXPECT_NE(renderPicture(figure, format), "") << name << suffix;
+    for (const auto& [width, height] : {std::pair(200.0, 150.0), std::pair(30.0, 200.0), std::pair(1.0, 1.0)}) {
+      cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 300, 300);
+      cairo_t* context = cairo_create(surface);
+      drawFigure(context, figure, {width, height, 1.0, false});
+      EXPECT_EQ(cairo_status(context), CAIRO_STATUS_SUCCESS) << name << ' ' << width << " x " << height;
+      cairo_destroy(context);
+      cairo_surface_destroy(surface);
+    }
+  }
+  Figure sizeless = figureOf({pie(3, "")});
+  sizeless.width = std::nan("");
+  EXPECT_EQ(renderPicture(sizeless, PictureFormat::Png), "");
+}
+
+TEST(DrawFigure, withoutAFontNothingCrashes) {
+  // Fonts are looked for once in a process: the child is a new one.
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        setenv("FONTCONFIG_FILE", TARVEX_TEST_DATA "/pictures/no-fonts.conf", 1);
+        const bool fails = !hasFont() && renderPicture(figureOf({pie(3, "")}), PictureFormat::Svg).empty();
+        std::exit(fails ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+// An image of RGB24, or nothing.
+class Image {
+ public:
+  explicit Image(const std::string& path) : surface_(cairo_image_surface_create_from_png(path.c_str())) {}
+  ~Image() { cairo_surface_destroy(surface_); }
+  Image(const Image&) = delete;
+  Image& operator=(const Image&) = delete;
+
+  bool ok() const { return cairo_surface_status(surface_) == CAIRO_STATUS_SUCCESS; }
+  int width() const { return cairo_image_surface_get_width(surface_); }
+  int height() const { return cairo_image_surface_get_height(surface_); }
+  int at(int row, int byte) const {
+    return cairo_image_surface_get_data(surface_)[row * cairo_image_surface_get_stride(surface_) + byte];
+  }
+
+ private:
+  cairo_surface_t* surface_;
+};
+
+// Pixels that differ more than what another version of the font's renderer explains.
+int differentPixels(const Image& a, const Image& b) {
+  constexpr int kTolerance = 48;
+  if (!a.ok() || !b.ok() || a.width() != b.width() || a.height() != b.height()) return std::numeric_limits<int>::max();
+  int count = 0;
+  for (int row = 0; row < a.height(); ++row) {
+    for (int column = 0; column < a.width(); ++column) {
+      bool differs = false;
+      for (int byte = 4 * column; byte < 4 * column + 3; ++byte) {
+        differs = differs || std::abs(a.at(row, byte) - b.at(row, byte)) > kTolerance;
+      }
+      if (differs) ++count;
+    }
+  }
+  return count;
+}
+
+// The approved pictures lie in tests/data/pictures. After a wanted change look at the new ones and approve them:
+// TARVEX_APPROVE=1 plots_tests --gtest_filter='*approvedPictures' writes them there.
+TEST(DrawFigure, approvedPictures) {
+  constexpr int kMostDifferent = 40;  // of 76,800 pixels; a tick text has as many
+  const TempDirectory directory;
+  for (const auto& [name, figure] : sampleFigures()) {
+    const std::string approved = std::string(TARVEX_TEST_DATA) + "/pictures/" + name + ".png";
+    const bool approve = std::getenv("TARVEX_APPROVE") != nullptr;
+    const std::string drawn = approve ? approved : directory.file(name + ".png");
+    ASSERT_TRUE(savePicture(drawn, figure, PictureFormat::Png));
+    EXPECT_LE(differentPixels(Image(approved), Image(drawn)), kMostDifferent) << name;
+  }
+}
+
+}  // namespace
+}  // namespace tarvex::test
