@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "base/uniformRandom.h"
 #include "plots/Figure.h"
@@ -20,6 +21,13 @@ double hump(std::int32_t& state) {
   return sum / 4.0;
 }
 
+Figure figureOf(const std::string& title, Chart chart) {
+  Figure figure;
+  figure.title = title;
+  figure.charts.push_back(std::move(chart));
+  return figure;
+}
+
 Figure scattergram(std::size_t runs) {
   std::int32_t state = 99;
   Points points{{}, {}, namedColour("Medium Slate Blue")};
@@ -31,7 +39,7 @@ Figure scattergram(std::size_t runs) {
   chart.x = axisOver("x1", points.x, NumberForm::ThreeDecimals);
   chart.y = axisOver("Y", points.y, NumberForm::ThreeDecimals);
   chart.layers.emplace_back(std::move(points));
-  return {"Scattergram", "", {std::move(chart)}};
+  return figureOf("Scattergram", std::move(chart));
 }
 
 // Half of the axes follow the first one.
@@ -42,7 +50,7 @@ Figure cobweb(std::size_t runs, std::size_t axes) {
     chart.palette.push_back(namedColour(name));
   }
   chart.markColour = namedColour("Indian Red");
-  for (std::size_t axis = 0; axis < axes; ++axis) chart.axes.push_back({"x" + std::to_string(axis + 1)});
+  for (std::size_t axis = 0; axis < axes; ++axis) chart.axes.push_back({"x" + std::to_string(axis + 1), 0.0, 1.0, {}});
   for (std::size_t run = 0; run < runs; ++run) {
     const double first = uniformRandom(state);
     chart.colours.push_back(static_cast<std::uint8_t>(std::min(4.0, first * 5.0)));
@@ -51,7 +59,7 @@ Figure cobweb(std::size_t runs, std::size_t axes) {
       chart.positions.push_back(static_cast<float>(axis == 0 ? first : axis % 2 == 0 ? (first + own) / 2.0 : own));
     }
   }
-  return {"Cobwebs plot", "", {std::move(chart)}};
+  return figureOf("Cobwebs plot", std::move(chart));
 }
 
 void render(benchmark::State& state, const Figure& figure) {
