@@ -7,6 +7,7 @@
 
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
+#include "postproc/MeasureRows.h"
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
@@ -21,29 +22,6 @@ using testing::IsEmpty;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr auto kUncertain = FactorKind::Uncertain;
-
-struct Row {
-  std::string name;
-  FactorKind kind;
-  std::vector<double> values;
-  std::vector<std::string> factors = {};
-};
-
-// A computed result of two variables, the second one's values as given, the first one's 9.
-template <class Stats>
-Stats resultOf(const std::vector<Row>& rows) {
-  Stats stats;
-  stats.variableCount = 2;
-  stats.computed = true;
-  stats.factorCount = static_cast<std::int32_t>(rows.size());
-  if constexpr (std::is_same_v<Stats, FastStats>) stats.recordCount = stats.factorCount;
-  for (const Row& row : rows) {
-    std::vector<double> values(row.values.size(), 9.0);
-    values.insert(values.end(), row.values.begin(), row.values.end());
-    stats.records.push_back({row.name, row.kind, std::move(values), row.factors});
-  }
-  return stats;
-}
 
 // Measures 0.1, 0.2, ... with a flag each.
 std::vector<double> regressionValues(double flag) {
@@ -124,7 +102,7 @@ TEST(MeasureBars, findTheSlotsOfSobolTerms) {
 }
 
 TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
-  std::vector<Row> rows;
+  std::vector<MeasureRow> rows;
   for (int i = 0; i < 371; ++i) rows.push_back({std::string(19, 'W'), kUncertain, {0.001 * i}});
   const auto stats = resultOf<ImportanceStats>(rows);
   EXPECT_THAT(wordsOf(stats), ElementsAre("importance", "pies"));
@@ -151,7 +129,7 @@ TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   EXPECT_EQ(first.slices[0].colour, fastSliceColour(1));
   EXPECT_EQ(std::get<PieChart>(figure.charts.at(1)).slices.at(0).colour, fastSliceColour(0));
 
-  std::vector<Row> rows{{"pair", kUncertain, {0.0, 0.0}, {"a", "b"}}};
+  std::vector<MeasureRow> rows{{"pair", kUncertain, {0.0, 0.0}, {"a", "b"}}};
   for (int i = 0; i < 12; ++i) rows.push_back({"x", kUncertain, {i == 3 ? kNan : 1.0 - 0.1 * (i % 6), 0.5 + i}, {"x"}});
   auto sobol = resultOf<SobolStats>(rows);
   sobol.slotMode = SobolStats::kFirstAndTotal;

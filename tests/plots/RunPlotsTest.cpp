@@ -113,15 +113,5 @@ TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
   EXPECT_THAT(cobwebPlot({}, {}).charts, IsEmpty());
 }
 
-TEST(ScatterPlot, holdsThePointsAndTellsOfThoseWithoutANumber) {
-  const RunTable table = tableOf({{1.0, 2.0, kNan}, {10.0, 10.0, 30.0}});
-  const Figure figure = scatterPlot(table.columns[0], table.columns[1], Region{1, 2, 10, 20, {}});
-  const auto& chart = std::get<XyChart>(figure.charts.front());
-  EXPECT_EQ(std::get<Points>(chart.layers[0]).colour, namedColour("Medium Slate Blue"));
-  EXPECT_EQ(chart.x.form, NumberForm::ThreeDecimals);
-  EXPECT_EQ(chart.layers.size(), 2u);
-  EXPECT_EQ(figure.subtitle, "c1 against c0, 3 runs, 1 without a number");
-}
-
 }  // namespace
 }  // namespace tarvex

@@ -11,6 +11,7 @@
 #include "base/TextWriter.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
+#include "postproc/MeasureRows.h"
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
@@ -24,27 +25,6 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 
 std::string expected(const std::string& name) {
   return test::readFile(std::string(TARVEX_TEST_DATA) + "/tables/" + name + ".txt");
-}
-
-struct Row {
-  std::string name;
-  FactorKind kind;
-  std::vector<double> values;
-  std::vector<std::string> factors = {};
-};
-
-// A computed result of two variables; the first one's values are 9.
-template <class Stats>
-Stats resultOf(const std::vector<Row>& rows) {
-  Stats stats;
-  stats.variableCount = 2;
-  stats.computed = true;
-  for (const Row& row : rows) {
-    std::vector<double> values(row.values.size(), 9.0);
-    values.insert(values.end(), row.values.begin(), row.values.end());
-    stats.records.push_back({row.name, row.kind, std::move(values), row.factors});
-  }
-  return stats;
 }
 
 constexpr auto kUncertain = FactorKind::Uncertain;
