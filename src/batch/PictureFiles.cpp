@@ -22,6 +22,12 @@ const char* refusal(PictureKind kind) {
   return kind == PictureKind::Uncertainty ? "I cannot save the file\n" : "I cannot create the file\n";
 }
 
+bool canDraw(std::string& message) {
+  if (hasFont()) return true;
+  message = "This system has no font: no picture can be drawn.";
+  return false;
+}
+
 // Pictures of an analysis on their way into a directory.
 class PictureWriter {
  public:
@@ -122,21 +128,15 @@ bool readColumns(const ProjectConfiguration& project, RunTable& table, std::stri
 
 bool writePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom, PictureKind kind,
                   std::string& message) {
-  if (!hasFont())
-    message = "This system has no font: no picture can be drawn.";
-  else if (!savePicture(path, figure, format, zoom))
-    message = refusal(kind) + path;
-  else
-    return true;
+  if (!canDraw(message)) return false;
+  if (savePicture(path, figure, format, zoom)) return true;
+  message = refusal(kind) + path;
   return false;
 }
 
 bool writePictureFiles(const ProjectConfiguration& project, const std::string& directory, PictureFormat format,
                        HistogramScale scale, std::string& message) {
-  if (!hasFont()) {
-    message = "This system has no font: no picture can be drawn.";
-    return false;
-  }
+  if (!canDraw(message)) return false;
   RunTable table;
   if (!readColumns(project, table, message)) return false;
   const std::vector<std::string>& variables = project.vels.selectedVariables();

@@ -91,7 +91,7 @@ bool makeScatter(const RunSelection& selection, Figure& figure, std::string& mes
   return true;
 }
 
-bool makeHistogram(const PlotOptions& options, const RunSelection& selection, Figure& figure) {
+Figure makeHistogram(const PlotOptions& options, const RunSelection& selection) {
   RunTable kept;
   const RunTable* table = &selection.table;
   if (!selection.filters.empty() || !selection.region.empty()) {
@@ -100,8 +100,7 @@ bool makeHistogram(const PlotOptions& options, const RunSelection& selection, Fi
   }
   std::vector<const RunColumn*> columns;
   for (std::size_t c = 0; c < selection.shown; ++c) columns.push_back(&table->columns[c]);
-  figure = histogramPlot(columns, formOf(options.form), options.logScale ? kLogScale : kLinearScale);
-  return true;
+  return histogramPlot(columns, formOf(options.form), options.logScale ? kLogScale : kLinearScale);
 }
 
 // Without names a histogram shows the outputs where there are any, and all factors of a sample.
@@ -148,7 +147,10 @@ bool readRunSelection(const PlotOptions& options, const ProjectConfiguration& pr
 
 bool makeRunFigure(const PlotOptions& options, const RunSelection& selection, Figure& figure, std::string& message) {
   if (options.kind == "scatter") return makeScatter(selection, figure, message);
-  if (options.kind == "histogram") return makeHistogram(options, selection, figure);
+  if (options.kind == "histogram") {
+    figure = makeHistogram(options, selection);
+    return true;
+  }
   std::vector<RunRange> ranges = selection.filters;
   ranges.insert(ranges.end(), selection.region.begin(), selection.region.end());
   figure = cobwebPlot(selection.table, ranges, options.showDropped);
