@@ -14,6 +14,7 @@ namespace {
 const Colour kBlue = namedColour("Medium Slate Blue");
 
 std::vector<double> numbers(std::size_t count, std::int32_t state) {
+  restoreInitialRandomState();
   std::vector<double> values(count);
   for (double& value : values) value = uniformRandom(state);
   return values;
@@ -91,11 +92,12 @@ CobwebChart cobweb(std::size_t runs, std::size_t axes) {
 
 BarChart bars(std::size_t categories, const std::string& name) {
   BarChart chart{"", {"Value", -1.0, 1.0}, {}, std::vector<std::vector<Bar>>(2)};
-  std::int32_t state = 8;
+  std::vector<double> values = numbers(2 * categories, 8);
   for (std::size_t i = 0; i < categories; ++i) {
     chart.categories.push_back(name.empty() ? "x" + std::to_string(i + 1) : name);
     for (std::vector<Bar>& series : chart.series) {
-      const double value = 2.0 * uniformRandom(state) - 1.0;
+      const double value = 2.0 * values.back() - 1.0;
+      values.pop_back();
       series.push_back({value, formNumber(value, NumberForm::FourDecimals),
                         namedColour(i % 2 == 0 ? "Pale Green" : "Indian Red"), false});
     }
@@ -106,9 +108,9 @@ BarChart bars(std::size_t categories, const std::string& name) {
 
 PieChart pie(std::size_t slices, const std::string& name) {
   PieChart chart{"Total order", {}, "No index above 0"};
-  std::int32_t state = 9;
+  const std::vector<double> values = numbers(slices, 9);
   for (std::size_t i = 0; i < slices; ++i) {
-    const double value = std::pow(uniformRandom(state), 3.0) + 0.001;
+    const double value = std::pow(values[i], 3.0) + 0.001;
     chart.slices.push_back({name.empty() ? "x" + std::to_string(i + 1) : name,
                             formNumber(value, NumberForm::FourDecimals), value, sliceColour(i)});
   }

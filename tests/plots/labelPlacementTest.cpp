@@ -16,6 +16,7 @@ constexpr Rect kBounds{10.0, 20.0, 600.0, 400.0};
 
 // Random marks; the texts are of three to nineteen wide letters.
 std::vector<LabelToPlace> randomLabels(std::size_t count, double width) {
+  restoreInitialRandomState();
   std::int32_t state = 17;
   std::vector<LabelToPlace> labels(count);
   for (LabelToPlace& label : labels) {
