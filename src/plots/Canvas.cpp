@@ -36,7 +36,7 @@ constexpr std::array<Dashes, kLineStyles> kDashes = {{
 // clang-format on
 
 std::uint16_t between(std::uint16_t from, std::uint16_t to, double share) {
-  return static_cast<std::uint16_t>(from + (static_cast<double>(to) - from) * share + 0.5);
+  return static_cast<std::uint16_t>(std::lround(from + (static_cast<double>(to) - from) * share));
 }
 
 }  // namespace

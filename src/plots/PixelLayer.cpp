@@ -126,7 +126,7 @@ void PixelLayer::addDiscs(const std::vector<std::pair<double, double>>& places, 
     const double discs = static_cast<double>(hits[pixel]) / kFull;
     const double opacity =
         discs <= 1.0 ? discs * kSingleDisc : std::min(1.0, kSingleDisc + (1.0 - kSingleDisc) * std::log(discs) / most);
-    cover(pixels_[pixel], ink, static_cast<std::uint32_t>(opacity * kFull + 0.5));
+    cover(pixels_[pixel], ink, static_cast<std::uint32_t>(opacity * kFull));
   }
 }
 
@@ -139,8 +139,7 @@ void PixelLayer::coverSpan(int step, double from, double to, bool steep, std::ui
     const double part = std::min(to, at + 1.0) - std::max(from, static_cast<double>(at));
     const auto row = static_cast<std::size_t>(steep ? step : at);
     const auto column = static_cast<std::size_t>(steep ? at : step);
-    cover(pixels_[row * static_cast<std::size_t>(width_) + column], ink,
-          static_cast<std::uint32_t>(part * alpha + 0.5));
+    cover(pixels_[row * static_cast<std::size_t>(width_) + column], ink, static_cast<std::uint32_t>(part * alpha));
   }
 }
 
