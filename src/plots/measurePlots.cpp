@@ -106,7 +106,7 @@ Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const s
 }
 
 Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName) {
-  constexpr std::size_t kMostWithValues = 20;  // points whose labels have room for their values
+  constexpr std::size_t kMostWithValues = 10;  // points whose labels have room for their values
   const std::vector<std::optional<double>> means = measureColumn(stats, variable, MorrisStats::kMean);
   const std::vector<std::optional<double>> spreads = measureColumn(stats, variable, MorrisStats::kSigma);
   const auto count = static_cast<std::size_t>(
