@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 
 #include "plots/Canvas.h"
@@ -14,9 +15,6 @@ namespace {
 
 constexpr double kMostPixels = 30e6;      // 100 MB; larger layers get a lower resolution
 constexpr double kLongestSide = 32000.0;  // cairo's own limit, rounded down
-// Of noise in files: 170 dots an inch, and the upper five bits of each colour.
-constexpr double kNoisyPixelsPerUnit = 170.0 / 96.0;
-constexpr std::uint32_t kNoisyBits = 0xfff8f8f8;
 constexpr std::uint32_t kFull = 255;
 // Opacity of a single disc where many meet: alone it must still be seen.
 constexpr double kSingleDisc = 0.6;
@@ -88,9 +86,8 @@ void cover(std::uint32_t& pixel, std::uint32_t ink, std::uint32_t alpha) {
 
 }  // namespace
 
-PixelLayer::PixelLayer(Canvas& canvas, const Rect& area, bool noisy) : canvas_(canvas), noisy_(noisy) {
-  const double wanted = canvas.pixelsPerUnit();
-  perUnit_ = resolution(area, noisy && canvas.isVector() ? std::min(wanted, kNoisyPixelsPerUnit) : wanted);
+PixelLayer::PixelLayer(Canvas& canvas, const Rect& area)
+    : canvas_(canvas), perUnit_(resolution(area, canvas.pixelsPerUnit())) {
   // On the pixels of the surface itself, so that none is blurred over two.
   x_ = std::floor(area.x * perUnit_) / perUnit_;
   y_ = std::floor(area.y * perUnit_) / perUnit_;
@@ -130,16 +127,26 @@ void PixelLayer::addDiscs(const std::vector<std::pair<double, double>>& places, 
   }
 }
 
-// The part between two positions of the column (steep: the row) number `step`.
+// The part between two positions of the column (steep: the row) number `step`. In files whole pixels of the ink alone:
+// at print's resolution no edge is seen, and mixed colours, of which each pixel has another, would make files large.
 void PixelLayer::coverSpan(int step, double from, double to, bool steep, std::uint32_t ink, double alpha) {
   const int limit = steep ? width_ : height_;
+  if (canvas_.isVector()) {
+    const double whole = std::max(1.0, std::round(to - from));
+    from = std::round(from + (to - from - whole) / 2.0);
+    to = from + whole - 0.5;
+  }
   const int first = std::max(0, static_cast<int>(std::floor(from)));
   const int last = std::min(limit - 1, static_cast<int>(std::floor(to)));
   for (int at = first; at <= last; ++at) {
-    const double part = std::min(to, at + 1.0) - std::max(from, static_cast<double>(at));
     const auto row = static_cast<std::size_t>(steep ? step : at);
     const auto column = static_cast<std::size_t>(steep ? at : step);
-    cover(pixels_[row * static_cast<std::size_t>(width_) + column], ink, static_cast<std::uint32_t>(part * alpha));
+    std::uint32_t& pixel = pixels_[row * static_cast<std::size_t>(width_) + column];
+    const double part = std::min(to, at + 1.0) - std::max(from, static_cast<double>(at));
+    if (canvas_.isVector())
+      pixel = ink;
+    else
+      cover(pixel, ink, static_cast<std::uint32_t>(part * alpha));
   }
 }
 
@@ -152,6 +159,7 @@ void PixelLayer::addLine(double x0, double y0, double x1, double y1, double widt
   y1 = (y1 - y_) * perUnit_;
   if (!clipLine(all, x0, y0, x1, y1)) return;
   const std::uint32_t ink = inkOf(colour);
+  inks_[ink] = colour;
   const double alpha = opacity * kFull;
   // One step a pixel along the axis on which it goes further, and a span across it.
   const bool steep = std::abs(y1 - y0) > std::abs(x1 - x0);
@@ -179,24 +187,60 @@ void PixelLayer::composeOnWhite() {
     const std::uint32_t alpha = pixel >> 24;
     const std::uint32_t white = kFull - alpha;
     pixel = alpha < kLeastAlpha ? 0 : (pixel + white * 0x010101U) | 0xff000000U;
-    if (noisy_) pixel &= kNoisyBits;
   }
 }
 
 void PixelLayer::paint() {
-  if (canvas_.isVector()) composeOnWhite();
-  cairo_surface_t* image =
-      cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels_.data()), CAIRO_FORMAT_ARGB32, width_,
-                                          height_, static_cast<int>(sizeof(std::uint32_t)) * width_);
+  const SavedState state(canvas_.context());
+  cairo_translate(canvas_.context(), x_, y_);
+  cairo_scale(canvas_.context(), 1.0 / perUnit_, 1.0 / perUnit_);
+  if (inks_.empty() || !canvas_.isVector()) {
+    if (canvas_.isVector()) composeOnWhite();
+    paintImage(pixels_.data(), CAIRO_FORMAT_ARGB32, static_cast<int>(sizeof(std::uint32_t)) * width_);
+    return;
+  }
+  for (const auto& [ink, colour] : inks_) {
+    canvas_.setColour(colour);
+    paintMask(ink);
+  }
+}
+
+// All pixels that are left, in the current colour: a bit each, which files hold tightly and soon. Those of the ink are
+// then done; the others lie above them, so that no white shows between neighbours where the image is shrunk.
+void PixelLayer::paintMask(std::uint32_t ink) {
+  const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A1, width_);
+  std::vector<std::uint32_t> bits(static_cast<std::size_t>(stride) / sizeof(std::uint32_t) *
+                                  static_cast<std::size_t>(height_));
+  constexpr std::size_t kWord = 32;
+  std::uint32_t* pixel = pixels_.data();
+  for (int row = 0; row < height_; ++row) {
+    std::uint32_t* words =
+        bits.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(stride) / sizeof(std::uint32_t);
+    for (std::size_t column = 0; column < static_cast<std::size_t>(width_); ++column, ++pixel) {
+      if (*pixel == 0) continue;
+      const std::size_t bit = column % kWord;
+      words[column / kWord] |= 1U << (std::endian::native == std::endian::little ? bit : kWord - 1 - bit);
+      if (*pixel == ink) *pixel = 0;
+    }
+  }
+  paintImage(bits.data(), CAIRO_FORMAT_A1, stride);
+}
+
+void PixelLayer::paintImage(std::uint32_t* data, int format, int stride) {
+  cairo_surface_t* image = cairo_image_surface_create_for_data(
+      reinterpret_cast<unsigned char*>(data), static_cast<cairo_format_t>(format), width_, height_, stride);
   cairo_t* context = canvas_.context();
-  const SavedState state(context);
-  cairo_translate(context, x_, y_);
-  cairo_scale(context, 1.0 / perUnit_, 1.0 / perUnit_);
-  cairo_set_source_surface(context, image, 0.0, 0.0);
-  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
-  // A rectangle, not the whole page: it bounds the image in a file.
-  cairo_rectangle(context, 0.0, 0.0, width_, height_);
-  cairo_fill(context);
+  cairo_pattern_t* pattern = cairo_pattern_create_for_surface(image);
+  cairo_pattern_set_filter(pattern, CAIRO_FILTER_NEAREST);
+  if (format == CAIRO_FORMAT_A1) {
+    cairo_mask(context, pattern);
+  } else {
+    // A rectangle, not the whole page: it bounds the image in a file.
+    cairo_set_source(context, pattern);
+    cairo_rectangle(context, 0.0, 0.0, width_, height_);
+    cairo_fill(context);
+  }
+  cairo_pattern_destroy(pattern);
   // The file may take the image only at the end of the page, when our pixels are gone: finishing the surface makes it
   // keep a copy.
   cairo_surface_finish(image);

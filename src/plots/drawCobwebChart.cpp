@@ -125,7 +125,7 @@ void CobwebPainter::paintLines() const {
   const double crowd = static_cast<double>(kMostSingleLines) / static_cast<double>(runs());
   const double width = std::clamp(kWidestLine * std::pow(crowd, 0.2), kThinnestLine, kWidestLine);
   const double opacity = std::clamp(std::pow(crowd, 0.3), kLeastOpacity, 1.0);
-  PixelLayer layer(canvas_, plane_.grown(1.0), true);
+  PixelLayer layer(canvas_, plane_.grown(1.0));
   for (std::size_t run = 0; run < runs(); ++run) {
     const Colour colour = colourOf(run);
     for (std::size_t axis = 1; axis < chart_.axes.size(); ++axis) {
