@@ -12,7 +12,7 @@
 #include "app/StartUp.h"
 #include "base/RememberedDirectories.h"
 #include "base/uniformRandom.h"
-#include "batch/Commands.h"
+#include "batch/CommandFixture.h"
 #include "batch/DemoComparison.h"
 #include "batch/ShareDirectory.h"
 #include "postproc/PostProcessorFile.h"
@@ -22,30 +22,19 @@
 namespace tarvex {
 namespace {
 
-class Demo : public testing::Test {
+class Demo : public test::CommandFixture {
  protected:
   void SetUp() override {
+    CommandFixture::SetUp();
     restoreInitialRandomState();
-    RememberedDirectories::forget();
   }
-  void TearDown() override { RememberedDirectories::forget(); }
-  int run(const std::string& name) {
-    std::ostringstream out;
-    std::ostringstream errors;
-    const int status = runBatch({"demo", name}, out, errors, false);
-    out_ = out.str();
-    errors_ = errors.str();
-    return status;
-  }
+  int run(const std::string& name) { return CommandFixture::run({"demo", name}); }
   // The words of the line that begins with `first`, behind it.
   std::istringstream line(const std::string& first) const {
     const std::size_t at = out_.find("\n  " + first + ' ');
     EXPECT_NE(at, std::string::npos) << first << '\n' << out_;
     return std::istringstream(at == std::string::npos ? "" : out_.substr(at + 3 + first.size()));
   }
-
-  test::ScopedCurrentDirectory stay_;
-  std::string out_, errors_;
 };
 
 // Delivered, not repaired: every measure is as exact as the demonstration says.

@@ -1,61 +1,44 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
-#include "base/RememberedDirectories.h"
-#include "batch/Commands.h"
-#include "batch/ConsoleFrontEnd.h"
+#include "batch/CommandFixture.h"
 #include "support/Golden.h"
 #include "support/Processes.h"
-#include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
 namespace tarvex {
 namespace {
 
-using Words = std::vector<std::string>;
+using test::Words;
 
 // A model in a directory with a trying name, called from there, and a sample whose record leads to another directory.
-class ExternalModel : public testing::Test {
+class ExternalModel : public test::CommandFixture {
  protected:
   void SetUp() override {
     std::filesystem::create_directories(case_ + "/elsewhere");
     std::filesystem::current_path(case_ + "/elsewhere");
     ASSERT_TRUE(RememberedDirectories::set(RememberedDirectories::Prep, case_ + "/elsewhere"));
-    ASSERT_EQ(command({"sample", test::goldenPath("ishigami.fac"), "-o", case_ + "/my sample.sam", "--method", "random",
-                       "--runs", "3"}),
+    ASSERT_EQ(CommandFixture::run({"sample", test::goldenPath("ishigami.fac"), "-o", case_ + "/my sample.sam",
+                                   "--method", "random", "--runs", "3"}),
               kSucceeded)
         << errors_;
     RememberedDirectories::forget();
     std::filesystem::current_path(case_);
   }
   void TearDown() override {
-    ConsoleFrontEnd::requestStop(false);
-    RememberedDirectories::forget();
+    CommandFixture::TearDown();
     EXPECT_FALSE(test::hasChildren());
   }
 
-  int command(const Words& words, bool terminal = false) {
-    std::ostringstream out;
-    std::ostringstream errors;
-    const int status = runBatch(words, out, errors, terminal);
-    out_ = out.str();
-    errors_ = errors.str();
-    return status;
-  }
   // Runs the model under relative paths, as a user types them.
   int run(const std::string& commands, bool terminal = false) {
     test::writeScript("model one", commands);
-    return command({"run", "my sample.sam", "-o", "run.spc", "--executable", "model one", "--output", "model.out"},
-                   terminal);
+    return CommandFixture::run(
+        {"run", "my sample.sam", "-o", "run.spc", "--executable", "model one", "--output", "model.out"}, terminal);
   }
 
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
   std::string case_ = directory_.file("my \"case\" 'é'");
-  std::string out_;
-  std::string errors_;
 };
 
 TEST_F(ExternalModel, runsWhereItWasCalledFromAndIsRecordedAsTyped) {
@@ -67,7 +50,7 @@ TEST_F(ExternalModel, runsWhereItWasCalledFromAndIsRecordedAsTyped) {
   const std::string record = test::readFile(case_ + "/run.spc");
   EXPECT_NE(record.find("\nmodel one\n"), std::string::npos);
   EXPECT_NE(record.find("\nmodel.out\n"), std::string::npos);
-  EXPECT_EQ(command({"analyse", case_ + "/run.spc"}), kSucceeded) << errors_;
+  EXPECT_EQ(CommandFixture::run({"analyse", case_ + "/run.spc"}), kSucceeded) << errors_;
 }
 
 TEST_F(ExternalModel, failuresEndWithTheirMessageAndWithoutResults) {
@@ -80,7 +63,7 @@ TEST_F(ExternalModel, failuresEndWithTheirMessageAndWithoutResults) {
   test::writeFile("text", "exit 0\n");
   const auto start = [this](const std::string& executable, const std::string& output) {
     const int status =
-        command({"run", "my sample.sam", "-o", "run.spc", "--executable", executable, "--output", output});
+        CommandFixture::run({"run", "my sample.sam", "-o", "run.spc", "--executable", executable, "--output", output});
     std::filesystem::current_path(case_);
     return status;
   };
@@ -99,7 +82,7 @@ TEST_F(ExternalModel, wrongUsage) {
                              Words{"--model", "m.imd", "--executable", "e", "--output", "o"}}) {
     Words words{"run", "my sample.sam", "-o", "run.spc"};
     words.insert(words.end(), model.begin(), model.end());
-    EXPECT_EQ(command(words), kWrongUsage) << model[0] << model.size();
+    EXPECT_EQ(CommandFixture::run(words), kWrongUsage) << model[0] << model.size();
   }
 }
 

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "base/RememberedDirectories.h"
-#include "batch/Commands.h"
+#include "batch/CommandFixture.h"
 #include "batch/PlotWords.h"
 #include "model/ModelConfiguration.h"
 #include "plots/RunTable.h"
@@ -18,7 +15,7 @@
 namespace tarvex {
 namespace {
 
-using Words = std::vector<std::string>;
+using test::Words;
 
 TEST(PlotWords, listsAreSplitOutsideBracketsOnly) {
   EXPECT_EQ(splitLists({"a, b", "atan2(x, y[1,5]),c,,", ""}), (Words{"a", "b", "atan2(x, y[1,5])", "c"}));
@@ -30,30 +27,14 @@ TEST(PlotWords, listsAreSplitOutsideBracketsOnly) {
   EXPECT_EQ(range.upper, 1000.0);
 }
 
-class PlotCommand : public testing::Test {
+class PlotCommand : public test::CommandFixture {
  protected:
-  void SetUp() override { RememberedDirectories::forget(); }
-  std::string out(const std::string& name) const { return directory_.file(name); }
-
-  // Draws from a golden file into out(name).
-  int plot(const std::string& file, const std::string& name, const Words& options) {
-    Words words{"plot", test::goldenPath(file), "-o", out(name)};
+  // Draws from a golden file into the file of that name.
+  int plot(const std::string& golden, const std::string& name, const Words& options) {
+    Words words{"plot", test::goldenPath(golden), "-o", file(name)};
     words.insert(words.end(), options.begin(), options.end());
     return run(words);
   }
-  int run(const Words& words) {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int status = runBatch(words, output, errors, false);
-    printed_ = output.str();
-    errors_ = errors.str();
-    return status;
-  }
-
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
-  std::string printed_;
-  std::string errors_;
 };
 
 TEST_F(PlotCommand, drawsEveryKind) {
@@ -83,7 +64,7 @@ TEST_F(PlotCommand, drawsEveryKind) {
   for (const auto& c : cases) {
     const std::string name = std::to_string(number++) + ".svg";
     EXPECT_EQ(plot(c.file, name, c.options), kSucceeded) << c.file << ' ' << c.options[1] << errors_;
-    EXPECT_NE(test::readFile(out(name)).find("<svg"), std::string::npos) << c.file << ' ' << c.options[1];
+    EXPECT_NE(test::readFile(file(name)).find("<svg"), std::string::npos) << c.file << ' ' << c.options[1];
   }
 }
 
@@ -93,14 +74,14 @@ TEST_F(PlotCommand, writesEveryFormat) {
       {"svg", "<?xml"}, {"pdf", "%PDF-"}, {"ps", "%!PS-Adobe"}, {"eps", "%!PS-Adobe-3.0 EPSF"}, {"png", "\x89PNG"}};
   for (const auto& [format, magic] : formats) {
     ASSERT_EQ(plot("ishigami.spc", std::string("a.") + format, options), kSucceeded) << errors_;
-    EXPECT_TRUE(test::readFile(out(std::string("a.") + format)).starts_with(magic)) << format;
+    EXPECT_TRUE(test::readFile(file(std::string("a.") + format)).starts_with(magic)) << format;
     Words named = options;
     named.insert(named.end(), {"--format", format, "--width", "300", "--height", "200", "--zoom", "2"});
     ASSERT_EQ(plot("ishigami.spc", "picture", named), kSucceeded) << errors_;
-    EXPECT_TRUE(test::readFile(out("picture")).starts_with(magic)) << format;
+    EXPECT_TRUE(test::readFile(file("picture")).starts_with(magic)) << format;
   }
   // The last one was a PNG: its size stands in the header, big end first.
-  EXPECT_EQ(test::readFile(out("picture")).substr(16, 8), std::string("\0\0\2\x58\0\0\1\x90", 8));
+  EXPECT_EQ(test::readFile(file("picture")).substr(16, 8), std::string("\0\0\2\x58\0\0\1\x90", 8));
 }
 
 // The runs of a saved selection against a count by hand.
@@ -125,15 +106,15 @@ TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
       ASSERT_TRUE(prep.samples.getRow(run, kept.emplace_back(3).data()));
     }
     ASSERT_GT(kept.size(), 5u);
-    Words words{"plot", test::goldenPath("ishigami.spc"), "--save-selection", out("kept.sam")};
+    Words words{"plot", test::goldenPath("ishigami.spc"), "--save-selection", file("kept.sam")};
     if (region)
       words.insert(words.end(), {"--region", std::string("x1=-1:2,y=1:") + upper});
     else
       words.insert(words.end(), {"--filter", "x1=-1:2", "--filter", std::string("y=1:") + upper});
     ASSERT_EQ(run(words), kSucceeded) << errors_;
-    EXPECT_EQ(printed_, "Total samples: 200\nSaved samples: " + std::to_string(kept.size()) + "\n");
+    EXPECT_EQ(out_, "Total samples: 200\nSaved samples: " + std::to_string(kept.size()) + "\n");
     PrepConfiguration saved;
-    ASSERT_TRUE(loadSampleFile(out("kept.sam"), saved, message)) << message;
+    ASSERT_TRUE(loadSampleFile(file("kept.sam"), saved, message)) << message;
     ASSERT_EQ(saved.samples.rows(), static_cast<std::int32_t>(kept.size()));
     for (std::size_t run = 0; run < kept.size(); ++run) {
       double row[3];
@@ -141,10 +122,10 @@ TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
       for (int i = 0; i < 3; ++i) EXPECT_NEAR(row[i], kept[run][i], 1e-9);
     }
   }
-  const Words none{"plot",     test::goldenPath("ishigami.spc"), "--save-selection", out("no/such.sam"), "--filter",
+  const Words none{"plot",     test::goldenPath("ishigami.spc"), "--save-selection", file("no/such.sam"), "--filter",
                    "y=900:901"};
   EXPECT_EQ(run(none), kFailed);
-  EXPECT_EQ(errors_, "  Error writing output file\n " + out("no/such.sam") + "\n");
+  EXPECT_EQ(errors_, "  Error writing output file\n " + file("no/such.sam") + "\n");
 }
 
 TEST_F(PlotCommand, refusals) {
@@ -193,20 +174,20 @@ TEST_F(PlotCommand, analysePutsAllPicturesIntoADirectory) {
     words.insert(words.end(), more.begin(), more.end());
     return run(words);
   };
-  ASSERT_EQ(analyse("times-run.spc", out("new/pictures"), {"-v", "dose[max]", "-v", "rate/2", "--format", "pdf"}),
+  ASSERT_EQ(analyse("times-run.spc", file("new/pictures"), {"-v", "dose[max]", "-v", "rate/2", "--format", "pdf"}),
             kSucceeded)
       << errors_;
   std::size_t found = 0;
   for (const char* name : {"dose_max_-histogram", "dose_max_-cumulative", "dose_max_-src", "dose_max_-cobweb",
                            "rate_2-histogram", "rate_2-srrc", "rate_2-cobweb"})
-    found += test::readFile(out("new/pictures/") + name + ".pdf").starts_with("%PDF-") ? 1 : 0;
+    found += test::readFile(file("new/pictures/") + name + ".pdf").starts_with("%PDF-") ? 1 : 0;
   EXPECT_EQ(found, 7u);
   // Neither a file in a directory's place nor one picture that can't be put into its place leaves others behind.
-  test::writeFile(out("file"), "");
-  EXPECT_EQ(analyse("morris-run.spc", out("file"), {"--sa"}), kFailed);
-  EXPECT_EQ(errors_.rfind("I cannot create the file\n" + out("file/"), 0), 0u) << errors_;
-  EXPECT_EQ(analyse("morris-run.spc", out("file"), {}), kFailed);
-  EXPECT_EQ(errors_.rfind("I cannot save the file\n" + out("file/"), 0), 0u) << errors_;
+  test::writeFile(file("file"), "");
+  EXPECT_EQ(analyse("morris-run.spc", file("file"), {"--sa"}), kFailed);
+  EXPECT_EQ(errors_.rfind("I cannot create the file\n" + file("file/"), 0), 0u) << errors_;
+  EXPECT_EQ(analyse("morris-run.spc", file("file"), {}), kFailed);
+  EXPECT_EQ(errors_.rfind("I cannot save the file\n" + file("file/"), 0), 0u) << errors_;
   EXPECT_EQ(directory_.entries(), (Words{"file", "new"}));
 }
 

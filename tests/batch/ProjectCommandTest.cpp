@@ -1,40 +1,21 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
-#include "base/RememberedDirectories.h"
-#include "batch/Commands.h"
+#include "batch/CommandFixture.h"
 #include "support/Golden.h"
-#include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
 namespace tarvex {
 namespace {
 
-using Words = std::vector<std::string>;
+using test::Words;
 
-class ProjectCommand : public testing::Test {
- protected:
-  void SetUp() override { RememberedDirectories::forget(); }
-
-  int run(const Words& words) {
-    std::ostringstream out;
-    std::ostringstream errors;
-    const int status = runBatch(words, out, errors, false);
-    output_ = out.str() + errors.str();
-    return status;
-  }
-  std::string file(const std::string& name) const { return directory_.file(name); }
-
-  std::string output_;
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
-};
+class ProjectCommand : public test::CommandFixture {};
 
 TEST_F(ProjectCommand, thereAndBackChangesNothing) {
   for (const char* name : {"ishigami.spc", "plant.spc", "unit-order2.spc", "fast-groups.spc", "pair.spc"}) {
-    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << output_;
+    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << errors_;
     ASSERT_EQ(
         run({"project", file("a.psc"), "--results", file("a.spc"), "--sample", file("a.sam"), "-o", file("b.psc")}),
         kSucceeded);
@@ -43,8 +24,8 @@ TEST_F(ProjectCommand, thereAndBackChangesNothing) {
     EXPECT_TRUE(test::readFile(file("a.spc")).starts_with(test::readFile(file("a.sam")))) << name;
   }
   for (const char* name : {"random-none.sam", "fixed.sam", "latin-stein.sam", "random-by-factor.sam"}) {
-    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << output_;
-    ASSERT_EQ(run({"project", file("a.psc"), "--sample", file("a.sam")}), kSucceeded) << output_;
+    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << errors_;
+    ASSERT_EQ(run({"project", file("a.psc"), "--sample", file("a.sam")}), kSucceeded) << errors_;
     EXPECT_TRUE(test::readFile(file("a.sam")) == test::readFile(test::goldenPath(name))) << name;
   }
 }
@@ -75,8 +56,8 @@ TEST_F(ProjectCommand, whatIsRefusedWritesNothing) {
   for (const auto& c : cases) {
     Words words{"project"};
     words.insert(words.end(), c.words.begin(), c.words.end());
-    EXPECT_EQ(run(words), c.status) << c.name << output_;
-    EXPECT_NE(output_.find(c.text), std::string::npos) << c.name << output_;
+    EXPECT_EQ(run(words), c.status) << c.name << errors_;
+    EXPECT_NE(errors_.find(c.text), std::string::npos) << c.name << errors_;
     EXPECT_TRUE(directory_.entries().empty()) << c.name;
   }
 }
@@ -87,7 +68,7 @@ TEST_F(ProjectCommand, writesWhereTheUserStands) {
   text.insert(text.rfind('\n', text.rfind(".sam")), elsewhere.path());  // the directory into which a reader goes
   test::writeFile(file("a.sam"), text);
   std::filesystem::current_path(directory_.path());
-  ASSERT_EQ(run({"project", "a.sam", "-o", "a.psc", "--sample", "b.sam"}), kSucceeded) << output_;
+  ASSERT_EQ(run({"project", "a.sam", "-o", "a.psc", "--sample", "b.sam"}), kSucceeded) << errors_;
   EXPECT_EQ(std::filesystem::current_path(), elsewhere.path());
   EXPECT_EQ(test::readFile(file("b.sam")), text);
   EXPECT_EQ(directory_.entries(), (Words{"a.psc", "a.sam", "b.sam"}));
@@ -97,14 +78,14 @@ TEST_F(ProjectCommand, showsTheSections) {
   ASSERT_EQ(run({"project", test::goldenPath("times.spc"), "-o", file("a.psc")}), kSucceeded);
   std::filesystem::copy_file(file("a.psc"), file("a.other"));
   for (const char* name : {"a.psc", "a.other"}) {
-    ASSERT_EQ(run({"show", file(name)}), kSucceeded) << output_;
+    ASSERT_EQ(run({"show", file(name)}), kSucceeded) << errors_;
     for (const char* text : {"Prep Configuration\nMethod: Latin", "\nModel Configuration\nModel: ",
                              "48 runs of 2 outputs, ", "\nVels Configuration\n", "Sensitivity of dose[max]"})
-      EXPECT_NE(output_.find(text), std::string::npos) << text << '\n' << output_;
+      EXPECT_NE(out_.find(text), std::string::npos) << text << '\n' << out_;
   }
   ASSERT_EQ(run({"project", test::goldenPath("sobol.sam"), "-o", file("b.psc")}), kSucceeded);
   ASSERT_EQ(run({"show", file("b.psc")}), kSucceeded);
-  EXPECT_TRUE(output_.ends_with("\nNo Model Configuration\n\nNo Vels Configuration\n")) << output_;
+  EXPECT_TRUE(out_.ends_with("\nNo Model Configuration\n\nNo Vels Configuration\n")) << errors_;
 }
 
 }  // namespace

@@ -1,35 +1,23 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
 #include "app/StudyReport.h"
 #include "app/sampleChecksum.h"
-#include "base/RememberedDirectories.h"
 #include "base/sampValues.h"
-#include "batch/Commands.h"
+#include "batch/CommandFixture.h"
 #include "plots/Document.h"
 #include "support/Golden.h"
-#include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
 namespace tarvex {
 namespace {
 
-class ReportCommand : public testing::Test {
+class ReportCommand : public test::CommandFixture {
  protected:
-  void SetUp() override { RememberedDirectories::forget(); }
   int report(const std::string& input, const std::string& output) {
-    std::ostringstream printed;
-    std::ostringstream errors;
-    const int status = runBatch({"report", input, "-o", output, "--title", "Reactor <3>"}, printed, errors, false);
-    errors_ = errors.str();
-    return status;
+    return run({"report", input, "-o", output, "--title", "Reactor <3>"});
   }
-
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
-  std::string errors_;
 };
 
 TEST_F(ReportCommand, everyResultOnOnePage) {
@@ -44,15 +32,15 @@ TEST_F(ReportCommand, everyResultOnOnePage) {
       {"fast-groups.spc", {"Group one", "first order"}},
   };
   for (const auto& c : cases) {
-    const std::string page = directory_.file("a.html");
+    const std::string page = file("a.html");
     ASSERT_EQ(report(test::goldenPath(c.input), page), kSucceeded) << c.input << errors_;
     const std::string text = test::readFile(page);
     for (const std::string& part : c.holds) EXPECT_NE(text.find(part), std::string::npos) << c.input << ": " << part;
     EXPECT_NE(text.find("<img "), std::string::npos) << c.input;
     EXPECT_EQ(text.find("http://"), std::string::npos) << "a page needs nothing but itself";
   }
-  ASSERT_EQ(report(test::goldenPath("plant.spc"), directory_.file("a.pdf")), kSucceeded) << errors_;
-  EXPECT_EQ(test::readFile(directory_.file("a.pdf")).substr(0, 5), "%PDF-");
+  ASSERT_EQ(report(test::goldenPath("plant.spc"), file("a.pdf")), kSucceeded) << errors_;
+  EXPECT_EQ(test::readFile(file("a.pdf")).substr(0, 5), "%PDF-");
 }
 
 TEST_F(ReportCommand, refusalsLeaveTheOldReport) {
@@ -66,12 +54,12 @@ TEST_F(ReportCommand, refusalsLeaveTheOldReport) {
       {"plant.spc", "a.txt", ".html or a .pdf"},
       {"plant.spc", "none/a.html", "I cannot create the file"},
   };
-  test::writeFile(directory_.file("a.html"), "old");
+  test::writeFile(file("a.html"), "old");
   for (const auto& c : cases) {
-    EXPECT_EQ(report(test::goldenPath(c.input), directory_.file(c.output)), kFailed) << c.output;
+    EXPECT_EQ(report(test::goldenPath(c.input), file(c.output)), kFailed) << c.output;
     EXPECT_NE(errors_.find(c.message), std::string::npos) << errors_;
   }
-  EXPECT_EQ(test::readFile(directory_.file("a.html")), "old");
+  EXPECT_EQ(test::readFile(file("a.html")), "old");
   EXPECT_EQ(directory_.entries(), std::vector<std::string>{"a.html"});
 }
 
