@@ -212,12 +212,12 @@ class Killed : public OfficeApplication {
   [[nodiscard]] bool recalculate() override {
     const std::vector<int> processes = test::processesOf(program_, place_);
     EXPECT_EQ(processes.size(), 1u) << program_;
-    for (const auto& entry : std::filesystem::directory_iterator("/tmp"))
-      if (entry.path().filename().string().starts_with("OSL_PIPE_")) pipes_.push_back(entry.path());
+    for (const std::filesystem::path& pipe : pipesNow())
+      if (std::ranges::find(before_, pipe) == before_.end()) pipes_.push_back(pipe);
     for (const int process : processes) ::kill(process, SIGKILL);
     return OfficeApplication::recalculate();
   }
-  // Whether all pipes that were there are gone; those of other instances may take their time.
+  // Whether all pipes that came are gone; those of other instances may take their time.
   bool pipesAreGone() const {
     for (int i = 0; i < 200; ++i) {
       if (std::ranges::none_of(pipes_, [](const auto& pipe) { return std::filesystem::exists(pipe); })) return true;
@@ -227,8 +227,16 @@ class Killed : public OfficeApplication {
   }
 
  private:
+  static std::vector<std::filesystem::path> pipesNow() {
+    std::vector<std::filesystem::path> pipes;
+    for (const auto& entry : std::filesystem::directory_iterator("/tmp"))
+      if (entry.path().filename().string().starts_with("OSL_PIPE_")) pipes.push_back(entry.path());
+    return pipes;
+  }
+
   std::string program_;
   std::string place_;
+  std::vector<std::filesystem::path> before_ = pipesNow();
   std::vector<std::filesystem::path> pipes_;
 };
 
