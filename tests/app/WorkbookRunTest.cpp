@@ -32,7 +32,7 @@ class WorkbookRun : public testing::Test {
     model.setExternal("Excel Application", workbook_, 1);
     model.kind = kExternalExecutable;
     controller_.project.setModel(std::move(model));
-    controller_.makeSpreadsheetApplication = [this](std::function<bool()> serve) {
+    controller_.makeSpreadsheetApplication = [this](const std::function<bool()>& serve) {
       auto application = std::make_unique<test::ScriptedApplication>();
       application->sheets = {{"Outputs", {{{0, 0}, "y"}, {{1, 0}, 1.0}, {{2, 0}, 2.0}, {{3, 0}, 3.0}}}};
       application->failing = failing_;
