@@ -23,6 +23,8 @@ constexpr std::size_t kLongestNumber = 1024 * 1024;  // no sensible number is lo
 constexpr std::size_t kLargestPipe = 1024UL << 20;   // a pipe's size isn't known, so its text is held whole
 constexpr std::size_t kNumberTail = 16;              // a number this near to the end of the look may go on behind it
 constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kShown = 40;  // characters of what was found instead
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool isSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
@@ -40,17 +42,36 @@ std::size_t saturatedSum(std::size_t a, std::size_t b) {
   return a > kNoLimit - b ? kNoLimit : a + b;
 }
 
+std::int64_t lineEnds(std::string_view text) {
+  std::int64_t count = 0;
+  for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) ++count;
+  return count;
+}
+
+// What stands at the start of `text`, fit to be shown in a message.
+std::string shown(std::string_view text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  std::string result = "'";
+  for (const char c : line.substr(0, kShown)) result += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+  while (result.size() > 1 && result.back() == ' ') result.pop_back();
+  if (result.size() == 1) return "an empty line";
+  return result + (line.size() > kShown ? "...'" : "'");
+}
+
 }  // namespace
 
 TextReader TextReader::fromFile(const std::string& path) {
   TextReader reader;
+  reader.name_ = path;
   reader.open(existingPath(path));
+  reader.skipByteOrderMark();
   return reader;
 }
 
 TextReader TextReader::fromText(std::string text) {
   TextReader reader;
   reader.buffer_ = std::move(text);
+  reader.skipByteOrderMark();
   return reader;
 }
 
@@ -70,15 +91,78 @@ TextReader& TextReader::operator=(TextReader&& other) noexcept {
   unread_ = std::exchange(other.unread_, 0);
   fd_ = std::exchange(other.fd_, -1);
   failed_ = std::exchange(other.failed_, true);
+  name_ = std::exchange(other.name_, {});
+  problem_ = std::exchange(other.problem_, {});
+  problemLine_ = std::exchange(other.problemLine_, 0);
+  linesDropped_ = std::exchange(other.linesDropped_, 0);
+  stepStart_ = std::exchange(other.stepStart_, 0);
+  expected_ = std::exchange(other.expected_, nullptr);
+  stepReads_ = std::exchange(other.stepReads_, "");
   return *this;
 }
 
-void TextReader::open(const std::string& path) {
+void TextReader::skipByteOrderMark() {
+  if (!failed_ && fill(kByteOrderMark.size()) && buffer_.starts_with(kByteOrderMark)) position_ = kByteOrderMark.size();
+}
+
+TextReader& TextReader::expect(const char* what) {
+  expected_ = what;
+  return *this;
+}
+
+void TextReader::begin(const char* usual) {
+  stepStart_ = position_;
+  stepReads_ = expected_ != nullptr ? expected_ : usual;
+  expected_ = nullptr;
+}
+
+bool TextReader::failStep() {
+  if (failed_) return false;
+  const std::string_view found = std::string_view(buffer_).substr(stepStart_);
+  return refuse("expected " + std::string(stepReads_) + ", found " +
+                (found.empty() ? "the end of the file" : shown(found)));
+}
+
+bool TextReader::failSystem(int error) {
+  if (!failed_) problem_ = std::strerror(error);
   failed_ = true;
+  return false;
+}
+
+bool TextReader::refuse(const std::string& reason) {
+  if (!failed_) {
+    problem_ = reason;
+    problemLine_ = line();
+  }
+  failed_ = true;
+  return false;
+}
+
+std::int64_t TextReader::line() const {
+  return 1 + linesDropped_ + lineEnds(std::string_view(buffer_).substr(0, stepStart_));
+}
+
+std::string TextReader::problem() const {
+  const std::string_view found = std::string_view(buffer_).substr(std::min(stepStart_, buffer_.size()));
+  const std::string reason = failed_ ? problem_ : "not expected here: " + shown(found);
+  const std::int64_t at = failed_ ? problemLine_ : line();
+  const std::string number = at > 0 ? std::to_string(at) : "";
+  if (name_.empty()) return at > 0 ? "line " + number + ": " + reason : reason;
+  return name_ + (at > 0 ? ":" + number : "") + ": " + reason;
+}
+
+std::string withProblem(const std::string& message, const TextReader& in) {
+  return message + '\n' + in.problem();
+}
+
+void TextReader::open(const std::string& path) {
   fd_ = SystemCalls::current().open(path.c_str(), O_RDONLY, 0);
   struct stat status {};
-  if (fd_ < 0 || ::fstat(fd_, &status) != 0 || S_ISDIR(status.st_mode)) return closeFile();
-  failed_ = false;
+  const bool known = fd_ >= 0 && ::fstat(fd_, &status) == 0;
+  if (!known || S_ISDIR(status.st_mode)) {
+    failSystem(known ? EISDIR : errno);
+    return closeFile();
+  }
   if (S_ISREG(status.st_mode))
     unread_ = static_cast<std::uint64_t>(status.st_size);
   else
@@ -91,7 +175,7 @@ void TextReader::readWhole(std::size_t limit) {
     if (!appendBlock(kBlock)) return;
   closeFile();
   buffer_.clear();
-  failed_ = true;
+  failSystem(EFBIG);
 }
 
 void TextReader::closeFile() {
@@ -108,7 +192,7 @@ bool TextReader::appendBlock(std::size_t size) {
   while (got < 0 && errno == EINTR);
   buffer_.resize(old + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
   if (got <= 0) {
-    failed_ = failed_ || got < 0;
+    if (got < 0) failSystem(errno);
     closeFile();
     return false;
   }
@@ -119,8 +203,13 @@ bool TextReader::appendBlock(std::size_t size) {
 bool TextReader::fill(std::size_t wanted) {
   if (available() >= wanted) return true;
   if (fd_ < 0) return false;
-  buffer_.erase(0, position_);
-  position_ = 0;
+  // The step in progress keeps its start, for the description of its failure.
+  const std::size_t dropped = std::min(stepStart_, position_);
+  linesDropped_ += lineEnds(std::string_view(buffer_).substr(0, dropped));
+  buffer_.erase(0, dropped);
+  position_ -= dropped;
+  stepStart_ -= dropped;
+  wanted += position_;
   while (buffer_.size() < wanted) {
     // A small file gets a small buffer; the byte more finds its end.
     const auto rest = static_cast<std::size_t>(std::min<std::uint64_t>(unread_ + 1, kBlock));
@@ -132,14 +221,16 @@ bool TextReader::fill(std::size_t wanted) {
 void TextReader::skipSpace() {
   do {
     while (position_ < buffer_.size() && isSpace(buffer_[position_])) ++position_;
+    stepStart_ = position_;
   } while (position_ == buffer_.size() && fill(1));
 }
 
 // parse(text, value) gives the bytes taken from the start of `text`, 0 for none.
 template <class Number, class Parse>
-TextReader& TextReader::readNumber(Number& value, Parse parse) {
+TextReader& TextReader::readNumber(Number& value, const char* usual, Parse parse) {
   if (failed_) return *this;
   skipSpace();
+  begin(usual);
   std::size_t wanted = kUsualNumber;
   for (;;) {
     const bool more = fill(wanted);
@@ -149,11 +240,11 @@ TextReader& TextReader::readNumber(Number& value, Parse parse) {
     if (more && (taken == 0 || text.size() - taken < kNumberTail) && isUnfinishedNumber(text)) {
       wanted = 2 * text.size();
       if (wanted <= kLongestNumber) continue;
-      failed_ = true;
+      failStep();
       return *this;
     }
     if (taken == 0) {
-      failed_ = true;
+      failStep();
     } else {
       position_ += taken;
       value = parsed;
@@ -164,7 +255,7 @@ TextReader& TextReader::readNumber(Number& value, Parse parse) {
 
 template <class Integer>
 TextReader& TextReader::readInteger(Integer& value) {
-  return readNumber(value, [](std::string_view text, Integer& parsed) -> std::size_t {
+  return readNumber(value, "a whole number", [](std::string_view text, Integer& parsed) -> std::size_t {
     const char* const begin = text.data();
     const char* const end = begin + text.size();
     const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
@@ -183,10 +274,10 @@ TextReader& TextReader::operator>>(std::int64_t& value) {
   return readInteger(value);
 }
 TextReader& TextReader::operator>>(double& value) {
-  return readNumber(value, [](std::string_view text, double& parsed) { return parseNumber(text, parsed); });
+  return readNumber(value, "a number", [](std::string_view text, double& parsed) { return parseNumber(text, parsed); });
 }
 TextReader& TextReader::operator>>(float& value) {
-  return readNumber(value, [](std::string_view text, float& parsed) { return parseNumber(text, parsed); });
+  return readNumber(value, "a number", [](std::string_view text, float& parsed) { return parseNumber(text, parsed); });
 }
 
 TextReader::Line TextReader::findLineEnd(std::size_t limit) {
@@ -208,14 +299,17 @@ std::string_view TextReader::lineText(const Line& line) const {
   return text;
 }
 
+bool TextReader::refuseLongLine(std::size_t maxChars) {
+  return refuse("a line of more than " + std::to_string(maxChars) + " characters");
+}
+
 bool TextReader::readLine(std::string& line, std::size_t maxChars) {
   if (failed_) return false;
+  begin("a line");
   const Line found = findLineEnd(saturatedSum(maxChars, 2));
+  if (failed_ || (found.length == 0 && !found.ended)) return failStep();
   const std::string_view text = lineText(found);
-  if (failed_ || (found.length == 0 && !found.ended) || text.size() > maxChars) {
-    failed_ = true;
-    return false;
-  }
+  if (text.size() > maxChars) return refuseLongLine(maxChars);
   line.assign(text);
   position_ += found.length + (found.ended ? 1 : 0);
   return true;
@@ -223,11 +317,9 @@ bool TextReader::readLine(std::string& line, std::size_t maxChars) {
 
 bool TextReader::readLineCut(std::string& line, std::size_t keep) {
   if (failed_) return false;
+  begin("a line");
   const Line found = findLineEnd(saturatedSum(keep, 2));
-  if (failed_ || (found.length == 0 && !found.ended)) {
-    failed_ = true;
-    return false;
-  }
+  if (failed_ || (found.length == 0 && !found.ended)) return failStep();
   line.assign(lineText(found).substr(0, keep));
   position_ += found.length;
   skipLine();
@@ -236,6 +328,7 @@ bool TextReader::readLineCut(std::string& line, std::size_t keep) {
 
 void TextReader::skipLine() {
   while (!failed_) {
+    begin("a line");
     const Line found = findLineEnd(std::max<std::size_t>(available(), 1));
     position_ += found.length + (found.ended ? 1 : 0);
     if (found.ended || !fill(1)) return;
@@ -244,8 +337,9 @@ void TextReader::skipLine() {
 
 void TextReader::readLinePart(std::string* line, std::size_t maxChars) {
   if (failed_) return;
+  begin("a line");
   const Line found = findLineEnd(saturatedSum(maxChars, 2));
-  if (line != nullptr && found.length == 0 && !found.ended) failed_ = true;
+  if (line != nullptr && found.length == 0 && !found.ended) failStep();
   if (failed_) return;
   const std::string_view text = lineText(found);
   const bool whole = text.size() <= maxChars;
@@ -254,13 +348,14 @@ void TextReader::readLinePart(std::string* line, std::size_t maxChars) {
 }
 
 bool TextReader::skipPast(char stop, std::size_t maxChars) {
+  if (failed_) return false;
+  begin("the rest of a section");
   for (std::size_t passed = 0; !failed_ && fill(1); ++passed) {
     const char c = buffer_[position_++];
     if (c == stop) return true;
     if (passed == maxChars) break;
   }
-  failed_ = true;
-  return false;
+  return failStep();
 }
 
 std::string_view TextReader::peekLine(std::size_t maxChars) {
@@ -279,8 +374,10 @@ std::uint64_t TextReader::remaining() const {
 
 bool TextReader::checkCount(std::int64_t count, std::uint64_t bytesEach) {
   if (failed_) return false;
-  if (count < 0 || (bytesEach > 0 && static_cast<std::uint64_t>(count) > remaining() / bytesEach)) failed_ = true;
-  return !failed_;
+  if (count < 0) return refuse("a count of " + std::to_string(count));
+  if (bytesEach > 0 && static_cast<std::uint64_t>(count) > remaining() / bytesEach)
+    return refuse("a count of " + std::to_string(count) + ", more than the rest of the file holds");
+  return true;
 }
 
 }  // namespace tarvex

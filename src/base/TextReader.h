@@ -10,8 +10,12 @@ namespace tarvex {
 // Reads the text files of the system by the stream rules that the formats were made for. The fail state is sticky: once
 // a step has failed every later step fails and leaves its argument alone; callers test it after each step.
 //
+// The first failure is described: file, line, what stood there and what was expected. A reader's caller shows that
+// under the message of its layer.
+//
 // Numeric steps skip white space first and stop at the first character that doesn't fit. A line ends at LF, a CR before
-// it is dropped, and a last line without LF is complete. `inf` and `nan` count as numbers, with a sign too.
+// it is dropped, and a last line without LF is complete. `inf` and `nan` count as numbers, with a sign too. A byte
+// order mark at the start of the text is skipped.
 class TextReader {
  public:
   // A path that doesn't exist as it stands is tried with '/' for '\'. A file that can't be opened or read, a directory
@@ -24,7 +28,20 @@ class TextReader {
 
   bool ok() const { return !failed_; }
   bool fail() const { return failed_; }
-  void setFail() { failed_ = true; }
+
+  void setFail() { refuse("not what was expected here"); }
+
+  // Says what the next step reads ("the number of runs"), for the description of its failure. Holds for that step
+  // alone.
+  TextReader& expect(const char* what);
+  // Fails because of what the last step read. `reason` says the rule and the value ("the number of runs must be at
+  // least 1, not -3"). Always false; an earlier failure keeps its own description.
+  bool refuse(const std::string& reason);
+  // "flood.fac:26: expected the mean, found 'abc'"; for a text without a file "line 26: ..."; for a file that the
+  // system doesn't give "flood.fac: Permission denied". While ok() it says that line and text weren't expected there.
+  std::string problem() const;
+  // The line, counted from 1, on which the last step began.
+  std::int64_t line() const;
 
   // `>>` of the formats. A value outside the type's range fails.
   TextReader& operator>>(std::int32_t& value);
@@ -67,6 +84,11 @@ class TextReader {
   TextReader() = default;
   void open(const std::string& path);
   void readWhole(std::size_t limit);
+  void skipByteOrderMark();
+  void begin(const char* usual);  // a step begins here; `usual` says what it reads unless expect() was called
+  bool failStep();                // the step begun last failed; always false
+  bool failSystem(int error);     // the system gave no more; always false
+  bool refuseLongLine(std::size_t maxChars);
   void closeFile();
   std::size_t available() const { return buffer_.size() - position_; }
   bool fill(std::size_t wanted);  // makes `wanted` bytes available from position_ if the source has them
@@ -75,7 +97,7 @@ class TextReader {
   Line findLineEnd(std::size_t limit);
   std::string_view lineText(const Line& line) const;
   template <class Number, class Parse>
-  TextReader& readNumber(Number& value, Parse parse);
+  TextReader& readNumber(Number& value, const char* usual, Parse parse);
   template <class Integer>
   TextReader& readInteger(Integer& value);
 
@@ -84,6 +106,17 @@ class TextReader {
   std::uint64_t unread_ = 0;  // bytes of the file behind the buffer
   int fd_ = -1;
   bool failed_ = false;
+
+  std::string name_;               // of the file as the caller gave it; empty for a text
+  std::string problem_;            // of the first failure, without name and line
+  std::int64_t problemLine_ = 0;   // 0: the failure has no line
+  std::int64_t linesDropped_ = 0;  // LFs before buffer_
+  std::size_t stepStart_ = 0;      // in buffer_, of the step begun last
+  const char* expected_ = nullptr;
+  const char* stepReads_ = "";
 };
+
+// `message` with, on the line below it, what made `in` fail: how every file that is refused is told.
+std::string withProblem(const std::string& message, const TextReader& in);
 
 }  // namespace tarvex

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <charconv>
 #include <climits>
+#include <cstring>
 #include <utility>
 
 #include "base/NumberText.h"
@@ -72,7 +73,7 @@ std::string temporaryName(const std::string& target, int number) {
 
 TextWriter::TextWriter() = default;
 
-TextWriter::TextWriter(const std::string& path) {
+TextWriter::TextWriter(const std::string& path) : name_(path) {
   const Target target = findTarget(path);
   target_ = target.path;
   error_ = target.error;
@@ -129,6 +130,11 @@ int TextWriter::setPrecision(int digits) {
 
 void TextWriter::setError(int error) {
   if (error_ == 0) error_ = error;
+}
+
+std::string TextWriter::problem() const {
+  const std::string reason = std::strerror(error_);
+  return name_.empty() ? reason : name_ + ": " + reason;
 }
 
 void TextWriter::flush() {

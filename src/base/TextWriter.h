@@ -37,6 +37,8 @@ class TextWriter {
   [[nodiscard]] bool ok() const { return error_ == 0; }
   // The errno of the first failure; 0 when there was none.
   int error() const { return error_; }
+  // "results/a.sam: No space left on device", once not ok(): what stands under the message of whoever writes.
+  std::string problem() const;
   // Makes the writer fail with `error`, an errno: for a source of the text that can't deliver it.
   void setError(int error);
 
@@ -53,6 +55,7 @@ class TextWriter {
   void discard();
 
   std::string buffer_;
+  std::string name_;       // of the target as the caller gave it
   std::string target_;     // empty: in memory
   std::string temporary_;  // empty: written in place (the target is no regular file)
   int fd_ = -1;

@@ -36,6 +36,47 @@ TEST(TextReader, RangesOfTheTypes) {
   expectNumber<float>("1e39", false, 0);
 }
 
+TEST(TextReader, SaysWhatMadeItFail) {
+  TextReader number = TextReader::fromText(
+      "\xEF\xBB\xBF"
+      "1\n\n  abc\tdef  \r\n4");
+  std::int32_t value = 0;
+  number.expect("the number of runs") >> value;
+  number.expect("the number of factors") >> value >> value;
+  EXPECT_EQ(number.problem(), "line 3: expected the number of factors, found 'abc def'");
+  EXPECT_FALSE(number.refuse("another reason"));
+  EXPECT_EQ(number.problem(), "line 3: expected the number of factors, found 'abc def'");
+
+  TextReader end = TextReader::fromText("1\n2\n");
+  end >> value >> value >> value;
+  EXPECT_EQ(end.problem(), "line 3: expected a whole number, found the end of the file");
+
+  TextReader refused = TextReader::fromText("5\n-3\n7\n");
+  refused >> value >> value;
+  EXPECT_FALSE(refused.atEnd());
+  EXPECT_FALSE(refused.refuse("at least 1 run is needed, not -3"));
+  EXPECT_EQ(refused.problem(), "line 2: at least 1 run is needed, not -3");
+
+  std::string line;
+  TextReader longLine = TextReader::fromText("a\n" + std::string(50, 'b') + "\n");
+  longLine.readLine(line, 10);
+  longLine.readLine(line, 10);
+  EXPECT_EQ(longLine.problem(), "line 2: a line of more than 10 characters");
+
+  EXPECT_EQ(TextReader::fromFile("/nowhere/x.fac").problem(), "/nowhere/x.fac: No such file or directory");
+  EXPECT_EQ(TextReader::fromFile("/tmp").problem(), "/tmp: Is a directory");
+
+  // Behind more than one block of the buffer.
+  const TempDirectory directory;
+  const std::string path = directory.file("long.txt");
+  std::string text;
+  for (int i = 0; i < 200000; ++i) text += "12345\n";
+  writeFile(path, text + "x\n");
+  TextReader large = TextReader::fromFile(path);
+  while (large.ok()) large >> value;
+  EXPECT_EQ(large.problem(), path + ":200001: expected a whole number, found 'x'");
+}
+
 TEST(TextReader, FailsForGoodAndLeavesArgumentsAlone) {
   TextReader in = TextReader::fromText("t\n=1 x 2\nline\n");
   std::int32_t a = 0;
