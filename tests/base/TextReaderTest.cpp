@@ -67,11 +67,11 @@ TEST(TextReader, SaysWhatMadeItFail) {
   EXPECT_EQ(TextReader::fromFile("/tmp").problem(), "/tmp: Is a directory");
 
   // Behind more than one block of the buffer.
-  const TempDirectory directory;
+  const test::TempDirectory directory;
   const std::string path = directory.file("long.txt");
   std::string text;
   for (int i = 0; i < 200000; ++i) text += "12345\n";
-  writeFile(path, text + "x\n");
+  test::writeFile(path, text + "x\n");
   TextReader large = TextReader::fromFile(path);
   while (large.ok()) large >> value;
   EXPECT_EQ(large.problem(), path + ":200001: expected a whole number, found 'x'");
