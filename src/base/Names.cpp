@@ -19,7 +19,7 @@ bool isForbiddenAtNameStart(char c) {
 bool isValidName(std::string_view name) {
   if (name.empty() || isForbiddenAtNameStart(name.front())) return false;
   for (const char c : name)
-    if (isForbiddenInName(c)) return false;
+    if (isForbiddenInName(c) || c < ' ' || c == '\x7f') return false;
   return true;
 }
 

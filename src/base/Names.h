@@ -8,7 +8,7 @@ namespace tarvex {
 // count as forbidden too, so names are ASCII.
 bool isForbiddenInName(char c);
 bool isForbiddenAtNameStart(char c);
-// Not empty, a good first character, no forbidden one.
+// Not empty, a good first character, no forbidden one and no control character: one word on one line.
 bool isValidName(std::string_view name);
 // The first white-space-delimited word of a line.
 std::string_view firstWord(std::string_view line);

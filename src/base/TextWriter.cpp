@@ -132,9 +132,19 @@ void TextWriter::setError(int error) {
   if (error_ == 0) error_ = error;
 }
 
+bool TextWriter::refuse(const std::string& reason) {
+  if (error_ == 0) refusal_ = reason;
+  setError(EINVAL);
+  return false;
+}
+
 std::string TextWriter::problem() const {
-  const std::string reason = std::strerror(error_);
+  const std::string reason = refusal_.empty() ? std::strerror(error_) : refusal_;
   return name_.empty() ? reason : name_ + ": " + reason;
+}
+
+std::string withProblem(const std::string& message, const TextWriter& out) {
+  return message + '\n' + out.problem();
 }
 
 void TextWriter::flush() {

@@ -41,6 +41,9 @@ class TextWriter {
   std::string problem() const;
   // Makes the writer fail with `error`, an errno: for a source of the text that can't deliver it.
   void setError(int error);
+  // Makes the writer fail because of what it was to write: `reason` says the rule and the value ("the note holds a line
+  // end"). Always false; an earlier failure keeps its own description.
+  bool refuse(const std::string& reason);
 
   // Flushes to disk and moves the text into the target's place. False on any failure so far or now: the temporary file
   // is then removed and the old file stands. Nothing may be written afterwards. In memory: ok().
@@ -58,10 +61,14 @@ class TextWriter {
   std::string name_;       // of the target as the caller gave it
   std::string target_;     // empty: in memory
   std::string temporary_;  // empty: written in place (the target is no regular file)
+  std::string refusal_;    // of refuse()
   int fd_ = -1;
   int error_ = 0;
   int precision_ = 6;
 };
+
+// `message` with, on the line below it, what made `out` fail: how every file that can't be written is told.
+std::string withProblem(const std::string& message, const TextWriter& out);
 
 // True when a writer on `path` could put a file there now: the directory takes a new file and an existing file may be
 // written. Nothing is changed.
