@@ -14,6 +14,7 @@
 #include "base/NumberText.h"
 #include "base/Paths.h"
 #include "base/SystemCalls.h"
+#include "base/Temporaries.h"
 
 namespace tarvex {
 namespace {
@@ -22,7 +23,6 @@ constexpr std::size_t kBlock = 256 * 1024;  // written at once
 constexpr mode_t kNewFileMode = 0666;       // before the user's mask
 constexpr mode_t kModeBits = 07777;
 constexpr int kMostLinks = 40;  // followed, as the kernel does
-constexpr int kMostNames = 1000;
 
 struct Target {
   std::string path;  // where the file itself stands, links followed
@@ -65,8 +65,20 @@ Target findTarget(const std::string& path) {
   return target;
 }
 
-std::string temporaryName(const std::string& target, int number) {
-  return directoryOf(target) + ".tarvex-" + std::to_string(::getpid()) + '-' + std::to_string(number) + ".tmp";
+// Opens what can't be replaced. A fifo that nobody reads would hold the program for ever: it is waited for its reader,
+// which may have been started a moment later, and refused then.
+int openInPlace(const std::string& path) {
+  constexpr int kTries = 100;
+  constexpr useconds_t kSlice = 10'000;
+  SystemCalls& calls = SystemCalls::current();
+  int fd = -1;
+  for (int i = 0; i < kTries && fd < 0; ++i) {
+    if (i > 0) ::usleep(kSlice);
+    fd = calls.open(path.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_CLOEXEC, 0);
+    if (fd < 0 && errno != ENXIO) return fd;
+  }
+  if (fd >= 0) static_cast<void>(::fcntl(fd, F_SETFL, O_APPEND) == 0);  // from now on it may wait
+  return fd;
 }
 
 }  // namespace
@@ -79,22 +91,14 @@ TextWriter::TextWriter(const std::string& path) : name_(path) {
   error_ = target.error;
   if (error_ == 0 && target.exists && ::access(target_.c_str(), W_OK) != 0) error_ = errno;
   if (error_ != 0) return;
-  SystemCalls& calls = SystemCalls::current();
   if (target.inPlace) {
-    fd_ = calls.open(target_.c_str(), O_WRONLY | O_APPEND, 0);
+    fd_ = openInPlace(target_);
   } else {
-    static int lastNumber = 0;
-    for (int i = 0; i < kMostNames && fd_ < 0; ++i) {
-      temporary_ = temporaryName(target_, ++lastNumber);
-      fd_ = calls.open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL, target.mode);
-      if (fd_ < 0 && errno != EEXIST) break;
-    }
+    fd_ = Temporaries::createFile(directoryOf(target_), target.mode, temporary_);
     // The user's mask may have narrowed the mode. Where a file system keeps no modes the narrower one stands.
     if (fd_ >= 0 && target.exists) static_cast<void>(::fchmod(fd_, target.mode) == 0);
   }
-  if (fd_ >= 0) return;
-  error_ = errno;
-  temporary_.clear();
+  if (fd_ < 0) error_ = errno;
 }
 
 TextWriter::~TextWriter() {
@@ -170,7 +174,7 @@ bool TextWriter::commit() {
   if (fd_ >= 0 && calls.close(std::exchange(fd_, -1)) != 0 && errno != EINTR) setError(errno);
   if (ok() && !temporary_.empty()) {
     if (calls.rename(temporary_.c_str(), target_.c_str()) == 0)
-      temporary_.clear();
+      Temporaries::forget(std::exchange(temporary_, {}));
     else
       setError(errno);
   }
@@ -181,15 +185,17 @@ bool TextWriter::commit() {
 void TextWriter::discard() {
   SystemCalls& calls = SystemCalls::current();
   if (fd_ >= 0) calls.close(std::exchange(fd_, -1));
-  if (!temporary_.empty()) calls.unlink(temporary_.c_str());
-  temporary_.clear();
+  if (temporary_.empty()) return;
+  calls.unlink(temporary_.c_str());
+  Temporaries::forget(std::exchange(temporary_, {}));
 }
 
-bool canWriteFile(const std::string& path) {
+std::string whyNotWritable(const std::string& path) {
   const Target target = findTarget(path);
-  if (target.error != 0) return false;
-  if (target.exists && ::access(target.path.c_str(), W_OK) != 0) return false;
-  return target.inPlace || ::access(directoryOf(target.path).c_str(), W_OK | X_OK) == 0;
+  int error = target.error;
+  if (error == 0 && target.exists && ::access(target.path.c_str(), W_OK) != 0) error = errno;
+  if (error == 0 && !target.inPlace && ::access(directoryOf(target.path).c_str(), W_OK | X_OK) != 0) error = errno;
+  return error == 0 ? "" : path + ": " + std::strerror(error);
 }
 
 }  // namespace tarvex

@@ -70,8 +70,11 @@ class TextWriter {
 // `message` with, on the line below it, what made `out` fail: how every file that can't be written is told.
 std::string withProblem(const std::string& message, const TextWriter& out);
 
-// True when a writer on `path` could put a file there now: the directory takes a new file and an existing file may be
-// written. Nothing is changed.
-bool canWriteFile(const std::string& path);
+// Why a writer on `path` couldn't put a file there now ("a.sam: Permission denied"); empty when the directory takes a
+// new file and an existing file may be written. Nothing is changed.
+std::string whyNotWritable(const std::string& path);
+inline bool canWriteFile(const std::string& path) {
+  return whyNotWritable(path).empty();
+}
 
 }  // namespace tarvex

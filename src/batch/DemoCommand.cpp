@@ -1,6 +1,3 @@
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <utility>
 
@@ -9,6 +6,7 @@
 #include "app/DemoRepair.h"
 #include "app/FrontEnd.h"
 #include "app/RunController.h"
+#include "base/Temporaries.h"
 #include "base/WorkingFile.h"
 #include "batch/Commands.h"
 #include "batch/DemoComparison.h"
@@ -24,14 +22,13 @@ namespace {
 // again what it was.
 class ScratchDirectory {
  public:
-  ScratchDirectory() {
-    std::string pattern = WorkingFile::directory() + "/tarvex-demo-XXXXXX";
-    if (mkdtemp(pattern.data()) != nullptr) path_ = pattern;
-  }
+  ScratchDirectory() { path_ = Temporaries::createDirectory(WorkingFile::directory()); }
   ~ScratchDirectory() {
     std::error_code error;
     std::filesystem::current_path(before_, error);
-    if (!path_.empty()) std::filesystem::remove_all(path_, error);
+    if (path_.empty()) return;
+    std::filesystem::remove_all(path_, error);
+    Temporaries::forget(path_);
   }
   ScratchDirectory(const ScratchDirectory&) = delete;
   ScratchDirectory& operator=(const ScratchDirectory&) = delete;

@@ -1,10 +1,10 @@
 #include "batch/ResultDirectory.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+
+#include "base/Temporaries.h"
 
 namespace tarvex {
 
@@ -22,13 +22,14 @@ bool standsInFileNames(char c) {
 ResultDirectory::ResultDirectory(std::string path) : path_(std::move(path)) {
   std::error_code error;
   std::filesystem::create_directories(path_, error);
-  std::string pattern = path_ + "/.unfinished-XXXXXX";
-  if (mkdtemp(pattern.data()) != nullptr) aside_ = pattern;
+  aside_ = Temporaries::createDirectory(path_);
 }
 
 ResultDirectory::~ResultDirectory() {
   std::error_code error;
-  if (!aside_.empty()) std::filesystem::remove_all(aside_, error);
+  if (aside_.empty()) return;
+  std::filesystem::remove_all(aside_, error);
+  Temporaries::forget(aside_);
 }
 
 void ResultDirectory::add(const std::string& variable, std::string_view what, std::string_view suffix,

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "base/Temporaries.h"
 #include "base/WorkingFile.h"
 
 namespace tarvex {
@@ -17,7 +18,6 @@ constexpr milliseconds kStartLimit{60000};
 constexpr milliseconds kCallLimit{600000};  // large workbooks take their time
 constexpr milliseconds kQuitLimit{10000};
 constexpr milliseconds kNoLimit{0};
-constexpr const char* kDirectoryPattern = "/tarvex-XXXXXX";
 
 std::string request(std::string_view word) {
   return std::string(word);
@@ -75,10 +75,8 @@ bool OfficeApplication::startHelper() {
 }
 
 bool OfficeApplication::makeDirectory() {
-  directory_ = WorkingFile::directory() + kDirectoryPattern;
-  if (::mkdtemp(directory_.data()) != nullptr) return true;
-  directory_.clear();
-  return false;
+  directory_ = Temporaries::createDirectory(WorkingFile::directory());
+  return !directory_.empty();
 }
 
 void OfficeApplication::quit() {
@@ -91,6 +89,7 @@ void OfficeApplication::quit() {
   process_.stop();
   std::error_code ignored;
   std::filesystem::remove_all(directory_, ignored);
+  Temporaries::forget(directory_);
   directory_.clear();
   // One that was killed had no time to do this.
   for (const std::string& file : files_) std::filesystem::remove(file, ignored);

@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "base/SystemCalls.h"
+#include "base/Temporaries.h"
 
 namespace tarvex {
 
@@ -18,7 +19,9 @@ constexpr mode_t kPrivate = 0600;  // until the workbook's own permissions are s
 }  // namespace
 
 WorkbookCopy::~WorkbookCopy() {
-  if (!path_.empty()) SystemCalls::current().unlink(path_.c_str());
+  if (path_.empty()) return;
+  SystemCalls::current().unlink(path_.c_str());
+  Temporaries::forget(path_);
 }
 
 bool WorkbookCopy::fail() {
@@ -27,16 +30,11 @@ bool WorkbookCopy::fail() {
 }
 
 bool WorkbookCopy::make(const std::string& workbook) {
-  static int lastNumber = 0;
   if (::access(workbook.c_str(), R_OK | W_OK) != 0) return fail();
   workbook_ = workbook;
-  std::string path = workbook.substr(0, workbook.rfind('/') + 1) + ".tarvex-" + std::to_string(::getpid()) + '-' +
-                     std::to_string(++lastNumber) + ".tmp";
-  SystemCalls& calls = SystemCalls::current();
-  const int fd = calls.open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL, kPrivate);
+  const int fd = Temporaries::createFile(workbook.substr(0, workbook.rfind('/') + 1), kPrivate, path_);
   if (fd < 0) return fail();
-  calls.close(fd);
-  path_ = std::move(path);
+  SystemCalls::current().close(fd);
   return true;
 }
 
@@ -53,6 +51,7 @@ bool WorkbookCopy::replaceWorkbook() {
   calls.close(fd);
   if (!safe) return false;
   if (calls.rename(path_.c_str(), workbook_.c_str()) != 0) return fail();
+  Temporaries::forget(path_);
   path_.clear();
   return true;
 }

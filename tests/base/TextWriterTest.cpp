@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <limits>
 #include <thread>
 
+#include "base/Temporaries.h"
 #include "support/FailingCalls.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -118,6 +121,7 @@ TEST_F(TextWriterFile, AFullDiskKeepsTheOldFile) {
 
 TEST_F(TextWriterFile, WhatIsNoRegularFileIsWrittenInPlace) {
   ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_FALSE(write(path_, "nobody reads"));
   const std::string text = longText();
   std::string got;
   std::thread reader([&] { got = test::readFile(path_); });
@@ -137,6 +141,23 @@ TEST_F(TextWriterFile, WhatIsNoRegularFileIsWrittenInPlace) {
   EXPECT_TRUE(write("/proc/self/fd/" + std::to_string(fileno(log)), "text"));
   std::fclose(log);
   EXPECT_EQ(test::readFile(temp_.file("log")), "before text");
+}
+
+TEST_F(TextWriterFile, WhatAKilledProcessLeftGoesWithTheNextFile) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    TextWriter out(path_);
+    const std::string directory = Temporaries::createDirectory(temp_.path());
+    ::_exit(out.ok() && TextWriter(directory + "/file").ok() ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(temp_.entries().size(), 2u);
+  TextWriter alive(temp_.file("other"));
+  EXPECT_TRUE(write(path_, "text"));
+  EXPECT_EQ(temp_.entries().size(), 2u) << "the target and what is still being written";
+  EXPECT_TRUE(alive.commit());
 }
 
 TEST_F(TextWriterFile, WhatCantBeWritten) {
