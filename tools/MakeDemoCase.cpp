@@ -81,6 +81,7 @@ bool make(const Case& demo, const std::string& inputs, const std::string& output
   for (const auto& entry : fs::directory_iterator(inputs))
     if (entry.path().stem() == demo.stem) fs::copy_file(entry.path(), directory / entry.path().filename());
   bool done = true;
+  fs::current_path(directory);  // where the program of a case writes its results
   using Directories = tarvex::RememberedDirectories;
   for (int kind = 0; kind < Directories::kCount; ++kind)
     done = done && Directories::set(static_cast<Directories::Kind>(kind), directory);
@@ -97,7 +98,7 @@ int main(int count, char** words) {
     return 2;
   }
   const auto* demo = std::ranges::find_if(kCases, [&](const Case& c) { return std::string(c.name) == words[1]; });
-  // Relative paths are the caller's: the commands move the current directory.
+  // Relative paths are the caller's: a case is made in a directory of its own.
   const std::string inputs = fs::absolute(words[2]).string();
   const std::string output = fs::absolute(words[3]).string();
   const std::string levele = fs::absolute(words[4]).string();

@@ -36,8 +36,8 @@ class ProjectConfiguration {
   // Takes the other's file name and the parts that it has; the others are reset.
   void assign(ProjectConfiguration other);
 
-  // The project file (.psc). On failure the object stays as it was, but the remembered directories, and with them the
-  // current one, may have moved to those of the records that were read.
+  // The project file (.psc). On failure the object stays as it was, but the remembered directories may have become
+  // those of the records that were read.
   [[nodiscard]] bool load(const std::string& path);
   // On failure the old file stays as it was. The path becomes the file name either way; without one the project is
   // written under its file name, and not at all while it has none.

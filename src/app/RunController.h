@@ -25,7 +25,9 @@ class RunController {
   explicit RunController(FrontEnd& frontEnd);
   // The controller of a whole session: reads the remembered directories from config.dat of `mainDirectory` now and
   // writes them back after each project that is loaded and at the end. Without a directory no such file is touched.
-  RunController(FrontEnd& frontEnd, std::string mainDirectory);
+  // Where the current directory follows, it becomes each directory that is remembered, as long as the session lasts.
+  enum class CurrentDirectory { Stays, Follows };
+  RunController(FrontEnd& frontEnd, std::string mainDirectory, CurrentDirectory current = CurrentDirectory::Stays);
   ~RunController();
   RunController(const RunController&) = delete;
   RunController& operator=(const RunController&) = delete;

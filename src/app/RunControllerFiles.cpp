@@ -21,13 +21,16 @@ constexpr const char* kNo = "^No";
 
 }  // namespace
 
-RunController::RunController(FrontEnd& frontEnd, std::string mainDirectory) : RunController(frontEnd) {
+RunController::RunController(FrontEnd& frontEnd, std::string mainDirectory, CurrentDirectory current)
+    : RunController(frontEnd) {
+  RememberedDirectories::enterWhenSet(current == CurrentDirectory::Follows);
   modelDirectory = mainDirectory;
   mainDirectory_ = std::move(mainDirectory);
   if (!mainDirectory_.empty()) RememberedDirectories::readConfig(mainDirectory_);
 }
 
 RunController::~RunController() {
+  RememberedDirectories::enterWhenSet(false);
   keepDirectories();
 }
 

@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
 
 #include "base/Paths.h"
 #include "base/TextReader.h"
@@ -15,15 +17,26 @@ namespace {
 constexpr std::size_t kMaxDirectory = 1023;  // characters of a line of config.dat
 
 std::array<std::string, RememberedDirectories::kCount> directories;
+bool enterThem = false;
 
 std::string configPath(const std::string& mainDirectory) {
   return mainDirectory + "/config.dat";
 }
 
+bool canEnter(const std::string& directory) {
+  std::error_code error;
+  return std::filesystem::is_directory(directory, error) && ::access(directory.c_str(), X_OK) == 0;
+}
+
 }  // namespace
 
+void RememberedDirectories::enterWhenSet(bool enter) {
+  enterThem = enter;
+}
+
 bool RememberedDirectories::set(Kind kind, const std::string& directory) {
-  if (!directory.empty() && ::chdir(existingPath(directory).c_str()) != 0) return false;
+  const std::string path = existingPath(directory);
+  if (!path.empty() && !(enterThem ? ::chdir(path.c_str()) == 0 : canEnter(path))) return false;
   directories[kind] = directory;
   return true;
 }
@@ -34,6 +47,7 @@ const std::string& RememberedDirectories::get(Kind kind) {
 
 void RememberedDirectories::forget() {
   directories.fill({});
+  enterThem = false;
 }
 
 void RememberedDirectories::readConfig(const std::string& mainDirectory) {

@@ -11,11 +11,14 @@ class RememberedDirectories {
   enum Kind { Prep, Vels, Model, ModelOutput };
   static constexpr int kCount = 4;
 
-  // Makes `directory` the process's current directory; only if that succeeds is it remembered. An empty text forgets
-  // the old value. Returns false when the directory can't be entered: the old value stays.
+  // Remembers `directory` if it can be entered, and enters it where the session has asked for that. An empty text
+  // forgets the old value. Returns false when the directory can't be entered: the old value stays.
   static bool set(Kind kind, const std::string& directory);
   static const std::string& get(Kind kind);
-  // Forgets all four without touching the current directory. For tests and for a fresh start.
+  // Whether set() also makes the directory the process's current one, so that relative paths follow the user from
+  // chooser to chooser. For who owns the session; not so at first.
+  static void enterWhenSet(bool enter);
+  // As in a fresh process, but for the current directory.
   static void forget();
 
   // config.dat: four lines, an empty one for none, and one more empty line. Reading passes each line that is there to

@@ -61,8 +61,13 @@ std::string shown(std::string_view text) {
 }  // namespace
 
 TextReader TextReader::fromFile(const std::string& path) {
+  return fromFile(path, {});
+}
+
+TextReader TextReader::fromFile(const std::string& path, const Progress& progress) {
   TextReader reader;
   reader.name_ = path;
+  reader.progress_ = progress;
   reader.open(existingPath(path));
   reader.skipByteOrderMark();
   return reader;
@@ -89,6 +94,8 @@ TextReader& TextReader::operator=(TextReader&& other) noexcept {
   buffer_ = std::exchange(other.buffer_, {});
   position_ = std::exchange(other.position_, 0);
   unread_ = std::exchange(other.unread_, 0);
+  size_ = std::exchange(other.size_, 0);
+  progress_ = std::exchange(other.progress_, {});
   fd_ = std::exchange(other.fd_, -1);
   failed_ = std::exchange(other.failed_, true);
   name_ = std::exchange(other.name_, {});
@@ -164,7 +171,7 @@ void TextReader::open(const std::string& path) {
     return closeFile();
   }
   if (S_ISREG(status.st_mode))
-    unread_ = static_cast<std::uint64_t>(status.st_size);
+    unread_ = size_ = static_cast<std::uint64_t>(status.st_size);
   else
     readWhole(kLargestPipe);
 }
@@ -197,7 +204,9 @@ bool TextReader::appendBlock(std::size_t size) {
     return false;
   }
   unread_ -= std::min(unread_, static_cast<std::uint64_t>(got));
-  return true;
+  if (progress_.report(size_ - unread_, size_)) return true;
+  closeFile();
+  return refuse("stopped");
 }
 
 bool TextReader::fill(std::size_t wanted) {

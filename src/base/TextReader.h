@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 // Reads the text files of the system by the stream rules that the formats were made for. The fail state is sticky: once
@@ -21,6 +23,9 @@ class TextReader {
   // A path that doesn't exist as it stands is tried with '/' for '\'. A file that can't be opened or read, a directory
   // included, gives a failed reader.
   static TextReader fromFile(const std::string& path);
+  // The same, of a file that may be long: `progress` hears, block by block, how much of it is taken. A stop is a failed
+  // read.
+  static TextReader fromFile(const std::string& path, const Progress& progress);
   static TextReader fromText(std::string text);
   ~TextReader();
   TextReader(TextReader&&) noexcept;
@@ -104,6 +109,8 @@ class TextReader {
   std::string buffer_;
   std::size_t position_ = 0;
   std::uint64_t unread_ = 0;  // bytes of the file behind the buffer
+  std::uint64_t size_ = 0;    // of the whole file
+  Progress progress_;
   int fd_ = -1;
   bool failed_ = false;
 

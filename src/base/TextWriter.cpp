@@ -128,6 +128,11 @@ TextWriter& TextWriter::writeInteger(std::int64_t value) {
   return *this << std::string_view(text, static_cast<std::size_t>(end - text));
 }
 
+void TextWriter::watch(const Progress& progress, std::uint64_t bytes) {
+  progress_ = progress;
+  expected_ = bytes;
+}
+
 int TextWriter::setPrecision(int digits) {
   return std::exchange(precision_, digits);
 }
@@ -159,11 +164,13 @@ void TextWriter::flush() {
     if (written > 0) {
       data += written;
       left -= static_cast<std::size_t>(written);
+      written_ += static_cast<std::uint64_t>(written);
     } else if (written == 0 || errno != EINTR) {
       setError(written == 0 ? EIO : errno);
     }
   }
   buffer_.clear();
+  if (!progress_.report(std::min(written_, expected_), expected_)) setError(ECANCELED);
 }
 
 bool TextWriter::commit() {

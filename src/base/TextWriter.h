@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 // Writes the text files of the system: integers in decimal, doubles and floats as "%g" does at the precision in force
@@ -30,6 +32,9 @@ class TextWriter {
   requires(!std::same_as<Integer, char> && !std::same_as<Integer, bool>) TextWriter& operator<<(Integer value) {
     return writeInteger(static_cast<std::int64_t>(value));
   }
+
+  // `progress` hears, block by block, how much of about `bytes` is written. A stop makes the writer fail.
+  void watch(const Progress& progress, std::uint64_t bytes);
 
   // Significant digits of the doubles that follow. Returns the digits in force before.
   int setPrecision(int digits);
@@ -65,6 +70,9 @@ class TextWriter {
   int fd_ = -1;
   int error_ = 0;
   int precision_ = 6;
+  Progress progress_;
+  std::uint64_t written_ = 0;
+  std::uint64_t expected_ = 0;  // bytes in all
 };
 
 // `message` with, on the line below it, what made `out` fail: how every file that can't be written is told.

@@ -20,7 +20,7 @@ void sampValues::write(TextWriter& out) const {
   const bool byFactor = order_ == 1;
   bool ok = ensureMode(byFactor);
   const std::int32_t lines = byFactor ? columns_ : rows_;
-  for (std::int32_t i = 0; i < lines && ok; ++i) {
+  for (std::int32_t i = 0; i < lines && ok && out.ok(); ++i) {
     ok = byFactor ? ensureColumn(i) : ensureRow(i);
     if (!ok) break;
     const double* value = byFactor ? cache_.data() : windowRow(i);

@@ -77,7 +77,7 @@ class ModelConfiguration {
                                     Attendance attendance, const Warn& warn);
 
   // The Model record. read() works on this object: read into a temporary. It also sets the remembered directories of
-  // the model, and with them the current one.
+  // the model.
   void write(TextWriter& out) const;
   [[nodiscard]] bool read(TextReader& in);
 

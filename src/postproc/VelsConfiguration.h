@@ -41,8 +41,8 @@ class VelsConfiguration {
   std::unique_ptr<SensitivityStats> sensitivity;
   UaStats uncertainty;
 
-  // The Vels record. load() works on this object: read into a temporary. When all is read it enters the record's
-  // directory and remembers it.
+  // The Vels record. load() works on this object: read into a temporary. When all is read it remembers the record's
+  // directory.
   void save(TextWriter& out) const;
   [[nodiscard]] bool load(TextReader& in);
 

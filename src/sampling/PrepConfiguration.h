@@ -42,8 +42,7 @@ class PrepConfiguration {
   // How many rows of which relation could not be evaluated in the last generation; empty when all could.
   std::string relationFailures() const;
 
-  // The Prep record. read() works on this object: read into a temporary. It also enters the record's directory and
-  // remembers it.
+  // The Prep record. read() works on this object: read into a temporary. It also remembers the record's directory.
   void write(TextWriter& out) const;
   [[nodiscard]] bool read(TextReader& in);
 

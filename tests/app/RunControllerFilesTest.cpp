@@ -168,7 +168,7 @@ TEST_F(Workflow, keepsTheRememberedDirectoriesOfASession) {
   const std::string config = main.file("config.dat");
   test::writeFile(config, directory_.path() + "\n/no/such\n");
   {
-    RunController session(frontEnd_, main.path());
+    RunController session(frontEnd_, main.path(), RunController::CurrentDirectory::Follows);
     EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Prep), directory_.path());
     EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Vels), "");
     EXPECT_EQ(std::filesystem::current_path(), directory_.path());

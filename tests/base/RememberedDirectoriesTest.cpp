@@ -17,10 +17,12 @@ class RememberedDirectoriesTest : public testing::Test {
   RememberedDirectoriesTest() {
     for (const char* name : {"one", "two", "main"}) std::filesystem::create_directory(temp_.file(name));
     Directories::forget();
+    Directories::enterWhenSet(true);
   }
   ~RememberedDirectoriesTest() override { Directories::forget(); }
 
   test::ScopedCurrentDirectory current_;
+  const std::filesystem::path before_ = std::filesystem::current_path();
   test::TempDirectory temp_;
   std::string main_ = temp_.file("main");
   std::string config_ = temp_.file("main/config.dat");
@@ -44,12 +46,16 @@ TEST_F(RememberedDirectoriesTest, WritesFourLinesAndAnEmptyOne) {
   Directories::set(Directories::Prep, temp_.file("two"));
   Directories::set(Directories::ModelOutput, temp_.file("one"));
   Directories::writeConfig(main_);
+  std::filesystem::current_path(before_);
   const std::string text = temp_.file("two") + "\n\n\n" + temp_.file("one") + "\n\n";
   EXPECT_EQ(test::readFile(config_), text);
 
   Directories::forget();
   Directories::readConfig(main_);
   EXPECT_EQ(Directories::get(Directories::Prep), temp_.file("two"));
+  EXPECT_EQ(std::filesystem::current_path(), before_) << "nobody asked to enter it";
+  Directories::enterWhenSet(true);
+  Directories::readConfig(main_);
   EXPECT_TRUE(std::filesystem::equivalent(".", temp_.file("one")));
 }
 

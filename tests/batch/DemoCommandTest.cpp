@@ -94,7 +94,7 @@ TEST_F(Demo, theFirstStartRepairsTheDeliveredCases) {
   ASSERT_TRUE(start.run());
   EXPECT_EQ(start.mark(), 1);
   test::ScriptedFrontEnd frontEnd;
-  RunController session(frontEnd, main.path());
+  RunController session(frontEnd, main.path(), RunController::CurrentDirectory::Follows);
   for (const DemoCase& demo : kDemoCases) {
     EXPECT_EQ(test::readFile(demoFilePath(main.path(), demo.name)).find("MAINDIR"), std::string::npos) << demo.name;
     ASSERT_TRUE(session.openDemo(demo.name)) << demo.name;

@@ -65,11 +65,11 @@ TEST_F(ProjectCommand, whatIsRefusedWritesNothing) {
 TEST_F(ProjectCommand, writesWhereTheUserStands) {
   const test::TempDirectory elsewhere;
   std::string text = test::readFile(test::goldenPath("sobol.sam"));
-  text.insert(text.rfind('\n', text.rfind(".sam")), elsewhere.path());  // the directory into which a reader goes
+  text.insert(text.rfind('\n', text.rfind(".sam")), elsewhere.path());  // a directory that the record remembers
   test::writeFile(file("a.sam"), text);
   std::filesystem::current_path(directory_.path());
   ASSERT_EQ(run({"project", "a.sam", "-o", "a.psc", "--sample", "b.sam"}), kSucceeded) << errors_;
-  EXPECT_EQ(std::filesystem::current_path(), elsewhere.path());
+  EXPECT_EQ(std::filesystem::current_path(), directory_.path()) << "no record moves it";
   EXPECT_EQ(test::readFile(file("b.sam")), text);
   EXPECT_EQ(directory_.entries(), (Words{"a.psc", "a.sam", "b.sam"}));
 }
