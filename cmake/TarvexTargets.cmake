@@ -25,6 +25,7 @@ endif()
 
 add_library(tarvex_options INTERFACE)
 target_compile_options(tarvex_options INTERFACE
+  -pthread  # libraries ask for it too; the shared precompiled headers want it everywhere or nowhere
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
   # Numbers must come out alike on every machine: no fused multiply-add.
   -ffp-contract=off)
@@ -62,6 +63,7 @@ if(TARVEX_FUZZ)
     -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(tarvex_options INTERFACE -fsanitize=address,undefined)
 endif()
+target_link_options(tarvex_options INTERFACE -pthread)
 target_include_directories(tarvex_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
 # tarvex_library(NAME USES lower...): the static library of one folder of src. Sources are the folder's files.
@@ -75,10 +77,16 @@ function(tarvex_library name)
   tarvex_precompile(tarvex_${name})
 endfunction()
 
+# The precompiled headers are made once, by the lowest library, and used by all others: they share every option that
+# counts.
 function(tarvex_precompile target)
-  if(TARVEX_PCH)
+  if(NOT TARVEX_PCH)
+    return()
+  elseif(target STREQUAL "tarvex_base")
     target_precompile_headers(${target} PRIVATE
-      <algorithm> <array> <charconv> <cmath> <cstdint> <functional> <memory> <string> <string_view> <vector>)
+      <algorithm> <array> <charconv> <cmath> <cstdint> <functional> <memory> <optional> <string> <string_view> <vector>)
+  else()
+    target_precompile_headers(${target} REUSE_FROM tarvex_base)
   endif()
 endfunction()
 
@@ -95,7 +103,7 @@ function(tarvex_test name)
   list(TRANSFORM ARG_USES PREPEND tarvex_)
   target_link_libraries(${name}_tests PRIVATE ${ARG_USES} tarvex_test_support GTest::gtest GTest::gmock)
   if(TARVEX_PCH)
-    target_precompile_headers(${name}_tests PRIVATE <gtest/gtest.h> <cmath> <string> <vector>)
+    target_precompile_headers(${name}_tests REUSE_FROM tarvex_test_support)
   endif()
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
