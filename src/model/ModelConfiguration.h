@@ -99,4 +99,7 @@ class ModelConfiguration {
   std::int32_t firstFailed_ = -1;
 };
 
+// About how many bytes the record of `model` takes in a file, for the progress of writing it.
+std::uint64_t recordBytes(const ModelConfiguration& model);
+
 }  // namespace tarvex

@@ -46,6 +46,13 @@ void ModelConfiguration::write(TextWriter& out) const {
   out << RememberedDirectories::get(RememberedDirectories::ModelOutput) << '\n';
 }
 
+std::uint64_t recordBytes(const ModelConfiguration& model) {
+  constexpr std::uint64_t kNumber = 9;  // of six digits, the tab behind it included
+  std::uint64_t lines = 0;
+  for (std::int32_t run = 0; run < model.runCount(); ++run) lines += static_cast<std::uint64_t>(model.timeCount(run));
+  return lines * static_cast<std::uint64_t>(model.outputCount() + 2) * kNumber;
+}
+
 bool ModelConfiguration::read(TextReader& in) {
   *this = ModelConfiguration();
   in.skipLine();  // the empty line that stands before the record

@@ -7,12 +7,13 @@
 #include "model/ModelConfiguration.h"
 #include "postproc/VelsConfiguration.h"
 #include "sampling/PrepConfiguration.h"
+#include "sampling/SampleFiles.h"
 
 namespace tarvex {
 
 bool loadPostProcessorFile(const std::string& path, PrepConfiguration& prep, ModelConfiguration& model,
-                           VelsConfiguration& vels, std::string& message) {
-  TextReader in = TextReader::fromFile(path);
+                           VelsConfiguration& vels, std::string& message, const Progress& progress) {
+  TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loadedPrep;
   ModelConfiguration loadedModel;
   VelsConfiguration loadedVels;
@@ -27,8 +28,9 @@ bool loadPostProcessorFile(const std::string& path, PrepConfiguration& prep, Mod
 }
 
 bool savePostProcessorFile(const std::string& path, const PrepConfiguration& prep, const ModelConfiguration& model,
-                           const VelsConfiguration& vels, std::string& message) {
+                           const VelsConfiguration& vels, std::string& message, const Progress& progress) {
   TextWriter out(path);
+  out.watch(progress, recordBytes(prep) + recordBytes(model));
   prep.write(out);
   model.write(out);
   vels.save(out);

@@ -53,8 +53,8 @@ bool readExternalValues(TextReader& in, std::int32_t count, sampValues& samples)
 
 }  // namespace
 
-bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::string& message) {
-  TextReader in = TextReader::fromFile(path);
+bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::string& message, const Progress& progress) {
+  TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loaded;
   if (in.fail() || !loaded.read(in)) {
     message = "Error reading samples file";
@@ -64,8 +64,9 @@ bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::strin
   return true;
 }
 
-bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::string& message) {
-  TextReader in = TextReader::fromFile(path);
+bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::string& message,
+                        const Progress& progress) {
+  TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loaded;
   std::int32_t runs = 0;
   std::int32_t factorCount = 0;
@@ -86,8 +87,15 @@ bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::s
   return true;
 }
 
-bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message) {
+std::uint64_t recordBytes(const PrepConfiguration& prep) {
+  constexpr std::uint64_t kNumber = 12;  // of a table of ten digits, the tab behind it included
+  return static_cast<std::uint64_t>(prep.samples.rows()) * static_cast<std::uint64_t>(prep.samples.columns()) * kNumber;
+}
+
+bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message,
+                    const Progress& progress) {
   TextWriter out(path);
+  out.watch(progress, recordBytes(prep));
   prep.write(out);
   if (out.commit()) return true;
   message = "Error trying to write to the Sample file.\nIs it locked by another application?";
