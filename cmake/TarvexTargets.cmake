@@ -78,10 +78,15 @@ function(tarvex_library name)
 endfunction()
 
 # The precompiled headers are made once, by the lowest library, and used by all others: they share every option that
-# counts.
+# counts. Qt asks for options of its own, so its folders have theirs.
 function(tarvex_precompile target)
   if(NOT TARVEX_PCH)
     return()
+  elseif(target STREQUAL "tarvex_toolkit")
+    target_precompile_headers(${target} PRIVATE
+      <QtWidgets/QWidget> <QtCore/QString> <algorithm> <functional> <memory> <optional> <string> <vector>)
+  elseif(target MATCHES "panels")
+    target_precompile_headers(${target} REUSE_FROM tarvex_toolkit)
   elseif(target STREQUAL "tarvex_base")
     target_precompile_headers(${target} PRIVATE
       <algorithm> <array> <charconv> <cmath> <cstdint> <functional> <memory> <optional> <string> <string_view> <vector>)
@@ -106,4 +111,20 @@ function(tarvex_test name)
     target_precompile_headers(${name}_tests REUSE_FROM tarvex_test_support)
   endif()
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()
+
+# The same for panels, with the application object, on Qt's offscreen platform.
+function(tarvex_qt_test name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  add_executable(${name}_tests ${sources})
+  list(TRANSFORM ARG_USES PREPEND tarvex_)
+  target_link_libraries(${name}_tests PRIVATE ${ARG_USES} tarvex_qt_support)
+  if(TARVEX_PCH)
+    # Of its own: Qt's library for tests defines its directory for each program.
+    target_precompile_headers(${name}_tests PRIVATE
+      <gtest/gtest.h> <QtWidgets/QWidget> <QtTest/QTest> <functional> <memory> <string> <vector>)
+  endif()
+  gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QTEST_FUNCTION_TIMEOUT=8000")
 endfunction()

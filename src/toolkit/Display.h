@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+#include <QStringList>
+
+namespace tarvex {
+
+// Where panels find their files: a list of directories, searched in the order in which they were appended. A name is
+// relative to each of them and may leave it ("../bitmaps/task1.bmp").
+class Display {
+ public:
+  void appendToSearchPath(const QString& directory);
+  const QStringList& searchPath() const { return directories_; }
+
+  // The first file of that name on the path; empty when there is none.
+  QString find(const QString& name) const;
+
+  // A name that ends in .bmp or .gif is served by the .svg or .png of the same stem when there is one. Empty when no
+  // directory has a picture of the name, and when the file is none.
+  QString findBitmap(const QString& name) const;
+  QPixmap bitmap(const QString& name) const;
+  QIcon icon(const QString& name) const;
+
+ private:
+  QStringList directories_;
+};
+
+}  // namespace tarvex

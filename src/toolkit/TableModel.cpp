@@ -1,0 +1,117 @@
+#include "toolkit/TableModel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+namespace tarvex {
+namespace {
+
+// Keys in one array, so that a comparison asks no source; equal keys keep their order, not-a-numbers come last.
+template <class Key, class Less>
+void sortRows(std::vector<int>& rows, const std::vector<Key>& keys, bool ascending, Less less) {
+  std::vector<int> positions(rows.size());
+  std::iota(positions.begin(), positions.end(), 0);
+  std::stable_sort(positions.begin(), positions.end(), [&](int a, int b) {
+    const Key& left = keys[static_cast<std::size_t>(a)];
+    const Key& right = keys[static_cast<std::size_t>(b)];
+    return ascending ? less(left, right) : less(right, left);
+  });
+  std::vector<int> sorted(rows.size());
+  std::transform(positions.begin(), positions.end(), sorted.begin(),
+                 [&](int position) { return rows[static_cast<std::size_t>(position)]; });
+  rows = std::move(sorted);
+}
+
+}  // namespace
+
+void TableModel::setSource(std::shared_ptr<const TableSource> source) {
+  beginResetModel();
+  source_ = std::move(source);
+  order_.clear();
+  chosen_ = false;
+  endResetModel();
+}
+
+void TableModel::setRows(std::vector<int> rows) {
+  beginResetModel();
+  order_ = std::move(rows);
+  chosen_ = true;
+  endResetModel();
+}
+
+void TableModel::showAllRows() {
+  beginResetModel();
+  order_.clear();
+  chosen_ = false;
+  endResetModel();
+}
+
+int TableModel::sourceRow(int row) const {
+  return isWhole() ? row : order_[static_cast<std::size_t>(row)];
+}
+
+int TableModel::find(const QString& text, int row, int& column) const {
+  const int rows = rowCount();
+  const int columns = columnCount();
+  for (int passed = 0; passed <= rows && columns > 0; ++passed, column = 0) {
+    const int at = (row + passed) % std::max(rows, 1);
+    for (; column < columns && rows > 0; ++column)
+      if (source_->text(sourceRow(at), column).contains(text, Qt::CaseInsensitive)) return at;
+  }
+  return -1;
+}
+
+int TableModel::rowCount(const QModelIndex& parent) const {
+  if (parent.isValid() || source_ == nullptr) return 0;
+  return isWhole() ? source_->rows() : static_cast<int>(order_.size());
+}
+
+int TableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() || source_ == nullptr ? 0 : source_->columns();
+}
+
+QVariant TableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || source_ == nullptr) return {};
+  if (role == Qt::DisplayRole) return source_->text(sourceRow(index.row()), index.column());
+  if (role == Qt::TextAlignmentRole)
+    return QVariant(Qt::AlignVCenter | (source_->isNumeric(index.column()) ? Qt::AlignRight : Qt::AlignLeft));
+  return {};
+}
+
+QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole || source_ == nullptr) return {};
+  if (orientation == Qt::Horizontal) return source_->header(section);
+  return section < rowCount() ? sourceRow(section) + 1 : QVariant();
+}
+
+void TableModel::fillOrder() {
+  if (!isWhole()) return;
+  order_.resize(static_cast<std::size_t>(source_->rows()));
+  std::iota(order_.begin(), order_.end(), 0);
+}
+
+void TableModel::sort(int column, Qt::SortOrder order) {
+  if (source_ == nullptr || column < 0 || column >= source_->columns()) return;
+  beginResetModel();
+  fillOrder();
+  const bool ascending = order == Qt::AscendingOrder;
+  if (source_->isNumeric(column)) {
+    std::vector<double> keys(order_.size());
+    std::transform(order_.begin(), order_.end(), keys.begin(), [&](int row) { return source_->number(row, column); });
+    const auto less = [ascending](double a, double b) {
+      if (std::isnan(a) || std::isnan(b))
+        return ascending ? !std::isnan(a) && std::isnan(b) : std::isnan(a) && !std::isnan(b);
+      return a < b;
+    };
+    sortRows(order_, keys, ascending, less);
+  } else {
+    std::vector<QString> keys(order_.size());
+    std::transform(order_.begin(), order_.end(), keys.begin(), [&](int row) { return source_->text(row, column); });
+    sortRows(order_, keys, ascending, [](const QString& a, const QString& b) { return a.localeAwareCompare(b) < 0; });
+  }
+  endResetModel();
+}
+
+}  // namespace tarvex

