@@ -55,23 +55,26 @@ bool computeMeasures(const ProjectConfiguration& project, const AnalysisRequest&
 
 bool computeAll(const ProjectConfiguration& project, const AnalysisRequest& request, OutputVariables& variables,
                 VelsConfiguration& vels, std::string& message) {
-  const std::vector<std::string> texts =
-      request.variables.empty() ? OutputVariables::defaultVariables(project.model) : request.variables;
+  const std::vector<std::string> names = vels.outputNames(project.model);
+  const std::vector<std::string> texts = request.variables.empty()
+                                             ? OutputVariables::defaultVariables(names, project.model.hasTimeAxis())
+                                             : request.variables;
   OutputTable table;
-  if (!variables.set(texts, project.model) || !variables.build(project.model, table)) {
+  if (!variables.set(texts, names) || !variables.build(project.model, table)) {
     message = variables.errorText();
     return false;
   }
   if (texts != vels.selectedVariables()) {
     vels.clearVariables();
-    for (const std::string& text : texts) vels.addVariable(text);
+    // A text that names a variable is short enough for the record.
+    for (const std::string& text : texts) static_cast<void>(vels.addVariable(text));
     vels.uncertainty.clear();
     if (vels.sensitivity && vels.sensitivity->computed) prepareMeasures(project, table.columns(), vels);
   }
   if (request.tchebyConfidence) vels.uncertainty.tchebyConfidence = *request.tchebyConfidence;
   if (request.kolmogorovConfidence) vels.uncertainty.kolmogorovConfidence = *request.kolmogorovConfidence;
   if (request.uncertainty && !vels.uncertainty.compute(texts, table)) {
-    message = table.errorText();
+    message = vels.uncertainty.errorText;
     return false;
   }
   return !request.sensitivity || computeMeasures(project, request, table, vels, message);

@@ -211,7 +211,9 @@ void RunController::warn(const std::string& title, const std::string& text) {
 
 void RunController::finishRun() {
   VelsConfiguration vels;
-  vels.setOutputs(project.model.outputNames());
+  std::string message;
+  if (!vels.setOutputs(project.model.outputNames(), message)) warn("Error", message);
+  if (!vels.changedNames().empty()) warn("Warning", vels.changedNames());
   vels.prepareSensitivity(project.prep.sampler->methodId);
   if (vels.sensitivity) {
     vels.sensitivity->factorCount = project.prep.factors.factorCount();

@@ -78,6 +78,7 @@ bool RunController::loadResultsFile(const std::string& path) {
   VelsConfiguration vels;
   std::string message;
   if (!loadPostProcessorFile(path, prep, model, vels, message)) return fail(message);
+  if (!message.empty()) warn("Warning", message);
   adoptResults(std::move(prep), std::move(model), std::move(vels));
   return true;
 }

@@ -19,23 +19,41 @@ std::string measureText(const SensitivityStats& statistics, const IndexRecord& r
                         std::size_t slot) {
   const std::string_view instead = kindCell(record.kind);
   if (!instead.empty()) return std::string(instead);
-  return measureCell(measureValue(statistics, record, variable, slot));
+  const auto value = measureValue(statistics, record, variable, slot);
+  return value ? measureCell(*value) : std::string(kNotComputed);
 }
 
-// A measure's rank among the factors, with a star when it is significant.
+// A measure's rank among the factors, with a star when it lies significantly above 0.
 std::string rankText(const RegressionStats& statistics, const IndexRecord& record, std::int32_t variable,
                      std::size_t measure) {
-  const double rank = measureValue(statistics, record, variable, RegressionStats::kRankSlots + measure);
-  const double flag = measureValue(statistics, record, variable, RegressionStats::kFlagSlots + measure);
-  return cell(rank) + (flag == 1.0 ? "*" : "");
+  const auto rank = measureValue(statistics, record, variable, RegressionStats::kRankSlots + measure);
+  const auto flag = measureValue(statistics, record, variable, RegressionStats::kFlagSlots + measure);
+  return (rank ? cell(*rank) : "") + (flag && *flag == 1.0 ? "*" : "");
+}
+
+// Which measures were not computed and why, a remark for each reason.
+void addReasons(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
+  std::string names, last;
+  for (const MeasureSlot& slot : measureSlots(statistics, statistics.records.front())) {
+    if (slot.slot >= RegressionStats::kRankSlots) break;
+    const std::string reason = statistics.notComputedReason(variable, static_cast<std::int32_t>(slot.slot));
+    if (reason != last && !last.empty()) out.add(Remark{fmt::format("{}: {}: {}", names, kNotComputed, last)});
+    names = reason.empty() || reason != last ? slot.name : names + ", " + slot.name;
+    last = reason;
+  }
+  if (!last.empty()) out.add(Remark{fmt::format("{}: {}: {}", names, kNotComputed, last)});
 }
 
 void addRegression(Document& out, const RegressionStats& statistics, std::int32_t variable) {
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
   statistics.determination(variable, raw, ranks);
   statistics.determinationAdjusted(variable, rawAdjusted, ranksAdjusted);
-  out.add(Paragraph{fmt::format("R squared on raw data {}, adjusted {}; on ranks {}, adjusted {}", cell(raw),
-                                cell(rawAdjusted), cell(ranks), cell(ranksAdjusted))});
+  const auto text = [&](double value, RegressionStats::Measure of) {
+    return statistics.notComputedReason(variable, of).empty() ? cell(value) : std::string(kNotComputed);
+  };
+  out.add(Paragraph{fmt::format("R squared on raw data {}, adjusted {}; on ranks {}, adjusted {}",
+                                text(raw, RegressionStats::kPear), text(rawAdjusted, RegressionStats::kPear),
+                                text(ranks, RegressionStats::kSpea), text(ranksAdjusted, RegressionStats::kSpea))});
   Table table;
   table.addColumn("factor", Table::Align::Left);
   for (std::int32_t m = 0; m < RegressionStats::kMeasures; ++m) {
@@ -52,21 +70,25 @@ void addRegression(Document& out, const RegressionStats& statistics, std::int32_
     table.addRow(std::move(cells));
   }
   out.add(std::move(table));
-  out.add(Remark{fmt::format("Behind each measure its rank; * significant at {}", cell(statistics.alpha))});
+  out.add(Remark{
+      fmt::format("Behind each measure its rank; * significantly above 0 at {}; PCC, PRCC and Smirnov have no test",
+                  cell(statistics.alpha))});
+  addReasons(out, statistics, variable);
 }
 
 double largestOf(const SensitivityStats& statistics, std::int32_t variable, std::size_t slot) {
   double largest = 0.0;
   for (const IndexRecord& record : statistics.records)
-    largest = std::max(largest, std::abs(measureValue(statistics, record, variable, slot)));
+    largest = std::max(largest, std::abs(measureValue(statistics, record, variable, slot).value_or(0.0)));
   return largest;
 }
 
-// The slots of the first record; of FAST without the total order, which its classic test leaves at 0.
+// The slots of the first record that were computed.
 std::vector<MeasureSlot> columnsOf(const SensitivityStats& statistics, std::int32_t variable) {
   std::vector<MeasureSlot> columns = measureSlots(statistics, statistics.records.front());
-  if (statistics.typeId() == SensitivityStats::kFast && largestOf(statistics, variable, columns.back().slot) == 0.0)
-    columns.pop_back();
+  std::erase_if(columns, [&](const MeasureSlot& column) {
+    return !statistics.notComputedReason(variable, static_cast<std::int32_t>(column.slot)).empty();
+  });
   return columns;
 }
 
@@ -75,7 +97,7 @@ void addIdleFactors(Document& out, const SensitivityStats& statistics, std::int3
   constexpr double kNoise = 1e-4;  // of the largest effect: what six digits in equations and files make of none
   const double largest = largestOf(statistics, variable, 0);
   for (const IndexRecord& record : statistics.records)
-    if (record.kind == FactorKind::Uncertain && measureValue(statistics, record, variable, 0) <= kNoise * largest)
+    if (const auto effect = measureValue(statistics, record, variable, 0); effect && *effect <= kNoise * largest)
       out.add(Remark{record.name +
                      " has no effect in this design. Every step jumps by half of the levels: where that is a period of "
                      "the model, an effect of any size goes unseen."});

@@ -37,7 +37,9 @@ void LineRule::write(TextWriter& out, std::string_view text) const {
 }
 
 bool LineRule::read(TextReader& in, std::string& text) const {
-  return in.expect(what).readLine(text, maxChars);
+  if (!in.expect(what).readLine(text, maxChars)) return false;
+  const std::string reason = problem(text);  // a CR inside of the line
+  return reason.empty() || in.refuse(reason);
 }
 
 std::string NameRule::problem(std::string_view name) const {

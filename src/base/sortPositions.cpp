@@ -32,7 +32,7 @@ std::size_t digitOf(std::uint64_t key, int digit) {
 }
 
 // Least significant digit first: each pass keeps the order of the one before, so equal keys stay in place.
-std::vector<std::int32_t> sortByDigits(const std::vector<double>& values) {
+std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, const Progress& progress) {
   struct Entry {
     std::uint64_t key;
     std::int32_t position;
@@ -46,12 +46,14 @@ std::vector<std::int32_t> sortByDigits(const std::vector<double>& values) {
       ++counts[static_cast<std::size_t>(digit)][digitOf(entries[i].key, digit)];
   }
   for (int digit = 0; digit < kDigits; ++digit) {
+    if (!progress.report(digit, kDigits)) return {};
     auto& starts = counts[static_cast<std::size_t>(digit)];
     if (starts[digitOf(entries[0].key, digit)] == values.size()) continue;  // all alike
     std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), std::size_t{0});
     for (const Entry& entry : entries) sorted[starts[digitOf(entry.key, digit)]++] = entry;
     entries.swap(sorted);
   }
+  if (!progress.report(1.0)) return {};
   std::vector<std::int32_t> positions(values.size());
   for (std::size_t p = 0; p < positions.size(); ++p) positions[p] = entries[p].position;
   return positions;
@@ -59,8 +61,8 @@ std::vector<std::int32_t> sortByDigits(const std::vector<double>& values) {
 
 }  // namespace
 
-std::vector<std::int32_t> sortPositions(const std::vector<double>& values) {
-  if (values.size() >= kMinDigitSort && values.size() <= kMaxDigitSort) return sortByDigits(values);
+std::vector<std::int32_t> sortPositions(const std::vector<double>& values, const Progress& progress) {
+  if (values.size() >= kMinDigitSort && values.size() <= kMaxDigitSort) return sortByDigits(values, progress);
   std::vector<std::int32_t> positions(values.size());
   std::iota(positions.begin(), positions.end(), 0);
   std::stable_sort(positions.begin(), positions.end(), [&values](std::int32_t a, std::int32_t b) {
@@ -71,8 +73,9 @@ std::vector<std::int32_t> sortPositions(const std::vector<double>& values) {
   return positions;
 }
 
-std::vector<std::int32_t> ranksOf(const std::vector<double>& values) {
-  const std::vector<std::int32_t> positions = sortPositions(values);
+std::vector<std::int32_t> ranksOf(const std::vector<double>& values, const Progress& progress) {
+  const std::vector<std::int32_t> positions = sortPositions(values, progress);
+  if (progress.stopped() || !progress.report(1.0)) return {};
   std::vector<std::int32_t> ranks(values.size());
   for (std::size_t p = 0; p < positions.size(); ++p)
     ranks[static_cast<std::size_t>(positions[p])] = static_cast<std::int32_t>(p);

@@ -1,12 +1,13 @@
 #include "app/Analysis.h"
+#include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
 #include "base/Paths.h"
 #include "batch/Commands.h"
 #include "batch/PictureFiles.h"
 #include "batch/Reports.h"
-#include "batch/ResultExport.h"
 #include "batch/TableFiles.h"
 #include "postproc/PostProcessorFile.h"
+#include "postproc/ResultExport.h"
 
 namespace tarvex {
 
@@ -21,7 +22,8 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   ProjectConfiguration project;
   std::string message;
   if (!loadPostProcessorFile(options.input, project.prep, project.model, project.vels, message))
-    return console.fail(message + "\n" + options.input);
+    return console.fail(message);
+  if (!message.empty()) console.frontEnd.message(MessageKind::Warning, "Warning", message);
   project.hasPrep = project.hasModel = project.hasVels = true;
 
   const HistogramScale scale = options.logScale ? kLogScale : kLinearScale;
@@ -36,8 +38,8 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
 
   if (!output.empty() && !savePostProcessorFile(output, project.prep, project.model, project.vels, message))
     return console.fail(message);
-  if (!csvFile.empty() && !exportCsv(project, csvFile, message)) return console.fail(message);
-  if (!jsonFile.empty() && !exportJson(project, jsonFile, message)) return console.fail(message);
+  if (!csvFile.empty() && !exportCsv(project.vels, csvFile, message)) return console.fail(message);
+  if (!jsonFile.empty() && !exportJson(project.prep, project.vels, jsonFile, message)) return console.fail(message);
   if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
   if (!plots.empty() && !writePictureFiles(project, plots, *pictureFormat(options.plotFormat), scale, message))
     return console.fail(message);

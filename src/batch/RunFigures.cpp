@@ -29,7 +29,8 @@ bool addRange(const ProjectConfiguration& project, const NamedRange& named, bool
   if (!column) {
     RunTable extra;
     std::string text;  // of a success, too: in how many runs an expression failed
-    const bool done = readRunTable(project.prep, project.model, {named.name}, extra, text);
+    const bool done =
+        readRunTable(project.prep, project.model, project.vels.outputNames(project.model), {named.name}, extra, text);
     if (!text.empty()) message = text;
     if (!done) return false;
     table.columns.push_back(std::move(extra.columns.front()));
@@ -134,7 +135,8 @@ bool readRunSelection(const PlotOptions& options, const ProjectConfiguration& pr
     for (const NamedRange& range : filters) names.push_back(range.name);
 
   RunSelection read;
-  if (!readRunTable(project.prep, project.model, names, read.table, message)) return false;
+  if (!readRunTable(project.prep, project.model, project.vels.outputNames(project.model), names, read.table, message))
+    return false;
   if (names.empty() && options.kind == "histogram") dropFactors(read.table);
   read.shown = read.table.columns.size();
   for (const NamedRange& range : filters)

@@ -5,13 +5,7 @@
 #include "app/ProjectConfiguration.h"
 #include "base/TextWriter.h"
 #include "batch/ResultDirectory.h"
-#include "postproc/FastStats.h"
-#include "postproc/ImportanceStats.h"
-#include "postproc/MorrisStats.h"
-#include "postproc/RegressionStats.h"
 #include "postproc/SavedTables.h"
-#include "postproc/SobolStats.h"
-#include "sampling/FastSampler.h"
 
 namespace tarvex {
 
@@ -29,25 +23,8 @@ void addTable(ResultDirectory& directory, const std::string& variable, std::stri
 void writeMeasures(const ProjectConfiguration& project, std::int32_t v, const std::string& variable,
                    ResultDirectory& directory) {
   const SensitivityStats& statistics = *project.vels.sensitivity;
-  const TableSelection selection = wholeTable(statistics, v, variable);
-  if (const auto* regression = dynamic_cast<const RegressionStats*>(&statistics)) {
-    for (std::int32_t measure = 0; measure < RegressionStats::kMeasures; ++measure)
-      addTable(directory, variable, RegressionStats::measureName(measure),
-               [&](TextWriter& out) { writeRegressionTable(out, *regression, selection, measure); });
-    return;
-  }
-  addTable(directory, variable, "sensitivity", [&](TextWriter& out) {
-    const auto* design = dynamic_cast<const FastSampler*>(project.prep.sampler.get());
-    const bool withTotal = design != nullptr && design->analysisMode() != FastSampler::kClassic;
-    if (const auto* fast = dynamic_cast<const FastStats*>(&statistics))
-      writeFastTable(out, *fast, selection, withTotal);
-    else if (const auto* morris = dynamic_cast<const MorrisStats*>(&statistics))
-      writeMorrisTable(out, *morris, selection);
-    else if (const auto* importance = dynamic_cast<const ImportanceStats*>(&statistics))
-      writeImportanceTable(out, *importance, selection);
-    else
-      writeSobolTable(out, static_cast<const SobolStats&>(statistics), selection);
-  });
+  for (const SavedTable& table : savedTables(statistics, project.prep, wholeTable(statistics, v, variable)))
+    addTable(directory, variable, table.word, table.write);
 }
 
 }  // namespace

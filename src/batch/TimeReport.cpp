@@ -7,6 +7,7 @@
 
 #include "app/ProjectConfiguration.h"
 #include "batch/TextTable.h"
+#include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
 
 namespace tarvex {
@@ -47,15 +48,12 @@ bool collect(const ModelConfiguration& model, std::vector<OutputOverTime>& outpu
 
 // "W -0.93, v1 0.91": the factors of the first ranks by a measure of a variable.
 std::string leadingText(const RegressionStats& statistics, std::int32_t variable, std::int32_t measure) {
-  std::vector<double> values;
-  if (!statistics.slotValues(variable, measure, values)) return {};
-  std::vector<std::size_t> order(values.size());
-  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-  std::stable_sort(order.begin(), order.end(),
-                   [&](std::size_t a, std::size_t b) { return std::fabs(values[a]) > std::fabs(values[b]); });
   std::string text;
-  for (std::size_t i = 0; i < std::min(kLeading, order.size()); ++i)
-    text += fmt::format("{}{} {:+.2f}", i == 0 ? "" : ", ", statistics.records[order[i]].name, values[order[i]]);
+  for (const std::size_t i : strongestRecords(statistics, variable, measure, kLeading)) {
+    const IndexRecord& record = statistics.records[i];
+    const auto value = measureValue(statistics, record, variable, static_cast<std::size_t>(measure));
+    text += fmt::format("{}{} {:+.2f}", text.empty() ? "" : ", ", record.name, value.value_or(0.0));
+  }
   return text;
 }
 
@@ -68,12 +66,13 @@ void reportTimesOfMaxima(std::ostream& out, const ProjectConfiguration& project)
   TextTable table;
   table.addColumn("output", TextTable::Align::Left);
   for (const char* heading : {"5 % of the runs", "median", "95 %", "mean", "its size"}) table.addColumn(heading);
+  const std::vector<std::string> names = project.vels.outputNames(model);
   for (std::size_t k = 0; k < outputs.size(); ++k) {
     OutputOverTime& seen = outputs[k];
     const auto largest = std::ranges::max_element(seen.sums);
     std::ranges::sort(seen.timeOfMaximum);
-    table.addRow({model.outputNames()[k], cell(quantile(seen.timeOfMaximum, 0.05)),
-                  cell(quantile(seen.timeOfMaximum, 0.5)), cell(quantile(seen.timeOfMaximum, 0.95)),
+    table.addRow({names[k], cell(quantile(seen.timeOfMaximum, 0.05)), cell(quantile(seen.timeOfMaximum, 0.5)),
+                  cell(quantile(seen.timeOfMaximum, 0.95)),
                   cell(model.time(0, static_cast<std::int32_t>(largest - seen.sums.begin()))),
                   cell(*largest / model.runCount())});
   }

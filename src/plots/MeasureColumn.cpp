@@ -25,14 +25,6 @@ std::int32_t slotIn(const SensitivityStats& stats, const IndexRecord& record, st
   return slot == kClosedOfOne ? kClosedOfMore : -1;
 }
 
-// The classic test leaves the totals at 0.
-bool hasTotals(const SensitivityStats& stats) {
-  for (std::int32_t variable = 0; variable < stats.variableCount; ++variable)
-    for (const std::optional<double>& total : measureColumn(stats, variable, FastStats::kTotalOrder))
-      if (total && *total != 0.0) return true;
-  return false;
-}
-
 // Factors are gathered in groups where there are fewer records than factors.
 bool isOnGroups(const SensitivityStats& stats) {
   return stats.typeId() == SensitivityStats::kFast &&
@@ -62,7 +54,8 @@ std::vector<MeasureChoice> measureChoices(const SensitivityStats& stats) {
     case SensitivityStats::kMorris:
       return {{"mean", "Morris Index", MorrisStats::kMean}, {"sigma", "Sigma", MorrisStats::kSigma}};
     case SensitivityStats::kFast:
-      return hasTotals(stats) ? std::vector<MeasureChoice>{first, total} : std::vector<MeasureChoice>{first};
+      return static_cast<const FastStats&>(stats).hasTotals() ? std::vector<MeasureChoice>{first, total}
+                                                              : std::vector<MeasureChoice>{first};
     case SensitivityStats::kImportance:
       return {{"importance", "Importance", 0}};
     case SensitivityStats::kSobol:
@@ -80,9 +73,8 @@ std::vector<std::optional<double>> measureColumn(const SensitivityStats& stats, 
   const bool known = stats.computed && variable >= 0 && variable < stats.variableCount && slot >= 0;
   for (const IndexRecord& record : stats.records) {
     const std::int32_t at = slotIn(stats, record, slot);
-    const bool present = known && record.kind == FactorKind::Uncertain && at >= 0 && at < stats.slotsOf(record);
-    column.emplace_back();
-    if (present) column.back() = measureValue(stats, record, variable, static_cast<std::size_t>(at));
+    const bool present = known && at >= 0 && at < stats.slotsOf(record);
+    column.push_back(present ? measureValue(stats, record, variable, static_cast<std::size_t>(at)) : std::nullopt);
   }
   return column;
 }

@@ -28,26 +28,28 @@ std::int32_t factorNamed(const FactorList& factors, std::string_view name) {
 
 // A prefix counts where its kind has that name; else the whole may be an expression, such as the difference of an
 // output "F" and another one.
-bool resolve(const PrepConfiguration& prep, const ModelConfiguration& model, const std::string& name, Choice& choice,
-             std::string& message) {
+bool resolve(const PrepConfiguration& prep, const std::vector<std::string>& outputNames, const std::string& name,
+             Choice& choice, std::string& message) {
   const std::string rest = name.size() > kFactorPrefix.size() ? name.substr(kFactorPrefix.size()) : "";
   choice = {factorNamed(prep.factors, name.starts_with(kFactorPrefix) ? rest : name), ""};
   if (choice.factor >= 0) return true;
-  if (name.starts_with(kVariablePrefix) && OutputVariables::check(rest, model).empty()) {
+  if (name.starts_with(kVariablePrefix) && OutputVariables::check(rest, outputNames).empty()) {
     choice.variable = rest;
     return true;
   }
-  const std::string reason = OutputVariables::check(name, model);
+  const std::string reason = OutputVariables::check(name, outputNames);
   choice.variable = name;
   if (reason.empty()) return true;
   message = "There is no factor \"" + name + "\", nor is it a variable:\n" + reason;
   return false;
 }
 
-std::vector<Choice> everything(const PrepConfiguration& prep, const ModelConfiguration& model) {
+std::vector<Choice> everything(const PrepConfiguration& prep, const std::vector<std::string>& outputNames,
+                               bool hasTimeAxis) {
   std::vector<Choice> choices;
   for (std::int32_t i = 0; i < prep.factors.factorCount(); ++i) choices.push_back({i, ""});
-  for (std::string& text : OutputVariables::defaultVariables(model)) choices.push_back({-1, std::move(text)});
+  for (std::string& text : OutputVariables::defaultVariables(outputNames, hasTimeAxis))
+    choices.push_back({-1, std::move(text)});
   return choices;
 }
 
@@ -74,11 +76,13 @@ std::string RunColumn::label() const {
   return std::string(isFactor ? kFactorPrefix : kVariablePrefix) + name;
 }
 
-bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model, const std::vector<std::string>& names,
-                  RunTable& table, std::string& message) {
-  std::vector<Choice> choices = names.empty() ? everything(prep, model) : std::vector<Choice>(names.size());
+bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model,
+                  const std::vector<std::string>& outputNames, const std::vector<std::string>& names, RunTable& table,
+                  std::string& message) {
+  std::vector<Choice> choices =
+      names.empty() ? everything(prep, outputNames, model.hasTimeAxis()) : std::vector<Choice>(names.size());
   for (std::size_t i = 0; i < names.size(); ++i)
-    if (!resolve(prep, model, names[i], choices[i], message)) return false;
+    if (!resolve(prep, outputNames, names[i], choices[i], message)) return false;
 
   std::vector<std::string> texts;
   for (const Choice& choice : choices)
@@ -88,7 +92,7 @@ bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model
 
   OutputVariables variables;
   OutputTable outputs;
-  if (!texts.empty() && (!variables.set(texts, model) || !variables.build(model, outputs))) {
+  if (!texts.empty() && (!variables.set(texts, outputNames) || !variables.build(model, outputs))) {
     message = variables.errorText();
     return false;
   }

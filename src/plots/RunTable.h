@@ -26,13 +26,14 @@ struct RunTable {
   std::int32_t runs = 0;
 };
 
-// Reads the columns of the names given: of a factor, or of a variable as an analysis knows it (an output, a derived
-// name, an expression); a factor goes first, and "F - " or "V - " in front tells the two apart. No names: all factors,
-// then all outputs at their maximum over time where there is a time axis. `message` is then empty, or tells of
-// expressions that failed in some runs. False, with a sentence for the user, when a name is unknown, a file fails, or
-// results and sample don't belong together; `table` is then as it was.
+// Reads the columns of the names given; the outputs of `model` are known by `outputNames`: of a factor, or of a
+// variable as an analysis knows it (an output, a derived name, an expression); a factor goes first, and "F - " or "V -
+// " in front tells the two apart. No names: all factors, then all outputs at their maximum over time where there is a
+// time axis. `message` is then empty, or tells of expressions that failed in some runs. False, with a sentence for the
+// user, when a name is unknown, a file fails, or results and sample don't belong together; `table` is then as it was.
 [[nodiscard]] bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model,
-                                const std::vector<std::string>& names, RunTable& table, std::string& message);
+                                const std::vector<std::string>& outputNames, const std::vector<std::string>& names,
+                                RunTable& table, std::string& message);
 
 // A range that a run's value must lie in.
 struct RunRange {

@@ -30,7 +30,8 @@ std::vector<std::size_t> shownRecords(const SensitivityStats& stats, const std::
   std::vector<std::size_t> shown;
   std::vector<double> sizes(stats.records.size(), 0.0);
   for (std::size_t i = 0; i < stats.records.size(); ++i) {
-    bool any = stats.records[i].kind != FactorKind::Uncertain;
+    // Every factor has each of the regression's measures, or a reason that all share.
+    bool any = stats.records[i].kind != FactorKind::Uncertain || stats.typeId() == SensitivityStats::kRegression;
     for (const Column& column : columns) {
       any = any || column[i].has_value();
       if (column[i] && std::isfinite(*column[i])) sizes[i] = std::max(sizes[i], std::abs(*column[i]));
@@ -54,7 +55,8 @@ std::string threeDecimals(double value) {
 }
 
 Bar reasonBar(const IndexRecord& record) {
-  return {0.0, std::string(kindCell(record.kind)), namedColour("gray"), true};
+  const std::string_view kind = kindCell(record.kind);
+  return {0.0, std::string(kind.empty() ? kNotComputed : kind), namedColour("gray"), true};
 }
 
 BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& columns,
@@ -79,7 +81,7 @@ BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& colum
   return chart;
 }
 
-// Green and red for what is significant and what isn't.
+// Green and red for what is significant and what isn't, where there is a test.
 void colourBySignificance(BarChart& chart, const RegressionStats& stats, std::int32_t variable, std::int32_t measure,
                           const std::vector<std::size_t>& shown) {
   const Column flags = measureColumn(stats, variable, RegressionStats::kFlagSlots + measure);
@@ -111,11 +113,15 @@ void sizeToRows(Figure& figure, std::size_t seriesCount) {
 }
 
 std::string determinationText(const RegressionStats& stats, std::int32_t variable) {
+  const auto text = [&](double value, RegressionStats::Measure of) {
+    return stats.notComputedReason(variable, of).empty() ? measureText(value) : std::string(kNotComputed);
+  };
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
   if (!stats.determination(variable, raw, ranks) || !stats.determinationAdjusted(variable, rawAdjusted, ranksAdjusted))
     return "";
-  return "R squared on raw data " + measureText(raw) + ", adjusted " + measureText(rawAdjusted) + "; on ranks " +
-         measureText(ranks) + ", adjusted " + measureText(ranksAdjusted);
+  return "R squared on raw data " + text(raw, RegressionStats::kPear) + ", adjusted " +
+         text(rawAdjusted, RegressionStats::kPear) + "; on ranks " + text(ranks, RegressionStats::kSpea) +
+         ", adjusted " + text(ranksAdjusted, RegressionStats::kSpea);
 }
 
 std::string confidenceText(const RegressionStats& stats) {
@@ -142,8 +148,13 @@ void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t va
                                    : "Sensitivity Analysis";
   const std::string determination = determinationText(stats, variable);
   if (!determination.empty()) figure.subtitle += "; " + determination;
-  figure.legend = {{"significant at " + confidenceText(stats), namedColour(kSignificant)},
-                   {"not significant", namedColour(kInsignificant)}};
+  if (std::ranges::any_of(slots, [&](std::int32_t slot) { return stats.hasTest(slot); }))
+    figure.legend = {{"significantly above 0 at " + confidenceText(stats), namedColour(kSignificant)},
+                     {"not significantly above 0", namedColour(kInsignificant)}};
+  std::string reason;  // one is that of all
+  for (const std::int32_t slot : slots)
+    if (reason.empty()) reason = stats.notComputedReason(variable, slot);
+  if (!reason.empty()) figure.subtitle += "; " + std::string(kNotComputed) + ": " + reason;
 }
 
 // One chart with a series a measure.

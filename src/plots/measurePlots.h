@@ -24,8 +24,8 @@ struct MeasureChoice {
 // Slots count as in the record of a single factor. The total order of FAST is on offer when there is one.
 std::vector<MeasureChoice> measureChoices(const SensitivityStats& stats);
 
-// A bar a factor (group, term), green where significant and red where not; one colour where there is no test. Measures
-// of first and total order share a figure when `slots` names both.
+// A bar a factor (group, term), green where significantly above 0 and red where not; one colour where there is no test.
+// Measures of first and total order share a figure when `slots` names both.
 Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
                    const std::vector<std::int32_t>& slots);
 // Shares of the positive values, for measures that divide a whole: indices of FAST and Sobol, importance.

@@ -19,6 +19,8 @@ std::string shortNumber(double value);
 // What stands in the place of a measure of a factor without one: "Constant", "Related factor", "Correlated factor".
 // Empty for an uncertain factor.
 std::string_view kindCell(FactorKind kind);
+// What stands in the place of a measure that the statistics know a notComputedReason() for.
+inline constexpr std::string_view kNotComputed = "not computed";
 // `text` after as many blanks as make it 20 characters wide: the cell of a saved table.
 std::string savedCell(std::string_view text);
 

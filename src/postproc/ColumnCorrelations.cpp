@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "postproc/MeasureSupport.h"
+
 namespace tarvex {
 
 namespace {
 
 constexpr std::int32_t kBatch = 4;  // rows whose products are added in one sweep over the matrix
+constexpr double kMeansDone = 0.3;  // of the progress
+constexpr std::int64_t kOperationsACell = 4;
 
 // Adds the products of `count` rows of deviations, row after row, to the upper triangle of `sums`.
 void addProducts(const std::vector<double>& rows, std::int32_t count, std::size_t columns, double* sums) {
@@ -30,23 +34,26 @@ void addProducts(const std::vector<double>& rows, std::int32_t count, std::size_
 
 }  // namespace
 
-bool ColumnCorrelations::compute(std::int32_t rows, std::size_t columns, const RowReader& readRow) {
+bool ColumnCorrelations::compute(std::int32_t rows, std::size_t columns, const RowReader& readRow,
+                                 const Progress& progress) {
   rows_ = rows;
   moments_.assign(columns, {});
   constant_.assign(columns, false);
   products_.assign(columns * columns, 0.0);
-  if (!computeMeans(rows, readRow) || !sumProducts(rows, readRow)) return false;
+  if (!computeMeans(rows, readRow, progress.part(0.0, kMeansDone))) return false;
+  if (!sumProducts(rows, readRow, progress.part(kMeansDone, 1.0))) return false;
   for (std::size_t i = 0; i < columns; ++i)
     moments_[i].std = constant_[i] ? 0.0 : std::sqrt(products_[i * columns + i] / (static_cast<double>(rows) - 1.0));
   return true;
 }
 
-bool ColumnCorrelations::computeMeans(std::int32_t rows, const RowReader& readRow) {
+bool ColumnCorrelations::computeMeans(std::int32_t rows, const RowReader& readRow, const Progress& progress) {
   const std::size_t columns = moments_.size();
   std::vector<double> row(columns), first(columns), sums(columns, 0.0);
   std::vector<char> varies(columns, 0);
+  WorkPace pace(progress, rows, kOperationsACell * static_cast<std::int64_t>(columns));
   for (std::int32_t r = 0; r < rows; ++r) {
-    if (!readRow(r, row.data())) return false;
+    if (!pace.step() || !readRow(r, row.data())) return false;
     if (r == 0) first = row;
     for (std::size_t i = 0; i < columns; ++i) {
       sums[i] += row[i];
@@ -60,10 +67,14 @@ bool ColumnCorrelations::computeMeans(std::int32_t rows, const RowReader& readRo
   return true;
 }
 
-bool ColumnCorrelations::sumProducts(std::int32_t rows, const RowReader& readRow) {
+bool ColumnCorrelations::sumProducts(std::int32_t rows, const RowReader& readRow, const Progress& progress) {
   const std::size_t columns = moments_.size();
   std::vector<double> batch(columns * kBatch);
+  const auto cells = static_cast<std::int64_t>(columns);
+  WorkPace pace(progress, (std::int64_t{rows} + kBatch - 1) / kBatch,
+                kBatch * (kOperationsACell * cells + cells * cells / 2));
   for (std::int32_t start = 0; start < rows; start += kBatch) {
+    if (!pace.step()) return false;
     const std::int32_t count = std::min(kBatch, rows - start);
     for (std::int32_t r = 0; r < count; ++r) {
       double* row = batch.data() + static_cast<std::size_t>(r) * columns;

@@ -4,6 +4,8 @@
 #include <functional>
 #include <vector>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 struct ColumnMoments {
@@ -18,16 +20,18 @@ class ColumnCorrelations {
   // Fills `values` with the doubles of one row; false when it can't be read.
   using RowReader = std::function<bool(std::int32_t row, double* values)>;
 
-  // False when a row can't be read. Sums are formed in row order, so that they are the same on every machine.
-  [[nodiscard]] bool compute(std::int32_t rows, std::size_t columns, const RowReader& readRow);
+  // False when a row can't be read, or when stopped. Sums are formed in row order, so that they are the same on every
+  // machine.
+  [[nodiscard]] bool compute(std::int32_t rows, std::size_t columns, const RowReader& readRow,
+                             const Progress& progress = {});
 
   const std::vector<ColumnMoments>& moments() const { return moments_; }
   // 0.0 where one of the columns has no deviation.
   double correlation(std::size_t i, std::size_t j) const;
 
  private:
-  bool computeMeans(std::int32_t rows, const RowReader& readRow);
-  bool sumProducts(std::int32_t rows, const RowReader& readRow);
+  bool computeMeans(std::int32_t rows, const RowReader& readRow, const Progress& progress);
+  bool sumProducts(std::int32_t rows, const RowReader& readRow, const Progress& progress);
 
   std::int32_t rows_ = 0;
   std::vector<ColumnMoments> moments_;

@@ -5,6 +5,7 @@
 #include <future>
 #include <numeric>
 #include <thread>
+#include <utility>
 
 #include "postproc/MeasureSupport.h"
 
@@ -13,22 +14,29 @@ namespace tarvex {
 namespace {
 
 constexpr long double kTwoPi = 6.283185307179586476925L;
-constexpr std::size_t kSharedWork = 2000000;  // steps, some milliseconds: from here on a thread pays
+// Steps, some milliseconds: from here on a thread pays, and between two reports a core makes no more.
+constexpr std::size_t kSharedWork = 2000000;
+constexpr std::int64_t kOperationsAWave = 100;
 
 }  // namespace
 
-void CurveSpectrum::prepareWaves(std::int32_t count) {
-  if (waves_.size() == static_cast<std::size_t>(count)) return;
-  waves_.resize(static_cast<std::size_t>(count));
+bool CurveSpectrum::prepareWaves(std::int32_t count, const Progress& progress) {
+  if (waves_.size() == static_cast<std::size_t>(count)) return true;
+  waves_.clear();
+  std::vector<Wave> waves(static_cast<std::size_t>(count));
+  WorkPace pace(progress, count, kOperationsAWave);
   for (std::int32_t i = 0; i < count; ++i) {
+    if (!pace.step()) return false;
     const long double angle = kTwoPi * i / count;
-    waves_[i] = {static_cast<double>(std::cos(angle)), static_cast<double>(std::sin(angle))};
+    waves[static_cast<std::size_t>(i)] = {static_cast<double>(std::cos(angle)), static_cast<double>(std::sin(angle))};
   }
+  waves_ = std::move(waves);
+  return true;
 }
 
-void CurveSpectrum::load(const double* runs, std::int32_t count) {
+bool CurveSpectrum::load(const double* runs, std::int32_t count, const Progress& progress) {
+  if (!prepareWaves(count, progress) || !progress.report(1.0)) return false;
   count_ = count;
-  prepareWaves(count);
   const long double mean = seriesMean<long double>(runs, static_cast<std::size_t>(count));
   long double squares = 0.0L;
   for (std::int32_t i = 0; i < count; ++i) squares += (runs[i] - mean) * (runs[i] - mean);
@@ -49,6 +57,7 @@ void CurveSpectrum::load(const double* runs, std::int32_t count) {
     sums_[i] = static_cast<double>(right + left);
     differences_[i] = static_cast<double>(right - left);
   }
+  return true;
 }
 
 // The sums A and B of one frequency, run by run from the middle outwards.
@@ -85,31 +94,43 @@ long double CurveSpectrum::at(std::int64_t frequency) const {
   return sums.power(count_);
 }
 
-long double CurveSpectrum::sumUpTo(std::int32_t last) const {
-  std::vector<long double> found(static_cast<std::size_t>(std::max(last, 0)));
-  const auto fill = [&](std::size_t from, std::size_t to) {
-    // Two at a time: they don't wait for each other's additions.
-    for (; from + 1 < to; from += 2) {
-      Sums odd(stepOf(static_cast<std::int64_t>(from) + 1), middle_);
-      Sums even(stepOf(static_cast<std::int64_t>(from) + 2), middle_);
-      for (std::size_t i = 0; i < sums_.size(); ++i) {
-        odd.add(sums_[i], differences_[i], waves_);
-        even.add(sums_[i], differences_[i], waves_);
-      }
-      found[from] = odd.power(count_);
-      found[from + 1] = even.power(count_);
+void CurveSpectrum::fill(std::size_t first, std::size_t last, std::vector<long double>& found) const {
+  // Two at a time: they don't wait for each other's additions.
+  for (; first + 1 < last; first += 2) {
+    Sums odd(stepOf(static_cast<std::int64_t>(first) + 1), middle_);
+    Sums even(stepOf(static_cast<std::int64_t>(first) + 2), middle_);
+    for (std::size_t i = 0; i < sums_.size(); ++i) {
+      odd.add(sums_[i], differences_[i], waves_);
+      even.add(sums_[i], differences_[i], waves_);
     }
-    if (from < to) found[from] = at(static_cast<std::int64_t>(from) + 1);
-  };
-  const std::size_t parts = sums_.size() * found.size() < kSharedWork ? 1 : std::thread::hardware_concurrency();
-  const std::size_t share = found.size() / std::max<std::size_t>(parts, 1) + 1;
-  std::vector<std::future<void>> others;
-  for (std::size_t from = share; from < found.size(); from += share)
-    others.push_back(std::async(fill, from, std::min(from + share, found.size())));
-  fill(0, std::min(share, found.size()));
-  for (const std::future<void>& other : others) other.wait();
+    found[first] = odd.power(count_);
+    found[first + 1] = even.power(count_);
+  }
+  if (first < last) found[first] = at(static_cast<std::int64_t>(first) + 1);
+}
+
+bool CurveSpectrum::addUpTo(std::int32_t last, long double& sum, const Progress& progress) const {
+  std::vector<long double> found(static_cast<std::size_t>(std::max(last, 0)));
+  const std::size_t cores =
+      sums_.size() * found.size() < kSharedWork ? 1 : std::max(std::thread::hardware_concurrency(), 1U);
+  const std::size_t share = 2 * std::max<std::size_t>(kSharedWork / (2 * std::max<std::size_t>(sums_.size(), 1)), 1);
+  std::size_t next = 0;
+  while (next < found.size()) {
+    if (!progress.report(next, found.size())) return false;
+    const std::size_t own = next;
+    next = std::min(own + share, found.size());
+    const std::size_t ownEnd = next;
+    std::vector<std::future<void>> others;
+    for (std::size_t core = 1; core < cores && next < found.size(); ++core) {
+      const std::size_t from = std::exchange(next, std::min(next + share, found.size()));
+      others.push_back(std::async(std::launch::async, [this, from, next, &found] { fill(from, next, found); }));
+    }
+    fill(own, ownEnd, found);
+    for (const std::future<void>& other : others) other.wait();
+  }
   // Summed in their order, however many did the work.
-  return std::accumulate(found.begin(), found.end(), 0.0L);
+  sum += std::accumulate(found.begin(), found.end(), 0.0L);
+  return true;
 }
 
 long double CurveSpectrum::harmonics(std::int64_t frequency) const {

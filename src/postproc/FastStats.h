@@ -17,23 +17,28 @@ class FastStats : public SensitivityStats {
 
   FastStats() : SensitivityStats(kFast) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<FastStats>(*this); }
-  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
 
   std::int32_t recordCount = 0;  // factors, or groups and the factors in none
 
+  // The classic test leaves all total orders at 0, and a file doesn't tell which test was made.
+  bool hasTotals() const { return hasAny(kTotalOrder); }
+  std::string notComputedReason(std::int32_t variable, std::int32_t slot) const override;
+
  protected:
+  bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) override;
   void writeHeader(TextWriter& out) const override;
   void readHeader(TextReader& in) override;
   std::int32_t recordsInFile() const override { return recordCount; }
 
  private:
+  bool hasAny(Slot slot) const;  // other than 0
   void makeRecords(const PrepConfiguration& prep, const FastSampler& design);
   bool checkDesign(const FastSampler& design);
-  void computeClassic(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
-                      CurveSpectrum& spectrum);
-  void computeBlocks(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
-                     CurveSpectrum& spectrum);
+  bool computeClassic(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
+                      CurveSpectrum& spectrum, const Progress& progress);
+  bool computeBlocks(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
+                     CurveSpectrum& spectrum, const Progress& progress);
 };
 
 }  // namespace tarvex

@@ -13,12 +13,15 @@ class ImportanceStats : public SensitivityStats {
 
   ImportanceStats() : SensitivityStats(kImportance) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<ImportanceStats>(*this); }
-  // True, with `computed` false, for a design that doesn't know the runs of each level.
-  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
 
+ protected:
+  // True, with `computed` false, for a design that doesn't know the runs of each level.
+  bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) override;
+
  private:
-  void computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double>& runs);
+  bool computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double>& runs,
+                       const Progress& progress);
 };
 
 }  // namespace tarvex

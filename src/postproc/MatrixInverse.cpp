@@ -4,6 +4,8 @@
 #include <numeric>
 #include <utility>
 
+#include "postproc/MeasureSupport.h"
+
 namespace tarvex {
 
 namespace {
@@ -12,9 +14,12 @@ namespace {
 constexpr double kSingularPivot = 3e-14;
 
 // LU factors in place by rows with partial pivoting; rows[i] tells which row of the input stands in row i.
-bool factorise(std::vector<double>& a, std::size_t order, std::vector<std::size_t>& rows) {
+bool factorise(std::vector<double>& a, std::size_t order, std::vector<std::size_t>& rows, const Progress& progress) {
   std::iota(rows.begin(), rows.end(), std::size_t{0});
+  const auto size = static_cast<std::int64_t>(order);
+  WorkPace pace(progress, size, size * size);
   for (std::size_t column = 0; column < order; ++column) {
+    if (!pace.step()) return false;
     std::size_t pivot = column;
     for (std::size_t i = column + 1; i < order; ++i)
       if (std::abs(a[i * order + column]) > std::abs(a[pivot * order + column])) pivot = i;
@@ -35,12 +40,16 @@ bool factorise(std::vector<double>& a, std::size_t order, std::vector<std::size_
 
 }  // namespace
 
-bool invertMatrix(std::vector<double>& matrix, std::size_t order) {
+bool invertMatrix(std::vector<double>& matrix, std::size_t order, const Progress& progress) {
   std::vector<std::size_t> rows(order);
-  if (!factorise(matrix, order, rows)) return false;
+  if (!factorise(matrix, order, rows, progress.part(0.0, 0.5))) return false;
   std::vector<double> inverse(order * order);
   std::vector<double> x(order);
+  const Progress part = progress.part(0.5, 1.0);
+  const auto size = static_cast<std::int64_t>(order);
+  WorkPace pace(part, size, size * size);
   for (std::size_t column = 0; column < order; ++column) {
+    if (!pace.step()) return false;
     for (std::size_t i = 0; i < order; ++i) {
       x[i] = rows[i] == column ? 1.0 : 0.0;
       for (std::size_t j = 0; j < i; ++j) x[i] -= matrix[i * order + j] * x[j];

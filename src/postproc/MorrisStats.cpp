@@ -16,9 +16,10 @@ namespace {
 // of probability on grids of an even number of levels, whose step is one half.
 constexpr double kEffectFactor = 2.0;
 
+// Whether a trajectory starts at a run, by the number of the factor that it changes.
 bool isStart(std::int32_t changed) {
   return changed < 0;
-}  // of a trajectory
+}
 
 bool fits(const MorrisSampler& design, std::int32_t factors) {
   const std::vector<std::int32_t>& changed = design.changedFactor();
@@ -30,8 +31,7 @@ bool fits(const MorrisSampler& design, std::int32_t factors) {
 
 }  // namespace
 
-bool MorrisStats::compute(const PrepConfiguration& prep, const OutputTable& outputs) {
-  clear();
+bool MorrisStats::computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) {
   std::string reason;
   const auto* design = designFor<MorrisSampler>(prep, outputs, reason);
   if (design == nullptr) return fail(reason);
@@ -39,8 +39,11 @@ bool MorrisStats::compute(const PrepConfiguration& prep, const OutputTable& outp
   if (!fits(*design, prep.factors.correlatableCount())) return fail(kDesignDamaged);
   variableCount = outputs.columns();
   makeFactorRecords(prep);
-  return computeColumns(
-      outputs, [&](std::int32_t variable, std::vector<double>& runs) { computeVariable(variable, *design, runs); });
+  return computeColumns(outputs, progress,
+                        [&](std::int32_t variable, const std::vector<double>& runs, const Progress&) {
+                          computeVariable(variable, *design, runs);
+                          return true;
+                        });
 }
 
 // Over the r absolute effects |e| of a factor: mean |sum / r|, spread sqrt((r sum(e^2) - sum(e)^2) / ((r - 1) r)).

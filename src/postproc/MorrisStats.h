@@ -14,8 +14,10 @@ class MorrisStats : public SensitivityStats {
 
   MorrisStats() : SensitivityStats(kMorris) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<MorrisStats>(*this); }
-  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord&) const override { return kSlots; }
+
+ protected:
+  bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) override;
 
  private:
   void computeVariable(std::int32_t variable, const MorrisSampler& design, const std::vector<double>& runs);

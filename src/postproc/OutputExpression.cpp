@@ -6,12 +6,13 @@
 #include <utility>
 
 #include "factors/NumberLiteral.h"
+#include "postproc/UaStats.h"
 
 namespace tarvex {
 
 namespace {
 
-constexpr std::size_t kMaxTextChars = 4095;  // what a record that lists the variables can hold
+constexpr std::size_t kMaxTextChars = UaStats::kMaxNameChars;  // the text names the variable in the record
 constexpr const char* kNotEvaluated = "   Expression can't be evaluated.";
 // Digits at which an output's value enters an expression.
 constexpr int kValueDigits = 15;

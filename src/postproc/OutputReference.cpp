@@ -91,7 +91,8 @@ void OutputReference::findTime(const ModelConfiguration& model, std::int32_t run
 
 double OutputReference::value(const ModelConfiguration& model, std::int32_t run, const std::vector<double>& values) {
   const auto at = [&](std::int32_t time) {
-    return values[static_cast<std::size_t>(time) * model.outputNames().size() + static_cast<std::size_t>(output_)];
+    return values[static_cast<std::size_t>(time) * static_cast<std::size_t>(model.outputCount()) +
+                  static_cast<std::size_t>(output_)];
   };
   if (kind_ == kFirstTime) return at(0);
   if (kind_ == kMaximum) {

@@ -5,13 +5,22 @@
 #include <utility>
 
 #include "model/ModelConfiguration.h"
+#include "postproc/MeasureSupport.h"
 
 namespace tarvex {
 
-bool OutputVariables::set(const std::vector<std::string>& texts, const ModelConfiguration& model) {
+namespace {
+
+// Reading a run, evaluating an expression: for the pace of progress.
+constexpr std::int64_t kOperationsARun = 1000;
+constexpr std::int64_t kOperationsAValue = 5;
+
+}  // namespace
+
+bool OutputVariables::set(const std::vector<std::string>& texts, const std::vector<std::string>& outputNames) {
   std::vector<OutputExpression> expressions(texts.size());
   for (std::size_t i = 0; i < texts.size(); ++i)
-    if (!expressions[i].set(texts[i], model.outputNames(), errorText_)) return false;
+    if (!expressions[i].set(texts[i], outputNames, errorText_)) return false;
   texts_ = texts;
   expressions_ = std::move(expressions);
   failedRuns_.assign(texts.size(), 0);
@@ -20,7 +29,8 @@ bool OutputVariables::set(const std::vector<std::string>& texts, const ModelConf
 }
 
 bool OutputVariables::addRun(const ModelConfiguration& model, std::int32_t run, OutputTable& table) {
-  const std::size_t needed = static_cast<std::size_t>(model.timeCount(run)) * model.outputNames().size();
+  const std::size_t needed =
+      static_cast<std::size_t>(model.timeCount(run)) * static_cast<std::size_t>(model.outputCount());
   if (!model.readRun(run, values_) || values_.empty() || values_.size() < needed) {
     errorText_ = "The model results of run " + std::to_string(run + 1) + " can't be read.";
     return false;
@@ -32,7 +42,7 @@ bool OutputVariables::addRun(const ModelConfiguration& model, std::int32_t run, 
   return false;
 }
 
-bool OutputVariables::build(const ModelConfiguration& model, OutputTable& table) {
+bool OutputVariables::build(const ModelConfiguration& model, OutputTable& table, const Progress& progress) {
   table.clear();
   runs_ = model.runCount();
   failedRuns_.assign(texts_.size(), 0);
@@ -41,8 +51,11 @@ bool OutputVariables::build(const ModelConfiguration& model, OutputTable& table)
     errorText_ = table.errorText();
     return false;
   }
+  const std::int64_t values = runs_ > 0 ? std::int64_t{model.timeCount(0)} * model.outputCount() : 0;
+  WorkPace pace(progress, runs_, kOperationsARun + kOperationsAValue * values);
   for (std::int32_t run = 0; run < runs_; ++run) {
-    if (addRun(model, run, table)) continue;
+    if (pace.step() && addRun(model, run, table)) continue;
+    if (progress.stopped()) errorText_ = "The computation was stopped.";
     table.clear();
     return false;
   }
@@ -60,14 +73,15 @@ std::string OutputVariables::failures() const {
   return text;
 }
 
-std::string OutputVariables::check(const std::string& text, const ModelConfiguration& model) {
+std::string OutputVariables::check(const std::string& text, const std::vector<std::string>& outputNames) {
   std::string reason;
-  return OutputExpression().set(text, model.outputNames(), reason) ? "" : reason;
+  return OutputExpression().set(text, outputNames, reason) ? "" : reason;
 }
 
-std::vector<std::string> OutputVariables::defaultVariables(const ModelConfiguration& model) {
-  std::vector<std::string> names = model.outputNames();
-  if (model.hasTimeAxis())
+std::vector<std::string> OutputVariables::defaultVariables(const std::vector<std::string>& outputNames,
+                                                           bool hasTimeAxis) {
+  std::vector<std::string> names = outputNames;
+  if (hasTimeAxis)
     for (std::string& name : names) name = maximumName(name);
   return names;
 }

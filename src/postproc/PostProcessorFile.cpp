@@ -18,9 +18,10 @@ bool loadPostProcessorFile(const std::string& path, PrepConfiguration& prep, Mod
   ModelConfiguration loadedModel;
   VelsConfiguration loadedVels;
   if (in.fail() || !loadedPrep.read(in) || !loadedModel.read(in) || !loadedVels.load(in)) {
-    message = "  Error reading UA/SA file";
+    message = withProblem("  Error reading UA/SA file", in);
     return false;
   }
+  message = loadedVels.changedNames();
   prep = std::move(loadedPrep);
   model = std::move(loadedModel);
   vels = std::move(loadedVels);
@@ -35,7 +36,8 @@ bool savePostProcessorFile(const std::string& path, const PrepConfiguration& pre
   model.write(out);
   vels.save(out);
   if (out.commit()) return true;
-  message = "Error trying to write to the Statistical post processor file.\nIs it locked by another application?";
+  message = "Error trying to write to the Statistical post processor file.\nIs it locked by another application?\n" +
+            out.problem();
   return false;
 }
 

@@ -8,11 +8,13 @@
 
 namespace tarvex {
 
-bool RankColumns::add(const sampValues& table) {
+bool RankColumns::add(const sampValues& table, const Progress& progress) {
   std::vector<double> values;
   for (std::int32_t column = 0; column < table.columns(); ++column) {
-    if (!table.getColumn(column, values)) return false;
-    std::vector<std::int32_t> ranks = ranksOf(values);
+    if (!progress.report(column, table.columns()) || !table.getColumn(column, values)) return false;
+    const double from = static_cast<double>(column) / table.columns();
+    std::vector<std::int32_t> ranks = ranksOf(values, progress.part(from, (column + 1.0) / table.columns()));
+    if (progress.stopped()) return false;
     for (std::int32_t& rank : ranks) ++rank;
     ranks_.push_back(std::move(ranks));
     gaps_.push_back(std::any_of(values.begin(), values.end(), [](double x) { return std::isnan(x); }));

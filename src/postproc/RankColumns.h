@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/Progress.h"
 #include "base/sampValues.h"
 
 namespace tarvex {
@@ -11,8 +12,8 @@ namespace tarvex {
 // Memory is 4 bytes a value.
 class RankColumns {
  public:
-  // Appends the columns of `table`; false when one can't be read.
-  [[nodiscard]] bool add(const sampValues& table);
+  // Appends the columns of `table`; false when one can't be read, or when stopped.
+  [[nodiscard]] bool add(const sampValues& table, const Progress& progress = {});
 
   std::size_t columns() const { return ranks_.size(); }
   const std::vector<std::int32_t>& ranks(std::size_t column) const { return ranks_[column]; }

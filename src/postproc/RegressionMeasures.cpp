@@ -5,6 +5,7 @@
 
 #include "base/sortPositions.h"
 #include "postproc/MatrixInverse.h"
+#include "postproc/MeasureSupport.h"
 #include "postproc/RankColumns.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/smirnovDistance.h"
@@ -13,9 +14,9 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kCollinear = 0.99;     // correlation above which the later of two factors is left out
-constexpr double kLowOutputs = 0.9;     // share of the runs whose outputs aren't high ones
-constexpr double kSingularValue = 1.0;  // of all measures where the matrix can't be inverted
+constexpr double kCollinear = 0.99;  // correlation above which the later of two factors is left out
+constexpr double kLowOutputs = 0.9;  // share of the runs whose outputs aren't high ones
+constexpr std::int64_t kOperationsARank = 10;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 double* slotsOfVariable(IndexRecord& record, std::int32_t variable) {
@@ -40,7 +41,8 @@ void RegressionStats::markCollinear(const ColumnCorrelations& raw) {
   activeCount = static_cast<std::int32_t>(activeFactors().size());
 }
 
-bool RegressionStats::deriveMeasures(const ColumnCorrelations& correlations, std::int32_t runs, DataKind kind) {
+bool RegressionStats::deriveMeasures(const ColumnCorrelations& correlations, std::int32_t runs, DataKind kind,
+                                     const Progress& progress) {
   const std::vector<std::size_t> active = activeFactors();
   const std::size_t k = active.size();
   const std::size_t order = k + 1;
@@ -49,11 +51,14 @@ bool RegressionStats::deriveMeasures(const ColumnCorrelations& correlations, std
     for (std::size_t j = 0; j < k; ++j) matrix[i * order + j] = correlations.correlation(active[i], active[j]);
 
   for (std::int32_t variable = 0; variable < variableCount; ++variable) {
+    if (!progress.report(variable, variableCount)) return false;
     const std::size_t column = static_cast<std::size_t>(factorCount) + static_cast<std::size_t>(variable);
     for (std::size_t j = 0; j < k; ++j)
       matrix[k * order + j] = matrix[j * order + k] = correlations.correlation(active[j], column);
     std::vector<double> inverse = matrix;
-    if (!invertMatrix(inverse, order)) {
+    const double from = static_cast<double>(variable) / variableCount;
+    if (!invertMatrix(inverse, order, progress.part(from, (variable + 1.0) / variableCount))) {
+      if (progress.stopped()) return false;
       setSingular(variable, kind);
       return false;
     }
@@ -77,6 +82,7 @@ bool RegressionStats::deriveMeasures(const ColumnCorrelations& correlations, std
 }
 
 void RegressionStats::setSingular(std::int32_t variable, DataKind kind) {
+  singular_[static_cast<std::size_t>(kind)] = variable;
   constexpr std::int32_t kRankMeasures[] = {kSpea, kPrcc, kSrrc, kSmirnov};
   auto& coefficients = determinations_[static_cast<std::size_t>(variable)];
   if (kind == kRaw)
@@ -92,7 +98,7 @@ void RegressionStats::setSingular(std::int32_t variable, DataKind kind) {
   }
 }
 
-void RegressionStats::computeSmirnov(const RankColumns& ranks, std::int32_t runs) {
+bool RegressionStats::computeSmirnov(const RankColumns& ranks, std::int32_t runs, const Progress& progress) {
   const auto threshold = static_cast<std::int32_t>(kLowOutputs * runs);
   std::vector<std::vector<char>> isHigh(static_cast<std::size_t>(variableCount));
   for (std::size_t v = 0; v < isHigh.size(); ++v)
@@ -100,16 +106,19 @@ void RegressionStats::computeSmirnov(const RankColumns& ranks, std::int32_t runs
       isHigh[v].push_back(rank > threshold);
 
   std::vector<std::int32_t> rowsByRank(static_cast<std::size_t>(runs));
+  WorkPace pace(progress, std::int64_t{activeCount} * variableCount, kOperationsARank * std::int64_t{runs});
   for (const std::size_t factor : activeFactors()) {
     const std::vector<std::int32_t>& own = ranks.ranks(factor);
     for (std::size_t row = 0; row < own.size(); ++row)
       rowsByRank[static_cast<std::size_t>(own[row] - 1)] = static_cast<std::int32_t>(row);
     for (std::size_t v = 0; v < isHigh.size(); ++v) {
+      if (!pace.step()) return false;
       const bool gap = ranks.hasGap(factor) || ranks.hasGap(static_cast<std::size_t>(factorCount) + v);
       slotsOfVariable(records[factor], static_cast<std::int32_t>(v))[kSmirnov] =
           gap ? kNaN : smirnovDistance(rowsByRank, isHigh[v]);
     }
   }
+  return true;
 }
 
 void RegressionStats::rankMeasures() {

@@ -3,11 +3,14 @@
 #include <cmath>
 
 #include "postproc/CriticalValues.h"
+#include "postproc/MeasureSupport.h"
 #include "postproc/RegressionStats.h"
 
 namespace tarvex {
 
 namespace {
+
+constexpr std::size_t kOperationsAFactor = 3;
 
 std::size_t slotAt(std::int32_t variable, std::int32_t slot) {
   return static_cast<std::size_t>(variable) * RegressionStats::kSlots + static_cast<std::size_t>(slot);
@@ -20,11 +23,12 @@ double correlationStatistic(double r, std::int32_t runs) {
 
 }  // namespace
 
-bool RegressionStats::decideSignificance(const sampValues& samples, const OutputTable& outputs) {
+bool RegressionStats::decideSignificance(const sampValues& samples, const OutputTable& outputs,
+                                         const Progress& progress) {
   const std::int32_t runs = outputs.rows();
   if (runs <= 1) return true;
   std::vector<double> errors;
-  if (!sumSquaredErrors(samples, outputs, errors)) return false;
+  if (!sumSquaredErrors(samples, outputs, progress, errors)) return false;
   for (std::int32_t variable = 0; variable < variableCount; ++variable) {
     flagCorrelations(variable, runs);
     for (const DataKind kind : {kRaw, kRanks})
@@ -34,7 +38,7 @@ bool RegressionStats::decideSignificance(const sampValues& samples, const Output
         return record.values[slotAt(variable, kFlagSlots + measure)];
       };
       flag(kPcc) = flag(kPrcc) = 1.0;
-      flag(kSmirnov) = record.values[slotAt(variable, kSmirnov)] == -1.0 ? 0.0 : 1.0;
+      flag(kSmirnov) = record.values[slotAt(variable, kSmirnov)] == kNoDistance ? 0.0 : 1.0;
     }
   }
   return true;
@@ -77,7 +81,7 @@ double RegressionStats::coefficient(std::size_t factor, std::int32_t variable, D
 }
 
 // Kept: the models have no intercept, and that of the ranks is held against the raw data.
-bool RegressionStats::sumSquaredErrors(const sampValues& samples, const OutputTable& outputs,
+bool RegressionStats::sumSquaredErrors(const sampValues& samples, const OutputTable& outputs, const Progress& progress,
                                        std::vector<double>& errors) const {
   const std::size_t factors = records.size();
   const std::size_t models = 2 * static_cast<std::size_t>(variableCount);
@@ -89,7 +93,9 @@ bool RegressionStats::sumSquaredErrors(const sampValues& samples, const OutputTa
 
   errors.assign(models, 0.0);
   std::vector<double> x(factors), y(static_cast<std::size_t>(variableCount)), predictions(models);
+  WorkPace pace(progress, outputs.rows(), static_cast<std::int64_t>(factors * (models + kOperationsAFactor)));
   for (std::int32_t row = 0; row < outputs.rows(); ++row) {
+    if (!pace.step()) return false;
     if (!samples.getRow(row, x.data()) || !outputs.getRow(row, y.data())) return false;
     std::fill(predictions.begin(), predictions.end(), 0.0);
     for (std::size_t j = 0; j < factors; ++j) {

@@ -14,6 +14,10 @@ namespace {
 constexpr std::string_view kMeasureNames[RegressionStats::kMeasures] = {"PEAR", "SPEA", "PCC",    "PRCC",
                                                                         "SRC",  "SRRC", "Smirnov"};
 constexpr std::uint64_t kMinNumberBytes = 2;  // a digit and a blank
+// Shares of the progress, as long as the steps take for twenty factors.
+constexpr double kCorrelated = 0.2;
+constexpr double kRawDone = 0.22;
+constexpr double kRanksDone = 0.85;
 constexpr std::string_view kUnreadable = "The sample or the results can't be read.";
 
 // Whether the table of factors and that of results are of one run; if not, why.
@@ -44,15 +48,10 @@ void RegressionStats::clear() {
   factorMoments.clear();
   rankMoments.clear();
   determinations_.clear();
+  singular_ = {kNone, kNone};
 }
 
-bool RegressionStats::abandon(std::string_view reason) {
-  clear();
-  return fail(reason);
-}
-
-bool RegressionStats::compute(const PrepConfiguration& prep, const OutputTable& outputs) {
-  clear();
+bool RegressionStats::computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) {
   factorCount = prep.factors.factorCount();
   variableCount = outputs.columns();
   if (!tablesFit(prep, outputs, errorText)) return false;
@@ -67,36 +66,47 @@ bool RegressionStats::compute(const PrepConfiguration& prep, const OutputTable& 
     return prep.samples.getRow(row, values) && outputs.getRow(row, values + factorCount);
   };
   ColumnCorrelations correlations;
-  if (!correlations.compute(runs, columns, readRow)) return abandon(kUnreadable);
+  if (!correlations.compute(runs, columns, readRow, progress.part(0.0, kCorrelated))) return fail(kUnreadable);
   factorMoments = correlations.moments();
   markCollinear(correlations);
-  if (activeCount == 0) return abandon("All input factors are constant");
+  if (activeCount == 0) return fail("All input factors are constant");
 
   // Kept: a singular matrix ends the measures at its variable; the flags and ranks of what there is follow.
-  if (deriveMeasures(correlations, runs, kRaw)) {
-    RankColumns ranks;
-    if (!ranks.add(prep.samples) || !ranks.add(outputs)) return abandon(kUnreadable);
-    const auto readRanks = [&ranks](std::int32_t row, double* values) {
-      ranks.row(row, values);
-      return true;
-    };
-    if (!correlations.compute(runs, columns, readRanks)) return abandon(kUnreadable);
-    rankMoments = correlations.moments();
-    if (deriveMeasures(correlations, runs, kRanks)) computeSmirnov(ranks, runs);
-  }
-  if (!decideSignificance(prep.samples, outputs)) return abandon(kUnreadable);
+  if (deriveMeasures(correlations, runs, kRaw, progress.part(kCorrelated, kRawDone)) &&
+      !deriveRankMeasures(prep, outputs, progress.part(kRawDone, kRanksDone)))
+    return fail(kUnreadable);
+  if (progress.stopped()) return false;
+  if (!decideSignificance(prep.samples, outputs, progress.part(kRanksDone, 1.0))) return fail(kUnreadable);
   rankMeasures();
   computed = true;
   return true;
 }
 
-bool RegressionStats::applyAlpha(float value, const PrepConfiguration& prep, const OutputTable& outputs) {
+// False when a table can't be read, or when stopped.
+bool RegressionStats::deriveRankMeasures(const PrepConfiguration& prep, const OutputTable& outputs,
+                                         const Progress& progress) {
+  const std::int32_t runs = outputs.rows();
+  RankColumns ranks;
+  if (!ranks.add(prep.samples, progress.part(0.0, 0.4)) || !ranks.add(outputs, progress.part(0.4, 0.5))) return false;
+  const auto readRanks = [&ranks](std::int32_t row, double* values) {
+    ranks.row(row, values);
+    return true;
+  };
+  ColumnCorrelations correlations;
+  if (!correlations.compute(runs, ranks.columns(), readRanks, progress.part(0.5, 0.7))) return false;
+  rankMoments = correlations.moments();
+  return !deriveMeasures(correlations, runs, kRanks, progress.part(0.7, 0.75)) ||
+         computeSmirnov(ranks, runs, progress.part(0.75, 1.0));
+}
+
+bool RegressionStats::applyAlpha(float value, const PrepConfiguration& prep, const OutputTable& outputs,
+                                 const Progress& progress) {
   std::string reason;
   if (!computed || value == alpha || factorCount != prep.factors.factorCount() || variableCount != outputs.columns() ||
       !tablesFit(prep, outputs, reason))
     return false;
   const float before = std::exchange(alpha, value);
-  if (decideSignificance(prep.samples, outputs)) return true;
+  if (decideSignificance(prep.samples, outputs, progress)) return true;
   alpha = before;
   return false;
 }
@@ -122,7 +132,7 @@ void RegressionStats::writeHeader(TextWriter& out) const {
 
 void RegressionStats::readHeader(TextReader& in) {
   SensitivityStats::readHeader(in);
-  in >> alpha;
+  in.expect("the confidence of the tests") >> alpha;
 }
 
 std::string_view RegressionStats::kindSeparator() const {
@@ -141,16 +151,20 @@ void RegressionStats::writeTail(TextWriter& out) const {
 }
 
 void RegressionStats::readTail(TextReader& in) {
-  in >> activeCount;
+  in.expect("the number of active factors") >> activeCount;
   const std::int64_t columns = std::int64_t{factorCount} + variableCount;
   if (!in.checkCount(columns, 4 * kMinNumberBytes) || !in.checkCount(variableCount, 4 * kMinNumberBytes)) return;
   for (auto* moments : {&factorMoments, &rankMoments}) {
     moments->resize(static_cast<std::size_t>(columns));
-    for (ColumnMoments& column : *moments) in >> column.mean >> column.std;
+    for (ColumnMoments& column : *moments) {
+      in.expect("the mean of a column") >> column.mean;
+      in.expect("the standard deviation of a column") >> column.std;
+    }
   }
   determinations_.resize(static_cast<std::size_t>(variableCount));
   for (auto& coefficients : determinations_)
-    for (double& value : coefficients) in >> value;
+    for (double& value : coefficients) in.expect("a coefficient of determination") >> value;
+  if (in.ok()) findSingular();
 }
 
 }  // namespace tarvex

@@ -9,10 +9,13 @@
 #include "postproc/CellFormat.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
+#include "postproc/MeasureSlots.h"
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
 #include "postproc/UaCurves.h"
+#include "sampling/FastSampler.h"
+#include "sampling/PrepConfiguration.h"
 
 namespace tarvex {
 
@@ -25,42 +28,48 @@ void writeRow(TextWriter& out, const Row& cells) {
   out << '\n';
 }
 
-std::string recordCell(const IndexRecord& record, double value) {
-  return record.kind == FactorKind::Uncertain ? measureCell(value) : std::string(kindCell(record.kind));
-}
-
-// The values of a slot, 0.0 where nothing is computed.
-std::vector<double> slotOf(const SensitivityStats& stats, const TableSelection& selection, std::int32_t slot) {
-  std::vector<double> values(stats.records.size(), 0.0);
-  stats.slotValues(selection.variable, slot, values);
-  return values;
-}
-
 const IndexRecord& recordAt(const SensitivityStats& stats, std::int32_t position) {
   return stats.records[static_cast<std::size_t>(position)];
+}
+
+bool isComputed(const SensitivityStats& stats, const TableSelection& selection, std::int32_t slot) {
+  return stats.notComputedReason(selection.variable, slot).empty();
+}
+
+// A measure, or what stands in its place.
+std::string recordCell(const SensitivityStats& stats, const IndexRecord& record, const TableSelection& selection,
+                       std::int32_t slot) {
+  if (record.kind != FactorKind::Uncertain) return std::string(kindCell(record.kind));
+  if (!isComputed(stats, selection, slot)) return std::string(kNotComputed);
+  const auto value = measureValue(stats, record, selection.variable, static_cast<std::size_t>(slot));
+  return value ? measureCell(*value) : "";
 }
 
 // One column of values under its heading.
 void writeSlot(TextWriter& out, const SensitivityStats& stats, const TableSelection& selection, std::int32_t slot,
                const char* heading) {
-  const std::vector<double> values = slotOf(stats, selection, slot);
   writeRow(out, {selection.name, heading});
   for (const std::int32_t i : selection.records) {
     const IndexRecord& record = recordAt(stats, i);
-    writeRow(out, {record.name, recordCell(record, values[static_cast<std::size_t>(i)])});
+    writeRow(out, {record.name, recordCell(stats, record, selection, slot)});
   }
+}
+
+// Kept: the asterisk stands behind what is not significant, and never where there is no test.
+bool hasAsterisk(const RegressionStats& stats, const IndexRecord& record, const TableSelection& selection,
+                 std::int32_t measure) {
+  const auto slot = static_cast<std::size_t>(RegressionStats::kFlagSlots + measure);
+  const auto flag = measureValue(stats, record, selection.variable, slot);
+  return flag && *flag != 1.0;
 }
 
 void writeRegressionSheet(TextWriter& out, const RegressionStats& stats, const TableSelection& selection,
                           std::int32_t measure, std::int32_t slot) {
-  const std::vector<double> values = slotOf(stats, selection, slot);
-  const std::vector<double> flags = slotOf(stats, selection, RegressionStats::kFlagSlots + measure);
   writeRow(out, {selection.name, std::string(RegressionStats::measureName(measure))});
   for (const std::int32_t i : selection.records) {
     const IndexRecord& record = recordAt(stats, i);
-    const bool marked = record.kind == FactorKind::Uncertain && flags[static_cast<std::size_t>(i)] != 1.0;
-    out << savedCell(record.name) << '\t' << savedCell(recordCell(record, values[static_cast<std::size_t>(i)]))
-        << (marked ? "*\t\n" : "\t\n");
+    out << savedCell(record.name) << '\t' << savedCell(recordCell(stats, record, selection, slot))
+        << (hasAsterisk(stats, record, selection, measure) ? "*\t\n" : "\t\n");
   }
 }
 
@@ -95,16 +104,21 @@ void writeRegressionTable(TextWriter& out, const RegressionStats& stats, const T
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
   stats.determination(selection.variable, raw, ranks);
   stats.determinationAdjusted(selection.variable, rawAdjusted, ranksAdjusted);
+  const auto coefficient = [&](double value, RegressionStats::Measure of) {
+    return savedCell(isComputed(stats, selection, of) ? measureCell(value) : std::string(kNotComputed));
+  };
   out << "Value of the " << RegressionStats::measureName(measure) << "s vs. selected factors";
   out << "\nCoefficients of model determination:\n";
-  out << "    on row data: " << savedCell(measureCell(raw)) << '\t';
-  out << "    on ranks: " << savedCell(measureCell(ranks)) << '\n';
-  out << "on row data adj: " << savedCell(measureCell(rawAdjusted)) << '\t';
-  out << "on ranks adj: " << savedCell(measureCell(ranksAdjusted)) << "\n\n";
+  out << "    on row data: " << coefficient(raw, RegressionStats::kPear) << '\t';
+  out << "    on ranks: " << coefficient(ranks, RegressionStats::kSpea) << '\n';
+  out << "on row data adj: " << coefficient(rawAdjusted, RegressionStats::kPear) << '\t';
+  out << "on ranks adj: " << coefficient(ranksAdjusted, RegressionStats::kSpea) << "\n\n";
   out << "Sensitivity indexes\n";
   writeRegressionSheet(out, stats, selection, measure, measure);
   out << "\nRanks\n";
   writeRegressionSheet(out, stats, selection, measure, RegressionStats::kRankSlots + measure);
+  if (const std::string reason = stats.notComputedReason(selection.variable, measure); !reason.empty())
+    out << '\n' << kNotComputed << ": " << reason << '\n';
 }
 
 void writeFastTable(TextWriter& out, const FastStats& stats, const TableSelection& selection, bool withTotal) {
@@ -116,14 +130,12 @@ void writeFastTable(TextWriter& out, const FastStats& stats, const TableSelectio
 }
 
 void writeMorrisTable(TextWriter& out, const MorrisStats& stats, const TableSelection& selection) {
-  const std::vector<double> means = slotOf(stats, selection, MorrisStats::kMean);
-  const std::vector<double> spreads = slotOf(stats, selection, MorrisStats::kSigma);
   out << "Morris indexes\n";
   writeRow(out, {selection.name, "Morris Index", "Sigma"});
   for (const std::int32_t i : selection.records) {
     const IndexRecord& record = recordAt(stats, i);
-    const auto at = static_cast<std::size_t>(i);
-    writeRow(out, {record.name, recordCell(record, means[at]), recordCell(record, spreads[at])});
+    writeRow(out, {record.name, recordCell(stats, record, selection, MorrisStats::kMean),
+                   recordCell(stats, record, selection, MorrisStats::kSigma)});
   }
 }
 
@@ -144,10 +156,34 @@ void writeSobolTable(TextWriter& out, const SobolStats& stats, const TableSelect
   writeSlot(out, stats, selection, SobolStats::kIndex, "Index");
   for (const std::int32_t i : selection.records)
     writeRow(out, {recordAt(stats, i).name + "-Closed", measureCell(stats.closedIndex(i, selection.variable))});
-  const std::vector<double> totals = slotOf(stats, selection, SobolStats::kTotal);
   for (const std::int32_t i : selection.records)
     if (recordAt(stats, i).groupNames.size() == 1)
-      writeRow(out, {"Total " + recordAt(stats, i).name, measureCell(totals[static_cast<std::size_t>(i)])});
+      writeRow(out, {"Total " + recordAt(stats, i).name,
+                     recordCell(stats, recordAt(stats, i), selection, SobolStats::kTotal)});
+}
+
+std::vector<SavedTable> savedTables(const SensitivityStats& stats, const PrepConfiguration& prep,
+                                    const TableSelection& selection) {
+  std::vector<SavedTable> tables;
+  if (const auto* regression = dynamic_cast<const RegressionStats*>(&stats)) {
+    for (std::int32_t measure = 0; measure < RegressionStats::kMeasures; ++measure)
+      tables.push_back({std::string(RegressionStats::measureName(measure)),
+                        [=](TextWriter& out) { writeRegressionTable(out, *regression, selection, measure); }});
+    return tables;
+  }
+  const auto* design = dynamic_cast<const FastSampler*>(prep.sampler.get());
+  const bool withTotal = design != nullptr && design->analysisMode() != FastSampler::kClassic;
+  tables.push_back({"sensitivity", [&stats, selection, withTotal](TextWriter& out) {
+                      if (const auto* fast = dynamic_cast<const FastStats*>(&stats))
+                        writeFastTable(out, *fast, selection, withTotal);
+                      else if (const auto* morris = dynamic_cast<const MorrisStats*>(&stats))
+                        writeMorrisTable(out, *morris, selection);
+                      else if (const auto* importance = dynamic_cast<const ImportanceStats*>(&stats))
+                        writeImportanceTable(out, *importance, selection);
+                      else
+                        writeSobolTable(out, static_cast<const SobolStats&>(stats), selection);
+                    }});
+  return tables;
 }
 
 }  // namespace tarvex

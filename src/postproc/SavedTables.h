@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,13 +12,15 @@ namespace tarvex {
 class FastStats;
 class ImportanceStats;
 class MorrisStats;
+class PrepConfiguration;
 class RegressionStats;
 class SensitivityStats;
 class SobolStats;
 class TextWriter;
 
 // The tables that "Save table" writes, one variable a table. A cell is 20 characters wide and followed by a tab; the
-// first row holds the headings, the first column the names. Factors without a measure have its reason in their cells.
+// first row holds the headings, the first column the names. Factors without a measure have its reason in their cells;
+// below a table of measures that were not computed stands why.
 
 // Which part of a result a table shows.
 struct TableSelection {
@@ -40,5 +43,14 @@ void writeMorrisTable(TextWriter& out, const MorrisStats& stats, const TableSele
 void writeImportanceTable(TextWriter& out, const ImportanceStats& stats, const TableSelection& selection);
 // First and total order, or all terms: their indices, then their closed indices, then the totals of the single factors.
 void writeSobolTable(TextWriter& out, const SobolStats& stats, const TableSelection& selection);
+
+// The tables that there are of the measures of a variable, each under a word for the name of its file; the design of
+// `prep` tells the test of FAST. They stand while the statistics do.
+struct SavedTable {
+  std::string word;  // "PEAR", "sensitivity"
+  std::function<void(TextWriter&)> write;
+};
+std::vector<SavedTable> savedTables(const SensitivityStats& stats, const PrepConfiguration& prep,
+                                    const TableSelection& selection);
 
 }  // namespace tarvex

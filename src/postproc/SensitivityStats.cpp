@@ -1,6 +1,7 @@
 #include "postproc/SensitivityStats.h"
 
 #include "base/TextReader.h"
+#include "base/TextRules.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
 #include "postproc/FastStats.h"
@@ -17,6 +18,8 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kMaxTextChars = 4095;
+constexpr LineRule kRecordRule{"the name of a factor, group or term", kMaxTextChars};
+constexpr LineRule kMemberRule{"the name of a member of a term", kMaxTextChars};
 constexpr std::string_view kIndexesFollow = "indexes = yes";
 constexpr std::string_view kNoIndexes = "indexes = no";
 constexpr std::uint64_t kMinNumberBytes = 2;  // a digit and a blank
@@ -26,10 +29,7 @@ FactorKind kindOf(const Factor& factor) {
   return factor.isRelation() ? FactorKind::Relation : FactorKind::Uncertain;
 }
 
-bool isKind(std::int32_t number) {
-  return number >= static_cast<std::int32_t>(FactorKind::Constant) &&
-         number <= static_cast<std::int32_t>(FactorKind::Uncertain);
-}
+constexpr std::string_view kStopped = "The computation was stopped.";
 
 }  // namespace
 
@@ -45,17 +45,24 @@ bool SensitivityStats::fail(std::string_view reason) {
   return false;
 }
 
-bool SensitivityStats::computeColumns(const OutputTable& outputs, const ColumnWork& work) {
+bool SensitivityStats::compute(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) {
+  clear();
+  if (computeAll(prep, outputs, progress)) return true;
+  const std::string reason = progress.stopped() ? std::string(kStopped) : errorText;
+  clear();
+  return fail(reason);
+}
+
+bool SensitivityStats::computeColumns(const OutputTable& outputs, const Progress& progress, const ColumnWork& work) {
   std::vector<double> runs;
   for (std::int32_t variable = 0; variable < variableCount; ++variable) {
-    if (!outputs.getColumn(variable, runs)) {
-      records.clear();
-      return fail(outputs.errorText());
-    }
-    work(variable, runs);
+    if (!progress.report(variable, variableCount)) return false;
+    if (!outputs.getColumn(variable, runs)) return fail(outputs.errorText());
+    const double from = static_cast<double>(variable) / variableCount;
+    if (!work(variable, runs, progress.part(from, (variable + 1.0) / variableCount))) return false;
   }
   computed = true;
-  return true;
+  return progress.report(1.0);
 }
 
 void SensitivityStats::makeFactorRecords(const PrepConfiguration& prep) {
@@ -87,6 +94,10 @@ bool SensitivityStats::slotValues(std::int32_t variable, std::int32_t slot, std:
   return true;
 }
 
+std::string SensitivityStats::notComputedReason(std::int32_t, std::int32_t) const {
+  return {};
+}
+
 std::string_view SensitivityStats::kindSeparator() const {
   return kValueSeparator;
 }
@@ -96,7 +107,8 @@ void SensitivityStats::writeHeader(TextWriter& out) const {
 }
 
 void SensitivityStats::readHeader(TextReader& in) {
-  in >> factorCount >> variableCount;
+  in.expect("the number of factors") >> factorCount;
+  in.expect("the number of variables") >> variableCount;
 }
 
 void SensitivityStats::write(TextWriter& out) const {
@@ -107,10 +119,11 @@ void SensitivityStats::write(TextWriter& out) const {
   }
   out << kIndexesFollow;
   for (const IndexRecord& record : records) {
-    out << '\n' << record.name << '\n';
+    out << '\n';
+    kRecordRule.write(out, record.name);
     if (hasGroupNames()) {
       out << record.groupNames.size() << '\n';
-      for (const std::string& name : record.groupNames) out << name << '\n';
+      for (const std::string& name : record.groupNames) kMemberRule.write(out, name);
     }
     out << static_cast<std::int32_t>(record.kind) << kindSeparator();
     for (const double value : record.values) out << value << kValueSeparator;
@@ -124,12 +137,12 @@ void SensitivityStats::read(TextReader& in) {
   std::string line;
   readHeader(in);
   finishNumberLine(in);
-  in.readLine(line, kMaxTextChars);
+  in.expect("whether indexes follow").readLine(line, kMaxTextChars);
   // Anything else than the announcement, a damaged one too, means a block without measures.
   if (in.fail() || line != kIndexesFollow) return;
   const std::int32_t count = recordsInFile();
   in.checkCount(count, kMinNumberBytes);
-  for (std::int32_t i = 0; i < count && in.ok(); ++i) readRecord(in);
+  for (std::int32_t i = 0; i < count && in.ok() && readRecord(in);) ++i;
   if (in.ok()) readTail(in);
   if (in.fail())
     clear();
@@ -137,28 +150,37 @@ void SensitivityStats::read(TextReader& in) {
     computed = true;
 }
 
-void SensitivityStats::readRecord(TextReader& in) {
+bool SensitivityStats::readRecord(TextReader& in) {
   IndexRecord record;
-  std::string line;
-  in.readLine(record.name, kMaxTextChars);
-  if (record.name.empty() || variableCount < 1) in.setFail();
-  if (hasGroupNames()) {
-    std::int32_t groupCount = 0;
-    in >> groupCount;
-    finishNumberLine(in);
-    in.checkCount(groupCount, 1);
-    for (std::int32_t i = 0; i < groupCount && in.readLine(line, kMaxTextChars); ++i) record.groupNames.push_back(line);
-  }
+  if (!kRecordRule.read(in, record.name)) return false;
+  if (record.name.empty()) return in.refuse("the name of a factor, group or term must not be empty");
+  if (variableCount < 1)
+    return in.refuse("the number of variables of a record must be at least 1, not " + std::to_string(variableCount));
+  if (hasGroupNames() && !readMembers(in, record.groupNames)) return false;
   std::int32_t kind = 0;
-  in >> kind;
-  if (!isKind(kind)) in.setFail();
+  if ((in.expect("the kind of a factor") >> kind).fail()) return false;
+  constexpr auto kLastKind = static_cast<std::int32_t>(FactorKind::Uncertain);
+  if (kind < 0 || kind > kLastKind)
+    return in.refuse("the kind of a factor must be 0 to 3, not " + std::to_string(kind));
   const std::int64_t count = std::int64_t{variableCount} * slotsOf(record);
-  if (in.fail() || !in.checkCount(count, kMinNumberBytes)) return;
+  if (!in.checkCount(count, kMinNumberBytes)) return false;
   record.kind = static_cast<FactorKind>(kind);
   record.values.resize(static_cast<std::size_t>(count));
-  for (double& value : record.values) in >> value;
+  for (double& value : record.values) in.expect("a measure") >> value;
   finishNumberLine(in);
-  if (in.ok()) records.push_back(std::move(record));
+  if (in.fail()) return false;
+  records.push_back(std::move(record));
+  return true;
+}
+
+bool SensitivityStats::readMembers(TextReader& in, std::vector<std::string>& names) {
+  std::int32_t count = 0;
+  in.expect("the number of members of a term") >> count;
+  finishNumberLine(in);
+  if (!in.checkCount(count, 1)) return false;
+  std::string name;
+  for (std::int32_t i = 0; i < count && kMemberRule.read(in, name); ++i) names.push_back(name);
+  return in.ok();
 }
 
 std::unique_ptr<SensitivityStats> makeSensitivityForMethod(std::int32_t methodId) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Progress.h"
 #include "postproc/OutputTable.h"
 
 namespace tarvex {
@@ -33,15 +34,20 @@ class SensitivityStats {
   virtual ~SensitivityStats() = default;
   virtual std::unique_ptr<SensitivityStats> clone() const = 0;
 
-  // Computes all measures of `outputs` (a column a variable) on the sample and the design of `prep`. False on failure,
-  // with the reason in errorText; `computed` is then false.
-  virtual bool compute(const PrepConfiguration& prep, const OutputTable& outputs) = 0;
+  // Computes all measures of `outputs` (a column a variable) on the sample and the design of `prep`. False on a failure
+  // or a stop, with the reason in errorText; nothing is then computed: whoever wants to keep what there was computes
+  // into another object.
+  [[nodiscard]] bool compute(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress = {});
   // Drops the measures. The numbers of factors and variables stay, as what the block's header says of the run.
   virtual void clear();
 
   // One double per record: the value of `slot` for a variable, 0.0 for a record that has no such slot. False, with
   // `values` as it was, when nothing is computed or the variable or the slot is out of range.
   bool slotValues(std::int32_t variable, std::int32_t slot, std::vector<double>& values) const;
+
+  // Why a slot of a variable holds no measure though a number stands there; empty where it has one. A property of what
+  // is stored, so that it is known of a file, too.
+  virtual std::string notComputedReason(std::int32_t variable, std::int32_t slot) const;
 
   // The statistics block, typeId's line apart. read() works on a fresh object; a failed reader leaves it cleared.
   void write(TextWriter& out) const;
@@ -61,13 +67,16 @@ class SensitivityStats {
   explicit SensitivityStats(TypeId id) : typeId_(id) {}
   SensitivityStats(const SensitivityStats&) = default;
 
+  // What compute() is in each class, on a cleared object. False with the reason in errorText, or when stopped.
+  virtual bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) = 0;
+
   // A fresh record per factor of the list, in list order, all its values 0.0.
   void makeFactorRecords(const PrepConfiguration& prep);
   bool fail(std::string_view reason);  // sets errorText and returns false
-  // Hands the columns of `outputs` to `work`, one at a time, and then counts as computed. False, with the store's
-  // reason and without records, when a column can't be read.
-  using ColumnWork = std::function<void(std::int32_t variable, std::vector<double>& runs)>;
-  bool computeColumns(const OutputTable& outputs, const ColumnWork& work);
+  // Hands the columns of `outputs` to `work`, one at a time with its part of the progress, and then counts as computed.
+  // False when a column can't be read or `work` gives up.
+  using ColumnWork = std::function<bool(std::int32_t variable, std::vector<double>& runs, const Progress& progress)>;
+  bool computeColumns(const OutputTable& outputs, const Progress& progress, const ColumnWork& work);
 
   // What distinguishes the classes' blocks: the numbers of the header, how many records follow, whether a record lists
   // its group, and what stands behind the records.
@@ -80,7 +89,8 @@ class SensitivityStats {
   virtual void readTail(TextReader&) {}
 
  private:
-  void readRecord(TextReader& in);
+  bool readRecord(TextReader& in);
+  static bool readMembers(TextReader& in, std::vector<std::string>& names);
 
   TypeId typeId_;
 };

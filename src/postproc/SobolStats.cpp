@@ -23,6 +23,9 @@ constexpr std::int64_t kBlockA = 0;
 constexpr std::int64_t kBlockB = 1;
 constexpr std::int64_t kFirstTerm = 2;  // block
 
+constexpr std::int64_t kBlocksAFactor = 4;      // products of blocks
+constexpr std::int64_t kOperationsATerm = 300;  // to find a term without one of its factors
+
 }  // namespace
 
 std::int32_t SobolStats::closedSlot(std::size_t factors) const {
@@ -44,8 +47,7 @@ double& SobolStats::slot(std::size_t record, std::int32_t variable, std::int32_t
                       static_cast<std::size_t>(number)];
 }
 
-bool SobolStats::compute(const PrepConfiguration& prep, const OutputTable& outputs) {
-  clear();
+bool SobolStats::computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) {
   if (outputs.rows() == 0) return false;
   std::string reason;
   const auto* design = designFor<SobolSampler>(prep, outputs, reason);
@@ -54,22 +56,23 @@ bool SobolStats::compute(const PrepConfiguration& prep, const OutputTable& outpu
   variableCount = outputs.columns();
   factorCount = prep.factors.factorCount();
   extra = prep.factors.correlatableCount();
-  const bool done = design->designKind() == SobolSampler::kFirstAndTotal ? computeFirstAndTotal(prep, *design, outputs)
-                                                                         : computeTerms(prep, *design, outputs);
-  termCount = static_cast<std::int32_t>(records.size());
+  const bool done = design->designKind() == SobolSampler::kFirstAndTotal
+                        ? computeFirstAndTotal(prep, *design, outputs, progress)
+                        : computeTerms(prep, *design, outputs, progress);
+  termCount = done ? static_cast<std::int32_t>(records.size()) : 0;
   return done;
 }
 
 bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const SobolSampler& design,
-                                      const OutputTable& outputs) {
+                                      const OutputTable& outputs, const Progress& progress) {
   slotMode = kFirstAndTotal;
   maxOrder = 0;
   const std::int64_t blocks = outputs.rows() / design.baseSize();
   if (blocks != kFirstTerm + 2 * std::int64_t{extra}) return fail(kDesignDamaged);
   makeFactorRecords(prep);
   for (IndexRecord& record : records) record.groupNames = {record.name};
-  return computeColumns(outputs, [&](std::int32_t variable, std::vector<double>& runs) {
-    firstAndTotal(variable, SobolBlocks(std::move(runs), design.baseSize()));
+  return computeColumns(outputs, progress, [&](std::int32_t variable, std::vector<double>& runs, const Progress& part) {
+    return firstAndTotal(variable, SobolBlocks(std::move(runs), design.baseSize()), part);
   });
 }
 
@@ -79,14 +82,16 @@ bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const Sobol
 // and the mean of that and of the same with A and B exchanged.
 // I. M. Sobol', Math. Modelling Comput. Exp. 1 (1993) 407; the difference of products after A. Saltelli et al., Comput.
 // Phys. Commun. 181 (2010) 259.
-void SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks) {
+bool SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks, const Progress& progress) {
   const double n = blocks.baseSize();
+  WorkPace pace(progress, extra, kBlocksAFactor * static_cast<std::int64_t>(n));
   const double vA = blocks.varianceA();
   const double vB = blocks.varianceB();
   const double base = blocks.product(kBlockA, kBlockB);
   std::int64_t block = kFirstTerm;
   for (std::size_t i = 0; i < records.size(); ++i) {
     if (records[i].kind != FactorKind::Uncertain) continue;
+    if (!pace.step()) return false;
     const std::int64_t mirrored = block + extra;
     double& first = slot(i, variable, kIndex);
     double& total = slot(i, variable, kTotal);
@@ -100,9 +105,11 @@ void SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks)
     }
     ++block;
   }
+  return true;
 }
 
-bool SobolStats::computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs) {
+bool SobolStats::computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs,
+                              const Progress& progress) {
   if (extra == 0) return fail("All input factors are constant");
   slotMode = kByTerm;
   maxOrder = design.order();
@@ -121,10 +128,10 @@ bool SobolStats::computeTerms(const PrepConfiguration& prep, const SobolSampler&
   if (!allFound) return fail(kDesignDamaged);
 
   makeTermRecords(prep, terms, withLast);
-  return computeColumns(outputs, [&](std::int32_t variable, std::vector<double>& runs) {
+  return computeColumns(outputs, progress, [&](std::int32_t variable, std::vector<double>& runs, const Progress& part) {
     const SobolBlocks blocks(std::move(runs), design.baseSize());
-    closedAndTotals(variable, blocks, terms);
-    indicesFromClosed(variable, blocks, terms);
+    return closedAndTotals(variable, blocks, terms, part.part(0.0, 0.5)) &&
+           indicesFromClosed(variable, blocks, terms, part.part(0.5, 1.0));
   });
 }
 
@@ -150,10 +157,13 @@ void SobolStats::makeTermRecords(const PrepConfiguration& prep, const FactorSubs
 // With J the runs of B with the term's columns of A, as they come, and products as in firstAndTotal:
 //   closed = A J / n;   of one factor: ST = 1 - (B J / n - aB^2) / vB
 // A design without the term's block has that of its complement C, and B C / n has the same expectation as A J / n.
-void SobolStats::closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms) {
+bool SobolStats::closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms,
+                                 const Progress& progress) {
   const double n = blocks.baseSize();
+  WorkPace pace(progress, static_cast<std::int64_t>(terms.all().size()), 2 * static_cast<std::int64_t>(n));
   const double vB = blocks.varianceB();
   for (std::size_t i = 0; i < terms.all().size(); ++i) {
+    if (!pace.step()) return false;
     const FactorSubsets::Subset& term = terms.all()[i];
     const std::int64_t block = kFirstTerm + static_cast<std::int64_t>(i);
     const bool present = block < blocks.count();
@@ -164,20 +174,24 @@ void SobolStats::closedAndTotals(std::int32_t variable, const SobolBlocks& block
     const double others = blocks.product(block, kBlockB) / n - blocks.meanB() * blocks.meanB();
     slot(i, variable, kTotal) = vB == 0.0 ? 0.0 : 1.0 - others / vB;
   }
+  return true;
 }
 
 // The index of a term is what its closed value adds to those of its parts: the alternating sum of the closed values of
 // all its subsets, over vA. The closed value of the empty set is the product term aA^2 + E, with E = A B / n - aA^2.
 // The sum is made for all terms at once, factor after factor: each term takes off the same term without that factor.
-void SobolStats::indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms) {
+bool SobolStats::indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms,
+                                   const Progress& progress) {
   const double vA = blocks.varianceA();
   const double squaredMean = blocks.meanA() * blocks.meanA();
   const double e = blocks.product(kBlockA, kBlockB) / blocks.baseSize() - squaredMean;
   const double productTerm = squaredMean + e;
   const std::vector<FactorSubsets::Subset>& all = terms.all();
   for (std::size_t i = 0; i < all.size(); ++i) slot(i, variable, kIndex) = slot(i, variable, closedSlot(all[i].size()));
+  WorkPace pace(progress, std::int64_t{extra} * static_cast<std::int64_t>(all.size()), kOperationsATerm);
   for (std::int32_t factor = 0; factor < extra; ++factor) {
     for (std::size_t i = 0; i < all.size(); ++i) {
+      if (!pace.step()) return false;
       if (!std::ranges::binary_search(all[i], factor)) continue;
       FactorSubsets::Subset rest = all[i];
       std::erase(rest, factor);
@@ -193,10 +207,11 @@ void SobolStats::indicesFromClosed(std::int32_t variable, const SobolBlocks& blo
     double& closed = slot(i, variable, closedSlot(all[i].size()));
     closed = (closed - productTerm) / vA;  // Kept: a constant output divides by zero here
   }
-  if (records.size() == all.size()) return;
+  if (records.size() == all.size()) return true;
   slot(all.size(), variable, kIndex) = 1.0 - sum;
   slot(all.size(), variable, kTotal) = 1.0;  // all factors together, as total and as closed index
   if (extra == 1) slot(all.size(), variable, kClosedOfOne) = 1.0;
+  return true;
 }
 
 void SobolStats::writeHeader(TextWriter& out) const {
@@ -205,7 +220,12 @@ void SobolStats::writeHeader(TextWriter& out) const {
 }
 
 void SobolStats::readHeader(TextReader& in) {
-  in >> factorCount >> extra >> variableCount >> maxOrder >> termCount >> slotMode;
+  in.expect("the number of factors") >> factorCount;
+  in.expect("the number of uncertain factors") >> extra;
+  in.expect("the number of variables") >> variableCount;
+  in.expect("the order of the terms") >> maxOrder;
+  in.expect("the number of terms") >> termCount;
+  in.expect("the form of the terms") >> slotMode;
 }
 
 }  // namespace tarvex

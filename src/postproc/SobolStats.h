@@ -18,8 +18,6 @@ class SobolStats : public SensitivityStats {
 
   SobolStats() : SensitivityStats(kSobol) {}
   std::unique_ptr<SensitivityStats> clone() const override { return std::make_unique<SobolStats>(*this); }
-  // An empty table of outputs fails without a reason.
-  bool compute(const PrepConfiguration& prep, const OutputTable& outputs) override;
   std::int32_t slotsOf(const IndexRecord& record) const override {
     return record.groupNames.size() == 1 && slotMode != kFirstAndTotal ? 3 : 2;
   }
@@ -34,18 +32,24 @@ class SobolStats : public SensitivityStats {
   std::int32_t extra = 0;  // uncertain factors
 
  protected:
+  // An empty table of outputs fails without a reason.
+  bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) override;
   void writeHeader(TextWriter& out) const override;
   void readHeader(TextReader& in) override;
   std::int32_t recordsInFile() const override { return termCount; }
   bool hasGroupNames() const override { return true; }
 
  private:
-  bool computeFirstAndTotal(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs);
-  bool computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs);
-  void firstAndTotal(std::int32_t variable, const SobolBlocks& blocks);
+  bool computeFirstAndTotal(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs,
+                            const Progress& progress);
+  bool computeTerms(const PrepConfiguration& prep, const SobolSampler& design, const OutputTable& outputs,
+                    const Progress& progress);
+  bool firstAndTotal(std::int32_t variable, const SobolBlocks& blocks, const Progress& progress);
   void makeTermRecords(const PrepConfiguration& prep, const FactorSubsets& terms, bool withLast);
-  void closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
-  void indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms);
+  bool closedAndTotals(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms,
+                       const Progress& progress);
+  bool indicesFromClosed(std::int32_t variable, const SobolBlocks& blocks, const FactorSubsets& terms,
+                         const Progress& progress);
   std::int32_t closedSlot(std::size_t factors) const;
   double& slot(std::size_t record, std::int32_t variable, std::int32_t number);
 };

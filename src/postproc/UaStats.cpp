@@ -1,28 +1,44 @@
 #include "postproc/UaStats.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
+#include "base/TextRules.h"
 #include "postproc/CriticalValues.h"
+#include "postproc/MeasureSupport.h"
 
 namespace tarvex {
 
 namespace {
 
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kNoExtreme = 1e308;  // minimum, and negated maximum, of a column without a number
 
-// Counts one run per value in 100 bins from `low` to `high` and one for `high` itself.
-Histogram histogramOf(const std::vector<double>& values, double low, double high, bool logarithmic) {
-  Histogram table{};
+constexpr LineRule kNameRule{"the name of a variable", UaStats::kMaxNameChars};
+
+// Shares of the progress, and the work on a run that they follow from.
+constexpr double kMomentsDone = 0.6;
+constexpr double kLinearDone = 0.7;
+constexpr std::int64_t kOperationsAPower = 100;
+constexpr std::int64_t kOperationsALogarithm = 30;
+
+// Counts one run per value in 100 bins from `low` to `high` and one for `high` itself. False when stopped.
+bool countRuns(const std::vector<double>& values, double low, double high, bool logarithmic, const Progress& progress,
+               Histogram& table) {
   const double range = high - low;
   for (int k = 0; k < kHistogramEntries; ++k) table[static_cast<std::size_t>(k)].left = low + range * k * 0.01;
+  WorkPace pace(progress, static_cast<std::int64_t>(values.size()), kOperationsALogarithm);
   for (const double value : values) {
+    if (!pace.step()) return false;
     const double x = logarithmic ? std::log(value) : value;
     if (std::isnan(x)) continue;
     const double bin = range == 0.0 ? 0.0 : (x - low) * 100.0 / range;
     // An infinite range has no bins; the comparison also passes over what is not a number.
     if (bin >= 0.0 && bin < kHistogramEntries) table[static_cast<std::size_t>(bin)].count += 1.0;
   }
-  return table;
+  return true;
 }
 
 // The first entry whose edge `x` is not above; kHistogramEntries if there is none.
@@ -46,27 +62,39 @@ void UaStats::clear() {
   logHistograms_.clear();
 }
 
-bool UaStats::compute(const std::vector<std::string>& names, const OutputTable& table) {
-  clear();
-  const auto count = static_cast<std::size_t>(table.columns());
-  sampleSize_ = table.rows();
-  names_ = names;
-  names_.resize(count);
-  for (auto* values : {&minima_, &maxima_, &means_, &stds_, &skewness_, &kurtosis_}) values->resize(count);
-  linearHistograms_.resize(count);
-  logHistograms_.resize(count);
-  std::vector<double> column;
-  for (std::size_t variable = 0; variable < count; ++variable) {
-    if (!table.getColumn(static_cast<std::int32_t>(variable), column)) {
-      clear();
+bool UaStats::compute(const std::vector<std::string>& names, const OutputTable& table, const Progress& progress) {
+  errorText = "No errors";
+  for (const std::string& name : names)
+    if (const std::string problem = kNameRule.problem(name); !problem.empty()) {
+      errorText = problem;
       return false;
     }
-    computeVariable(variable, column);
+  UaStats next;
+  next.tchebyConfidence = tchebyConfidence;
+  next.kolmogorovConfidence = kolmogorovConfidence;
+  const auto count = static_cast<std::size_t>(table.columns());
+  next.sampleSize_ = table.rows();
+  next.names_ = names;
+  next.names_.resize(count);
+  for (auto* values : {&next.minima_, &next.maxima_, &next.means_, &next.stds_, &next.skewness_, &next.kurtosis_})
+    values->resize(count);
+  next.linearHistograms_.resize(count);
+  next.logHistograms_.resize(count);
+  std::vector<double> column;
+  for (std::size_t variable = 0; variable < count; ++variable) {
+    const auto done = [count](std::size_t v) { return static_cast<double>(v) / static_cast<double>(count); };
+    const Progress part = progress.part(done(variable), done(variable + 1));
+    if (!table.getColumn(static_cast<std::int32_t>(variable), column) ||
+        !next.computeVariable(variable, column, part)) {
+      errorText = progress.stopped() ? "The computation was stopped." : table.errorText();
+      return false;
+    }
   }
+  *this = std::move(next);
   return true;
 }
 
-void UaStats::computeVariable(std::size_t variable, const std::vector<double>& column) {
+bool UaStats::computeVariable(std::size_t variable, const std::vector<double>& column, const Progress& progress) {
   const auto runs = static_cast<double>(column.size());
   double low = kNoExtreme;
   double high = -kNoExtreme;
@@ -80,7 +108,10 @@ void UaStats::computeVariable(std::size_t variable, const std::vector<double>& c
   double squares = 0.0;
   double cubes = 0.0;
   double fourths = 0.0;
+  const Progress powers = progress.part(0.0, kMomentsDone);
+  WorkPace pace(powers, static_cast<std::int64_t>(column.size()), kOperationsAPower);
   for (const double x : column) {
+    if (!pace.step()) return false;
     const double deviation = x - mean;
     squares += deviation * deviation;
     cubes += std::pow(deviation, 3.0);
@@ -95,8 +126,33 @@ void UaStats::computeVariable(std::size_t variable, const std::vector<double>& c
   maxima_[variable] = high;
   means_[variable] = mean;
   stds_[variable] = deviation;
-  linearHistograms_[variable] = histogramOf(column, low, high, false);
-  if (low > 0.0) logHistograms_[variable] = histogramOf(column, std::log(low), std::log(high), true);
+  const Progress linear = progress.part(kMomentsDone, kLinearDone);
+  const Progress logarithmic = progress.part(kLinearDone, 1.0);
+  return countRuns(column, low, high, false, linear, linearHistograms_[variable]) &&
+         (!(low > 0.0) ||
+          countRuns(column, std::log(low), std::log(high), true, logarithmic, logHistograms_[variable]));
+}
+
+// Infinities are no numbers below or above the first extremes, so that these stay; the other extreme is then infinite.
+double UaStats::minimum(std::int32_t variable) const {
+  const double low = valueOf(minima_, variable);
+  if (!knows(variable) || minima_.empty() || low < kNoExtreme) return low;
+  const double high = valueOf(maxima_, variable);
+  return high >= kNoExtreme ? high : kNaN;
+}
+
+double UaStats::maximum(std::int32_t variable) const {
+  const double high = valueOf(maxima_, variable);
+  if (!knows(variable) || maxima_.empty() || high > -kNoExtreme) return high;
+  const double low = valueOf(minima_, variable);
+  return low <= -kNoExtreme ? low : kNaN;
+}
+
+bool UaStats::hasHistogram(std::int32_t variable, HistogramScale scale) const {
+  const Histogram* table = scale == kLogScale ? logHistogram(variable) : linearHistogram(variable);
+  return table != nullptr &&
+         std::ranges::all_of(*table, [](const HistogramEntry& bin) { return std::isfinite(bin.left); }) &&
+         std::ranges::any_of(*table, [](const HistogramEntry& bin) { return bin.count > 0.0; });
 }
 
 double UaStats::valueOf(const std::vector<double>& values, std::int32_t variable) const {

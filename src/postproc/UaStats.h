@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
 #include "postproc/OutputTable.h"
 
 namespace tarvex {
@@ -25,19 +26,23 @@ enum HistogramScale : int { kLinearScale = 0, kLogScale = 1 };
 // Descriptive statistics of the analysed variables.
 class UaStats {
  public:
-  static constexpr double kUnavailable = 1e308;  // what the getters give out of range
+  // What the getters give out of range, and where a file has no such values.
+  static constexpr double kUnavailable = 1e308;
 
   double tchebyConfidence = 0.75;
   double kolmogorovConfidence = 0.9;
 
-  // A variable per column of the table, named by `names`. False when the table can't be read: nothing is then left.
-  bool compute(const std::vector<std::string>& names, const OutputTable& table);
+  // A variable per column of the table, named by `names`, lines of at most 999 characters. False, with the reason in
+  // errorText and the old statistics left, when a name is none, the table can't be read, or it was stopped.
+  [[nodiscard]] bool compute(const std::vector<std::string>& names, const OutputTable& table,
+                             const Progress& progress = {});
+  std::string errorText = "No errors";
   void clear();  // no variables; the levels stay
 
   std::int32_t variableCount() const { return static_cast<std::int32_t>(names_.size()); }
   std::int32_t sampleSize() const { return sampleSize_; }
-  double minimum(std::int32_t variable) const { return valueOf(minima_, variable); }
-  double maximum(std::int32_t variable) const { return valueOf(maxima_, variable); }
+  double minimum(std::int32_t variable) const;  // nan for a variable without a number, as the maximum
+  double maximum(std::int32_t variable) const;
   double mean(std::int32_t variable) const { return valueOf(means_, variable); }
   double std(std::int32_t variable) const { return valueOf(stds_, variable); }
   double skewness(std::int32_t variable) const { return valueOf(skewness_, variable); }
@@ -46,6 +51,8 @@ class UaStats {
   const Histogram* linearHistogram(std::int32_t variable) const;
   const Histogram* logHistogram(std::int32_t variable) const;
   const std::string* name(std::int32_t variable) const;
+  // Whether the variable has one: runs in bins of finite edges.
+  bool hasHistogram(std::int32_t variable, HistogramScale scale) const;
 
   // A level between 0 and 1, both excluded; any other is refused.
   bool setTchebyConfidence(double level);
@@ -58,6 +65,9 @@ class UaStats {
   // little, or by a bin, where the interval ends in the first or last bin.
   double intervalProbability(double a, double b, std::int32_t variable, int scale) const;
 
+  // How many characters the name of a variable may have: what a record of the statistics holds.
+  static constexpr std::size_t kMaxNameChars = 999;
+
   // The uncertainty block. read() works on a fresh object; a failed reader leaves it without variables.
   void write(TextWriter& out) const;
   void read(TextReader& in);
@@ -66,7 +76,7 @@ class UaStats {
   double valueOf(const std::vector<double>& values, std::int32_t variable) const;
   bool knows(std::int32_t variable) const { return variable >= 0 && variable < variableCount(); }
   std::int32_t countedRuns(std::int32_t variable) const;
-  void computeVariable(std::size_t variable, const std::vector<double>& column);
+  bool computeVariable(std::size_t variable, const std::vector<double>& column, const Progress& progress);
   void readBlock(TextReader& in, std::int32_t count);
 
   std::int32_t sampleSize_ = 0;

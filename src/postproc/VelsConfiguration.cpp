@@ -1,15 +1,21 @@
 #include "postproc/VelsConfiguration.h"
 
+#include <set>
+
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
+#include "base/TextRules.h"
 #include "base/TextWriter.h"
+#include "model/ModelConfiguration.h"
 #include "postproc/NumberLine.h"
 
 namespace tarvex {
 
 namespace {
 
-constexpr std::size_t kMaxTextChars = 4095;
+constexpr LineRule kVariableRule{"the text of a variable", 4095};
+constexpr LineRule kOutputRule{"the name of an output", 4095};
+constexpr LineRule kDirectoryRule{"the directory of post-processor files", 4095};
 constexpr std::int32_t kNoStatistics = -1;    // in the place of the statistics block's number
 constexpr std::uint64_t kMinOutputBytes = 3;  // the end of the name's line, a digit, a line's end
 
@@ -20,21 +26,57 @@ VelsConfiguration::VelsConfiguration(const VelsConfiguration& other)
       sensitivity(other.sensitivity ? other.sensitivity->clone() : nullptr),
       uncertainty(other.uncertainty),
       outputs_(other.outputs_),
-      selectedVariables_(other.selectedVariables_) {}
+      selectedVariables_(other.selectedVariables_),
+      changedNames_(other.changedNames_) {}
 
 VelsConfiguration& VelsConfiguration::operator=(const VelsConfiguration& other) {
   if (this != &other) *this = VelsConfiguration(other);
   return *this;
 }
 
-void VelsConfiguration::setOutputs(const std::vector<std::string>& names) {
+bool VelsConfiguration::setOutputs(const std::vector<std::string>& names, std::string& message) {
   *this = VelsConfiguration();
-  for (const std::string& name : names) outputs_.push_back({name.substr(0, kMaxTextChars), 1.0f});
+  for (const std::string& name : names) {
+    message = kOutputRule.problem(name);
+    if (!message.empty()) {
+      outputs_.clear();
+      return false;
+    }
+    outputs_.push_back({name, 1.0f});
+  }
+  tellApart();
+  return true;
 }
 
-void VelsConfiguration::addVariable(const std::string& text) {
+void VelsConfiguration::tellApart() {
+  std::set<std::string> taken;
+  for (const VelsOutputRecord& output : outputs_) taken.insert(output.name);
+  std::set<std::string> seen;
+  for (VelsOutputRecord& output : outputs_) {
+    if (seen.insert(output.name).second) continue;
+    const std::string before = output.name;
+    for (int number = 2; !taken.insert(output.name).second; ++number) {
+      const std::string ending = "_" + std::to_string(number);
+      output.name = before.substr(0, kOutputRule.maxChars - ending.size()) + ending;
+    }
+    seen.insert(output.name);
+    changedNames_ +=
+        (changedNames_.empty() ? "" : "\n") + ("The model variable " + before) + " will be modified in " + output.name;
+  }
+}
+
+std::vector<std::string> VelsConfiguration::outputNames(const ModelConfiguration& model) const {
+  if (outputs_.size() != model.outputNames().size()) return model.outputNames();
+  std::vector<std::string> names;
+  for (const VelsOutputRecord& output : outputs_) names.push_back(output.name);
+  return names;
+}
+
+bool VelsConfiguration::addVariable(const std::string& text) {
+  if (!kVariableRule.problem(text).empty()) return false;
   selectedVariables_.push_back(text);
   dirty = true;
+  return true;
 }
 
 bool VelsConfiguration::removeVariable(std::int32_t index) {
@@ -59,16 +101,15 @@ void VelsConfiguration::prepareSensitivity(std::int32_t methodId) {
   sensitivity = makeSensitivityForMethod(methodId);
 }
 
-void VelsConfiguration::adoptSensitivity(const SensitivityStats& other) {
-  sensitivity = other.clone();
-}
-
 void VelsConfiguration::save(TextWriter& out) const {
   out << selectedVariables_.size() << '\n';
-  for (const std::string& text : selectedVariables_) out << text << '\n';
+  for (const std::string& text : selectedVariables_) kVariableRule.write(out, text);
   out << outputs_.size() << '\n';
-  for (const VelsOutputRecord& output : outputs_) out << output.name << '\n' << output.weight << '\n';
-  out << RememberedDirectories::get(RememberedDirectories::Vels) << '\n';
+  for (const VelsOutputRecord& output : outputs_) {
+    kOutputRule.write(out, output.name);
+    out << output.weight << '\n';
+  }
+  kDirectoryRule.write(out, RememberedDirectories::get(RememberedDirectories::Vels));
   if (sensitivity) {
     out << static_cast<std::int32_t>(sensitivity->typeId()) << '\n';
     sensitivity->write(out);
@@ -80,36 +121,43 @@ void VelsConfiguration::save(TextWriter& out) const {
 
 bool VelsConfiguration::load(TextReader& in) {
   *this = VelsConfiguration();
-  std::string line;
   std::int32_t count = 0;
-  in >> count;
+  in.expect("the number of selected variables") >> count;
   finishNumberLine(in);
   in.checkCount(count, 1);
-  for (std::int32_t i = 0; i < count && in.readLine(line, kMaxTextChars); ++i) selectedVariables_.push_back(line);
-  in >> count;
-  finishNumberLine(in);
-  // Kept: a record without outputs can be written but not read.
-  if (!in.checkCount(count, kMinOutputBytes) || count == 0) in.setFail();
-  for (std::int32_t i = 0; i < count && in.ok(); ++i) {
-    VelsOutputRecord output;
-    float weight = output.weight;
-    in.readLine(output.name, kMaxTextChars);
-    in >> weight;
-    finishNumberLine(in);
-    outputs_.push_back(std::move(output));
-    setWeight(i, weight);
-  }
+  std::string text;
+  for (std::int32_t i = 0; i < count && kVariableRule.read(in, text); ++i) selectedVariables_.push_back(text);
+  if (!readOutputs(in)) return false;
   std::string directory;
-  in.readLine(directory, kMaxTextChars);
+  kDirectoryRule.read(in, directory);
   std::int32_t typeId = kNoStatistics;
-  in >> typeId;
-  if (in.fail()) return false;
+  if ((in.expect("the number of the statistics") >> typeId).fail()) return false;
   sensitivity = makeSensitivityOfType(typeId);
   if (sensitivity) sensitivity->read(in);
   uncertainty.read(in);
   if (in.fail()) return false;
   RememberedDirectories::set(RememberedDirectories::Vels, directory);
   return true;
+}
+
+bool VelsConfiguration::readOutputs(TextReader& in) {
+  std::int32_t count = 0;
+  in.expect("the number of outputs") >> count;
+  finishNumberLine(in);
+  if (!in.checkCount(count, kMinOutputBytes)) return false;
+  // Kept: a record without outputs can be written but not read.
+  if (count == 0) return in.refuse("the number of outputs must be at least 1, not 0");
+  for (std::int32_t i = 0; i < count && in.ok(); ++i) {
+    VelsOutputRecord output;
+    float weight = output.weight;
+    kOutputRule.read(in, output.name);
+    in.expect("the weight of an output") >> weight;
+    finishNumberLine(in);
+    if (weight >= 0.0f) output.weight = weight;
+    outputs_.push_back(std::move(output));
+  }
+  tellApart();
+  return in.ok();
 }
 
 }  // namespace tarvex

@@ -11,8 +11,10 @@
 
 namespace tarvex {
 
+class ModelConfiguration;
+
 struct VelsOutputRecord {
-  std::string name;  // at most 4095 characters
+  std::string name;  // a line of at most 4095 characters, no two outputs alike
   float weight = 1.0f;
 };
 
@@ -26,29 +28,39 @@ class VelsConfiguration {
   VelsConfiguration& operator=(VelsConfiguration&&) = default;
   ~VelsConfiguration() = default;
 
-  // Clears everything, then takes the outputs with weight 1.
-  void setOutputs(const std::vector<std::string>& names);
-  void addVariable(const std::string& text);
-  bool removeVariable(std::int32_t index);
+  // Clears everything, then takes the outputs with weight 1. Names that are alike are told apart as load() does. False,
+  // with the reason and without outputs, when a record can't hold one of the names.
+  [[nodiscard]] bool setOutputs(const std::vector<std::string>& names, std::string& message);
+  // False when a record can't hold the text: a line of at most 4095 characters.
+  [[nodiscard]] bool addVariable(const std::string& text);
+  [[nodiscard]] bool removeVariable(std::int32_t index);
   void clearVariables();
-  bool setWeight(std::int32_t index, float value);  // false: negative, or no such output
-  void prepareSensitivity(std::int32_t methodId);   // a fresh object of the method's class; none for an unknown method
-  void adoptSensitivity(const SensitivityStats& other);  // a deep copy
+  [[nodiscard]] bool setWeight(std::int32_t index, float value);  // false: negative, or no such output
+  void prepareSensitivity(std::int32_t methodId);  // a fresh object of the method's class; none for an unknown method
 
   const std::vector<VelsOutputRecord>& outputs() const { return outputs_; }
+  // The names under which variables ask for the outputs of `model`, in its order: those of this list, which holds them
+  // in full. The model's own, where the list belongs to other results.
+  std::vector<std::string> outputNames(const ModelConfiguration& model) const;
   const std::vector<std::string>& selectedVariables() const { return selectedVariables_; }
   bool dirty = false;  // set by every change of the selection
   std::unique_ptr<SensitivityStats> sensitivity;
   UaStats uncertainty;
 
   // The Vels record. load() works on this object: read into a temporary. When all is read it remembers the record's
-  // directory.
+  // directory. Of outputs that are alike the later ones get "_2", "_3" and so on behind their names.
   void save(TextWriter& out) const;
   [[nodiscard]] bool load(TextReader& in);
+  // Which names the last load() or setOutputs() changed, a line each, for the user; empty for none.
+  const std::string& changedNames() const { return changedNames_; }
 
  private:
+  bool readOutputs(TextReader& in);
+  void tellApart();
+
   std::vector<VelsOutputRecord> outputs_;
   std::vector<std::string> selectedVariables_;
+  std::string changedNames_;
 };
 
 }  // namespace tarvex

@@ -52,7 +52,7 @@ class Project : public testing::Test {
     EXPECT_TRUE(model.readModelOutput([](const std::string&, const std::string&) {}));
     project.setModel(std::move(model));
     VelsConfiguration vels;
-    vels.setOutputs({"y"});
+    EXPECT_TRUE(vels.setOutputs({"y"}, message));
     project.setVels(std::move(vels));
     test::ScriptedFrontEnd frontEnd;
     AnalysisRequest measures;  // without histograms, whose many numbers are damaged elsewhere

@@ -58,7 +58,8 @@ TEST_F(Workflow, loadsReplaceTheirPartsAndSettleTheFlags) {
     ASSERT_TRUE(controller_.loadResultsFile(test::goldenPath("morris.spc")));
     setFlags(true);
     EXPECT_FALSE((controller_.*c.load)("/no/such") || (controller_.*c.load)(file("damaged"))) << c.path;
-    EXPECT_EQ(frontEnd_.calls, (Texts{c.missing, c.damaged}));
+    ASSERT_EQ(frontEnd_.calls.size(), 2u);
+    EXPECT_TRUE(frontEnd_.calls[0].starts_with(c.missing) && frontEnd_.calls[1].starts_with(c.damaged)) << c.missing;
     EXPECT_TRUE(controller_.modified && controller_.sampleStale && controller_.readyToRun()) << c.path;
     EXPECT_EQ(controller_.project.prep.samples.rows(), 48) << c.path;
 

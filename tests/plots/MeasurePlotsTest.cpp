@@ -51,23 +51,25 @@ TEST(MeasureBars, showSignificanceAndTheReasonsForNoMeasure) {
                                           {"k", FactorKind::Constant, regressionValues(0.0)},
                                           {"r", FactorKind::Relation, regressionValues(0.0)},
                                           {"c", FactorKind::Correlated, regressionValues(1.0)},
-                                          {"x2", kUncertain, regressionValues(0.0)}});
-  stats.records[4].values[RegressionStats::kSlots + RegressionStats::kSrc] = kNan;
+                                          {"x2", kUncertain, regressionValues(0.0)},
+                                          {"x3", kUncertain, regressionValues(0.0)}});
+  stats.records[5].values[RegressionStats::kSlots + RegressionStats::kSrc] = kNan;
   const Figure figure = measureBars(stats, 1, "Y[max]", {RegressionStats::kSrc});
   EXPECT_EQ(figure.title, "Value of the SRCs vs. selected factors");
   const std::vector<Bar>& bars = barsOf(figure).series.at(0);
-  EXPECT_THAT(barsOf(figure).categories, ElementsAre("x1", "k", "r", "c", "x2"));
-  EXPECT_THAT(textsOf(bars), ElementsAre("0.5000", "Constant", "Related factor", "Correlated factor", "nan"));
+  EXPECT_THAT(barsOf(figure).categories, ElementsAre("x1", "k", "r", "c", "x2", "x3"));
+  EXPECT_THAT(textsOf(bars), ElementsAre("0.5000", "Constant", "Related factor", "Correlated factor", "0.5000", "nan"));
   EXPECT_EQ(bars[0].colour, namedColour("Pale Green"));
   EXPECT_EQ(bars[4].colour, namedColour("Indian Red"));
+  EXPECT_FALSE(bars[5].colour == namedColour("Indian Red")) << "no number, no flag";
   EXPECT_TRUE(bars[1].faint && bars[1].colour == namedColour("gray") && !bars[4].faint);
-  EXPECT_EQ(figure.legend.at(0).text, "significant at 0.95");
+  EXPECT_EQ(figure.legend.at(0).text, "significantly above 0 at 0.95");
   EXPECT_THAT(wordsOf(stats), ElementsAre("pear", "spea", "pcc", "prcc", "src", "srrc", "smirnov"));
   EXPECT_EQ(measureBars(stats, 1, "Y", {0, 1}).charts.size(), 2u);
 
   const Figure forecast = forecastBars(stats, 1, "Y", RegressionStats::kPcc);
   EXPECT_EQ(forecast.title + "|" + forecast.subtitle, "Forecast|Y, PCC");
-  EXPECT_THAT(barsOf(forecast).categories, ElementsAre("x1", "x2"));
+  EXPECT_THAT(barsOf(forecast).categories, ElementsAre("x1", "x2", "x3"));
   EXPECT_EQ(barsOf(forecast).series[0][0].text, "0.300");
   EXPECT_EQ(barsOf(forecast).series[0][0].colour, namedColour("Blue Violet"));
 }

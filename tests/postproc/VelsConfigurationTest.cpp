@@ -54,12 +54,12 @@ std::unique_ptr<SensitivityStats> statsOfType(std::int32_t typeId) {
 
 VelsConfiguration velsOfType(std::int32_t typeId, bool analysed = true) {
   VelsConfiguration vels;
-  vels.setOutputs({"y", "pressure drop"});
-  vels.addVariable("y");
-  vels.addVariable("pressure drop[max]");
-  vels.setWeight(1, 0.25f);
+  std::string message;
+  EXPECT_TRUE(vels.setOutputs({"y", "pressure drop"}, message));
+  EXPECT_TRUE(vels.addVariable("y") && vels.addVariable("pressure drop[max]") && vels.setWeight(1, 0.25f));
   if (typeId >= 0) vels.sensitivity = statsOfType(typeId);
-  if (analysed) vels.uncertainty.compute(vels.selectedVariables(), tableOf({{1, 2, 4, 3}, {0, 1, 0, 0}}));
+  EXPECT_TRUE(!analysed ||
+              vels.uncertainty.compute({"y", "pressure drop[max]"}, tableOf({{1, 2, 4, 3}, {0, 1, 0, 0}})));
   return vels;
 }
 

@@ -1,4 +1,4 @@
-#include "batch/ResultRows.h"
+#include "postproc/ResultRows.h"
 
 #include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
@@ -31,23 +31,31 @@ void takeUncertainty(const UaStats& statistics, std::int32_t v, const Take& take
   one("confidence", statistics.tchebyConfidence);
   one("Tchebycheff bound", statistics.tchebyBound(v));
   one("t-test bound", statistics.tTestBound(v));
-  takeHistogram("linear histogram", v, *statistics.linearHistogram(v), take);
-  takeHistogram("logarithmic histogram", v, *statistics.logHistogram(v), take);
+  if (statistics.hasHistogram(v, kLinearScale))
+    takeHistogram("linear histogram", v, *statistics.linearHistogram(v), take);
+  if (statistics.hasHistogram(v, kLogScale))
+    takeHistogram("logarithmic histogram", v, *statistics.logHistogram(v), take);
 }
 
 void takeDetermination(const RegressionStats& statistics, std::int32_t v, const Take& take) {
-  const auto one = [&](const char* quantity, double value) { take({"determination", v, "", quantity, value}); };
+  const auto one = [&](const char* quantity, std::int32_t measure, double value) {
+    const std::string reason = statistics.notComputedReason(v, measure);
+    if (reason.empty())
+      take({"determination", v, "", quantity, value});
+    else
+      take({"determination", v, "", quantity, std::nullopt, reason});
+  };
   double raw = 0.0;
   double ranks = 0.0;
   if (statistics.determination(v, raw, ranks)) {
-    one("R squared on raw data", raw);
-    one("R squared on ranks", ranks);
+    one("R squared on raw data", RegressionStats::kPear, raw);
+    one("R squared on ranks", RegressionStats::kSpea, ranks);
   }
   if (statistics.determinationAdjusted(v, raw, ranks)) {
-    one("adjusted R squared on raw data", raw);
-    one("adjusted R squared on ranks", ranks);
+    one("adjusted R squared on raw data", RegressionStats::kPear, raw);
+    one("adjusted R squared on ranks", RegressionStats::kSpea, ranks);
   }
-  one("confidence", statistics.alpha);
+  take({"determination", v, "", "confidence", statistics.alpha});
 }
 
 void takeMeasures(const SensitivityStats& statistics, std::int32_t v, const Take& take) {
@@ -55,8 +63,12 @@ void takeMeasures(const SensitivityStats& statistics, std::int32_t v, const Take
     takeDetermination(*regression, v, take);
   for (const IndexRecord& record : statistics.records) {
     take({"measures", v, record.name, "kind", static_cast<double>(record.kind)});
-    for (const MeasureSlot& slot : measureSlots(statistics, record))
-      take({"measures", v, record.name, slot.name, measureValue(statistics, record, v, slot.slot)});
+    for (const MeasureSlot& slot : measureSlots(statistics, record)) {
+      ResultRow row{"measures", v, record.name, slot.name, measureValue(statistics, record, v, slot.slot)};
+      if (record.kind == FactorKind::Uncertain)
+        row.remark = statistics.notComputedReason(v, static_cast<std::int32_t>(slot.slot));
+      take(row);
+    }
   }
 }
 

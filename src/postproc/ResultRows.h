@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,10 +16,12 @@ struct ResultRow {
   std::int32_t variable;   // index among the analysed variables
   std::string item;        // factor, group or term, or number of the bin; empty for the variable as a whole
   std::string quantity;
-  double value;
+  std::optional<double> value;  // none: not computed
+  std::string remark = {};      // why there is none, of an uncertain factor
 };
 
-// Hands every number that was computed to `take`, block by block within a variable: what exports leave out nothing of.
+// Hands every number that an analysis may have to `take`, block by block within a variable: exports leave out nothing.
+// A histogram without runs has none.
 void forEachResult(const VelsConfiguration& vels, const std::function<void(const ResultRow&)>& take);
 
 }  // namespace tarvex
