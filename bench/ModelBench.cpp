@@ -9,6 +9,7 @@
 #include "base/TextWriter.h"
 #include "base/WorkingFile.h"
 #include "base/uniformRandom.h"
+#include "model/InternalRun.h"
 #include "model/ModelConfiguration.h"
 
 namespace tarvex::bench {
@@ -38,13 +39,13 @@ void internalRun(benchmark::State& state, std::int32_t inputs, const std::vector
     state.SkipWithError("the model refuses an equation");
     return;
   }
-  ModelConfiguration configuration;
-  configuration.setInternalModel(std::move(model));
-  sampValues samples = filledStore(kRows, inputs);
+  const sampValues samples = filledStore(kRows, inputs);
   for (auto _ : state) {
-    if (!configuration.prepareInternalRun(kRows)) state.SkipWithError("the run can't be prepared");
+    ModelResults results;
+    InternalRun run(*model, samples, results);
+    if (!run.prepare()) state.SkipWithError("the run can't be prepared");
     for (int target = 1; target <= 100; ++target) {
-      if (configuration.advanceInternalRun(samples, static_cast<float>(target)) < 0) {
+      if (run.advance(static_cast<float>(target)) < 0) {
         state.SkipWithError("the results can't be stored");
       }
     }
@@ -68,8 +69,8 @@ void modelOutput(benchmark::State& state, bool hasTimes) {
   constexpr std::int32_t kOutputs = 10;
   constexpr std::int32_t kPoints = 25;
   ModelConfiguration configuration;
-  configuration.outputFile = WorkingFile::directory() + "/tarvex-bench-model.out";
-  TextWriter out(configuration.outputFile);
+  configuration.choice.outputFile = WorkingFile::directory() + "/tarvex-bench-model.out";
+  TextWriter out(configuration.choice.outputFile);
   out << kOutputs << '\n';
   for (std::int32_t k = 0; k < kOutputs; ++k) out << 'y' << k << '\n';
   out << "time = " << (hasTimes ? "yes" : "no") << '\n' << (hasTimes ? kRows / kPoints : kRows) << '\n';
@@ -82,10 +83,11 @@ void modelOutput(benchmark::State& state, bool hasTimes) {
   }
   if (!out.commit()) state.SkipWithError("the file can't be written");
   const auto ignore = [](const std::string&, const std::string&) {};
+  std::string problem;
   for (auto _ : state) {
-    if (!configuration.readModelOutput(ignore)) state.SkipWithError("the file can't be read");
+    if (!configuration.readModelOutput(ignore, problem)) state.SkipWithError("the file can't be read");
   }
-  std::filesystem::remove(configuration.outputFile);
+  std::filesystem::remove(configuration.choice.outputFile);
   state.SetItemsProcessed(state.iterations() * kRows);
 }
 

@@ -18,9 +18,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace tarvex;
   const fuzz::InputFile file(data, size);
   ModelConfiguration model;
-  model.outputFile = file.path();
-  if (!model.readModelOutput([](const std::string&, const std::string&) {})) return 0;
-  const std::vector<std::string>& names = model.outputNames();
+  model.choice.outputFile = file.path();
+  std::string problem;
+  if (!model.readModelOutput([](const std::string&, const std::string&) {}, problem)) return 0;
+  const std::vector<std::string>& names = model.results.outputNames();
   if (std::all_of(names.begin(), names.end(), canBeKept)) fuzz::checkRoundTrip(model, "\n");
   return 0;
 }

@@ -17,7 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string message;
   if (!loadPostProcessorFile(file.path(), prep, model, vels, message)) {
     if (message.empty()) fuzz::finding("a refusal without a message", {});
-    if (prep.factors.factorCount() + model.outputCount() != 0) fuzz::finding("a failed load left something", {});
+    if (prep.factors.factorCount() + model.results.outputCount() != 0)
+      fuzz::finding("a failed load left something", {});
   }
   return 0;
 }

@@ -27,9 +27,9 @@ bool isLevel(const std::optional<double>& level, const std::array<double, N>& le
 bool fits(const ProjectConfiguration& project, std::string& message) {
   if (!project.prep.sampler)
     message = "The file holds no sampling method: nothing can be analysed.";
-  else if (project.prep.samples.rows() != project.model.runCount())
+  else if (project.prep.samples.rows() != project.model.results.runCount())
     message = "The generated sample cardinality is different from model outputs size";
-  else if (project.model.runCount() == 0 || project.model.outputCount() == 0)
+  else if (project.model.results.runCount() == 0 || project.model.results.outputCount() == 0)
     message = "   No variable selected.";
   else
     return true;
@@ -56,9 +56,9 @@ bool computeMeasures(const ProjectConfiguration& project, const AnalysisRequest&
 bool computeAll(const ProjectConfiguration& project, const AnalysisRequest& request, OutputVariables& variables,
                 VelsConfiguration& vels, std::string& message) {
   const std::vector<std::string> names = vels.outputNames(project.model);
-  const std::vector<std::string> texts = request.variables.empty()
-                                             ? OutputVariables::defaultVariables(names, project.model.hasTimeAxis())
-                                             : request.variables;
+  const std::vector<std::string> texts =
+      request.variables.empty() ? OutputVariables::defaultVariables(names, project.model.results.hasTimeAxis())
+                                : request.variables;
   OutputTable table;
   if (!variables.set(texts, names) || !variables.build(project.model, table)) {
     message = variables.errorText();

@@ -36,7 +36,7 @@ std::string correlationText(const PrepConfiguration& prep, PrepOrigin origin) {
 }
 
 bool hasEquations(const ModelConfiguration& model) {
-  return model.kind == kInternalModel && model.internalModel() != nullptr;
+  return model.choice.kind == kInternalModel && model.choice.internalModel() != nullptr;
 }
 
 std::vector<std::string> describeEquations(const InternalModel& model) {
@@ -69,10 +69,10 @@ std::vector<std::string> describePrep(const PrepConfiguration& prep, PrepOrigin 
 }
 
 std::vector<std::string> describeModel(const ModelConfiguration& model) {
-  if (hasEquations(model)) return describeEquations(*model.internalModel());
-  return {
-      "External model executable:", "   " + (model.kind == kNoModelToStart ? "No model selected" : model.executable),
-      "", "Model output file:", "   " + model.outputFile};
+  if (hasEquations(model)) return describeEquations(*model.choice.internalModel());
+  return {"External model executable:",
+          "   " + (model.choice.kind == kNoModelToStart ? "No model selected" : model.choice.executable), "",
+          "Model output file:", "   " + model.choice.outputFile};
 }
 
 std::string modelSelectionText(const ModelConfiguration& model) {

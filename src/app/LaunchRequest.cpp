@@ -61,14 +61,14 @@ bool LaunchRequest::open(const File& file, RunController& controller) {
 bool LaunchRequest::applyModel(RunController& controller) const {
   if (!outputFile_.empty()) {
     ModelConfiguration model;  // its kind stays: nothing is to be started
-    model.setExternal(executable_, outputFile_, executable_ == kSpreadsheet ? 1 : 0);
+    model.choice.setExternal(executable_, outputFile_, executable_ == kSpreadsheet ? 1 : 0);
     controller.project.setModel(std::move(model));
   }
   auto internal = std::make_unique<InternalModel>();
   std::string message;
   if (!internalModel_.empty() && loadModelFile(internalModel_, *internal, message)) {
     ModelConfiguration model;
-    model.setInternalModel(std::move(internal));
+    model.choice.setInternalModel(std::move(internal));
     controller.project.setModel(std::move(model));
   }
   return controller.project.hasModel;

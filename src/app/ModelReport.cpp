@@ -21,10 +21,10 @@ std::string usersText(const std::vector<std::int32_t>& usedBy, const InternalMod
 }
 
 std::string kindText(const ModelConfiguration& model) {
-  if (model.spreadsheet == 1) return "workbook " + model.outputFile;
-  if (model.kind == kInternalModel) return "internal model";
-  if (model.kind == kExternalExecutable) return "executable " + model.executable;
-  return "results read from " + model.outputFile;
+  if (model.choice.spreadsheet == 1) return "workbook " + model.choice.outputFile;
+  if (model.choice.kind == kInternalModel) return "internal model";
+  if (model.choice.kind == kExternalExecutable) return "executable " + model.choice.executable;
+  return "results read from " + model.choice.outputFile;
 }
 
 }  // namespace
@@ -53,12 +53,13 @@ void reportEquations(Document& out, const InternalModel& model) {
 }
 
 void reportResults(Document& out, const ModelConfiguration& model) {
-  std::string text = fmt::format("Model: {}\n{} of {}", kindText(model), counted(model.runCount(), "run"),
-                                 counted(model.outputCount(), "output"));
-  if (model.runCount() > 0 && model.hasTimeAxis()) {
-    const std::int32_t times = model.timeCount(0);
-    if (model.timeMode == kSharedGrid && times > 0)
-      text += fmt::format(", {} times from {} to {}", times, cell(model.time(0, 0)), cell(model.time(0, times - 1)));
+  std::string text = fmt::format("Model: {}\n{} of {}", kindText(model), counted(model.results.runCount(), "run"),
+                                 counted(model.results.outputCount(), "output"));
+  if (model.results.runCount() > 0 && model.results.hasTimeAxis()) {
+    const std::int32_t times = model.results.timeCount(0);
+    if (model.results.timeMode() == kSharedGrid && times > 0)
+      text += fmt::format(", {} times from {} to {}", times, cell(model.results.time(0, 0)),
+                          cell(model.results.time(0, times - 1)));
     else
       text += ", each run at times of its own";
   }
@@ -66,10 +67,10 @@ void reportResults(Document& out, const ModelConfiguration& model) {
   Table table;
   table.addColumn("#");
   table.addColumn("output", Table::Align::Left);
-  for (std::int32_t k = 0; k < model.outputCount(); ++k)
-    table.addRow({std::to_string(k + 1), model.outputNames()[static_cast<std::size_t>(k)]});
+  for (std::int32_t k = 0; k < model.results.outputCount(); ++k)
+    table.addRow({std::to_string(k + 1), model.results.outputNames()[static_cast<std::size_t>(k)]});
   out.add(std::move(table));
-  if (model.internalModel() != nullptr) reportEquations(out, *model.internalModel());
+  if (model.choice.internalModel() != nullptr) reportEquations(out, *model.choice.internalModel());
 }
 
 }  // namespace tarvex

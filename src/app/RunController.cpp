@@ -3,7 +3,9 @@
 #include "app/ExternalRun.h"
 #include "app/FrontEnd.h"
 #include "base/TextWriter.h"
+#include "model/InternalRun.h"
 #include "model/OfficeApplication.h"
+#include "model/SpreadsheetRun.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SampleFiles.h"
 
@@ -110,7 +112,7 @@ bool RunController::writeSample() {
 
 bool RunController::runModel(bool useExistingSample) {
   if (busy) return true;
-  if (project.model.kind == kInternalModel && !linkInternalModel()) return false;
+  if (project.model.choice.kind == kInternalModel && !linkInternalModel()) return false;
   if (!useExistingSample && !generateSample()) return false;
   if (project.prep.samples.rows() == 0) {
     frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
@@ -122,53 +124,50 @@ bool RunController::runModel(bool useExistingSample) {
 }
 
 bool RunController::runChosenModel() {
-  if (project.model.kind == kInternalModel) return runInternal();
-  if (project.model.spreadsheet != 0) return runSpreadsheet();
-  return (project.model.kind != kExternalExecutable || runExternal()) && readOutputs();
+  if (project.model.choice.kind == kInternalModel) return runInternal();
+  if (project.model.choice.spreadsheet != 0) return runSpreadsheet();
+  return (project.model.choice.kind != kExternalExecutable || runExternal()) && readOutputs();
 }
 
 bool RunController::linkInternalModel() {
-  const InternalModel* model = project.model.internalModel();
+  const InternalModel* model = project.model.choice.internalModel();
   if (model == nullptr) return fail("Error starting internal model execution");
   if (model->numVariables() != project.prep.factors.factorCount())
     return fail("The number of model inputs differs from the number of factors in the generated sample");
   auto linked = std::make_unique<InternalModel>(*model);
-  if (frontEnd_.linkFactors(project.prep.factors, *linked)) project.model.setInternalModel(std::move(linked));
+  if (frontEnd_.linkFactors(project.prep.factors, *linked)) project.model.choice.setInternalModel(std::move(linked));
   return true;
 }
 
 bool RunController::runInternal() {
-  ModelConfiguration& model = project.model;
+  InternalModel& model = *project.model.choice.internalModel();
   const BusyScope scope(busy);
-  if (!model.prepareInternalRun(project.prep.samples.rows())) return fail("Error starting internal model execution");
+  InternalRun run(model, project.prep.samples, project.model.results);
+  if (!run.prepare()) return fail("Error starting internal model execution\n" + run.errorText());
   frontEnd_.openProgress("Model execution", project.prep.samples.rows());
   frontEnd_.progress(0);
-  frontEnd_.status("Model name:  " + model.internalModel()->name());
-  const bool done = driveInternalRun();
+  frontEnd_.status("Model name:  " + model.name());
+  const bool done = driveInternalRun(run);
   frontEnd_.closeProgress();
-  if (done && model.failedRuns() > 0)
-    frontEnd_.message(MessageKind::Warning, "Warning",
-                      "Error evaluating model\nThe equations could not be evaluated in " +
-                          std::to_string(model.failedRuns()) + " of " + std::to_string(model.runCount()) +
-                          " runs, first in run " + std::to_string(model.firstFailedRun()) + ". Their outputs are nan.");
+  if (done && run.failedRuns() > 0) frontEnd_.message(MessageKind::Warning, "Warning", run.failures());
   return done;
 }
 
-bool RunController::driveInternalRun() {
+bool RunController::driveInternalRun(InternalRun& run) {
   float target = 1.0f;
-  std::int32_t percent = project.model.advanceInternalRun(project.prep.samples, target);
+  std::int32_t percent = run.advance(target);
   while (percent >= 0 && percent < kDone) {
     frontEnd_.progress(percent);
     frontEnd_.drainEvents();
     if (!frontEnd_.continueRun()) return false;
     target += 1.0f;
-    percent = project.model.advanceInternalRun(project.prep.samples, target);
+    percent = run.advance(target);
   }
-  return percent >= kDone || fail("The results of the model cannot be stored: the working file cannot be written.");
+  return percent >= kDone || fail(run.errorText());
 }
 
 bool RunController::runExternal() {
-  const ModelConfiguration& model = project.model;
+  const ModelChoice& model = project.model.choice;
   ExternalOutcome outcome = ExternalOutcome::Failed;
   {
     const BusyScope scope(busy);
@@ -180,8 +179,8 @@ bool RunController::runExternal() {
 }
 
 bool RunController::runSpreadsheet() {
-  using Attendance = ModelConfiguration::Attendance;
-  ModelConfiguration& model = project.model;
+  using Attendance = SpreadsheetRun::Attendance;
+  const ModelChoice& model = project.model.choice;
   const BusyScope scope(busy);
   const std::unique_ptr<SpreadsheetApplication> application = makeSpreadsheetApplication([this] {
     frontEnd_.animate();
@@ -189,17 +188,19 @@ bool RunController::runSpreadsheet() {
     return frontEnd_.continueRun();
   });
   frontEnd_.openAnimation("External model execution", model.executable, model.outputFile);
-  const bool done =
-      model.runSpreadsheet(project.prep, *application, userAtWorkbook ? Attendance::User : Attendance::Nobody,
-                           [this](const auto& title, const auto& text) { warn(title, text); });
+  SpreadsheetRun run(*application, userAtWorkbook ? Attendance::User : Attendance::Nobody,
+                     [this](const auto& title, const auto& text) { warn(title, text); });
+  const bool done = run.run(model, project.prep, project.model.results);
   frontEnd_.closeProgress();
-  return done || fail("Error in the Excel model execution");
+  const std::string detail = run.problem().empty() ? "" : '\n' + run.problem();
+  return done || fail("Error in the Excel model execution" + detail);
 }
 
 bool RunController::readOutputs() {
   const BusyScope scope(busy);
   const auto tell = [this](const std::string& title, const std::string& text) { warn(title, text); };
-  return project.model.readModelOutput(tell) || fail("Error reading model output file");
+  std::string problem;
+  return project.model.readModelOutput(tell, problem) || fail("Error reading model output file\n" + problem);
 }
 
 void RunController::warn(const std::string& title, const std::string& text) {
@@ -212,12 +213,12 @@ void RunController::warn(const std::string& title, const std::string& text) {
 void RunController::finishRun() {
   VelsConfiguration vels;
   std::string message;
-  if (!vels.setOutputs(project.model.outputNames(), message)) warn("Error", message);
+  if (!vels.setOutputs(project.model.results.outputNames(), message)) warn("Error", message);
   if (!vels.changedNames().empty()) warn("Warning", vels.changedNames());
   vels.prepareSensitivity(project.prep.sampler->methodId);
   if (vels.sensitivity) {
     vels.sensitivity->factorCount = project.prep.factors.factorCount();
-    vels.sensitivity->variableCount = project.model.outputCount();
+    vels.sensitivity->variableCount = project.model.results.outputCount();
   }
   project.setVels(std::move(vels));
   modified = true;

@@ -11,6 +11,7 @@
 namespace tarvex {
 
 class FrontEnd;
+class InternalRun;
 class SpreadsheetApplication;
 
 // What a user is asked to give up.
@@ -61,7 +62,7 @@ class RunController {
 
   // What the user accepted in a panel.
   bool acceptPrep(PrepConfiguration part);
-  bool acceptModel(ModelConfiguration part);
+  bool acceptModel(ModelChoice choice);  // the results stay
   // An empty pre-processor configuration in place of the project's.
   bool newPrep();
   bool clearAll();
@@ -86,7 +87,7 @@ class RunController {
   bool writeSample();
   bool linkInternalModel();
   bool runInternal();
-  bool driveInternalRun();
+  bool driveInternalRun(InternalRun& run);
   bool runExternal();
   bool runSpreadsheet();
   bool readOutputs();

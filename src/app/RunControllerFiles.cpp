@@ -146,9 +146,10 @@ bool RunController::acceptPrep(PrepConfiguration part) {
   return true;
 }
 
-bool RunController::acceptModel(ModelConfiguration part) {
+bool RunController::acceptModel(ModelChoice choice) {
   if (busy) return true;
-  project.setModel(std::move(part));
+  project.model.choice = std::move(choice);
+  project.hasModel = true;
   modified = true;
   return true;
 }

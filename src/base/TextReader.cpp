@@ -289,6 +289,21 @@ TextReader& TextReader::operator>>(float& value) {
   return readNumber(value, "a number", [](std::string_view text, float& parsed) { return parseNumber(text, parsed); });
 }
 
+bool TextReader::readWord(std::string_view& word, std::size_t maxChars) {
+  if (failed_) return false;
+  skipSpace();
+  begin("a word");
+  std::size_t length = 0;
+  do {
+    while (length < available() && !isSpace(buffer_[position_ + length])) ++length;
+    if (length > maxChars) return refuse("a word of more than " + std::to_string(maxChars) + " characters");
+  } while (length == available() && fill(length + 1));
+  if (failed_ || length == 0) return failStep();
+  word = std::string_view(buffer_).substr(position_, length);
+  position_ += length;
+  return true;
+}
+
 TextReader::Line TextReader::findLineEnd(std::size_t limit) {
   std::size_t seen = 0;
   for (;;) {

@@ -55,6 +55,9 @@ class TextReader {
   TextReader& operator>>(double& value);
   TextReader& operator>>(float& value);
 
+  // The next word, which is what stands between white space; one of more than `maxChars` characters fails. `word` is
+  // valid until the next call.
+  bool readWord(std::string_view& word, std::size_t maxChars);
   // The rest of the current line without its end, at most `maxChars` characters: a longer line fails, and so does a
   // read at the end of the text. Every byte but LF (and a CR before it) belongs to the line.
   bool readLine(std::string& line, std::size_t maxChars);

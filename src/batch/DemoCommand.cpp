@@ -59,11 +59,11 @@ bool installCase(const DemoCase& demo, const std::string& mainDirectory) {
 
 std::string resultsText(const ModelConfiguration& model) {
   std::string text = "Results of a program:";
-  for (const std::string& output : model.outputNames()) text += ' ' + output;
-  const std::int32_t times = model.runCount() > 0 ? model.timeCount(0) : 0;
+  for (const std::string& output : model.results.outputNames()) text += ' ' + output;
+  const std::int32_t times = model.results.runCount() > 0 ? model.results.timeCount(0) : 0;
   if (times > 0)
-    text +=
-        " at " + counted(times, "time") + " from " + cell(model.time(0, 0)) + " to " + cell(model.time(0, times - 1));
+    text += " at " + counted(times, "time") + " from " + cell(model.results.time(0, 0)) + " to " +
+            cell(model.results.time(0, times - 1));
   return text + '\n';
 }
 
@@ -75,7 +75,7 @@ void describeCase(const DemoCase& demo, ProjectConfiguration& project, std::ostr
   out << '\n';
   printSection(out, reportFactors, project.prep.factors);
   out << '\n';
-  const InternalModel* model = project.model.internalModel();
+  const InternalModel* model = project.model.choice.internalModel();
   if (model == nullptr) {
     out << resultsText(project.model);
     return;
@@ -92,7 +92,8 @@ int carryCase(const DemoCase& demo, RunController& controller, const Console& co
   if (demo.canRun && !controller.runModel(false)) return kFailed;
   if (!analyse(project, AnalysisRequest(), console.frontEnd)) return kFailed;
   console.out << '\n'
-              << counted(project.model.runCount(), "run") << (demo.canRun ? " made and analysed\n" : " analysed\n");
+              << counted(project.model.results.runCount(), "run")
+              << (demo.canRun ? " made and analysed\n" : " analysed\n");
   for (const Comparison& comparison : compareWithExact(demo.name, project)) {
     console.out << '\n';
     reportComparison(console.out, comparison);

@@ -33,7 +33,7 @@ int runReport(const ReportOptions& options, const Console& console) {
   const std::string title =
       options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title;
   if (!saveDocument(options.output, studyReport(project, title), message)) return console.fail(message);
-  console.out << "Report of " << project.model.runCount() << " runs: " << options.output << '\n';
+  console.out << "Report of " << project.model.results.runCount() << " runs: " << options.output << '\n';
   return kSucceeded;
 }
 

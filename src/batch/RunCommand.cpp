@@ -4,7 +4,7 @@
 #include "base/Paths.h"
 #include "batch/Commands.h"
 #include "batch/TextTable.h"
-#include "model/ModelChoice.h"
+#include "model/ModelRequest.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
 
@@ -15,25 +15,25 @@ namespace {
 // What stands in the record in the executable's place.
 constexpr const char* kSpreadsheet = "Excel Application";
 
-bool chooseModel(const RunOptions& options, ModelConfiguration& model, std::string& message) {
-  ModelChoice choice;
-  choice.internal = !options.modelFile.empty();
-  choice.spreadsheet = options.workbook.has_value();
-  choice.execute = choice.spreadsheet ? !options.readOnly : options.executable.has_value();
-  choice.executable = choice.spreadsheet ? kSpreadsheet : options.executable.value_or("");
-  choice.outputFile = options.workbook.value_or(options.modelOutput);
-  if (choice.internal) {
+bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& message) {
+  ModelRequest request;
+  request.internal = !options.modelFile.empty();
+  request.spreadsheet = options.workbook.has_value();
+  request.execute = request.spreadsheet ? !options.readOnly : options.executable.has_value();
+  request.executable = request.spreadsheet ? kSpreadsheet : options.executable.value_or("");
+  request.outputFile = options.workbook.value_or(options.modelOutput);
+  if (request.internal) {
     auto equations = std::make_unique<InternalModel>();
     if (!loadModelFile(options.modelFile, *equations, message)) {
       message += "\n" + options.modelFile;
       return false;
     }
-    model.setInternalModel(std::move(equations));
+    choice.setInternalModel(std::move(equations));
   }
-  const std::optional<Refusal> refusal = acceptModelChoice(choice, model);
+  const std::optional<Refusal> refusal = acceptModelRequest(request, choice);
   if (!refusal) return true;
-  const std::string& file = choice.execute && !choice.spreadsheet ? choice.executable : choice.outputFile;
-  message = refusal->text + "\n" + (choice.internal ? options.modelFile : file);
+  const std::string& file = request.execute && !request.spreadsheet ? request.executable : request.outputFile;
+  message = refusal->text + "\n" + (request.internal ? options.modelFile : file);
   return false;
 }
 
@@ -42,7 +42,7 @@ bool chooseModel(const RunOptions& options, ModelConfiguration& model, std::stri
 bool runOverSample(const RunOptions& options, RunController& controller, std::string& message) {
   const std::string sampleFile = absolutePath(options.sampleFile);
   ProjectConfiguration& project = controller.project;
-  ModelConfiguration& model = project.model;
+  ModelChoice& model = project.model.choice;
   controller.modelDirectory = absolutePath(".");
   controller.userAtWorkbook = false;
   const std::string executable = model.executable;
@@ -69,11 +69,11 @@ int runRun(const RunOptions& options, const Console& console) {
   RunController controller(console.frontEnd);
   ProjectConfiguration& project = controller.project;
   std::string message;
-  if (!chooseModel(options, project.model, message)) return console.fail(message);
+  if (!chooseModel(options, project.model.choice, message)) return console.fail(message);
   if (!runOverSample(options, controller, message)) return message.empty() ? kFailed : console.fail(message);
   if (!savePostProcessorFile(output, project.prep, project.model, project.vels, message)) return console.fail(message);
-  console.out << counted(project.model.runCount(), "run") << ", " << counted(project.model.outputCount(), "output")
-              << ": " << options.output << '\n';
+  console.out << counted(project.model.results.runCount(), "run") << ", "
+              << counted(project.model.results.outputCount(), "output") << ": " << options.output << '\n';
   return kSucceeded;
 }
 

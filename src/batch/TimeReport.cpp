@@ -28,11 +28,11 @@ double quantile(const std::vector<double>& sorted, double share) {
 }
 
 bool collect(const ModelConfiguration& model, std::vector<OutputOverTime>& outputs) {
-  const auto times = static_cast<std::size_t>(model.timeCount(0));
-  outputs.assign(static_cast<std::size_t>(model.outputCount()), {std::vector<double>(times, 0.0), {}});
+  const auto times = static_cast<std::size_t>(model.results.timeCount(0));
+  outputs.assign(static_cast<std::size_t>(model.results.outputCount()), {std::vector<double>(times, 0.0), {}});
   std::vector<double> values;
-  for (std::int32_t run = 0; run < model.runCount(); ++run) {
-    if (!model.readRun(run, values)) return false;
+  for (std::int32_t run = 0; run < model.results.runCount(); ++run) {
+    if (!model.results.readRun(run, values)) return false;
     for (std::size_t output = 0; output < outputs.size(); ++output) {
       std::size_t largest = 0;
       const auto at = [&](std::size_t time) { return values[time * outputs.size() + output]; };
@@ -40,7 +40,7 @@ bool collect(const ModelConfiguration& model, std::vector<OutputOverTime>& outpu
         outputs[output].sums[time] += at(time);
         if (at(time) > at(largest)) largest = time;
       }
-      outputs[output].timeOfMaximum.push_back(model.time(run, static_cast<std::int32_t>(largest)));
+      outputs[output].timeOfMaximum.push_back(model.results.time(run, static_cast<std::int32_t>(largest)));
     }
   }
   return true;
@@ -62,7 +62,7 @@ std::string leadingText(const RegressionStats& statistics, std::int32_t variable
 void reportTimesOfMaxima(std::ostream& out, const ProjectConfiguration& project) {
   const ModelConfiguration& model = project.model;
   std::vector<OutputOverTime> outputs;
-  if (model.timeMode != kSharedGrid || !collect(model, outputs)) return;
+  if (model.results.timeMode() != kSharedGrid || !collect(model, outputs)) return;
   TextTable table;
   table.addColumn("output", TextTable::Align::Left);
   for (const char* heading : {"5 % of the runs", "median", "95 %", "mean", "its size"}) table.addColumn(heading);
@@ -73,8 +73,8 @@ void reportTimesOfMaxima(std::ostream& out, const ProjectConfiguration& project)
     std::ranges::sort(seen.timeOfMaximum);
     table.addRow({names[k], cell(quantile(seen.timeOfMaximum, 0.05)), cell(quantile(seen.timeOfMaximum, 0.5)),
                   cell(quantile(seen.timeOfMaximum, 0.95)),
-                  cell(model.time(0, static_cast<std::int32_t>(largest - seen.sums.begin()))),
-                  cell(*largest / model.runCount())});
+                  cell(model.results.time(0, static_cast<std::int32_t>(largest - seen.sums.begin()))),
+                  cell(*largest / model.results.runCount())});
   }
   out << "The times at which each output is largest: in the single runs, and in their mean\n";
   table.print(out);

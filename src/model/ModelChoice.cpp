@@ -1,46 +1,35 @@
 #include "model/ModelChoice.h"
 
-#include <unistd.h>
-
-#include <filesystem>
-
-#include "base/Paths.h"
+#include <utility>
 
 namespace tarvex {
 
-namespace {
+ModelChoice::ModelChoice(const ModelChoice& other)
+    : executable(other.executable),
+      outputFile(other.outputFile),
+      kind(other.kind),
+      spreadsheet(other.spreadsheet),
+      internalModel_(other.internalModel_ ? std::make_unique<InternalModel>(*other.internalModel_) : nullptr) {}
 
-bool isReadableFile(const std::string& path) {
-  const std::string existing = existingPath(path);
-  std::error_code error;
-  return !std::filesystem::is_directory(existing, error) && ::access(existing.c_str(), R_OK) == 0;
+ModelChoice& ModelChoice::operator=(const ModelChoice& other) {
+  return *this = ModelChoice(other);
 }
 
-std::optional<Refusal> acceptInternal(ModelConfiguration& model) {
-  if (model.internalModel() == nullptr) return Refusal{"Error: No model loaded", "   No internal model loaded"};
-  if (model.internalModel()->numOutputs() == 0) return Refusal{"Error: Empty model", "   Model produces no result"};
-  model.kind = kInternalModel;
-  return std::nullopt;
+void ModelChoice::setExternal(const std::string& executablePath, const std::string& outputPath,
+                              std::int32_t isSpreadsheet) {
+  executable = executablePath;
+  outputFile = outputPath;
+  spreadsheet = isSpreadsheet;
 }
 
-}  // namespace
-
-bool checkModelFiles(const std::string& executable, const std::string& outputFile, ModelKind mode, bool spreadsheet) {
-  if (mode == kNoModelToStart) return isReadableFile(outputFile);
-  return spreadsheet || isReadableFile(executable);
+void ModelChoice::setInternalModel(std::unique_ptr<InternalModel> model) {
+  internalModel_ = std::move(model);
+  kind = kInternalModel;
 }
 
-std::optional<Refusal> acceptModelChoice(const ModelChoice& choice, ModelConfiguration& model) {
-  if (choice.internal) return acceptInternal(model);
-  if ((choice.execute && choice.executable.empty()) || choice.outputFile.empty())
-    return Refusal{"Error: Empty field", "   Empty fields not admitted"};
-  const ModelKind kind = choice.execute ? kExternalExecutable : kNoModelToStart;
-  if (!checkModelFiles(choice.executable, choice.outputFile, kind, choice.spreadsheet))
-    return choice.execute ? Refusal{"Error: No executable file", "   Error checking model executable"}
-                          : Refusal{"Error: Wrong output file", "   No output model file"};
-  model.setExternal(choice.executable, choice.outputFile, choice.spreadsheet ? 1 : 0);
-  model.kind = kind;
-  return std::nullopt;
+void ModelChoice::clearInternalModel() {
+  internalModel_.reset();
+  kind = kExternalExecutable;
 }
 
 }  // namespace tarvex

@@ -1,33 +1,37 @@
 #pragma once
 
-#include <optional>
+#include <cstdint>
+#include <memory>
 #include <string>
 
-#include "model/ModelConfiguration.h"
+#include "model/InternalModel.h"
 
 namespace tarvex {
 
-// What a user chose as the model, before it is known whether it can be run.
-struct ModelChoice {
-  bool internal = false;     // the equations that the configuration holds
-  bool execute = true;       // the model is started; else only its output file is read
-  bool spreadsheet = false;  // the model is a workbook
-  std::string executable = {};
-  std::string outputFile = {};  // or the workbook
+enum ModelKind : std::int32_t { kInternalModel = 0, kExternalExecutable = 1, kNoModelToStart = 2 };
+
+// Which model is run, without anything that came out of it: a value that a panel edits and hands back.
+class ModelChoice {
+ public:
+  ModelChoice() = default;
+  ModelChoice(const ModelChoice& other);
+  ModelChoice& operator=(const ModelChoice& other);
+  ModelChoice(ModelChoice&&) noexcept = default;
+  ModelChoice& operator=(ModelChoice&&) noexcept = default;
+
+  std::string executable;
+  std::string outputFile;  // that the model writes; of a spreadsheet the workbook
+  std::int32_t kind = kNoModelToStart;
+  std::int32_t spreadsheet = 0;
+
+  void setExternal(const std::string& executablePath, const std::string& outputPath, std::int32_t isSpreadsheet);
+  void setInternalModel(std::unique_ptr<InternalModel> model);           // kind becomes 0
+  void clearInternalModel();                                             // kind becomes 1
+  void dropInternalModel() { internalModel_.reset(); }                   // kind stays
+  InternalModel* internalModel() const { return internalModel_.get(); }  // null: none
+
+ private:
+  std::unique_ptr<InternalModel> internalModel_;
 };
-
-// Why a choice is refused.
-struct Refusal {
-  std::string title;
-  std::string text;
-};
-
-// Whether the files of an external model are there. With the mode kExternalExecutable the executable must be readable,
-// unless a spreadsheet takes its place; the output file needn't exist yet. With kNoModelToStart the output file must be
-// readable.
-bool checkModelFiles(const std::string& executable, const std::string& outputFile, ModelKind mode, bool spreadsheet);
-
-// Makes `model` what the user chose. A choice that is refused leaves it as it was.
-[[nodiscard]] std::optional<Refusal> acceptModelChoice(const ModelChoice& choice, ModelConfiguration& model);
 
 }  // namespace tarvex

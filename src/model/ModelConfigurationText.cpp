@@ -15,30 +15,37 @@ constexpr std::size_t kMaxDirectory = 1023;
 constexpr std::size_t kKeptName = 28;  // Kept: longer names of outputs come back cut.
 constexpr std::size_t kAnyDistance = std::numeric_limits<std::size_t>::max();
 
-void checkRange(TextReader& in, std::int32_t value, std::int32_t largest) {
-  if (value < 0 || value > largest) in.setFail();
+bool readInRange(TextReader& in, const char* what, std::int32_t& value, std::int32_t largest) {
+  in.expect(what) >> value;
+  if (in.fail()) return false;
+  const bool good = value >= 0 && value <= largest;
+  return good || in.refuse(what + (" must be 0 to " + std::to_string(largest)) + ", not " + std::to_string(value));
+}
+
+bool readCount(TextReader& in, const char* what, std::int32_t& count) {
+  return readInRange(in, what, count, std::numeric_limits<std::int32_t>::max());
 }
 
 }  // namespace
 
 void ModelConfiguration::write(TextWriter& out) const {
-  out << executable << '\n' << outputFile << '\n' << kind << '\n' << spreadsheet << '\n';
-  if (kind == kInternalModel) {
+  out << choice.executable << '\n' << choice.outputFile << '\n' << choice.kind << '\n' << choice.spreadsheet << '\n';
+  if (choice.kind == kInternalModel) {
     InternalModel none;
-    (internalModel_ ? *internalModel_ : none).write(out);
+    (choice.internalModel() != nullptr ? *choice.internalModel() : none).write(out);
   }
-  out << runCount() << '\n' << outputCount() << '\n';
-  for (const std::string& name : outputNames_) out << name << '\n';
-  out << timeMode << '\n';
+  out << results.runCount() << '\n' << results.outputCount() << '\n';
+  for (const std::string& name : results.outputNames()) out << name << '\n';
+  out << results.timeMode() << '\n';
   std::vector<double> values;
-  for (std::int32_t run = 0; run < runCount() && out.ok(); ++run) {
-    const std::vector<double>& times = runTimes_.of(run);
-    if (!readRun(run, values)) out.setError(EIO);
+  for (std::int32_t run = 0; run < results.runCount() && out.ok(); ++run) {
+    const std::vector<double>& times = results.times(run);
+    if (!results.readRun(run, values)) out.setError(EIO);
     out << "Run " << run << '\n' << times.size() << '\n';
     auto value = values.begin();
     for (const double time : times) {
       out << "t=" << time << '\t';
-      for (std::size_t i = 0; i < outputNames_.size(); ++i) out << *value++ << '\t';
+      for (std::int32_t i = 0; i < results.outputCount(); ++i) out << *value++ << '\t';
       out << '\n';
     }
   }
@@ -48,72 +55,86 @@ void ModelConfiguration::write(TextWriter& out) const {
 
 std::uint64_t recordBytes(const ModelConfiguration& model) {
   constexpr std::uint64_t kNumber = 9;  // of six digits, the tab behind it included
+  const ModelResults& results = model.results;
   std::uint64_t lines = 0;
-  for (std::int32_t run = 0; run < model.runCount(); ++run) lines += static_cast<std::uint64_t>(model.timeCount(run));
-  return lines * static_cast<std::uint64_t>(model.outputCount() + 2) * kNumber;
+  for (std::int32_t run = 0; run < results.runCount(); ++run)
+    lines += static_cast<std::uint64_t>(results.timeCount(run));
+  return lines * static_cast<std::uint64_t>(results.outputCount() + 2) * kNumber;
 }
 
 bool ModelConfiguration::read(TextReader& in) {
   *this = ModelConfiguration();
-  in.skipLine();  // the empty line that stands before the record
-  in.readLine(executable, kMaxPath);
-  in.readLine(outputFile, kMaxPath);
-  in >> kind >> spreadsheet;
-  checkRange(in, kind, kNoModelToStart);
-  checkRange(in, spreadsheet, 1);
-  if (in.ok() && kind == kInternalModel) {
-    in.skipLine();
-    internalModel_ = std::make_unique<InternalModel>();
-    internalModel_->read(in);
-  }
   std::int32_t runs = 0;
   std::int32_t outputs = 0;
-  in >> runs >> outputs;
-  if (runs < 0 || outputs < 0) in.setFail();
+  if (!readChoice(in)) return false;
+  if (!readCount(in, "the number of runs", runs) || !readCount(in, "the number of outputs", outputs)) return false;
   in.skipLine();
-  readNames(in, outputs);
-  in >> timeMode;
-  checkRange(in, timeMode, kSharedGrid);
-  readRuns(in, runs);
+  std::int32_t timeMode = kNoTimeAxis;
+  if (!readNames(in, outputs) || !readInRange(in, "the time mode", timeMode, kSharedGrid)) return false;
+  if (!readRuns(in, runs)) return false;
+  if (!results.setTimeMode(timeMode))
+    return in.refuse("the times of the runs are not those of the time mode " + std::to_string(timeMode));
   std::string modelDirectory;
   std::string outputDirectory;
   in.skipLine();
-  in.readLine(modelDirectory, kMaxDirectory);
-  in.readLine(outputDirectory, kMaxDirectory);
+  in.expect("the directory of models").readLine(modelDirectory, kMaxDirectory);
+  in.expect("the directory of model outputs").readLine(outputDirectory, kMaxDirectory);
   if (in.fail()) return false;
   RememberedDirectories::set(RememberedDirectories::Model, modelDirectory);
   RememberedDirectories::set(RememberedDirectories::ModelOutput, outputDirectory);
   return true;
 }
 
-void ModelConfiguration::readNames(TextReader& in, std::int32_t count) {
-  std::string line;
-  for (std::int32_t i = 0; i < count && in.readLineCut(line, kKeptName); ++i) outputNames_.push_back(line);
+bool ModelConfiguration::readChoice(TextReader& in) {
+  in.skipLine();  // the empty line that stands before the record
+  in.expect("the path of the model").readLine(choice.executable, kMaxPath);
+  in.expect("the path of the model's output file").readLine(choice.outputFile, kMaxPath);
+  if (!readInRange(in, "the kind of model", choice.kind, kNoModelToStart)) return false;
+  if (!readInRange(in, "the spreadsheet flag", choice.spreadsheet, 1)) return false;
+  if (choice.kind != kInternalModel) return true;
+  in.skipLine();
+  choice.setInternalModel(std::make_unique<InternalModel>());
+  choice.internalModel()->read(in);
+  return in.ok();
 }
 
-void ModelConfiguration::readRuns(TextReader& in, std::int32_t count) {
+bool ModelConfiguration::readNames(TextReader& in, std::int32_t count) {
+  OutputNames names([this](const std::string& /*title*/, const std::string& text) {
+    warningText += (warningText.empty() ? "" : "\n") + text;
+  });
+  std::string line;
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (!in.expect("the name of an output").readLineCut(line, kKeptName)) return false;
+    names.addApart(line, line);
+  }
+  results.reset(names.release());
+  return true;
+}
+
+bool ModelConfiguration::readRuns(TextReader& in, std::int32_t count) {
   std::vector<double> times;
-  std::vector<double> row(outputNames_.size());
-  for (std::int32_t run = 0; run < count && in.ok(); ++run) {
+  std::vector<double> values;
+  for (std::int32_t run = 0; run < count; ++run) {
     std::int32_t points = 0;
     in.skipLine();
     in.skipLine();  // "Run" and its number
-    in >> points;
-    if (points < 0) in.setFail();
+    if (!readCount(in, "the number of times of a run", points)) return false;
     times.clear();
-    for (std::int32_t i = 0; i < points && in.ok(); ++i) {
-      double time = 0.0;
-      in.skipPast('=', kAnyDistance);
-      in >> time;
-      times.push_back(time);
-      for (double& value : row) in >> value;
-      if (in.ok() && !dataFile_.append(row.data(), row.size())) in.setFail();
+    values.clear();
+    for (std::int32_t i = 0; i < points; ++i) {
+      double number = 0.0;
+      in.expect("a line with t= and a time").skipPast('=', kAnyDistance);
+      in.expect("a time") >> number;
+      times.push_back(number);
+      for (std::int32_t k = 0; k < results.outputCount() && in.ok(); ++k) {
+        in.expect("a value of an output") >> number;
+        values.push_back(number);
+      }
+      if (in.fail()) return false;
     }
-    if (in.ok()) runTimes_.addRuns(1, times);
+    if (!results.appendRun(times, values)) return in.refuse("the working file of the results cannot be written");
   }
-  // Whoever reads results relies on what the mode promises.
-  if (timeMode == kNoTimeAxis && runCount() > 0 && timeCount(0) != 1) in.setFail();
-  if ((timeMode == kNoTimeAxis || timeMode == kSharedGrid) && !runTimes_.allEqual()) in.setFail();
+  return true;
 }
 
 }  // namespace tarvex

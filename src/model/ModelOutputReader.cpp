@@ -1,8 +1,13 @@
+#include "model/ModelOutputReader.h"
+
+#include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "base/Names.h"
+#include "base/NumberText.h"
 #include "base/TextReader.h"
-#include "model/ModelConfiguration.h"
+#include "model/ModelResults.h"
 
 namespace tarvex {
 
@@ -10,84 +15,155 @@ namespace {
 
 constexpr std::size_t kShortLine = 19;  // characters read of the lines that hold one word or number
 constexpr std::size_t kMaxNameLine = 255;
+constexpr std::size_t kMaxNumber = 1023;   // characters; no sensible number is longer
+constexpr std::uint64_t kBytesOfItem = 2;  // at least: a character and what parts it from the next
 
-// The next output's name, fit for expressions. False when the line holds none.
-bool readName(TextReader& in, const ModelConfiguration::Warn& warn, std::string& name) {
-  std::string line;
-  if (!in.readLine(line, kMaxNameLine)) return false;
-  name = line.substr(0, line.find_first_of(" \t"));
-  return fitOutputName(name, warn);
+// A whole number that white space ends.
+bool readCount(TextReader& in, const char* what, std::int32_t& count) {
+  std::string_view word;
+  if (!in.expect(what).readWord(word, kMaxNumber)) return false;
+  if (word.starts_with('+')) word.remove_prefix(1);
+  const auto parsed = std::from_chars(word.data(), word.data() + word.size(), count);
+  if (parsed.ec == std::errc() && parsed.ptr == word.data() + word.size()) return true;
+  return in.refuse("expected " + std::string(what) + ", found '" + std::string(word) + "'");
+}
+
+bool parseWhole(std::string_view word, double& number) {
+  return parseNumber(word, number) == word.size();
+}
+
+// A number that white space ends.
+bool readValue(TextReader& in, const char* what, double& number) {
+  std::string_view word;
+  if (!in.expect(what).readWord(word, kMaxNumber)) return false;
+  if (parseWhole(word, number)) return true;
+  std::string fortran(word);
+  std::ranges::replace_if(
+      fortran, [](char c) { return c == 'D' || c == 'd'; }, 'E');
+  // An exponent of a number, and not the letter of any word.
+  const bool isNumber = std::ranges::count(fortran, 'E') == 1 && parseWhole(fortran, number);
+  return isNumber || in.refuse("expected " + std::string(what) + ", found '" + std::string(word) + "'");
 }
 
 // A line of a word and the run's number.
 bool readRunLine(TextReader& in, std::int32_t run) {
   std::string line;
-  if (!in.readLine(line, kShortLine)) return false;
+  if (!in.expect("a line with RUN and the run's number").readLine(line, kShortLine)) return false;
   const std::string_view word = firstWord(line);
-  if (word.empty()) return false;
   std::string_view rest(word.data() + word.size(),
                         static_cast<std::size_t>(line.data() + line.size() - (word.data() + word.size())));
   rest = firstWord(rest);
   if (rest.starts_with('+')) rest.remove_prefix(1);
   std::int32_t number = -1;
   const auto parsed = std::from_chars(rest.data(), rest.data() + rest.size(), number);
-  return parsed.ec == std::errc() && number == run;
+  if (!word.empty() && parsed.ec == std::errc() && number == run) return true;
+  return in.refuse("expected the line RUN " + std::to_string(run) + ", found '" + line + "'");
 }
 
 }  // namespace
 
-bool ModelConfiguration::readModelOutput(const Warn& warn) {
-  clearResults();
-  internalModel_.reset();
-  TextReader in = TextReader::fromFile(outputFile);
-  std::int32_t runs = 0;
-  if (!readOutputHeader(in, warn, runs)) return false;
-  std::vector<double> times;
-  std::vector<double> row(outputNames_.size());
-  for (std::int32_t run = 0; run < runs; ++run) {
-    if (!readOutputRun(in, run, times, row)) return false;
-    runTimes_.addRuns(1, times);
+ModelOutputReader::ModelOutputReader(ModelResults& results, Warn warn) : results_(results), warn_(std::move(warn)) {}
+
+bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun) {
+  joins_ = firstRun > 0 && results_.outputCount() > 0;
+  const std::int32_t before = joins_ ? results_.runCount() : 0;
+  if (!joins_) results_.clear();
+  problem_.clear();
+  place_.clear();
+  TextReader in = TextReader::fromFile(path);
+  if (readFile(in, firstRun)) {
+    if (hasTimes_) results_.findTimeMode();
+    return true;
   }
-  if (timeMode == kReadingTimes) timeMode = runTimes_.allEqual() ? kSharedGrid : kDifferentGrids;
+  if (problem_.empty()) problem_ = in.problem() + place_;
+  if (joins_)
+    results_.cut(before);
+  else
+    results_.clear();
+  return false;
+}
+
+bool ModelOutputReader::readFile(TextReader& in, std::int32_t firstRun) {
+  std::int32_t runs = 0;
+  if (!readNames(in) || !takeTimeMode(in) || !takeRunCount(in, runs)) return false;
+  if (!joins_) results_.reset(names_);
+  for (std::int32_t run = 0; run < runs; ++run) {
+    if (!readRun(in, run)) {
+      place_ = " (run " + std::to_string(run) + place_ + ')';
+      return false;
+    }
+    if (!store(run == 0 ? firstRun - results_.runCount() : 0)) return false;
+  }
   return true;
 }
 
-bool ModelConfiguration::readOutputHeader(TextReader& in, const Warn& warn, std::int32_t& runs) {
-  std::int32_t outputs = 0;
-  in >> outputs;
-  in.readLinePart(nullptr, kShortLine);
-  if (in.fail() || outputs < 1) return false;
-  for (std::int32_t i = 0; i < outputs; ++i) {
-    std::string name;
-    if (!readName(in, warn, name)) return false;
-    outputNames_.push_back(name);
-  }
-  std::string answer;
-  in.skipPast('=', kShortLine);
-  in.readLine(answer, kShortLine);
-  timeMode = firstWord(answer) == "yes" ? kReadingTimes : kNoTimeAxis;
-  in >> runs;
-  in.readLinePart(nullptr, kShortLine);
-  return in.ok() && runs >= 1;
+bool ModelOutputReader::store(std::int32_t gap) {
+  if (results_.appendMissing(gap, times_) && results_.appendRun(times_, values_)) return true;
+  problem_ = "The results of the model cannot be stored: the working file cannot be written.";
+  return false;
 }
 
-bool ModelConfiguration::readOutputRun(TextReader& in, std::int32_t run, std::vector<double>& times,
-                                       std::vector<double>& row) {
+bool ModelOutputReader::readNames(TextReader& in) {
+  std::int32_t count = 0;
+  if (!readCount(in, "the number of variables", count)) return false;
+  if (count < 1) return in.refuse("the number of variables must be at least 1, not " + std::to_string(count));
+  if (!in.checkCount(count, kBytesOfItem)) return false;
+  in.readLinePart(nullptr, kShortLine);
+  OutputNames taken(joins_ ? [](const auto&, const auto&) {} : warn_);
+  std::string line;
+  std::string reason;
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (!in.expect("the name of a variable").readLine(line, kMaxNameLine)) return false;
+    if (!taken.add(line, line.substr(0, line.find_first_of(" \t")), reason)) return in.refuse(reason);
+  }
+  names_ = taken.release();
+  return !joins_ || names_ == results_.outputNames() || in.refuse("these are not the outputs of the runs before");
+}
+
+bool ModelOutputReader::takeTimeMode(TextReader& in) {
+  std::string answer;
+  if (!in.expect("a line \"time = yes\" or \"time = no\"").skipPast('=', kShortLine)) return false;
+  if (!in.readLine(answer, kShortLine)) return false;
+  hasTimes_ = firstWord(answer) == "yes";
+  return !joins_ || hasTimes_ == results_.hasTimeAxis() || in.refuse("a time axis belongs to all runs or to none");
+}
+
+bool ModelOutputReader::takeRunCount(TextReader& in, std::int32_t& runs) {
+  if (!readCount(in, "the number of runs", runs)) return false;
+  if (runs < 1) return in.refuse("the number of runs must be at least 1, not " + std::to_string(runs));
+  if (!in.checkCount(runs, kBytesOfItem * names_.size() - 1)) return false;
+  in.readLinePart(nullptr, kShortLine);
+  return true;
+}
+
+bool ModelOutputReader::readRun(TextReader& in, std::int32_t run) {
   std::int32_t points = 1;
-  times.clear();
-  if (timeMode == kReadingTimes) {
-    if (!readRunLine(in, run)) return false;
-    in >> points;
-    if (points < 1) return false;
+  if (hasTimes_) {
+    if (!readRunLine(in, run) || !readCount(in, "the number of times", points)) return false;
+    if (points < 1) return in.refuse("the number of times must be at least 1, not " + std::to_string(points));
+    if (!in.checkCount(points, kBytesOfItem * names_.size() + 1)) return false;
   }
-  for (std::int32_t i = 0; i < points && in.ok(); ++i) {
+  times_.clear();
+  values_.clear();
+  for (std::int32_t i = 0; i < points; ++i) {
     double time = 0.0;
-    if (timeMode == kReadingTimes) in >> time;
-    times.push_back(time);
-    for (double& value : row) in >> value;
-    in.skipLine();
-    if (in.ok() && !dataFile_.append(row.data(), row.size())) return false;
+    if (hasTimes_ && !readValue(in, "a time", time)) return false;
+    times_.push_back(time);
+    if (!readRow(in)) return false;
   }
+  return true;
+}
+
+bool ModelOutputReader::readRow(TextReader& in) {
+  for (const std::string& name : names_) {
+    double value = 0.0;
+    if (!readValue(in, "a number", value)) {
+      place_ = ", output " + name;
+      return false;
+    }
+    values_.push_back(value);
+  }
+  in.skipLine();
   return in.ok();
 }
 

@@ -1,6 +1,7 @@
 #include "model/OutputNames.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace tarvex {
 
@@ -15,16 +16,32 @@ bool isSpecial(char c) {
 
 }  // namespace
 
-bool fitOutputName(std::string& name, const Warn& warn) {
-  if (name.empty()) return false;
-  if (name.front() >= '0' && name.front() <= '9') {
-    warn("Error", "Incorrect model variable name: " + name);
+bool OutputNames::add(const std::string& full, const std::string& cut, std::string& reason) {
+  if (cut.empty()) {
+    reason = "expected the name of an output, found " + (full.empty() ? "nothing" : "'" + full + "'");
     return false;
   }
-  const std::string before = name;
-  std::ranges::replace_if(name, isSpecial, '_');
-  if (name != before) warn("Warning", "The model variable " + before + " will be modified in " + name);
+  if (cut.front() >= '0' && cut.front() <= '9') {
+    warn_("Error", "Incorrect model variable name: " + cut);
+    reason = "the name of an output must not begin with a digit, as '" + cut + "' does";
+    return false;
+  }
+  std::string fit = cut;
+  std::ranges::replace_if(fit, isSpecial, '_');
+  take(full, cut, fit);
   return true;
+}
+
+void OutputNames::take(const std::string& full, const std::string& cut, const std::string& fit) {
+  std::string name = fit;
+  const bool isNew = last_.try_emplace(name, 1).second;
+  if (!isNew) {
+    do name = fit + '_' + std::to_string(++last_[fit]);
+    while (!last_.try_emplace(name, 1).second);
+  }
+  // What is cut off behind a name is no part of it, unless that is what made two names equal.
+  if (name != cut) warn_("Warning", "The model variable " + (isNew ? cut : full) + " will be modified in " + name);
+  names_.push_back(std::move(name));
 }
 
 }  // namespace tarvex

@@ -2,24 +2,22 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace tarvex {
 
-ResultFile::ResultFile(const ResultFile& other) {
-  *this = other;
-}
-
-ResultFile& ResultFile::operator=(const ResultFile& other) {
-  if (this == &other) return *this;
-  clear();
+bool ResultFile::copyFrom(const ResultFile& other) {
+  if (this == &other) return true;
+  if (other.broken_) return false;
+  ResultFile copy;
   std::vector<double> part(kBufferValues);
-  bool good = !other.broken_;
-  for (std::uint64_t first = 0; good && first < other.flushed_; first += part.size()) {
+  for (std::uint64_t first = 0; first < other.flushed_; first += part.size()) {
     part.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kBufferValues, other.flushed_ - first)));
-    good = other.read(first, part.data(), part.size()) && append(part.data(), part.size());
+    if (!other.read(first, part.data(), part.size()) || !copy.append(part.data(), part.size())) return false;
   }
-  broken_ = !(good && append(other.pending_.data(), other.pending_.size()));
-  return *this;
+  if (!copy.append(other.pending_.data(), other.pending_.size())) return false;
+  *this = std::move(copy);
+  return true;
 }
 
 bool ResultFile::append(const double* values, std::size_t count) {
@@ -72,6 +70,12 @@ bool ResultFile::readFromDisk(std::uint64_t first, double* values, std::size_t c
     count -= part;
   }
   return true;
+}
+
+void ResultFile::cut(std::uint64_t size) {
+  pending_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(pending_.size(), size - std::min(size, flushed_))));
+  flushed_ = std::min(flushed_, size);
+  window_.clear();
 }
 
 void ResultFile::clear() {

@@ -13,14 +13,15 @@ namespace tarvex {
 class ResultFile {
  public:
   ResultFile() = default;
-  ResultFile(const ResultFile& other);  // the whole content; one that can't be stored can't be read either
-  ResultFile& operator=(const ResultFile& other);
   ResultFile(ResultFile&&) noexcept = default;
   ResultFile& operator=(ResultFile&&) noexcept = default;
 
+  // The whole content. On false the system gave no room and this is as it was.
+  [[nodiscard]] bool copyFrom(const ResultFile& other);
   [[nodiscard]] bool append(const double* values, std::size_t count);
   // `count` values from number `first` on; those behind the end are nan. False when the system fails.
   [[nodiscard]] bool read(std::uint64_t first, double* values, std::size_t count) const;
+  void cut(std::uint64_t size);  // drops the values from this one on
   void clear();
   std::uint64_t size() const { return flushed_ + pending_.size(); }
 

@@ -21,6 +21,13 @@ void RunTimes::addRuns(std::int32_t count, const std::vector<double>& times) {
   points_ += static_cast<std::uint64_t>(count) * times.size();
 }
 
+void RunTimes::cut(std::int32_t runs) {
+  if (runs >= runs_) return;
+  points_ = pointsBefore(runs);
+  runs_ = runs;
+  while (!grids_.empty() && grids_.back().firstRun >= runs_) grids_.pop_back();
+}
+
 const RunTimes::Grid& RunTimes::gridOf(std::int32_t run) const {
   const auto behind = std::upper_bound(grids_.begin(), grids_.end(), run,
                                        [](std::int32_t wanted, const Grid& grid) { return wanted < grid.firstRun; });

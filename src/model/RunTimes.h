@@ -11,6 +11,7 @@ class RunTimes {
  public:
   void clear() { grids_.clear(), runs_ = 0, points_ = 0; }
   void addRuns(std::int32_t count, const std::vector<double>& times);
+  void cut(std::int32_t runs);  // drops the runs from this one on
 
   std::int32_t runs() const { return runs_; }
   const std::vector<double>& of(std::int32_t run) const;  // Requires: a run below runs()

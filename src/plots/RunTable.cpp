@@ -57,7 +57,7 @@ std::vector<Choice> everything(const PrepConfiguration& prep, const std::vector<
 bool countRuns(const PrepConfiguration& prep, const ModelConfiguration& model, bool factors, bool variables,
                std::int32_t& runs, std::string& message) {
   const std::int32_t sampled = prep.samples.rows();
-  runs = variables ? model.runCount() : sampled;
+  runs = variables ? model.results.runCount() : sampled;
   // Results alone are good without their sample.
   if (!variables || runs == sampled || (sampled == 0 && !factors)) return true;
   message = "The sample has " + runsText(sampled) + ", the results have " + std::to_string(runs) + ".";
@@ -80,7 +80,7 @@ bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model
                   const std::vector<std::string>& outputNames, const std::vector<std::string>& names, RunTable& table,
                   std::string& message) {
   std::vector<Choice> choices =
-      names.empty() ? everything(prep, outputNames, model.hasTimeAxis()) : std::vector<Choice>(names.size());
+      names.empty() ? everything(prep, outputNames, model.results.hasTimeAxis()) : std::vector<Choice>(names.size());
   for (std::size_t i = 0; i < names.size(); ++i)
     if (!resolve(prep, outputNames, names[i], choices[i], message)) return false;
 

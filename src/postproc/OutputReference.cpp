@@ -73,34 +73,34 @@ OutputReference::Parsed OutputReference::parse(std::string_view text, const std:
 void OutputReference::findTime(const ModelConfiguration& model, std::int32_t run) {
   placed_ = true;
   before_ = after_ = -1;
-  for (std::int32_t i = 0; i < model.timeCount(run); ++i) {
-    const double stored = model.time(run, i);
+  for (std::int32_t i = 0; i < model.results.timeCount(run); ++i) {
+    const double stored = model.results.time(run, i);
     if (printAlike(stored, time_)) {
       before_ = after_ = i;
       return;
     }
-    if (stored < time_ && (before_ < 0 || stored > model.time(run, before_))) before_ = i;
-    if (stored > time_ && (after_ < 0 || stored < model.time(run, after_))) after_ = i;
+    if (stored < time_ && (before_ < 0 || stored > model.results.time(run, before_))) before_ = i;
+    if (stored > time_ && (after_ < 0 || stored < model.results.time(run, after_))) after_ = i;
   }
   if (before_ < 0) before_ = std::max(after_, 0);
   if (after_ < 0) after_ = before_;
   if (before_ == after_) return;
-  const double first = model.time(run, before_);
-  fraction_ = (time_ - first) / (model.time(run, after_) - first);
+  const double first = model.results.time(run, before_);
+  fraction_ = (time_ - first) / (model.results.time(run, after_) - first);
 }
 
 double OutputReference::value(const ModelConfiguration& model, std::int32_t run, const std::vector<double>& values) {
   const auto at = [&](std::int32_t time) {
-    return values[static_cast<std::size_t>(time) * static_cast<std::size_t>(model.outputCount()) +
+    return values[static_cast<std::size_t>(time) * static_cast<std::size_t>(model.results.outputCount()) +
                   static_cast<std::size_t>(output_)];
   };
   if (kind_ == kFirstTime) return at(0);
   if (kind_ == kMaximum) {
     double maximum = std::numeric_limits<double>::quiet_NaN();
-    for (std::int32_t i = 0; i < model.timeCount(run); ++i) maximum = std::fmax(maximum, at(i));
+    for (std::int32_t i = 0; i < model.results.timeCount(run); ++i) maximum = std::fmax(maximum, at(i));
     return maximum;
   }
-  const bool sharedTimes = model.timeMode == kNoTimeAxis || model.timeMode == kSharedGrid;
+  const bool sharedTimes = model.results.timeMode() == kNoTimeAxis || model.results.timeMode() == kSharedGrid;
   if (!placed_ || !sharedTimes) findTime(model, run);
   return before_ == after_ ? at(before_) : at(before_) + fraction_ * (at(after_) - at(before_));
 }

@@ -30,8 +30,8 @@ bool OutputVariables::set(const std::vector<std::string>& texts, const std::vect
 
 bool OutputVariables::addRun(const ModelConfiguration& model, std::int32_t run, OutputTable& table) {
   const std::size_t needed =
-      static_cast<std::size_t>(model.timeCount(run)) * static_cast<std::size_t>(model.outputCount());
-  if (!model.readRun(run, values_) || values_.empty() || values_.size() < needed) {
+      static_cast<std::size_t>(model.results.timeCount(run)) * static_cast<std::size_t>(model.results.outputCount());
+  if (!model.results.readRun(run, values_) || values_.empty() || values_.size() < needed) {
     errorText_ = "The model results of run " + std::to_string(run + 1) + " can't be read.";
     return false;
   }
@@ -44,14 +44,14 @@ bool OutputVariables::addRun(const ModelConfiguration& model, std::int32_t run, 
 
 bool OutputVariables::build(const ModelConfiguration& model, OutputTable& table, const Progress& progress) {
   table.clear();
-  runs_ = model.runCount();
+  runs_ = model.results.runCount();
   failedRuns_.assign(texts_.size(), 0);
   row_.resize(texts_.size());
   if (!table.allocate(static_cast<std::int32_t>(texts_.size()))) {
     errorText_ = table.errorText();
     return false;
   }
-  const std::int64_t values = runs_ > 0 ? std::int64_t{model.timeCount(0)} * model.outputCount() : 0;
+  const std::int64_t values = runs_ > 0 ? std::int64_t{model.results.timeCount(0)} * model.results.outputCount() : 0;
   WorkPace pace(progress, runs_, kOperationsARun + kOperationsAValue * values);
   for (std::int32_t run = 0; run < runs_; ++run) {
     if (pace.step() && addRun(model, run, table)) continue;

@@ -66,7 +66,7 @@ void VelsConfiguration::tellApart() {
 }
 
 std::vector<std::string> VelsConfiguration::outputNames(const ModelConfiguration& model) const {
-  if (outputs_.size() != model.outputNames().size()) return model.outputNames();
+  if (outputs_.size() != model.results.outputNames().size()) return model.results.outputNames();
   std::vector<std::string> names;
   for (const VelsOutputRecord& output : outputs_) names.push_back(output.name);
   return names;

@@ -53,17 +53,17 @@ TEST(Descriptions, ofTheCorrelation) {
 
 TEST(Descriptions, ofAModel) {
   ModelConfiguration model;
-  model.setExternal("/bin/m", "out", 0);
+  model.choice.setExternal("/bin/m", "out", 0);
   const std::string external = "External model executable:\n   ";
   EXPECT_EQ(joined(describeModel(model)), external + "No model selected\n\nModel output file:\n   out\n");
-  model.kind = kExternalExecutable;
+  model.choice.kind = kExternalExecutable;
   EXPECT_EQ(joined(describeModel(model)), external + "/bin/m\n\nModel output file:\n   out\n");
   EXPECT_EQ(modelSelectionText(model), "External model selection");
   auto equations = std::make_unique<InternalModel>();
   const std::string path = test::goldenPath("mixed.imd");
   std::string message;
   ASSERT_TRUE(loadModelFile(path, *equations, message));
-  model.setInternalModel(std::move(equations));
+  model.choice.setInternalModel(std::move(equations));
   EXPECT_EQ(joined(describeModel(model)), "Internal model executable:\n   " + path +
                                               "\nNumber of equations: \n   3\nOutput Variables: \n   y\n   z\n");
   EXPECT_EQ(modelSelectionText(model), "Internal model selection");

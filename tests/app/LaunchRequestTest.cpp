@@ -107,9 +107,9 @@ TEST_F(Launch, theModelComesLast) {
     controller_.clearAll();
     EXPECT_EQ(request(c.text).applyModel(controller_), c.model != "none") << c.name;
     const ModelConfiguration& model = controller_.project.model;
-    std::string text = std::to_string(model.kind) + ' ' + std::to_string(model.spreadsheet) + ' ' + model.executable +
-                       "| " + model.outputFile + " |";
-    if (const InternalModel* internal = model.internalModel())
+    std::string text = std::to_string(model.choice.kind) + ' ' + std::to_string(model.choice.spreadsheet) + ' ' +
+                       model.choice.executable + "| " + model.choice.outputFile + " |";
+    if (const InternalModel* internal = model.choice.internalModel())
       text += ' ' + std::filesystem::path(internal->fileName()).filename().string();
     EXPECT_EQ(controller_.project.hasModel ? text : "none", c.model) << c.name;
   }

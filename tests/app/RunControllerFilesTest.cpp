@@ -143,7 +143,7 @@ TEST_F(Workflow, asksBeforeSomethingIsLost) {
 
 TEST_F(Workflow, acceptsPartsAndClears) {
   setFlags(false);
-  EXPECT_TRUE(controller_.acceptModel(controller_.project.model));
+  EXPECT_TRUE(controller_.acceptModel(controller_.project.model.choice));
   EXPECT_TRUE(controller_.modified && controller_.project.hasVels && !controller_.sampleStale);
   setFlags(false);
   EXPECT_TRUE(controller_.acceptPrep(controller_.project.prep));

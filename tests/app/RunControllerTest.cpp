@@ -39,15 +39,15 @@ class Controller : public testing::Test {
     auto model = std::make_unique<InternalModel>();
     ASSERT_TRUE(model->addVariable("a") && model->addVariable("b") && model->addExpression(0, "y", text, 1));
     ModelConfiguration configuration;
-    configuration.setInternalModel(std::move(model));
+    configuration.choice.setInternalModel(std::move(model));
     controller_.project.setModel(std::move(configuration));
   }
 
   std::vector<double> outputs() {
     std::vector<double> all;
     std::vector<double> run;
-    for (std::int32_t r = 0; r < controller_.project.model.runCount(); ++r) {
-      EXPECT_TRUE(controller_.project.model.readRun(r, run));
+    for (std::int32_t r = 0; r < controller_.project.model.results.runCount(); ++r) {
+      EXPECT_TRUE(controller_.project.model.results.readRun(r, run));
       all.insert(all.end(), run.begin(), run.end());
     }
     return all;
@@ -202,7 +202,7 @@ TEST_F(Controller, rowsThatCannotBeEvaluatedAreNanAndToldOnce) {
 TEST_F(Controller, refusesAModelThatDoesNotFitTheSample) {
   auto model = std::make_unique<InternalModel>();
   ASSERT_TRUE(model->addVariable("a") && model->addExpression(0, "y", "a", 1));
-  controller_.project.model.setInternalModel(std::move(model));
+  controller_.project.model.choice.setInternalModel(std::move(model));
   EXPECT_FALSE(controller_.runModel(false));
   EXPECT_EQ(frontEnd_.calls, Calls{"Error: The number of model inputs differs from the number of factors in the "
                                    "generated sample"});
@@ -216,7 +216,7 @@ TEST_F(Controller, readsTheOutputOfAModelThatRanElsewhere) {
   ASSERT_TRUE(controller_.project.prep.sampler->setSamples(2));
   ASSERT_TRUE(controller_.generateSample());
   ModelConfiguration model;
-  model.setExternal("", directory_.file("model.out"), 0);
+  model.choice.setExternal("", directory_.file("model.out"), 0);
   controller_.project.setModel(std::move(model));
 
   frontEnd_ = {};

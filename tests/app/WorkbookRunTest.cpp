@@ -29,8 +29,8 @@ class WorkbookRun : public testing::Test {
     frontEnd_.calls.clear();
     test::writeFile(workbook_, "as it was");
     ModelConfiguration model;
-    model.setExternal("Excel Application", workbook_, 1);
-    model.kind = kExternalExecutable;
+    model.choice.setExternal("Excel Application", workbook_, 1);
+    model.choice.kind = kExternalExecutable;
     controller_.project.setModel(std::move(model));
     controller_.makeSpreadsheetApplication = [this](const std::function<bool()>& serve) {
       auto application = std::make_unique<test::ScriptedApplication>();
@@ -59,7 +59,7 @@ TEST_F(WorkbookRun, servesTheUserUntilTheApplicationIsClosed) {
   EXPECT_EQ(frontEnd_.calls, (Calls{opened_, "close"}));
   EXPECT_EQ(frontEnd_.frames, 5);
   EXPECT_FALSE(controller_.busy);
-  EXPECT_EQ(controller_.project.model.runCount(), 3);
+  EXPECT_EQ(controller_.project.model.results.runCount(), 3);
   ASSERT_TRUE(controller_.project.hasVels);
   EXPECT_EQ(controller_.project.vels.outputs().front().name, "y");
 }

@@ -74,8 +74,9 @@ std::map<std::string, Load> readers() {
   };
   all["ModelOutput"] = [](const std::string& path) {
     ModelConfiguration model;
-    model.outputFile = path;
-    return model.readModelOutput([](const std::string&, const std::string&) {});
+    model.choice.outputFile = path;
+    std::string problem;
+    return model.readModelOutput([](const std::string&, const std::string&) {}, problem) || problem.empty();
   };
   all["VelsRecord"] = [](const std::string& path) {
     VelsConfiguration vels;

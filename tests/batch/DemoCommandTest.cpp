@@ -47,7 +47,7 @@ TEST_F(Demo, deliveredMeasuresAreExactWithinTheirTolerance) {
                                       project.vels, message));
     EXPECT_TRUE(project.prep.sampleFile.starts_with("[MAINDIR]/Demo/")) << project.prep.sampleFile;
     EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Prep), "") << "there is no such directory";
-    EXPECT_EQ(project.prep.samples.rows(), project.model.runCount());
+    EXPECT_EQ(project.prep.samples.rows(), project.model.results.runCount());
     const std::vector<Comparison> comparisons = compareWithExact(demo.name, project);
     EXPECT_EQ(comparisons.empty(), !demo.canRun);
     for (const Comparison& comparison : comparisons) {

@@ -92,7 +92,7 @@ TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
   std::string message;
   ASSERT_TRUE(loadPostProcessorFile(test::goldenPath("ishigami.spc"), prep, model, vels, message));
   RunTable table;
-  ASSERT_TRUE(readRunTable(prep, model, model.outputNames(), {"x1", "y"}, table, message));
+  ASSERT_TRUE(readRunTable(prep, model, model.results.outputNames(), {"x1", "y"}, table, message));
   double highest = -1e300;  // of the first runs, as a bound that a value meets exactly
   for (int run = 0; run < 20; ++run) highest = std::max(highest, table.columns[1].values[run]);
   char upper[40];

@@ -9,6 +9,7 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
+#include "model/InternalRun.h"
 #include "support/Damage.h"
 #include "support/FailingCalls.h"
 #include "support/Golden.h"
@@ -79,55 +80,68 @@ TEST_F(ModelConfigurationTest, GoldenRecordsComeBackByteByByte) {
 }
 
 TEST_F(ModelConfigurationTest, StepsOfAnInternalRun) {
-  sampValues samples = samplesOf(50);
+  const sampValues samples = samplesOf(50);
   ModelConfiguration model;
-  EXPECT_FALSE(model.prepareInternalRun(50));
-  model.setInternalModel(modelOf({"x"}, "1 / (x - 7) / (x - 20)"));
-  ASSERT_TRUE(model.prepareInternalRun(50));
-  EXPECT_EQ(model.advanceInternalRun(samples, 1.0f), 2);
-  EXPECT_EQ(model.advanceInternalRun(samples, 2.0f), 2);
-  EXPECT_EQ(model.advanceInternalRun(samples, 60.0f), 60);
-  EXPECT_EQ(model.failedRuns(), 2);
-  EXPECT_EQ(model.firstFailedRun(), 7);
+  model.choice.setInternalModel(modelOf({"x"}, "1 / (x - 7) / (x - 20)"));
+  InternalRun run(*model.choice.internalModel(), samples, model.results);
+  ASSERT_TRUE(run.prepare());
+  EXPECT_EQ(run.advance(1.0f), 2);
+  EXPECT_EQ(run.advance(2.0f), 2);
+  EXPECT_EQ(run.advance(60.0f), 60);
+  EXPECT_EQ(model.results.runCount(), 30) << "what a stop would leave";
+  EXPECT_EQ(run.failedRuns(), 2);
+  EXPECT_EQ(run.firstFailedRun(), 7);
   std::vector<double> values;
-  for (const std::int32_t run : {7, 20, 30, 49}) {  // failed, failed, never computed
-    ASSERT_TRUE(model.readRun(run, values));
-    EXPECT_TRUE(values.size() == 1 && std::isnan(values[0])) << run;
+  for (const std::int32_t failed : {7, 20}) {
+    ASSERT_TRUE(model.results.readRun(failed, values));
+    EXPECT_TRUE(values.size() == 1 && std::isnan(values[0])) << failed;
   }
-  EXPECT_EQ(model.advanceInternalRun(samples, 101.0f), 100);
-  ASSERT_TRUE(model.readRun(49, values));
+  EXPECT_EQ(run.advance(101.0f), 100);
+  ASSERT_TRUE(model.results.readRun(49, values));
   EXPECT_EQ(values, std::vector<double>{1.0 / 42 / 29});
   EXPECT_EQ(textOf(readRecord('\n' + textOf(model))), textOf(model)) << "nan comes back";
 
   sampValues wider;
   ASSERT_TRUE(wider.allocate(2));
-  ASSERT_TRUE(model.prepareInternalRun(1));
-  EXPECT_EQ(model.advanceInternalRun(wider, 1.0f), -1);
-  ASSERT_TRUE(model.prepareInternalRun(0));
-  EXPECT_EQ(model.advanceInternalRun(samples, 1.0f), 0);
+  for (const sampValues& bad : {samplesOf(0), wider}) {
+    InternalRun refused(*model.choice.internalModel(), bad, model.results);
+    EXPECT_FALSE(refused.prepare());
+    EXPECT_EQ(model.results.runCount(), 50);
+  }
 }
 
 TEST_F(ModelConfigurationTest, ResultsBeyondTheBuffer) {
   constexpr std::int32_t kRuns = 70000;
-  sampValues samples = samplesOf(kRuns);
-  ModelConfiguration model;
-  model.setInternalModel(modelOf({"x"}, "2 * x"));
-  ASSERT_TRUE(model.prepareInternalRun(kRuns));
-  ASSERT_EQ(model.advanceInternalRun(samples, 100.0f), 100);
-  const ModelConfiguration copy = model;
-  model.clearResults();
-  EXPECT_EQ(model.runCount(), 0);
+  const sampValues samples = samplesOf(kRuns);
+  const std::unique_ptr<InternalModel> model = modelOf({"x"}, "2 * x");
+  ModelConfiguration copy;
+  ModelResults results;
+  InternalRun run(*model, samples, results);
+  ASSERT_TRUE(run.prepare());
+  ASSERT_EQ(run.advance(100.0f), 100);
+  ASSERT_TRUE(copy.results.copyFrom(results));
+  results.cut(40000);
   std::vector<double> values;
-  for (const std::int32_t run : {0, 32767, 32768, 69999, 5, 65536, 65535}) {
-    ASSERT_TRUE(copy.readRun(run, values));
-    EXPECT_EQ(values, std::vector<double>{2.0 * run});
+  for (const std::int32_t kept : {32768, 39999, 5}) {
+    ASSERT_TRUE(results.readRun(kept, values));
+    EXPECT_EQ(values, std::vector<double>{2.0 * kept});
+  }
+  ASSERT_TRUE(results.appendRun({0.0}, {0.5}) && results.readRun(40000, values));
+  EXPECT_EQ(values, std::vector<double>{0.5});
+  for (const std::int32_t kept : {0, 32767, 32768, 69999, 5, 65536, 65535}) {
+    ASSERT_TRUE(copy.results.readRun(kept, values));
+    EXPECT_EQ(values, std::vector<double>{2.0 * kept});
   }
 
-  ASSERT_TRUE(model.prepareInternalRun(kRuns));
   test::FailingCalls calls;
   calls.fail(test::FailingCalls::kPwrite, 1, ENOSPC);
-  EXPECT_EQ(model.advanceInternalRun(samples, 100.0f), -1);
-  EXPECT_FALSE(model.readRun(0, values)) << "values were lost";
+  EXPECT_FALSE(results.copyFrom(copy.results));
+  EXPECT_EQ(results.runCount(), 40001) << "as they were";
+  calls.clearFailures();
+  ASSERT_TRUE(run.prepare());
+  calls.fail(test::FailingCalls::kPwrite, 1, ENOSPC);
+  EXPECT_EQ(run.advance(100.0f), -1);
+  EXPECT_FALSE(results.readRun(0, values)) << "values were lost";
   calls.clearFailures();
   calls.fail(test::FailingCalls::kPread, 1, EIO);
   TextWriter out;
@@ -137,13 +151,11 @@ TEST_F(ModelConfigurationTest, ResultsBeyondTheBuffer) {
 
 TEST_F(ModelConfigurationTest, RecordOfOneRun) {
   ModelConfiguration model;
-  model.setExternal("Excel Application", "book.ods", 1);
+  model.choice.setExternal("Excel Application", "book.ods", 1);
   EXPECT_EQ(textOf(model), "Excel Application\nbook.ods\n2\n1\n0\n0\n0\n\n\n");
-  sampValues samples = samplesOf(1);
-  model.setInternalModel(modelOf({"x"}, "x + 3"));
-  ASSERT_TRUE(model.prepareInternalRun(1));
-  ASSERT_EQ(model.advanceInternalRun(samples, 1.0f), 100);
-  model.clearInternalModel();
+  model.results.reset({"y"});
+  ASSERT_TRUE(model.results.appendRun({0.0}, {3.0}));
+  model.choice.clearInternalModel();
   EXPECT_EQ(textOf(model), "Excel Application\nbook.ods\n1\n1\n1\n1\ny\n0\nRun 0\n1\nt=0\t3\t\n\n\n");
 }
 
@@ -152,15 +164,15 @@ TEST_F(ModelConfigurationTest, NamesAndGridsOfARecord) {
   const ModelConfiguration model = readRecord(head + "3\n2\n" + std::string(40, 'n') +
                                               "\n\n2\nRun 0\n2\nt=0\t1\t2\t\nt=1\t3\t4\t\nRun 1\n0\n"
                                               "Run 2\n1\nt=5\tinf\tnan\t\n\n\n");
-  EXPECT_EQ(model.outputNames()[0], std::string(28, 'n'));
-  EXPECT_EQ(model.outputNames()[1], "");
-  EXPECT_EQ(model.timeCount(0), 2);
-  EXPECT_EQ(model.timeCount(1), 0);
-  EXPECT_EQ(model.time(2, 0), 5.0);
+  EXPECT_EQ(model.results.outputNames()[0], std::string(28, 'n'));
+  EXPECT_EQ(model.results.outputNames()[1], "");
+  EXPECT_EQ(model.results.timeCount(0), 2);
+  EXPECT_EQ(model.results.timeCount(1), 0);
+  EXPECT_EQ(model.results.time(2, 0), 5.0);
   std::vector<double> values;
-  ASSERT_TRUE(model.readRun(0, values));
+  ASSERT_TRUE(model.results.readRun(0, values));
   EXPECT_EQ(values, (std::vector<double>{1, 2, 3, 4}));
-  ASSERT_TRUE(model.readRun(2, values));
+  ASSERT_TRUE(model.results.readRun(2, values));
   EXPECT_TRUE(values[0] == INFINITY && std::isnan(values[1]));
 
   const struct {
@@ -211,6 +223,7 @@ TEST_F(ModelConfigurationTest, DamagedRecords) {
 
 struct Read {
   bool good = false;
+  std::string problem;
   ModelConfiguration model;
   std::string warnings;
 };
@@ -218,11 +231,12 @@ struct Read {
 Read readOutput(const std::string& text) {
   const test::TempDirectory directory;
   Read result;
-  result.model.kind = kExternalExecutable;
-  result.model.outputFile = directory.file("model.out");
-  test::writeFile(result.model.outputFile, text);
+  result.model.choice.kind = kExternalExecutable;
+  result.model.choice.outputFile = directory.file("model.out");
+  test::writeFile(result.model.choice.outputFile, text);
   result.good = result.model.readModelOutput(
-      [&](const std::string& title, const std::string& message) { result.warnings += title + ": " + message + '\n'; });
+      [&](const std::string& title, const std::string& message) { result.warnings += title + ": " + message + '\n'; },
+      result.problem);
   return result;
 }
 
@@ -244,20 +258,20 @@ TEST_F(ModelConfigurationTest, OutputFileTimeModes) {
   for (const auto& c : cases) {
     const Read read = readOutput(c.text);
     EXPECT_TRUE(read.good) << c.what;
-    EXPECT_EQ(read.model.timeMode, c.mode) << c.what;
-    EXPECT_EQ(read.model.kind, kExternalExecutable) << c.what;
+    EXPECT_EQ(read.model.results.timeMode(), c.mode) << c.what;
+    EXPECT_EQ(read.model.choice.kind, kExternalExecutable) << c.what;
     EXPECT_EQ(read.warnings, "") << c.what;
   }
   std::vector<double> values;
   const Read rest = readOutput("1\ny\nx=no\n1" + std::string(19, ' ') + "8\n7\n");
-  ASSERT_TRUE(rest.good && rest.model.readRun(0, values));
+  ASSERT_TRUE(rest.good && rest.model.results.readRun(0, values));
   EXPECT_EQ(values, std::vector<double>{8}) << "only 19 characters behind the count of runs are dropped";
 }
 
 TEST_F(ModelConfigurationTest, OutputFileNames) {
   const Read read = readOutput("4\na-b\na b\n" + std::string(255, 'n') + "\n\xc2\xa3;x\ntime = no\n1\n1 2 3 4\n");
   ASSERT_TRUE(read.good);
-  EXPECT_EQ(read.model.outputNames(), (std::vector<std::string>{"a_b", "a", std::string(255, 'n'), "___x"}));
+  EXPECT_EQ(read.model.results.outputNames(), (std::vector<std::string>{"a_b", "a", std::string(255, 'n'), "___x"}));
   EXPECT_EQ(read.warnings,
             "Warning: The model variable a-b will be modified in a_b\n"
             "Warning: The model variable \xc2\xa3;x will be modified in ___x\n");
@@ -288,17 +302,19 @@ TEST_F(ModelConfigurationTest, OutputFilesThatFail) {
   for (const auto& c : cases) {
     const Read read = readOutput(c.text);
     EXPECT_FALSE(read.good) << c.what;
-    EXPECT_EQ(read.model.kind, kExternalExecutable) << c.what;
-    for (std::int32_t run = 0; run < read.model.runCount(); ++run) {
+    EXPECT_EQ(read.model.choice.kind, kExternalExecutable) << c.what;
+    for (std::int32_t run = 0; run < read.model.results.runCount(); ++run) {
       std::vector<double> values;
-      EXPECT_TRUE(read.model.readRun(run, values)) << c.what;
+      EXPECT_TRUE(read.model.results.readRun(run, values)) << c.what;
     }
   }
   ModelConfiguration missing = readRecord(modelPart("ishigami-run.spc", "ishigami.sam"));
-  missing.outputFile = "/no/such/file";
-  EXPECT_FALSE(missing.readModelOutput([](const std::string&, const std::string&) {}));
-  EXPECT_TRUE(missing.runCount() == 0 && missing.internalModel() == nullptr);
-  EXPECT_EQ(missing.kind, kInternalModel);
+  missing.choice.outputFile = "/no/such/file";
+  std::string problem;
+  EXPECT_FALSE(missing.readModelOutput([](const std::string&, const std::string&) {}, problem));
+  EXPECT_EQ(problem, "/no/such/file: No such file or directory");
+  EXPECT_TRUE(missing.results.runCount() == 0 && missing.choice.internalModel() == nullptr);
+  EXPECT_EQ(missing.choice.kind, kInternalModel);
 }
 
 TEST_F(ModelConfigurationTest, DamagedOutputFiles) {

@@ -10,6 +10,7 @@
 
 #include "factors/Uniform.h"
 #include "model/ModelConfiguration.h"
+#include "model/SpreadsheetRun.h"
 #include "sampling/PrepConfiguration.h"
 #include "support/FlatWorkbook.h"
 #include "support/Numbers.h"
@@ -24,7 +25,7 @@
 namespace tarvex {
 namespace {
 
-using Attendance = ModelConfiguration::Attendance;
+using Attendance = SpreadsheetRun::Attendance;
 using Texts = std::vector<std::string>;
 using test::FlatSheet;
 
@@ -41,8 +42,8 @@ class Office : public testing::Test {
   void SetUp() override {
     if (kHelper.empty()) GTEST_SKIP() << kNotBuilt;
     addFactors();
-    model_.setExternal("Excel Application", "", 1);
-    model_.kind = kExternalExecutable;
+    model_.choice.setExternal("Excel Application", "", 1);
+    model_.choice.kind = kExternalExecutable;
   }
   void TearDown() override {
     application_.quit();
@@ -68,11 +69,13 @@ class Office : public testing::Test {
     }
   }
   bool run(SpreadsheetApplication& application, const std::string& workbook) {
-    model_.outputFile = workbook;
+    model_.choice.outputFile = workbook;
     messages_.clear();
-    return model_.runSpreadsheet(prep_, application, Attendance::Nobody, [this](const auto& title, const auto& text) {
-      messages_.push_back(title + ": " + text);
-    });
+    SpreadsheetRun run(application, Attendance::Nobody,
+                       [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
+    const bool done = run.run(model_.choice, prep_, model_.results);
+    if (!run.problem().empty()) messages_.push_back(run.problem());
+    return done;
   }
   bool run(const std::string& workbook) { return run(application_, workbook); }
   std::string file(const std::string& name) const { return books_.file(name); }
@@ -133,15 +136,15 @@ TEST_F(Office, everyFormatComputesTheExactValues) {
     const std::string book = file(std::string("ishigami.") + format);
     std::filesystem::copy_file(std::string(TARVEX_EXAMPLES "/workbook/ishigami.") + format, book);
     for (const ModelKind kind : {kExternalExecutable, kNoModelToStart}) {
-      model_.kind = kind;
-      model_.clearResults();
+      model_.choice.kind = kind;
+      model_.results.clear();
       ASSERT_TRUE(run(book)) << format << kind << testing::PrintToString(messages_);
-      EXPECT_EQ(model_.outputNames(), Texts{"y"});
-      ASSERT_EQ(model_.runCount(), 1000) << format;
+      EXPECT_EQ(model_.results.outputNames(), Texts{"y"});
+      ASSERT_EQ(model_.results.runCount(), 1000) << format;
       std::vector<double> row(3);
       std::vector<double> value;
       for (std::int32_t i = 0; i < 1000; ++i) {
-        ASSERT_TRUE(prep_.samples.getRow(i, row.data()) && model_.readRun(i, value));
+        ASSERT_TRUE(prep_.samples.getRow(i, row.data()) && model_.results.readRun(i, value));
         ASSERT_TRUE(test::agrees(value[0], ishigami(row), 1e-12, 1e-13)) << format << kind << i;
       }
     }
@@ -152,9 +155,9 @@ TEST_F(Office, everyFormatComputesTheExactValues) {
   prep_.samples.clear();
   ASSERT_TRUE(prep_.samples.allocate(3));
   addRuns(10);
-  model_.kind = kExternalExecutable;
+  model_.choice.kind = kExternalExecutable;
   ASSERT_TRUE(run(file("ishigami.ods")));
-  EXPECT_EQ(model_.runCount(), 10);
+  EXPECT_EQ(model_.results.runCount(), 10);
 }
 
 TEST_F(Office, whatCannotBeRunIsLeftAsItWas) {

@@ -5,6 +5,7 @@
 
 #include "factors/Uniform.h"
 #include "model/ModelConfiguration.h"
+#include "model/SpreadsheetRun.h"
 #include "sampling/PrepConfiguration.h"
 #include "support/FailingCalls.h"
 #include "support/ScriptedApplication.h"
@@ -14,12 +15,12 @@
 namespace tarvex {
 namespace {
 
-using Attendance = ModelConfiguration::Attendance;
+using Attendance = SpreadsheetRun::Attendance;
 using Calls = std::vector<std::string>;
 using Cells = test::ScriptedApplication::Cells;
 
 // Three runs of the factors a and b, and a workbook whose outputs are the sum and the product of the inputs.
-class SpreadsheetRun : public testing::Test {
+class Workbook : public testing::Test {
  protected:
   void SetUp() override {
     for (const char* name : {"a", "b"}) {
@@ -33,8 +34,8 @@ class SpreadsheetRun : public testing::Test {
       prep_.samples.addRow(row);
     }
     test::writeFile(workbook_, "as it was");
-    model_.setExternal("Excel Application", workbook_, 1);
-    model_.kind = kExternalExecutable;
+    model_.choice.setExternal("Excel Application", workbook_, 1);
+    model_.choice.kind = kExternalExecutable;
     application_.sheets = {{"Inputs", {{{7, 7}, 1.0}}}, {"Notes"}, {"Outputs"}};
     application_.compute = [this] { compute(); };
     application_.user = [this] {
@@ -57,13 +58,15 @@ class SpreadsheetRun : public testing::Test {
   bool run(Attendance attendance = Attendance::Nobody) {
     application_.calls.clear();
     messages_.clear();
-    return model_.runSpreadsheet(prep_, application_, attendance, [this](const auto& title, const auto& text) {
-      messages_.push_back(title + ": " + text);
-    });
+    SpreadsheetRun run(application_, attendance,
+                       [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
+    const bool done = run.run(model_.choice, prep_, model_.results);
+    if (!run.problem().empty()) messages_.push_back(run.problem());
+    return done;
   }
   std::vector<double> valuesOf(std::int32_t run) {
     std::vector<double> values;
-    EXPECT_TRUE(model_.readRun(run, values));
+    EXPECT_TRUE(model_.results.readRun(run, values));
     return values;
   }
 
@@ -75,7 +78,7 @@ class SpreadsheetRun : public testing::Test {
   Calls messages_;
 };
 
-TEST_F(SpreadsheetRun, theOrderOfCalls) {
+TEST_F(Workbook, theOrderOfCalls) {
   const Calls filled{"clear Inputs", "write 1 rows from 0", "write 3 rows from 1"};
   const Calls read{"start hidden", "open " + workbook_ + " to read", "saved", "close", "quit"};
   const auto all = [](std::initializer_list<Calls> parts) {
@@ -94,18 +97,18 @@ TEST_F(SpreadsheetRun, theOrderOfCalls) {
             all({{"start hidden", "open " + workbook_}, filled, {"recalculate", "save", "close", "quit"}}));
   EXPECT_EQ(test::readFile(workbook_), "computed");
 
-  model_.kind = kNoModelToStart;
+  model_.choice.kind = kNoModelToStart;
   EXPECT_TRUE(run(Attendance::User));
   EXPECT_EQ(application_.calls, read);
 
   EXPECT_EQ(messages_, Calls());
-  EXPECT_EQ(model_.outputNames(), (Calls{"sum", "product"}));
-  EXPECT_EQ(model_.runCount(), 3);
-  EXPECT_FALSE(model_.hasTimeAxis());
+  EXPECT_EQ(model_.results.outputNames(), (Calls{"sum", "product"}));
+  EXPECT_EQ(model_.results.runCount(), 3);
+  EXPECT_FALSE(model_.results.hasTimeAxis());
   EXPECT_EQ(valuesOf(1), (std::vector<double>{2.5, 1.0}));
 }
 
-TEST_F(SpreadsheetRun, aSheetForTheInputsIsAdded) {
+TEST_F(Workbook, aSheetForTheInputsIsAdded) {
   application_.sheets = {{"Outputs"}};
   application_.user = [this] {
     EXPECT_EQ(application_.sheets.back().name, "Inputs");
@@ -118,7 +121,7 @@ TEST_F(SpreadsheetRun, aSheetForTheInputsIsAdded) {
   EXPECT_EQ(messages_, Calls());
 }
 
-TEST_F(SpreadsheetRun, aFailedCallIsToldAndLeavesTheWorkbook) {
+TEST_F(Workbook, aFailedCallIsToldAndLeavesTheWorkbook) {
   const struct {
     const char* call;
     Calls messages;
@@ -145,7 +148,7 @@ TEST_F(SpreadsheetRun, aFailedCallIsToldAndLeavesTheWorkbook) {
   }
 }
 
-TEST_F(SpreadsheetRun, whatTheSheetOfOutputsMayHold) {
+TEST_F(Workbook, whatTheSheetOfOutputsMayHold) {
   Cells tenRows{{{0, 0}, "u"}, {{0, 1}, "v"}};
   for (std::int32_t row = 1; row <= 10; ++row) tenRows[{row, 0}] = tenRows[{row, 1}] = 1.0 * row;
   const auto with = [&](std::pair<std::int32_t, std::int32_t> place, const SheetCell& cell) {
@@ -153,6 +156,7 @@ TEST_F(SpreadsheetRun, whatTheSheetOfOutputsMayHold) {
     cells[place] = cell;
     return cells;
   };
+  const std::string sheet = workbook_ + ": Outputs.";
   const std::string renamed = "Warning: The model variable a b%c will be modified in a_b%c";
   const struct {
     const char* name;
@@ -160,36 +164,43 @@ TEST_F(SpreadsheetRun, whatTheSheetOfOutputsMayHold) {
     std::int32_t runs;  // 0: a failed run
     std::int32_t columns = 2;
     Calls messages = {};
-  } cases[] = {{"two columns, ten rows", tenRows, 10},
-               {"nothing", {}, 0},
-               {"a number for a name", with({0, 0}, 1.0), 0},
-               {"names end at a number", with({0, 1}, 1.0), 10, 1},
-               {"no runs", {{{0, 0}, "u"}}, 0},
-               {"text in the first run", with({1, 0}, "x"), 0},
-               // The walk tests column 2 in the second, fourth ... run only.
-               {"text where the walk looks", with({4, 1}, "x"), 3},
-               {"text where it doesn't", with({5, 1}, "x"), 0},
-               {"an error at the very end", with({10, 1}, SheetCell()), 9},
-               {"a name with a blank", with({0, 1}, "a b%c"), 10, 2, {renamed}},
-               {"a name with a digit", with({0, 1}, "2a"), 0, 2, {"Error: Incorrect model variable name: 2a"}}};
-  model_.kind = kNoModelToStart;
+  } cases[] = {
+      {"two columns, ten rows", tenRows, 10},
+      {"nothing", {}, 0, 2, {sheet + "A1: expected the name of an output, found nothing"}},
+      {"a number for a name", with({0, 0}, 1.0), 0, 2, {sheet + "A1: expected the name of an output, found 1"}},
+      {"names end at a number", with({0, 1}, 1.0), 10, 1},
+      {"no runs", {{{0, 0}, "u"}}, 0, 2, {sheet + "A2: expected a number, found nothing"}},
+      {"text in the first run", with({1, 0}, "x"), 0, 2, {sheet + "A2: expected a number, found 'x'"}},
+      // The walk tests column 2 in the second, fourth ... run only.
+      {"text where the walk looks", with({4, 1}, "x"), 3},
+      {"text where it doesn't", with({5, 1}, "x"), 0, 2, {sheet + "B6: expected a number, found 'x'"}},
+      {"an error at the very end", with({10, 1}, SheetCell()), 9},
+      {"a name with a blank", with({0, 1}, "a b%c"), 10, 2, {renamed}},
+      {"a name twice", with({0, 1}, "u"), 10, 2, {"Warning: The model variable u will be modified in u_2"}},
+      {"a name with a digit",
+       with({0, 1}, "2a"),
+       0,
+       2,
+       {"Error: Incorrect model variable name: 2a",
+        sheet + "B1: the name of an output must not begin with a digit, as '2a' does"}}};
+  model_.choice.kind = kNoModelToStart;
   for (const auto& c : cases) {
     application_.sheets.back().cells = c.outputs;
     EXPECT_EQ(run(), c.runs > 0) << c.name;
     EXPECT_EQ(messages_, c.messages) << c.name;
-    EXPECT_EQ(model_.runCount(), c.runs) << c.name;
-    EXPECT_EQ(model_.outputCount(), c.runs > 0 ? c.columns : 0) << c.name;
+    EXPECT_EQ(model_.results.runCount(), c.runs) << c.name;
+    EXPECT_EQ(model_.results.outputCount(), c.runs > 0 ? c.columns : 0) << c.name;
   }
   application_.sheets.pop_back();
   EXPECT_FALSE(run());
   EXPECT_EQ(messages_, Calls{"Error: Model Output variables not found"});
 }
 
-TEST_F(SpreadsheetRun, theFileBehindALinkIsReplacedWithItsPermissions) {
+TEST_F(Workbook, theFileBehindALinkIsReplacedWithItsPermissions) {
   using std::filesystem::perms;
   std::filesystem::permissions(workbook_, perms::owner_all | perms::group_read);
   std::filesystem::create_symlink("book.ods", directory_.file("link.ods"));
-  model_.outputFile = directory_.file("link.ods");
+  model_.choice.outputFile = directory_.file("link.ods");
   ASSERT_TRUE(run());
   EXPECT_TRUE(std::filesystem::is_symlink(directory_.file("link.ods")));
   EXPECT_EQ(test::readFile(workbook_), "computed");
@@ -197,13 +208,13 @@ TEST_F(SpreadsheetRun, theFileBehindALinkIsReplacedWithItsPermissions) {
   EXPECT_EQ(directory_.entries(), (Calls{"book.ods", "link.ods"}));
 }
 
-TEST_F(SpreadsheetRun, aFullDiskLeavesTheWorkbook) {
+TEST_F(Workbook, aFullDiskLeavesTheWorkbook) {
   for (const auto call : {test::FailingCalls::kOpen, test::FailingCalls::kFsync, test::FailingCalls::kRename}) {
     test::FailingCalls calls;
     calls.fail(call, 1, ENOSPC);
     EXPECT_FALSE(run()) << call;
     EXPECT_EQ(messages_, Calls{"Error: The workbook cannot be written: No space left on device\n" + workbook_}) << call;
-    EXPECT_EQ(model_.runCount(), 0);
+    EXPECT_EQ(model_.results.runCount(), 0);
     EXPECT_EQ(test::readFile(workbook_), "as it was");
     EXPECT_EQ(directory_.entries(), Calls{"book.ods"});
   }

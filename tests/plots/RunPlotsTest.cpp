@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "model/InternalModel.h"
+#include "model/InternalRun.h"
 #include "model/ModelConfiguration.h"
 #include "sampling/PrepConfiguration.h"
 
@@ -41,9 +42,10 @@ struct Study {
     for (const char* name : {"F", "x"}) equations->addVariable(name);
     EXPECT_TRUE(equations->addExpression(0, "Y", "1 / (x - 3)", 1));
     EXPECT_TRUE(equations->addExpression(1, "Z", "2 * x", 1));
-    model.setInternalModel(std::move(equations));
-    EXPECT_TRUE(model.prepareInternalRun(10));
-    EXPECT_EQ(model.advanceInternalRun(prep.samples, 100.0f), 100);
+    model.choice.setInternalModel(std::move(equations));
+    InternalRun run(*model.choice.internalModel(), prep.samples, model.results);
+    EXPECT_TRUE(run.prepare());
+    EXPECT_EQ(run.advance(100.0f), 100);
   }
   PrepConfiguration prep;
   ModelConfiguration model;
@@ -53,21 +55,22 @@ TEST(RunTable, readsFactorsVariablesAndExpressionsByName) {
   Study study;
   RunTable table;
   std::string message;
-  ASSERT_TRUE(readRunTable(study.prep, study.model, study.model.outputNames(), {"x", "V - Z", "F - x", "Z / 2 + Y * 0"},
-                           table, message));
+  ASSERT_TRUE(readRunTable(study.prep, study.model, study.model.results.outputNames(),
+                           {"x", "V - Z", "F - x", "Z / 2 + Y * 0"}, table, message));
   EXPECT_EQ(table.runs, 10);
   EXPECT_EQ(table.columns[0].label() + table.columns[1].label() + table.columns[2].name, "F - xV - Zx");
   EXPECT_EQ(table.columns[1].values[7], 14.0);
   EXPECT_EQ(table.columns[3].values[7], 7.0);
   EXPECT_THAT(message, HasSubstr("in 1 of 10 runs")) << "run 4 divides by zero";
-  ASSERT_TRUE(readRunTable(study.prep, study.model, study.model.outputNames(), {}, table, message));
+  ASSERT_TRUE(readRunTable(study.prep, study.model, study.model.results.outputNames(), {}, table, message));
   EXPECT_EQ(table.columns.size(), 4u);
   EXPECT_EQ(message, "");
 
-  EXPECT_FALSE(readRunTable(study.prep, study.model, study.model.outputNames(), {"x", "nosuch"}, table, message));
+  EXPECT_FALSE(
+      readRunTable(study.prep, study.model, study.model.results.outputNames(), {"x", "nosuch"}, table, message));
   EXPECT_EQ(message, "There is no factor \"nosuch\", nor is it a variable:\nThe model has no output \"nosuch\".");
   study.prep.samples.addRow(std::vector<double>{0.0, 0.0}.data());
-  EXPECT_FALSE(readRunTable(study.prep, study.model, study.model.outputNames(), {"x", "Z"}, table, message));
+  EXPECT_FALSE(readRunTable(study.prep, study.model, study.model.results.outputNames(), {"x", "Z"}, table, message));
   EXPECT_EQ(message, "The sample has 11 runs, the results have 10.");
   EXPECT_EQ(table.columns.size(), 4u) << "as it was";
 }

@@ -45,12 +45,13 @@ class OutputVariablesTest : public testing::Test {
  protected:
   void read(const std::string& text) {
     test::writeFile(directory_.path() + "/model.out", text);
-    model_.outputFile = directory_.path() + "/model.out";
-    ASSERT_TRUE(model_.readModelOutput([](const std::string&, const std::string&) {}));
+    model_.choice.outputFile = directory_.path() + "/model.out";
+    std::string problem;
+    ASSERT_TRUE(model_.readModelOutput([](const std::string&, const std::string&) {}, problem)) << problem;
   }
 
   std::vector<double> valuesOf(const std::string& text) {
-    EXPECT_TRUE(variables_.set({text}, model_.outputNames())) << text << ": " << variables_.errorText();
+    EXPECT_TRUE(variables_.set({text}, model_.results.outputNames())) << text << ": " << variables_.errorText();
     OutputTable table;
     EXPECT_TRUE(variables_.build(model_, table)) << variables_.errorText();
     std::vector<double> values;
@@ -90,7 +91,7 @@ TEST_F(OutputVariablesTest, ValuesOverTime) {
     EXPECT_NEAR(values[0], row.values[0], 1e-12) << row.text;
     EXPECT_NEAR(values[1], row.values[1], 1e-12) << row.text;
   }
-  EXPECT_EQ(OutputVariables::defaultVariables(model_.outputNames(), model_.hasTimeAxis()),
+  EXPECT_EQ(OutputVariables::defaultVariables(model_.results.outputNames(), model_.results.hasTimeAxis()),
             (std::vector<std::string>{"dose[max]", "dose2[max]"}));
 }
 
@@ -127,9 +128,9 @@ TEST_F(OutputVariablesTest, Refusals) {
       {"dose\n", "A variable is one line of at most 999 characters."},
       {std::string(1000, '('), "A variable is one line of at most 999 characters."},
   };
-  ASSERT_TRUE(variables_.set({"dose"}, model_.outputNames()));
+  ASSERT_TRUE(variables_.set({"dose"}, model_.results.outputNames()));
   for (const auto& [text, reason] : rows) {
-    EXPECT_FALSE(variables_.set({"dose2", text}, model_.outputNames())) << text;
+    EXPECT_FALSE(variables_.set({"dose2", text}, model_.results.outputNames())) << text;
     EXPECT_EQ(variables_.errorText(), reason) << text;
     EXPECT_EQ(variables_.texts(), std::vector<std::string>{"dose"});
   }

@@ -1,4 +1,4 @@
-#include "model/ModelChoice.h"
+#include "model/ModelRequest.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kRefused = -1;
 
-TEST(ModelChoice, isRefusedWithTheReasonOrTaken) {
+TEST(ModelRequest, isRefusedWithTheReasonOrTaken) {
   const test::TempDirectory directory;
   const std::string there = directory.file("there");
   const std::string missing = directory.file("missing");
@@ -39,9 +39,9 @@ TEST(ModelChoice, isRefusedWithTheReasonOrTaken) {
       {"a workbook", true, true, "Excel Application", missing, kExternalExecutable, {}},
   };
   for (const auto& c : cases) {
-    ModelConfiguration model;
+    ModelChoice model;
     model.setExternal("before", "before", 0);
-    const auto refusal = acceptModelChoice(
+    const auto refusal = acceptModelRequest(
         {.execute = c.execute, .spreadsheet = c.spreadsheet, .executable = c.executable, .outputFile = c.outputFile},
         model);
     EXPECT_EQ(refusal.has_value(), c.kind == kRefused) << c.name;
@@ -51,28 +51,28 @@ TEST(ModelChoice, isRefusedWithTheReasonOrTaken) {
     }
     EXPECT_EQ(model.executable, refusal ? "before" : c.executable) << c.name;
     EXPECT_EQ(model.outputFile, refusal ? "before" : c.outputFile) << c.name;
-    EXPECT_EQ(model.kind, refusal ? ModelConfiguration().kind : c.kind) << c.name;
+    EXPECT_EQ(model.kind, refusal ? ModelChoice().kind : c.kind) << c.name;
     EXPECT_EQ(model.spreadsheet, !refusal && c.spreadsheet ? 1 : 0) << c.name;
   }
 }
 
-TEST(ModelChoice, equationsMustBeThereAndGiveResults) {
-  ModelConfiguration model;
-  const ModelChoice internal{.internal = true};
-  std::optional<Refusal> refusal = acceptModelChoice(internal, model);
+TEST(ModelRequest, equationsMustBeThereAndGiveResults) {
+  ModelChoice model;
+  const ModelRequest internal{.internal = true};
+  std::optional<Refusal> refusal = acceptModelRequest(internal, model);
   ASSERT_TRUE(refusal);
   EXPECT_EQ(refusal->title + refusal->text, "Error: No model loaded   No internal model loaded");
 
   auto equations = std::make_unique<InternalModel>();
   ASSERT_TRUE(equations->addVariable("a") && equations->addExpression(0, "y", "a", 0));
   model.setInternalModel(std::move(equations));
-  refusal = acceptModelChoice(internal, model);
+  refusal = acceptModelRequest(internal, model);
   ASSERT_TRUE(refusal);
   EXPECT_EQ(refusal->title + refusal->text, "Error: Empty model   Model produces no result");
 
   ASSERT_TRUE(model.internalModel()->addExpression(1, "z", "a", 1));
   model.kind = kNoModelToStart;
-  EXPECT_FALSE(acceptModelChoice(internal, model));
+  EXPECT_FALSE(acceptModelRequest(internal, model));
   EXPECT_EQ(model.kind, kInternalModel);
 }
 

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+
+class InternalModel;
+class ModelResults;
+class sampValues;
+
+// The internal model over a sample, in slices, so that the caller can serve the user between them. Model, sample and
+// results must outlive the run.
+class InternalRun {
+ public:
+  InternalRun(InternalModel& model, const sampValues& samples, ModelResults& results)
+      : model_(model), samples_(samples), results_(results) {}
+
+  // Empties the results and takes the names of the model's outputs. False, with errorText, for a sample that doesn't
+  // fit the model.
+  [[nodiscard]] bool prepare();
+  // Appends runs until the percentage done reaches `target`; gives it as an integer, -1 with errorText on failure.
+  // Requires: prepare() gave true.
+  std::int32_t advance(float target);
+
+  // A run whose equations can't be evaluated is stored as nan in all outputs.
+  std::int32_t failedRuns() const { return failedRuns_; }
+  std::int32_t firstFailedRun() const { return firstFailed_; }  // -1: none
+  // The same for the user, to be told once after the run; empty when all went well.
+  std::string failures() const;
+
+  const std::string& errorText() const { return errorText_; }
+
+ private:
+  bool fail(const std::string& text);
+  bool addRun();
+
+  InternalModel& model_;
+  const sampValues& samples_;
+  ModelResults& results_;
+  std::vector<double> row_;      // scratch: one run's inputs
+  std::vector<double> outputs_;  // and its outputs
+  float progress_ = 0.0f;        // in percent
+  std::int32_t failedRuns_ = 0;
+  std::int32_t firstFailed_ = -1;
+  std::string errorText_ = "No errors";
+};
+
+}  // namespace tarvex

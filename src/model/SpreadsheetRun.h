@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "model/OutputNames.h"
+
+namespace tarvex {
+
+class ModelChoice;
+class ModelResults;
+class PrepConfiguration;
+class SpreadsheetApplication;
+class WorkbookCopy;
+
+// A model that is a workbook, run once over a whole sample.
+class SpreadsheetRun {
+ public:
+  // The user computes and saves the workbook in the application and closes that. With nobody there it is recalculated,
+  // and takes the place of the file once all has gone well.
+  enum class Attendance { User, Nobody };
+
+  SpreadsheetRun(SpreadsheetApplication& application, Attendance attendance, Warn warn);
+
+  // Writes the sample into the sheet "Inputs" of the chosen workbook, has it computed and reads its sheet "Outputs"
+  // into the results; with the kind kNoModelToStart it is only read. On false, with problem(), there are no results and
+  // the file is as it was, or as the user left it.
+  [[nodiscard]] bool run(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results);
+  // "book.ods: Outputs.B5: expected a number, found 'x'"; empty when messages have told it all.
+  const std::string& problem() const { return problem_; }
+
+ private:
+  bool prepareWorkbook(const ModelChoice& choice, const PrepConfiguration& prep, WorkbookCopy& copy);
+  bool start(bool visible);
+  bool letUserRun(const PrepConfiguration& prep);
+  bool openResults();
+  bool computeAlone(const PrepConfiguration& prep, WorkbookCopy& copy);
+  bool readOutputs(ModelResults& results);
+  bool cannotWrite(const WorkbookCopy& copy);
+
+  SpreadsheetApplication& application_;
+  Attendance attendance_;
+  Warn warn_;
+  std::string workbook_;
+  std::string problem_;
+};
+
+}  // namespace tarvex
