@@ -21,6 +21,9 @@ class ImanConover : public RankTable {
   // From a matrix by row. Without rows it only tells whether the matrix is acceptable.
   ImanConover(const std::vector<float>& matrix, std::int32_t count, std::int32_t rows = 0);
 
+  // Whether the list's matrix is positive semidefinite. Draws nothing.
+  static bool accepts(const FactorList& factors) { return ImanConover(factors, 0).isValid(); }
+
   // False for a matrix that isn't positive semidefinite.
   bool isValid() const override { return !failed_; }
   std::int32_t rankOf(std::int32_t column, std::int32_t row) const override;

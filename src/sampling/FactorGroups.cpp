@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/Names.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
@@ -9,6 +10,13 @@
 namespace tarvex {
 
 namespace {
+
+constexpr std::size_t kMaxName = 80;  // of a line of the section
+
+// Whether a section can keep the name.
+bool canKeep(std::string_view name) {
+  return isValidName(name) && name.size() <= kMaxName;
+}
 
 // The position of `name`; -1 when it isn't there.
 std::int32_t positionOf(const std::vector<std::string>& names, std::string_view name) {
@@ -20,6 +28,12 @@ std::int32_t positionOf(const std::vector<std::string>& names, std::string_view 
 
 std::int32_t FactorGroups::groupIndex(std::string_view name) const {
   return positionOf(groupNames_, name);
+}
+
+bool FactorGroups::addGroup(const std::string& name) {
+  if (!canKeep(name) || groupIndex(name) >= 0) return false;
+  groupNames_.push_back(name);
+  return true;
 }
 
 bool FactorGroups::removeGroup(std::string_view name) {
@@ -40,7 +54,7 @@ bool FactorGroups::removeGroup(std::string_view name) {
 
 bool FactorGroups::addElement(std::string_view groupName, const std::string& factorName) {
   const std::int32_t group = groupIndex(groupName);
-  if (group < 0) return false;
+  if (group < 0 || !canKeep(factorName)) return false;
   elementNames_.push_back(factorName);
   elementGroups_.push_back(group);
   return true;
@@ -95,27 +109,25 @@ void FactorGroups::write(TextWriter& out) const {
 }
 
 bool FactorGroups::read(TextReader& in) {
-  constexpr std::size_t kMaxName = 80;
   constexpr std::uint64_t kLeastElement = 2;  // an index and a tab
+  *this = {};
   std::int32_t count = 0;
-  in >> count;
+  in.expect("the number of groups") >> count;
   in.skipLine();
   if (!in.checkCount(count, 1)) return false;
-  groupNames_.assign(static_cast<std::size_t>(count), {});
-  for (std::string& name : groupNames_)
-    if (!in.readLine(name, kMaxName)) return false;
-
-  in >> count;
+  std::string name;
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (!in.expect("the name of a group").readLine(name, kMaxName)) return false;
+    groupNames_.push_back(name);
+  }
+  in.expect("the number of elements in groups") >> count;
   in.skipLine();
   if (!in.checkCount(count, kLeastElement)) return false;
-  elementNames_.clear();
-  elementGroups_.clear();
   for (std::int32_t i = 0; i < count; ++i) {
     std::int32_t group = -1;
-    std::string name;
-    in >> group;
-    if (!in.skipPast('\t', 1) || !in.readLine(name, kMaxName)) return false;
-    if (group < 0 || group >= groupCount()) return false;
+    in.expect("the group of a factor") >> group;
+    if (in.ok() && (group < 0 || group >= groupCount())) return in.refuse("there is no group " + std::to_string(group));
+    if (!in.skipPast('\t', 1) || !in.expect("the name of a factor").readLine(name, kMaxName)) return false;
     elementGroups_.push_back(group);
     elementNames_.push_back(name);
   }

@@ -11,7 +11,8 @@ class FactorList;
 class TextReader;
 class TextWriter;
 
-// Groups of factors, by name, in the order in which they were made. Operations on unknown names return false.
+// Groups of factors, by name, in the order in which they were made. Operations on unknown names return false, and so do
+// those that would take a name that is none, is too long for a file, or is taken.
 class FactorGroups {
  public:
   const std::vector<std::string>& groupNames() const { return groupNames_; }
@@ -20,7 +21,7 @@ class FactorGroups {
   std::int32_t groupCount() const { return static_cast<std::int32_t>(groupNames_.size()); }
   std::int32_t elementCount() const { return static_cast<std::int32_t>(elementNames_.size()); }
 
-  void addGroup(const std::string& name) { groupNames_.push_back(name); }
+  bool addGroup(const std::string& name);
   bool removeGroup(std::string_view name);  // with its elements
   bool addElement(std::string_view groupName, const std::string& factorName);
   bool removeElement(std::string_view factorName);

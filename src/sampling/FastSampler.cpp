@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numbers>
+#include <numeric>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -20,51 +22,55 @@ constexpr std::int32_t kHarmonics = 4;  // of a frequency, that count as its fac
 constexpr std::int32_t kRunsPerFrequency = 2 * kHarmonics;
 constexpr std::int32_t kLeastCurve = kRunsPerFrequency * kRunsPerFrequency + 1;  // room for one complementary frequency
 constexpr std::int32_t kNoUnit = -1;                                             // of constants and relations
+constexpr std::string_view kDesign = "group information";
+constexpr std::string_view kNoDesign = "no group information";
 constexpr std::int32_t kGroupFrequency = kRunsPerFrequency;  // a group has the shortest curves, and more of them
+
+// The block of a factor or group that has `budget` runs at its disposal. It may be shorter.
+FastBlock blockOf(std::int32_t budget, std::int32_t memberCount) {
+  FastBlock block{(budget - 1) / kRunsPerFrequency, 1, 0, 0};
+  if (memberCount > 1) block = {kGroupFrequency, budget / kLeastCurve, 0, 0};
+  block.curveLength = kRunsPerFrequency * block.frequency + 1;
+  block.blockLength = block.resamples * block.curveLength;
+  return block;
+}
 
 }  // namespace
 
-FastSampler::FastSampler() : Sampler(kFast, 1, 1) {}
-
-std::unique_ptr<Sampler> FastSampler::clone() const {
-  return std::make_unique<FastSampler>(*this);
-}
-
 bool FastSampler::setAnalysisMode(std::int32_t mode) {
-  if (mode < kClassic || mode > kGroups) return false;
+  if (mode < kClassic || mode > kGroups)
+    return refuse("The analysis mode must be from 0 to 2, not " + std::to_string(mode) + ".");
   if (mode != analysisMode_) designTable_.clear();
   analysisMode_ = mode;
   return true;
 }
 
-void FastSampler::addGroup(const std::string& name) {
-  groups_.addGroup(name);
-  designTable_.clear();
+bool FastSampler::addGroup(const std::string& name) {
+  return changeGroups(groups_.addGroup(name), name);
 }
 
 bool FastSampler::removeGroup(std::string_view name) {
-  if (!groups_.removeGroup(name)) return false;
-  designTable_.clear();
-  return true;
+  return changeGroups(groups_.removeGroup(name), name);
 }
 
 bool FastSampler::addElement(std::string_view groupName, const std::string& factorName) {
-  if (!groups_.addElement(groupName, factorName)) return false;
-  designTable_.clear();
-  return true;
+  return changeGroups(groups_.addElement(groupName, factorName), factorName);
 }
 
 bool FastSampler::removeElement(std::string_view factorName) {
-  if (!groups_.removeElement(factorName)) return false;
+  return changeGroups(groups_.removeElement(factorName), factorName);
+}
+
+// What every change of the groups ends with.
+bool FastSampler::changeGroups(bool done, std::string_view name) {
+  if (!done) return refuse("  Invalid name field.\n'" + std::string(name) + "'");
   designTable_.clear();
   return true;
 }
 
 bool FastSampler::checkGroups(const FactorList& factors) {
   const std::string objection = groups_.objection(factors);
-  if (objection.empty()) return true;
-  errorText = objection;
-  return false;
+  return objection.empty() || refuse(objection);
 }
 
 // Factors or groups that the test tells apart. Kept: groups count in the extended test without groups, too.
@@ -88,10 +94,6 @@ void FastSampler::assignUnits(const FactorList& factors) {
 }
 
 bool FastSampler::checkSampleSize(std::int32_t stochasticCount) {
-  const auto refuse = [this](const std::string& text) {
-    errorText = text;
-    return false;
-  };
   if (analysisMode_ != kClassic) {
     if (unitCount(stochasticCount) * kLeastCurve <= numSamples) return true;
     return refuse("Sample size too small\nThe sample size must be >= 65 per factor/group");
@@ -103,24 +105,36 @@ bool FastSampler::checkSampleSize(std::int32_t stochasticCount) {
   return refuse("Sample size too small\nChoose sample size greater than or equal to " + std::to_string(least));
 }
 
-double FastSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+std::int64_t FastSampler::recordedRuns() const {
+  if (!hasDesign()) return -1;
+  if (analysisMode_ == kClassic) return designTable_.front().blockLength;
+  return std::accumulate(designTable_.begin(), designTable_.end(), std::int64_t{0},
+                         [](std::int64_t sum, const FastBlock& block) { return sum + block.blockLength; });
+}
+
+// A reader counts the rows by what stands above the table.
+bool FastSampler::hasDesign() const {
+  return !designTable_.empty() && std::ssize(designTable_) == designRows();
+}
+
+bool FastSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
   numStochastic_ = factors.correlatableCount();
-  if (!hasSamples()) return -1.0;
+  if (!hasSamples()) return false;
   const bool classic = analysisMode_ == kClassic;
-  if (sampleIndex == 0 && !(classic ? beginClassic(factors) : beginExtended(factors))) return -1.0;
+  if (isAtStart() && !(classic ? beginClassic(factors) : beginExtended(factors))) return false;
   std::vector<double> row = constantRow(factors);
-  while (progress < targetPercent) {
-    if (!classic && sampleIndex == blockEnd_ && !openBlock()) return -1.0;
+  while (progress < target) {
+    if (!classic && sampleIndex == blockEnd_ && !openBlock()) return false;
     const std::int32_t run = sampleIndex - blockStart_;
-    if (run % curveLength_ == 0) drawPhases();
+    if (run % block_.curveLength == 0) drawPhases();
     // Frequencies are whole numbers: the curves of a block need no parameter of their own.
-    const double s = (2.0 * run - curveLength_ + 1.0) * std::numbers::pi / curveLength_;
+    const double s = (2.0 * run - block_.curveLength + 1.0) * std::numbers::pi / block_.curveLength;
     fillRow(s, row);
-    if (!addRun(store, row, errorText)) return -1.0;
+    if (!addRun(store, row)) return false;
     setRunProgress(++sampleIndex);
   }
-  return progress;
+  return true;
 }
 
 // One curve of all runs, a row of the table per stochastic factor.
@@ -135,7 +149,7 @@ bool FastSampler::beginClassic(const FactorList& factors) {
     designTable_[next] = {frequencies[next], 1, numSamples, numSamples};
     frequencies_[static_cast<std::size_t>(f)] = frequencies[next++];
   }
-  curveLength_ = numSamples;
+  block_.curveLength = numSamples;
   return true;
 }
 
@@ -157,39 +171,43 @@ bool FastSampler::beginExtended(const FactorList& factors) {
 // follows.
 bool FastSampler::openBlock() {
   ++currentUnit_;
-  const bool grouped = analysisMode_ == kGroups && currentUnit_ < groups_.groupCount();
-  const std::int32_t memberCount = grouped ? groupSize(groupNames()[static_cast<std::size_t>(currentUnit_)]) : 1;
-  if (memberCount > 1) {
-    resamples_ = samplesPerUnit_ / kLeastCurve;
-    omegaMax_ = kGroupFrequency;
-  } else {
-    resamples_ = 1;
-    omegaMax_ = (samplesPerUnit_ - 1) / kRunsPerFrequency;
-  }
+  const std::int32_t memberCount = membersOf(currentUnit_);
+  block_ = blockOf(samplesPerUnit_, memberCount);
   // Below the frequency 8 there is no complementary frequency left.
-  if (resamples_ < 1 || omegaMax_ < kRunsPerFrequency) {
-    errorText = "Sample set to generate too small";
-    return false;
-  }
-  curveLength_ = kRunsPerFrequency * omegaMax_ + 1;
-  blockLength_ = resamples_ * curveLength_;
-  numSamples += blockLength_ - samplesPerUnit_;
+  if (block_.resamples < 1 || block_.frequency < kRunsPerFrequency) return refuse("Sample set to generate too small");
+  numSamples += block_.blockLength - samplesPerUnit_;
   assignFrequencies(memberCount);
   blockStart_ = sampleIndex;
-  blockEnd_ = sampleIndex + blockLength_;
-  designTable_[static_cast<std::size_t>(currentUnit_)] = {omegaMax_, resamples_, curveLength_, blockLength_};
+  blockEnd_ = sampleIndex + block_.blockLength;
+  designTable_[static_cast<std::size_t>(currentUnit_)] = block_;
   return true;
+}
+
+std::int32_t FastSampler::membersOf(std::int32_t unit) const {
+  const bool grouped = analysisMode_ == kGroups && unit < groups_.groupCount();
+  return grouped ? groupSize(groupNames()[static_cast<std::size_t>(unit)]) : 1;
+}
+
+std::int64_t FastSampler::designRuns(const FactorList& factors) const {
+  if (analysisMode_ == kClassic) return numSamples;
+  const std::int64_t count = factors.correlatableCount();
+  const std::int64_t units = analysisMode_ == kGroups ? unitCount(count) : count;
+  std::int64_t runs = 0;
+  for (std::int32_t unit = 0; unit < units; ++unit)
+    runs += blockOf(static_cast<std::int32_t>(numSamples / units), membersOf(unit)).blockLength;
+  return runs;
 }
 
 // The factors under test get the highest frequency; the others share low ones, spread over what its harmonics leave.
 void FastSampler::assignFrequencies(std::int32_t memberCount) {
-  const std::int32_t highest = omegaMax_ / kRunsPerFrequency;
+  const std::int32_t highest = block_.frequency / kRunsPerFrequency;
   const std::int32_t distinct = std::min(highest, numStochastic_ - memberCount);
   const std::int32_t step = highest > 1 && distinct > 1 ? (highest - 1) / (distinct - 1) : 0;
   frequencies_.assign(units_.size(), 0);
   std::int32_t next = 0;
   for (std::size_t f = 0; f < units_.size(); ++f)
-    if (units_[f] != kNoUnit) frequencies_[f] = units_[f] == currentUnit_ ? omegaMax_ : 1 + step * (next++ % distinct);
+    if (units_[f] != kNoUnit)
+      frequencies_[f] = units_[f] == currentUnit_ ? block_.frequency : 1 + step * (next++ % distinct);
 }
 
 // A random phase for each factor of the list, stochastic or not.
@@ -215,52 +233,52 @@ void FastSampler::reset() {
 void FastSampler::writeSection(TextWriter& out) const {
   out << seed << '\n' << numSamples << '\n' << numFactors << '\n' << numStochastic_ << '\n' << analysisMode_ << '\n';
   groups_.write(out);
-  // A reader counts the rows by what stands above.
-  if (designTable_.empty() || std::ssize(designTable_) != designRows()) {
-    out << "no group information\n";
+  if (!hasDesign()) {
+    out << kNoDesign << '\n';
     return;
   }
-  out << "group information\n";
+  out << kDesign << '\n';
   for (const FastBlock& block : designTable_)
     out << block.frequency << '\t' << block.resamples << '\t' << block.curveLength << '\t' << block.blockLength << '\n';
 }
 
-void FastSampler::readSection(TextReader& in) {
-  if (!readItems(in)) {
-    in.setFail();
-    *this = FastSampler();
-  }
-}
-
 bool FastSampler::readItems(TextReader& in) {
   constexpr std::size_t kMaxHeading = 80;
-  std::int32_t storedSeed = 0;
   std::int32_t mode = -1;
-  in >> storedSeed >> numSamples >> numFactors >> numStochastic_ >> mode;
-  if (in.fail() || !noneNegative({numSamples, numFactors, numStochastic_})) return false;
-  if (!setSeed(storedSeed) || !setAnalysisMode(mode)) return false;
+  if (!readSeed(in) || !readRuns(in) || !readFactorCount(in) ||
+      !readAtLeast(in, "the number of sampled factors", 0, numStochastic_))
+    return false;
+  in.expect("the analysis mode") >> mode;
+  if (in.ok() && !setAnalysisMode(mode))
+    return in.refuse("the analysis mode must be from 0 to 2, not " + std::to_string(mode));
   in.skipLine();
   if (!groups_.read(in)) return false;
   frequencies_.clear();
   phases_.clear();
-  designTable_.clear();
   std::string heading;
-  if (!in.readLineCut(heading, kMaxHeading)) return false;
-  return heading != "group information" || readDesignTable(in);
+  if (!in.expect("the design").readLineCut(heading, kMaxHeading)) return false;
+  if (heading == kDesign) return readDesignTable(in);
+  return heading == kNoDesign || in.refuse("the design was expected, not '" + heading + "'");
 }
 
 bool FastSampler::readDesignTable(TextReader& in) {
-  constexpr std::uint64_t kLeastRow = 7;  // four digits and what separates them
+  constexpr std::uint64_t kLeastRow = 8;  // four digits, each with what ends it
   const std::int64_t rows = designRows();
-  if (rows < (analysisMode_ == kGroups ? 1 : 0) || !in.checkCount(rows, kLeastRow)) return false;
+  if (analysisMode_ == kGroups && rows < 1) return in.refuse("a test on groups has no units");
+  if (!in.checkCount(rows, kLeastRow)) return false;
   designTable_.resize(static_cast<std::size_t>(rows));
-  for (FastBlock& block : designTable_) {
-    in >> block.frequency >> block.resamples >> block.curveLength >> block.blockLength;
-    if (in.fail() || !noneNegative({block.frequency, block.resamples, block.curveLength, block.blockLength}))
+  for (FastBlock& block : designTable_)
+    if (!readAtLeast(in, "a frequency", 0, block.frequency) ||
+        !readAtLeast(in, "the curves of a block", 0, block.resamples) ||
+        !readAtLeast(in, "the runs of a curve", 0, block.curveLength) ||
+        !readAtLeast(in, "the runs of a block", 0, block.blockLength))
       return false;
-  }
   in.skipLine();
   return true;
+}
+
+void FastSampler::restoreDefaults() {
+  *this = FastSampler();
 }
 
 }  // namespace tarvex

@@ -27,14 +27,15 @@ class FastSampler : public Sampler {
   enum AnalysisMode : std::int32_t { kClassic = 0, kExtended = 1, kGroups = 2 };
   static constexpr std::int32_t kMaxClassicFactors = kMaxFrequencies;
 
-  FastSampler();
-  std::unique_ptr<Sampler> clone() const override;
+  FastSampler() : Sampler(kFast, 1, 1) {}
+  std::unique_ptr<Sampler> clone() const override { return std::make_unique<FastSampler>(*this); }
 
   std::int32_t analysisMode() const { return analysisMode_; }
   bool setAnalysisMode(std::int32_t mode);
 
-  // The groups of mode 2. A change of them drops the design table. Operations on unknown names return false.
-  void addGroup(const std::string& name);
+  // The groups of mode 2. A change of them drops the design table. Operations on unknown names, and on names that can't
+  // be kept, return false; errorText says which.
+  bool addGroup(const std::string& name);
   bool removeGroup(std::string_view name);
   bool addElement(std::string_view groupName, const std::string& factorName);
   bool removeElement(std::string_view factorName);
@@ -51,29 +52,36 @@ class FastSampler : public Sampler {
   // Whether numSamples is enough for that many stochastic factors; the text with the least size in errorText.
   [[nodiscard]] bool checkSampleSize(std::int32_t stochasticCount);
 
+  std::int64_t designRuns(const FactorList& factors) const override;
+
   // The design of the last generation; empty when there is none. In the classic and the extended test a row per
   // stochastic factor in list order; in the test on groups a row per group, then one per stochastic factor in no group.
   const std::vector<FastBlock>& designTable() const { return designTable_; }
 
-  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
-  void reset() override;
+  std::int64_t recordedRuns() const override;
 
+  void reset() override;
   void writeSection(TextWriter& out) const override;
-  void readSection(TextReader& in) override;
 
  private:
+  bool fill(double target, sampValues& store, FactorList& factors) override;
+  bool readItems(TextReader& in) override;
+  void restoreDefaults() override;
+
   std::int64_t unitCount(std::int64_t stochasticCount) const;
   std::int64_t designRows() const;
+  bool hasDesign() const;
+  bool changeGroups(bool done, std::string_view name);
 
   bool beginClassic(const FactorList& factors);
   bool beginExtended(const FactorList& factors);
   void assignUnits(const FactorList& factors);
   bool openBlock();
+  std::int32_t membersOf(std::int32_t unit) const;
   void assignFrequencies(std::int32_t memberCount);
   void drawPhases();
   void fillRow(double s, std::vector<double>& row) const;
 
-  bool readItems(TextReader& in);
   bool readDesignTable(TextReader& in);
 
   std::int32_t analysisMode_ = kClassic;
@@ -86,10 +94,7 @@ class FastSampler : public Sampler {
 
   // Of the extended tests: the block that is being made.
   std::int32_t samplesPerUnit_ = 0;  // its budget of runs
-  std::int32_t resamples_ = 0;
-  std::int32_t omegaMax_ = 0;
-  std::int32_t curveLength_ = 0;
-  std::int32_t blockLength_ = 0;
+  FastBlock block_;                  // in the classic test the length of its curve
   std::int32_t blockStart_ = 0;
   std::int32_t blockEnd_ = 0;
   std::int32_t currentUnit_ = -1;

@@ -1,27 +1,27 @@
 #include "sampling/FixedSampler.h"
 
+#include <iterator>
+
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
-#include "sampling/designRows.h"
 
 namespace tarvex {
 
-FixedSampler::FixedSampler() : Sampler(kFixed, 0, 1) {}
-
-std::unique_ptr<Sampler> FixedSampler::clone() const {
-  return std::make_unique<FixedSampler>(*this);
-}
-
 void FixedSampler::clearRows() {
   values_.clear();
-  // Without factors the table has no width.
-  static_cast<void>(values_.allocate(numFactors));
+  numSamples = 0;
+  // Without factors the table has no width, and takes no rows.
+  if (numFactors > 0 && !values_.allocate(numFactors)) errorText = values_.errorText();
 }
 
 bool FixedSampler::addRow(const std::vector<double>& row) {
-  if (static_cast<std::int32_t>(row.size()) != values_.columns() || row.empty()) return false;
-  return values_.addRow(row.data()) != 0;
+  if (std::ssize(row) != values_.columns() || row.empty())
+    return refuse("A fixed sample of " + std::to_string(values_.columns()) + " factors can't take a run of " +
+                  std::to_string(row.size()) + " values.");
+  if (!checkStore(values_.addRow(row.data()) > 0, values_)) return false;
+  numSamples = values_.rows();
+  return true;
 }
 
 std::vector<double> FixedSampler::copyRow(std::int32_t i) const {
@@ -31,41 +31,42 @@ std::vector<double> FixedSampler::copyRow(std::int32_t i) const {
 }
 
 void FixedSampler::setNumFactors(std::int32_t count) {
-  numFactors = count;
-  if (values_.columns() != count) clearRows();
+  Sampler::setNumFactors(count);
+  if (values_.columns() != numFactors) clearRows();
 }
 
-double FixedSampler::generate(double /*targetPercent*/, sampValues& store, FactorList& factors) {
-  if (!hasSamples()) return -1.0;
-  if (values_.columns() != factors.factorCount()) {
-    errorText = "The fixed samples have another number of factors than the list";
-    return -1.0;
-  }
-  if (!store.assign(values_)) {
-    errorText = store.errorText();
-    return -1.0;
-  }
+// In one step, whatever the target.
+bool FixedSampler::fill(double /*target*/, sampValues& store, FactorList& factors) {
+  if (progress >= kComplete) return true;
+  numSamples = values_.rows();
+  if (!hasSamples()) return false;
+  if (values_.columns() != factors.factorCount())
+    return refuse("The fixed samples have another number of factors than the list");
+  if (!checkStore(store.assign(values_), store)) return false;
   setRunProgress(numSamples);
-  return progress;
+  return true;
 }
 
 void FixedSampler::writeSection(TextWriter& out) const {
-  out << numSamples << '\n' << numFactors << '\n';
+  out << values_.rows() << '\n' << numFactors << '\n';
   values_.write(out);
 }
 
-void FixedSampler::readSection(TextReader& in) {
-  if (!readItems(in)) {
-    in.setFail();
-    *this = FixedSampler();
-  }
+bool FixedSampler::readItems(TextReader& in) {
+  if (!readRuns(in) || !readFactorCount(in)) return false;
+  values_.read(in);
+  if (in.fail()) return false;
+  const auto says = [](std::int32_t runs, std::int32_t factors) {
+    return std::to_string(runs) + " runs of " + std::to_string(factors) + " factors";
+  };
+  // Without runs the table may have no width.
+  const bool fits = values_.rows() == numSamples && (values_.columns() == numFactors || values_.columns() == 0);
+  return fits || in.refuse("the fixed samples are announced as " + says(numSamples, numFactors) + ", but there are " +
+                           says(values_.rows(), values_.columns()));
 }
 
-bool FixedSampler::readItems(TextReader& in) {
-  in >> numSamples >> numFactors;
-  if (in.fail() || !noneNegative({numSamples, numFactors})) return false;
-  values_.read(in);
-  return in.ok() && values_.columns() == numFactors;
+void FixedSampler::restoreDefaults() {
+  *this = FixedSampler();
 }
 
 }  // namespace tarvex

@@ -3,8 +3,6 @@
 #include <algorithm>
 
 #include "base/uniformRandom.h"
-#include "correlation/ImanConover.h"
-#include "correlation/SteinRanks.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
 
@@ -27,32 +25,26 @@ double pointOfStratum(std::int32_t stratum, std::int32_t strata, double random) 
   return random / divisor + stratum / divisor;
 }
 
-void LatinSampler::reset() {
-  Sampler::reset();
-  phase_ = kStratify;
-  releaseColumns();
+std::string LatinSampler::warningBefore(const FactorList& factors) const {
+  return matrixRefusal(factors);
 }
 
-void LatinSampler::releaseColumns() {
-  column_.release();
-  parentColumn_.release();
-  ordering_.release();
-}
-
-double LatinSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+bool LatinSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
   numStochastic_ = factors.correlatableCount();
-  if (!hasSamples()) return -1.0;
-  const bool ranked = factors.correlationMode == kImanConover || factors.correlationMode == kSteinSample;
-  const double target = std::min(targetPercent, static_cast<double>(kDone));
+  if (!hasSamples()) return false;
+  if (isAtStart()) {
+    const bool byMatrix = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
+    ranked_ = byMatrix || factors.correlationMode == kSteinSample;
+  }
   // Kept: a fresh one in each call, so what a tree's children get depends on the steps of the targets.
   DiagonalBand diagonalBand;
   while (progress < target) {
-    const bool done = ranked ? rankedStep(store, factors) : independentStep(diagonalBand, store, factors);
-    if (!done) return -1.0;
+    const bool done = ranked_ ? rankedStep(store, factors) : independentStep(diagonalBand, store, factors);
+    if (!done) return false;
   }
   if (progress == kDone) releaseColumns();
-  return progress;
+  return true;
 }
 
 // A cell of the walk without rank table: strata in rising order, then exchanges, then children and constants.
@@ -61,15 +53,16 @@ bool LatinSampler::independentStep(DiagonalBand& diagonalBand, sampValues& store
   switch (phase_) {
     case kStratify:
       if (factorPosition < numStochastic_ && !stratifyCell(store, factors)) return false;
-      endStep(kShuffle, kStratified, numStochastic_, visited(rows) / (numStochastic_ * rows) * 25.0);
+      endStep(kShuffle, kStratified, numStochastic_, visited(rows, sampleIndex) / (numStochastic_ * rows) * 25.0);
       break;
     case kShuffle:
       if (factorPosition < numStochastic_ && !exchangePair(store, factors)) return false;
-      endStep(kFinish, kShuffled, numStochastic_, visited(2.0 * rows) / (2.0 * rows * numStochastic_) * 20.0 + 25.0);
+      endStep(kFinish, kShuffled, numStochastic_,
+              visited(2.0 * rows, exchanges_) / (2.0 * rows * numStochastic_) * 20.0 + 25.0);
       break;
     case kFinish:
       if (!finishCell(diagonalBand, store, factors)) return false;
-      endStep(kFinish, kDone, numFactors, visited(rows) / (numFactors * rows) * 5.0 + 45.0);
+      endStep(kFinish, kDone, numFactors, visited(rows, sampleIndex) / (numFactors * rows) * 5.0 + 45.0);
       break;
   }
   return true;
@@ -79,12 +72,16 @@ bool LatinSampler::rankedStep(sampValues& store, const FactorList& factors) {
   const double rows = numSamples;
   if (phase_ == kStratify) {
     if (!stratifyCellToOrder(store, factors)) return false;
-    endStep(kFinish, kStratified, numFactors, visited(rows) / (numFactors * rows) * 25.0);
+    endStep(kFinish, kStratified, numFactors, visited(rows, sampleIndex) / (numFactors * rows) * 25.0);
     return true;
   }
   if (!orderCell(store, factors)) return false;
-  endStep(kFinish, kDone, numFactors, (visited(rows) / (numFactors * rows) + 1.0) * 25.0);
+  endStep(kFinish, kDone, numFactors, (visited(rows, sampleIndex) / (numFactors * rows) + 1.0) * 25.0);
   return true;
+}
+
+double LatinSampler::visited(double cellsPerFactor, std::int64_t inFactor) const {
+  return cellsPerFactor * factorPosition + static_cast<double>(inFactor);
 }
 
 // Takes the step's percent over; behind the last factor of a phase the next one begins.
@@ -128,13 +125,19 @@ bool LatinSampler::exchangePair(sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const bool isRoot = factors.parentOf(factor) == -1;
   if (isRoot) {
-    if (sampleIndex == 0 && !checkStore(column_.load(store, factor), store)) return false;
+    if (exchanges_ == 0 && !checkStore(column_.load(store, factor), store)) return false;
     const std::int32_t a = drawRow();
     const std::int32_t b = drawRow();
     std::swap(column_[a], column_[b]);
   }
-  nextCell(static_cast<std::int64_t>(kExchangesPerRow) * numSamples);
-  return sampleIndex > 0 || !isRoot || checkStore(column_.finish(store, factor), store);
+  nextExchange();
+  return exchanges_ > 0 || !isRoot || checkStore(column_.finish(store, factor), store);
+}
+
+void LatinSampler::nextExchange() {
+  if (++exchanges_ < kExchangesPerRow * std::int64_t{numSamples}) return;
+  exchanges_ = 0;
+  ++factorPosition;
 }
 
 std::int32_t LatinSampler::drawRow() {
@@ -164,39 +167,40 @@ bool LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, con
 
 // Factors in list order. False when the Stein sample can't serve.
 bool LatinSampler::orderCell(sampValues& store, const FactorList& factors) {
-  if (!ordering_.isStarted() && !startOrdering(factors)) return false;
+  const bool byMatrix = factors.correlationMode == kImanConover;
+  if (!ordering_.isStarted() && !(byMatrix ? ordering_.startImanConover(factors, numSamples, errorText)
+                                           : ordering_.startStein(factors, numSamples, errorText)))
+    return false;
   const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
   nextCell(numSamples);
   return checkStore(placed, store);
 }
 
-bool LatinSampler::startOrdering(const FactorList& factors) {
-  if (factors.correlationMode == kImanConover) {
-    const auto imanConover = std::make_shared<ImanConover>(factors, numSamples);
-    if (!imanConover->isValid()) warningText = kRefusedMatrix;
-    ordering_.start(imanConover);
-    return true;
-  }
-  const auto steinRanks = std::make_shared<SteinRanks>(factors, numSamples, numSamples, 1);
-  if (!steinRanks->isValid()) {
-    errorText = steinRanks->errorText;
-    return false;
-  }
-  ordering_.start(steinRanks);
-  return true;
+void LatinSampler::releaseColumns() {
+  column_.release();
+  parentColumn_.release();
+  ordering_.release();
+}
+
+void LatinSampler::reset() {
+  Sampler::reset();
+  phase_ = kStratify;
+  ranked_ = false;
+  exchanges_ = 0;
+  releaseColumns();
 }
 
 void LatinSampler::writeSection(TextWriter& out) const {
   writeCounts(out);
 }
 
-void LatinSampler::readSection(TextReader& in) {
-  if (readCounts(in)) {
-    reset();
-  } else {
-    *this = LatinSampler();
-    numSamples = 0;
-  }
+bool LatinSampler::readItems(TextReader& in) {
+  return readCounts(in);
+}
+
+void LatinSampler::restoreDefaults() {
+  *this = LatinSampler();
+  numSamples = 0;
 }
 
 }  // namespace tarvex

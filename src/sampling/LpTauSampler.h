@@ -9,16 +9,15 @@ namespace tarvex {
 // At most 370 stochastic factors.
 class LpTauSampler : public Sampler {
  public:
-  LpTauSampler();
-  std::unique_ptr<Sampler> clone() const override;
-
-  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
+  LpTauSampler() : Sampler(kLpTau, 0, 1) {}
+  std::unique_ptr<Sampler> clone() const override { return std::make_unique<LpTauSampler>(*this); }
 
   void writeSection(TextWriter& out) const override;
-  void readSection(TextReader& in) override;
 
  private:
-  bool readItems(TextReader& in);
+  bool fill(double target, sampValues& store, FactorList& factors) override;
+  bool readItems(TextReader& in) override;
+  void restoreDefaults() override;
 
   LpTauSequence sequence_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -12,26 +13,21 @@
 
 namespace tarvex {
 
-MorrisSampler::MorrisSampler() : Sampler(kMorris, 0, 1) {}
+namespace {
 
-std::unique_ptr<Sampler> MorrisSampler::clone() const {
-  return std::make_unique<MorrisSampler>(*this);
-}
+constexpr std::string_view kEffects = "Elementary effects";
+constexpr std::string_view kNoEffects = "No elementary effects";
+
+}  // namespace
 
 bool MorrisSampler::setLevels(std::uint32_t count) {
-  if (count == 0) {
-    errorText = "Num level must be a positive value";
-    return false;
-  }
+  if (count == 0) return refuse("Num level must be a positive value");
   levels_ = count;
   return true;
 }
 
 bool MorrisSampler::setTrajectories(std::uint32_t count) {
-  if (count == 0) {
-    errorText = "Num trajectories must be a positive value";
-    return false;
-  }
+  if (count == 0) return refuse("Num trajectories must be a positive value");
   trajectories_ = count;
   return true;
 }
@@ -40,38 +36,39 @@ std::int64_t MorrisSampler::runCount(std::int64_t trajectories, std::int64_t sto
   return trajectories * (stochasticCount + 1);
 }
 
-double MorrisSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+// A generation that was stopped leaves an array that doesn't cover the design.
+std::int64_t MorrisSampler::recordedRuns() const {
+  return numSamples > 0 && std::ssize(changedFactor_) == numSamples ? numSamples : -1;
+}
+
+bool MorrisSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
   const std::vector<std::int32_t> stochastic = stochasticFactors(factors);
   numStochastic_ = static_cast<std::int32_t>(stochastic.size());
-  if (!checkSettings()) return -1.0;
+  if (!checkSettings()) return false;
   std::vector<double> row = constantRow(factors);
-  while (progress < targetPercent) {
+  while (progress < target) {
     if (sampleIndex == 0) buildTrajectory();
     for (std::size_t column = 0; column < stochastic.size(); ++column)
       row[static_cast<std::size_t>(stochastic[column])] = cell(sampleIndex, static_cast<std::int32_t>(column));
-    if (!addRun(store, row, errorText)) return -1.0;
+    if (!addRun(store, row)) return false;
     if (++sampleIndex > numStochastic_) {
       sampleIndex = 0;
       ++factorPosition;  // counts trajectories here
     }
     setRunProgress(runCount(factorPosition, numStochastic_) + sampleIndex);
   }
-  if (progress >= 50.0f) trajectory_.clear();
-  return progress;
+  if (progress >= kComplete) trajectory_.clear();
+  return true;
 }
 
 // A design that its settings don't describe would be misread by the measures: a half trajectory, or one without jumps.
 bool MorrisSampler::checkSettings() {
   if (!hasSamples()) return false;
-  if (levels_ < 2) {
-    errorText = "The number of levels must be at least 2";
-    return false;
-  }
+  if (levels_ < 2) return refuse("The number of levels must be at least 2");
   const std::int64_t needed = runCount(trajectories_, numStochastic_);
-  if (numSamples == needed) return true;
-  errorText = "The number of executions must be " + std::to_string(needed) + ": trajectories times factors plus one";
-  return false;
+  return numSamples == needed ||
+         refuse("The number of executions must be " + std::to_string(needed) + ": trajectories times factors plus one");
 }
 
 // The trajectory is made in whole levels; the last stage turns them into probabilities.
@@ -140,47 +137,53 @@ void MorrisSampler::reset() {
 
 void MorrisSampler::writeSection(TextWriter& out) const {
   out << levels_ << '\n' << trajectories_ << '\n' << numSamples << '\n' << numFactors << '\n' << seed << '\n';
-  // A generation that was stopped leaves an array that doesn't cover the design.
-  if (numSamples == 0 || changedFactor_.size() != static_cast<std::size_t>(numSamples)) {
-    out << "No elementary effects\n";
+  if (recordedRuns() < 0) {
+    out << kNoEffects << '\n';
     return;
   }
-  out << "Elementary effects\n";
+  out << kEffects << '\n';
   for (const std::int32_t factor : changedFactor_) out << factor << '\n';
-}
-
-void MorrisSampler::readSection(TextReader& in) {
-  constexpr std::int32_t kSeedAfterFailure = 5648423;
-  if (!readItems(in)) {
-    in.setFail();
-    *this = MorrisSampler();
-    // Kept: a section that can't be read leaves this seed, not the class's own.
-    static_cast<void>(setSeed(kSeedAfterFailure));
-  }
 }
 
 bool MorrisSampler::readItems(TextReader& in) {
   constexpr std::size_t kMaxHeading = 99;
-  constexpr std::uint64_t kBytesEach = 2;  // a digit and its line's end
-  std::int32_t storedSeed = 0;
-  in >> levels_ >> trajectories_ >> numSamples >> numFactors >> storedSeed;
-  if (in.fail() || !noneNegative({numSamples, numFactors}) || !setSeed(storedSeed)) return false;
-
+  in.expect("the number of levels") >> levels_;
+  in.expect("the number of trajectories") >> trajectories_;
+  if (!readRuns(in) || !readFactorCount(in) || !readSeed(in)) return false;
   in.skipLine();
   std::string heading;
-  if (!in.readLineCut(heading, kMaxHeading)) return false;
-  changedFactor_.clear();
-  if (heading != "Elementary effects") return true;
+  if (!in.expect("the elementary effects").readLineCut(heading, kMaxHeading)) return false;
+  if (heading == kEffects) return readChanges(in);
+  return heading == kNoEffects || in.refuse("the elementary effects were expected, not '" + heading + "'");
+}
+
+// The measures index factors and trajectories by these numbers.
+bool MorrisSampler::readChanges(TextReader& in) {
+  constexpr std::uint64_t kBytesEach = 2;  // a digit and its line's end
   if (!in.checkCount(numSamples, kBytesEach)) return false;
-  for (std::int32_t i = 0; i < numSamples; ++i) {
+  std::int64_t started = 0;
+  for (std::int32_t run = 0; run < numSamples; ++run) {
     std::int32_t factor = 0;
-    in >> factor;
-    // The measures index factors and trajectories by these numbers.
-    if (in.fail() || factor < -1 || factor >= numFactors || (i == 0 && factor != -1)) return false;
+    in.expect("the factor that a run changes") >> factor;
+    if (in.fail()) return false;
+    if (factor < -1 || factor >= numFactors)
+      return in.refuse("the factor that a run changes must be from -1 to " + std::to_string(numFactors - 1) + ", not " +
+                       std::to_string(factor));
+    if (factor == -1) ++started;
+    if (started == 0) return in.refuse("the first run must begin a trajectory, with -1");
+    if (started > trajectories_) return in.refuse("more than " + std::to_string(trajectories_) + " trajectories begin");
     changedFactor_.push_back(factor);
   }
   in.skipLine();
-  return std::count(changedFactor_.begin(), changedFactor_.end(), -1) <= std::int64_t{trajectories_};
+  return true;
+}
+
+void MorrisSampler::restoreDefaults() {
+  constexpr std::int32_t kSeedAfterFailure = 5648423;
+  *this = MorrisSampler();
+  // Kept: a section that can't be read leaves this seed, not the class's own.
+  seed = kSeedAfterFailure;
+  randomState = -seed;
 }
 
 }  // namespace tarvex

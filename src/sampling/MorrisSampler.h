@@ -11,27 +11,29 @@ namespace tarvex {
 // run more than there are stochastic factors; each of its steps changes one factor by half the grid of levels.
 class MorrisSampler : public Sampler {
  public:
-  MorrisSampler();
-  std::unique_ptr<Sampler> clone() const override;
+  MorrisSampler() : Sampler(kMorris, 0, 1) {}
+  std::unique_ptr<Sampler> clone() const override { return std::make_unique<MorrisSampler>(*this); }
 
   std::uint32_t levels() const { return levels_; }              // of the grid
   std::uint32_t trajectories() const { return trajectories_; }  // of the whole design
-  bool setLevels(std::uint32_t count);
-  bool setTrajectories(std::uint32_t count);
+  bool setLevels(std::uint32_t count);                          // above 0
+  bool setTrajectories(std::uint32_t count);                    // above 0
   // Runs of a design of that many trajectories over `stochasticCount` factors: what numSamples must be.
   static std::int64_t runCount(std::int64_t trajectories, std::int64_t stochasticCount);
 
   // Per run, the stochastic factor (counted in list order, from 0) in which it differs from the run before it; -1 at
   // the first run of a trajectory. Empty before a generation.
   const std::vector<std::int32_t>& changedFactor() const { return changedFactor_; }
+  std::int64_t recordedRuns() const override;
 
-  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
   void reset() override;
-
   void writeSection(TextWriter& out) const override;
-  void readSection(TextReader& in) override;
 
  private:
+  bool fill(double target, sampValues& store, FactorList& factors) override;
+  bool readItems(TextReader& in) override;
+  void restoreDefaults() override;
+
   bool checkSettings();
   void buildTrajectory();
   void chooseDirections();
@@ -42,7 +44,7 @@ class MorrisSampler : public Sampler {
   double jump() const { return static_cast<double>(levels_ / 2); }  // in levels, of a step
   double levelMidpoint(double level) const;
   double& cell(std::int32_t run, std::int32_t column);
-  bool readItems(TextReader& in);
+  bool readChanges(TextReader& in);
 
   std::uint32_t levels_ = 0;
   std::uint32_t trajectories_ = 0;

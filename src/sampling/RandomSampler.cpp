@@ -1,9 +1,6 @@
 #include "sampling/RandomSampler.h"
 
-#include <algorithm>
-
 #include "base/uniformRandom.h"
-#include "correlation/ImanConover.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
 
@@ -16,36 +13,27 @@ constexpr float kDone = 50.0f;
 
 }  // namespace
 
-void RandomSampler::reset() {
-  Sampler::reset();
-  diagonalBand_ = {};
-  releaseColumns();
+std::string RandomSampler::warningBefore(const FactorList& factors) const {
+  return matrixRefusal(factors);
 }
 
-void RandomSampler::releaseColumns() {
-  column_.release();
-  parentColumn_.release();
-  ordering_.release();
-}
-
-double RandomSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+bool RandomSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
-  if (!hasSamples()) return -1.0;
-  const bool ranked = factors.correlationMode == kImanConover;
-  const float drawingEnd = ranked ? kDrawn : kDone;
-  const double target = std::min(targetPercent, static_cast<double>(kDone));
+  if (!hasSamples()) return false;
+  if (isAtStart()) ranked_ = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
+  const float drawingEnd = ranked_ ? kDrawn : kDone;
   while (progress < target) {
     if (progress < drawingEnd) {
-      if (!drawCell(store, factors)) return -1.0;
+      if (!drawCell(store, factors)) return false;
       setProgress(share() * drawingEnd, drawingEnd, factorPosition == numFactors);
     } else {
-      if (!orderCell(store, factors)) return -1.0;
+      if (!orderCell(store, factors)) return false;
       setProgress((share() + 1.0) * 25.0, kDone, factorPosition == numFactors);
     }
     if (factorPosition == numFactors) factorPosition = 0;
   }
   if (progress == kDone) releaseColumns();
-  return progress;
+  return true;
 }
 
 // Of the cells of the table, those that the phase has done.
@@ -77,25 +65,35 @@ bool RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
 
 // Factors in list order.
 bool RandomSampler::orderCell(sampValues& store, const FactorList& factors) {
-  if (!ordering_.isStarted()) {
-    const auto imanConover = std::make_shared<ImanConover>(factors, numSamples);
-    if (!imanConover->isValid()) warningText = kRefusedMatrix;
-    ordering_.start(imanConover);
-  }
+  if (!ordering_.isStarted() && !ordering_.startImanConover(factors, numSamples, errorText)) return false;
   const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
   nextCell(numSamples);
   return checkStore(placed, store);
+}
+
+void RandomSampler::releaseColumns() {
+  column_.release();
+  parentColumn_.release();
+  ordering_.release();
+}
+
+void RandomSampler::reset() {
+  Sampler::reset();
+  ranked_ = false;
+  diagonalBand_ = {};
+  releaseColumns();
 }
 
 void RandomSampler::writeSection(TextWriter& out) const {
   writeCounts(out);
 }
 
-void RandomSampler::readSection(TextReader& in) {
-  if (readCounts(in))
-    reset();
-  else
-    *this = RandomSampler();
+bool RandomSampler::readItems(TextReader& in) {
+  return readCounts(in);
+}
+
+void RandomSampler::restoreDefaults() {
+  *this = RandomSampler();
 }
 
 }  // namespace tarvex

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "correlation/DiagonalBand.h"
 #include "sampling/DesignColumn.h"
 #include "sampling/RankOrdering.h"
@@ -10,24 +8,28 @@
 namespace tarvex {
 
 // Independent uniform numbers, arranged for the correlation method: each column by a rank table, or each child of the
-// dependence tree drawn from its parent.
+// dependence tree drawn from its parent. Under a rank correlation matrix that is refused the sample is that of no
+// correlation.
 class RandomSampler : public Sampler {
  public:
   RandomSampler() : Sampler(kRandom, 0, 1) {}
   std::unique_ptr<Sampler> clone() const override { return std::make_unique<RandomSampler>(*this); }
 
-  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
+  std::string warningBefore(const FactorList& factors) const override;
   void reset() override;
-
   void writeSection(TextWriter& out) const override;
-  void readSection(TextReader& in) override;
 
  private:
+  bool fill(double target, sampValues& store, FactorList& factors) override;
+  bool readItems(TextReader& in) override;
+  void restoreDefaults() override;
+
   double share() const;
   bool drawCell(sampValues& store, const FactorList& factors);
   bool orderCell(sampValues& store, const FactorList& factors);
   void releaseColumns();
 
+  bool ranked_ = false;        // the columns are put in order once they are drawn
   DiagonalBand diagonalBand_;  // one for the whole generation
   DesignColumn column_;        // of the factor that is being drawn
   DesignColumn parentColumn_;  // of its parent in the dependence tree

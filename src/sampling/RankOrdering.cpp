@@ -1,11 +1,34 @@
 #include "sampling/RankOrdering.h"
 
+#include "correlation/ImanConover.h"
+#include "correlation/SteinRanks.h"
 #include "factors/FactorList.h"
+#include "sampling/Sampler.h"
 
 namespace tarvex {
 
+bool RankOrdering::startImanConover(const FactorList& factors, std::int32_t rows, std::string& errorText) {
+  const auto ranks = std::make_shared<ImanConover>(factors, rows);
+  if (ranks->isValid()) {
+    ranks_ = ranks;
+    return true;
+  }
+  errorText = kRefusedMatrix;
+  return false;
+}
+
+bool RankOrdering::startStein(const FactorList& factors, std::int32_t rows, std::string& errorText) {
+  const auto ranks = std::make_shared<SteinRanks>(factors, rows, rows, 1);
+  if (ranks->isValid()) {
+    ranks_ = ranks;
+    return true;
+  }
+  errorText = ranks->errorText;
+  return false;
+}
+
 bool RankOrdering::placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors) {
-  if (!ranks_->isValid() || factors.isCorrelatable(factor) != 1) return true;
+  if (factors.isCorrelatable(factor) != 1) return true;
   if (row == 0) {
     stochasticIndex_ = stochasticIndexOf(factors, factor);
     if (!column_.load(store, factor)) return false;
@@ -14,6 +37,10 @@ bool RankOrdering::placeCell(std::int32_t factor, std::int32_t row, sampValues& 
   }
   column_[row] = sortedColumn_[ranks_->rankOf(stochasticIndex_, row)];
   return row + 1 < column_.size() || column_.finish(store, factor);
+}
+
+std::string matrixRefusal(const FactorList& factors) {
+  return factors.correlationMode == kImanConover && !ImanConover::accepts(factors) ? kRefusedMatrix : "";
 }
 
 std::int32_t stochasticIndexOf(const FactorList& factors, std::int32_t factor) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <string>
 
 #include "correlation/RankTable.h"
 #include "sampling/DesignColumn.h"
@@ -12,10 +14,13 @@ class FactorList;
 // Puts the columns of a filled design in the order that a rank table asks for. No column gains or loses a value.
 class RankOrdering {
  public:
-  void start(std::shared_ptr<const RankTable> ranks) { ranks_ = std::move(ranks); }
+  // Makes the rank table of the list for `rows` rows: by its rank correlation matrix, or by its Stein sample. False,
+  // with the reason, when it can't serve.
+  [[nodiscard]] bool startImanConover(const FactorList& factors, std::int32_t rows, std::string& errorText);
+  [[nodiscard]] bool startStein(const FactorList& factors, std::int32_t rows, std::string& errorText);
   bool isStarted() const { return ranks_ != nullptr; }
   // Gives row `row` of a stochastic factor's column its value, and the column to the store with its last row. Rows come
-  // in rising order. A table that isn't valid changes nothing. False when the store refuses. Requires: isStarted().
+  // in rising order. False when the store refuses. Requires: isStarted().
   [[nodiscard]] bool placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors);
   void release() { *this = {}; }
 
@@ -25,6 +30,10 @@ class RankOrdering {
   DesignColumn column_;
   std::int32_t stochasticIndex_ = 0;  // of the current factor among the stochastic ones, from 0
 };
+
+// kRefusedMatrix where the list's rank correlation matrix is in force and isn't positive semidefinite; else empty.
+// Draws nothing.
+std::string matrixRefusal(const FactorList& factors);
 
 // The place of a stochastic factor among the stochastic factors of the list, from 0.
 std::int32_t stochasticIndexOf(const FactorList& factors, std::int32_t factor);

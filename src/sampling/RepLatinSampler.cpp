@@ -33,6 +33,7 @@ bool RepLatinSampler::setBaseDesign(std::int32_t m) {
 
 void RepLatinSampler::setReplications(std::int32_t r) {
   if (r < 1) reset();
+  if (r != replications_) runTable_ = {};
   replications_ = r;
   updateSampleCount();
 }
@@ -45,7 +46,9 @@ void RepLatinSampler::updateSampleCount() {
 }
 
 void RepLatinSampler::setNumFactors(std::int32_t count) {
-  if (count > 0) numFactors = count;
+  if (count < 1) return;
+  if (count != numFactors) runTable_ = {};
+  numFactors = count;
 }
 
 void RepLatinSampler::synchronise(const FactorList& factors) {
@@ -59,6 +62,7 @@ void RepLatinSampler::synchronise(const FactorList& factors) {
     elements.push_back({name, flag});
   }
   elements_ = std::move(elements);
+  setNumFactors(factors.factorCount());
 }
 
 std::int32_t RepLatinSampler::elementFlag(std::int32_t i) const {
@@ -70,10 +74,7 @@ const std::string* RepLatinSampler::elementName(std::int32_t i) const {
 }
 
 bool RepLatinSampler::setElementFlag(std::int32_t i, std::int32_t flag) {
-  if (elementName(i) == nullptr) {
-    errorText = "index out of range";
-    return false;
-  }
+  if (elementName(i) == nullptr) return refuse("index out of range");
   elements_[static_cast<std::size_t>(i)].flag = flag;
   return true;
 }
@@ -83,7 +84,8 @@ bool RepLatinSampler::hasRunTable() const {
 }
 
 const std::int32_t* RepLatinSampler::runOf(std::int32_t factor, std::int32_t valueRank) const {
-  if (runTable_.empty() || factor < 0 || factor >= numFactors || valueRank < 0 || valueRank >= baseDesign_)
+  if (factor < 0 || factor >= numFactors || valueRank < 0 || valueRank >= baseDesign_ || replications_ < 1 ||
+      runTable_.size() != runIndex(numFactors, 0))
     return nullptr;
   return &runTable_[runIndex(factor, valueRank)];
 }
@@ -94,25 +96,13 @@ std::size_t RepLatinSampler::runIndex(std::int32_t factor, std::int32_t valueRan
          static_cast<std::size_t>(replications_);
 }
 
-void RepLatinSampler::reset() {
-  // Kept: the word for uniformRandom stays, so that a second generation continues the stream.
-  progress = 0.0f;
-  sampleIndex = 0;
-  factorPosition = 0;
-  warningText.clear();
-  runTable_ = {};
-  phase_ = kBaseBlock;
-  replicate_ = 0;
-  block_ = {};
-  ranks_.reset();
-  sortedColumn_.release();
+std::int64_t RepLatinSampler::recordedRuns() const {
+  return hasRunTable() ? static_cast<std::int64_t>(baseDesign_) * replications_ : -1;
 }
 
-double RepLatinSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
-  if (choice_ != 0) return progress;
-  numFactors = factors.factorCount();
-  if (progress == 0.0f && block_.empty() && !begin(factors)) return -1.0;
-  const double target = std::min(targetPercent, static_cast<double>(kDone));
+bool RepLatinSampler::fill(double target, sampValues& store, FactorList& factors) {
+  if (choice_ != 0) return true;
+  if (isAtStart() && block_.empty() && !begin(factors)) return false;
   while (progress < target) {
     if (phase_ == kBaseBlock) {
       stratifyCell(factors);
@@ -123,26 +113,26 @@ double RepLatinSampler::generate(double targetPercent, sampValues& store, Factor
         factorPosition = 0;
       }
     } else {
-      permuteCell(factors);
-      if (factorPosition == numFactors && !endReplicate(store)) return -1.0;
+      if (!permuteCell(factors)) return false;
+      if (factorPosition == numFactors && !endReplicate(store)) return false;
       const double before = static_cast<double>(replicate_) * numFactors * baseDesign_;
       setProgress((before + visited()) / (static_cast<double>(numSamples) * numFactors) * 40.0 + 10.0, kDone,
                   replicate_ == replications_);
     }
   }
-  return progress;
+  return true;
 }
 
 bool RepLatinSampler::begin(const FactorList& factors) {
+  synchronise(factors);
+  numFactors = factors.factorCount();
   updateSampleCount();
   if (!hasSamples()) return false;
-  synchronise(factors);
-  if (factors.correlationMode != kImanConover) {
+  if (factors.correlationMode == kImanConover) {
+    if (const std::string refusal = matrixRefusal(factors); !refusal.empty()) return refuse(refusal);
+  } else {
     const auto steinRanks = std::make_shared<SteinRanks>(factors, numSamples, baseDesign_, replications_);
-    if (!steinRanks->isValid()) {
-      errorText = steinRanks->errorText;
-      return false;
-    }
+    if (!steinRanks->isValid()) return refuse(steinRanks->errorText);
     ranks_ = steinRanks;
   }
   block_.resize(static_cast<std::size_t>(numFactors));
@@ -162,9 +152,9 @@ void RepLatinSampler::stratifyCell(const FactorList& factors) {
 }
 
 // A cell of a replicate, factors in list order: the value that the rank table asks for, and its run in the table.
-void RepLatinSampler::permuteCell(const FactorList& factors) {
+bool RepLatinSampler::permuteCell(const FactorList& factors) {
   const std::int32_t factor = factorPosition;
-  if (factor == 0 && sampleIndex == 0) startReplicate(factors);
+  if (factor == 0 && sampleIndex == 0 && !startReplicate(factors)) return false;
   if (factors.isCorrelatable(factor) == 1) {
     DesignColumn& column = block_[static_cast<std::size_t>(factor)];
     if (sampleIndex == 0) {
@@ -177,20 +167,21 @@ void RepLatinSampler::permuteCell(const FactorList& factors) {
     runTable_[runIndex(factor, rank) + static_cast<std::size_t>(replicate_)] = replicate_ * baseDesign_ + sampleIndex;
   }
   nextCell(baseDesign_);
+  return true;
 }
 
 // Each replicate has rank correlations of its own; the Stein sample serves all of them, block by block.
-void RepLatinSampler::startReplicate(const FactorList& factors) {
+bool RepLatinSampler::startReplicate(const FactorList& factors) {
   if (factors.correlationMode == kImanConover) {
     const auto seedOfRanks = static_cast<std::int32_t>(uniformRandom(randomState) * kSeedRange);
     ranks_ = std::make_shared<ImanConover>(factors, baseDesign_, seedOfRanks);
-    if (!ranks_->isValid()) warningText = kRefusedMatrix;
+    if (!ranks_->isValid()) return refuse(kRefusedMatrix);
   }
   if (replicate_ == 0) runTable_.assign(runIndex(numFactors, 0), 0);
+  return true;
 }
 
 std::int32_t RepLatinSampler::rankOfCell(const FactorList& factors) const {
-  if (!ranks_->isValid()) return sampleIndex;  // the base block's order
   const bool perReplicate = factors.correlationMode == kImanConover;
   return ranks_->rankOf(stochasticIndex_, perReplicate ? sampleIndex : replicate_ * baseDesign_ + sampleIndex);
 }
@@ -208,6 +199,19 @@ bool RepLatinSampler::endReplicate(sampValues& store) {
   ranks_.reset();
   sortedColumn_.release();
   return true;
+}
+
+void RepLatinSampler::reset() {
+  // Kept: the word for uniformRandom stays, so that a second generation continues the stream.
+  progress = 0.0f;
+  sampleIndex = 0;
+  factorPosition = 0;
+  runTable_ = {};
+  phase_ = kBaseBlock;
+  replicate_ = 0;
+  block_ = {};
+  ranks_.reset();
+  sortedColumn_.release();
 }
 
 }  // namespace tarvex

@@ -16,7 +16,8 @@ struct RepElement {
 
 // Replicated Latin hypercube (M.D. McKay, Evaluating prediction uncertainty, NUREG/CR-6311, 1995): a base Latin
 // hypercube of m runs and r replicates of it, in each of which every factor keeps the same m values in another order.
-// `runTable` records where each value went.
+// `runTable` records where each value went. There is no such design without correlation: a rank correlation matrix that
+// isn't positive semidefinite is an error.
 class RepLatinSampler : public Sampler {
  public:
   RepLatinSampler() : Sampler(kRepLatin, 1, 5648423) {}
@@ -27,6 +28,7 @@ class RepLatinSampler : public Sampler {
   std::int32_t choice() const { return choice_; }
   // m above 0, else nothing changes. A set m drops the run table.
   bool setBaseDesign(std::int32_t m);
+  // Another r than before drops the run table. Below 1 there is nothing to generate.
   void setReplications(std::int32_t r);
   // Anything but 0 keeps generate() from making rows.
   void setChoice(std::int32_t choice) { choice_ = choice; }
@@ -43,22 +45,25 @@ class RepLatinSampler : public Sampler {
   // The runs, one in each replicate, at which a factor took its valueRank-th smallest value, from 0. Null when the
   // table is absent or an argument out of range.
   const std::int32_t* runOf(std::int32_t factor, std::int32_t valueRank) const;
+  std::int64_t recordedRuns() const override;
 
+  // Another count than before drops the run table; 0 and less change nothing.
   void setNumFactors(std::int32_t count) override;
-  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
   // The stream of random numbers goes on.
   void reset() override;
-
   void writeSection(TextWriter& out) const override;
-  void readSection(TextReader& in) override;
 
  private:
   enum Phase : std::int32_t { kBaseBlock = 0, kReplicates = 1 };
 
+  bool fill(double target, sampValues& store, FactorList& factors) override;
+  bool readItems(TextReader& in) override;
+  void restoreDefaults() override;
+
   bool begin(const FactorList& factors);
   void stratifyCell(const FactorList& factors);
-  void permuteCell(const FactorList& factors);
-  void startReplicate(const FactorList& factors);
+  bool permuteCell(const FactorList& factors);
+  bool startReplicate(const FactorList& factors);
   std::int32_t rankOfCell(const FactorList& factors) const;
   bool endReplicate(sampValues& store);
   double visited() const { return static_cast<double>(baseDesign_) * factorPosition + sampleIndex; }

@@ -30,41 +30,36 @@ void RepLatinSampler::writeSection(TextWriter& out) const {
     }
 }
 
-void RepLatinSampler::readSection(TextReader& in) {
-  reset();
-  in >> seed >> numSamples >> numFactors >> choice_ >> baseDesign_ >> replications_;
+bool RepLatinSampler::readItems(TextReader& in) {
+  if (!readSeed(in) || !readRuns(in) || !readFactorCount(in, 1)) return false;
+  in.expect("the choice") >> choice_;
+  if (!readAtLeast(in, "the base design", 1, baseDesign_)) return false;
+  in.expect("the number of replications") >> replications_;
   in.skipLine();
-  if (in.ok() && (seed < 1 || numSamples < 0 || numFactors < 1 || baseDesign_ < 1)) in.setFail();
-  if (in.ok() && readElements(in) && readRunTable(in)) {
-    randomState = -seed;
-    return;
-  }
-  *this = RepLatinSampler();
-  numSamples = 0;
+  return in.ok() && readElements(in) && readRunTable(in);
 }
 
 bool RepLatinSampler::readElements(TextReader& in) {
   elements_.clear();
-  in.checkCount(numFactors, kShortestElement);
+  if (!in.checkCount(numFactors, kShortestElement)) return false;
   std::string line;
-  for (std::int32_t i = 0; i < numFactors && in.readLine(line, kMaxElementLine); ++i) {
+  for (std::int32_t i = 0; i < numFactors; ++i) {
+    if (!in.expect("a factor of the design").readLine(line, kMaxElementLine)) return false;
     RepElement element;
     const char* end = line.data() + line.size();
     const auto [stop, error] = std::from_chars(line.data(), end, element.flag);
-    if (error != std::errc() || stop == end || *stop != '\t') {
-      in.setFail();
-      break;
-    }
+    if (error != std::errc() || stop == end || *stop != '\t')
+      return in.refuse("a flag, a tab and a factor's name were expected, not '" + line + "'");
     element.name.assign(stop + 1, end);
     elements_.push_back(std::move(element));
   }
-  return in.ok();
+  return true;
 }
 
 bool RepLatinSampler::readRunTable(TextReader& in) {
   const std::int64_t lines = static_cast<std::int64_t>(numFactors) * baseDesign_;
   if (replications_ < 1) {  // empty lines, which no number would take
-    in.checkCount(lines, 1);
+    if (!in.checkCount(lines, 1)) return false;
     for (std::int64_t i = 0; i < lines && in.ok(); ++i) in.skipLine();
     return in.ok();
   }
@@ -72,11 +67,19 @@ bool RepLatinSampler::readRunTable(TextReader& in) {
   runTable_.assign(runIndex(numFactors, 0), 0);
   const std::int64_t runs = static_cast<std::int64_t>(baseDesign_) * replications_;
   for (std::int32_t& run : runTable_) {
-    in >> run;
-    if (in.fail() || run < 0 || run >= runs) in.setFail();
+    std::int32_t number = 0;
+    if (!readAtLeast(in, "a run of the table", 0, number)) return false;
+    if (number >= runs)
+      return in.refuse("a run of the table must be below " + std::to_string(runs) + ", not " + std::to_string(number));
+    run = number;
   }
   in.skipLine();
-  return in.ok();
+  return true;
+}
+
+void RepLatinSampler::restoreDefaults() {
+  *this = RepLatinSampler();
+  numSamples = 0;
 }
 
 }  // namespace tarvex

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
+#include <stdexcept>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -16,12 +18,63 @@ Sampler::Sampler(std::int32_t id, std::int32_t defaultSamples, std::int32_t defa
       seed(defaultSeed),
       randomState(-defaultSeed) {}
 
+bool Sampler::setSamples(std::int32_t count) {
+  if (count < 0) return refuse("Number of execution must be a positive value");
+  numSamples = count;
+  return true;
+}
+
+bool Sampler::setSeed(std::int32_t value) {
+  if (value < 1) return refuse("Seed must be a value greater than 0 and less than 2,147,483,647");
+  seed = value;
+  randomState = -value;
+  return true;
+}
+
+void Sampler::setNumFactors(std::int32_t count) {
+  numFactors = std::max(count, 0);
+}
+
+std::int64_t Sampler::designRuns(const FactorList& /*factors*/) const {
+  return numSamples;
+}
+
+std::string Sampler::warningBefore(const FactorList& /*factors*/) const {
+  return {};
+}
+
+double Sampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+  const auto tooLarge = [this] {
+    return refuse("There is not enough memory for a sample of " + std::to_string(numSamples) + " runs of " +
+                  std::to_string(numFactors) + " factors.");
+  };
+  bool done = false;
+  try {
+    done = fill(std::min(targetPercent, kComplete), store, factors);
+  } catch (const std::bad_alloc&) {
+    done = tooLarge();
+  } catch (const std::length_error&) {
+    done = tooLarge();
+  }
+  return done ? progress : -1.0;
+}
+
 void Sampler::reset() {
   progress = 0.0f;
   sampleIndex = 0;
   factorPosition = 0;
   randomState = -seed;
-  warningText.clear();
+}
+
+std::int64_t Sampler::recordedRuns() const {
+  return -1;
+}
+
+void Sampler::readSection(TextReader& in) {
+  reset();
+  if (in.ok() && readItems(in)) return;
+  in.refuse("the settings of the method can't be used");
+  restoreDefaults();
 }
 
 void Sampler::write(TextWriter& out) const {
@@ -29,10 +82,14 @@ void Sampler::write(TextWriter& out) const {
   writeSection(out);
 }
 
+bool Sampler::refuse(const std::string& text) {
+  errorText = text;
+  return false;
+}
+
 bool Sampler::hasSamples() {
   if (numSamples > 0 && numFactors > 0) return true;
-  errorText = "  No samples to generate";
-  return false;
+  return refuse("  No samples to generate");
 }
 
 bool Sampler::checkStore(bool done, const sampValues& store) {
@@ -40,7 +97,11 @@ bool Sampler::checkStore(bool done, const sampValues& store) {
   return done;
 }
 
-void Sampler::nextCell(std::int64_t cells) {
+bool Sampler::addRun(sampValues& store, const std::vector<double>& row) {
+  return checkStore(store.addRow(row.data()) > 0, store);
+}
+
+void Sampler::nextCell(std::int32_t cells) {
   if (++sampleIndex < cells) return;
   sampleIndex = 0;
   ++factorPosition;
@@ -54,8 +115,7 @@ void Sampler::setProgress(double percent, float phaseEnd, bool phaseDone) {
 }
 
 void Sampler::setRunProgress(std::int64_t runs) {
-  constexpr float kComplete = 50.0f;
-  setProgress(static_cast<double>(runs) / numSamples * kComplete, kComplete, runs >= numSamples);
+  setProgress(static_cast<double>(runs) / numSamples * kComplete, static_cast<float>(kComplete), runs >= numSamples);
 }
 
 void Sampler::writeCounts(TextWriter& out) const {
@@ -63,28 +123,32 @@ void Sampler::writeCounts(TextWriter& out) const {
 }
 
 bool Sampler::readCounts(TextReader& in) {
-  in >> numSamples >> numFactors >> seed;
-  if (numSamples < 0 || numFactors < 0 || seed < 1) in.setFail();
+  if (!readRuns(in) || !readFactorCount(in) || !readSeed(in)) return false;
   in.skipLine();
-  return in.ok();
-}
-
-bool Sampler::setSamples(std::int32_t count) {
-  if (count < 0) {
-    errorText = "Number of execution must be a positive value";
-    return false;
-  }
-  numSamples = count;
   return true;
 }
 
-bool Sampler::setSeed(std::int32_t value) {
-  if (value < 1) {
-    errorText = "Seed must be a value greater than 0 and less than 2,147,483,647";
-    return false;
-  }
-  seed = value;
-  randomState = -value;
+bool Sampler::readRuns(TextReader& in) {
+  return readAtLeast(in, "the number of runs", 0, numSamples);
+}
+
+bool Sampler::readFactorCount(TextReader& in, std::int32_t least) {
+  return readAtLeast(in, "the number of factors", least, numFactors);
+}
+
+bool Sampler::readSeed(TextReader& in) {
+  std::int32_t stored = 0;
+  return readAtLeast(in, "the seed", 1, stored) && setSeed(stored);
+}
+
+bool readAtLeast(TextReader& in, const char* what, std::int32_t least, std::int32_t& value) {
+  std::int32_t number = 0;
+  in.expect(what) >> number;
+  if (in.fail()) return false;
+  if (number < least)
+    return in.refuse(std::string(what) + " must be at least " + std::to_string(least) + ", not " +
+                     std::to_string(number));
+  value = number;
   return true;
 }
 

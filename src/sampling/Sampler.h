@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvex {
 
@@ -24,8 +25,7 @@ enum MethodId : std::int32_t {
 };
 inline constexpr std::int32_t kMethodCount = 8;
 
-// The warning of a generation whose rank correlation matrix isn't positive semidefinite: the sample is made without
-// correlation.
+// What is said of a rank correlation matrix that isn't positive semidefinite.
 inline constexpr const char* kRefusedMatrix =
     "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.";
 
@@ -36,25 +36,34 @@ inline constexpr const char* kRefusedMatrix =
 // factor list's order prepared.
 class Sampler {
  public:
+  static constexpr double kComplete = 50.0;  // percent at which the design is in the store
+
   virtual ~Sampler() = default;
   virtual std::unique_ptr<Sampler> clone() const = 0;
 
-  // Goes on until `progress` is at least `targetPercent` (0 to 50) and returns it; -1 on failure, the reason in
-  // errorText.
-  virtual double generate(double targetPercent, sampValues& store, FactorList& factors) = 0;
-  virtual void setNumFactors(std::int32_t count) { numFactors = count; }
-  virtual void reset();
+  bool setSamples(std::int32_t count);  // 0 or more
+  bool setSeed(std::int32_t value);     // above 0
+  virtual void setNumFactors(std::int32_t count);
 
-  // The section behind the lines of `methodId` and `methodName`. write() ends with a line's end; read() takes the last
-  // line of the section whole. A failed read leaves the class's defaults and the reader's fail state.
+  // The runs that a generation over the list would make with these settings. Some designs take less than numSamples.
+  virtual std::int64_t designRuns(const FactorList& factors) const;
+  // What the user should know of the sample that a generation over the list is going to make, before anything is drawn.
+  // Empty when there is nothing.
+  virtual std::string warningBefore(const FactorList& factors) const;
+  // Goes on until `progress` is at least `targetPercent` and returns it; kComplete is as far as it goes. -1 on failure,
+  // the reason in errorText.
+  double generate(double targetPercent, sampValues& store, FactorList& factors);
+  virtual void reset();
+  // The runs of the last generation, where the method keeps a record of what each of them is for; -1 without one.
+  virtual std::int64_t recordedRuns() const;
+
+  // The section behind the lines of `methodId` and `methodName`. writeSection() ends with a line's end; readSection()
+  // takes the last line of the section whole. A failed read leaves the class's defaults and the reader's fail state.
   virtual void writeSection(TextWriter& out) const = 0;
-  virtual void readSection(TextReader& in) = 0;
+  void readSection(TextReader& in);
 
   // Both lines and the section.
   void write(TextWriter& out) const;
-
-  bool setSamples(std::int32_t count);
-  bool setSeed(std::int32_t value);
 
   std::int32_t methodId;
   std::string methodName;
@@ -62,35 +71,51 @@ class Sampler {
   std::int32_t numFactors = 0;  // of the design, constants and relations included
   std::int32_t numSamples = 0;  // to generate; after generation what the program reports
   std::int32_t seed = 5648423;  // above 0
-  // A warning for the user that arose in generation and did not end it; empty when there is none.
-  std::string warningText;
 
  protected:
   Sampler(std::int32_t id, std::int32_t defaultSamples, std::int32_t defaultSeed);
   Sampler(const Sampler&) = default;
   Sampler& operator=(const Sampler&) = default;
 
-  // False, with the reason in errorText, when there is nothing to generate. Requires: numFactors set.
+  // generate() without what all methods share: false on failure, the reason in errorText. `target` is kComplete at
+  // most.
+  [[nodiscard]] virtual bool fill(double target, sampValues& store, FactorList& factors) = 0;
+  // The items of the section; on false the reader has failed with the reason. The sampler has been reset.
+  [[nodiscard]] virtual bool readItems(TextReader& in) = 0;
+  // What a section that can't be read leaves.
+  virtual void restoreDefaults() = 0;
+
+  // False, with the text.
+  bool refuse(const std::string& text);
+  // Whether there is something to generate. Requires: numFactors set.
   bool hasSamples();
   // Passes on whether the store did what it was asked; if not, its reason becomes errorText.
   bool checkStore(bool done, const sampValues& store);
+  bool addRun(sampValues& store, const std::vector<double>& row);
+  bool isAtStart() const { return progress == 0.0f && sampleIndex == 0 && factorPosition == 0; }
   // Goes on to the next cell of a walk that visits each factor `cells` times.
-  void nextCell(std::int64_t cells);
+  void nextCell(std::int32_t cells);
   // Takes `percent` over as `progress`. As long as the phase isn't done it stays below the phase's end, which single
   // precision would round it to in a table of many millions of cells.
   void setProgress(double percent, float phaseEnd, bool phaseDone);
   // Of a design that is made run by run in one phase: `runs` of numSamples are in the store.
   void setRunProgress(std::int64_t runs);
 
-  // The section of the random methods: numSamples, numFactors, seed. Reading gives false on bad content.
-  void writeCounts(TextWriter& out) const;
+  // Items that several sections have; each by its own rule.
+  void writeCounts(TextWriter& out) const;  // numSamples, numFactors, seed
   [[nodiscard]] bool readCounts(TextReader& in);
+  [[nodiscard]] bool readRuns(TextReader& in);
+  [[nodiscard]] bool readFactorCount(TextReader& in, std::int32_t least = 0);
+  [[nodiscard]] bool readSeed(TextReader& in);
 
   std::int32_t randomState;  // the word for uniformRandom
-  float progress = 0.0f;     // percent reached, 0 to 50
+  float progress = 0.0f;     // percent reached, 0 to kComplete
   std::int32_t sampleIndex = 0;
   std::int32_t factorPosition = 0;
 };
+
+// Reads a whole number that must be at least `least`; `what` says what it is.
+[[nodiscard]] bool readAtLeast(TextReader& in, const char* what, std::int32_t least, std::int32_t& value);
 
 // The name of a method as files and panels show it; empty for a number outside 0 to 7.
 std::string_view methodNameOf(std::int32_t methodId);

@@ -57,14 +57,16 @@ std::unique_ptr<Sampler> makeSampler(std::int32_t methodId) {
 
 std::unique_ptr<Sampler> readSampler(TextReader& in) {
   std::int32_t methodId = -1;
-  in >> methodId;
-  std::unique_ptr<Sampler> sampler = in.ok() ? makeSampler(methodId) : nullptr;
+  in.expect("the number of the sampling method") >> methodId;
+  if (in.fail()) return nullptr;
+  std::unique_ptr<Sampler> sampler = makeSampler(methodId);
   if (!sampler) {
-    in.setFail();
+    in.refuse("the number of the sampling method must be from 0 to " + std::to_string(kMethodCount - 1) + ", not " +
+              std::to_string(methodId));
     return nullptr;
   }
   in.skipLine();
-  in.readLine(sampler->methodName, kMaxMethodName);
+  if (!in.expect("the name of the sampling method").readLine(sampler->methodName, kMaxMethodName)) return nullptr;
   sampler->readSection(in);
   return in.ok() ? std::move(sampler) : nullptr;
 }

@@ -22,26 +22,21 @@ std::int32_t highestOrder(std::int32_t order, std::int32_t stochasticCount) {
 
 }  // namespace
 
-SobolSampler::SobolSampler() : Sampler(kSobol, 0, 1) {}
-
-std::unique_ptr<Sampler> SobolSampler::clone() const {
-  return std::make_unique<SobolSampler>(*this);
-}
-
 bool SobolSampler::setBaseSize(std::int32_t runs) {
-  if (runs < 1) return false;
+  if (runs < 1) return refuse("The base size must be at least 1, not " + std::to_string(runs) + ".");
   baseSize_ = runs;
   return true;
 }
 
 bool SobolSampler::setDesignKind(std::int32_t kind) {
-  if (kind != kFirstAndTotal && kind != kUpToOrder) return false;
+  if (kind != kFirstAndTotal && kind != kUpToOrder)
+    return refuse("The kind of the design must be 1 or 3, not " + std::to_string(kind) + ".");
   designKind_ = kind;
   return true;
 }
 
 bool SobolSampler::setOrder(std::int32_t highest) {
-  if (highest < 1) return false;
+  if (highest < 1) return refuse("The order must be at least 1, not " + std::to_string(highest) + ".");
   order_ = highest;
   return true;
 }
@@ -58,22 +53,19 @@ std::int64_t SobolSampler::blockCount(std::int32_t stochasticCount, std::int32_t
   return std::min(blocks, kManyBlocks);
 }
 
-double SobolSampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
-  if (sampleIndex == 0 && !begin(factors)) return -1.0;
+bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
+  if (isAtStart() && !begin(factors)) return false;
   std::vector<double> row;
-  while (progress < targetPercent) {
+  while (progress < target) {
     const std::int32_t block = sampleIndex / baseSize_;
     const auto baseRow = static_cast<std::size_t>(sampleIndex % baseSize_);
-    if (block == 0 && !makeBasePoint(factors)) {
-      errorText = pointFailure(sampleIndex);
-      return -1.0;
-    }
+    if (block == 0 && !makeBasePoint(factors)) return refuse(pointFailure(sampleIndex));
     if (block >= kBaseBlocks && baseRow == 0) openBlock(block);
     fillRow(block, baseRow, row);
-    if (!addRun(store, row, errorText)) return -1.0;
+    if (!addRun(store, row)) return false;
     setRunProgress(++sampleIndex);
   }
-  return progress;
+  return true;
 }
 
 // Lays out the blocks. A count of runs that fits no design of these factors would be misread by the measures.
@@ -82,17 +74,12 @@ bool SobolSampler::begin(const FactorList& factors) {
   numFactors = factors.factorCount();
   if (!hasSamples()) return false;
   numFactors = static_cast<std::int32_t>(stochasticIndex_.size());
-  if (designKind_ == kUpToOrder && order_ > numFactors) {
-    errorText = "  Incorrect order number, order too big.";
-    return false;
-  }
+  if (designKind_ == kUpToOrder && order_ > numFactors) return refuse("  Incorrect order number, order too big.");
   const auto fits = [this](bool cheap) {
     return std::int64_t{baseSize_} * blockCount(numFactors, order_, designKind_, cheap) == numSamples;
   };
-  if (baseSize_ < 1 || !(fits(false) || (designKind_ == kUpToOrder && fits(true)))) {
-    errorText = "The number of executions must be the base size times the number of blocks";
-    return false;
-  }
+  if (baseSize_ < 1 || !(fits(false) || (designKind_ == kUpToOrder && fits(true))))
+    return refuse("The number of executions must be the base size times the number of blocks");
 
   matrixA_.clear();
   matrixB_.clear();
@@ -166,19 +153,22 @@ void SobolSampler::writeSection(TextWriter& out) const {
   out << baseSize_ << '\n' << numSamples << '\n' << designKind_ << '\n' << order_ << '\n' << numFactors << '\n';
 }
 
-void SobolSampler::readSection(TextReader& in) {
-  if (!readItems(in)) {
-    in.setFail();
-    *this = SobolSampler();
-    baseSize_ = numSamples = designKind_ = order_ = numFactors = 0;
-  }
-}
-
 bool SobolSampler::readItems(TextReader& in) {
-  in >> baseSize_ >> numSamples >> designKind_ >> order_ >> numFactors;
-  if (in.fail() || !noneNegative({baseSize_, numSamples, order_, numFactors})) return false;
+  std::int32_t kind = 0;
+  if (!readAtLeast(in, "the base size", 0, baseSize_) || !readRuns(in)) return false;
+  in.expect("the kind of the design") >> kind;
+  if (in.ok() && !setDesignKind(kind))
+    return in.refuse("the kind of the design must be 1 or 3, not " + std::to_string(kind));
+  // Where no order was chosen, 0 may stand for it.
+  const std::int32_t leastOrder = designKind_ == kUpToOrder ? 1 : 0;
+  if (!readAtLeast(in, "the order", leastOrder, order_) || !readFactorCount(in)) return false;
   in.skipLine();
   return true;
+}
+
+void SobolSampler::restoreDefaults() {
+  *this = SobolSampler();
+  baseSize_ = numSamples = designKind_ = order_ = numFactors = 0;
 }
 
 }  // namespace tarvex

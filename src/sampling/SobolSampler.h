@@ -19,8 +19,8 @@ class SobolSampler : public Sampler {
  public:
   enum DesignKind : std::int32_t { kFirstAndTotal = 1, kUpToOrder = 3 };
 
-  SobolSampler();
-  std::unique_ptr<Sampler> clone() const override;
+  SobolSampler() : Sampler(kSobol, 0, 1) {}
+  std::unique_ptr<Sampler> clone() const override { return std::make_unique<SobolSampler>(*this); }
 
   std::int32_t baseSize() const { return baseSize_; }
   std::int32_t designKind() const { return designKind_; }
@@ -35,18 +35,18 @@ class SobolSampler : public Sampler {
   static std::int64_t blockCount(std::int32_t stochasticCount, std::int32_t order, std::int32_t kind, bool cheap);
   static constexpr std::int64_t kManyBlocks = std::int64_t{1} << 31;
 
-  double generate(double targetPercent, sampValues& store, FactorList& factors) override;
   void reset() override;
-
   void writeSection(TextWriter& out) const override;
-  void readSection(TextReader& in) override;
 
  private:
+  bool fill(double target, sampValues& store, FactorList& factors) override;
+  bool readItems(TextReader& in) override;
+  void restoreDefaults() override;
+
   bool begin(const FactorList& factors);
   bool makeBasePoint(const FactorList& factors);
   void openBlock(std::int32_t block);
   void fillRow(std::int32_t block, std::size_t baseRow, std::vector<double>& row) const;
-  bool readItems(TextReader& in);
 
   std::int32_t baseSize_ = 0;
   std::int32_t designKind_ = kFirstAndTotal;

@@ -1,8 +1,5 @@
 #include "sampling/designRows.h"
 
-#include <algorithm>
-
-#include "base/sampValues.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
 
@@ -23,19 +20,9 @@ std::vector<double> constantRow(const FactorList& factors) {
   return row;
 }
 
-bool addRun(sampValues& store, const std::vector<double>& row, std::string& errorText) {
-  if (store.addRow(row.data()) != 0) return true;
-  errorText = store.errorText();
-  return false;
-}
-
 std::string pointFailure(std::int32_t run) {
   // Kept: the percent sign behind the number stands in the text that users know.
   return "Sample number " + std::to_string(std::int64_t{run} + 1) + "%: generation failed";
-}
-
-bool noneNegative(std::initializer_list<std::int32_t> counts) {
-  return std::all_of(counts.begin(), counts.end(), [](std::int32_t count) { return count >= 0; });
 }
 
 }  // namespace tarvex

@@ -1,14 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
 namespace tarvex {
 
 class FactorList;
-class sampValues;
 
 // What the designs that fill the store run by run have in common.
 
@@ -16,11 +14,7 @@ class sampValues;
 std::vector<std::int32_t> stochasticFactors(const FactorList& factors);
 // A cell per factor of the list: constants at their value, all others 0.
 std::vector<double> constantRow(const FactorList& factors);
-// Appends a run; on failure the store's reason goes to `errorText`.
-[[nodiscard]] bool addRun(sampValues& store, const std::vector<double>& row, std::string& errorText);
 // What is said when point number `run` + 1 of the LP-tau sequence can't be made.
 std::string pointFailure(std::int32_t run);
-// Whether all counts are 0 or more.
-bool noneNegative(std::initializer_list<std::int32_t> counts);
 
 }  // namespace tarvex

@@ -74,7 +74,7 @@ TEST(ExactIndices, FastExtendedAndClassic) {
 TEST(ExactIndices, FastOnGroups) {
   const AnalyticModel model = ishigamiModel();
   auto sampler = fastDesign(FastSampler::kGroups, 2 * 65 * 100);  // a hundred curves for the group
-  sampler->addGroup("pair");
+  EXPECT_TRUE(sampler->addGroup("pair"));
   ASSERT_TRUE(sampler->addElement("pair", "x2") && sampler->addElement("pair", "x3"));
   const DesignStudy study = makeDesignStudy(model, std::move(sampler));
   FastStats stats;

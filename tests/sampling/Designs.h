@@ -59,7 +59,7 @@ inline bool generateInto(sampValues& store, Sampler& sampler, FactorList& factor
   factors.prepareOrder();
   double reached = 0.0;
   for (double target = step; reached >= 0.0 && reached < 50.0; target += step)
-    reached = sampler.generate(std::min(target, 50.0), store, factors);
+    reached = sampler.generate(target, store, factors);
   factors.releaseOrder();
   return reached == 50.0;
 }

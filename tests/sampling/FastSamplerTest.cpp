@@ -20,7 +20,7 @@ FastSampler configured(std::int32_t mode, std::int32_t runs, const Groups& group
   EXPECT_TRUE(sampler.setAnalysisMode(mode) && sampler.setSamples(runs));
   for (std::size_t g = 0; g < groups.size(); ++g) {
     const std::string name = "g" + std::to_string(g);
-    sampler.addGroup(name);
+    EXPECT_TRUE(sampler.addGroup(name));
     for (const std::string& element : groups[g]) EXPECT_TRUE(sampler.addElement(name, element));
   }
   return sampler;
@@ -108,6 +108,7 @@ TEST(FastSampler, sizesItsBlocks) {
     FastSampler sampler = configured(c.mode, c.runs, c.groups);
     FactorList factors = listOf(c.kinds);
     EXPECT_TRUE(sampler.checkSampleSize(factors.correlatableCount()));
+    EXPECT_EQ(sampler.designRuns(factors), c.generatedRuns);
     EXPECT_EQ(generated(sampler, factors).size(), static_cast<std::size_t>(c.generatedRuns));
     EXPECT_EQ(sampler.numSamples, c.generatedRuns);
     EXPECT_EQ(sampler.designTable(), c.table);

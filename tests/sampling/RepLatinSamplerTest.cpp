@@ -17,6 +17,15 @@ TEST(RepLatinSampler, settingsThatGiveNoDesign) {
     sampler.setReplications(r);
     EXPECT_EQ(refusal(sampler, factors), "  No samples to generate");
   }
+  // A change of the settings behind a design must not read beyond its table.
+  RepLatinSampler made;
+  EXPECT_TRUE(made.setBaseDesign(4));
+  generated(made, factors);
+  EXPECT_TRUE(made.hasRunTable());
+  made.setReplications(50);
+  EXPECT_FALSE(made.hasRunTable());
+  EXPECT_EQ(made.runOf(0, 0), nullptr);
+
   sampler.setChoice(1);
   sampValues store;
   ASSERT_TRUE(store.allocate(2));

@@ -77,7 +77,7 @@ TEST(Sampler, designsAreTheSameInStepsAgainAndAfterAStop) {
     const Table expected = generated(*sampler, factors);
     ASSERT_FALSE(expected.empty());
     EXPECT_EQ(sampler->numSamples, static_cast<std::int32_t>(expected.size()));
-    for (const double step : {1.0, 7.0, 50.0}) {
+    for (const double step : {1.0, 7.0, 50.0, 150.0}) {
       sampler->numSamples = asked;  // FAST reports what its blocks took of them
       EXPECT_EQ(generated(*sampler, factors, step), expected) << step;
       // One that is given up leaves no trace in the next one.
@@ -138,6 +138,10 @@ TEST(Sampler, sectionsThatDoNotFitAreRefused) {
            Section{"no factors", kRepLatin, "44\n6\n0\n0\n2\n3\n" + kElements + kRunTable},
            Section{"empty lines that don't follow", kRepLatin, "44\n6\n2\n0\n2147483647\n0\n" + kElements + kRunTable},
            Section{"table of another width", kFixed, "1\n3\n1\n2\n0\n0.5\t2\t\n"},
+           Section{"more runs than the table", kFixed, "100\n2\n1\n2\n0\n0.5\t2\t\n"},
+           Section{"kind of no design", kSobol, "16\n160\n2\n1\n6\n"},
+           Section{"no design heading", kFast, kFastHead + "0\n0 groups:\n0 elements in groups\n1\t1\t65\t65\n"},
+           Section{"no heading of effects", kMorris, "6\n2\n4\n2\n5\n-1\n0\n"},
            Section{"effects without a base point", kMorris, morris + "0\n0\n-1\n0\n"},
            Section{"effect of no factor", kMorris, morris + "-1\n2\n-1\n0\n"},
            Section{"effect below", kMorris, morris + "-1\n-2\n-1\n0\n"},
