@@ -70,7 +70,7 @@ bool RunController::generateSample() {
   if (!done) return false;
   modified = true;
   sampleStale = false;
-  for (const std::string& text : {project.prep.sampler->warningText, project.prep.relationFailures()})
+  for (const std::string& text : {project.prep.warnings(), project.prep.relationFailures()})
     if (!text.empty()) frontEnd_.message(MessageKind::Warning, "Warning", text);
   return true;
 }
@@ -96,7 +96,7 @@ bool RunController::driveGeneration() {
     percent = prep.generate(++target);
   }
   if (percent >= kDone) return true;
-  fail(prep.sampler->errorText);
+  fail(prep.errorText());
   frontEnd_.closeProgress();
   prep.cancelGeneration();
   return false;

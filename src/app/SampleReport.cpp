@@ -82,7 +82,7 @@ void reportDesign(Document& out, const PrepConfiguration& prep) {
 void reportSampleStatistics(Document& out, const PrepConfiguration& prep) {
   SampleStatistics made;
   const SampleStatistics* statistics = prep.sampleStatistics ? &*prep.sampleStatistics : &made;
-  if (!prep.sampleStatistics) made.compute(prep.samples);
+  if (!prep.sampleStatistics && !made.compute(prep.samples)) return;
   if (statistics->size() != prep.factors.factorCount()) return;
 
   std::vector<std::string> varying;  // constants have no correlation to look at

@@ -1,10 +1,12 @@
 #include "sampling/PrepConfiguration.h"
 
 #include <algorithm>
-#include <cctype>
+#include <new>
 
+#include "base/Names.h"
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
+#include "base/TextRules.h"
 #include "base/TextWriter.h"
 #include "factors/Distribution.h"
 #include "factors/Relation.h"
@@ -13,23 +15,37 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::size_t kStatisticsRestLimit = 254;  // characters behind the statistics block's last number
-constexpr std::size_t kPathLimit = 1023;
-constexpr std::size_t kMethodNumberDigits = 10;
+constexpr std::int32_t kDone = 100;         // percent
+constexpr std::int32_t kSamplerShare = 50;  // percent that belong to the sampler
 
-// Whether the next line is the method number of a sampler section. A record without a sampler has its directory line
-// there, which is empty or a path.
-bool methodNumberFollows(TextReader& in) {
-  const std::string_view line = in.peekLine(kMethodNumberDigits + 1);
-  return !line.empty() && line.size() <= kMethodNumberDigits + 1 &&
-         std::all_of(line.begin(), line.end(), [&line](const char& c) {
-           return std::isdigit(static_cast<unsigned char>(c)) != 0 ||
-                  (c == '-' && &c == line.data() && line.size() > 1);
-         });
+constexpr std::size_t kStatisticsRestLimit = 254;  // characters behind the statistics block's last number
+constexpr LineRule kDirectoryLine{"the directory", 1023};
+constexpr LineRule kSampleFileLine{"the path of the sample file", 1023};
+
+constexpr std::string_view kPathSigns = "/\\:";
+
+// A record without a sampler has its directory line in the section's place, which is empty or a path.
+bool samplerFollows(TextReader& in) {
+  const std::string_view line = in.peekLine(kDirectoryLine.maxChars);
+  return !firstWord(line).empty() && line.find_first_of(kPathSigns) == std::string_view::npos;
+}
+
+// The remembered directory as the record keeps it; none where a line can't.
+std::string directoryLine(bool hasSampler) {
+  const std::string& directory = RememberedDirectories::get(RememberedDirectories::Prep);
+  if (!kDirectoryLine.problem(directory).empty()) return {};
+  // Without a sampler before it a bare name would be taken for one.
+  const bool bare = !directory.empty() && directory.find_first_of(kPathSigns) == std::string::npos;
+  return bare && !hasSampler ? "./" + directory : directory;
 }
 
 void releaseTable(Factor& factor) {
   if (auto* distribution = dynamic_cast<Distribution*>(&factor)) distribution->clearTable();
+}
+
+void addParagraph(std::string& text, const std::string& paragraph) {
+  if (!text.empty() && !paragraph.empty()) text += '\n';
+  text += paragraph;
 }
 
 }  // namespace
@@ -42,54 +58,97 @@ PrepConfiguration& PrepConfiguration::operator=(const PrepConfiguration& other) 
   if (this == &other) return *this;
   factors = other.factors;
   sampler = other.sampler ? other.sampler->clone() : nullptr;
-  samples = other.samples;
+  if (other.isHalfMade())
+    samples.clear();
+  else
+    samples = other.samples;
   sampleFile = other.sampleFile;
   sampleStatistics = other.sampleStatistics;
   external = other.external;
   factorNames = other.factorNames;
+  stage_ = other.stage_;
+  askedRuns_ = other.askedRuns_;
   nextFactor_ = other.nextFactor_;
   nextRow_ = other.nextRow_;
   failedRows_ = other.failedRows_;
+  warnings_ = other.warnings_;
+  errorText_ = other.errorText_;
+  if (isHalfMade()) dropHalfMade();
   return *this;
 }
 
+bool PrepConfiguration::fail(const std::string& text) {
+  errorText_ = text;
+  if (sampler) sampler->errorText = text;
+  return false;
+}
+
 bool PrepConfiguration::prepareGeneration() {
-  samples.clear();
-  if (!samples.allocate(factors.factorCount())) {
-    sampler->errorText = samples.errorText();
-    return false;
-  }
-  sampler->errorText = "No errors";
-  sampler->warningText.clear();
+  warnings_.clear();
+  if (external == 1) return true;
+  if (!sampler) return fail("  No samples to generate");
+  sampValues empty;
+  if (!empty.allocate(factors.factorCount())) return fail(empty.errorText());
+  addParagraph(warnings_, sampler->warningBefore(factors));
+
+  empty.setOrder(samples.order());
+  samples = std::move(empty);
+  errorText_ = sampler->errorText = "No errors";
+  askedRuns_ = sampler->numSamples;
   sampler->reset();
   sampleStatistics.reset();
   factorNames.clear();
   for (std::int32_t i = 0; i < factors.factorCount(); ++i) factorNames.push_back(factors.factor(i).name);
   failedRows_.assign(factorNames.size(), 0);
   factors.prepareOrder();
-  nextFactor_ = -1;
+  stage_ = Stage::Design;
+  nextFactor_ = 0;
   nextRow_ = 0;
   return true;
 }
 
 std::int32_t PrepConfiguration::generate(std::int32_t target) {
-  constexpr std::int32_t kSamplerShare = 50;  // percent that belong to the sampler
-  constexpr std::int32_t kDone = 100;
-  if (external == 1) return kDone;
-  if (target <= kSamplerShare) return static_cast<std::int32_t>(sampler->generate(target, samples, factors));
-  if (sampler->methodId == kFixed) {
-    factors.releaseOrder();
-    return kDone;
+  constexpr std::int32_t kFailed = -1;
+  if (external == 1 || stage_ == Stage::Done) return kDone;
+  if (stage_ == Stage::Idle) {
+    fail("The generation has not been prepared.");
+    return kFailed;
   }
+  try {
+    std::int32_t percent = 0;
+    if (stage_ == Stage::Design && !passDesign(percent, target)) return kFailed;
+    if (stage_ == Stage::Values && !passValues(percent, std::min(target, kDone))) return kFailed;
+    return percent;
+  } catch (const std::bad_alloc&) {
+    fail("There is not enough memory for a sample of " + std::to_string(samples.rows()) + " runs.");
+    return kFailed;
+  }
+}
 
-  if (nextFactor_ == -1) nextFactor_ = nextRow_ = 0;
-  const std::int32_t count = factors.factorCount();
-  const std::int32_t runs = std::min(sampler->numSamples, samples.rows());
-  const double cells = static_cast<double>(count) * runs;
-  std::int32_t percent = cells > 0.0 ? 0 : kDone;
+// The sampler's percents. Beyond them the value pass begins, but of typed samples, which are values already.
+bool PrepConfiguration::passDesign(std::int32_t& percent, std::int32_t target) {
+  const double reached = sampler->generate(target, samples, factors);
+  if (reached < 0.0) return fail(sampler->errorText);
+  percent = static_cast<std::int32_t>(reached);
+  if (target <= kSamplerShare) return true;
+  // A design that isn't complete by now makes no runs at all.
+  if (reached < Sampler::kComplete || samples.rows() == 0) return fail("  No samples to generate");
+  if (sampler->methodId != kFixed) {
+    stage_ = Stage::Values;
+    return true;
+  }
+  percent = kDone;
+  stage_ = Stage::Done;
+  factors.releaseOrder();
+  return true;
+}
+
+bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target) {
+  const std::int32_t runs = samples.rows();
+  const double cells = static_cast<double>(factors.factorCount()) * runs;
   while (percent < target) {
     const std::int32_t f = factors.factorAt(nextFactor_);
-    if (!passCell(f)) return -1;
+    if (!passCell(f)) return false;
     if (++nextRow_ == runs) {
       releaseTable(factors.factor(f));
       ++nextFactor_;
@@ -98,66 +157,68 @@ std::int32_t PrepConfiguration::generate(std::int32_t target) {
     percent = static_cast<std::int32_t>(((static_cast<double>(nextFactor_) * runs + nextRow_) / cells + 1.0) *
                                         (kDone - kSamplerShare));
   }
-  if (percent >= kDone) {
-    nextFactor_ = -1;
-    factors.releaseOrder();
-    sampleStatistics.emplace().compute(samples);
-  }
-  return percent;
+  return percent < kDone || finishGeneration();
+}
+
+bool PrepConfiguration::finishGeneration() {
+  SampleStatistics statistics;
+  if (!statistics.compute(samples)) return fail(samples.errorText());
+  sampleStatistics = std::move(statistics);
+  factors.releaseOrder();
+  stage_ = Stage::Done;
+  return true;
 }
 
 // Turns the cell of the factor in the run `nextRow_` into a factor value.
 bool PrepConfiguration::passCell(std::int32_t factorIndex) {
   Factor& factor = factors.factor(factorIndex);
   if (factor.isConstant()) return true;
-  if (factor.isRelation()) {
-    double* row = samples.rowPointer(nextRow_);
-    double value = 0.0;
-    if (row == nullptr) {
-      sampler->errorText = samples.errorText();
-      return false;
-    }
-    if (!static_cast<Relation&>(factor).evaluate(factorNames, row, value))
-      ++failedRows_[static_cast<std::size_t>(factorIndex)];
-    row[factorIndex] = value;
-    return true;
-  }
+  if (factor.isRelation()) return passRelation(static_cast<Relation&>(factor), factorIndex);
   // A plain factor, as external samples have them, knows no distribution.
   auto* distribution = dynamic_cast<Distribution*>(&factor);
   const bool refused =
       distribution == nullptr || (nextRow_ == 0 && distribution->needsTable() && !distribution->prepareInverse());
-  if (refused) {
-    sampler->errorText = "I cannot calculate the inverse cumulative of factor " + std::to_string(nextFactor_ + 1) +
-                         " : generation aborted";
-    return false;
-  }
+  if (refused)
+    return fail("I cannot calculate the inverse cumulative of factor " + std::to_string(nextFactor_ + 1) +
+                " : generation aborted");
   double u = 0.0;
-  if (samples.getColumnValue(nextRow_, factorIndex, u) &&
-      samples.setColumnValue(nextRow_, factorIndex, distribution->value(u)))
-    return true;
-  sampler->errorText = samples.errorText();
-  return false;
+  return (samples.getColumnValue(nextRow_, factorIndex, u) &&
+          samples.setColumnValue(nextRow_, factorIndex, distribution->value(u))) ||
+         fail(samples.errorText());
+}
+
+bool PrepConfiguration::passRelation(Relation& relation, std::int32_t factorIndex) {
+  double* row = samples.rowPointer(nextRow_);
+  if (row == nullptr) return fail(samples.errorText());
+  double value = 0.0;
+  if (!relation.evaluate(factorNames, row, value)) ++failedRows_[static_cast<std::size_t>(factorIndex)];
+  row[factorIndex] = value;
+  return true;
 }
 
 void PrepConfiguration::cancelGeneration() {
-  if (nextFactor_ >= 0 && nextFactor_ < factors.factorCount())
-    releaseTable(factors.factor(factors.factorAt(nextFactor_)));
+  if (isHalfMade()) dropHalfMade();
+}
+
+void PrepConfiguration::dropHalfMade() {
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) releaseTable(factors.factor(i));
   samples.clear();
   factorNames.clear();
+  failedRows_.clear();
   factors.releaseOrder();
   sampleStatistics.reset();
-  nextFactor_ = -1;
+  sampler->reset();
+  sampler->numSamples = askedRuns_;
+  stage_ = Stage::Idle;
 }
 
 std::string PrepConfiguration::relationFailures() const {
   std::string text;
-  for (std::size_t i = 0; i < failedRows_.size(); ++i) {
-    if (failedRows_[i] == 0) continue;
-    if (!text.empty()) text += '\n';
-    text += "The relation " + factors.factor(static_cast<std::int32_t>(i)).name + " could not be evaluated in " +
-            std::to_string(failedRows_[i]) + " of " + std::to_string(samples.rows()) +
-            " runs and has the value 0 there.";
-  }
+  for (std::size_t i = 0; i < failedRows_.size(); ++i)
+    if (failedRows_[i] > 0)
+      addParagraph(text, "The relation " + factorNames[i] + " could not be evaluated in " +
+                             std::to_string(failedRows_[i]) + " of " + std::to_string(samples.rows()) +
+                             " runs and has the value 0 there.");
   return text;
 }
 
@@ -168,33 +229,54 @@ void PrepConfiguration::write(TextWriter& out) const {
   if (sampleStatistics) sampleStatistics->write(out);
   factors.write(out);
   if (sampler) sampler->write(out);
-  out << RememberedDirectories::get(RememberedDirectories::Prep) << '\n' << sampleFile << "\n\n";
+  out << directoryLine(sampler != nullptr) << '\n';
+  kSampleFileLine.write(out, sampleFile);
+  out << '\n';
 }
 
 bool PrepConfiguration::read(TextReader& in) {
-  in >> external;
-  samples.read(in);
-  std::int32_t hasStatistics = 0;
-  in >> hasStatistics;
-  in.skipLine();
-  sampleStatistics.reset();
-  if (hasStatistics == 1) {
-    std::string rest;
-    sampleStatistics.emplace().read(in);
-    in.readLine(rest, kStatisticsRestLimit);
-  }
-  if (in.fail() || !factors.read(in)) {
-    in.setFail();
-    return false;
-  }
-  sampler.reset();
-  if (methodNumberFollows(in)) sampler = readSampler(in);
+  *this = PrepConfiguration();
   std::string directory;
-  in.readLine(directory, kPathLimit);
-  in.readLine(sampleFile, kPathLimit);
-  if (in.fail()) return false;
+  if (!readSample(in)) return false;
+  if (!factors.read(in)) return in.refuse("the list of factors can't be used");
+  if (samples.rows() > 0 && samples.columns() != factors.factorCount())
+    return in.refuse("the table has " + std::to_string(samples.columns()) + " columns for " +
+                     std::to_string(factors.factorCount()) + " factors");
+  if (samplerFollows(in) && !readSampler(in)) return false;
+  if (!kDirectoryLine.read(in, directory) || !kSampleFileLine.read(in, sampleFile)) return false;
   RememberedDirectories::set(RememberedDirectories::Prep, directory);
   return true;
+}
+
+// The table with its statistics.
+bool PrepConfiguration::readSample(TextReader& in) {
+  const auto readFlag = [&in](const char* what, std::int32_t& flag) {
+    in.expect(what) >> flag;
+    return in.ok() &&
+           (flag == 0 || flag == 1 || in.refuse(std::string(what) + " must be 0 or 1, not " + std::to_string(flag)));
+  };
+  std::int32_t hasStatistics = 0;
+  if (!readFlag("the flag of an external sample", external)) return false;
+  samples.read(in);
+  if (!readFlag("the flag of statistics", hasStatistics)) return false;
+  in.skipLine();
+  if (hasStatistics == 0) return true;
+  if (!sampleStatistics.emplace().read(in)) return false;
+  if (samples.rows() > 0 && sampleStatistics->size() != samples.columns())
+    return in.refuse("the statistics are of " + std::to_string(sampleStatistics->size()) + " columns, the table has " +
+                     std::to_string(samples.columns()));
+  std::string rest;
+  return in.readLine(rest, kStatisticsRestLimit);
+}
+
+// The method, with what it records of the runs of the table.
+bool PrepConfiguration::readSampler(TextReader& in) {
+  sampler = tarvex::readSampler(in);
+  if (!sampler) return false;
+  const std::int64_t recorded = sampler->recordedRuns();
+  return samples.rows() == 0 || recorded < 0 || recorded == samples.rows() ||
+         in.refuse("the design of the method " + sampler->methodName + " has " + std::to_string(recorded) +
+                   " runs, the table " + std::to_string(samples.rows()));
 }
 
 }  // namespace tarvex

@@ -13,8 +13,10 @@
 
 namespace tarvex {
 
+class Relation;
+
 // The pre-processor's part of a project: the factors, the sampling method with its settings, the generated sample and
-// its statistics.
+// its statistics. A copy of one whose generation is under way has no sample.
 class PrepConfiguration {
  public:
   PrepConfiguration() = default;
@@ -30,14 +32,20 @@ class PrepConfiguration {
   std::optional<SampleStatistics> sampleStatistics;
   std::int32_t external = 0;  // 1: from an external file, neither edited nor generated
 
-  // Ready for generate(): empty store of the right width, sampler reset, cursor before the first cell. False when the
-  // store refuses; its text is then the sampler's errorText. Requires: a sampler.
+  // Whether a generation can start, and its start: empty store of the right width, sampler reset, cursor before the
+  // first cell. False, with everything as it was and the reason in errorText(), without a sampler or factors and for a
+  // factor whose parameters can't be used. True for an external sample, of which nothing changes.
   [[nodiscard]] bool prepareGeneration();
+  // What the user is to be told before the prepared sample is made; empty when there is nothing.
+  const std::string& warnings() const { return warnings_; }
   // Goes on to `target` percent and returns the percent reached; 100 when the sample is complete, -1 on failure with
-  // the text in the sampler. Percents to 50 are the sampler's, the others the value pass, column by column.
+  // the text in errorText(). Percents to 50 are the sampler's, the others the value pass, column by column. An external
+  // sample is complete: 100 at once. Requires, for any other: prepareGeneration.
   std::int32_t generate(std::int32_t target);
-  // Drops the half-made sample.
+  // Drops the half-made sample; does nothing when there is none.
   void cancelGeneration();
+  // Why prepareGeneration or generate failed last; the sampler has the same.
+  const std::string& errorText() const { return errorText_; }
 
   // How many rows of which relation could not be evaluated in the last generation; empty when all could.
   std::string relationFailures() const;
@@ -49,11 +57,27 @@ class PrepConfiguration {
   std::vector<std::string> factorNames;  // filled by prepareGeneration
 
  private:
-  bool passCell(std::int32_t factorIndex);
+  enum class Stage { Idle, Design, Values, Done };
 
-  std::int32_t nextFactor_ = -1;  // cursor of the value pass: place in the factor order
+  bool isHalfMade() const { return stage_ == Stage::Design || stage_ == Stage::Values; }
+  bool fail(const std::string& text);
+  bool passDesign(std::int32_t& percent, std::int32_t target);
+  bool passValues(std::int32_t& percent, std::int32_t target);
+  bool passCell(std::int32_t factorIndex);
+  bool passRelation(Relation& relation, std::int32_t factorIndex);
+  bool finishGeneration();
+  void dropHalfMade();
+
+  bool readSample(TextReader& in);
+  bool readSampler(TextReader& in);
+
+  Stage stage_ = Stage::Idle;
+  std::int32_t askedRuns_ = 0;   // of the sampler, before a generation that may change the number
+  std::int32_t nextFactor_ = 0;  // cursor of the value pass: place in the factor order
   std::int32_t nextRow_ = 0;
   std::vector<std::int32_t> failedRows_;  // per factor, rows whose relation failed
+  std::string warnings_;
+  std::string errorText_ = "No errors";
 };
 
 }  // namespace tarvex

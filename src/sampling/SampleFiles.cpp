@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 
 #include "base/Names.h"
 #include "base/TextReader.h"
+#include "base/TextRules.h"
 #include "base/TextWriter.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/RandomSampler.h"
@@ -14,17 +16,19 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kExternalLineLimit = 256;
+constexpr NameRule kNameRule{"the factor name", Factor::kMaxName};  // what a sample file takes back
 
 // A count of an external sample: a line of digits alone, at least 1.
-bool readExternalCount(TextReader& in, std::int32_t& count) {
+bool readExternalCount(TextReader& in, const char* what, std::int32_t& count) {
   std::string line;
-  if (!in.readLine(line, kExternalLineLimit)) return false;
+  if (!in.expect(what).readLine(line, kExternalLineLimit)) return false;
   const bool clean = std::none_of(line.begin(), line.end(), [](char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0 || isForbiddenInName(c);
   });
   TextReader number = TextReader::fromText(line);
   number >> count;
-  return clean && number.ok() && count >= 1;
+  return (clean && number.ok() && count >= 1) ||
+         in.refuse(std::string(what) + " must be a whole number of 1 or more, not '" + line + "'");
 }
 
 bool readExternalNames(TextReader& in, std::int32_t count, FactorList& factors) {
@@ -32,9 +36,9 @@ bool readExternalNames(TextReader& in, std::int32_t count, FactorList& factors) 
   if (!in.checkCount(count, kShortestNameLine)) return false;
   std::string line;
   for (std::int32_t i = 0; i < count; ++i) {
-    if (!in.readLine(line, kExternalLineLimit)) return false;
+    if (!in.expect("a factor name").readLine(line, kExternalLineLimit)) return false;
     const std::string_view name = firstWord(line);
-    if (name.empty() || isForbiddenAtNameStart(name.front())) return false;
+    if (const std::string problem = kNameRule.problem(name); !problem.empty()) return in.refuse(problem);
     auto factor = std::make_unique<Factor>();
     factor->name = name;
     factors.addFactor(std::move(factor));
@@ -43,12 +47,45 @@ bool readExternalNames(TextReader& in, std::int32_t count, FactorList& factors) 
 }
 
 bool readExternalValues(TextReader& in, std::int32_t count, sampValues& samples) {
+  constexpr std::uint64_t kLeastNumber = 2;  // a digit and what parts it from the next
+  const std::int64_t numbers = static_cast<std::int64_t>(count) * samples.columns();
+  if (!in.checkCount(numbers - 1, kLeastNumber)) return false;
   std::vector<double> row(static_cast<std::size_t>(samples.columns()));
   for (std::int32_t r = 0; r < count; ++r) {
-    for (double& value : row) in >> value;
-    if (in.fail() || samples.addRow(row.data()) == 0) return false;
+    for (double& value : row) in.expect("a number of the sample") >> value;
+    if (in.fail()) return false;
+    if (samples.addRow(row.data()) == 0) return in.refuse(samples.errorText());
   }
   return true;
+}
+
+bool readExternal(TextReader& in, PrepConfiguration& prep) {
+  std::int32_t runs = 0;
+  std::int32_t factorCount = 0;
+  if (!readExternalCount(in, "the number of samples", runs) ||
+      !readExternalCount(in, "the number of factors", factorCount) || !readExternalNames(in, factorCount, prep.factors))
+    return false;
+  if (!prep.samples.allocate(factorCount)) return in.refuse(prep.samples.errorText());
+  if (!readExternalValues(in, runs, prep.samples)) return false;
+  prep.sampler = std::make_unique<RandomSampler>();
+  prep.sampler->numSamples = runs;
+  prep.sampler->setNumFactors(factorCount);
+  SampleStatistics statistics;
+  if (!statistics.compute(prep.samples)) return in.refuse(prep.samples.errorText());
+  prep.sampleStatistics = std::move(statistics);
+  prep.external = 1;
+  return true;
+}
+
+// Whether a file is there that is no sample file: those begin with four numbers, an external sample with two.
+bool holdsOtherText(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return false;
+  TextReader in = TextReader::fromFile(path);
+  if (in.fail() || in.atEnd()) return false;
+  std::int32_t number = 0;
+  in >> number >> number >> number >> number;
+  return in.fail();
 }
 
 }  // namespace
@@ -57,7 +94,7 @@ bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::strin
   TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loaded;
   if (in.fail() || !loaded.read(in)) {
-    message = "Error reading samples file";
+    message = withProblem("Error reading samples file", in);
     return false;
   }
   prep = std::move(loaded);
@@ -68,20 +105,10 @@ bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::s
                         const Progress& progress) {
   TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loaded;
-  std::int32_t runs = 0;
-  std::int32_t factorCount = 0;
-  if (!readExternalCount(in, runs) || !readExternalCount(in, factorCount) ||
-      !readExternalNames(in, factorCount, loaded.factors) || !loaded.samples.allocate(factorCount) ||
-      !readExternalValues(in, runs, loaded.samples)) {
-    message = "Error reading external samples file";
+  if (in.fail() || !readExternal(in, loaded)) {
+    message = withProblem("Error reading external samples file", in);
     return false;
   }
-  auto sampler = std::make_unique<RandomSampler>();
-  if (!sampler->setSamples(runs)) return false;
-  sampler->setNumFactors(factorCount);
-  loaded.sampler = std::move(sampler);
-  loaded.sampleStatistics.emplace().compute(loaded.samples);
-  loaded.external = 1;
   loaded.sampleFile = path;
   prep = std::move(loaded);
   return true;
@@ -94,11 +121,16 @@ std::uint64_t recordBytes(const PrepConfiguration& prep) {
 
 bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message,
                     const Progress& progress) {
+  constexpr const char* kLocked = "Error trying to write to the Sample file.\nIs it locked by another application?";
+  if (prep.external == 1 && holdsOtherText(path)) {
+    message = std::string(kLocked) + "\n" + path + " is no sample file. What a sample was imported from isn't written.";
+    return false;
+  }
   TextWriter out(path);
   out.watch(progress, recordBytes(prep));
   prep.write(out);
   if (out.commit()) return true;
-  message = "Error trying to write to the Sample file.\nIs it locked by another application?";
+  message = withProblem(kLocked, out);
   return false;
 }
 

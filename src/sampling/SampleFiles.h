@@ -9,14 +9,16 @@ namespace tarvex {
 
 class PrepConfiguration;
 
-// Sample files as a whole. On failure or a stop `prep`, or the old file, stays as it was and the message is the
-// system's.
+// Sample files as a whole. On failure or a stop `prep`, or the old file, stays as it was; the message is the system's
+// and, on the next line, where and what was found or what the system said.
 
 [[nodiscard]] bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::string& message,
                                   const Progress& progress = {});
-// An external sample: counts, factor names, numbers. Its factors have no distribution.
+// An external sample: counts, factor names, numbers. Its factors have no distribution, their names are such as a sample
+// file takes. `sampleFile` is then `path`.
 [[nodiscard]] bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::string& message,
                                       const Progress& progress = {});
+// An external sample doesn't go over a text that is no sample file: it could be the one that it was imported from.
 [[nodiscard]] bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message,
                                   const Progress& progress = {});
 // About how many bytes the record of `prep` takes in a file, for the progress of writing it.

@@ -34,7 +34,7 @@ std::unique_ptr<Sampler> selectedFixed(const FixedSampler& whole, const sampValu
   kept->setOrder(whole.values().order());
   const bool taken = forRuns(samples, runs, message, [&](const std::vector<double>& row) {
     if (kept->addRow(row)) return true;
-    message = kept->values().errorText();
+    message = kept->errorText;
     return false;
   });
   if (!taken) return nullptr;
@@ -86,7 +86,12 @@ bool selectRuns(const PrepConfiguration& prep, const std::vector<std::int32_t>& 
   made.factors = prep.factors;
   made.external = prep.external;
   made.factorNames = prep.factorNames;
-  made.sampleStatistics.emplace().compute(made.samples);
+  SampleStatistics statistics;
+  if (!statistics.compute(made.samples)) {
+    message = made.samples.errorText();
+    return false;
+  }
+  made.sampleStatistics = std::move(statistics);
   selection = std::move(made);
   return true;
 }

@@ -5,10 +5,17 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
+#include "sampling/Sampler.h"
 
 namespace tarvex {
 
-void SampleStatistics::compute(const sampValues& samples) {
+namespace {
+
+constexpr std::int32_t kMoments = 4;  // a column
+
+}  // namespace
+
+bool SampleStatistics::compute(const sampValues& samples) {
   const std::int32_t rows = samples.rows();
   const auto columns = static_cast<std::size_t>(samples.columns());
   const double divisor = rows - 1.0;
@@ -16,7 +23,7 @@ void SampleStatistics::compute(const sampValues& samples) {
 
   std::vector<double> means(columns, 0.0);
   for (std::int32_t r = 0; r < rows; ++r) {
-    samples.getRow(r, row.data());
+    if (!samples.getRow(r, row.data())) return false;
     for (std::size_t c = 0; c < columns; ++c) means[c] += row[c];
   }
   // Kept: the mean divides by n - 1, and deviations are taken from that mean; saved samples hold these numbers.
@@ -26,7 +33,7 @@ void SampleStatistics::compute(const sampValues& samples) {
   std::vector<double> cubes(columns, 0.0);
   std::vector<double> fourths(columns, 0.0);
   for (std::int32_t r = 0; r < rows; ++r) {
-    samples.getRow(r, row.data());
+    if (!samples.getRow(r, row.data())) return false;
     for (std::size_t c = 0; c < columns; ++c) row[c] -= means[c];
     for (std::size_t i = 0; i < columns; ++i) {
       for (std::size_t j = i; j < columns; ++j) products[i * columns + j] += row[i] * row[j];
@@ -38,23 +45,24 @@ void SampleStatistics::compute(const sampValues& samples) {
 
   size_ = samples.columns();
   correlation_.assign(columns * columns, 0.0);
-  moments_.assign(columns * 4, 0.0);
+  moments_.assign(columns * kMoments, 0.0);
   for (std::size_t c = 0; c < columns; ++c) {
     const double s = std::sqrt(products[c * columns + c] / divisor);
-    moments_[c * 4] = means[c];
-    moments_[c * 4 + 1] = s;
-    moments_[c * 4 + 2] = cubes[c] / (divisor * s * s * s);
-    moments_[c * 4 + 3] = fourths[c] / (divisor * s * s * s * s) - 3.0;
+    moments_[c * kMoments] = means[c];
+    moments_[c * kMoments + 1] = s;
+    moments_[c * kMoments + 2] = cubes[c] / (divisor * s * s * s);
+    moments_[c * kMoments + 3] = fourths[c] / (divisor * s * s * s * s) - 3.0;
   }
   for (std::size_t i = 0; i < columns; ++i) {
     correlation_[i * columns + i] = 1.0;
     for (std::size_t j = i + 1; j < columns; ++j) {
-      const double si = moments_[i * 4 + 1];
-      const double sj = moments_[j * 4 + 1];
+      const double si = moments_[i * kMoments + 1];
+      const double sj = moments_[j * kMoments + 1];
       const double r = si == 0.0 || sj == 0.0 ? 0.0 : products[i * columns + j] / (divisor * si * sj);
       correlation_[i * columns + j] = correlation_[j * columns + i] = r;
     }
   }
+  return true;
 }
 
 void SampleStatistics::write(TextWriter& out) const {
@@ -67,26 +75,24 @@ void SampleStatistics::write(TextWriter& out) const {
   };
   out << size_ << '\n';
   writeTable(correlation_, columns);
-  writeTable(moments_, 4);
+  writeTable(moments_, kMoments);
 }
 
-void SampleStatistics::read(TextReader& in) {
+bool SampleStatistics::read(TextReader& in) {
   constexpr std::uint64_t kBytesEach = 2;  // a digit and a separator
   std::int32_t size = 0;
-  in >> size;
+  if (!readAtLeast(in, "the number of columns of the statistics", 0, size)) return false;
   const std::int64_t cells = static_cast<std::int64_t>(size) * size;
-  if (in.fail() || size < 0 || !in.checkCount(cells + 4LL * size, kBytesEach)) {
-    in.setFail();
-    return;
-  }
+  if (!in.checkCount(cells + std::int64_t{kMoments} * size, kBytesEach)) return false;
   std::vector<double> correlation(static_cast<std::size_t>(cells));
-  std::vector<double> moments(static_cast<std::size_t>(size) * 4);
-  for (double& value : correlation) in >> value;
-  for (double& value : moments) in >> value;
-  if (in.fail()) return;
+  std::vector<double> moments(static_cast<std::size_t>(size) * kMoments);
+  for (double& value : correlation) in.expect("a correlation of the statistics") >> value;
+  for (double& value : moments) in.expect("a moment of the statistics") >> value;
+  if (in.fail()) return false;
   size_ = size;
   correlation_ = std::move(correlation);
   moments_ = std::move(moments);
+  return true;
 }
 
 double SampleStatistics::correlation(std::int32_t i, std::int32_t j) const {
@@ -96,7 +102,7 @@ double SampleStatistics::correlation(std::int32_t i, std::int32_t j) const {
 
 double SampleStatistics::moment(std::int32_t column, int which) const {
   if (column < 0 || column >= size_) return kUnavailable;
-  return moments_[static_cast<std::size_t>(column) * 4 + static_cast<std::size_t>(which)];
+  return moments_[static_cast<std::size_t>(column) * kMoments + static_cast<std::size_t>(which)];
 }
 
 }  // namespace tarvex

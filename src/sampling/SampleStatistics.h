@@ -14,10 +14,11 @@ class SampleStatistics {
  public:
   static constexpr double kUnavailable = -10.0;  // what the accessors give out of range
 
-  void compute(const sampValues& samples);
+  // False, with nothing changed, when the store can't be read. Of less than two runs they are not numbers.
+  [[nodiscard]] bool compute(const sampValues& samples);
   void write(TextWriter& out) const;
-  // Reads order, matrix and moments; the rest of the last line is left. Bad content sets the reader's fail state.
-  void read(TextReader& in);
+  // Reads order, matrix and moments; the rest of the last line is left. False, with nothing changed, for bad content.
+  [[nodiscard]] bool read(TextReader& in);
 
   std::int32_t size() const { return size_; }
   double correlation(std::int32_t i, std::int32_t j) const;

@@ -1,6 +1,9 @@
 #include "sampling/PrepConfiguration.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
 
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
@@ -79,7 +82,7 @@ TEST(SampleFiles, damagedOnesLeaveTheConfiguration) {
     std::string message;
     test::writeFile(directory.file("cut.sam"), test::readFile(test::goldenPath(name)).substr(0, 300));
     EXPECT_FALSE(loadSampleFile(directory.file("cut.sam"), prep, message));
-    EXPECT_EQ(message, "Error reading samples file");
+    EXPECT_TRUE(message.starts_with("Error reading samples file\n" + directory.file("cut.sam") + ":")) << message;
     EXPECT_EQ(recordOf(prep), before);
   }
 }
@@ -130,52 +133,138 @@ TEST(PrepConfiguration, aStopLeavesNothingBehind) {
   }
 }
 
+// What a stop, a copy or a failure leaves must still be usable.
+TEST(PrepConfiguration, operationsOutOfOrderAreSafe) {
+  PrepConfiguration none;
+  EXPECT_FALSE(none.prepareGeneration());
+  EXPECT_EQ(none.errorText(), "  No samples to generate");
+  EXPECT_EQ(none.generate(1), -1);
+  none.cancelGeneration();
+  for (const std::int32_t stop : {20, 70}) {
+    PrepConfiguration prep = uniformPair(400);
+    ASSERT_TRUE(prep.prepareGeneration());
+    ASSERT_LT(prep.generate(stop), 100);
+    PrepConfiguration copy = prep;
+    copy.cancelGeneration();
+    EXPECT_EQ(copy.samples.rows(), 0);
+    EXPECT_EQ(copy.generate(80), -1);
+    EXPECT_EQ(prep.generate(1000), 100) << "in one step, beyond the end";
+    ASSERT_EQ(generateAll(copy), 100);
+    EXPECT_EQ(recordOf(copy), recordOf(prep));
+    prep.cancelGeneration();
+    EXPECT_EQ(prep.samples.rows(), 400) << "a finished sample is not half-made";
+  }
+}
+
+TEST(PrepConfiguration, aSampleBeyondMemoryIsRefused) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer takes more addresses than the limit";
+#endif
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_AS, &limit), 0);
+  const rlimit small{std::min<rlim_t>(limit.rlim_cur, rlim_t{1} << 33), limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &small), 0);
+  PrepConfiguration prep = uniformPair(2000000000);
+  EXPECT_EQ(generateAll(prep), -1);
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+  EXPECT_EQ(prep.errorText(), "There is not enough memory for a sample of 2000000000 runs of 2 factors.");
+}
+
+// What stands between the factors and the directory line is a section or nothing.
+TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
+  struct Case {
+    const char* name;
+    const char* old;
+    const char* text;
+    const char* problem;  // empty: the record reads as it was
+  };
+  const Case cases[] = {
+      {"blanks around the method", "\n5\nRandom", "\n 5 \nRandom", ""},
+      {"no method number", "\n5\nRandom\n", "\nRandom\n", "expected the number of the sampling method, found 'Random'"},
+      {"unknown method", "\n5\nRandom", "\n9\nRandom", "method must be from 0 to 7, not 9"},
+      {"negative runs", "Random\n2\n", "Random\n-2\n", "the number of runs must be at least 0, not -2"},
+      {"a column less", "2\n2\n0\n0.25\t0.5\t\n0.75\t0.5\t\n0\n", "2\n1\n0\n0.25\t\n0.75\t\n0\n",
+       "the table has 1 columns for 2 factors"},
+      {"flag", "0\n2\n2\n", "7\n2\n2\n", "line 1: the flag of an external sample must be 0 or 1, not 7"},
+  };
+  PrepConfiguration prep = uniformPair(2);
+  ASSERT_TRUE(prep.samples.allocate(2));
+  for (const double value : {0.25, 0.75}) prep.samples.addRow(std::vector<double>{value, 0.5}.data());
+  const std::string record = recordOf(prep);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::string text = record;
+    ASSERT_NE(text.find(c.old), std::string::npos);
+    TextReader in = TextReader::fromText(text.replace(text.find(c.old), std::string(c.old).size(), c.text));
+    PrepConfiguration loaded;
+    EXPECT_EQ(loaded.read(in), c.problem == std::string()) << in.problem();
+    if (in.ok()) {
+      EXPECT_EQ(recordOf(loaded), record);
+    } else {
+      EXPECT_NE(in.problem().find(c.problem), std::string::npos) << in.problem();
+    }
+  }
+}
+
 TEST(ExternalSample, isTakenOrRefused) {
   struct Case {
     const char* name;
     const char* text;
-    bool accepted;
+    const char* problem;  // behind the path; empty: taken
   };
   const Case cases[] = {
-      {"plain", "2\n2\na\nb\n1 2\n3 4\n", true},
-      {"numbers on any lines", "2\n2\na\nb\n1\n2 3\n4", true},
-      {"a word behind the name", "1\n1\na note\n5\n", true},
-      {"CR LF", "1\r\n1\r\na\r\n5\r\n", true},
-      {"nan", "1\n1\na\nnan\n", true},
-      {"a letter in line 1", "2x\n1\na\n1 2\n", false},
-      {"a sign in line 1", "-2\n1\na\n1 2\n", false},
-      {"no runs", "0\n1\na\n", false},
-      {"no factors", "1\n0\n1\n", false},
-      {"a name that begins with a digit", "1\n1\n1a\n5\n", false},
-      {"too few numbers", "2\n2\na\nb\n1 2 3\n", false},
-      {"a word among the numbers", "2\n1\na\n1 x\n", false},
-      {"more runs than the file could hold", "2147483647\n1\na\n1\n", false},
-      {"more factors than the file could hold", "1\n2147483647\na\n1\n", false},
-      {"nothing", "", false},
+      {"plain", "2\n2\na\nb\n1 2\n3 4\n", ""},
+      {"numbers on any lines", "2\n2\na\nb\n1\n2 3\n4", ""},
+      {"a word behind the name", "1\n1\na note\n5\n", ""},
+      {"CR LF", "1\r\n1\r\na\r\n5\r\n", ""},
+      {"nan", "1\n1\na\nnan\n", ""},
+      {"a letter in line 1", "2x\n1\na\n1 2\n",
+       ":1: the number of samples must be a whole number of 1 or more, not '2x'"},
+      {"a sign in line 1", "-2\n1\na\n1 2\n", ":1: the number of samples"},
+      {"no runs", "0\n1\na\n", ":1: the number of samples"},
+      {"no factors", "1\n0\n1\n", ":2: the number of factors"},
+      {"a name that begins with a digit", "1\n1\n1a\n5\n", ":3: the factor name '1a'"},
+      {"a name that no sample file keeps", "1\n1\na-b\n5\n", ":3: the factor name 'a-b'"},
+      {"a name that is too long", "1\n1\nabcdefghijklmnopqrst\n5\n", ":3: the factor name 'abcdefghijklmnopqrst'"},
+      {"too few numbers", "2\n2\na\nb\n1 2 3\n", ":6: expected a number of the sample"},
+      {"a word among the numbers", "2\n1\na\n1 x\n", ":4: expected a number of the sample, found 'x'"},
+      {"more runs than the file could hold", "2147483647\n1\na\n1\n", ""},
+      {"more factors than the file could hold", "1\n2147483647\na\n1\n", ""},
+      {"nothing", "", ":1: expected the number of samples"},
   };
   const test::TempDirectory directory;
+  const std::string path = directory.file("external.txt");
   for (const Case& c : cases) {
-    const std::string path = directory.file("external.txt");
+    SCOPED_TRACE(c.name);
+    const bool accepted = *c.problem == 0 && !std::string(c.name).starts_with("more ");
     test::writeFile(path, c.text);
     PrepConfiguration prep;
     std::string message;
-    EXPECT_EQ(loadExternalSample(path, prep, message), c.accepted) << c.name;
-    EXPECT_EQ(prep.external, c.accepted ? 1 : 0) << c.name;
-    EXPECT_EQ(message, c.accepted ? "" : "Error reading external samples file") << c.name;
+    EXPECT_EQ(loadExternalSample(path, prep, message), accepted);
+    EXPECT_EQ(prep.external, accepted ? 1 : 0);
+    EXPECT_TRUE(message.starts_with(accepted ? "" : "Error reading external samples file\n" + path + c.problem))
+        << message;
   }
 }
 
 TEST(ExternalSample, isKeptInASampleFileAndNotGenerated) {
   const test::TempDirectory directory;
-  test::writeFile(directory.file("external.txt"), "3\n2\nwidth\nheight\n1 10\n2 20\n6 60\n");
+  const std::string source = directory.file("external.txt");
+  const std::string text = "3\n2\nwidth\nheight\n1 10\n2 20\n6 60\n";
+  test::writeFile(source, text);
   PrepConfiguration prep;
   std::string message;
-  ASSERT_TRUE(loadExternalSample(directory.file("external.txt"), prep, message));
+  ASSERT_TRUE(loadExternalSample(source, prep, message));
   ASSERT_TRUE(saveSampleFile(directory.file("copy.sam"), prep, message));
   PrepConfiguration copy;
   ASSERT_TRUE(loadSampleFile(directory.file("copy.sam"), copy, message));
-  EXPECT_EQ(recordOf(copy), recordOf(prep));
+  EXPECT_TRUE(copy.prepareGeneration());
   EXPECT_EQ(copy.generate(1), 100);
+  copy.cancelGeneration();
+  EXPECT_EQ(recordOf(copy), recordOf(prep));
+  EXPECT_FALSE(saveSampleFile(source, copy, message));
+  EXPECT_EQ(test::readFile(source), text);
+  EXPECT_TRUE(saveSampleFile(directory.file("copy.sam"), copy, message)) << message;
   ASSERT_TRUE(copy.sampleStatistics);
   EXPECT_DOUBLE_EQ(copy.sampleStatistics->mean(0), 4.5) << "the sum 9 divided by n - 1";
   EXPECT_NEAR(copy.sampleStatistics->correlation(0, 1), 1.0, 1e-12);
