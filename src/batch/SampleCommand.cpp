@@ -1,6 +1,6 @@
 #include "app/RunController.h"
 #include "batch/Commands.h"
-#include "batch/SamplerSettings.h"
+#include "batch/SamplerOptions.h"
 #include "batch/TextTable.h"
 
 namespace tarvex {
@@ -10,7 +10,7 @@ int runSample(const SampleOptions& options, const Console& console) {
   std::string message;
   if (!loadFactorFile(options.factorFile, prep.factors, message))
     return console.fail(message + "\n" + options.factorFile);
-  prep.sampler = makeConfiguredSampler(options, prep.factors, message);
+  prep.sampler = makeSampler(options, prep.factors, message);
   if (!prep.sampler) return console.fail(message);
   prep.samples.setOrder(options.byFactor ? 1 : 0);
   prep.sampleFile = options.output;

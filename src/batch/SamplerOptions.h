@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace tarvex {
+
+class FactorList;
+class Sampler;
+struct SampleOptions;
+
+// The sampler that the options ask for. Null, with a message in the words of the options, for what sampling refuses and
+// for options that can't be read.
+std::unique_ptr<Sampler> makeSampler(const SampleOptions& options, const FactorList& factors, std::string& message);
+
+}  // namespace tarvex
