@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "plots/Canvas.h"
+
 namespace tarvex {
 
 namespace {
@@ -57,85 +59,72 @@ std::vector<Tick> ticksApart(const Axis& axis, double length, double distance, E
   return ticks;
 }
 
-std::vector<Tick> verticalTicks(Canvas& canvas, const Axis& axis, double height) {
-  const double extent = canvas.pen().height(canvas.tickStyle());
-  return ticksApart(axis, height, kYTickDistance * canvas.scale(), [&](const std::string&) { return extent; });
+std::vector<Tick> verticalTicks(Metrics& metrics, const Axis& axis, double height) {
+  const double extent = metrics.pen().height(metrics.tickStyle());
+  return ticksApart(axis, height, kYTickDistance * metrics.scale(), [&](const std::string&) { return extent; });
 }
 
-double widestText(Canvas& canvas, const std::vector<Tick>& ticks) {
+double widestText(Metrics& metrics, const std::vector<Tick>& ticks) {
   double widest = 0.0;
-  for (const Tick& tick : ticks) widest = std::max(widest, canvas.pen().width(tick.text, canvas.tickStyle()));
+  for (const Tick& tick : ticks) widest = std::max(widest, metrics.pen().width(tick.text, metrics.tickStyle()));
   return widest;
 }
 
 // How far texts of a horizontal axis of this width stand out on its left and right.
-std::pair<double, double> overhang(Canvas& canvas, const std::vector<Tick>& ticks, const Axis& axis, double width) {
+std::pair<double, double> overhang(Metrics& metrics, const std::vector<Tick>& ticks, const Axis& axis, double width) {
   const AxisMap map(axis, 0.0, width);
   std::pair<double, double> out = {0.0, 0.0};
   for (const Tick& tick : ticks) {
-    const double half = canvas.pen().width(tick.text, canvas.tickStyle()) / 2.0;
+    const double half = metrics.pen().width(tick.text, metrics.tickStyle()) / 2.0;
     out.first = std::max(out.first, half - map(tick.at));
     out.second = std::max(out.second, map(tick.at) + half - width);
   }
   return out;
 }
 
-double tickRoom(const Canvas& canvas) {
-  return (kTickLength + 3.0) * canvas.scale();
+double tickRoom(const Metrics& metrics) {
+  return (kTickLength + 3.0) * metrics.scale();
 }
 
 // Places the plane for what `frame` says is shown.
-void place(Canvas& canvas, const Rect& area, const Axis& x, const Axis& y, AxisFrame& frame) {
-  TextPen& pen = canvas.pen();
-  const double tickHeight = pen.height(canvas.tickStyle());
-  const double titleHeight = pen.height(canvas.bodyStyle()) + canvas.gap() / 2.0;
+void place(Metrics& metrics, const Rect& area, const Axis& x, const Axis& y, AxisFrame& frame) {
+  TextPen& pen = metrics.pen();
+  const double tickHeight = pen.height(metrics.tickStyle());
+  const double titleHeight = pen.height(metrics.bodyStyle()) + metrics.gap() / 2.0;
   double top = frame.yTexts ? tickHeight / 2.0 : 1.0;
-  if (frame.heading) top = pen.height(canvas.headingStyle()) + canvas.gap();
-  double bottom = tickRoom(canvas);
+  if (frame.heading) top = pen.height(metrics.headingStyle()) + metrics.gap();
+  double bottom = tickRoom(metrics);
   if (frame.xTexts) bottom += tickHeight;
   if (frame.xTitle) bottom += titleHeight;
   const double height = std::max(area.height - top - bottom, 1.0);
-  frame.yTicks = verticalTicks(canvas, y, height);
+  frame.yTicks = verticalTicks(metrics, y, height);
 
-  double left = tickRoom(canvas);
-  if (frame.yTexts) left += widestText(canvas, frame.yTicks);
+  double left = tickRoom(metrics);
+  if (frame.yTexts) left += widestText(metrics, frame.yTicks);
   if (frame.yTitle) left += titleHeight;
-  double right = canvas.gap();
+  double right = metrics.gap();
   double width = std::max(area.width - left - right, 1.0);
-  frame.xTicks = horizontalTicks(canvas, x, width);
+  frame.xTicks = horizontalTicks(metrics, x, width);
   if (frame.xTexts) {
-    const auto [outLeft, outRight] = overhang(canvas, frame.xTicks, x, width);
+    const auto [outLeft, outRight] = overhang(metrics, frame.xTicks, x, width);
     left = std::max(left, outLeft);
     right = std::max(right, outRight + 1.0);
     width = std::max(area.width - left - right, 1.0);
-    frame.xTicks = horizontalTicks(canvas, x, width);
+    frame.xTicks = horizontalTicks(metrics, x, width);
   }
   frame.plane = {area.x + left, area.y + top, width, height};
 }
 
 }  // namespace
 
-AxisMap::AxisMap(const Axis& axis, double from, double to) : axis_(axis), from_(from), to_(to) {}
-
-double AxisMap::operator()(double value) const {
-  // Halves: the difference of two limits may be beyond the range of a double.
-  const double part = (value / 2.0 - axis_.lower / 2.0) / (axis_.upper / 2.0 - axis_.lower / 2.0);
-  if (std::isnan(part)) return part;
-  return std::clamp(from_ + part * (to_ - from_), -kFarOutside, kFarOutside);
-}
-
-double AxisMap::clamped(double value) const {
-  return std::isnan(value) ? value : (*this)(std::clamp(value, axis_.lower, axis_.upper));
-}
-
-std::vector<Tick> horizontalTicks(Canvas& canvas, const Axis& axis, double width) {
-  const double gap = canvas.pen().width("0", canvas.tickStyle()) * 1.5;
-  return ticksApart(axis, width, kXTickDistance * canvas.scale(), [&](const std::string& text) {
-    return text.empty() ? 0.0 : canvas.pen().width(text, canvas.tickStyle()) + gap;
+std::vector<Tick> horizontalTicks(Metrics& metrics, const Axis& axis, double width) {
+  const double gap = metrics.pen().width("0", metrics.tickStyle()) * 1.5;
+  return ticksApart(axis, width, kXTickDistance * metrics.scale(), [&](const std::string& text) {
+    return text.empty() ? 0.0 : metrics.pen().width(text, metrics.tickStyle()) + gap;
   });
 }
 
-AxisFrame layOutFrame(Canvas& canvas, const Rect& area, const std::string& heading, const Axis& x, const Axis& y) {
+AxisFrame layOutFrame(Metrics& metrics, const Rect& area, const std::string& heading, const Axis& x, const Axis& y) {
   AxisFrame frame;
   frame.heading = !heading.empty();
   frame.xTitle = !x.title.empty();
@@ -147,24 +136,36 @@ AxisFrame layOutFrame(Canvas& canvas, const Rect& area, const std::string& headi
   std::size_t lowered = 0;
   std::size_t narrowed = 0;
   for (;;) {
-    place(canvas, area, x, y, frame);
+    place(metrics, area, x, y, frame);
     if (frame.plane.height < kLeastShare * area.height && lowered < forHeight.size()) {
       *forHeight[lowered++] = false;
     } else if (frame.plane.width < kLeastShare * area.width && narrowed < forWidth.size()) {
       *forWidth[narrowed++] = false;
     } else {
-      return frame;
+      break;
     }
   }
+  const Rect& plane = frame.plane;
+  const double tall = metrics.pen().height(metrics.bodyStyle());
+  if (frame.heading) frame.headingBox = {area.x, area.y, area.width, metrics.pen().height(metrics.headingStyle())};
+  if (frame.xTitle) {
+    const double half = std::min(plane.centreX() - area.x, area.right() - plane.centreX());
+    frame.xTitleBox = {plane.centreX() - half, area.bottom() - tall, 2.0 * half, tall};
+  }
+  if (frame.yTitle) {
+    const double half = std::min(plane.centreY() - area.y, area.bottom() - plane.centreY());
+    frame.yTitleBox = {area.x, plane.centreY() - half, tall, 2.0 * half};
+  }
+  return frame;
 }
 
 void drawGrid(Canvas& canvas, const AxisFrame& frame, const AxisMap& x, const AxisMap& y) {
   const Rect& plane = frame.plane;
   for (const Tick& tick : frame.xTicks) {
-    if (!tick.text.empty()) canvas.vertical(x(tick.at), plane.y, plane.bottom(), kGridInk);
+    if (!tick.text.empty()) canvas.vertical(x(tick.at), plane.y, plane.bottom(), canvas.inks().grid);
   }
   for (const Tick& tick : frame.yTicks) {
-    if (!tick.text.empty()) canvas.horizontal(plane.x, plane.right(), y(tick.at), kGridInk);
+    if (!tick.text.empty()) canvas.horizontal(plane.x, plane.right(), y(tick.at), canvas.inks().grid);
   }
 }
 
@@ -173,41 +174,38 @@ void drawHorizontalAxis(Canvas& canvas, const Rect& plane, const std::vector<Tic
   const double middle = plane.bottom() + tickRoom(canvas) + canvas.pen().height(canvas.tickStyle()) / 2.0;
   for (const Tick& tick : ticks) {
     const double length = (tick.text.empty() ? kMinorTickLength : kTickLength) * canvas.scale();
-    canvas.vertical(map(tick.at), plane.bottom(), plane.bottom() + length, kFrameInk);
+    canvas.vertical(map(tick.at), plane.bottom(), plane.bottom() + length, canvas.inks().frame);
     if (!texts) continue;
-    canvas.setColour(kInk);
+    canvas.setColour(canvas.inks().text);
     canvas.pen().draw(tick.text, canvas.tickStyle(), map(tick.at), middle, Anchor::Centre, kFarOutside);
   }
 }
 
-void drawFrame(Canvas& canvas, const AxisFrame& frame, const Rect& area, const std::string& heading, const Axis& x,
-               const Axis& y) {
+void drawFrame(Canvas& canvas, const AxisFrame& frame, const AxisMap& x, const AxisMap& y) {
   const Rect& plane = frame.plane;
-  TextPen& pen = canvas.pen();
-  drawHorizontalAxis(canvas, plane, frame.xTicks, AxisMap(x, plane.x, plane.right()), frame.xTexts);
-  const AxisMap yMap(y, plane.bottom(), plane.y);
+  drawHorizontalAxis(canvas, plane, frame.xTicks, x, frame.xTexts);
   for (const Tick& tick : frame.yTicks) {
     const double length = (tick.text.empty() ? kMinorTickLength : kTickLength) * canvas.scale();
-    canvas.horizontal(plane.x - length, plane.x, yMap(tick.at), kFrameInk);
+    canvas.horizontal(plane.x - length, plane.x, y(tick.at), canvas.inks().frame);
     if (!frame.yTexts) continue;
-    canvas.setColour(kInk);
-    pen.draw(tick.text, canvas.tickStyle(), plane.x - tickRoom(canvas), yMap(tick.at), Anchor::Right, kFarOutside);
+    canvas.setColour(canvas.inks().text);
+    canvas.pen().draw(tick.text, canvas.tickStyle(), plane.x - tickRoom(canvas), y(tick.at), Anchor::Right,
+                      kFarOutside);
   }
-  canvas.outline(plane, kFrameInk, 1.0);
-  canvas.setColour(kInk);
-  if (frame.heading) {
-    const double middle = area.y + pen.height(canvas.headingStyle()) / 2.0;
-    pen.draw(heading, canvas.headingStyle(), area.centreX(), middle, Anchor::Centre, area.width);
-  }
-  const double half = pen.height(canvas.bodyStyle()) / 2.0;
-  if (frame.xTitle) {
-    const double room = 2.0 * std::min(plane.centreX() - area.x, area.right() - plane.centreX());
-    pen.draw(x.title, canvas.bodyStyle(), plane.centreX(), area.bottom() - half, Anchor::Centre, room);
-  }
-  if (frame.yTitle) {
-    const double room = 2.0 * std::min(plane.centreY() - area.y, area.bottom() - plane.centreY());
-    pen.drawUpward(y.title, canvas.bodyStyle(), area.x + half, plane.centreY(), Anchor::Centre, room);
-  }
+  canvas.outline(plane, canvas.inks().frame, 1.0);
+}
+
+void drawFrameTitles(Canvas& canvas, const AxisFrame& frame, const std::string& heading, const Axis& x, const Axis& y) {
+  TextPen& pen = canvas.pen();
+  canvas.setColour(canvas.inks().text);
+  const auto level = [&](const std::string& text, const TextStyle& style, const Rect& box) {
+    pen.draw(text, style, box.centreX(), box.centreY(), Anchor::Centre, box.width);
+  };
+  if (frame.heading) level(heading, canvas.headingStyle(), frame.headingBox);
+  if (frame.xTitle) level(x.title, canvas.bodyStyle(), frame.xTitleBox);
+  const Rect& box = frame.yTitleBox;
+  if (frame.yTitle)
+    pen.drawUpward(y.title, canvas.bodyStyle(), box.centreX(), box.centreY(), Anchor::Centre, box.height);
 }
 
 }  // namespace tarvex

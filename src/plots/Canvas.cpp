@@ -2,6 +2,7 @@
 
 #include <cairo.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -49,10 +50,14 @@ Colour outlineOf(const Colour& fill) {
   return blend(fill, Colour{}, 0.5);
 }
 
-Canvas::Canvas(cairo_t* context, const DrawTarget& target, double scale)
-    : context_(context), target_(target), scale_(scale), pen_(context) {
+Canvas::Canvas(cairo_t* context, double scale, const DrawOptions& options)
+    : Metrics(context, scale), context_(context), options_(options) {
   cairo_set_line_cap(context_, CAIRO_LINE_CAP_BUTT);
   cairo_set_line_join(context_, CAIRO_LINE_JOIN_ROUND);
+}
+
+bool Canvas::isMarked(std::int32_t number) const {
+  return std::find(options_.marked.begin(), options_.marked.end(), number) != options_.marked.end();
 }
 
 void Canvas::setColour(const Colour& colour) {
@@ -93,15 +98,15 @@ void Canvas::vertical(double x, double fromY, double toY, const Colour& colour, 
 }
 
 double Canvas::snapped(double position) const {
-  if (target_.vector) return position;
-  return (std::floor(position * target_.pixelsPerUnit) + 0.5) / target_.pixelsPerUnit;
+  if (isVector()) return position;
+  return (std::floor(position * pixelsPerUnit()) + 0.5) / pixelsPerUnit();
 }
 
 void Canvas::setLine(double width, LineStyle style, double offset) {
   cairo_set_line_width(context_, width);
   const Dashes& dashes = kDashes[static_cast<std::size_t>(style)];
   std::array<double, 6> lengths = dashes.lengths;
-  for (double& length : lengths) length *= scale_;
+  for (double& length : lengths) length *= scale();
   cairo_set_dash(context_, lengths.data(), dashes.count, offset);
 }
 

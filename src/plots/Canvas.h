@@ -1,43 +1,34 @@
 #pragma once
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "plots/Figure.h"
+#include "plots/Metrics.h"
 #include "plots/Rect.h"
-#include "plots/TextPen.h"
 #include "plots/drawFigure.h"
 
 namespace tarvex {
-
-// The inks of everything that isn't data.
-inline constexpr Colour kInk = {8000, 8000, 8000};          // texts
-inline constexpr Colour kFrameInk = {22000, 22000, 22000};  // axes, ticks, leader lines
-inline constexpr Colour kGridInk = {58500, 58500, 58500};
-inline constexpr Colour kFaintInk = {30000, 30000, 30000};  // texts that stand back
 
 // `share` of the way from one colour to the other.
 Colour blend(const Colour& from, const Colour& to, double share);
 // What outlines a filled shape, so that it is seen in gray print and beside its equals.
 Colour outlineOf(const Colour& fill);
 
-// The context of a drawing, and the sizes that all its parts share.
-class Canvas {
+// The context of a drawing, and how it is drawn on.
+class Canvas : public Metrics {
  public:
-  // Sizes of texts, marks and gaps are multiplied by `scale`, for pictures smaller than what they were made for.
-  Canvas(cairo_t* context, const DrawTarget& target, double scale);
+  // Requires: options that outlive the canvas.
+  Canvas(cairo_t* context, double scale, const DrawOptions& options);
 
   cairo_t* context() const { return context_; }
-  TextPen& pen() { return pen_; }
-  bool isVector() const { return target_.vector; }
-  double pixelsPerUnit() const { return target_.pixelsPerUnit; }
-  double scale() const { return scale_; }
-
-  TextStyle titleStyle() const { return {15.0 * scale_, true}; }
-  TextStyle headingStyle() const { return {12.5 * scale_, true}; }  // of a chart
-  TextStyle bodyStyle() const { return {12.0 * scale_, false}; }    // subtitle, axis titles, legend
-  TextStyle tickStyle() const { return {11.0 * scale_, false}; }
-  double gap() const { return 6.0 * scale_; }  // between neighbouring parts
+  Surface surface() const { return options_.surface; }
+  bool isVector() const { return options_.surface == Surface::VectorFile; }
+  double pixelsPerUnit() const { return options_.pixelsPerUnit; }
+  const Inks& inks() const { return options_.inks; }
+  bool isMarked(std::int32_t number) const;
+  bool marksAny() const { return !options_.marked.empty(); }
 
   void setColour(const Colour& colour);
   void fill(const Rect& rect, const Colour& colour);
@@ -53,9 +44,7 @@ class Canvas {
 
  private:
   cairo_t* context_;
-  DrawTarget target_;
-  double scale_;
-  TextPen pen_;
+  const DrawOptions& options_;
 };
 
 // Restores the context's state at the end of the scope; with a rectangle, clips to it.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,9 +37,24 @@ struct Axis {
 enum class LineStyle { Solid, Dash, DashDot, DashDoubleDot, Alternate, DoubleDot, LongDash };
 inline constexpr int kLineStyles = 7;
 
+// Which runs the data of a chart are, and which of them the filters leave. A filter that moves changes `dropped` alone:
+// the layout and the index of the chart stay good.
+struct RunMarks {
+  std::vector<std::int32_t> numbers = {};  // of each run; empty: counted from 0
+  std::vector<std::uint8_t> dropped = {};  // of each run, not 0 where a filter leaves it out; empty: none is
+  bool showDropped = false;                // behind the others, in one colour
+  Colour droppedColour = {};
+
+  std::int32_t numberOf(std::size_t place) const {
+    return place < numbers.size() ? numbers[place] : static_cast<std::int32_t>(place);
+  }
+  bool isDropped(std::size_t place) const { return place < dropped.size() && dropped[place] != 0; }
+};
+
 struct Points {  // parallel vectors
   std::vector<double> x, y;
   Colour colour;
+  RunMarks runs = {};
 };
 
 struct Line {  // through the points in their order; interrupted where one isn't finite
@@ -57,9 +74,14 @@ struct LabelledPoints {  // a mark and its text at each point; the texts are pla
   std::vector<double> x, y;
   std::vector<std::string> labels;
   Colour colour;
+  std::vector<std::int32_t> records = {};  // the number of each; empty: counted from 0
+
+  std::int32_t recordOf(std::size_t point) const {
+    return point < records.size() ? records[point] : static_cast<std::int32_t>(point);
+  }
 };
 
-struct Region {  // a frame around part of the plane
+struct Region {  // a frame around part of the plane, over all data
   double lowerX = 0.0, upperX = 0.0, lowerY = 0.0, upperY = 0.0;
   Colour colour;
 };
@@ -78,14 +100,22 @@ struct CobwebAxis {
   double lower = 0.0;  // lower == upper for a constant column: its lines pass in the middle
   double upper = 1.0;
   std::optional<std::pair<double, double>> filter;  // marked on the axis
+  std::vector<float> positions = {};                // of the runs: 0 at the foot, 1 at the top
 };
 struct CobwebChart {
   std::vector<CobwebAxis> axes;
   NumberForm form = NumberForm::TwoDecimals;
-  std::vector<float> positions;       // run after run, in each a number per axis: 0 at its foot, 1 at its top
   std::vector<std::uint8_t> colours;  // a run's place in the palette
   std::vector<Colour> palette;
   Colour markColour;  // of axis marks and filters
+  RunMarks runs = {};
+
+  // That all axes have a position of.
+  std::size_t runCount() const {
+    std::size_t count = axes.empty() ? 0 : axes.front().positions.size();
+    for (const CobwebAxis& axis : axes) count = std::min(count, axis.positions.size());
+    return count;
+  }
 };
 
 // A row per category, in each a bar per series from 0 to the value.
@@ -97,9 +127,14 @@ struct Bar {
 };
 struct BarChart {
   std::string title;
-  Axis values;                           // horizontal; holds 0
-  std::vector<std::string> categories;   // from top to bottom
-  std::vector<std::vector<Bar>> series;  // of each one bar per category
+  Axis values;                             // horizontal; holds 0
+  std::vector<std::string> categories;     // from top to bottom
+  std::vector<std::vector<Bar>> series;    // of each one bar per category
+  std::vector<std::int32_t> records = {};  // the number of each category; empty: counted from 0
+
+  std::int32_t recordOf(std::size_t category) const {
+    return category < records.size() ? records[category] : static_cast<std::int32_t>(category);
+  }
 };
 
 struct Slice {
@@ -107,11 +142,16 @@ struct Slice {
   std::string text;    // of the value
   double value = 0.0;  // above 0
   Colour colour;
+  std::int32_t record = -1;  // its number; negative: its place
 };
 struct PieChart {
   std::string title;
   std::vector<Slice> slices;  // clockwise from the top; the whole is their sum
   std::string emptyText;      // shown when there are none
+
+  std::int32_t recordOf(std::size_t slice) const {
+    return slices[slice].record >= 0 ? slices[slice].record : static_cast<std::int32_t>(slice);
+  }
 };
 
 using Chart = std::variant<XyChart, CobwebChart, BarChart, PieChart>;

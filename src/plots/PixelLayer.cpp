@@ -3,11 +3,14 @@
 #include <cairo.h>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
+#include <cstddef>
+#include <utility>
 
 #include "plots/Canvas.h"
+#include "plots/DiscCounts.h"
+#include "plots/LineCounts.h"
 
 namespace tarvex {
 
@@ -16,11 +19,9 @@ namespace {
 constexpr double kMostPixels = 30e6;      // 100 MB; larger layers get a lower resolution
 constexpr double kLongestSide = 32000.0;  // cairo's own limit, rounded down
 constexpr std::uint32_t kFull = 255;
-// Opacity of a single disc where many meet: alone it must still be seen.
+// Opacities of a single disc and a single line where many meet: alone they must still be seen.
 constexpr double kSingleDisc = 0.6;
-// Discs stand at quarters of a pixel.
-constexpr int kPhases = 4;
-constexpr int kSamples = 4;  // of a pixel's coverage, across
+constexpr double kSingleLine = 0.5;
 // In files a pixel is there or not; fainter edges than this are not.
 constexpr std::uint32_t kLeastAlpha = 40;
 
@@ -29,42 +30,6 @@ double resolution(const Rect& area, double wanted) {
   const double bySide = kLongestSide / std::max({area.width, area.height, 1.0});
   return std::min({wanted, byCount, bySide});
 }
-
-// How much of each pixel a disc covers, of kFull, for its centre at each quarter of its pixel.
-class DiscMasks {
- public:
-  explicit DiscMasks(double radius) : reach_(static_cast<int>(std::ceil(radius))), side_(2 * reach_ + 1) {
-    for (int phase = 0; phase < kPhases * kPhases; ++phase) {
-      std::vector<std::uint8_t>& mask = masks_[static_cast<std::size_t>(phase)];
-      const double centreX = reach_ + (phase % kPhases + 0.5) / kPhases;
-      const double centreY = reach_ + (phase / kPhases + 0.5) / kPhases;
-      for (int y = 0; y < side_; ++y) {
-        for (int x = 0; x < side_; ++x) mask.push_back(coverage(x - centreX, y - centreY, radius));
-      }
-    }
-  }
-
-  int reach() const { return reach_; }
-  int side() const { return side_; }
-  const std::uint8_t* at(double fractionX, double fractionY) const {
-    const int phase = static_cast<int>(fractionY * kPhases) * kPhases + static_cast<int>(fractionX * kPhases);
-    return masks_[static_cast<std::size_t>(phase)].data();
-  }
-
- private:
-  static std::uint8_t coverage(double left, double top, double radius) {
-    int inside = 0;
-    for (int sample = 0; sample < kSamples * kSamples; ++sample) {
-      const double x = left + (sample % kSamples + 0.5) / kSamples;
-      const double y = top + (sample / kSamples + 0.5) / kSamples;
-      if (x * x + y * y <= radius * radius) ++inside;
-    }
-    return static_cast<std::uint8_t>(inside * static_cast<int>(kFull) / (kSamples * kSamples));
-  }
-
-  int reach_, side_;
-  std::array<std::vector<std::uint8_t>, kPhases * kPhases> masks_;
-};
 
 // Opaque, as cairo's ARGB32.
 std::uint32_t inkOf(const Colour& colour) {
@@ -80,9 +45,35 @@ std::uint32_t mixed(std::uint32_t over, std::uint32_t under, std::uint32_t alpha
   return (sum + (sum >> 8 & kChannels)) >> 8 & kChannels;
 }
 
-void cover(std::uint32_t& pixel, std::uint32_t ink, std::uint32_t alpha) {
+void mix(std::uint32_t& pixel, std::uint32_t ink, std::uint32_t alpha) {
   pixel = mixed(ink >> 8, pixel >> 8, alpha) << 8 | mixed(ink, pixel, alpha);
 }
+
+// The opacity of a pixel by how many discs or lines cover it, in parts: what one adds to a pixel that it covers whole.
+class Opacities {
+ public:
+  Opacities(std::uint32_t most, std::uint32_t parts, double single) : parts_(parts), single_(single) {
+    most_ = std::log(std::max<double>(static_cast<double>(most) / parts, 2.0));
+    constexpr std::uint32_t kMostKnown = 1 << 16;
+    const std::uint32_t size = std::min(most, kMostKnown) + 1;
+    for (std::uint32_t count = 0; count < size; ++count) known_.push_back(compute(count));
+  }
+
+  // Of kFull.
+  std::uint32_t operator()(std::uint32_t count) const { return count < known_.size() ? known_[count] : compute(count); }
+
+ private:
+  std::uint8_t compute(std::uint32_t count) const {
+    const double covers = static_cast<double>(count) / parts_;
+    const double opacity =
+        covers <= 1.0 ? covers * single_ : std::min(1.0, single_ + (1.0 - single_) * std::log(covers) / most_);
+    return static_cast<std::uint8_t>(opacity * kFull);
+  }
+
+  std::uint32_t parts_;
+  double single_, most_;  // the logarithm of the most that cover a pixel
+  std::vector<std::uint8_t> known_;
+};
 
 }  // namespace
 
@@ -96,71 +87,44 @@ PixelLayer::PixelLayer(Canvas& canvas, const Rect& area)
   pixels_.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
 }
 
-void PixelLayer::addDiscs(const std::vector<std::pair<double, double>>& places, double radius, const Colour& colour) {
-  const DiscMasks masks(radius * perUnit_);
-  std::vector<std::uint32_t> hits(pixels_.size());
-  for (const auto& [x, y] : places) {
-    const double left = (x - x_) * perUnit_;
-    const double top = (y - y_) * perUnit_;
-    if (!(left >= 0.0 && top >= 0.0 && left < width_ && top < height_)) continue;
-    const int column = static_cast<int>(left);
-    const int row = static_cast<int>(top);
-    const std::uint8_t* mask = masks.at(left - column, top - row);
-    const int fromX = std::max(0, masks.reach() - column);
-    const int toX = std::min(masks.side(), width_ - column + masks.reach());
-    for (int my = 0; my < masks.side(); ++my) {
-      const int py = row - masks.reach() + my;
-      if (py < 0 || py >= height_) continue;
-      const std::size_t line = static_cast<std::size_t>(py) * static_cast<std::size_t>(width_);
-      std::uint32_t* out = hits.data() + line + static_cast<std::size_t>(column - masks.reach() + fromX);
-      for (int mx = fromX; mx < toX; ++mx) *out++ += mask[my * masks.side() + mx];
-    }
-  }
-  const double most = std::log(std::max<double>(*std::max_element(hits.begin(), hits.end()) / kFull, 2.0));
+void PixelLayer::cover(const DiscCounts& discs, const Colour& colour) {
+  const std::vector<std::uint32_t>& counts = discs.counts();
+  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), DiscCounts::kFull, kSingleDisc);
   const std::uint32_t ink = inkOf(colour);
-  for (std::size_t pixel = 0; pixel < hits.size(); ++pixel) {
-    if (hits[pixel] == 0) continue;
-    const double discs = static_cast<double>(hits[pixel]) / kFull;
-    const double opacity =
-        discs <= 1.0 ? discs * kSingleDisc : std::min(1.0, kSingleDisc + (1.0 - kSingleDisc) * std::log(discs) / most);
-    cover(pixels_[pixel], ink, static_cast<std::uint32_t>(opacity * kFull));
-  }
+  for (std::size_t pixel = 0; pixel < counts.size(); ++pixel)
+    if (counts[pixel] != 0) mix(pixels_[pixel], ink, opacities(counts[pixel]));
 }
 
-// The part between two positions of the column (steep: the row) number `step`. In files whole pixels of the ink alone:
-// at print's resolution no edge is seen, and mixed colours, of which each pixel has another, would make files large.
-void PixelLayer::coverSpan(int step, double from, double to, bool steep, std::uint32_t ink, double alpha) {
-  const int limit = steep ? width_ : height_;
-  if (canvas_.isVector()) {
-    const double whole = std::max(1.0, std::round(to - from));
-    from = std::round(from + (to - from - whole) / 2.0);
-    to = from + whole - 0.5;
-  }
-  const int first = std::max(0, static_cast<int>(std::floor(from)));
-  const int last = std::min(limit - 1, static_cast<int>(std::floor(to)));
+void PixelLayer::cover(const LineCounts& lines) {
+  const std::vector<std::uint32_t>& counts = lines.counts();
+  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), lines.parts(), kSingleLine);
+  for (std::size_t pixel = 0; pixel < counts.size(); ++pixel)
+    if (counts[pixel] != 0) mix(pixels_[pixel], lines.inks()[pixel], opacities(counts[pixel]));
+}
+
+// The part between two positions of the column (steep: the row) number `step`. Whole pixels of the ink alone: at
+// print's resolution no edge is seen, and mixed colours, of which each pixel has another, would make files large.
+void PixelLayer::inkSpan(int step, double from, double to, bool steep, std::uint32_t ink) {
+  const double whole = std::max(1.0, std::round(to - from));
+  const double start = std::round(from + (to - from - whole) / 2.0);
+  const int first = std::max(0, static_cast<int>(start));
+  const int last = std::min((steep ? width_ : height_) - 1, static_cast<int>(std::floor(start + whole - 0.5)));
   for (int at = first; at <= last; ++at) {
     const auto row = static_cast<std::size_t>(steep ? step : at);
     const auto column = static_cast<std::size_t>(steep ? at : step);
-    std::uint32_t& pixel = pixels_[row * static_cast<std::size_t>(width_) + column];
-    const double part = std::min(to, at + 1.0) - std::max(from, static_cast<double>(at));
-    if (canvas_.isVector())
-      pixel = ink;
-    else
-      cover(pixel, ink, static_cast<std::uint32_t>(part * alpha));
+    pixels_[row * static_cast<std::size_t>(width_) + column] = ink;
   }
 }
 
-void PixelLayer::addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour,
-                         double opacity) {
+void PixelLayer::addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour) {
   const Rect all{0.0, 0.0, static_cast<double>(width_), static_cast<double>(height_)};
-  x0 = (x0 - x_) * perUnit_;
-  x1 = (x1 - x_) * perUnit_;
-  y0 = (y0 - y_) * perUnit_;
-  y1 = (y1 - y_) * perUnit_;
+  x0 = pixelX(x0);
+  x1 = pixelX(x1);
+  y0 = pixelY(y0);
+  y1 = pixelY(y1);
   if (!clipLine(all, x0, y0, x1, y1)) return;
   const std::uint32_t ink = inkOf(colour);
   inks_[ink] = colour;
-  const double alpha = opacity * kFull;
   // One step a pixel along the axis on which it goes further, and a span across it.
   const bool steep = std::abs(y1 - y0) > std::abs(x1 - x0);
   if (steep) {
@@ -177,7 +141,7 @@ void PixelLayer::addLine(double x0, double y0, double x1, double y1, double widt
   const int last = std::min(static_cast<int>(x1), (steep ? height_ : width_) - 1);
   for (int step = first; step <= last; ++step) {
     const double middle = y0 + (std::clamp(step + 0.5, x0, x1) - x0) * slope;
-    coverSpan(step, middle - half, middle + half, steep, ink, alpha);
+    inkSpan(step, middle - half, middle + half, steep, ink);
   }
 }
 

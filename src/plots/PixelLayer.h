@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <map>
-#include <utility>
 #include <vector>
 
 #include "plots/Figure.h"
@@ -12,6 +10,8 @@
 namespace tarvex {
 
 class Canvas;
+class DiscCounts;
+class LineCounts;
 
 // A part of the picture as pixels of our own, for data of which there is too much to hand over one by one: at the
 // resolution of the screen or of print. Nothing is drawn until paint().
@@ -20,22 +20,31 @@ class PixelLayer {
   // Covers `area`, and whole pixels around it, at the canvas's resolution.
   PixelLayer(Canvas& canvas, const Rect& area);
 
-  // Discs of one colour; the more of them meet, the darker. Places are on the canvas.
-  void addDiscs(const std::vector<std::pair<double, double>>& places, double radius, const Colour& colour);
-  // A straight line over what is there; in files it is opaque. Requires: an opacity of at most 1.
-  void addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour, double opacity);
+  int width() const { return width_; }  // in pixels
+  int height() const { return height_; }
+  double perUnit() const { return perUnit_; }  // pixels
+  // A place on the canvas, in pixels of the layer.
+  double pixelX(double x) const { return (x - x_) * perUnit_; }
+  double pixelY(double y) const { return (y - y_) * perUnit_; }
+
+  // Discs of one colour; the more of them meet, the darker. Requires: counts of as many pixels as the layer has.
+  void cover(const DiscCounts& discs, const Colour& colour);
+  // Lines of a palette; where colours meet, they mix by how many lines have each.
+  void cover(const LineCounts& lines);
+  // For files: an opaque straight line of whole pixels over what is there. Places are on the canvas.
+  void addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour);
 
   void paint();
 
  private:
-  void coverSpan(int step, double from, double to, bool steep, std::uint32_t ink, double alpha);
+  void inkSpan(int step, double from, double to, bool steep, std::uint32_t ink);
   void composeOnWhite();
   void paintMask(std::uint32_t ink);
   void paintImage(std::uint32_t* data, int format, int stride);
 
   Canvas& canvas_;
-  double perUnit_;  // pixels
-  double x_, y_;    // of the upper left pixel
+  double perUnit_;
+  double x_, y_;  // of the upper left pixel
   int width_, height_;
   std::vector<std::uint32_t> pixels_;     // as cairo's ARGB32: colours multiplied by alpha
   std::map<std::uint32_t, Colour> inks_;  // of the lines, by the pixels that they leave in files

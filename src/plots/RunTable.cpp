@@ -119,15 +119,26 @@ std::string_view rangeProblem(double lower, double upper) {
 }
 
 std::vector<std::int32_t> runsWithin(const RunTable& table, const std::vector<RunRange>& ranges) {
+  std::vector<std::uint8_t> dropped;
   std::vector<std::int32_t> runs;
-  for (std::int32_t run = 0; run < table.runs; ++run) {
-    const bool inside = std::ranges::all_of(ranges, [&](const RunRange& range) {
-      const double value = table.columns[range.column].values[static_cast<std::size_t>(run)];
-      return value >= range.lower && (range.upperIncluded ? value <= range.upper : value < range.upper);
-    });
-    if (inside) runs.push_back(run);
-  }
+  runs.reserve(static_cast<std::size_t>(markDropped(table, ranges, dropped)));
+  for (std::int32_t run = 0; run < table.runs; ++run)
+    if (dropped[static_cast<std::size_t>(run)] == 0) runs.push_back(run);
   return runs;
+}
+
+std::int32_t markDropped(const RunTable& table, const std::vector<RunRange>& ranges,
+                         std::vector<std::uint8_t>& dropped) {
+  dropped.assign(static_cast<std::size_t>(table.runs), 0);
+  for (const RunRange& range : ranges) {
+    const std::vector<double>& values = table.columns[range.column].values;
+    for (std::size_t run = 0; run < dropped.size(); ++run) {
+      const double value = values[run];
+      const bool below = range.upperIncluded ? value <= range.upper : value < range.upper;
+      dropped[run] |= static_cast<std::uint8_t>(!(value >= range.lower && below));
+    }
+  }
+  return table.runs - static_cast<std::int32_t>(std::count(dropped.begin(), dropped.end(), 1));
 }
 
 }  // namespace tarvex

@@ -1,16 +1,21 @@
 #pragma once
 
-#include "plots/Figure.h"
-#include "plots/Rect.h"
+#include "base/Progress.h"
+#include "plots/FigureLayout.h"
+#include "plots/drawFigure.h"
 
 namespace tarvex {
 
 class Canvas;
 
-// Each draws one chart within `area`.
-void drawChart(Canvas& canvas, const Rect& area, const XyChart& chart);
-void drawChart(Canvas& canvas, const Rect& area, const CobwebChart& chart);
-void drawChart(Canvas& canvas, const Rect& area, const BarChart& chart);
-void drawChart(Canvas& canvas, const Rect& area, const PieChart& chart);
+// Each draws one layer of a chart where its layout says. False when it was stopped.
+bool drawChart(Canvas& canvas, FigureLayer layer, const XyChart& chart, const PlaneLayout& layout,
+               const Progress& progress);
+bool drawChart(Canvas& canvas, FigureLayer layer, const CobwebChart& chart, const CobwebLayout& layout,
+               const Progress& progress);
+bool drawChart(Canvas& canvas, FigureLayer layer, const BarChart& chart, const BarLayout& layout,
+               const Progress& progress);
+bool drawChart(Canvas& canvas, FigureLayer layer, const PieChart& chart, const PieLayout& layout,
+               const Progress& progress);
 
 }  // namespace tarvex

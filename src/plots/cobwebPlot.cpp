@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::array kClassNames = {"Red", "Blue", "Green", "Magenta", "Midnight blue"};
 constexpr std::array kClassLimits = {0.2, 0.4, 0.6, 0.8};  // of the first axis, below which a run has its colour
-constexpr std::uint8_t kDroppedColour = kClassNames.size();
 constexpr const char* kMarkName = "Indian Red";
 
 struct Limits {
@@ -76,32 +75,16 @@ CobwebAxis axisOf(const RunColumn& column, std::size_t number, const Limits& lim
   return axis;
 }
 
-void addRun(CobwebChart& chart, const RunTable& table, const std::vector<Limits>& limits, std::size_t run,
-            bool dropped) {
-  constexpr float kMiddle = 0.5f;  // of an axis of one value
-  for (std::size_t i = 0; i < limits.size(); ++i) {
-    const double value = table.columns[i].values[run];
-    const bool constant = limits[i].lower == limits[i].upper && value == limits[i].lower;
-    chart.positions.push_back(constant ? kMiddle : relativePosition(value, limits[i]));
+// Of the column's runs.
+std::vector<float> positionsOf(const RunColumn& column, const Limits& limits) {
+  constexpr float kMiddle = 0.5F;  // of an axis of one value
+  std::vector<float> positions;
+  positions.reserve(column.values.size());
+  for (const double value : column.values) {
+    const bool constant = limits.lower == limits.upper && value == limits.lower;
+    positions.push_back(constant ? kMiddle : relativePosition(value, limits));
   }
-  const double first = table.columns.front().values[run];
-  chart.colours.push_back(dropped ? kDroppedColour : classOf(relativePosition(first, limits.front())));
-}
-
-// The runs that dropped out lie behind the others.
-void addRuns(CobwebChart& chart, const RunTable& table, const std::vector<Limits>& limits,
-             const std::vector<std::int32_t>& kept, bool showDropped) {
-  const std::size_t runs = showDropped ? static_cast<std::size_t>(table.runs) : kept.size();
-  chart.positions.reserve(runs * limits.size());
-  chart.colours.reserve(runs);
-  auto next = kept.begin();
-  for (std::int32_t run = 0; run < table.runs && showDropped; ++run) {
-    if (next != kept.end() && *next == run)
-      ++next;
-    else
-      addRun(chart, table, limits, static_cast<std::size_t>(run), true);
-  }
-  for (const std::int32_t run : kept) addRun(chart, table, limits, static_cast<std::size_t>(run), false);
+  return positions;
 }
 
 }  // namespace
@@ -117,14 +100,17 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
 
   std::vector<Limits> limits;
   for (const RunColumn& column : table.columns) limits.push_back(limitsOf(column));
-  const std::vector<std::int32_t> kept = runsWithin(table, filters);
-  const auto keptRuns = static_cast<std::int32_t>(kept.size());
   CobwebChart chart;
   chart.markColour = namedColour(kMarkName);
   for (const char* name : kClassNames) chart.palette.push_back(namedColour(name));
-  chart.palette.push_back(chart.markColour);
-  for (std::size_t i = 0; i < limits.size(); ++i) chart.axes.push_back(axisOf(table.columns[i], i, limits[i], filters));
-  addRuns(chart, table, limits, kept, showDropped);
+  for (std::size_t i = 0; i < limits.size(); ++i) {
+    chart.axes.push_back(axisOf(table.columns[i], i, limits[i], filters));
+    chart.axes.back().positions = positionsOf(table.columns[i], limits[i]);
+  }
+  for (const double value : table.columns.front().values)
+    chart.colours.push_back(classOf(relativePosition(value, limits.front())));
+  chart.runs = {{}, {}, showDropped, chart.markColour};
+  const std::int32_t keptRuns = markDropped(table, filters, chart.runs.dropped);
 
   if (!filters.empty()) figure.subtitle = std::to_string(keptRuns) + " of " + figure.subtitle + " within the filters";
   figure.legend = legendOf(table.columns.front().name, limits.front(), showDropped && keptRuns < table.runs);

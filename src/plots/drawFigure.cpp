@@ -4,99 +4,81 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <variant>
 
 #include "plots/Canvas.h"
 #include "plots/Figure.h"
-#include "plots/Legend.h"
+#include "plots/FigureLayout.h"
 #include "plots/chartDrawing.h"
 
 namespace tarvex {
 
 namespace {
 
-constexpr double kMargin = 10.0;
-constexpr double kChartGap = 18.0;
-// Below this size of a chart, texts and marks shrink with it; no further than what can still be read.
-constexpr double kFullWidth = 380.0;
-constexpr double kFullHeight = 260.0;
-constexpr double kLeastScale = 0.62;
-// Shares of the height that titles and the legend take at most.
-constexpr double kTitleShare = 0.25;
-constexpr double kLegendShare = 0.3;
-
-std::size_t columnsOf(const Figure& figure) {
-  return std::min<std::size_t>(static_cast<std::size_t>(std::max(figure.columns, 1)),
-                               std::max<std::size_t>(figure.charts.size(), 1));
+void fillPage(cairo_t* context, const Colour& colour) {
+  constexpr double kFull = 65535.0;
+  cairo_set_source_rgb(context, colour.red / kFull, colour.green / kFull, colour.blue / kFull);
+  cairo_paint(context);
 }
 
-std::size_t rowsOf(const Figure& figure) {
-  const std::size_t columns = columnsOf(figure);
-  return std::max<std::size_t>((figure.charts.size() + columns - 1) / columns, 1);
-}
-
-double scaleFor(const Figure& figure, const DrawTarget& target) {
-  const double width = target.width / static_cast<double>(columnsOf(figure));
-  const double height = target.height / static_cast<double>(rowsOf(figure));
-  return std::clamp(std::min(width / kFullWidth, height / kFullHeight), kLeastScale, 1.0);
-}
-
-// Title and subtitle, as far as they have room. Cuts what they take off `area`.
-void drawTitles(Canvas& canvas, const Figure& figure, Rect& area) {
-  const double room = area.height * kTitleShare;
-  double taken = 0.0;
-  const auto draw = [&](const std::string& text, const TextStyle& style, const Colour& colour) {
-    const double height = canvas.pen().height(style);
-    if (text.empty() || taken + height > room) return;
-    canvas.setColour(colour);
-    canvas.pen().draw(text, style, area.centreX(), area.y + taken + height / 2.0, Anchor::Centre, area.width);
-    taken += height;
-  };
-  draw(figure.title, canvas.titleStyle(), kInk);
-  draw(figure.subtitle, canvas.bodyStyle(), kFaintInk);
-  if (taken > 0.0) taken += canvas.gap();
-  area.y += taken;
-  area.height -= taken;
-}
-
-void drawLegend(Canvas& canvas, const Figure& figure, Rect& area) {
-  const Legend legend(canvas, figure.legend, area.width, area.height * kLegendShare);
-  if (legend.height() == 0.0) return;
-  legend.draw(area.x, area.bottom() - legend.height());
-  area.height -= legend.height() + canvas.gap();
-}
-
-void drawCharts(Canvas& canvas, const Figure& figure, const Rect& area) {
-  const std::size_t columns = columnsOf(figure);
-  const auto across = static_cast<double>(columns);
-  const auto down = static_cast<double>(rowsOf(figure));
-  const double gap = kChartGap * canvas.scale();
-  const double width = (area.width - gap * (across - 1.0)) / across;
-  const double height = (area.height - gap * (down - 1.0)) / down;
-  if (!(width > 1.0 && height > 1.0)) return;
-  for (std::size_t i = 0; i < figure.charts.size(); ++i) {
-    const Rect cell{area.x + static_cast<double>(i % columns) * (width + gap),
-                    area.y + static_cast<double>(i / columns) * (height + gap), width, height};
-    std::visit([&](const auto& chart) { drawChart(canvas, cell, chart); }, figure.charts[i]);
+// Title and subtitle; what has no room has no place.
+void drawTitles(Canvas& canvas, const Figure& figure, const FigureLayout& layout) {
+  for (const TitlePlace& place : layout.titles) {
+    canvas.setColour(place.sub ? canvas.inks().faintText : canvas.inks().text);
+    canvas.pen().draw(place.sub ? figure.subtitle : figure.title, place.sub ? canvas.bodyStyle() : canvas.titleStyle(),
+                      place.box.centreX(), place.box.centreY(), Anchor::Centre, place.box.width);
   }
+}
+
+// The layer of one chart, if its layout is of its kind.
+bool drawChartLayer(Canvas& canvas, FigureLayer layer, const Chart& chart, const ChartLayout& layout,
+                    const Progress& progress) {
+  return std::visit(
+      [&](const auto& data, const auto& place) {
+        if constexpr (requires { drawChart(canvas, layer, data, place, progress); })
+          return drawChart(canvas, layer, data, place, progress);
+        else
+          return true;
+      },
+      chart, layout);
 }
 
 }  // namespace
 
-void drawFigure(cairo_t* context, const Figure& figure, const DrawTarget& target) {
-  const Rect page{0.0, 0.0, target.width, target.height};
-  const SavedState state(context, page);
+bool drawLayer(cairo_t* context, const Figure& figure, const FigureLayout& layout, FigureLayer layer,
+               const DrawOptions& options, const Progress& progress) {
+  const SavedState state(context, layout.page);
   cairo_new_path(context);
-  cairo_set_source_rgb(context, 1.0, 1.0, 1.0);
-  cairo_paint(context);
-  if (page.empty() || !hasFont()) return;
-  Canvas canvas(context, target, scaleFor(figure, target));
-  Rect area = page.grown(-std::min(kMargin, std::min(page.width, page.height) / 20.0));
-  drawTitles(canvas, figure, area);
-  drawLegend(canvas, figure, area);
-  drawCharts(canvas, figure, area);
+  if (layer == FigureLayer::Frame) fillPage(context, options.inks.page);
+  if (layout.page.empty() || !hasFont()) return true;
+  Canvas canvas(context, layout.scale, options);
+  if (layer == FigureLayer::Frame) {
+    drawTitles(canvas, figure, layout);
+    drawLegend(canvas, figure.legend, layout.legend);
+  }
+  const std::size_t charts = std::min(figure.charts.size(), layout.charts.size());
+  for (std::size_t i = 0; i < charts; ++i) {
+    const Progress part = progress.part(static_cast<double>(i) / static_cast<double>(charts),
+                                        static_cast<double>(i + 1) / static_cast<double>(charts));
+    if (!drawChartLayer(canvas, layer, figure.charts[i], layout.charts[i], part)) return false;
+  }
+  return true;
+}
+
+bool drawFigure(cairo_t* context, const Figure& figure, double width, double height, const DrawOptions& options,
+                const Progress& progress) {
+  FigureLayout layout;
+  layout.page = {0.0, 0.0, width, height};
+  if (!layout.page.empty() && hasFont()) layout = layOut(figure, {width, height, {}});
+  constexpr double kLayers = std::size(kFigureLayers);
+  double done = 0.0;
+  for (const FigureLayer layer : kFigureLayers) {
+    if (!drawLayer(context, figure, layout, layer, options, progress.part(done, done + 1.0 / kLayers))) return false;
+    done += 1.0 / kLayers;
+  }
+  return true;
 }
 
 const char* drawingVersion() {

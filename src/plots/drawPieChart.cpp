@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <string>
-#include <vector>
 
 #include "plots/Canvas.h"
 #include "plots/chartDrawing.h"
@@ -14,190 +12,97 @@ namespace tarvex {
 namespace {
 
 constexpr double kOutlineWidth = 1.0;
-constexpr double kLeastRadius = 0.18;  // of the chart's smaller side
-constexpr double kElbow = 1.08;        // where leader lines bend, in radii
-constexpr double kWidestLabel = 0.36;  // of the chart
-constexpr double kLeastName = 4.0;     // of a shortened name, in ems
-constexpr double kLinePitch = 1.12;    // of labels below each other, in heights of a text
+constexpr double kMarkedLine = 2.5;  // around a slice that stands out
+constexpr double kLeastName = 4.0;   // of a shortened name, in ems
 
 bool isDark(const Colour& colour) {
   constexpr int kDark = 3 * 12000;
   return colour.red + colour.green + colour.blue < kDark;
 }
 
-// A slice as it is drawn; angles from the top, clockwise.
-struct Piece {
-  const Slice* slice;
-  double from, to;
-  double middle() const { return (from + to) / 2.0; }
-  bool onRight() const { return middle() <= M_PI; }
-};
-
-struct Label {
-  const Piece* piece;
-  double y;
-};
-
-std::vector<Piece> piecesOf(const std::vector<Slice>& slices) {
-  double largest = 0.0;
-  for (const Slice& slice : slices) {
-    if (std::isfinite(slice.value)) largest = std::max(largest, slice.value);
-  }
-  // Parts of the largest: their sum is finite whatever the values are.
-  double sum = 0.0;
-  std::vector<Piece> pieces;
-  for (const Slice& slice : slices) {
-    if (!std::isfinite(slice.value) || !(slice.value > 0.0)) continue;
-    const double from = sum;
-    sum += slice.value / largest;
-    pieces.push_back({&slice, from, sum});
-  }
-  for (Piece& piece : pieces) {
-    piece.from *= 2.0 * M_PI / sum;
-    piece.to *= 2.0 * M_PI / sum;
-  }
-  return pieces;
-}
-
-class PiePainter {
- public:
-  PiePainter(Canvas& canvas, const Rect& area, const std::vector<Piece>& pieces);
-
-  void draw();
-
- private:
-  double widthOf(const Piece& piece) {
-    return canvas_.pen().width(piece.slice->label, style_) + canvas_.pen().width(piece.slice->text, style_) + gap_;
-  }
-  double x(double angle, double radii) const { return centreX_ + radii * radius_ * std::sin(angle); }
-  double y(double angle, double radii) const { return centreY_ - radii * radius_ * std::cos(angle); }
-
-  void drawSlice(const Piece& piece) const;
-  std::vector<Label> labelsOf(bool right) const;
-  void drawLabel(const Label& label, bool right);
-
-  Canvas& canvas_;
-  Rect area_;
-  const std::vector<Piece>& pieces_;
-  TextStyle style_;
-  double gap_, pitch_;
-  double centreX_, centreY_, radius_, labelRoom_;
-};
-
-PiePainter::PiePainter(Canvas& canvas, const Rect& area, const std::vector<Piece>& pieces)
-    : canvas_(canvas),
-      area_(area),
-      pieces_(pieces),
-      style_(canvas.tickStyle()),
-      gap_(canvas.gap()),
-      pitch_(canvas.pen().height(style_) * kLinePitch),
-      centreX_(area.centreX()),
-      centreY_(area.centreY()) {
-  double widest = 0.0;
-  for (const Piece& piece : pieces) widest = std::max(widest, widthOf(piece));
-  widest = std::min(widest, area.width * kWidestLabel);
-  const double byWidth = (area.width / 2.0 - widest - 3.0 * gap_) / kElbow;
-  const double byHeight = (area.height / 2.0 - pitch_) / kElbow;
-  radius_ = std::max(std::min(byWidth, byHeight), std::min(area.width, area.height) * kLeastRadius);
-  labelRoom_ = area.width / 2.0 - radius_ * kElbow - 2.0 * gap_;
-}
-
-void PiePainter::draw() {
-  for (const Piece& piece : pieces_) drawSlice(piece);
-  for (const bool right : {true, false}) {
-    for (const Label& label : labelsOf(right)) drawLabel(label, right);
-  }
-}
-
-void PiePainter::drawSlice(const Piece& piece) const {
-  cairo_t* context = canvas_.context();
+void slicePath(Canvas& canvas, const PieLayout& layout, const PieLayout::Piece& piece) {
+  cairo_t* context = canvas.context();
   constexpr double kQuarter = M_PI / 2.0;  // cairo counts from the right
-  if (pieces_.size() > 1) cairo_move_to(context, centreX_, centreY_);
-  cairo_arc(context, centreX_, centreY_, radius_, piece.from - kQuarter, piece.to - kQuarter);
+  if (layout.pieces.size() > 1) cairo_move_to(context, layout.centreX, layout.centreY);
+  cairo_arc(context, layout.centreX, layout.centreY, layout.radius, piece.from - kQuarter, piece.to - kQuarter);
   cairo_close_path(context);
-  canvas_.setColour(piece.slice->colour);
-  cairo_fill_preserve(context);
+}
+
+void drawSlice(Canvas& canvas, const PieLayout& layout, const PieLayout::Piece& piece, const Colour& colour) {
+  slicePath(canvas, layout, piece);
+  canvas.setColour(colour);
+  cairo_fill_preserve(canvas.context());
   // Slices of equal gray, black ones too, stay apart in print.
-  canvas_.setColour(isDark(piece.slice->colour) ? kGridInk : kInk);
-  canvas_.setLine(kOutlineWidth * canvas_.scale());
-  cairo_stroke(context);
+  canvas.setColour(isDark(colour) ? Inks().grid : Inks().text);
+  canvas.setLine(kOutlineWidth * canvas.scale());
+  cairo_stroke(canvas.context());
 }
 
-// Labels of one side from top to bottom, moved apart; where there are too many, those of the smallest slices go.
-std::vector<Label> PiePainter::labelsOf(bool right) const {
-  std::vector<const Piece*> shown;
-  for (const Piece& piece : pieces_) {
-    if (piece.onRight() == right && !(piece.slice->label.empty() && piece.slice->text.empty())) shown.push_back(&piece);
-  }
-  const auto most = static_cast<std::size_t>(std::max(area_.height / pitch_, 0.0));
-  while (shown.size() > most) {
-    shown.erase(std::min_element(shown.begin(), shown.end(),
-                                 [](const Piece* a, const Piece* b) { return a->slice->value < b->slice->value; }));
-  }
-  std::vector<Label> labels;
-  for (const Piece* piece : shown) labels.push_back({piece, y(piece->middle(), kElbow)});
-  std::stable_sort(labels.begin(), labels.end(), [](const Label& a, const Label& b) { return a.y < b.y; });
-  double lowest = area_.y + pitch_ / 2.0;
-  for (Label& label : labels) {
-    label.y = std::max(label.y, lowest);
-    lowest = label.y + pitch_;
-  }
-  double highest = area_.bottom() - pitch_ / 2.0;
-  for (auto label = labels.rbegin(); label != labels.rend(); ++label) {
-    label->y = std::min(label->y, highest);
-    highest = label->y - pitch_;
-  }
-  return labels;
-}
-
-void PiePainter::drawLabel(const Label& label, bool right) {
-  cairo_t* context = canvas_.context();
-  const Slice& slice = *label.piece->slice;
-  const double side = right ? 1.0 : -1.0;
-  const double angle = label.piece->middle();
+void drawLabel(Canvas& canvas, const PieChart& chart, const PieLayout& layout, const PieLayout::LabelPlace& label) {
+  cairo_t* context = canvas.context();
+  const PieLayout::Piece& piece = layout.pieces[label.piece];
+  const Slice& slice = chart.slices[piece.slice];
+  const double angle = piece.middle();
+  const double middle = label.box.centreY();
+  const double gap = canvas.gap();
   // All labels of a side begin on one vertical line, beyond the pie.
-  const double edge = centreX_ + side * (radius_ * kElbow + gap_);
-  canvas_.setColour(kFrameInk);
-  canvas_.setLine(0.8);
-  cairo_move_to(context, x(angle, 1.0), y(angle, 1.0));
-  cairo_line_to(context, x(angle, kElbow), y(angle, kElbow));
-  cairo_line_to(context, edge, label.y);
+  canvas.setColour(canvas.inks().frame);
+  canvas.setLine(0.8);
+  cairo_move_to(context, layout.x(angle, 1.0), layout.y(angle, 1.0));
+  cairo_line_to(context, layout.x(angle, PieLayout::kElbow), layout.y(angle, PieLayout::kElbow));
+  cairo_line_to(context, layout.labelEdge(label.right, gap), middle);
   cairo_stroke(context);
 
-  TextPen& pen = canvas_.pen();
-  const double room = labelRoom_ - gap_;
+  TextPen& pen = canvas.pen();
+  const TextStyle style = canvas.tickStyle();
+  const double room = label.box.width;
   // The value goes before a name is shortened beyond recognition.
-  double text = pen.width(slice.text, style_);
-  double name = pen.width(slice.label, style_);
-  if (text + gap_ + std::min(name, kLeastName * style_.size) > room) text = 0.0;
-  const double between = name > 0.0 && text > 0.0 ? gap_ : 0.0;
+  double text = pen.width(slice.text, style);
+  double name = pen.width(slice.label, style);
+  if (text + gap + std::min(name, kLeastName * style.size) > room) text = 0.0;
+  const double between = name > 0.0 && text > 0.0 ? gap : 0.0;
   name = std::min(name, room - text - between);
-  const double start = right ? edge + gap_ / 2.0 : edge - gap_ / 2.0 - name - between - text;
-  canvas_.setColour(kInk);
-  pen.draw(slice.label, style_, start, label.y, Anchor::Left, name, Shorten::InMiddle);
-  canvas_.setColour(kFaintInk);
-  pen.draw(slice.text, style_, start + name + between, label.y, Anchor::Left, text);
+  const double start = label.right ? label.box.x : label.box.right() - name - between - text;
+  canvas.setColour(canvas.inks().text);
+  pen.draw(slice.label, style, start, middle, Anchor::Left, name, Shorten::InMiddle);
+  canvas.setColour(canvas.inks().faintText);
+  pen.draw(slice.text, style, start + name + between, middle, Anchor::Left, text);
+}
+
+void drawPieFrame(Canvas& canvas, const PieChart& chart, const PieLayout& layout) {
+  TextPen& pen = canvas.pen();
+  if (layout.heading) {
+    const double middle = layout.area.y + pen.height(canvas.headingStyle()) / 2.0;
+    canvas.setColour(canvas.inks().text);
+    pen.draw(chart.title, canvas.headingStyle(), layout.area.centreX(), middle, Anchor::Centre, layout.area.width);
+  }
+  if (!layout.pieces.empty()) return;
+  const Rect& body = layout.body;
+  canvas.setColour(canvas.inks().faintText);
+  pen.draw(chart.emptyText, canvas.bodyStyle(), body.centreX(), body.centreY(), Anchor::Centre, body.width);
+}
+
+void markSlices(Canvas& canvas, const PieChart& chart, const PieLayout& layout) {
+  for (const PieLayout::Piece& piece : layout.pieces) {
+    if (!canvas.isMarked(chart.recordOf(piece.slice))) continue;
+    slicePath(canvas, layout, piece);
+    canvas.setColour(canvas.inks().text);
+    canvas.setLine(kMarkedLine * canvas.scale());
+    cairo_stroke(canvas.context());
+  }
 }
 
 }  // namespace
 
-void drawChart(Canvas& canvas, const Rect& area, const PieChart& chart) {
-  Rect body = area;
-  const double heading = canvas.pen().height(canvas.headingStyle());
-  if (!chart.title.empty() && area.height > 6.0 * heading) {
-    canvas.setColour(kInk);
-    canvas.pen().draw(chart.title, canvas.headingStyle(), area.centreX(), area.y + heading / 2.0, Anchor::Centre,
-                      area.width);
-    body.y += heading + canvas.gap();
-    body.height -= heading + canvas.gap();
-  }
-  const std::vector<Piece> pieces = piecesOf(chart.slices);
-  if (pieces.empty()) {
-    canvas.setColour(kFaintInk);
-    canvas.pen().draw(chart.emptyText, canvas.bodyStyle(), body.centreX(), body.centreY(), Anchor::Centre, body.width);
-    return;
-  }
-  PiePainter(canvas, body, pieces).draw();
+bool drawChart(Canvas& canvas, FigureLayer layer, const PieChart& chart, const PieLayout& layout,
+               const Progress& /*progress*/) {
+  if (layer == FigureLayer::Frame) drawPieFrame(canvas, chart, layout);
+  if (layer == FigureLayer::Overlay) markSlices(canvas, chart, layout);
+  if (layer != FigureLayer::Kept) return true;
+  for (const PieLayout::Piece& piece : layout.pieces)
+    drawSlice(canvas, layout, piece, chart.slices[piece.slice].colour);
+  for (const PieLayout::LabelPlace& label : layout.labels) drawLabel(canvas, chart, layout, label);
+  return true;
 }
 
 }  // namespace tarvex

@@ -8,11 +8,10 @@
 #include <variant>
 #include <vector>
 
-#include "plots/AxisFrame.h"
 #include "plots/Canvas.h"
+#include "plots/DiscCounts.h"
 #include "plots/PixelLayer.h"
 #include "plots/chartDrawing.h"
-#include "plots/labelPlacement.h"
 
 namespace tarvex {
 
@@ -22,49 +21,51 @@ constexpr double kLineWidth = 1.6;
 constexpr double kThinLine = 0.8;
 constexpr double kBarGap = 0.12;  // of a separated column, on each side
 
-constexpr double kOutlinedFrom = 3.0;  // narrower bars would be all outline
-constexpr double kLabelledRadius = 3.2;
-constexpr double kWidestLabel = 0.4;  // of the plane
-// More points than this are painted as pixels.
-constexpr std::size_t kMostSinglePoints = 20000;
+constexpr double kOutlinedFrom = 3.0;          // narrower bars would be all outline
+constexpr double kRing = 3.0;                  // around a point that stands out, beyond its radius
+constexpr std::size_t kPointsAtOnce = 100000;  // between two reports
 
-// Fewer points are larger: a few are found, many don't hide each other.
-double radiusFor(std::size_t points) {
-  constexpr double kLargest = 2.8;
-  constexpr double kSmallest = 1.0;
-  return std::clamp(kLargest * std::pow(300.0 / static_cast<double>(points + 1), 0.15), kSmallest, kLargest);
+// More points than this are painted as pixels.
+std::size_t mostSinglePoints(Surface surface) {
+  return surface == Surface::Screen ? 3000 : 20000;
 }
 
-// Draws one layer of a plane after the other.
+// Draws the data of a plane.
 class PlanePainter {
  public:
-  PlanePainter(Canvas& canvas, const Rect& plane, const XyChart& chart)
+  PlanePainter(Canvas& canvas, const PlaneLayout& layout)
       : canvas_(canvas),
-        plane_(plane),
-        x_(chart.x, plane.x, plane.right()),
-        y_(chart.y, plane.bottom(), plane.y),
+        layout_(layout),
+        plane_(layout.frame.plane),
+        x_(layout.x),
+        y_(layout.y),
         zero_(y_.clamped(0.0)) {}
 
-  void operator()(const Area& area) const;
-  void operator()(const Points& points) const;
-  void operator()(const Line& line) const;
-  void operator()(const LabelledPoints& points) const;
-  void operator()(const Region& region) const;
+  void drawArea(const Area& area) const;
+  bool drawPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const;
+  void drawLine(const Line& line) const;
+  void drawLabelled(const LabelledPoints& points, std::size_t layer) const;
+  void drawRegion(const Region& region) const;
+  void ringMarked(const Points& points, std::size_t shown) const;
+  void ringMarked(const LabelledPoints& points, std::size_t layer) const;
 
  private:
   using Place = std::pair<double, double>;
 
-  std::vector<Place> placesOf(const std::vector<double>& xs, const std::vector<double>& ys) const;
   void fillColumns(const Area& area) const;
   void fillBars(const Area& area) const;
+  bool countPoints(const Points& points, double radius, bool dropped, const Progress& progress) const;
+  void ring(double x, double y, double radius) const;
 
   Canvas& canvas_;
-  Rect plane_;
-  AxisMap x_, y_;
+  const PlaneLayout& layout_;
+  const Rect& plane_;
+  const AxisMap& x_;
+  const AxisMap& y_;
   double zero_;  // where heights start
 };
 
-void PlanePainter::operator()(const Area& area) const {
+void PlanePainter::drawArea(const Area& area) const {
   const SavedState state(canvas_.context(), plane_);
   if (area.separated) {
     fillBars(area);
@@ -118,33 +119,49 @@ void PlanePainter::fillBars(const Area& area) const {
   }
 }
 
-// Of the points within the axes.
-std::vector<PlanePainter::Place> PlanePainter::placesOf(const std::vector<double>& xs,
-                                                        const std::vector<double>& ys) const {
-  std::vector<Place> places;
-  for (std::size_t i = 0; i < std::min(xs.size(), ys.size()); ++i) {
-    if (x_.holds(xs[i]) && y_.holds(ys[i])) places.emplace_back(x_(xs[i]), y_(ys[i]));
-  }
-  return places;
-}
-
-void PlanePainter::operator()(const Points& points) const {
-  const std::vector<Place> places = placesOf(points.x, points.y);
-  const double radius = radiusFor(places.size()) * canvas_.scale();
-  if (places.size() > kMostSinglePoints) {
-    PixelLayer layer(canvas_, plane_.grown(radius + 1.0));
-    layer.addDiscs(places, radius, points.colour);
-    layer.paint();
-    return;
-  }
-  canvas_.setColour(points.colour);
-  for (const auto& [x, y] : places) {
-    cairo_arc(canvas_.context(), x, y, radius, 0.0, 2.0 * M_PI);
+bool PlanePainter::drawPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const {
+  if (dropped && !points.runs.showDropped) return true;
+  const double radius = pointRadius(shown, canvas_.scale());
+  if (shown > mostSinglePoints(canvas_.surface())) return countPoints(points, radius, dropped, progress);
+  canvas_.setColour(dropped ? points.runs.droppedColour : points.colour);
+  for (std::size_t i = 0; i < std::min(points.x.size(), points.y.size()); ++i) {
+    if (points.runs.isDropped(i) != dropped || !x_.holds(points.x[i]) || !y_.holds(points.y[i])) continue;
+    cairo_arc(canvas_.context(), x_(points.x[i]), y_(points.y[i]), radius, 0.0, 2.0 * M_PI);
     cairo_fill(canvas_.context());
   }
+  return progress.report(1.0);
 }
 
-void PlanePainter::operator()(const Line& line) const {
+bool PlanePainter::countPoints(const Points& points, double radius, bool dropped, const Progress& progress) const {
+  PixelLayer layer(canvas_, plane_.grown(radius + 1.0));
+  DiscCounts discs(layer.width(), layer.height(), radius * layer.perUnit());
+  // In pixels, without a division for each. Limits that are too far apart for it are the maps' own affair.
+  const auto pixels = [&](const AxisMap& map, double from, double to) {
+    const double share = (to - from) / (map.upper() - map.lower());
+    return std::pair(share, from - map.lower() * share);
+  };
+  const auto [shareX, startX] = pixels(x_, layer.pixelX(x_.from()), layer.pixelX(x_.to()));
+  const auto [shareY, startY] = pixels(y_, layer.pixelY(y_.from()), layer.pixelY(y_.to()));
+  const bool straight =
+      std::isnormal(shareX) && std::isnormal(shareY) && std::isfinite(startX) && std::isfinite(startY);
+  const std::size_t size = std::min(points.x.size(), points.y.size());
+  const bool allKept = points.runs.dropped.empty();
+  for (std::size_t i = 0; i < size; ++i) {
+    if (i % kPointsAtOnce == 0 && !progress.report(i, size)) return false;
+    const double x = points.x[i];
+    const double y = points.y[i];
+    if ((allKept ? dropped : points.runs.isDropped(i) != dropped) || !x_.holds(x) || !y_.holds(y)) continue;
+    if (straight)
+      discs.add(startX + x * shareX, startY + y * shareY);
+    else
+      discs.add(layer.pixelX(x_(x)), layer.pixelY(y_(y)));
+  }
+  layer.cover(discs, dropped ? points.runs.droppedColour : points.colour);
+  layer.paint();
+  return true;
+}
+
+void PlanePainter::drawLine(const Line& line) const {
   std::vector<Place> places;
   for (std::size_t i = 0; i < std::min(line.x.size(), line.y.size()); ++i) {
     const bool finite = std::isfinite(line.x[i]) && std::isfinite(line.y[i]);
@@ -156,40 +173,30 @@ void PlanePainter::operator()(const Line& line) const {
   strokePolyline(canvas_, plane_, places, kLineWidth * canvas_.scale(), line.style);
 }
 
-void PlanePainter::operator()(const LabelledPoints& points) const {
+void PlanePainter::drawLabelled(const LabelledPoints& points, std::size_t layer) const {
   cairo_t* context = canvas_.context();
-  const TextStyle style = canvas_.tickStyle();
-  const double radius = kLabelledRadius * canvas_.scale();
-  const double height = canvas_.pen().height(style);
-  std::vector<LabelToPlace> labels;
-  std::vector<std::string> texts;
-  for (std::size_t i = 0; i < std::min({points.x.size(), points.y.size(), points.labels.size()}); ++i) {
-    if (!x_.holds(points.x[i]) || !y_.holds(points.y[i])) continue;
-    const double width = canvas_.pen().width(points.labels[i], style);
-    labels.push_back({x_(points.x[i]), y_(points.y[i]), std::min(width, plane_.width * kWidestLabel), height});
-    texts.push_back(points.labels[i]);
-  }
-  const std::vector<PlacedLabel> places = placeLabels(labels, radius, plane_.grown(-1.0));
   canvas_.setLine(kThinLine);
-  for (std::size_t i = 0; i < labels.size(); ++i) {
-    if (!places[i].led) continue;
-    canvas_.setColour(kFrameInk);
-    cairo_move_to(context, labels[i].x, labels[i].y);
-    cairo_line_to(context, places[i].lineX, places[i].lineY);
+  for (const PlaneLayout::LabelPlace& place : layout_.labels) {
+    if (place.layer != layer || !place.label.led) continue;
+    canvas_.setColour(canvas_.inks().frame);
+    cairo_move_to(context, place.x, place.y);
+    cairo_line_to(context, place.label.lineX, place.label.lineY);
     cairo_stroke(context);
   }
-  for (std::size_t i = 0; i < labels.size(); ++i) {
+  for (const PlaneLayout::LabelPlace& place : layout_.labels) {
+    if (place.layer != layer) continue;
     canvas_.setColour(points.colour);
-    cairo_arc(context, labels[i].x, labels[i].y, radius, 0.0, 2.0 * M_PI);
+    cairo_arc(context, place.x, place.y, layout_.markRadius, 0.0, 2.0 * M_PI);
     cairo_fill(context);
-    if (!places[i].placed) continue;
-    canvas_.setColour(kInk);
-    canvas_.pen().draw(texts[i], style, places[i].box.x, places[i].box.centreY(), Anchor::Left, places[i].box.width,
+    if (!place.label.placed) continue;
+    const Rect& box = place.label.box;
+    canvas_.setColour(canvas_.inks().text);
+    canvas_.pen().draw(points.labels[place.point], canvas_.tickStyle(), box.x, box.centreY(), Anchor::Left, box.width,
                        Shorten::InMiddle);
   }
 }
 
-void PlanePainter::operator()(const Region& region) const {
+void PlanePainter::drawRegion(const Region& region) const {
   const std::vector<Place> corners = {{x_(region.lowerX), y_(region.lowerY)},
                                       {x_(region.upperX), y_(region.lowerY)},
                                       {x_(region.upperX), y_(region.upperY)},
@@ -199,16 +206,57 @@ void PlanePainter::operator()(const Region& region) const {
   strokePolyline(canvas_, plane_, corners, kLineWidth * canvas_.scale(), LineStyle::Solid);
 }
 
+void PlanePainter::ring(double x, double y, double radius) const {
+  canvas_.setColour(canvas_.inks().text);
+  canvas_.setLine(kLineWidth * canvas_.scale());
+  cairo_arc(canvas_.context(), x, y, radius + kRing * canvas_.scale(), 0.0, 2.0 * M_PI);
+  cairo_stroke(canvas_.context());
+}
+
+void PlanePainter::ringMarked(const Points& points, std::size_t shown) const {
+  for (std::size_t i = 0; i < std::min(points.x.size(), points.y.size()); ++i)
+    if (canvas_.isMarked(points.runs.numberOf(i)) && x_.holds(points.x[i]) && y_.holds(points.y[i]))
+      ring(x_(points.x[i]), y_(points.y[i]), pointRadius(shown, canvas_.scale()));
+}
+
+void PlanePainter::ringMarked(const LabelledPoints& points, std::size_t layer) const {
+  for (const PlaneLayout::LabelPlace& place : layout_.labels)
+    if (place.layer == layer && canvas_.isMarked(points.recordOf(place.point)))
+      ring(place.x, place.y, layout_.markRadius);
+}
+
+void drawPlaneFrame(Canvas& canvas, const XyChart& chart, const PlaneLayout& layout) {
+  drawGrid(canvas, layout.frame, layout.x, layout.y);
+  drawFrame(canvas, layout.frame, layout.x, layout.y);
+  drawFrameTitles(canvas, layout.frame, chart.title, layout.xAxis, layout.yAxis);
+}
+
 }  // namespace
 
-void drawChart(Canvas& canvas, const Rect& area, const XyChart& chart) {
-  const AxisFrame frame = layOutFrame(canvas, area, chart.title, chart.x, chart.y);
-  const AxisMap x(chart.x, frame.plane.x, frame.plane.right());
-  const AxisMap y(chart.y, frame.plane.bottom(), frame.plane.y);
-  drawGrid(canvas, frame, x, y);
-  drawFrame(canvas, frame, area, chart.title, chart.x, chart.y);
-  const PlanePainter painter(canvas, frame.plane, chart);
-  for (const XyChart::Layer& layer : chart.layers) std::visit(painter, layer);
+bool drawChart(Canvas& canvas, FigureLayer figureLayer, const XyChart& chart, const PlaneLayout& layout,
+               const Progress& progress) {
+  if (figureLayer == FigureLayer::Frame) drawPlaneFrame(canvas, chart, layout);
+  const bool dropped = figureLayer == FigureLayer::Dropped;
+  const PlanePainter painter(canvas, layout);
+  for (std::size_t i = 0; i < chart.layers.size(); ++i) {
+    const XyChart::Layer& layer = chart.layers[i];
+    const auto* points = std::get_if<Points>(&layer);
+    const auto* labelled = std::get_if<LabelledPoints>(&layer);
+    if (dropped || figureLayer == FigureLayer::Kept) {
+      if (points != nullptr && !painter.drawPoints(*points, layout.shown[i], dropped, progress)) return false;
+    }
+    if (figureLayer == FigureLayer::Kept) {
+      if (const auto* area = std::get_if<Area>(&layer)) painter.drawArea(*area);
+      if (const auto* line = std::get_if<Line>(&layer)) painter.drawLine(*line);
+      if (labelled != nullptr) painter.drawLabelled(*labelled, i);
+    }
+    if (figureLayer == FigureLayer::Overlay) {
+      if (const auto* region = std::get_if<Region>(&layer)) painter.drawRegion(*region);
+      if (points != nullptr && canvas.marksAny()) painter.ringMarked(*points, layout.shown[i]);
+      if (labelled != nullptr && canvas.marksAny()) painter.ringMarked(*labelled, i);
+    }
+  }
+  return true;
 }
 
 }  // namespace tarvex

@@ -63,7 +63,10 @@ BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& colum
                  const std::vector<std::size_t>& shown, std::span<const char* const> colours) {
   BarChart chart;
   std::vector<double> values{0.0};
-  for (const std::size_t i : shown) chart.categories.push_back(stats.records[i].name);
+  for (const std::size_t i : shown) {
+    chart.categories.push_back(stats.records[i].name);
+    chart.records.push_back(static_cast<std::int32_t>(i));
+  }
   for (std::size_t s = 0; s < columns.size(); ++s) {
     std::vector<Bar>& bars = chart.series.emplace_back();
     for (const std::size_t i : shown) {

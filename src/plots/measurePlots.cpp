@@ -54,8 +54,8 @@ PieChart pieOf(const SensitivityStats& stats, std::int32_t variable, std::int32_
   const auto colourOf = stats.typeId() == SensitivityStats::kFast ? fastSliceColour : sliceColour;
   for (const NumberedValue& item : pieValues(stats, variable, slot))
     if (std::isfinite(item.value) && item.value > 0.0)
-      pie.slices.push_back(
-          {stats.records[item.record].name, measureText(item.value), item.value, colourOf(item.place)});
+      pie.slices.push_back({stats.records[item.record].name, measureText(item.value), item.value, colourOf(item.place),
+                            static_cast<std::int32_t>(item.record)});
   return pie;
 }
 
@@ -118,6 +118,7 @@ Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const s
     points.x.push_back(*means[i]);
     points.y.push_back(*spreads[i]);
     points.labels.push_back(stats.records[i].name);
+    points.records.push_back(static_cast<std::int32_t>(i));
     if (count <= kMostWithValues)
       points.labels.back() += " (" + scientific(*means[i]) + ", " + scientific(*spreads[i]) + ")";
   }

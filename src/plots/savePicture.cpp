@@ -51,20 +51,21 @@ CairoSurface vectorSurface(PictureFormat format, std::string& content, double wi
   return nullptr;
 }
 
-bool draw(cairo_surface_t* surface, const Figure& figure, double unit, const DrawTarget& target) {
+bool draw(cairo_surface_t* surface, const Figure& figure, double unit, const DrawOptions& options,
+          const Progress& progress) {
   const CairoContext context(cairo_create(surface));
   cairo_scale(context.get(), unit, unit);
-  drawFigure(context.get(), figure, target);
-  if (target.vector) cairo_show_page(context.get());
+  if (!drawFigure(context.get(), figure, figure.width, figure.height, options, progress)) return false;
+  if (options.surface == Surface::VectorFile) cairo_show_page(context.get());
   return cairo_status(context.get()) == CAIRO_STATUS_SUCCESS;
 }
 
-bool renderImage(const Figure& figure, double zoom, std::string& content) {
+bool renderImage(const Figure& figure, double zoom, const Progress& progress, std::string& content) {
   zoom = std::min(zoom, kLargestImage / std::max(figure.width, figure.height));
   const int width = std::max(1, static_cast<int>(std::lround(figure.width * zoom)));
   const int height = std::max(1, static_cast<int>(std::lround(figure.height * zoom)));
   const CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
-  return draw(surface.get(), figure, zoom, {figure.width, figure.height, zoom, false}) &&
+  return draw(surface.get(), figure, zoom, {Surface::ImageFile, zoom}, progress) &&
          cairo_surface_write_to_png_stream(surface.get(), appendToString, &content) == CAIRO_STATUS_SUCCESS;
 }
 
@@ -95,11 +96,10 @@ void renumber(std::string& svg, const std::string& name) {
   svg = result.append(svg, copied);
 }
 
-bool renderVector(const Figure& figure, PictureFormat format, std::string& content) {
+bool renderVector(const Figure& figure, PictureFormat format, const Progress& progress, std::string& content) {
   const CairoSurface surface =
       vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
-  const bool drawn =
-      draw(surface.get(), figure, kPointsPerUnit, {figure.width, figure.height, kPrintPixelsPerUnit, true});
+  const bool drawn = draw(surface.get(), figure, kPointsPerUnit, {Surface::VectorFile, kPrintPixelsPerUnit}, progress);
   cairo_surface_finish(surface.get());  // what could not be written is known only now
   return drawn && cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS;
 }
@@ -121,12 +121,12 @@ std::optional<PictureFormat> pictureFormatOf(const std::string& path) {
   return pictureFormat(path.substr(dot + 1));
 }
 
-std::string renderPicture(const Figure& figure, PictureFormat format, double zoom) {
+std::string renderPicture(const Figure& figure, PictureFormat format, double zoom, const Progress& progress) {
   const auto isSize = [](double size) { return size > 0.0 && std::isfinite(size); };
   if (!hasFont() || !isSize(figure.width) || !isSize(figure.height) || !isSize(zoom)) return {};
   std::string content;
-  const bool rendered =
-      format == PictureFormat::Png ? renderImage(figure, zoom, content) : renderVector(figure, format, content);
+  const bool rendered = format == PictureFormat::Png ? renderImage(figure, zoom, progress, content)
+                                                     : renderVector(figure, format, progress, content);
   if (!rendered) return {};
   if (format == PictureFormat::Ps || format == PictureFormat::Eps) dropCreationDate(content);
   if (format == PictureFormat::Svg) {
@@ -136,8 +136,9 @@ std::string renderPicture(const Figure& figure, PictureFormat format, double zoo
   return content;
 }
 
-bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom) {
-  const std::string content = renderPicture(figure, format, zoom);
+bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom,
+                 const Progress& progress) {
+  const std::string content = renderPicture(figure, format, zoom, progress);
   if (content.empty()) return false;
   TextWriter out(path);
   out << content;

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 struct Figure;
@@ -15,10 +17,12 @@ std::optional<PictureFormat> pictureFormat(const std::string& word);
 std::optional<PictureFormat> pictureFormatOf(const std::string& path);
 
 // The file's content, at the figure's own size; PNG at 96 pixels an inch times `zoom`. The same figure gives the same
-// bytes. Empty when it can't be made: no font, no memory.
-std::string renderPicture(const Figure& figure, PictureFormat format, double zoom = 1.0);
+// bytes. Empty when it can't be made: no font, no memory; or when it was stopped.
+std::string renderPicture(const Figure& figure, PictureFormat format, double zoom = 1.0, const Progress& progress = {});
 
-// Writes the picture; an old file is replaced only by a complete new one. False when it can't be made or written.
-[[nodiscard]] bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom = 1.0);
+// Writes the picture; an old file is replaced only by a complete new one. False when it can't be made or written, or
+// when it was stopped.
+[[nodiscard]] bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom = 1.0,
+                               const Progress& progress = {});
 
 }  // namespace tarvex

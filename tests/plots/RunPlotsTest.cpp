@@ -94,26 +94,28 @@ TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
   const Figure all = cobwebPlot(table, {});
   const auto& chart = std::get<CobwebChart>(all.charts.front());
   EXPECT_THAT(chart.colours, ElementsAre(0, 0, 1, 2, 3, 4, 4, 4));
-  const char* names[] = {"Red", "Blue", "Green", "Magenta", "Midnight blue", "Indian Red"};
-  ASSERT_EQ(chart.palette.size(), 6u);
-  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(chart.palette[i], namedColour(names[i]));
-  EXPECT_EQ(chart.positions[3 * 1 + 1], 0.5f) << "a constant column is passed in the middle";
-  EXPECT_EQ(chart.positions[3 * 0 + 2], 1.0f);
-  EXPECT_TRUE(std::isnan(chart.positions[3 * 7]));
+  const char* names[] = {"Red", "Blue", "Green", "Magenta", "Midnight blue"};
+  ASSERT_EQ(chart.palette.size(), 5u);
+  for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(chart.palette[i], namedColour(names[i]));
+  EXPECT_EQ(chart.axes[1].positions[1], 0.5f) << "a constant column is passed in the middle";
+  EXPECT_EQ(chart.axes[2].positions[0], 1.0f);
+  EXPECT_TRUE(std::isnan(chart.axes[0].positions[7]));
   EXPECT_EQ(all.legend.size(), 5u);
 
   const std::vector<RunRange> filters{{2, 3.0, 6.0, true}, {2, 4.0, 99.0, true}};
   const Figure kept = cobwebPlot(table, filters);
-  EXPECT_THAT(std::get<CobwebChart>(kept.charts.front()).colours, ElementsAre(1, 2, 3));
+  const RunMarks& marks = std::get<CobwebChart>(kept.charts.front()).runs;
+  EXPECT_THAT(marks.dropped, ElementsAre(1, 1, 0, 0, 0, 1, 1, 1));
+  EXPECT_TRUE(!marks.showDropped && marks.droppedColour == namedColour("Indian Red"));
   EXPECT_EQ(kept.subtitle, "3 of 8 runs within the filters");
   EXPECT_EQ(std::get<CobwebChart>(kept.charts.front()).axes[2].filter, std::make_pair(4.0, 6.0));
   const Figure shown = cobwebPlot(table, filters, true);
-  EXPECT_THAT(std::get<CobwebChart>(shown.charts.front()).colours, ElementsAre(5, 5, 5, 5, 5, 1, 2, 3));
+  EXPECT_TRUE(std::get<CobwebChart>(shown.charts.front()).runs.showDropped);
   EXPECT_EQ(shown.legend.size(), 6u);
 
   EXPECT_EQ(cobwebPlot(tableOf({{2.0}, {kNan}}), {}).legend.size(), 1u) << "one run: the first column is constant";
-  EXPECT_THAT(std::get<CobwebChart>(cobwebPlot(tableOf({{-1e308, 1e308, 0.0}}), {}).charts.front()).positions,
-              ElementsAre(0.0f, 1.0f, 0.5f));
+  const Figure widest = cobwebPlot(tableOf({{-1e308, 1e308, 0.0}}), {});
+  EXPECT_THAT(std::get<CobwebChart>(widest.charts.front()).axes[0].positions, ElementsAre(0.0f, 1.0f, 0.5f));
   EXPECT_THAT(cobwebPlot({}, {}).charts, IsEmpty());
 }
 

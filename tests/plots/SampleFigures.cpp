@@ -82,10 +82,10 @@ CobwebChart cobweb(std::size_t runs, std::size_t axes) {
   for (std::size_t axis = 0; axis < axes; ++axis)
     chart.axes.push_back({"x" + std::to_string(axis + 1), -1.0, 2000.0, {}});
   if (axes > 1) chart.axes[1].filter = {100.0, 500.0};
-  for (const double value : numbers(runs * axes, 7)) chart.positions.push_back(static_cast<float>(value));
-  for (std::size_t run = 0; run < runs; ++run) {
-    const float first = axes == 0 ? 0.0F : chart.positions[run * axes];
-    chart.colours.push_back(static_cast<std::uint8_t>(std::min(first * 5.0F, 4.0F)));
+  const std::vector<double> values = numbers(runs * axes, 7);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    chart.axes[i % axes].positions.push_back(static_cast<float>(values[i]));
+    if (i % axes == 0) chart.colours.push_back(static_cast<std::uint8_t>(std::min(values[i] * 5.0, 4.0)));
   }
   return chart;
 }

@@ -122,8 +122,8 @@ std::vector<std::pair<std::string, Figure>> extremeFigures() {
   CobwebChart constant = cobweb(3, 2);
   constant.axes[0].upper = constant.axes[0].lower;
   constant.axes[1].filter = {kInfinity, std::nan("")};
-  constant.positions[1] = std::numeric_limits<float>::quiet_NaN();
-  constant.positions[2] = 1e30F;
+  constant.axes[1].positions[0] = std::numeric_limits<float>::quiet_NaN();
+  constant.axes[0].positions[1] = 1e30F;
   constant.colours[0] = 200;
   BarChart ragged = bars(4, kWide);
   ragged.series[1].pop_back();
@@ -148,7 +148,7 @@ TEST(DrawFigure, extremeFiguresAreDrawn) {
     for (const auto& [width, height] : {std::pair(200.0, 150.0), std::pair(30.0, 200.0), std::pair(1.0, 1.0)}) {
       cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 300, 300);
       cairo_t* context = cairo_create(surface);
-      drawFigure(context, figure, {width, height, 1.0, false});
+      EXPECT_TRUE(drawFigure(context, figure, width, height, {}));
       EXPECT_EQ(cairo_status(context), CAIRO_STATUS_SUCCESS) << name << ' ' << width << " x " << height;
       cairo_destroy(context);
       cairo_surface_destroy(surface);

@@ -1,0 +1,113 @@
+#include "plots/LegendLayout.h"
+
+#include <cairo.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "plots/Canvas.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr double kMarkWidth = 28.0;  // a dash pattern and a half
+constexpr double kBoxWidth = 14.0;
+constexpr double kMarkHeight = 10.0;
+constexpr double kPointRadius = 3.0;
+constexpr double kLineWidth = 1.8;
+constexpr double kRowHeight = 1.25;  // in heights of a text
+
+double markWidth(const LegendEntry& entry) {
+  return entry.mark == LegendMark::Line ? kMarkWidth : kBoxWidth;
+}
+
+void drawMark(Canvas& canvas, const Rect& box, const LegendEntry& entry) {
+  cairo_t* context = canvas.context();
+  switch (entry.mark) {
+    case LegendMark::Box:
+      canvas.fill(box, entry.colour);
+      canvas.outline(box, outlineOf(entry.colour), 0.8);
+      return;
+    case LegendMark::Line:
+      canvas.setColour(entry.colour);
+      canvas.setLine(kLineWidth * canvas.scale(), entry.style);
+      cairo_move_to(context, box.x, box.centreY());
+      cairo_line_to(context, box.right(), box.centreY());
+      cairo_stroke(context);
+      return;
+    case LegendMark::Point:
+      canvas.setColour(entry.colour);
+      cairo_arc(context, box.centreX(), box.centreY(), kPointRadius * canvas.scale(), 0.0, 2.0 * M_PI);
+      cairo_fill(context);
+      return;
+  }
+}
+
+// Entries side by side, from the left; each takes `widths` of them.
+struct Row {
+  std::vector<std::size_t> entries;
+  std::vector<double> widths;
+  double width = 0.0;
+};
+
+std::vector<Row> rowsOf(Metrics& metrics, const std::vector<LegendEntry>& entries, double width, std::size_t most) {
+  const double gap = metrics.gap();
+  std::vector<Row> rows;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const double mark = markWidth(entries[i]) * metrics.scale() + gap;
+    const double taken = std::min(mark + metrics.pen().width(entries[i].text, metrics.bodyStyle()), width);
+    if (rows.empty() || rows.back().width + 3.0 * gap + taken > width) {
+      if (rows.size() == most) break;
+      rows.emplace_back();
+    }
+    Row& row = rows.back();
+    row.width += taken + (row.entries.empty() ? 0.0 : 3.0 * gap);
+    row.entries.push_back(i);
+    row.widths.push_back(taken);
+  }
+  return rows;
+}
+
+}  // namespace
+
+void LegendLayout::move(double x, double y) {
+  for (Place& place : places)
+    for (Rect* rect : {&place.mark, &place.text}) {
+      rect->x += x;
+      rect->y += y;
+    }
+}
+
+LegendLayout layOutLegend(Metrics& metrics, const std::vector<LegendEntry>& entries, double width, double room) {
+  const double gap = metrics.gap();
+  const double rowHeight = metrics.pen().height(metrics.bodyStyle()) * kRowHeight;
+  const double high = kMarkHeight * metrics.scale();
+  LegendLayout layout;
+  const auto most = static_cast<std::size_t>(std::max(room, 0.0) / rowHeight);
+  for (const Row& row : rowsOf(metrics, entries, width, most)) {
+    const double middle = layout.height + rowHeight / 2.0;
+    double left = (width - row.width) / 2.0;
+    for (std::size_t i = 0; i < row.entries.size(); ++i) {
+      const double mark = markWidth(entries[row.entries[i]]) * metrics.scale();
+      layout.places.push_back({row.entries[i],
+                               {left, middle - high / 2.0, mark, high},
+                               {left + mark + gap, layout.height, row.widths[i] - mark - gap, rowHeight}});
+      left += row.widths[i] + 3.0 * gap;
+    }
+    layout.height += rowHeight;
+  }
+  return layout;
+}
+
+void drawLegend(Canvas& canvas, const std::vector<LegendEntry>& entries, const LegendLayout& layout) {
+  for (const LegendLayout::Place& place : layout.places) {
+    const LegendEntry& entry = entries[place.entry];
+    drawMark(canvas, place.mark, entry);
+    canvas.setColour(canvas.inks().text);
+    canvas.pen().draw(entry.text, canvas.bodyStyle(), place.text.x, place.text.centreY(), Anchor::Left,
+                      place.text.width, Shorten::InMiddle);
+  }
+}
+
+}  // namespace tarvex

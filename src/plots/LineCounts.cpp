@@ -1,0 +1,64 @@
+#include "plots/LineCounts.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <future>
+#include <thread>
+
+#include "plots/LineStrip.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::size_t kFewLines = 3000;      // whose edges are smoothed both ways
+constexpr std::size_t kSharedWork = 100000;  // lines times axes, some milliseconds: from here on a thread pays
+
+LineGrid gridFor(int height, double thickness, std::size_t lines) {
+  constexpr double kThick = 1.05;  // pixels; such lines need no finer rows
+  LineGrid grid;
+  grid.height = height;
+  grid.subRows = thickness < kThick ? 4 : 2;
+  grid.subColumns = lines <= kFewLines ? 4 : 1;
+  // Beyond the subrow of the middle.
+  const int rest = std::max(static_cast<int>(std::lround(thickness * grid.subRows)) - 1, 0);
+  grid.above = std::min(rest / 2, LineStrip::kMostBeyond);
+  grid.below = std::min(rest - rest / 2, LineStrip::kMostBeyond);
+  return grid;
+}
+
+}  // namespace
+
+bool LineCounts::count(const std::vector<Axis>& axes, const std::vector<std::uint8_t>& classes,
+                       const std::vector<Colour>& palette, const Progress& progress) {
+  const LineGrid grid = gridFor(height_, thickness_, classes.size());
+  parts_ = static_cast<std::uint32_t>(grid.subRows * grid.subColumns);
+  const std::size_t pixels = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+  std::vector<std::uint32_t> counts(pixels);
+  std::vector<std::uint32_t> inks(pixels);
+  const std::size_t strips = axes.empty() ? 0 : axes.size() - 1;
+  std::atomic<std::size_t> next = 0;
+  // Strips share no column: each writes what is its own.
+  const auto work = [&](const Progress& watched) {
+    for (std::size_t i = next++; i < strips; i = next++) {
+      if (!watched.report(i, strips)) next = strips;
+      const auto columnOf = [&](double x) { return std::clamp(static_cast<int>(std::lround(x)), 0, width_); };
+      LineStrip strip(grid, columnOf(axes[i].x), columnOf(axes[i + 1].x), axes[i].x, axes[i + 1].x);
+      strip.count(axes[i].rows, axes[i + 1].rows, classes, palette);
+      strip.write(width_, counts, inks);
+    }
+  };
+  const std::size_t threads = classes.size() * strips < kSharedWork ? 1 : std::thread::hardware_concurrency();
+  std::vector<std::future<void>> others;
+  for (std::size_t i = 1; i < std::min(threads, strips); ++i)
+    others.push_back(std::async(std::launch::async, work, Progress()));
+  work(progress);
+  for (std::future<void>& other : others) other.get();
+  if (progress.stopped()) return false;
+  counts_ = std::move(counts);
+  inks_ = std::move(inks);
+  return true;
+}
+
+}  // namespace tarvex
