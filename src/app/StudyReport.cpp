@@ -11,6 +11,7 @@
 #include "app/versions.h"
 #include "base/TextWriter.h"
 #include "plots/Document.h"
+#include "plots/RunTable.h"
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"
 #include "plots/measurePlots.h"
@@ -47,13 +48,25 @@ void addDensities(Document& out, const FactorList& factors) {
   }
 }
 
-void addUncertainty(Document& out, const UaStats& statistics) {
+// From the statistics, or from the runs where these have no bins.
+Figure histogramOf(const ProjectConfiguration& project, std::int32_t variable, HistogramForm form) {
+  const UaStats& statistics = project.vels.uncertainty;
+  RunTable runs;
+  std::string message;
+  if (isWithoutBins(statistics, variable) &&
+      readRunTable(project.prep, project.model, {"V - " + *statistics.name(variable)}, runs, message))
+    return histogramPlot({&runs.columns.front()}, form, kLinearScale);
+  return histogramPlot(statistics, {variable}, form, kLinearScale);
+}
+
+void addUncertainty(Document& out, const ProjectConfiguration& project) {
   constexpr double kHeight = 330.0;
+  const UaStats& statistics = project.vels.uncertainty;
   out.add(Heading{"Uncertainty"});
   reportUncertainty(out, statistics);
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
-    Figure figure = histogramPlot(statistics, {v}, HistogramForm::Area, kLinearScale);
-    Figure cumulative = histogramPlot(statistics, {v}, HistogramForm::Cumulative, kLinearScale);
+    Figure figure = histogramOf(project, v, HistogramForm::Area);
+    Figure cumulative = histogramOf(project, v, HistogramForm::Cumulative);
     std::move(cumulative.charts.begin(), cumulative.charts.end(), std::back_inserter(figure.charts));
     figure.columns = 2;
     figure.title = *statistics.name(v);
@@ -106,7 +119,7 @@ Document studyReport(const ProjectConfiguration& project, const std::string& tit
   if (project.prep.samples.rows() > 0) reportSampleStatistics(out, project.prep);
   out.add(Heading{"Model"});
   reportResults(out, project.model);
-  addUncertainty(out, project.vels.uncertainty);
+  addUncertainty(out, project);
   addMeasures(out, project.vels);
   addIdentity(out, project.prep);
   return out;

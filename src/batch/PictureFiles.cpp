@@ -66,6 +66,13 @@ void addRunPictures(const RunTable& table, const RunColumn& output, const Sensit
   }
 }
 
+// From the statistics; they have no bins where a value is infinite, and the column has.
+Figure histogramOf(const UaStats& stats, std::int32_t variable, const RunColumn& column, HistogramForm form,
+                   HistogramScale scale) {
+  return isWithoutBins(stats, variable) ? histogramPlot({&column}, form, scale)
+                                        : histogramPlot(stats, {variable}, form, scale);
+}
+
 // All factors, then the analysed variables.
 bool readColumns(const ProjectConfiguration& project, RunTable& table, std::string& message) {
   std::vector<std::string> names;
@@ -99,16 +106,17 @@ bool writePictureFiles(const ProjectConfiguration& project, const std::string& d
   PictureWriter pictures(directory, format);
   for (std::size_t k = 0; k < variables.size(); ++k) {
     const auto v = static_cast<std::int32_t>(k);
+    const RunColumn& column = table.columns[firstOutput + k];
     if (v < uncertainty.variableCount()) {
-      pictures.add(variables[k], "histogram", histogramPlot(uncertainty, {v}, HistogramForm::Area, scale),
+      pictures.add(variables[k], "histogram", histogramOf(uncertainty, v, column, HistogramForm::Area, scale),
                    PictureKind::Uncertainty);
-      pictures.add(variables[k], "cumulative", histogramPlot(uncertainty, {v}, HistogramForm::Cumulative, scale),
+      pictures.add(variables[k], "cumulative", histogramOf(uncertainty, v, column, HistogramForm::Cumulative, scale),
                    PictureKind::Uncertainty);
     }
     if (stats != nullptr)
       for (const auto& [word, figure] : measureFigures(*stats, v, variables[k]))
         pictures.add(variables[k], word, figure);
-    addRunPictures(table, table.columns[firstOutput + k], stats, v, pictures);
+    addRunPictures(table, column, stats, v, pictures);
   }
   return pictures.finish(message);
 }

@@ -197,20 +197,20 @@ std::string listed(const std::vector<std::string>& names) {
   return names.size() > kMost ? text + " and " + std::to_string(names.size() - kMost) + " others" : text;
 }
 
-// Runs, and who isn't shown.
+// Runs, and who isn't shown. `infinite`: values that the bins leave out, in all variables together.
 std::string subtitleOf(const UaStats& stats, const std::vector<Series>& all, const std::vector<std::string>& without,
-                       HistogramScale scale) {
+                       HistogramScale scale, std::int64_t infinite) {
   std::string text = runsText(stats.sampleSize());
-  if (all.size() == 1 && all.front().runs < stats.sampleSize())
-    text += ", " + std::to_string(std::lround(stats.sampleSize() - all.front().runs)) + " without a number";
+  const std::int64_t missing =
+      all.size() == 1 ? std::llround(stats.sampleSize() - all.front().runs) - infinite : std::int64_t{0};
+  if (missing > 0) text += ", " + std::to_string(missing) + " without a number";
+  if (infinite > 0) text += ", " + std::to_string(infinite) + (infinite == 1 ? " infinite value" : " infinite values");
   if (without.empty()) return text;
   return text + (scale == kLogScale ? "; not above 0 in all of them: " : "; without a histogram: ") + listed(without);
 }
 
-}  // namespace
-
-Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
-                     HistogramScale scale) {
+Figure figureOf(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
+                HistogramScale scale, std::int64_t infinite) {
   std::vector<Series> all;
   std::vector<std::string> without;
   for (const std::int32_t variable : variables) {
@@ -224,7 +224,7 @@ Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& vari
   figure.title = titleOf(form);
   if (variables.size() == 1 && stats.name(variables.front()) != nullptr)
     figure.title += " of " + *stats.name(variables.front());
-  figure.subtitle = subtitleOf(stats, all, without, scale);
+  figure.subtitle = subtitleOf(stats, all, without, scale, infinite);
   if (all.empty()) return figure;
 
   if (all.size() == 1) all.front().colour = namedColour("Medium Slate Blue");
@@ -236,6 +236,17 @@ Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& vari
   }
   figure.charts.emplace_back(chartOf(all, form, scale));
   return figure;
+}
+
+}  // namespace
+
+Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
+                     HistogramScale scale) {
+  return figureOf(stats, variables, form, scale, 0);
+}
+
+bool isWithoutBins(const UaStats& stats, std::int32_t variable) {
+  return std::isinf(stats.minimum(variable)) || std::isinf(stats.maximum(variable));
 }
 
 Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale) {
@@ -251,14 +262,20 @@ Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm
     names.push_back(mixed ? column->label() : column->name);
     runs = std::max(runs, column->values.size());
   }
+  std::int64_t infinite = 0;
   bool stored = table.allocate(static_cast<std::int32_t>(columns.size()));
   for (std::size_t run = 0; run < runs && stored; ++run) {
-    for (std::size_t i = 0; i < columns.size(); ++i)
+    for (std::size_t i = 0; i < columns.size(); ++i) {
       row[i] = run < columns[i]->values.size() ? columns[i]->values[run] : std::nan("");
+      if (!std::isinf(row[i])) continue;
+      // No bins reach so far: the others would be without theirs.
+      row[i] = std::nan("");
+      ++infinite;
+    }
     stored = table.addRow(row.data()) > 0;
   }
   UaStats stats;
-  if (stored && stats.compute(names, table)) return histogramPlot(stats, variables, form, scale);
+  if (stored && stats.compute(names, table)) return figureOf(stats, variables, form, scale, infinite);
   Figure figure;
   figure.title = titleOf(form);
   figure.subtitle = "No values: " + table.errorText();

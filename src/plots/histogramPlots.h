@@ -18,7 +18,10 @@ enum class HistogramForm { Area, Outline, Frequency, Cumulative, Complement };
 // above 0 appear; a figure without curves says so in its subtitle. Requires: variables that there are.
 Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
                      HistogramScale scale);
-// The same for columns of a run table, on the same hundred and one bins.
+// True for a variable that statistics have no bins of because a value is infinite: its runs have to be shown instead.
+bool isWithoutBins(const UaStats& stats, std::int32_t variable);
+// The same for columns of a run table, on the same hundred and one bins. Infinite values are left out of them, and
+// counted in the subtitle.
 Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale);
 
 }  // namespace tarvex

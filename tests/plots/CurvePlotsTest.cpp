@@ -78,10 +78,13 @@ TEST(HistogramPlot, survivesVariablesWithoutAHistogram) {
       EXPECT_TRUE(x.lower < constant.front() && constant.front() < x.upper);
       EXPECT_EQ(chartOf(figure).layers.size(), 1u);
     }
-    for (const std::vector<double>& none : {std::vector<double>{}, {kNan, kNan}, {1.0, kInf}, {-1e308, 1e308}})
+    for (const std::vector<double>& none : {std::vector<double>{}, {kNan, kNan}, {kInf, -kInf}, {-1e308, 1e308}})
       EXPECT_THAT(histogramOf(none, form).charts, IsEmpty());
     EXPECT_THAT(histogramOf({0.0, 1.0}, form, kLogScale).charts, IsEmpty());
   }
+  const Figure infinite = histogramOf({0.0, 1.0, kInf, kNan, 1.0}, HistogramForm::Area);
+  EXPECT_EQ(sumOf(std::get<Area>(chartOf(infinite).layers.at(0)).heights), 3.0);
+  EXPECT_EQ(infinite.subtitle, "5 runs, 1 without a number, 1 infinite value");
   EXPECT_EQ(histogramOf({0.0, 1.0}, HistogramForm::Area, kLogScale).subtitle, "2 runs; not above 0 in all of them: Y");
   EXPECT_THAT(histogramPlot(std::vector<const RunColumn*>{}, HistogramForm::Area, kLinearScale).charts, IsEmpty());
 }
