@@ -54,7 +54,8 @@ Figure histogramOf(const ProjectConfiguration& project, std::int32_t variable, H
   RunTable runs;
   std::string message;
   if (isWithoutBins(statistics, variable) &&
-      readRunTable(project.prep, project.model, {"V - " + *statistics.name(variable)}, runs, message))
+      readRunTable(project.prep, project.model, project.vels.outputNames(project.model),
+                   {"V - " + *statistics.name(variable)}, runs, message))
     return histogramPlot({&runs.columns.front()}, form, kLinearScale);
   return histogramPlot(statistics, {variable}, form, kLinearScale);
 }
