@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <map>
@@ -22,7 +23,7 @@ constexpr std::string_view kPrefix = ".tarvex-";
 constexpr int kMostNames = 1000;
 
 struct Announced {
-  std::mutex mutex;
+  std::timed_mutex mutex;
   std::map<std::string, int> paths;  // each with a descriptor that holds its lock
   int lastNumber = 0;
 };
@@ -101,6 +102,12 @@ std::string Temporaries::createDirectory(const std::string& directory) {
   return path;
 }
 
+void Temporaries::add(const std::string& path) {
+  Announced& all = announced();
+  const std::lock_guard lock(all.mutex);
+  announce(path, -1);
+}
+
 void Temporaries::forget(const std::string& path) {
   Announced& all = announced();
   const std::lock_guard lock(all.mutex);
@@ -112,7 +119,9 @@ void Temporaries::forget(const std::string& path) {
 
 void Temporaries::deleteAllForEnd() {
   Announced& all = announced();
-  all.mutex.lock();
+  // Held from now on; a holder that failed in the middle, or waits for a dead disk, is not waited for.
+  constexpr std::chrono::milliseconds kPatience{200};
+  static_cast<void>(all.mutex.try_lock_for(kPatience));
   std::error_code error;
   for (const auto& [path, lockHolder] : all.paths) std::filesystem::remove_all(path, error);
 }

@@ -17,6 +17,8 @@ class Temporaries {
   static int createFile(const std::string& directory, mode_t mode, std::string& path);
   // Makes a new directory in `directory`. Its path, or an empty text with errno.
   static std::string createDirectory(const std::string& directory);
+  // A file that a helper of this process makes, and may leave when it is killed.
+  static void add(const std::string& path);
   // It is gone, or in its place under another name.
   static void forget(const std::string& path);
 

@@ -4,37 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 
 namespace tarvex {
-
-namespace {
-
-volatile std::sig_atomic_t stopFlag = 0;
-
-extern "C" void onStopSignal(int signalNumber) {
-  if (stopFlag != 0) {
-    std::signal(signalNumber, SIG_DFL);
-    std::raise(signalNumber);
-  }
-  stopFlag = 1;
-}
-
-}  // namespace
-
-void ConsoleFrontEnd::installStopSignals() {
-  std::signal(SIGINT, onStopSignal);
-  std::signal(SIGTERM, onStopSignal);
-  // A program started by nohup stays deaf to this one.
-  if (std::signal(SIGHUP, onStopSignal) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
-}
-
-bool ConsoleFrontEnd::stopRequested() {
-  return stopFlag != 0;
-}
-void ConsoleFrontEnd::requestStop(bool stop) {
-  stopFlag = stop ? 1 : 0;
-}
 
 void ConsoleFrontEnd::openProgress(const std::string& title, std::int32_t rows) {
   title_ = title;

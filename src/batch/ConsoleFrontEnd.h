@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "app/FrontEnd.h"
+#include "batch/StopSignals.h"
 
 namespace tarvex {
 
@@ -20,20 +21,13 @@ class ConsoleFrontEnd : public FrontEnd {
   void openAnimation(const std::string& title, const std::string& modelName, const std::string& fileName) override;
   void animate() override;
   void drainEvents() override {}
-  bool continueRun() override { return !stopRequested(); }
+  bool continueRun() override { return !StopSignals::requested(); }
   void message(MessageKind kind, const std::string& title, const std::string& text) override;
   // Nobody is there to ask: no.
   bool question(const std::string& title, const std::string& text, const std::string& yes,
                 const std::string& no) override;
   // The inputs take the sample's columns in their order.
   bool linkFactors(const FactorList& factors, InternalModel& model) override;
-
-  // Makes Ctrl-C, a termination request and the loss of the terminal ask for a stop instead of ending the process; a
-  // second one ends it.
-  static void installStopSignals();
-  static bool stopRequested();
-  // For tests: as if the user had pressed Ctrl-C, or not.
-  static void requestStop(bool stop);
 
  private:
   void show(std::string line);

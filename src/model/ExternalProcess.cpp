@@ -23,7 +23,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr milliseconds kGrace{2000};     // from the request to end to the kill
+constexpr milliseconds kGrace{1000};     // from the request to end to the kill
 constexpr milliseconds kGroupSlice{10};  // between two looks at a group that is about to end
 constexpr int kSignalExit = 128;
 constexpr mode_t kLogMode = 0666;  // less the user's mask

@@ -42,7 +42,7 @@ class ExternalProcess {
   // Requires: poll() gave Ended.
   int exitCode() const { return exitCode_; }
 
-  // Asks the whole group to end, and kills after two seconds what is still there. Nothing of it is left on return.
+  // Asks the whole group to end, and kills after a second what is still there. Nothing of it is left on return.
   void stop();
 
  private:

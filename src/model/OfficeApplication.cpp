@@ -92,7 +92,10 @@ void OfficeApplication::quit() {
   Temporaries::forget(directory_);
   directory_.clear();
   // One that was killed had no time to do this.
-  for (const std::string& file : files_) std::filesystem::remove(file, ignored);
+  for (const std::string& file : files_) {
+    std::filesystem::remove(file, ignored);
+    Temporaries::forget(file);
+  }
   files_.clear();
 }
 
@@ -126,7 +129,10 @@ bool OfficeApplication::open(const std::string& path, bool readOnly) {
   const std::size_t name = path.rfind('/') + 1;
   const std::string lock = path.substr(0, name) + ".~lock." + path.substr(name) + '#';
   std::error_code error;
-  if (!readOnly && !std::filesystem::exists(lock, error)) files_.push_back(lock);
+  if (!readOnly && !std::filesystem::exists(lock, error)) {
+    files_.push_back(lock);
+    Temporaries::add(lock);
+  }
   return ask(request("open", path, std::string_view(readOnly ? "read" : "write")), kCallLimit);
 }
 

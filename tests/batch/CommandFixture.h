@@ -8,7 +8,7 @@
 
 #include "base/RememberedDirectories.h"
 #include "batch/Commands.h"
-#include "batch/ConsoleFrontEnd.h"
+#include "batch/StopSignals.h"
 #include "support/TempDirectory.h"
 
 namespace tarvex::test {
@@ -20,7 +20,7 @@ class CommandFixture : public testing::Test {
  protected:
   void SetUp() override { RememberedDirectories::forget(); }
   void TearDown() override {
-    ConsoleFrontEnd::requestStop(false);
+    StopSignals::request(false);
     RememberedDirectories::forget();
   }
 

@@ -87,7 +87,7 @@ TEST_F(ExternalModel, wrongUsage) {
 }
 
 TEST_F(ExternalModel, aStopEndsTheModel) {
-  ConsoleFrontEnd::requestStop(true);
+  StopSignals::request(true);
   EXPECT_EQ(run("sleep 60\n"), kStopped);
   EXPECT_EQ(errors_, "");
   EXPECT_FALSE(std::filesystem::exists(case_ + "/run.spc"));

@@ -174,7 +174,7 @@ TEST_F(Process, whatDoesNotEndWhenAskedIsKilled) {
   ASSERT_TRUE(process.start(script("trap '' TERM\n" + std::string(kWithChild))));
   ASSERT_TRUE(test::waitForLines(file("pids"), 2));
   const milliseconds time = timeToStop(process);
-  EXPECT_GE(time, milliseconds(2000));
+  EXPECT_GE(time, milliseconds(1000));
   EXPECT_LT(time, milliseconds(3000));
   EXPECT_EQ(test::livingProcesses(file("pids")), std::vector<int>());
   EXPECT_EQ(process.exitCode(), 128 + SIGKILL);

@@ -1,0 +1,108 @@
+#include "batch/StopSignals.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <system_error>
+#include <thread>
+
+#include "base/Temporaries.h"
+#include "batch/Commands.h"
+
+namespace tarvex {
+
+namespace {
+
+constexpr int kGrace = 1500;  // milliseconds; with the cleaning up less than two seconds
+
+volatile std::sig_atomic_t stopFlag = 0;
+int requestPipe[2] = {-1, -1};
+
+extern "C" void onStopSignal(int) {
+  const int error = errno;
+  stopFlag = 1;
+  // A full pipe holds requests enough.
+  static_cast<void>(::write(requestPipe[1], "", 1) == 1);
+  errno = error;
+}
+
+// The parent of a process, by its line in /proc: number (name) state parent ...; the name may hold anything.
+pid_t parentOf(const std::filesystem::path& process) {
+  std::ifstream in(process / "stat");
+  std::string line;
+  std::getline(in, line);
+  std::istringstream fields(line.substr(line.rfind(')') + 1));
+  char state = 'Z';
+  pid_t parent = 0;
+  return fields >> state >> parent ? parent : 0;
+}
+
+// Each child is the head of a group of its own.
+void killChildren() {
+  std::error_code error;
+  std::filesystem::directory_iterator entry("/proc", error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::string name = entry->path().filename().native();
+    if (name.find_first_not_of("0123456789") == std::string::npos && parentOf(entry->path()) == ::getpid())
+      ::kill(-std::stoi(name), SIGKILL);
+  }
+}
+
+// A thread of its own: the one that works may be anywhere, within a library's long call or waiting for a disk.
+void endAfterRequest() {
+  char byte = 0;
+  while (::read(requestPipe[0], &byte, 1) != 1) {
+  }
+  pollfd second{requestPipe[0], POLLIN, 0};
+  ::poll(&second, 1, kGrace);
+  killChildren();
+  Temporaries::deleteAllForEnd();
+  ::_exit(kStopped);
+}
+
+// Signals go to the thread that works: they end its waiting.
+bool startThread() {
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  bool started = true;
+  try {
+    std::thread(endAfterRequest).detach();
+  } catch (const std::system_error&) {
+    started = false;
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return started;
+}
+
+}  // namespace
+
+void StopSignals::install() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  if (::pipe2(requestPipe, O_CLOEXEC) != 0) return;  // without the means signals end the process as ever
+  ::fcntl(requestPipe[1], F_SETFL, O_NONBLOCK);
+  if (!startThread()) return;
+  std::signal(SIGINT, onStopSignal);
+  std::signal(SIGTERM, onStopSignal);
+  // A program started by nohup stays deaf to this one.
+  if (std::signal(SIGHUP, onStopSignal) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
+}
+
+bool StopSignals::requested() {
+  return stopFlag != 0;
+}
+
+void StopSignals::request(bool stop) {
+  stopFlag = stop ? 1 : 0;
+}
+
+}  // namespace tarvex
