@@ -1,7 +1,9 @@
+#include <tuple>
+
 #include "app/Analysis.h"
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
-#include "base/Paths.h"
+#include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/PictureFiles.h"
 #include "batch/Reports.h"
@@ -12,15 +14,20 @@
 namespace tarvex {
 
 int runAnalyse(const AnalyseOptions& options, const Console& console) {
-  // A post-processor file carries directories into which its reader goes: where results go is settled before.
-  const std::string output = absolutePath(options.output);
-  const std::string csvFile = absolutePath(options.csvFile);
-  const std::string jsonFile = absolutePath(options.jsonFile);
-  const std::string tables = absolutePath(options.tablesDirectory);
-  const std::string plots = absolutePath(options.plotsDirectory);
-
+  const auto& [output, csvFile, jsonFile, tables, plots] =
+      std::tie(options.output, options.csvFile, options.jsonFile, options.tablesDirectory, options.plotsDirectory);
+  CommandFiles files;
+  files.reads("post-processor file to read", options.input);
+  files.writes("post-processor file", output, messages::kPostProcessorFile);
+  files.writes("file of comma-separated values", csvFile, messages::kCannotSave);
+  files.writes("JSON file", jsonFile, messages::kCannotSave);
+  files.fills("tables", tables, ".txt", messages::kCannotSave);
+  const bool histograms = options.uncertainty || !options.sensitivity;
+  files.fills("pictures", plots, '.' + options.plotFormat,
+              histograms ? messages::kCannotSave : messages::kCannotCreate);
   ProjectConfiguration project;
   std::string message;
+  if (!files.check(message)) return console.fail(message);
   if (!loadPostProcessorFile(options.input, project.prep, project.model, project.vels, message))
     return console.fail(message);
   if (!message.empty()) console.frontEnd.message(MessageKind::Warning, "Warning", message);
@@ -29,7 +36,7 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   const HistogramScale scale = options.logScale ? kLogScale : kLinearScale;
   AnalysisRequest request;
   request.variables = options.variables;
-  request.uncertainty = options.uncertainty || !options.sensitivity;
+  request.uncertainty = histograms;
   request.sensitivity = options.sensitivity || !options.uncertainty;
   request.tchebyConfidence = options.confidence;
   request.kolmogorovConfidence = options.kolmogorov;

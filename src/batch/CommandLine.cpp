@@ -1,7 +1,13 @@
 #include "batch/CommandLine.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
+
+#include "app/versions.h"
+#include "batch/SamplerOptions.h"
 
 namespace tarvex {
 
@@ -13,30 +19,61 @@ const std::vector<std::string> kKindWords = {"scatter", "cobweb",   "histogram",
 const std::vector<std::string> kMethodWords = {"random", "latin", "replicated-latin", "lptau", "morris", "fast",
                                                "sobol",  "fixed"};
 
+// A whole number in decimal, whatever zeros it begins with.
+std::int64_t wholeNumber(const std::string& text, const char* names) {
+  std::int64_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data() + (text.starts_with('+') ? 1 : 0), end, number);
+  if (text.empty() || error != std::errc() || stop != end) throw CLI::ConversionError(text, names);
+  return number;
+}
+
+void addNumber(CLI::App& app, const char* names, std::optional<std::int64_t>& value, const char* help) {
+  app.add_option_function<std::string>(
+         names, [&value, names](const std::string& text) { value = wholeNumber(text, names); }, help)
+      ->type_name("INT");
+}
+
+// CLI11's own lets a nan through.
+CLI::Validator between(double low, double high) {
+  return {[=](std::string& text) {
+            double value = 0.0;
+            if (CLI::detail::lexical_cast(text, value) && value >= low && value <= high) return std::string();
+            return fmt::format("{} is not a number from {} to {}", text, low, high);
+          },
+          fmt::format("{} to {}", low, high)};
+}
+
 void addSample(CLI::App& app, SampleOptions& options, Command& command) {
   CLI::App* sub = app.add_subcommand("sample", "Generate a sample of the factors in FACTORS.fac");
   sub->add_option("FACTORS", options.factorFile, "Factor file (.fac)")->required();
   sub->add_option("-o,--output", options.output, "Sample file to write (.sam)")->required();
   sub->add_option("-m,--method", options.method, "Sampling method")->required()->check(CLI::IsMember(kMethodWords));
-  sub->add_option("-n,--runs", options.runs, "Number of runs (random, latin, lptau, fast)");
-  sub->add_option("-s,--seed", options.seed, "Seed (random, latin, replicated-latin, morris, fast)");
-  sub->add_option("--base-design", options.baseDesign, "Runs of the base design (replicated-latin)");
-  sub->add_option("--replications", options.replications, "Number of replications (replicated-latin)");
-  sub->add_option("--trajectories", options.trajectories, "Number of trajectories (morris)");
-  sub->add_option("--levels", options.levels, "Levels of the grid (morris)");
+  addNumber(*sub, "-n,--runs", options.runs, "Number of runs (random, latin, lptau, fast)");
+  addNumber(*sub, "-s,--seed", options.seed, "Seed (random, latin, replicated-latin, morris, fast)");
+  addNumber(*sub, "--base-design", options.baseDesign, "Runs of the base design (replicated-latin)");
+  addNumber(*sub, "--replications", options.replications, "Number of replications (replicated-latin)");
+  addNumber(*sub, "--trajectories", options.trajectories, "Number of trajectories (morris)");
+  addNumber(*sub, "--levels", options.levels, "Levels of the grid (morris)");
   sub->add_option("--mode", options.mode, "Indices to compute (fast)")
       ->check(CLI::IsMember({"classic", "extended", "groups"}));
   sub->add_option("--group", options.groups, "A group of factors, NAME=a,b,c; may be repeated (fast, mode groups)")
       ->allow_extra_args(false);
-  sub->add_option("--base-size", options.baseSize, "Rows of a base matrix (sobol)");
-  sub->add_option("--order", options.order, "Indices up to this order; without it first and total order (sobol)");
+  addNumber(*sub, "--base-size", options.baseSize, "Rows of a base matrix (sobol)");
+  addNumber(*sub, "--order", options.order, "Indices up to this order; without it first and total order (sobol)");
   sub->add_flag("--cheap", options.cheap, "Leave out the blocks that their complements stand for (sobol)");
   sub->add_option("--rows", options.rowsFile, "Rows to take as they are: a CSV file with a header of names (fixed)");
   sub->add_option_function<std::string>(
          "--by", [&options](const std::string& by) { options.byFactor = by == "factor"; },
          "How the file lists the table (default run)")
       ->check(CLI::IsMember({"run", "factor"}));
-  sub->callback([&] { command = options; });
+  sub->add_flag("--strict", options.strict,
+                "Refuse factors with doubtful relations or correlations instead of warning");
+  sub->callback([&] {
+    if (const std::string size = missingSize(options); !size.empty())
+      throw CLI::RequiredError("--method " + options.method + ": " + size);
+    command = options;
+  });
 }
 
 void addImport(CLI::App& app, ImportOptions& options, Command& command) {
@@ -89,7 +126,7 @@ void addAnalyse(CLI::App& app, AnalyseOptions& options, Command& command) {
 }
 
 void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
-  const CLI::Range size(16.0, 30000.0);
+  const CLI::Validator size = between(16.0, 30000.0);
   CLI::App* sub = app.add_subcommand("plot", "Draw a picture of a sample, of results or of factors");
   sub->add_option("FILE", options.input, "Factor, sample, post-processor, demonstration or project file")->required();
   auto* kind = sub->add_option("-k,--kind", options.kind, "What to draw")->check(CLI::IsMember(kKindWords));
@@ -112,7 +149,7 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
       ->check(CLI::IsMember(kFormatWords));
   sub->add_option("--width", options.width, "Width in units of which 96 are an inch")->check(size);
   sub->add_option("--height", options.height, "Height in the same units")->check(size);
-  sub->add_option("--zoom", options.zoom, "Pixels a unit of a PNG (default 1)")->check(CLI::Range(0.1, 16.0));
+  sub->add_option("--zoom", options.zoom, "Pixels a unit of a PNG (default 1)")->check(between(0.1, 16.0));
   sub->callback([&] { command = options; });
 }
 
@@ -154,6 +191,7 @@ void addDemo(CLI::App& app, DemoOptions& options, Command& command) {
 Command parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, int& status) {
   CLI::App app("Uncertainty and sensitivity analysis of numerical models", "tarvex-batch");
   app.get_formatter()->column_width(34);
+  app.set_version_flag("--version", "tarvex-batch " + versionsInUse().front().second);
   Command command;
   SampleOptions sample;
   ImportOptions import;

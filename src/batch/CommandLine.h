@@ -28,6 +28,7 @@ struct SampleOptions {
   bool cheap = false;
   std::optional<std::string> rowsFile;
   bool byFactor = false;
+  bool strict = false;  // what is doubtful is refused
 };
 
 struct ImportOptions {

@@ -1,6 +1,10 @@
 #include "batch/Commands.h"
 
+#include <new>
+#include <stdexcept>
+
 #include "batch/ConsoleFrontEnd.h"
+#include "batch/StopSignals.h"
 
 namespace tarvex {
 
@@ -20,15 +24,45 @@ struct Dispatch {
   int operator()(const DemoOptions& options) const { return runDemo(options, console); }
 };
 
+// What a command was about, behind "to".
+struct Purpose {
+  std::string operator()(std::monostate) const { return "begin"; }
+  std::string operator()(const SampleOptions& options) const { return "make the sample " + options.output; }
+  std::string operator()(const ImportOptions& options) const { return "import the sample " + options.externalFile; }
+  std::string operator()(const RunOptions& options) const { return "run the model over " + options.sampleFile; }
+  std::string operator()(const AnalyseOptions& options) const { return "analyse " + options.input; }
+  std::string operator()(const PlotOptions& options) const { return "draw a picture of " + options.input; }
+  std::string operator()(const ReportOptions& options) const { return "write the report " + options.output; }
+  std::string operator()(const ProjectOptions& options) const { return "take or make the parts of " + options.input; }
+  std::string operator()(const ShowOptions& options) const { return "show " + options.file; }
+  std::string operator()(const DemoOptions&) const { return "carry out the demonstration case"; }
+};
+
+int carryOut(const Command& command, const Console& console) {
+  try {
+    return std::visit(Dispatch{console}, command);
+  } catch (const std::bad_alloc&) {
+    return console.fail("There is not enough memory to " + std::visit(Purpose(), command) + '.');
+  } catch (const std::length_error&) {
+    return console.fail("There is not enough memory to " + std::visit(Purpose(), command) + '.');
+  } catch (const std::exception& error) {
+    return console.fail("Failed to " + std::visit(Purpose(), command) + ": " + error.what());
+  }
+}
+
 }  // namespace
+
+std::string aboutFile(const std::string& message, const std::string& path) {
+  return message.find('\n' + path) == std::string::npos ? message + '\n' + path : message;
+}
 
 int runBatch(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, bool errorsAreTerminal) {
   int status = kSucceeded;
   const Command command = parseCommandLine(words, out, errors, status);
   if (std::holds_alternative<std::monostate>(command)) return status;
   ConsoleFrontEnd frontEnd(errors, errorsAreTerminal);
-  const int result = std::visit(Dispatch{Console{out, errors, frontEnd}}, command);
-  return result != kSucceeded && ConsoleFrontEnd::stopRequested() ? kStopped : result;
+  const int result = carryOut(command, Console{out, errors, frontEnd});
+  return result != kSucceeded && StopSignals::requested() ? kStopped : result;
 }
 
 }  // namespace tarvex

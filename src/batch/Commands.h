@@ -11,6 +11,9 @@ class FrontEnd;
 
 enum ExitStatus : int { kSucceeded = 0, kFailed = 1, kWrongUsage = 2, kStopped = 130 };
 
+// The message with the file's path below it, unless it already says where in the file.
+std::string aboutFile(const std::string& message, const std::string& path);
+
 // Where a command's results and messages go.
 struct Console {
   std::ostream& out;
@@ -22,6 +25,7 @@ struct Console {
     errors << message << '\n';
     return kFailed;
   }
+  int fail(const std::string& message, const std::string& path) const { return fail(aboutFile(message, path)); }
 };
 
 // Each carries out one subcommand. A failure leaves every file as it was.
@@ -35,7 +39,8 @@ int runProject(const ProjectOptions& options, const Console& console);
 int runShow(const ShowOptions& options, const Console& console);
 int runDemo(const DemoOptions& options, const Console& console);
 
-// The whole program but its process: the words after its name, to the exit status.
+// The whole program but its process: the words after its name, to the exit status. What fails outside the reach of a
+// command, as memory that can't be had, ends here as a failed command.
 int runBatch(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, bool errorsAreTerminal);
 
 }  // namespace tarvex

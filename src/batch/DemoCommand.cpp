@@ -18,15 +18,13 @@ namespace tarvex {
 
 namespace {
 
-// A main directory for one case, gone with the object. The current directory, into which a case leads, is afterwards
-// again what it was.
+// A main directory for one case, gone with the object.
 class ScratchDirectory {
  public:
   ScratchDirectory() { path_ = Temporaries::createDirectory(WorkingFile::directory()); }
   ~ScratchDirectory() {
-    std::error_code error;
-    std::filesystem::current_path(before_, error);
     if (path_.empty()) return;
+    std::error_code error;
     std::filesystem::remove_all(path_, error);
     Temporaries::forget(path_);
   }
@@ -35,8 +33,6 @@ class ScratchDirectory {
   const std::string& path() const { return path_; }
 
  private:
-  std::error_code ignored_;
-  std::filesystem::path before_ = std::filesystem::current_path(ignored_);
   std::string path_;
 };
 

@@ -1,3 +1,4 @@
+#include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/TextTable.h"
 #include "sampling/PrepConfiguration.h"
@@ -6,9 +7,13 @@
 namespace tarvex {
 
 int runImport(const ImportOptions& options, const Console& console) {
+  CommandFiles files;
+  files.reads("external sample", options.externalFile);
+  files.writes("sample file", options.output, messages::kSampleFile);
   PrepConfiguration prep;
   std::string message;
-  if (!loadExternalSample(options.externalFile, prep, message)) return console.fail(message);
+  if (!files.check(message)) return console.fail(message);
+  if (!loadExternalSample(options.externalFile, prep, message)) return console.fail(message, options.externalFile);
   prep.sampleFile = options.output;
   if (!saveSampleFile(options.output, prep, message)) return console.fail(message);
   console.out << counted(prep.samples.rows(), "run") << " of " << counted(prep.samples.columns(), "factor") << ": "

@@ -3,7 +3,7 @@
 
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
-#include "base/Paths.h"
+#include "batch/CommandFiles.h"
 #include "batch/CommandLine.h"
 #include "batch/Commands.h"
 #include "batch/PictureFiles.h"
@@ -55,12 +55,17 @@ int saveRuns(const PrepConfiguration& prep, const RunSelection& selection, const
 }  // namespace
 
 int runPlot(const PlotOptions& options, const Console& console) {
-  // Records carry directories into which their readers go: where files go is settled before.
-  const std::string output = absolutePath(options.output);
-  const std::string selection = absolutePath(options.selection);
+  const std::string& output = options.output;
+  const std::string& selection = options.selection;
   std::string message;
   PictureFormat format = PictureFormat::Svg;
   if (!output.empty() && !chooseFormat(options, format, message)) return console.fail(message);
+  CommandFiles files;
+  files.reads("file to read", options.input);
+  const bool isHistogram = options.kind == "histogram";
+  files.writes("picture", output, isHistogram ? messages::kCannotSave : messages::kCannotCreate);
+  files.writes("sample file of the selection", selection, messages::kSelection);
+  if (!files.check(message)) return console.fail(message);
   ProjectConfiguration project;
   if (!loadStudyFile(options.input, project, message)) return console.fail(message);
 
@@ -75,7 +80,7 @@ int runPlot(const PlotOptions& options, const Console& console) {
     if (!makeFigure(options, runs, project, console, figure, message)) return refuse(console, message);
     figure.width = options.width.value_or(figure.width);
     figure.height = options.height.value_or(figure.height);
-    const PictureKind kind = options.kind == "histogram" ? PictureKind::Uncertainty : PictureKind::Other;
+    const PictureKind kind = isHistogram ? PictureKind::Uncertainty : PictureKind::Other;
     if (!writePicture(output, figure, format, options.zoom, kind, message)) return console.fail(message);
   }
   return selection.empty() ? kSucceeded : saveRuns(project.prep, runs, selection, console);

@@ -1,5 +1,5 @@
 #include "app/ProjectConfiguration.h"
-#include "base/Paths.h"
+#include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/StudyFile.h"
 #include "postproc/PostProcessorFile.h"
@@ -23,24 +23,25 @@ bool holdsWhatIsAsked(const ProjectConfiguration& project, const ProjectOptions&
 }  // namespace
 
 int runProject(const ProjectOptions& options, const Console& console) {
-  // The records carry directories into which their readers go: where the files go is settled before.
-  const std::string projectPath = absolutePath(options.project);
-  const std::string samplePath = absolutePath(options.sample);
-  const std::string resultsPath = absolutePath(options.results);
+  CommandFiles files;
+  files.reads("file to read", options.input);
+  files.writes("project file", options.project, messages::kProjectFile);
+  files.writes("sample file", options.sample, messages::kSampleFile);
+  files.writes("post-processor file", options.results, messages::kPostProcessorFile);
   ProjectConfiguration project;
   std::string message;
+  if (!files.check(message)) return console.fail(message);
   const FileKind kind = fileKindOf(options.input);
   if (kind == FileKind::Factors || kind == FileKind::Model || kind == FileKind::Unknown)
     return console.fail("Error reading configuration file.\n" + options.input);
   if (!loadStudyFile(options.input, project, message)) return console.fail(message);
   if (!holdsWhatIsAsked(project, options, message)) return console.fail(message + "\n" + options.input);
 
-  if (!samplePath.empty() && !saveSampleFile(samplePath, project.prep, message)) return console.fail(message);
-  if (!resultsPath.empty() && !savePostProcessorFile(resultsPath, project.prep, project.model, project.vels, message))
+  if (!options.sample.empty() && !saveSampleFile(options.sample, project.prep, message)) return console.fail(message);
+  if (!options.results.empty() &&
+      !savePostProcessorFile(options.results, project.prep, project.model, project.vels, message))
     return console.fail(message);
-  if (!projectPath.empty() && !project.save(projectPath))
-    return console.fail(
-        "Error trying to write to the Tarvex configuration file.\nIs it locked by another application?");
+  if (!options.project.empty() && !project.save(options.project)) return console.fail(messages::kProjectFile);
   for (const std::string& written : {options.sample, options.results, options.project})
     if (!written.empty()) console.out << written << '\n';
   return kSucceeded;

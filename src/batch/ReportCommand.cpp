@@ -4,6 +4,7 @@
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
 #include "app/StudyReport.h"
+#include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/StudyFile.h"
 #include "plots/Document.h"
@@ -24,8 +25,12 @@ bool completeAnalysis(ProjectConfiguration& project, const Console& console) {
 }  // namespace
 
 int runReport(const ReportOptions& options, const Console& console) {
+  CommandFiles files;
+  files.reads("file to read", options.input);
+  files.writes("report", options.output, messages::kCannotCreate);
   ProjectConfiguration project;
   std::string message;
+  if (!files.check(message)) return console.fail(message);
   if (!loadStudyFile(options.input, project, message)) return console.fail(message);
   if (!project.hasPrep || !project.hasModel)
     return console.fail("The file holds no results to report: " + options.input);

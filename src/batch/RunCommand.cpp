@@ -2,6 +2,7 @@
 
 #include "app/RunController.h"
 #include "base/Paths.h"
+#include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/TextTable.h"
 #include "model/ModelRequest.h"
@@ -25,7 +26,7 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   if (request.internal) {
     auto equations = std::make_unique<InternalModel>();
     if (!loadModelFile(options.modelFile, *equations, message)) {
-      message += "\n" + options.modelFile;
+      message = aboutFile(message, options.modelFile);
       return false;
     }
     choice.setInternalModel(std::move(equations));
@@ -33,12 +34,12 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   const std::optional<Refusal> refusal = acceptModelRequest(request, choice);
   if (!refusal) return true;
   const std::string& file = request.execute && !request.spreadsheet ? request.executable : request.outputFile;
-  message = refusal->text + "\n" + (request.internal ? options.modelFile : file);
+  message = aboutFile(refusal->text, request.internal ? options.modelFile : file);
   return false;
 }
 
-// Loads the sample and runs the model over it, both under absolute paths: the sample file carries a directory into
-// which its reader goes. The records keep the paths that the user knows.
+// Loads the sample and runs the model over it, both under absolute paths, whatever the model takes for its directory.
+// The records keep the paths that the user knows.
 bool runOverSample(const RunOptions& options, RunController& controller, std::string& message) {
   const std::string sampleFile = absolutePath(options.sampleFile);
   ProjectConfiguration& project = controller.project;
@@ -50,7 +51,7 @@ bool runOverSample(const RunOptions& options, RunController& controller, std::st
   if (model.spreadsheet == 0) model.executable = absolutePath(executable);
   model.outputFile = absolutePath(outputFile);
   if (!loadSampleFile(options.sampleFile, project.prep, message)) {
-    message += "\n" + options.sampleFile;
+    message = aboutFile(message, options.sampleFile);
     return false;
   }
   project.hasPrep = project.hasModel = true;
@@ -62,18 +63,36 @@ bool runOverSample(const RunOptions& options, RunController& controller, std::st
   return true;
 }
 
+// With a program, the model's output file is the program's to write.
+bool checkFiles(const RunOptions& options, std::string& message) {
+  CommandFiles files;
+  files.reads("sample file", options.sampleFile);
+  files.reads("internal model", options.modelFile);
+  files.reads("program", options.executable.value_or(""));
+  files.reads("workbook", options.workbook.value_or(""));
+  if (options.executable && !options.modelOutput.empty()) {
+    files.leavesToModel("output file of the model", options.modelOutput);
+    files.leavesToModel("log file of the model", options.modelOutput + ".log");
+  } else {
+    files.reads("output file of the model", options.modelOutput);
+  }
+  files.writes("post-processor file", options.output, messages::kPostProcessorFile);
+  return files.check(message);
+}
+
 }  // namespace
 
 int runRun(const RunOptions& options, const Console& console) {
-  const std::string output = absolutePath(options.output);
   RunController controller(console.frontEnd);
   ProjectConfiguration& project = controller.project;
   std::string message;
+  if (!checkFiles(options, message)) return console.fail(message);
   if (!chooseModel(options, project.model.choice, message)) return console.fail(message);
   if (!runOverSample(options, controller, message)) return message.empty() ? kFailed : console.fail(message);
-  if (!savePostProcessorFile(output, project.prep, project.model, project.vels, message)) return console.fail(message);
-  console.out << counted(project.model.results.runCount(), "run") << ", "
-              << counted(project.model.results.outputCount(), "output") << ": " << options.output << '\n';
+  if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message))
+    return console.fail(message);
+  console.out << counted(project.model.results.runCount(), "run") << ", " << counted(project.model.results.outputCount(), "output")
+              << ": " << options.output << '\n';
   return kSucceeded;
 }
 

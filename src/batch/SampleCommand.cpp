@@ -1,4 +1,5 @@
 #include "app/RunController.h"
+#include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/SamplerOptions.h"
 #include "batch/TextTable.h"
@@ -6,10 +7,14 @@
 namespace tarvex {
 
 int runSample(const SampleOptions& options, const Console& console) {
+  CommandFiles files;
+  files.reads("factor file", options.factorFile);
+  files.reads("file of rows", options.rowsFile.value_or(""));
+  files.writes("sample file", options.output, messages::kSampleFile);
   PrepConfiguration prep;
   std::string message;
-  if (!loadFactorFile(options.factorFile, prep.factors, message))
-    return console.fail(message + "\n" + options.factorFile);
+  if (!files.check(message)) return console.fail(message);
+  if (!loadFactorFile(options.factorFile, prep.factors, message)) return console.fail(message, options.factorFile);
   prep.sampler = makeSampler(options, prep.factors, message);
   if (!prep.sampler) return console.fail(message);
   prep.samples.setOrder(options.byFactor ? 1 : 0);
@@ -20,7 +25,9 @@ int runSample(const SampleOptions& options, const Console& console) {
   if (!controller.generateSample()) return kFailed;
   const PrepConfiguration& made = controller.project.prep;
   console.out << counted(made.samples.rows(), "run") << " of " << counted(made.samples.columns(), "factor")
-              << ", method " << made.sampler->methodName << ": " << options.output << '\n';
+              << ", method " << made.sampler->methodName;
+  if (takesSeed(made.sampler->methodId)) console.out << ", seed " << made.sampler->seed;
+  console.out << ": " << options.output << '\n';
   return kSucceeded;
 }
 

@@ -92,9 +92,8 @@ bool readGroup(const std::string& text, NamedGroup& group, std::string& message)
   return true;
 }
 
-}  // namespace
-
-std::unique_ptr<Sampler> makeSampler(const SampleOptions& options, const FactorList& factors, std::string& message) {
+// All settings but those that have to be read.
+SamplerSettings plainSettings(const SampleOptions& options) {
   SamplerSettings settings;
   settings.method = numberOf(kMethods, options.method);
   settings.runs = options.runs;
@@ -104,12 +103,38 @@ std::unique_ptr<Sampler> makeSampler(const SampleOptions& options, const FactorL
   settings.trajectories = options.trajectories;
   settings.levels = options.levels;
   if (options.mode) settings.mode = numberOf(kModes, *options.mode);
-  for (const std::string& text : options.groups)
-    if (!readGroup(text, settings.groups.emplace_back(), message)) return nullptr;
   settings.baseSize = options.baseSize;
   settings.order = options.order;
   settings.cheap = options.cheap;
   settings.listing = options.byFactor ? 1 : 0;
+  return settings;
+}
+
+bool takes(std::int32_t method, Setting setting) {
+  const std::vector<Setting>& taken = settingsOf(method);
+  return std::find(taken.begin(), taken.end(), setting) != taken.end();
+}
+
+}  // namespace
+
+std::string missingSize(const SampleOptions& options) {
+  const SamplerSettings settings = plainSettings(options);
+  for (const Setting size : {Setting::Runs, Setting::BaseDesign, Setting::Replications, Setting::Trajectories,
+                             Setting::Levels, Setting::BaseSize, Setting::Rows}) {
+    const bool isGiven = size == Setting::Rows ? options.rowsFile.has_value() : settings.isGiven(size);
+    if (!isGiven && takes(settings.method, size)) return optionOf(size);
+  }
+  return {};
+}
+
+bool takesSeed(std::int32_t methodId) {
+  return takes(methodId, Setting::Seed);
+}
+
+std::unique_ptr<Sampler> makeSampler(const SampleOptions& options, const FactorList& factors, std::string& message) {
+  SamplerSettings settings = plainSettings(options);
+  for (const std::string& text : options.groups)
+    if (!readGroup(text, settings.groups.emplace_back(), message)) return nullptr;
   if (options.rowsFile && !readRowsFile(*options.rowsFile, factors, settings.rows.emplace(), message)) return nullptr;
   return makeSampler(settings, factors, message, optionOf);
 }

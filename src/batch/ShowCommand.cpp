@@ -16,7 +16,7 @@ void addSample(Document& out, const PrepConfiguration& prep) {
 int showModel(const std::string& path, const Console& console) {
   InternalModel model;
   std::string message;
-  if (!loadModelFile(path, model, message)) return console.fail(message + "\n" + path);
+  if (!loadModelFile(path, model, message)) return console.fail(message, path);
   printSection(console.out, reportEquations, model);
   return kSucceeded;
 }

@@ -6,6 +6,7 @@
 
 #include "app/ProjectConfiguration.h"
 #include "base/TextReader.h"
+#include "batch/Commands.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
 
@@ -56,7 +57,7 @@ FileKind fileKindOf(const std::string& path) {
 
 bool loadStudyFile(const std::string& path, ProjectConfiguration& project, std::string& message) {
   if (load(fileKindOf(path), path, project, message)) return true;
-  message += "\n" + path;
+  message = aboutFile(message, path);
   return false;
 }
 

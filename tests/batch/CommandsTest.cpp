@@ -7,7 +7,7 @@
 
 #include "base/NumberText.h"
 #include "base/RememberedDirectories.h"
-#include "batch/ConsoleFrontEnd.h"
+#include "batch/StopSignals.h"
 #include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -37,7 +37,7 @@ std::string golden(const char* name) {
 class Batch : public testing::Test {
  protected:
   void SetUp() override { RememberedDirectories::forget(); }
-  void TearDown() override { ConsoleFrontEnd::requestStop(false); }
+  void TearDown() override { StopSignals::request(false); }
   std::string out(const std::string& name) const { return directory_.file(name); }
 
   // The command fails with that status and a message that holds `text`, and leaves no file.
@@ -65,6 +65,20 @@ TEST_F(Batch, wordsThatTheCommandLineDoesNotKnow) {
   refuses({"sample", golden("mixed.fac"), "-o", sam, "--method", "random", "--runs", "many"}, kWrongUsage, "many");
   refuses({"sample", golden("mixed.fac"), "-o", sam, "--method", "fast", "--mode", "fancy"}, kWrongUsage, "fancy");
   refuses({"run", golden("ishigami.sam"), "-o", out("a.spc")}, kWrongUsage, "--model");
+  const std::pair<const char*, Words> sizes[] = {{"random", {"--runs"}},
+                                                 {"fast", {"--runs"}},
+                                                 {"lptau", {"--runs"}},
+                                                 {"morris", {"--trajectories", "--levels"}},
+                                                 {"replicated-latin", {"--base-design", "--replications"}},
+                                                 {"sobol", {"--base-size"}},
+                                                 {"fixed", {"--rows"}}};
+  for (const auto& [method, missing] : sizes) {
+    Words words{"sample", golden("mixed.fac"), "-o", sam, "--method", method};
+    for (const std::string& size : missing) {
+      refuses(words, kWrongUsage, size + " is required");
+      words.insert(words.end(), {size, "4"});
+    }
+  }
 }
 
 TEST_F(Batch, samplesThatAreRefused) {
@@ -73,23 +87,24 @@ TEST_F(Batch, samplesThatAreRefused) {
     words.insert(words.end(), settings.begin(), settings.end());
     return words;
   };
-  refuses({"sample", "nothing.fac", "-o", out("a.sam"), "--method", "random"}, kFailed,
+  refuses({"sample", "nothing.fac", "-o", out("a.sam"), "--method", "random", "-n", "9"}, kFailed,
           "Error opening factors file\nnothing.fac");
-  refuses({"sample", golden("ishigami.imd"), "-o", out("a.sam"), "--method", "random"}, kFailed,
+  refuses({"sample", golden("ishigami.imd"), "-o", out("a.sam"), "--method", "random", "-n", "9"}, kFailed,
           "Error reading factors file");
   refuses({"sample", golden("mixed.fac"), "-o", out("no/such/a.sam"), "--method", "random", "--runs", "9"}, kFailed,
           "Error trying to write to the Sample file.\nIs it locked by another application?");
   refuses(sample("mixed.fac", "random", {"--runs", "0"}), kFailed, "  No samples to generate");
   refuses(sample("mixed.fac", "random", {"--runs", "-1"}), kFailed, "Number of execution must be a positive value");
   refuses(sample("mixed.fac", "random", {"--runs", "4294967296"}), kFailed, "out of range");
-  refuses(sample("mixed.fac", "latin", {"--seed", "0"}), kFailed,
+  refuses(sample("mixed.fac", "latin", {"--runs", "9", "--seed", "0"}), kFailed,
           "Seed must be a value greater than 0 and less than 2,147,483,647");
-  refuses(sample("mixed.fac", "latin", {"--levels", "4"}), kFailed, "--levels");
+  refuses(sample("mixed.fac", "latin", {"--runs", "9", "--levels", "4"}), kFailed, "--levels");
   refuses(sample("mixed.fac", "morris", {"--trajectories", "4", "--levels", "0"}), kFailed,
           "Num level must be a positive value");
   refuses(sample("mixed.fac", "morris", {"--trajectories", "-4", "--levels", "4"}), kFailed,
           "Num trajectories must be a positive value");
-  refuses(sample("mixed.fac", "replicated-latin", {"--base-design", "5"}), kFailed, "Replicated Latin Hypercube");
+  refuses(sample("mixed.fac", "replicated-latin", {"--base-design", "5", "--replications", "2"}), kFailed,
+          "Replicated Latin Hypercube");
   refuses(sample("pair.fac", "replicated-latin", {"--base-design", "0", "--replications", "2"}), kFailed, "positive");
   refuses(sample("mixed.fac", "sobol", {"--base-size", "16", "--order", "6"}), kFailed,
           "  Incorrect order number, order too big.");
@@ -102,7 +117,6 @@ TEST_F(Batch, samplesThatAreRefused) {
   refuses(sample("mixed.fac", "fast", {"--mode", "groups", "--runs", "900", "--group", "g="}), kFailed,
           "Group's cardinality equal to 0");
   refuses(sample("mixed.fac", "fast", {"--mode", "groups", "--runs", "900", "--group", "x1"}), kFailed, "NAME=a,b,c");
-  refuses(sample("mixed.fac", "fixed", {}), kFailed, "--rows");
   refuses(sample("mixed.fac", "fixed", {"--rows", "nothing.csv"}), kFailed, "nothing.csv");
   refuses(sample("matrix.fac", "sobol", {"--base-size", "16"}), kFailed, "Sobol");
   refuses(sample("stein.fac", "random", {"--runs", "10"}), kFailed, "Random");
@@ -169,7 +183,7 @@ TEST_F(Batch, importsOnlyNamesThatASampleFileCanHold) {
 }
 
 TEST_F(Batch, aStopEndsWith130AndLeavesNothing) {
-  ConsoleFrontEnd::requestStop(true);
+  StopSignals::request(true);
   refuses({"sample", golden("mixed.fac"), "-o", out("a.sam"), "--method", "random", "--runs", "500"}, kStopped, "");
   refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--model", golden("ishigami.imd")}, kStopped, "");
 }

@@ -125,7 +125,8 @@ TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
   const Words none{"plot",     test::goldenPath("ishigami.spc"), "--save-selection", file("no/such.sam"), "--filter",
                    "y=900:901"};
   EXPECT_EQ(run(none), kFailed);
-  EXPECT_EQ(errors_, "  Error writing output file\n " + file("no/such.sam") + "\n");
+  EXPECT_EQ(errors_, "  Error writing output file\n " + file("no/such.sam") + "\n" + file("no/such.sam") +
+                         ": No such file or directory\n");
 }
 
 TEST_F(PlotCommand, refusals) {
@@ -185,9 +186,9 @@ TEST_F(PlotCommand, analysePutsAllPicturesIntoADirectory) {
   // Neither a file in a directory's place nor one picture that can't be put into its place leaves others behind.
   test::writeFile(file("file"), "");
   EXPECT_EQ(analyse("morris-run.spc", file("file"), {"--sa"}), kFailed);
-  EXPECT_EQ(errors_.rfind("I cannot create the file\n" + file("file/"), 0), 0u) << errors_;
+  EXPECT_EQ(errors_.rfind("I cannot create the file\n" + file("file") + ": Not a directory", 0), 0u) << errors_;
   EXPECT_EQ(analyse("morris-run.spc", file("file"), {}), kFailed);
-  EXPECT_EQ(errors_.rfind("I cannot save the file\n" + file("file/"), 0), 0u) << errors_;
+  EXPECT_EQ(errors_.rfind("I cannot save the file\n" + file("file") + ": Not a directory", 0), 0u) << errors_;
   EXPECT_EQ(directory_.entries(), (Words{"file", "new"}));
 }
 

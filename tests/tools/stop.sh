@@ -1,0 +1,78 @@
+#!/bin/bash
+# Ends every command of tarvex-batch in the middle, by the signals that a user's terminal sends: each is gone within two
+# seconds, with status 130, its model with it, and leaves no file behind.
+#   stop.sh TARVEX-BATCH SHARE GOLDEN
+set -u
+batch=$1 share=$2 golden=$3
+dir=$(mktemp -d)
+trap 'rm -rf "$dir"' EXIT
+mkdir "$dir/work" "$dir/temp"
+cd "$dir/work" || exit 1
+export TEMP=$dir/temp TARVEX_SHARE=$share
+faults=0
+fault() { echo "FAILED: $*"; faults=$((faults + 1)); }
+
+# Inputs that keep each command busy for longer than the test waits. A fifo that is fed slowly holds any reader at any
+# place of its work.
+"$batch" sample "$golden/ishigami.fac" -o small.sam -m random -n 4000 > ../out || fault "no sample"
+"$batch" run small.sam -o small.spc --model "$golden/ishigami.imd" > ../out || fault "no results"
+mkfifo fifo.sam fifo.spc fifo.txt fifo.fac
+cat > model <<'END'
+#!/bin/bash
+trap '' TERM
+sleep 61 &
+sleep 60
+END
+chmod +x model
+before=$(ls -A)
+
+# stops SIGNAL WAIT COMMAND...: the signal comes WAIT seconds after the start.
+stops() {
+  local signal=$1 wait=$2 start status
+  shift 2
+  "$batch" "$@" > ../out 2> ../errors &
+  local pid=$!
+  sleep "$wait"
+  start=$(date +%s%N)
+  kill "-$signal" "$pid" 2> ../kill || fault "$*: ended by itself: $(cat ../out ../errors)"
+  wait "$pid"
+  status=$?
+  local milliseconds=$((($(date +%s%N) - start) / 1000000))
+  printf '%5d ms  status %d  %-4s %s\n' "$milliseconds" "$status" "$signal" "$*"
+  [ "$status" = 130 ] || fault "$*: status $status: $(cat ../errors)"
+  [ "$milliseconds" -lt 2000 ] || fault "$*: $milliseconds ms"
+  [ "$(ls -A)" = "$before" ] || fault "$*: left $(ls -A)"
+  [ -z "$(ls -A "$dir/temp")" ] || fault "$*: left $(ls -A "$dir/temp")"
+}
+
+# Each fifo gives the head of its file and then nothing more.
+feed() { (head -c "$1" "$2"; exec sleep 30) > "$3" & feeders="${feeders-} $!"; }
+
+stops INT 0.3 sample "$golden/ishigami.fac" -o a.sam -m random -n 9000000
+stops TERM 0.3 sample "$golden/plant.fac" -o a.sam -m latin -n 900000
+stops HUP 0.3 sample "$golden/unit4.fac" -o a.sam -m sobol --base-size 400000
+"$batch" sample "$golden/ishigami.fac" -o big.sam -m lptau -n 300000 > ../out
+"$batch" run big.sam -o big.spc --model "$golden/ishigami.imd" > ../out
+before=$(ls -A)
+stops TERM 0.2 run big.sam -o a.spc --model "$golden/ishigami.imd"
+stops INT 0.3 run small.sam -o a.spc --executable ./model --output a.out
+rm -f a.out.log
+pgrep -f 'sleep 6[01]$' > ../left && fault "the model's programs run on: $(cat ../left)"
+stops TERM 0.2 analyse big.spc -o a.spc --tables tables --plots plots
+stops INT 1.2 analyse big.spc --csv a.csv
+stops TERM 0.2 report big.spc -o a.html
+stops TERM 0.2 plot big.spc -k cobweb -v x1,x2,y -o a.png
+stops INT 0.2 project big.spc -o a.psc --sample b.sam --results b.spc
+stops TERM 0.2 show big.spc
+for command in "show fifo.sam" "project fifo.spc -o a.psc" "plot fifo.fac -k distribution -v x1 -o a.svg" \
+  "import fifo.txt -o a.sam" "check fifo.sam"; do
+  name=$(sed 's/.*\(fifo[.a-z]*\).*/\1/' <<< "$command")
+  case $name in *.fac) source=$golden/ishigami.fac ;; *) source=small.${name##*.} ;; esac
+  [ "$name" = fifo.txt ] && source=small.sam
+  feed 200 "$source" "$name"
+  # shellcheck disable=SC2086
+  stops TERM 0.3 $command
+done
+stops INT 0.05 demo levelE
+kill ${feeders-} 2> ../kill
+[ "$faults" = 0 ]
