@@ -5,6 +5,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
@@ -21,6 +22,9 @@ namespace {
 
 constexpr std::string_view kPrefix = ".tarvex-";
 constexpr int kMostNames = 1000;
+
+std::atomic<bool> isCancelled = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 struct Announced {
   std::timed_mutex mutex;
@@ -115,6 +119,14 @@ void Temporaries::forget(const std::string& path) {
   if (found == all.paths.end()) return;
   if (found->second >= 0) ::close(found->second);
   all.paths.erase(found);
+}
+
+void Temporaries::cancel(bool cancelled) {
+  isCancelled.store(cancelled);
+}
+
+bool Temporaries::cancelled() {
+  return isCancelled.load();
 }
 
 void Temporaries::deleteAllForEnd() {

@@ -22,6 +22,11 @@ class Temporaries {
   // It is gone, or in its place under another name.
   static void forget(const std::string& path);
 
+  // Whether the operation in progress shall leave nothing: then no writer puts its file in place any more. May be set
+  // in a signal handler.
+  static void cancel(bool cancelled);
+  static bool cancelled();
+
   // Deletes them all, directories with what they hold. Whoever calls one of the operations above from then on, waits
   // for ever: nothing new appears.
   // Requires: the caller ends the process.

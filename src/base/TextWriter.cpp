@@ -179,6 +179,7 @@ bool TextWriter::commit() {
   if (ok()) flush();
   if (ok() && !temporary_.empty() && calls.fsync(fd_) != 0) setError(errno);
   if (fd_ >= 0 && calls.close(std::exchange(fd_, -1)) != 0 && errno != EINTR) setError(errno);
+  if (Temporaries::cancelled()) setError(ECANCELED);
   if (ok() && !temporary_.empty()) {
     if (calls.rename(temporary_.c_str(), target_.c_str()) == 0)
       Temporaries::forget(std::exchange(temporary_, {}));

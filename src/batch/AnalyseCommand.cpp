@@ -1,7 +1,6 @@
 #include <tuple>
 
 #include "app/Analysis.h"
-#include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
@@ -28,9 +27,9 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   ProjectConfiguration project;
   std::string message;
   if (!files.check(message)) return console.fail(message);
-  if (!loadPostProcessorFile(options.input, project.prep, project.model, project.vels, message))
-    return console.fail(message);
-  if (!message.empty()) console.frontEnd.message(MessageKind::Warning, "Warning", message);
+  if (!loadPostProcessorFile(options.input, project.prep, project.model, project.vels, message, console.watched()))
+    return console.fail(message, options.input);
+  console.warn(message);
   project.hasPrep = project.hasModel = project.hasVels = true;
 
   const HistogramScale scale = options.logScale ? kLogScale : kLinearScale;
@@ -43,12 +42,14 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   request.alpha = options.alpha;
   if (!analyse(project, request, console.frontEnd)) return kFailed;
 
-  if (!output.empty() && !savePostProcessorFile(output, project.prep, project.model, project.vels, message))
+  // What takes longest goes first: whoever stops that finds none of the others.
+  if (!plots.empty() && !writePictureFiles(project, plots, *pictureFormat(options.plotFormat), scale, message))
     return console.fail(message);
+  if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
   if (!csvFile.empty() && !exportCsv(project.vels, csvFile, message)) return console.fail(message);
   if (!jsonFile.empty() && !exportJson(project.prep, project.vels, jsonFile, message)) return console.fail(message);
-  if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
-  if (!plots.empty() && !writePictureFiles(project, plots, *pictureFormat(options.plotFormat), scale, message))
+  if (!output.empty() &&
+      !savePostProcessorFile(output, project.prep, project.model, project.vels, message, console.watched()))
     return console.fail(message);
 
   Document text;

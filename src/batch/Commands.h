@@ -3,11 +3,12 @@
 #include <ostream>
 #include <string>
 
+#include "app/FrontEnd.h"
+#include "base/Progress.h"
 #include "batch/CommandLine.h"
+#include "batch/StopSignals.h"
 
 namespace tarvex {
-
-class FrontEnd;
 
 enum ExitStatus : int { kSucceeded = 0, kFailed = 1, kWrongUsage = 2, kStopped = 130 };
 
@@ -20,10 +21,18 @@ struct Console {
   std::ostream& errors;
   FrontEnd& frontEnd;
 
-  // Prints the message and gives the status of a failed operation.
+  // Prints the message and gives the status of a failed operation. Of one that was stopped nothing is said.
   int fail(const std::string& message) const {
-    errors << message << '\n';
+    if (!StopSignals::requested()) errors << message << '\n';
     return kFailed;
+  }
+  // Prints what a success has to say, if anything.
+  void warn(const std::string& message) const {
+    if (!message.empty()) frontEnd.message(MessageKind::Warning, "Warning", message);
+  }
+  // For operations that ask whether they shall stop.
+  Progress watched() const {
+    return Progress([](double) { return !StopSignals::requested(); });
   }
   int fail(const std::string& message, const std::string& path) const { return fail(aboutFile(message, path)); }
 };

@@ -62,6 +62,7 @@ void ConsoleFrontEnd::eraseBar() {
 
 void ConsoleFrontEnd::message(MessageKind kind, const std::string&, const std::string& text) {
   eraseBar();
+  if (kind == MessageKind::Error && StopSignals::requested()) return;
   errors_ << (kind == MessageKind::Warning ? "warning: " : "") << text << '\n';
 }
 

@@ -13,9 +13,11 @@ int runImport(const ImportOptions& options, const Console& console) {
   PrepConfiguration prep;
   std::string message;
   if (!files.check(message)) return console.fail(message);
-  if (!loadExternalSample(options.externalFile, prep, message)) return console.fail(message, options.externalFile);
+  if (!loadExternalSample(options.externalFile, prep, message, console.watched()))
+    return console.fail(message, options.externalFile);
+  console.warn(message);
   prep.sampleFile = options.output;
-  if (!saveSampleFile(options.output, prep, message)) return console.fail(message);
+  if (!saveSampleFile(options.output, prep, message, console.watched())) return console.fail(message);
   console.out << counted(prep.samples.rows(), "run") << " of " << counted(prep.samples.columns(), "factor") << ": "
               << options.output << '\n';
   return kSucceeded;

@@ -67,7 +67,7 @@ int runPlot(const PlotOptions& options, const Console& console) {
   files.writes("sample file of the selection", selection, messages::kSelection);
   if (!files.check(message)) return console.fail(message);
   ProjectConfiguration project;
-  if (!loadStudyFile(options.input, project, message)) return console.fail(message);
+  if (!loadStudyFile(options.input, project, console)) return kFailed;
 
   RunSelection runs;
   if (isOfRuns(options.kind) || !selection.empty()) {

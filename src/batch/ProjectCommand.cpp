@@ -34,12 +34,13 @@ int runProject(const ProjectOptions& options, const Console& console) {
   const FileKind kind = fileKindOf(options.input);
   if (kind == FileKind::Factors || kind == FileKind::Model || kind == FileKind::Unknown)
     return console.fail("Error reading configuration file.\n" + options.input);
-  if (!loadStudyFile(options.input, project, message)) return console.fail(message);
+  if (!loadStudyFile(options.input, project, console)) return kFailed;
   if (!holdsWhatIsAsked(project, options, message)) return console.fail(message + "\n" + options.input);
 
-  if (!options.sample.empty() && !saveSampleFile(options.sample, project.prep, message)) return console.fail(message);
+  if (!options.sample.empty() && !saveSampleFile(options.sample, project.prep, message, console.watched()))
+    return console.fail(message);
   if (!options.results.empty() &&
-      !savePostProcessorFile(options.results, project.prep, project.model, project.vels, message))
+      !savePostProcessorFile(options.results, project.prep, project.model, project.vels, message, console.watched()))
     return console.fail(message);
   if (!options.project.empty() && !project.save(options.project)) return console.fail(messages::kProjectFile);
   for (const std::string& written : {options.sample, options.results, options.project})

@@ -31,7 +31,7 @@ int runReport(const ReportOptions& options, const Console& console) {
   ProjectConfiguration project;
   std::string message;
   if (!files.check(message)) return console.fail(message);
-  if (!loadStudyFile(options.input, project, message)) return console.fail(message);
+  if (!loadStudyFile(options.input, project, console)) return kFailed;
   if (!project.hasPrep || !project.hasModel)
     return console.fail("The file holds no results to report: " + options.input);
   if (!completeAnalysis(project, console)) return kFailed;

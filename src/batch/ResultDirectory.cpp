@@ -4,6 +4,7 @@
 #include <cctype>
 #include <filesystem>
 
+#include "base/Paths.h"
 #include "base/Temporaries.h"
 
 namespace tarvex {
@@ -21,8 +22,9 @@ bool standsInFileNames(char c) {
 
 ResultDirectory::ResultDirectory(std::string path) : path_(std::move(path)) {
   std::error_code error;
-  std::filesystem::create_directories(path_, error);
-  aside_ = Temporaries::createDirectory(path_);
+  std::filesystem::path existing = absolutePath(path_);
+  while (!std::filesystem::exists(existing, error) && existing.has_relative_path()) existing = existing.parent_path();
+  aside_ = Temporaries::createDirectory(existing.string());
 }
 
 ResultDirectory::~ResultDirectory() {
@@ -43,6 +45,9 @@ void ResultDirectory::add(const std::string& variable, std::string_view what, st
 }
 
 bool ResultDirectory::finish() {
+  std::error_code made;
+  if (ok() && !Temporaries::cancelled()) std::filesystem::create_directories(path_, made);
+  if (ok() && Temporaries::cancelled()) failedFile_ = path_;
   for (const std::string& name : names_) {
     if (!ok()) return false;
     std::error_code error;

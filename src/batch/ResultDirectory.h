@@ -9,7 +9,7 @@
 namespace tarvex {
 
 // The files that a command leaves in a directory, which is made when it doesn't exist. They are written aside and
-// appear there together, when all of them are complete.
+// appear there together, when all of them are complete; until then there is no directory either.
 class ResultDirectory {
  public:
   explicit ResultDirectory(std::string path);
@@ -32,7 +32,7 @@ class ResultDirectory {
   std::string freeName(const std::string& variable, std::string_view what, std::string_view suffix);
 
   std::string path_;
-  std::string aside_;  // a directory of its own inside it
+  std::string aside_;  // a directory of its own, inside it or inside the one that will hold it
   std::vector<std::string> names_;
   std::set<std::string> taken_;
   std::string failedFile_;

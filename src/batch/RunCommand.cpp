@@ -40,7 +40,7 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
 
 // Loads the sample and runs the model over it, both under absolute paths, whatever the model takes for its directory.
 // The records keep the paths that the user knows.
-bool runOverSample(const RunOptions& options, RunController& controller, std::string& message) {
+bool runOverSample(const RunOptions& options, RunController& controller, const Console& console, std::string& message) {
   const std::string sampleFile = absolutePath(options.sampleFile);
   ProjectConfiguration& project = controller.project;
   ModelChoice& model = project.model.choice;
@@ -50,10 +50,11 @@ bool runOverSample(const RunOptions& options, RunController& controller, std::st
   const std::string outputFile = model.outputFile;
   if (model.spreadsheet == 0) model.executable = absolutePath(executable);
   model.outputFile = absolutePath(outputFile);
-  if (!loadSampleFile(options.sampleFile, project.prep, message)) {
+  if (!loadSampleFile(options.sampleFile, project.prep, message, console.watched())) {
     message = aboutFile(message, options.sampleFile);
     return false;
   }
+  console.warn(std::exchange(message, {}));
   project.hasPrep = project.hasModel = true;
   const std::string recorded = std::exchange(project.prep.sampleFile, sampleFile);
   if (!controller.runModel(true)) return false;
@@ -87,9 +88,15 @@ int runRun(const RunOptions& options, const Console& console) {
   ProjectConfiguration& project = controller.project;
   std::string message;
   if (!checkFiles(options, message)) return console.fail(message);
+<<<<<<< HEAD
   if (!chooseModel(options, project.model.choice, message)) return console.fail(message);
   if (!runOverSample(options, controller, message)) return message.empty() ? kFailed : console.fail(message);
   if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message))
+=======
+  if (!chooseModel(options, project.model, message)) return console.fail(message);
+  if (!runOverSample(options, controller, console, message)) return message.empty() ? kFailed : console.fail(message);
+  if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message, console.watched()))
+>>>>>>> 96edfe7 (tarvex-batch: a stop leaves no file of any command; reading and writing hear of it; tools.stop)
     return console.fail(message);
   console.out << counted(project.model.results.runCount(), "run") << ", " << counted(project.model.results.outputCount(), "output")
               << ": " << options.output << '\n';

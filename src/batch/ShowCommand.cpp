@@ -53,8 +53,7 @@ int runShow(const ShowOptions& options, const Console& console) {
     return console.fail(options.file + " is none of the system's files: .fac, .sam, .imd, .spc, .dem or .psc.");
   if (kind == FileKind::Model) return showModel(options.file, console);
   ProjectConfiguration project;
-  std::string message;
-  if (!loadStudyFile(options.file, project, message)) return console.fail(message);
+  if (!loadStudyFile(options.file, project, console)) return kFailed;
   Document text;
   addStudy(text, kind, project);
   printText(console.out, text);

@@ -22,12 +22,11 @@ namespace {
 
 constexpr int kGrace = 1500;  // milliseconds; with the cleaning up less than two seconds
 
-volatile std::sig_atomic_t stopFlag = 0;
 int requestPipe[2] = {-1, -1};
 
 extern "C" void onStopSignal(int) {
   const int error = errno;
-  stopFlag = 1;
+  Temporaries::cancel(true);
   // A full pipe holds requests enough.
   static_cast<void>(::write(requestPipe[1], "", 1) == 1);
   errno = error;
@@ -98,11 +97,11 @@ void StopSignals::install() {
 }
 
 bool StopSignals::requested() {
-  return stopFlag != 0;
+  return Temporaries::cancelled();
 }
 
 void StopSignals::request(bool stop) {
-  stopFlag = stop ? 1 : 0;
+  Temporaries::cancel(stop);
 }
 
 }  // namespace tarvex

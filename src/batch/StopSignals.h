@@ -4,7 +4,7 @@ namespace tarvex {
 
 // Ctrl-C, a termination request and the loss of the terminal ask the command in progress to stop. One that hasn't come
 // to its own end after a second and a half is ended: its children are killed, its unfinished files deleted, the status
-// is 130. A second request ends it at once.
+// is 130. A second request ends it at once. No file that isn't in its place yet at the request comes there.
 class StopSignals {
  public:
   // For the whole process, once, before anything else runs. Full disks by quota and readers that went away become

@@ -14,15 +14,16 @@ namespace tarvex {
 
 namespace {
 
-bool load(FileKind kind, const std::string& path, ProjectConfiguration& project, std::string& message) {
+bool load(FileKind kind, const std::string& path, const Progress& progress, ProjectConfiguration& project,
+          std::string& message) {
   switch (kind) {
     case FileKind::Factors:
       return loadFactorFile(path, project.prep.factors, message);
     case FileKind::Sample:
-      project.hasPrep = loadSampleFile(path, project.prep, message);
+      project.hasPrep = loadSampleFile(path, project.prep, message, progress);
       return project.hasPrep;
     case FileKind::PostProcessor:
-      project.hasVels = loadPostProcessorFile(path, project.prep, project.model, project.vels, message);
+      project.hasVels = loadPostProcessorFile(path, project.prep, project.model, project.vels, message, progress);
       project.hasPrep = project.hasModel = project.hasVels;
       return project.hasVels;
     case FileKind::Project:
@@ -55,10 +56,14 @@ FileKind fileKindOf(const std::string& path) {
   return FileKind::Unknown;
 }
 
-bool loadStudyFile(const std::string& path, ProjectConfiguration& project, std::string& message) {
-  if (load(fileKindOf(path), path, project, message)) return true;
-  message = aboutFile(message, path);
-  return false;
+bool loadStudyFile(const std::string& path, ProjectConfiguration& project, const Console& console) {
+  std::string message;
+  if (!load(fileKindOf(path), path, console.watched(), project, message)) {
+    console.fail(message, path);
+    return false;
+  }
+  console.warn(message);
+  return true;
 }
 
 }  // namespace tarvex

@@ -186,6 +186,8 @@ TEST_F(Batch, aStopEndsWith130AndLeavesNothing) {
   StopSignals::request(true);
   refuses({"sample", golden("mixed.fac"), "-o", out("a.sam"), "--method", "random", "--runs", "500"}, kStopped, "");
   refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--model", golden("ishigami.imd")}, kStopped, "");
+  refuses({"analyse", golden("ishigami-run.spc"), "--csv", out("a.csv"), "--tables", out("t")}, kStopped, "");
+  refuses({"demo", "LevelE"}, kStopped, "");
 }
 
 TEST_F(Batch, progressIsShownOnATerminalOnly) {
