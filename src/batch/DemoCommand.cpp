@@ -86,7 +86,7 @@ int carryCase(const DemoCase& demo, RunController& controller, const Console& co
   describeCase(demo, project, console.out);
   controller.sampleStale = true;
   if (demo.canRun && !controller.runModel(false)) return kFailed;
-  if (!analyse(project, AnalysisRequest(), console.frontEnd)) return kFailed;
+  if (!analyse(project, AnalysisRequest(), console.frontEnd) || !console.frontEnd.continueRun()) return kFailed;
   console.out << '\n'
               << counted(project.model.results.runCount(), "run")
               << (demo.canRun ? " made and analysed\n" : " analysed\n");

@@ -88,18 +88,12 @@ int runRun(const RunOptions& options, const Console& console) {
   ProjectConfiguration& project = controller.project;
   std::string message;
   if (!checkFiles(options, message)) return console.fail(message);
-<<<<<<< HEAD
   if (!chooseModel(options, project.model.choice, message)) return console.fail(message);
-  if (!runOverSample(options, controller, message)) return message.empty() ? kFailed : console.fail(message);
-  if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message))
-=======
-  if (!chooseModel(options, project.model, message)) return console.fail(message);
   if (!runOverSample(options, controller, console, message)) return message.empty() ? kFailed : console.fail(message);
   if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message, console.watched()))
->>>>>>> 96edfe7 (tarvex-batch: a stop leaves no file of any command; reading and writing hear of it; tools.stop)
     return console.fail(message);
-  console.out << counted(project.model.results.runCount(), "run") << ", " << counted(project.model.results.outputCount(), "output")
-              << ": " << options.output << '\n';
+  console.out << counted(project.model.results.runCount(), "run") << ", "
+              << counted(project.model.results.outputCount(), "output") << ": " << options.output << '\n';
   return kSucceeded;
 }
 
