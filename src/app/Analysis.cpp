@@ -38,7 +38,7 @@ bool fits(const ProjectConfiguration& project, std::string& message) {
 
 // The measures' object for the sampling method, not computed.
 void prepareMeasures(const ProjectConfiguration& project, std::int32_t variableCount, VelsConfiguration& vels) {
-  vels.prepareSensitivity(project.prep.sampler->methodId);
+  vels.prepareSensitivity(project.prep.methodId());
   vels.sensitivity->factorCount = project.prep.factors.factorCount();
   vels.sensitivity->variableCount = variableCount;
 }

@@ -215,7 +215,7 @@ void RunController::finishRun() {
   std::string message;
   if (!vels.setOutputs(project.model.results.outputNames(), message)) warn("Error", message);
   if (!vels.changedNames().empty()) warn("Warning", vels.changedNames());
-  vels.prepareSensitivity(project.prep.sampler->methodId);
+  vels.prepareSensitivity(project.prep.methodId());
   if (vels.sensitivity) {
     vels.sensitivity->factorCount = project.prep.factors.factorCount();
     vels.sensitivity->variableCount = project.model.results.outputCount();

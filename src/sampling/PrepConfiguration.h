@@ -30,6 +30,8 @@ class PrepConfiguration {
   sampValues samples;
   std::string sampleFile;  // where the sample is saved
   std::optional<SampleStatistics> sampleStatistics;
+  // The sampling method; where none is known each run stands for itself, as those of the Random method do.
+  std::int32_t methodId() const { return sampler ? sampler->methodId : std::int32_t{kRandom}; }
   std::int32_t external = 0;  // 1: from an external file, neither edited nor generated
 
   // Whether a generation can start, and its start: empty store of the right width, sampler reset, cursor before the

@@ -119,18 +119,25 @@ std::uint64_t recordBytes(const PrepConfiguration& prep) {
   return static_cast<std::uint64_t>(prep.samples.rows()) * static_cast<std::uint64_t>(prep.samples.columns()) * kNumber;
 }
 
-bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message,
-                    const Progress& progress) {
-  constexpr const char* kLocked = "Error trying to write to the Sample file.\nIs it locked by another application?";
+bool writeSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& problem,
+                     const Progress& progress) {
   if (prep.external == 1 && holdsOtherText(path)) {
-    message = std::string(kLocked) + "\n" + path + " is no sample file. What a sample was imported from isn't written.";
+    problem = path + " is no sample file. What a sample was imported from isn't written.";
     return false;
   }
   TextWriter out(path);
   out.watch(progress, recordBytes(prep));
   prep.write(out);
   if (out.commit()) return true;
-  message = withProblem(kLocked, out);
+  problem = out.problem();
+  return false;
+}
+
+bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message,
+                    const Progress& progress) {
+  std::string problem;
+  if (writeSampleFile(path, prep, problem, progress)) return true;
+  message = "Error trying to write to the Sample file.\nIs it locked by another application?\n" + problem;
   return false;
 }
 

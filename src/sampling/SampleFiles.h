@@ -21,6 +21,9 @@ class PrepConfiguration;
 // An external sample doesn't go over a text that is no sample file: it could be the one that it was imported from.
 [[nodiscard]] bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& message,
                                   const Progress& progress = {});
+// The same for a caller with a message of its own: `problem` is the next line alone.
+[[nodiscard]] bool writeSampleFile(const std::string& path, const PrepConfiguration& prep, std::string& problem,
+                                   const Progress& progress = {});
 // About how many bytes the record of `prep` takes in a file, for the progress of writing it.
 std::uint64_t recordBytes(const PrepConfiguration& prep);
 

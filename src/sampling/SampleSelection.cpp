@@ -101,8 +101,9 @@ bool saveSelection(const std::string& path, const PrepConfiguration& prep, const
   PrepConfiguration selection;
   if (!selectRuns(prep, runs, selection, message)) return false;
   selection.sampleFile = path;
-  if (saveSampleFile(path, selection, message)) return true;
-  message = "  Error writing output file\n " + path;
+  std::string problem;
+  if (writeSampleFile(path, selection, problem)) return true;
+  message = "  Error writing output file\n " + path + '\n' + problem;
   return false;
 }
 

@@ -15,7 +15,8 @@ class PrepConfiguration;
 [[nodiscard]] bool selectRuns(const PrepConfiguration& prep, const std::vector<std::int32_t>& runs,
                               PrepConfiguration& selection, std::string& message);
 
-// The same into a sample file, which names itself. Its message is the system's "  Error writing output file\n PATH".
+// The same into a sample file, which names itself. Its message is the system's "  Error writing output file\n PATH",
+// with the reason on the next line.
 [[nodiscard]] bool saveSelection(const std::string& path, const PrepConfiguration& prep,
                                  const std::vector<std::int32_t>& runs, std::string& message);
 

@@ -5,16 +5,12 @@
 
 #include <algorithm>
 
-#include "base/RememberedDirectories.h"
-#include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/Normal.h"
 #include "factors/Relation.h"
 #include "factors/Uniform.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/SampleFiles.h"
-#include "support/Damage.h"
-#include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
@@ -52,41 +48,6 @@ std::int32_t generateAll(PrepConfiguration& prep) {
   return percent;
 }
 
-TEST(SampleFiles, areWrittenBackAsTheyWere) {
-  const test::TempDirectory directory;
-  const std::string copy = directory.file("copy.sam");
-  for (const char* name : {"random-none.sam", "random-by-factor.sam", "random-tree.sam", "latin-matrix.sam",
-                           "latin-stein.sam", "replatin-matrix.sam", "lptau.sam", "morris.sam", "fast-classic.sam",
-                           "fast-groups.sam", "sobol-order2.sam", "fixed.sam"}) {
-    RememberedDirectories::forget();
-    PrepConfiguration prep;
-    std::string message;
-    ASSERT_TRUE(loadSampleFile(test::goldenPath(name), prep, message)) << message;
-    ASSERT_TRUE(saveSampleFile(copy, prep, message)) << message;
-    EXPECT_EQ(test::readFile(copy), test::readFile(test::goldenPath(name))) << name;
-  }
-}
-
-TEST(SampleFiles, damagedOnesLeaveTheConfiguration) {
-  for (const char* name : {"fixed.sam", "morris.sam"}) {
-    PrepConfiguration prep = uniformPair(7);
-    ASSERT_EQ(generateAll(prep), 100);
-    const std::string before = recordOf(prep);
-    test::forEachDamage(test::readFile(test::goldenPath(name)), [&](const std::string& what, const std::string& text) {
-      if (text.size() > 20000) return;  // a file of several thousand numbers takes too long number by number
-      TextReader in = TextReader::fromText(text);
-      PrepConfiguration loaded;
-      EXPECT_TRUE(loaded.read(in) || in.fail()) << what;
-    });
-    const test::TempDirectory directory;
-    std::string message;
-    test::writeFile(directory.file("cut.sam"), test::readFile(test::goldenPath(name)).substr(0, 300));
-    EXPECT_FALSE(loadSampleFile(directory.file("cut.sam"), prep, message));
-    EXPECT_TRUE(message.starts_with("Error reading samples file\n" + directory.file("cut.sam") + ":")) << message;
-    EXPECT_EQ(recordOf(prep), before);
-  }
-}
-
 TEST(PrepConfiguration, aFactorWithoutInverseEndsGeneration) {
   auto flat = named<Normal>("flat");
   ASSERT_TRUE(flat->setStdDeviation(0.0));
@@ -117,42 +78,31 @@ TEST(PrepConfiguration, rowsInWhichARelationFailsAreZeroAndCounted) {
                                          " of 200 runs and has the value 0 there.");
 }
 
-// A stop at any percent leaves nothing; the same object then generates what it would have at first.
-TEST(PrepConfiguration, aStopLeavesNothingBehind) {
-  for (const std::int32_t stop : {1, 20, 37, 50, 51, 80, 99}) {
-    PrepConfiguration prep = uniformPair(400);
-    ASSERT_TRUE(prep.prepareGeneration());
-    for (std::int32_t target = 1; target <= stop; ++target) ASSERT_LT(prep.generate(target), 100);
-    prep.cancelGeneration();
-    EXPECT_EQ(prep.samples.rows(), 0);
-    EXPECT_FALSE(prep.sampleStatistics);
-    PrepConfiguration fresh = uniformPair(400);
-    ASSERT_EQ(generateAll(prep), 100);
-    ASSERT_EQ(generateAll(fresh), 100);
-    EXPECT_EQ(recordOf(prep), recordOf(fresh)) << "after a stop at " << stop;
-  }
-}
-
-// What a stop, a copy or a failure leaves must still be usable.
-TEST(PrepConfiguration, operationsOutOfOrderAreSafe) {
+// A stop at any percent leaves nothing, in the object and in a copy of it; each then generates what it would have at
+// first.
+TEST(PrepConfiguration, operationsInAnyOrderAreSafe) {
   PrepConfiguration none;
   EXPECT_FALSE(none.prepareGeneration());
   EXPECT_EQ(none.errorText(), "  No samples to generate");
   EXPECT_EQ(none.generate(1), -1);
   none.cancelGeneration();
-  for (const std::int32_t stop : {20, 70}) {
+  PrepConfiguration fresh = uniformPair(400);
+  ASSERT_EQ(generateAll(fresh), 100);
+  for (const std::int32_t stop : {1, 20, 37, 50, 51, 80, 99}) {
+    SCOPED_TRACE(stop);
     PrepConfiguration prep = uniformPair(400);
     ASSERT_TRUE(prep.prepareGeneration());
-    ASSERT_LT(prep.generate(stop), 100);
+    for (std::int32_t target = 1; target <= stop; ++target) ASSERT_LT(prep.generate(target), 100);
     PrepConfiguration copy = prep;
-    copy.cancelGeneration();
-    EXPECT_EQ(copy.samples.rows(), 0);
-    EXPECT_EQ(copy.generate(80), -1);
-    EXPECT_EQ(prep.generate(1000), 100) << "in one step, beyond the end";
-    ASSERT_EQ(generateAll(copy), 100);
-    EXPECT_EQ(recordOf(copy), recordOf(prep));
-    prep.cancelGeneration();
-    EXPECT_EQ(prep.samples.rows(), 400) << "a finished sample is not half-made";
+    for (PrepConfiguration* stopped : {&copy, &prep}) {
+      stopped->cancelGeneration();
+      EXPECT_EQ(stopped->samples.rows(), 0);
+      EXPECT_EQ(stopped->generate(100), -1);
+      ASSERT_TRUE(stopped->prepareGeneration());
+      EXPECT_EQ(stopped->generate(1000), 100) << "in one step, beyond the end";
+      stopped->cancelGeneration();
+      EXPECT_EQ(recordOf(*stopped), recordOf(fresh)) << "a finished sample is not half-made";
+    }
   }
 }
 
@@ -185,24 +135,25 @@ TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
       {"negative runs", "Random\n2\n", "Random\n-2\n", "the number of runs must be at least 0, not -2"},
       {"a column less", "2\n2\n0\n0.25\t0.5\t\n0.75\t0.5\t\n0\n", "2\n1\n0\n0.25\t\n0.75\t\n0\n",
        "the table has 1 columns for 2 factors"},
-      {"flag", "0\n2\n2\n", "7\n2\n2\n", "line 1: the flag of an external sample must be 0 or 1, not 7"},
+      {"flag", "0\n2\n2\n", "7\n2\n2\n", ":1: the flag of an external sample must be 0 or 1, not 7"},
   };
   PrepConfiguration prep = uniformPair(2);
   ASSERT_TRUE(prep.samples.allocate(2));
   for (const double value : {0.25, 0.75}) prep.samples.addRow(std::vector<double>{value, 0.5}.data());
+  const test::TempDirectory directory;
+  const std::string path = directory.file("a.sam");
   const std::string record = recordOf(prep);
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     std::string text = record;
     ASSERT_NE(text.find(c.old), std::string::npos);
-    TextReader in = TextReader::fromText(text.replace(text.find(c.old), std::string(c.old).size(), c.text));
-    PrepConfiguration loaded;
-    EXPECT_EQ(loaded.read(in), c.problem == std::string()) << in.problem();
-    if (in.ok()) {
-      EXPECT_EQ(recordOf(loaded), record);
-    } else {
-      EXPECT_NE(in.problem().find(c.problem), std::string::npos) << in.problem();
-    }
+    test::writeFile(path, text.replace(text.find(c.old), std::string(c.old).size(), c.text));
+    PrepConfiguration loaded = prep;
+    std::string message;
+    EXPECT_EQ(loadSampleFile(path, loaded, message), c.problem == std::string()) << message;
+    EXPECT_EQ(recordOf(loaded), record);
+    EXPECT_TRUE(message.empty() || message.starts_with("Error reading samples file\n" + path)) << message;
+    EXPECT_NE(message.find(c.problem), std::string::npos) << message;
   }
 }
 

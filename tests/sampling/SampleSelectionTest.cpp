@@ -76,21 +76,7 @@ TEST(SampleSelection, leavesEverythingAsItWasWhenItFails) {
   EXPECT_EQ(selection.samples.rows(), 5);
   const std::string path = directory.file("no/such.sam");
   EXPECT_FALSE(saveSelection(path, prep, {0}, message));
-  EXPECT_EQ(message, "  Error writing output file\n " + path);
-}
-
-TEST(SampleSelection, reachesRowsBeyondTheWindow) {
-  const std::int32_t runs = sampValues::cacheLimit;  // three windows of three columns
-  const PrepConfiguration prep = numberedSample(kRandom, runs);
-  std::vector<std::int32_t> kept;
-  for (std::int32_t run = 0; run < runs; run += 2) kept.push_back(run);
-  PrepConfiguration selection;
-  std::string message;
-  ASSERT_TRUE(selectRuns(prep, kept, selection, message)) << message;
-  ASSERT_EQ(selection.samples.rows(), runs / 2);
-  std::vector<double> column;
-  ASSERT_TRUE(selection.samples.getColumn(2, column));
-  for (std::size_t i = 0; i < column.size(); ++i) ASSERT_EQ(column[i], -static_cast<double>(i));
+  EXPECT_TRUE(message.starts_with("  Error writing output file\n " + path + '\n')) << message;
 }
 
 }  // namespace

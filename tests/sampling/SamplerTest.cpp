@@ -150,19 +150,5 @@ TEST(Sampler, sectionsThatDoNotFitAreRefused) {
     EXPECT_EQ(samplerFrom(section), nullptr) << section.name;
 }
 
-TEST(Sampler, settersKeepTheOldValueOnRefusal) {
-  const std::unique_ptr<Sampler> sampler = makeSampler(kRandom);
-  EXPECT_TRUE(sampler->setSamples(7));
-  EXPECT_TRUE(sampler->setSeed(2147483647));
-  EXPECT_FALSE(sampler->setSamples(-1));
-  EXPECT_EQ(sampler->errorText, "Number of execution must be a positive value");
-  for (const std::int32_t seed : {0, -1}) {
-    EXPECT_FALSE(sampler->setSeed(seed));
-    EXPECT_EQ(sampler->errorText, "Seed must be a value greater than 0 and less than 2,147,483,647");
-  }
-  EXPECT_EQ(sampler->numSamples, 7);
-  EXPECT_EQ(sampler->seed, 2147483647);
-}
-
 }  // namespace
 }  // namespace tarvex
