@@ -1,5 +1,7 @@
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -14,33 +16,62 @@ constexpr std::int32_t kFactors = 20;
 constexpr std::int32_t kVariables = 5;
 constexpr std::int32_t kRuns = 1000000;
 
-// The measures of the method over a whole design and five outputs.
-void measures(benchmark::State& state, std::int32_t methodId) {
+// The longest time between two reports of an operation, in milliseconds.
+class SlowestSlice {
+ public:
+  Progress progress() {
+    last_ = Clock::now();
+    return Progress([this](double) {
+      const auto now = Clock::now();
+      slowest_ = std::max(slowest_, std::chrono::duration<double, std::milli>(now - last_).count());
+      last_ = now;
+      return true;
+    });
+  }
+  // Once the operation has returned.
+  void show(benchmark::State& state) {
+    state.counters["slice_ms"] =
+        std::max(slowest_, std::chrono::duration<double, std::milli>(Clock::now() - last_).count());
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  Clock::time_point last_;
+  double slowest_ = 0.0;
+};
+
+// The measures of the method over a whole design.
+void measures(benchmark::State& state, std::int32_t methodId, std::int32_t variables = kVariables) {
   PrepConfiguration prep = preparedConfiguration(methodId, kFactors, kRuns);
   if (prep.generate(50) < 50) {
     state.SkipWithError(prep.sampler->errorText.c_str());
     return;
   }
-  const OutputTable outputs = filledStore(prep.samples.rows(), kVariables);
+  const OutputTable outputs = filledStore(prep.samples.rows(), variables);
+  SlowestSlice slice;
   for (auto _ : state) {
     const std::unique_ptr<SensitivityStats> statistics = makeSensitivityForMethod(methodId);
-    statistics->variableCount = kVariables;
-    if (!statistics->compute(prep, outputs)) state.SkipWithError(statistics->errorText.c_str());
+    if (!statistics->compute(prep, outputs, slice.progress())) state.SkipWithError(statistics->errorText.c_str());
   }
+  slice.show(state);
   state.SetItemsProcessed(state.iterations() * prep.samples.rows());
 }
 
 void uncertainty(benchmark::State& state) {
   const OutputTable outputs = filledStore(kRuns, kVariables);
   const std::vector<std::string> names(kVariables, "y");
+  SlowestSlice slice;
   for (auto _ : state) {
     UaStats statistics;
-    if (!statistics.compute(names, outputs)) state.SkipWithError("the table can't be read");
+    if (!statistics.compute(names, outputs, slice.progress())) state.SkipWithError(statistics.errorText.c_str());
   }
+  slice.show(state);
   state.SetItemsProcessed(state.iterations() * kRuns);
 }
 
 BENCHMARK_CAPTURE(measures, regressionRanksSmirnov, kRandom)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK_CAPTURE(measures, regressionOfOneOutput, kRandom, 1)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK_CAPTURE(measures, fastExtended, kFast)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK_CAPTURE(measures, sobolFirstAndTotal, kSobol)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK_CAPTURE(measures, morris, kMorris)->Unit(benchmark::kMillisecond)->Iterations(1);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "app/Reports.h"
 #include "plots/Document.h"
@@ -32,16 +33,15 @@ std::string rankText(const RegressionStats& statistics, const IndexRecord& recor
 }
 
 // Which measures were not computed and why, a remark for each reason.
-void addReasons(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
-  std::string names, last;
-  for (const MeasureSlot& slot : measureSlots(statistics, statistics.records.front())) {
-    if (slot.slot >= RegressionStats::kRankSlots) break;
-    const std::string reason = statistics.notComputedReason(variable, static_cast<std::int32_t>(slot.slot));
-    if (reason != last && !last.empty()) out.add(Remark{fmt::format("{}: {}: {}", names, kNotComputed, last)});
-    names = reason.empty() || reason != last ? slot.name : names + ", " + slot.name;
-    last = reason;
+void addReasons(Document& out, const RegressionStats& statistics, std::int32_t variable) {
+  std::map<std::string, std::string> names;  // by reason
+  for (std::int32_t m = 0; m < RegressionStats::kMeasures; ++m) {
+    const std::string reason = statistics.notComputedReason(variable, m);
+    if (reason.empty()) continue;
+    std::string& list = names[reason];
+    list += (list.empty() ? "" : ", ") + std::string(RegressionStats::measureName(m));
   }
-  if (!last.empty()) out.add(Remark{fmt::format("{}: {}: {}", names, kNotComputed, last)});
+  for (const auto& [reason, list] : names) out.add(Remark{fmt::format("{} {}: {}", list, kNotComputed, reason)});
 }
 
 void addRegression(Document& out, const RegressionStats& statistics, std::int32_t variable) {
@@ -139,11 +139,15 @@ void reportUncertainty(Document& out, const UaStats& statistics) {
   for (const char* heading :
        {"mean", "variance", "std. dev.", "skewness", "kurtosis", "minimum", "maximum", "Tchebycheff", "t-test"})
     table.addColumn(heading);
+  // A file may lack a statistic, and the t table a level.
+  const auto number = [](double value) { return value == UaStats::kUnavailable ? "" : cell(value); };
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
     const double s = statistics.std(v);
-    table.addRow({*statistics.name(v), cell(statistics.mean(v)), cell(s * s), cell(s), cell(statistics.skewness(v)),
-                  cell(statistics.kurtosis(v)), cell(statistics.minimum(v)), cell(statistics.maximum(v)),
-                  cell(statistics.tchebyBound(v)), cell(statistics.tTestBound(v))});
+    const double tTest = statistics.tTestBound(v);
+    table.addRow({*statistics.name(v), number(statistics.mean(v)), s == UaStats::kUnavailable ? "" : cell(s * s),
+                  number(s), number(statistics.skewness(v)), number(statistics.kurtosis(v)),
+                  number(statistics.minimum(v)), number(statistics.maximum(v)), number(statistics.tchebyBound(v)),
+                  tTest < 0.0 ? "" : number(tTest)});
   }
   out.add(std::move(table));
 }

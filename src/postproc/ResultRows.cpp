@@ -18,11 +18,15 @@ void takeHistogram(std::string_view block, std::int32_t variable, const Histogra
 }
 
 void takeUncertainty(const UaStats& statistics, std::int32_t v, const Take& take) {
-  const auto one = [&](const char* quantity, double value) { take({"uncertainty", v, "", quantity, value}); };
+  // A file may lack a statistic, and the t table a level (-1).
+  const auto one = [&](const char* quantity, double value, bool known = true) {
+    known = known && value != UaStats::kUnavailable;
+    take({"uncertainty", v, "", quantity, known ? std::optional<double>(value) : std::nullopt});
+  };
   const double s = statistics.std(v);
   one("runs", statistics.sampleSize());
   one("mean", statistics.mean(v));
-  one("variance", s * s);
+  one("variance", s * s, s != UaStats::kUnavailable);
   one("standard deviation", s);
   one("skewness", statistics.skewness(v));
   one("kurtosis", statistics.kurtosis(v));
@@ -30,7 +34,7 @@ void takeUncertainty(const UaStats& statistics, std::int32_t v, const Take& take
   one("maximum", statistics.maximum(v));
   one("confidence", statistics.tchebyConfidence);
   one("Tchebycheff bound", statistics.tchebyBound(v));
-  one("t-test bound", statistics.tTestBound(v));
+  one("t-test bound", statistics.tTestBound(v), statistics.tTestBound(v) >= 0.0);
   if (statistics.hasHistogram(v, kLinearScale))
     takeHistogram("linear histogram", v, *statistics.linearHistogram(v), take);
   if (statistics.hasHistogram(v, kLogScale))

@@ -103,6 +103,30 @@ TEST_P(EveryDesign, ResultsOfOtherLengthAndForeignSamplersAreRefused) {
   EXPECT_FALSE(stats_->computed);
 }
 
+// Whichever report is answered by a stop, nothing is left behind; progress never goes back.
+TEST_P(EveryDesign, StopsAtAnyReport) {
+  for (const bool regression : {false, true}) {
+    const auto stats = regression ? makeSensitivityOfType(SensitivityStats::kRegression) : std::move(stats_);
+    int reports = 0, stopAt = -1;
+    double last = 0.0;
+    const auto listen = [&](double done) {
+      EXPECT_TRUE(done >= last && done <= 1.0) << last << ' ' << done;
+      last = done;
+      return ++reports != stopAt;
+    };
+    ASSERT_TRUE(stats->compute(study_.prep, study_.outputs, Progress(listen))) << stats->errorText;
+    const int all = reports;
+    ASSERT_GT(all, 2);
+    for (stopAt = 1; stopAt <= all; ++stopAt) {
+      reports = 0;
+      last = 0.0;
+      EXPECT_FALSE(stats->compute(study_.prep, study_.outputs, Progress(listen))) << stopAt << " of " << all;
+      EXPECT_TRUE(!stats->computed && stats->records.empty());
+      EXPECT_EQ(stats->errorText, "The computation was stopped.");
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Methods, EveryDesign,
                          testing::Values("fast", "classic", "morris", "importance", "sobol", "terms"),
                          [](const auto& row) { return std::string(row.param); });

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
 #include "postproc/ValueTables.h"
 #include "postproc/smirnovDistance.h"
 
@@ -25,10 +28,9 @@ TEST(RegressionStats, CollinearFactors) {
   const std::vector<double> x = numbers.column(50);
   const std::vector<double> z = numbers.column(50);
   const std::vector<double> five(50, 5.0);
-  std::vector<double> y(50), negative(50);
+  std::vector<double> y(50);
   for (std::size_t i = 0; i < x.size(); ++i) {
     y[i] = 2 * x[i] + 0.3 * z[i] + 0.5 * numbers.next();
-    negative[i] = -x[i];
   }
   const OutputTable outputs = tableOf({y});
   Stats twin;
@@ -50,20 +52,61 @@ TEST(RegressionStats, CollinearFactors) {
   ASSERT_TRUE(relation.compute(sampleOf({x, x, z}, {"Relation", "Uniform", "Uniform"}), outputs));
   EXPECT_EQ(relation.records[0].kind, FactorKind::Relation);
   EXPECT_EQ(relation.activeCount, 2);
-  // The negative stays, and its matrix is singular: all ones, for the second variable nothing.
-  Stats mirrored;
-  ASSERT_TRUE(mirrored.compute(sampleOf({x, negative, z}), tableOf({y, z})));
-  EXPECT_TRUE(mirrored.computed);
-  EXPECT_EQ(mirrored.activeCount, 3);
-  for (std::size_t factor = 0; factor < 3; ++factor)
-    for (std::int32_t measure = 0; measure < Stats::kMeasures; ++measure) {
-      EXPECT_EQ(valueOf(mirrored, factor, measure), 1.0);
-      EXPECT_EQ(valueOf(mirrored, factor, measure, 1), 0.0);
+}
+
+// Which measures are told to be not computed, a line a variable: 1 for computed, - for not.
+std::string computedOf(const Stats& stats) {
+  std::string text;
+  for (std::int32_t v = 0; v < stats.variableCount; ++v) {
+    for (std::int32_t m = 0; m < Stats::kMeasures; ++m) text += stats.notComputedReason(v, m).empty() ? '1' : '-';
+    text += '\n';
+  }
+  return text;
+}
+
+// PEAR, SPEA, PCC, PRCC, SRC, SRRC, Smirnov; the same of the statistics and of what a file keeps of them.
+TEST(RegressionStats, SingularMatricesAreToldFromWhatIsStored) {
+  TestNumbers numbers(3);
+  const std::vector<double> x = numbers.column(1000), z = numbers.column(1000), other = numbers.column(1000);
+  std::vector<double> mirrored, monotone, nearly, gap = other;
+  for (const double value : x) {
+    mirrored.push_back(-value);
+    monotone.push_back(std::exp(value));
+  }
+  nearly = monotone;  // but for two runs: rounds to 1 at six digits
+  std::vector<double> sorted = x;
+  std::sort(sorted.begin(), sorted.end());
+  std::swap(nearly[std::find(x.begin(), x.end(), sorted[500]) - x.begin()],
+            nearly[std::find(x.begin(), x.end(), sorted[501]) - x.begin()]);
+  gap[7] = std::numeric_limits<double>::quiet_NaN();
+  const struct {
+    const char* name;
+    Columns factors, outputs;
+    const char* computed;
+  } rows[] = {
+      {"regular", {x, z}, {other, numbers.column(1000)}, "1111111\n1111111\n"},
+      {"mirrored factor", {x, mirrored, z}, {other, z}, "-------\n-------\n"},
+      {"raw, in the middle", {x, z}, {other, x, gap}, "1-1-1--\n-------\n-------\n"},
+      {"ranks, in the middle", {x, z}, {other, monotone, gap}, "111111-\n1-1-1--\n1-1-1--\n"},
+      {"ranks of a single factor", {x}, {monotone}, "1-1-1--\n"},
+      {"nearly monotone", {x}, {nearly}, "1111111\n"},
+      {"a gap", {x, z}, {gap, other}, "1111111\n1111111\n"},
+      {"one run", {{0.5}}, {{2.0}}, "111111-\n"},
+  };
+  for (const auto& row : rows) {
+    Stats stats;
+    ASSERT_TRUE(stats.compute(sampleOf(row.factors), tableOf(row.outputs))) << row.name;
+    TextWriter out;
+    stats.write(out);
+    TextReader in = TextReader::fromText(out.text());
+    Stats back;
+    back.read(in);
+    EXPECT_EQ(computedOf(stats), row.computed) << row.name;
+    if (std::string(row.name) == "mirrored factor") {
+      EXPECT_TRUE(valueOf(stats, 2, Stats::kSmirnov) == 1.0 && valueOf(stats, 2, Stats::kPear, 1) == 0.0);
     }
-  double raw = 0.0;
-  double ranks = 0.0;
-  ASSERT_TRUE(mirrored.determinationAdjusted(0, raw, ranks));
-  EXPECT_TRUE(raw == 1.0 && ranks == 1.0);
+    EXPECT_EQ(computedOf(back), row.computed) << row.name;
+  }
 }
 
 TEST(RegressionStats, Refusals) {
