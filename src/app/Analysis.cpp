@@ -99,4 +99,27 @@ bool analyse(ProjectConfiguration& project, const AnalysisRequest& request, Fron
   return true;
 }
 
+bool completeAnalysis(ProjectConfiguration& project, FrontEnd& frontEnd) {
+  AnalysisRequest request;
+  request.variables = project.vels.selectedVariables();
+  request.uncertainty = project.vels.uncertainty.variableCount() == 0;
+  request.sensitivity = !project.vels.sensitivity || !project.vels.sensitivity->computed;
+  return (!request.uncertainty && !request.sensitivity) || analyse(project, request, frontEnd);
+}
+
+bool provideMeasures(ProjectConfiguration& project, const std::string& variable, FrontEnd& frontEnd,
+                     std::int32_t& place) {
+  const std::vector<std::string>& selected = project.vels.selectedVariables();
+  if (project.vels.sensitivity && project.vels.sensitivity->computed && !selected.empty()) {
+    const auto found = variable.empty() ? selected.begin() : std::ranges::find(selected, variable);
+    place = static_cast<std::int32_t>(found - selected.begin());
+    if (place < project.vels.sensitivity->variableCount) return true;
+  }
+  AnalysisRequest request;
+  if (!variable.empty()) request.variables = {variable};
+  request.uncertainty = false;
+  place = 0;
+  return analyse(project, request, frontEnd);
+}
+
 }  // namespace tarvex

@@ -11,9 +11,9 @@ namespace tarvex {
 
 namespace {
 
-// Sees to it that the variable's measures are there. `variable` becomes its place among the analysed ones.
-bool provideMeasures(const PlotOptions& options, ProjectConfiguration& project, FrontEnd& frontEnd,
-                     std::int32_t& variable, std::string& message) {
+// The place of the variable that the options name, with its measures.
+bool findVariable(const PlotOptions& options, ProjectConfiguration& project, FrontEnd& frontEnd, std::int32_t& variable,
+                  std::string& message) {
   const std::vector<std::string> names = splitLists(options.variables);
   if (names.size() > 1) {
     message = "The measures are those of one variable: --variables Y.";
@@ -23,34 +23,19 @@ bool provideMeasures(const PlotOptions& options, ProjectConfiguration& project, 
     message = "The file holds no results to take measures of.";
     return false;
   }
-  const std::vector<std::string>& selected = project.vels.selectedVariables();
-  if (project.vels.sensitivity && project.vels.sensitivity->computed && !selected.empty()) {
-    const auto place = names.empty() ? selected.begin() : std::find(selected.begin(), selected.end(), names.front());
-    variable = static_cast<std::int32_t>(place - selected.begin());
-    if (place != selected.end()) return true;
-  }
-  AnalysisRequest request;
-  request.variables = names;
-  request.uncertainty = false;
-  variable = 0;
-  return analyse(project, request, frontEnd);
+  return provideMeasures(project, names.empty() ? "" : names.front(), frontEnd, variable);
 }
 
-// The slots of the measures that the options name; without a name the indices of first and total order, or else what
-// the statistics offer first.
-bool chooseSlots(const PlotOptions& options, const std::vector<MeasureChoice>& offered,
-                 std::vector<std::int32_t>& slots, std::string& message) {
-  const auto find = [&offered](const std::string& word) {
-    return std::find_if(offered.begin(), offered.end(), [&word](const MeasureChoice& c) { return c.word == word; });
-  };
+// The slots of the measures that the options name.
+bool chooseSlots(const PlotOptions& options, const SensitivityStats& stats, std::vector<std::int32_t>& slots,
+                 std::string& message) {
   if (options.measure.empty()) {
-    for (const char* word : {"first", "total"})
-      if (const auto choice = find(word); choice != offered.end()) slots.push_back(choice->slot);
-    if (slots.empty()) slots.push_back(offered.front().slot);
+    slots = usualSlots(stats);
     return true;
   }
+  const std::vector<MeasureChoice> offered = measureChoices(stats);
   for (const std::string& word : splitList(options.measure)) {
-    const auto choice = find(word);
+    const auto choice = std::ranges::find(offered, word, &MeasureChoice::word);
     if (choice == offered.end()) {
       message = "There is no measure '" + word + "' in this analysis. Its measures are:";
       for (const MeasureChoice& other : offered) message += " " + other.word;
@@ -66,7 +51,7 @@ bool chooseSlots(const PlotOptions& options, const std::vector<MeasureChoice>& o
 bool makeMeasureFigure(const PlotOptions& options, ProjectConfiguration& project, FrontEnd& frontEnd, Figure& figure,
                        std::string& message) {
   std::int32_t variable = 0;
-  if (!provideMeasures(options, project, frontEnd, variable, message)) return false;
+  if (!findVariable(options, project, frontEnd, variable, message)) return false;
   const SensitivityStats& stats = *project.vels.sensitivity;
   const std::string& name = project.vels.selectedVariables()[static_cast<std::size_t>(variable)];
   if (options.kind == "morris") {
@@ -78,12 +63,12 @@ bool makeMeasureFigure(const PlotOptions& options, ProjectConfiguration& project
     return true;
   }
   std::vector<std::int32_t> slots;
-  if (!chooseSlots(options, measureChoices(stats), slots, message)) return false;
+  if (!chooseSlots(options, stats, slots, message)) return false;
   if (options.kind == "forecast")
     figure = forecastBars(stats, variable, name, slots.front());
   else if (options.kind == "bars")
     figure = measureBars(stats, variable, name, slots);
-  else if (stats.typeId() == SensitivityStats::kRegression || stats.typeId() == SensitivityStats::kMorris) {
+  else if (!dividesAWhole(stats)) {
     message = "Pies show measures that divide a whole: the indices of FAST and Sobol designs, and importance.";
     return false;
   } else

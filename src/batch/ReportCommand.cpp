@@ -11,19 +11,6 @@
 
 namespace tarvex {
 
-namespace {
-
-// Statistics and measures that the file doesn't hold are made for the report.
-bool completeAnalysis(ProjectConfiguration& project, const Console& console) {
-  AnalysisRequest request;
-  request.variables = project.vels.selectedVariables();
-  request.uncertainty = project.vels.uncertainty.variableCount() == 0;
-  request.sensitivity = !project.vels.sensitivity || !project.vels.sensitivity->computed;
-  return (!request.uncertainty && !request.sensitivity) || analyse(project, request, console.frontEnd);
-}
-
-}  // namespace
-
 int runReport(const ReportOptions& options, const Console& console) {
   CommandFiles files;
   files.reads("file to read", options.input);
@@ -34,7 +21,7 @@ int runReport(const ReportOptions& options, const Console& console) {
   if (!loadStudyFile(options.input, project, console)) return kFailed;
   if (!project.hasPrep || !project.hasModel)
     return console.fail("The file holds no results to report: " + options.input);
-  if (!completeAnalysis(project, console)) return kFailed;
+  if (!completeAnalysis(project, console.frontEnd)) return kFailed;
   const std::string title =
       options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title;
   if (!saveDocument(options.output, studyReport(project, title), message)) return console.fail(message);

@@ -79,6 +79,18 @@ bool isByTerm(const SensitivityStats& stats) {
 
 }  // namespace
 
+std::vector<std::int32_t> usualSlots(const SensitivityStats& stats) {
+  const std::vector<MeasureChoice> offered = measureChoices(stats);
+  std::vector<std::int32_t> slots;
+  for (const MeasureChoice& choice : offered)
+    if (choice.word == "first" || choice.word == "total") slots.push_back(choice.slot);
+  return slots.empty() ? std::vector<std::int32_t>{offered.front().slot} : slots;
+}
+
+bool dividesAWhole(const SensitivityStats& stats) {
+  return stats.typeId() != SensitivityStats::kRegression && stats.typeId() != SensitivityStats::kMorris;
+}
+
 Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
                    const std::vector<std::int32_t>& slots) {
   constexpr double kWidth = 560.0;
@@ -168,16 +180,14 @@ std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStat
   if (stats.typeId() == SensitivityStats::kMorris)
     figures.emplace_back("plane", morrisPlane(stats, variable, variableName));
 
-  const bool dividesAWhole =
-      stats.typeId() != SensitivityStats::kRegression && stats.typeId() != SensitivityStats::kMorris;
-  if (dividesAWhole && choices.size() == 2)
+  if (dividesAWhole(stats) && choices.size() == 2)
     figures.emplace_back("indices", measureBars(stats, variable, variableName, slots));
   else
     for (const MeasureChoice& choice : choices)
       figures.emplace_back(choice.word, measureBars(stats, variable, variableName, {choice.slot}));
 
   if (isByTerm(stats)) slots = {SobolStats::kIndex, SobolStats::kTotal};
-  if (dividesAWhole) figures.emplace_back("pies", measurePies(stats, variable, variableName, slots));
+  if (dividesAWhole(stats)) figures.emplace_back("pies", measurePies(stats, variable, variableName, slots));
   return figures;
 }
 

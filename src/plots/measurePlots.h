@@ -24,6 +24,11 @@ struct MeasureChoice {
 // Slots count as in the record of a single factor. The total order of FAST is on offer when there is one.
 std::vector<MeasureChoice> measureChoices(const SensitivityStats& stats);
 
+// The slots that are shown where nobody chose: indices of first and total order, else what the statistics offer first.
+std::vector<std::int32_t> usualSlots(const SensitivityStats& stats);
+// Whether the measures are shares of a whole, such as pies show: indices of FAST and Sobol designs, importance.
+bool dividesAWhole(const SensitivityStats& stats);
+
 // A bar a factor (group, term), green where significantly above 0 and red where not; one colour where there is no test.
 // Measures of first and total order share a figure when `slots` names both.
 Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
