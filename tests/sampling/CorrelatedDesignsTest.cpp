@@ -118,9 +118,6 @@ TEST(CorrelatedDesigns, refusals) {
   for (const MethodId method : {kLatin, kRepLatin})
     EXPECT_EQ(refusal(*samplerOf(method, 10, 1), stein),
               "The Stein correlation sample is empty.\nNo correlation can be calculated.");
-  const std::unique_ptr<Sampler> none = makeSampler(kRandom);
-  EXPECT_TRUE(none->setSamples(0));
-  EXPECT_EQ(refusal(*none, stein), "  No samples to generate");
 }
 
 // Nothing stochastic, or a table in which single precision can't tell the last cells from the end of a phase.

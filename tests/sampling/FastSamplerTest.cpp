@@ -182,7 +182,6 @@ TEST(FastSampler, refusesWhatItCannotTest) {
            Case{"no curve for a group", "sss", 2, 2 * 64, {{"f0", "f1"}}, tooSmall},
            Case{"relation", "ssrs", 2, 1000, {{"f2"}}, "Group g0: f2 is a constant or a relation"},
            Case{"in two groups", "ssss", 2, 1000, {{"f0"}, {"f1", "f0"}}, "Group g1: f0 is in a group already"},
-           Case{"nothing to do", "ss", 1, 0, {}, "  No samples to generate"},
        }) {
     SCOPED_TRACE(c.name);
     FastSampler sampler = configured(c.mode, c.runs, c.groups);
