@@ -82,7 +82,10 @@ void reportDesign(Document& out, const PrepConfiguration& prep) {
 void reportSampleStatistics(Document& out, const PrepConfiguration& prep) {
   SampleStatistics made;
   const SampleStatistics* statistics = prep.sampleStatistics ? &*prep.sampleStatistics : &made;
-  if (!prep.sampleStatistics && !made.compute(prep.samples)) return;
+  if (!prep.sampleStatistics && !made.compute(prep.samples)) {
+    out.add(Paragraph{"The sample's statistics can't be computed.\n" + prep.samples.errorText()});
+    return;
+  }
   if (statistics->size() != prep.factors.factorCount()) return;
 
   std::vector<std::string> varying;  // constants have no correlation to look at

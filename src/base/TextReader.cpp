@@ -10,6 +10,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/Memory.h"
 #include "base/NumberText.h"
 #include "base/Paths.h"
 #include "base/SystemCalls.h"
@@ -193,7 +194,11 @@ void TextReader::closeFile() {
 
 bool TextReader::appendBlock(std::size_t size) {
   const std::size_t old = buffer_.size();
-  buffer_.resize(old + size);
+  if (!fitsInMemory([&] { buffer_.resize(old + size); })) {
+    failSystem(ENOMEM);
+    closeFile();
+    return false;
+  }
   ssize_t got = -1;
   do got = SystemCalls::current().read(fd_, buffer_.data() + old, size);
   while (got < 0 && errno == EINTR);

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <utility>
 
+#include "base/Memory.h"
 #include "base/NumberText.h"
 #include "base/Paths.h"
 #include "base/SystemCalls.h"
@@ -107,7 +108,10 @@ TextWriter::~TextWriter() {
 
 TextWriter& TextWriter::operator<<(std::string_view text) {
   if (error_ != 0) return *this;
-  buffer_.append(text);
+  if (!fitsInMemory([&] { buffer_.append(text); })) {
+    setError(ENOMEM);
+    return *this;
+  }
   if (buffer_.size() >= kBlock && !target_.empty()) flush();
   return *this;
 }

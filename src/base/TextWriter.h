@@ -40,14 +40,10 @@ class TextWriter {
   int setPrecision(int digits);
 
   [[nodiscard]] bool ok() const { return error_ == 0; }
-  // The errno of the first failure; 0 when there was none.
-  int error() const { return error_; }
   // "results/a.sam: No space left on device", once not ok(): what stands under the message of whoever writes.
   std::string problem() const;
-  // Makes the writer fail with `error`, an errno: for a source of the text that can't deliver it.
-  void setError(int error);
   // Makes the writer fail because of what it was to write: `reason` says the rule and the value ("the note holds a line
-  // end"). Always false; an earlier failure keeps its own description.
+  // end"), or why the source of the text can't deliver it. Always false; an earlier failure keeps its own description.
   bool refuse(const std::string& reason);
 
   // Flushes to disk and moves the text into the target's place. False on any failure so far or now: the temporary file
@@ -59,6 +55,7 @@ class TextWriter {
 
  private:
   TextWriter& writeInteger(std::int64_t value);
+  void setError(int error);  // an errno
   void flush();
   void discard();
 

@@ -33,13 +33,16 @@ WorkingFile::~WorkingFile() {
 }
 
 WorkingFile::WorkingFile(WorkingFile&& other) noexcept
-    : fd_(std::exchange(other.fd_, -1)), error_(std::exchange(other.error_, 0)) {}
+    : fd_(std::exchange(other.fd_, -1)),
+      directory_(std::move(other.directory_)),
+      errorText_(std::move(other.errorText_)) {}
 
 WorkingFile& WorkingFile::operator=(WorkingFile&& other) noexcept {
   if (this == &other) return *this;
   clear();
   fd_ = std::exchange(other.fd_, -1);
-  error_ = std::exchange(other.error_, 0);
+  directory_ = std::move(other.directory_);
+  errorText_ = std::move(other.errorText_);
   return *this;
 }
 
@@ -53,14 +56,21 @@ std::string WorkingFile::directory() {
 
 bool WorkingFile::create() {
   SystemCalls& calls = SystemCalls::current();
-  for (int i = 0; i < kMostNames; ++i) {
-    const std::string path = directory() + '/' + fileName();
+  directory_ = directory();
+  int error = EEXIST;
+  for (int i = 0; i < kMostNames && error == EEXIST; ++i) {
+    const std::string path = directory_ + '/' + fileName();
     fd_ = calls.open(path.c_str(), O_RDWR | O_CREAT | O_EXCL, kOwnerOnly);
     if (fd_ >= 0 && calls.unlink(path.c_str()) == 0) return true;
-    error_ = errno;
-    if (fd_ >= 0 || error_ != EEXIST) break;
+    error = errno;
+    if (fd_ >= 0) break;
   }
   clear();
+  return fail("Cannot create a working file in ", error);
+}
+
+bool WorkingFile::fail(const char* what, int error) const {
+  errorText_ = what + directory_ + ": " + std::strerror(error);
   return false;
 }
 
@@ -69,10 +79,7 @@ bool WorkingFile::read(std::uint64_t offset, void* data, std::size_t size) const
   while (size > 0 && fd_ >= 0) {
     const ssize_t got = SystemCalls::current().pread(fd_, to, size, static_cast<off_t>(offset));
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) {
-      error_ = errno;
-      return false;
-    }
+    if (got < 0) return fail("Cannot read the working file in ", errno);
     if (got == 0) break;
     to += got;
     offset += static_cast<std::uint64_t>(got);
@@ -88,10 +95,7 @@ bool WorkingFile::write(std::uint64_t offset, const void* data, std::size_t size
   while (size > 0) {
     const ssize_t put = SystemCalls::current().pwrite(fd_, from, size, static_cast<off_t>(offset));
     if (put < 0 && errno == EINTR) continue;
-    if (put <= 0) {
-      error_ = put < 0 ? errno : EIO;
-      return false;
-    }
+    if (put <= 0) return fail("Cannot write the working file in ", put < 0 ? errno : EIO);
     from += put;
     offset += static_cast<std::uint64_t>(put);
     size -= static_cast<std::size_t>(put);

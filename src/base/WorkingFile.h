@@ -19,20 +19,23 @@ class WorkingFile {
   WorkingFile& operator=(WorkingFile&& other) noexcept;
 
   // Bytes at `offset`, all or failure. A read of what was never written gives zeros; a failure of the system gives
-  // false with its errno in error().
+  // false with directory and reason in errorText().
   [[nodiscard]] bool read(std::uint64_t offset, void* data, std::size_t size) const;
   [[nodiscard]] bool write(std::uint64_t offset, const void* data, std::size_t size);
   // Drops the content and the file.
   void clear();
-  int error() const { return error_; }
+  // "Cannot write the working file in /tmp: No space left on device".
+  const std::string& errorText() const { return errorText_; }
 
   static std::string directory();
 
  private:
-  bool create();
+  [[nodiscard]] bool create();
+  bool fail(const char* what, int error) const;  // always false
 
   int fd_ = -1;
-  mutable int error_ = 0;
+  std::string directory_;  // in which it was created: TEMP may change
+  mutable std::string errorText_;
 };
 
 }  // namespace tarvex

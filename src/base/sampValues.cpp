@@ -15,15 +15,6 @@ constexpr const char* kWrongLine = "Wrong line position.";
 sampValues::sampValues() = default;
 sampValues::~sampValues() = default;
 
-sampValues::sampValues(const sampValues& other) {
-  static_cast<void>(assign(other));
-}
-
-sampValues& sampValues::operator=(const sampValues& other) {
-  static_cast<void>(assign(other));
-  return *this;
-}
-
 sampValues::sampValues(sampValues&& other) noexcept {
   *this = std::move(other);
 }
@@ -39,6 +30,7 @@ sampValues& sampValues::operator=(sampValues&& other) noexcept {
   dirty_ = std::exchange(other.dirty_, false);
   columnMode_ = std::exchange(other.columnMode_, false);
   cachedColumn_ = std::exchange(other.cachedColumn_, -1);
+  unpatched_ = std::exchange(other.unpatched_, {});
   rows_ = std::exchange(other.rows_, 0);
   columns_ = std::exchange(other.columns_, 0);
   blockRows_ = std::exchange(other.blockRows_, 0);
@@ -47,7 +39,7 @@ sampValues& sampValues::operator=(sampValues&& other) noexcept {
   return *this;
 }
 
-bool sampValues::setError(const char* text) const {
+bool sampValues::setError(const std::string& text) const {
   errorText_ = text;
   return false;
 }
@@ -73,10 +65,10 @@ bool sampValues::assign(const sampValues& other) {
   if (this == &other) return true;
   sampValues copy;
   copy.order_ = other.order_;
-  if (other.columns_ > 0 && !copy.allocate(other.columns_)) return setError(copy.errorText_.c_str());
+  if (other.columns_ > 0 && !copy.allocate(other.columns_)) return setError(copy.errorText_);
   for (std::int32_t row = 0; row < other.rows_; ++row) {
-    if (!other.ensureMode(false) || !other.ensureRow(row)) return setError(other.errorText_.c_str());
-    if (copy.addRow(other.windowRow(row)) == 0) return setError(copy.errorText_.c_str());
+    if (!other.ensureMode(false) || !other.ensureRow(row)) return setError(other.errorText_);
+    if (copy.addRow(other.windowRow(row)) == 0) return setError(copy.errorText_);
   }
   *this = std::move(copy);
   return true;
@@ -173,7 +165,8 @@ bool sampValues::getColumnValue(std::int32_t row, std::int32_t column, double& v
 bool sampValues::getColumn(std::int32_t column, std::vector<double>& values) const {
   if (column < 0 || column >= columns_) return setError(kWrongElement);
   if (!ensureMode(true) || !ensureColumn(column)) return false;
-  values = cache_;
+  if (!resizeValues(values, rows_)) return false;
+  std::copy(cache_.begin(), cache_.end(), values.begin());
   return true;
 }
 

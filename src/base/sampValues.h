@@ -16,8 +16,9 @@ class TextWriter;
 // each block column after column, so that a pass over rows and a pass over a column both read contiguous bytes.
 //
 // Operations of the row family work on a window of rows, those of the column family on one whole column; the store
-// changes between the two by itself. Indices count from 0. Operations return false on failure, with the reason in
-// errorText, and leave the table as it was.
+// changes between the two by itself. Indices count from 0. Operations return false (0, null) on failure, with the
+// reason in errorText, and leave the table as it was. Reading can fail as well as writing: the window may have to go
+// to the disk first.
 class sampValues {
  public:
   static constexpr std::int32_t cacheLimit = 262144;  // doubles that the window aims at
@@ -25,8 +26,8 @@ class sampValues {
 
   sampValues();
   ~sampValues();
-  sampValues(const sampValues& other);  // a table of its own, by row
-  sampValues& operator=(const sampValues& other);
+  sampValues(const sampValues&) = delete;  // a copy may find no room on the disk: assign()
+  sampValues& operator=(const sampValues&) = delete;
   sampValues(sampValues&&) noexcept;
   sampValues& operator=(sampValues&&) noexcept;
 
@@ -34,43 +35,41 @@ class sampValues {
   void clear();  // empty and without width; `order` stays
 
   // Appends one row of columns() doubles. The new row count; 0 on failure.
-  std::int32_t addRow(const double* values);
+  [[nodiscard]] std::int32_t addRow(const double* values);
 
-  bool setValue(std::int32_t row, std::int32_t column, double value);
-  bool getValue(std::int32_t row, std::int32_t column, double& value) const;
-  bool setRow(std::int32_t row, const double* values);
-  bool getRow(std::int32_t row, double* values) const;
+  [[nodiscard]] bool setValue(std::int32_t row, std::int32_t column, double value);
+  [[nodiscard]] bool getValue(std::int32_t row, std::int32_t column, double& value) const;
+  [[nodiscard]] bool setRow(std::int32_t row, const double* values);
+  [[nodiscard]] bool getRow(std::int32_t row, double* values) const;
   // The row inside the window, for change in place; valid until the next call on the store. Null out of range.
-  double* rowPointer(std::int32_t row);
+  [[nodiscard]] double* rowPointer(std::int32_t row);
 
-  bool setColumnValue(std::int32_t row, std::int32_t column, double value);
-  bool getColumnValue(std::int32_t row, std::int32_t column, double& value) const;
+  [[nodiscard]] bool setColumnValue(std::int32_t row, std::int32_t column, double value);
+  [[nodiscard]] bool getColumnValue(std::int32_t row, std::int32_t column, double& value) const;
   // One whole column, rows() doubles, through the column window.
-  bool getColumn(std::int32_t column, std::vector<double>& values) const;
-  bool setColumn(std::int32_t column, const std::vector<double>& values);
+  [[nodiscard]] bool getColumn(std::int32_t column, std::vector<double>& values) const;
+  [[nodiscard]] bool setColumn(std::int32_t column, const std::vector<double>& values);
 
-  bool setOrder(std::int32_t order);  // 0 by run, 1 by factor: how the text form lists the table
-  bool setColumnMode(bool columnMode) const;
-  [[nodiscard]] bool assign(const sampValues& other);  // its `order` and all its rows
+  [[nodiscard]] bool setOrder(std::int32_t order);  // 0 by run, 1 by factor: how the text form lists the table
+  [[nodiscard]] bool setColumnMode(bool columnMode) const;
+  // Makes this a table of its own with the other's `order` and rows, by row.
+  [[nodiscard]] bool assign(const sampValues& other);
 
   std::int32_t rows() const { return rows_; }
   std::int32_t columns() const { return columns_; }
   std::int32_t order() const { return order_; }
   std::int32_t blockRows() const { return blockRows_; }
-  bool columnMode() const { return columnMode_; }
   const std::string& errorText() const { return errorText_; }
 
   // The text form: rows, columns, order, then a line a row (or a column), each number
-  // followed by a tab. Leaves the writer's precision as it was.
+  // followed by a tab. Leaves the writer's precision as it was. A table that can't be read back fails the writer.
   void write(TextWriter& out) const;
-  // Replaces the table by what the text says; on a failed stream the store ends empty.
-  void read(TextReader& in);
+  // Replaces the table by what the text says; on failure the reader has failed too and the store is empty.
+  [[nodiscard]] bool read(TextReader& in);
 
  private:
-  bool setError(const char* text) const;
-  bool setReadError() const { return setError("Cannot read the working file."); }
-  bool setWriteError() const { return setError("Cannot write the working file."); }
-  bool isCell(std::int32_t row, std::int32_t column) const;
+  bool setError(const std::string& text) const;  // always false
+  [[nodiscard]] bool isCell(std::int32_t row, std::int32_t column) const;
 
   // Bytes in the column file before row `rowInBlock` of a column's part of a block.
   std::uint64_t columnOffset(std::int64_t block, std::int64_t column, std::int64_t rowInBlock) const;
@@ -78,24 +77,27 @@ class sampValues {
   bool fitsWindow() const { return rows_ <= blockRows_; }
   double* windowRow(std::int64_t row) const;
 
-  bool ensureMode(bool columnMode) const;
-  bool ensureRow(std::int64_t row) const;
-  bool ensureColumn(std::int32_t column) const;
-  bool flush() const;
-  bool flushRows() const;
-  bool flushBlockColumn(std::int32_t column, const std::vector<double>& gathered) const;
-  bool flushColumn() const;
-  bool loadRows(std::int64_t firstRow) const;
-  bool loadColumn(std::int32_t column) const;
+  [[nodiscard]] bool ensureMode(bool columnMode) const;
+  [[nodiscard]] bool ensureRow(std::int64_t row) const;
+  [[nodiscard]] bool ensureColumn(std::int32_t column) const;
+  [[nodiscard]] bool flush() const;
+  [[nodiscard]] bool flushRows() const;
+  [[nodiscard]] bool flushBlockColumn(std::int32_t column, const std::vector<double>& gathered) const;
+  [[nodiscard]] bool flushColumn() const;
+  [[nodiscard]] bool patchRowFile() const;
+  [[nodiscard]] bool patchRows(std::int64_t firstRow, std::vector<double>& part, std::vector<double>& rows) const;
+  [[nodiscard]] bool loadRows(std::int64_t firstRow) const;
+  [[nodiscard]] bool loadColumn(std::int32_t column) const;
   template <class Transfer>
-  bool forColumnParts(std::int32_t column, Transfer transfer) const;
-  bool resizeValues(std::vector<double>& values, std::int64_t size) const;
+  [[nodiscard]] bool forColumnParts(std::int32_t column, Transfer transfer) const;
+  [[nodiscard]] bool readFrom(const WorkingFile& file, std::uint64_t offset, double* to, std::int64_t count) const;
+  [[nodiscard]] bool writeTo(WorkingFile& file, std::uint64_t offset, const double* from, std::int64_t count) const;
+  [[nodiscard]] bool resizeValues(std::vector<double>& values, std::int64_t size) const;
 
-  bool readByRow(TextReader& in, std::int32_t rows);
-  bool readByFactor(TextReader& in, std::int32_t rows);
-  bool readColumnsToFile(TextReader& in, std::int32_t rows);
-  bool rowsFromColumns() const;
-  int systemError() const;
+  [[nodiscard]] bool readTable(TextReader& in);
+  [[nodiscard]] bool readByRow(TextReader& in, std::int32_t rows);
+  [[nodiscard]] bool readByFactor(TextReader& in, std::int32_t rows);
+  [[nodiscard]] bool readColumnsToFile(TextReader& in, std::int32_t rows);
 
   mutable WorkingFile rowFile_;
   mutable WorkingFile columnFile_;
@@ -108,6 +110,8 @@ class sampValues {
   mutable bool dirty_ = false;         // cache_ differs from the files
   mutable bool columnMode_ = false;
   mutable std::int32_t cachedColumn_ = -1;
+  // In column mode, by column: changed in the column file, not yet in the row file. Empty while there is none.
+  mutable std::vector<bool> unpatched_;
 
   std::int32_t rows_ = 0;
   std::int32_t columns_ = 0;

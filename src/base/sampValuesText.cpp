@@ -1,7 +1,6 @@
 // The text form of the sample store.
 
 #include <algorithm>
-#include <cerrno>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -28,31 +27,39 @@ void sampValues::write(TextWriter& out) const {
     for (; value != end; ++value) out << *value << '\t';
     out << '\n';
   }
-  if (!ok) out.setError(systemError());
+  if (!ok) out.refuse(errorText_);
   out.setPrecision(precision);
 }
 
-void sampValues::read(TextReader& in) {
+bool sampValues::read(TextReader& in) {
   clear();
-  std::int32_t rows = 0;
-  std::int32_t columns = 0;
-  std::int32_t order = 0;
-  in >> rows >> columns >> order;
-  if (rows < 0 || columns < 0 || (rows > 0 && columns == 0)) in.setFail();
-  if (order != 0 && order != 1) in.setFail();
-  in.checkCount(static_cast<std::int64_t>(rows) * columns, kLeastNumberBytes);
-  if (in.ok() && columns > 0) {
-    const bool ok = allocate(columns) && (order == 0 ? readByRow(in, rows) : readByFactor(in, rows));
-    if (!ok) in.setFail();
-  }
+  const bool done = readTable(in);
   in.skipLine();
-  if (in.ok()) {
-    order_ = order;
-    return;
-  }
+  if (done && in.ok()) return true;
   const std::string error = errorText_;
   clear();
   errorText_ = error;
+  return false;
+}
+
+bool sampValues::readTable(TextReader& in) {
+  std::int32_t rows = 0;
+  std::int32_t columns = 0;
+  std::int32_t order = 0;
+  in.expect("the number of runs") >> rows;
+  if (rows < 0) return in.refuse("the number of runs must not be below 0, it is " + std::to_string(rows));
+  in.expect("the number of factors") >> columns;
+  if (columns < 0 || (rows > 0 && columns == 0))
+    return in.refuse("the number of factors must be at least " + std::string(rows > 0 ? "1" : "0") + ", it is " +
+                     std::to_string(columns));
+  in.expect("the order of the table") >> order;
+  if (order != 0 && order != 1)
+    return in.refuse("the order of the table must be 0 (by run) or 1 (by factor), it is " + std::to_string(order));
+  if (!in.checkCount(static_cast<std::int64_t>(rows) * columns, kLeastNumberBytes)) return false;
+  const bool done = columns == 0 || (allocate(columns) && (order == 0 ? readByRow(in, rows) : readByFactor(in, rows)));
+  if (!done) return in.refuse(errorText_);  // of the store; what the reader found wrong stands
+  order_ = order;
+  return true;
 }
 
 bool sampValues::readByRow(TextReader& in, std::int32_t rows) {
@@ -77,24 +84,20 @@ bool sampValues::readByFactor(TextReader& in, std::int32_t rows) {
 
 // Each column goes straight to its parts of the column file; the row file is made from them at the end.
 bool sampValues::readColumnsToFile(TextReader& in, std::int32_t rows) {
-  std::vector<double> part(static_cast<std::size_t>(blockRows_));
+  std::vector<double> part;
+  if (!resizeValues(part, blockRows_)) return false;
   for (std::int32_t column = 0; column < columns_; ++column) {
     for (std::int64_t row = 0; row < rows; row += blockRows_) {
-      const std::size_t count = static_cast<std::size_t>(std::min<std::int64_t>(blockRows_, rows - row));
-      for (std::size_t i = 0; i < count; ++i) in >> part[i];
+      const std::int64_t count = std::min<std::int64_t>(blockRows_, rows - row);
+      for (std::int64_t i = 0; i < count; ++i) in >> part[static_cast<std::size_t>(i)];
       if (in.fail()) return false;
-      if (!columnFile_.write(columnOffset(row / blockRows_, column, 0), part.data(), count * sizeof(double)))
-        return setWriteError();
+      if (!writeTo(columnFile_, columnOffset(row / blockRows_, column, 0), part.data(), count)) return false;
     }
   }
   rows_ = rows;
-  return rowsFromColumns();
-}
-
-// The errno behind a failed read or write of a working file.
-int sampValues::systemError() const {
-  if (rowFile_.error() != 0) return rowFile_.error();
-  return columnFile_.error() != 0 ? columnFile_.error() : ENOMEM;
+  columnMode_ = true;
+  unpatched_.assign(static_cast<std::size_t>(columns_), true);
+  return ensureMode(false);
 }
 
 }  // namespace tarvex

@@ -1,16 +1,14 @@
 // The window of the sample store: its two shapes, and what moves between it and the working files.
 
 #include <algorithm>
-#include <new>
-#include <stdexcept>
 
+#include "base/Memory.h"
 #include "base/sampValues.h"
 
 namespace tarvex {
 namespace {
 
 constexpr std::uint64_t kValueBytes = sizeof(double);
-constexpr std::int32_t kPatchRows = 100;  // of the row file at a time, when a column is written back
 
 }  // namespace
 
@@ -23,25 +21,27 @@ std::size_t sampValues::rowBytes() const {
 }
 
 bool sampValues::resizeValues(std::vector<double>& values, std::int64_t size) const {
-  try {
-    values.resize(static_cast<std::size_t>(size));
-    return true;
-  } catch (const std::bad_alloc&) {
-    return setError("Not enough memory.");
-  } catch (const std::length_error&) {
-    return setError("Not enough memory.");
-  }
+  return fitsInMemory([&] { values.resize(static_cast<std::size_t>(size)); }) || setError(kNotEnoughMemory);
+}
+
+bool sampValues::readFrom(const WorkingFile& file, std::uint64_t offset, double* to, std::int64_t count) const {
+  return file.read(offset, to, static_cast<std::size_t>(count) * kValueBytes) || setError(file.errorText());
+}
+
+bool sampValues::writeTo(WorkingFile& file, std::uint64_t offset, const double* from, std::int64_t count) const {
+  return file.write(offset, from, static_cast<std::size_t>(count) * kValueBytes) || setError(file.errorText());
 }
 
 bool sampValues::ensureMode(bool columnMode) const {
   if (columnMode == columnMode_) return true;
   if (dirty_ && !flush()) return false;
-  columnMode_ = columnMode;
   cachedColumn_ = -1;
-  firstRow_ = 0;
-  lastRow_ = columnMode ? -1 : blockRows_ - 1;
   loaded_ = false;
   cache_ = {};
+  if (!patchRowFile()) return false;
+  columnMode_ = columnMode;
+  firstRow_ = 0;
+  lastRow_ = columnMode ? -1 : blockRows_ - 1;
   return columnMode || fitsWindow() || loadRows(0);
 }
 
@@ -68,9 +68,9 @@ bool sampValues::loadRows(std::int64_t firstRow) const {
   const std::int64_t held = fitsWindow() ? rows_ : blockRows_;
   loaded_ = false;
   if (!resizeValues(cache_, held * columns_)) return false;
-  if (!rowFile_.read(static_cast<std::uint64_t>(firstRow) * rowBytes(), cache_.data(),
-                     static_cast<std::size_t>(std::min(count, held)) * rowBytes()))
-    return setReadError();
+  if (!readFrom(rowFile_, static_cast<std::uint64_t>(firstRow) * rowBytes(), cache_.data(),
+                std::min(count, held) * columns_))
+    return false;
   firstRow_ = firstRow;
   lastRow_ = lastRow;
   loaded_ = true;
@@ -80,17 +80,17 @@ bool sampValues::loadRows(std::int64_t firstRow) const {
 // The whole window goes to both files, rows not yet used included; of a table that fits the window, what it holds.
 bool sampValues::flushRows() const {
   const std::int64_t held = fitsWindow() ? rows_ : blockRows_;
-  if (!rowFile_.write(static_cast<std::uint64_t>(firstRow_) * rowBytes(), cache_.data(),
-                      static_cast<std::size_t>(held) * rowBytes()))
-    return setWriteError();
-  std::vector<double> gathered(static_cast<std::size_t>(held));
+  std::vector<double> gathered;
+  if (!resizeValues(gathered, held)) return false;
+  if (!writeTo(rowFile_, static_cast<std::uint64_t>(firstRow_) * rowBytes(), cache_.data(), held * columns_))
+    return false;
   for (std::int32_t column = 0; column < columns_; ++column) {
     const double* from = cache_.data() + column;
     for (double& value : gathered) {
       value = *from;
       from += columns_;
     }
-    if (!flushBlockColumn(column, gathered)) return setWriteError();
+    if (!flushBlockColumn(column, gathered)) return false;
   }
   dirty_ = false;
   return true;
@@ -100,17 +100,15 @@ bool sampValues::flushBlockColumn(std::int32_t column, const std::vector<double>
   const std::int64_t block = firstRow_ / blockRows_;
   const std::int64_t rowInBlock = firstRow_ % blockRows_;
   if (rowInBlock == 0)
-    return columnFile_.write(columnOffset(block, column, 0), gathered.data(), gathered.size() * kValueBytes);
+    return writeTo(columnFile_, columnOffset(block, column, 0), gathered.data(),
+                   static_cast<std::int64_t>(gathered.size()));
   const std::int64_t first = blockRows_ - rowInBlock;
-  if (!columnFile_.write(columnOffset(block, column, rowInBlock), gathered.data(),
-                         static_cast<std::size_t>(first) * kValueBytes))
-    return false;
+  if (!writeTo(columnFile_, columnOffset(block, column, rowInBlock), gathered.data(), first)) return false;
   // Kept: the rest of a window that straddles two blocks lands at this offset, not at the column's part of the next
   // block; samples of large tables were made this way. No more than was gathered is written.
   const std::int64_t offset = ((block + 1) * blockRows_ + column) * columns_;
   const std::int64_t rest = std::min<std::int64_t>(lastRow_ > rows_ ? rowInBlock - 1 : blockRows_, rowInBlock);
-  return columnFile_.write(static_cast<std::uint64_t>(offset) * kValueBytes, gathered.data() + first,
-                           static_cast<std::size_t>(rest) * kValueBytes);
+  return writeTo(columnFile_, static_cast<std::uint64_t>(offset) * kValueBytes, gathered.data() + first, rest);
 }
 
 // transfer(offset in the column file, place in the window, rows) for each block's part of one column.
@@ -118,8 +116,7 @@ template <class Transfer>
 bool sampValues::forColumnParts(std::int32_t column, Transfer transfer) const {
   for (std::int64_t row = 0; row < rows_; row += blockRows_) {
     const std::int64_t count = std::min<std::int64_t>(blockRows_, rows_ - row);
-    if (!transfer(columnOffset(row / blockRows_, column, 0), cache_.data() + row, static_cast<std::size_t>(count)))
-      return false;
+    if (!transfer(columnOffset(row / blockRows_, column, 0), cache_.data() + row, count)) return false;
   }
   return true;
 }
@@ -127,54 +124,56 @@ bool sampValues::forColumnParts(std::int32_t column, Transfer transfer) const {
 bool sampValues::loadColumn(std::int32_t column) const {
   cachedColumn_ = -1;
   if (!resizeValues(cache_, rows_)) return false;
-  const bool ok = forColumnParts(column, [this](std::uint64_t offset, double* part, std::size_t count) {
-    return columnFile_.read(offset, part, count * kValueBytes);
+  const bool ok = forColumnParts(column, [this](std::uint64_t offset, double* part, std::int64_t count) {
+    return readFrom(columnFile_, offset, part, count);
   });
-  if (!ok) return setReadError();
+  if (!ok) return false;
   cachedColumn_ = column;
   return true;
 }
 
-// Both files are complete again when this returns true; until then the column stays dirty and is written anew.
+// Only the column file is complete again when this returns true: the row file takes its part of every changed column
+// in one go before the next operation on rows. Until then the column stays dirty and is written anew.
 bool sampValues::flushColumn() const {
-  const bool ok = forColumnParts(cachedColumn_, [this](std::uint64_t offset, const double* part, std::size_t count) {
-    return columnFile_.write(offset, part, count * kValueBytes);
+  if (!fitsInMemory([this] { unpatched_.resize(static_cast<std::size_t>(columns_)); }))
+    return setError(kNotEnoughMemory);
+  const bool ok = forColumnParts(cachedColumn_, [this](std::uint64_t offset, const double* part, std::int64_t count) {
+    return writeTo(columnFile_, offset, part, count);
   });
-  if (!ok) return setWriteError();
-  const std::size_t columns = static_cast<std::size_t>(columns_);
-  const std::int32_t patchRows = std::min({kPatchRows, blockRows_, rows_});  // very wide rows: no more than a window
-  std::vector<double> rows;
-  if (!resizeValues(rows, static_cast<std::int64_t>(patchRows) * columns_)) return false;
-  for (std::int64_t row = 0; row < rows_; row += patchRows) {
-    const std::size_t count = static_cast<std::size_t>(std::min<std::int64_t>(patchRows, rows_ - row));
-    const std::uint64_t offset = static_cast<std::uint64_t>(row) * rowBytes();
-    if (!rowFile_.read(offset, rows.data(), count * rowBytes())) return setReadError();
-    for (std::size_t i = 0; i < count; ++i)
-      rows[i * columns + static_cast<std::size_t>(cachedColumn_)] = cache_[static_cast<std::size_t>(row) + i];
-    if (!rowFile_.write(offset, rows.data(), count * rowBytes())) return setWriteError();
-  }
+  if (!ok) return false;
+  unpatched_[static_cast<std::size_t>(cachedColumn_)] = true;
   dirty_ = false;
   return true;
 }
 
-// Makes the row file from a complete column file.
-bool sampValues::rowsFromColumns() const {
-  std::vector<double> part(static_cast<std::size_t>(blockRows_));
+// Brings the changed columns into the row file, block by block. After a failure it starts anew.
+bool sampValues::patchRowFile() const {
+  if (unpatched_.empty()) return true;
+  const std::int64_t most = std::min(blockRows_, rows_);
+  std::vector<double> part;
   std::vector<double> rows;
-  if (!resizeValues(rows, static_cast<std::int64_t>(blockRows_) * columns_)) return false;
-  const std::size_t columns = static_cast<std::size_t>(columns_);
+  if (!resizeValues(part, most) || !resizeValues(rows, most * columns_)) return false;
   for (std::int64_t row = 0; row < rows_; row += blockRows_) {
-    const std::size_t count = static_cast<std::size_t>(std::min<std::int64_t>(blockRows_, rows_ - row));
-    for (std::size_t column = 0; column < columns; ++column) {
-      if (!columnFile_.read(columnOffset(row / blockRows_, static_cast<std::int64_t>(column), 0), part.data(),
-                            count * kValueBytes))
-        return setReadError();
-      for (std::size_t i = 0; i < count; ++i) rows[i * columns + column] = part[i];
-    }
-    if (!rowFile_.write(static_cast<std::uint64_t>(row) * rowBytes(), rows.data(), count * rowBytes()))
-      return setWriteError();
+    if (!patchRows(row, part, rows)) return false;
   }
-  return loadRows(0);
+  unpatched_ = {};
+  return true;
+}
+
+// One block's rows; the two buffers hold one column and all columns of a block.
+bool sampValues::patchRows(std::int64_t firstRow, std::vector<double>& part, std::vector<double>& rows) const {
+  const std::size_t columns = unpatched_.size();
+  const std::int64_t count = std::min<std::int64_t>(blockRows_, rows_ - firstRow);
+  const std::uint64_t offset = static_cast<std::uint64_t>(firstRow) * rowBytes();
+  const bool all = std::find(unpatched_.begin(), unpatched_.end(), false) == unpatched_.end();
+  if (!all && !readFrom(rowFile_, offset, rows.data(), count * columns_)) return false;
+  for (std::size_t column = 0; column < columns; ++column) {
+    if (!unpatched_[column]) continue;
+    const std::uint64_t place = columnOffset(firstRow / blockRows_, static_cast<std::int64_t>(column), 0);
+    if (!readFrom(columnFile_, place, part.data(), count)) return false;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) rows[i * columns + column] = part[i];
+  }
+  return writeTo(rowFile_, offset, rows.data(), count * columns_);
 }
 
 }  // namespace tarvex

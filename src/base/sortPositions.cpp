@@ -7,6 +7,8 @@
 #include <numeric>
 #include <utility>
 
+#include "base/Memory.h"
+
 namespace tarvex {
 
 namespace {
@@ -59,9 +61,7 @@ std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, const 
   return positions;
 }
 
-}  // namespace
-
-std::vector<std::int32_t> sortPositions(const std::vector<double>& values, const Progress& progress) {
+std::vector<std::int32_t> positionsOf(const std::vector<double>& values, const Progress& progress) {
   if (values.size() >= kMinDigitSort && values.size() <= kMaxDigitSort) return sortByDigits(values, progress);
   std::vector<std::int32_t> positions(values.size());
   std::iota(positions.begin(), positions.end(), 0);
@@ -73,13 +73,21 @@ std::vector<std::int32_t> sortPositions(const std::vector<double>& values, const
   return positions;
 }
 
-std::vector<std::int32_t> ranksOf(const std::vector<double>& values, const Progress& progress) {
-  const std::vector<std::int32_t> positions = sortPositions(values, progress);
-  if (progress.stopped() || !progress.report(1.0)) return {};
-  std::vector<std::int32_t> ranks(values.size());
+}  // namespace
+
+bool sortPositions(const std::vector<double>& values, std::vector<std::int32_t>& positions, const Progress& progress) {
+  positions.clear();
+  return fitsInMemory([&] { positions = positionsOf(values, progress); }) && !progress.stopped();
+}
+
+bool ranksOf(const std::vector<double>& values, std::vector<std::int32_t>& ranks, const Progress& progress) {
+  ranks.clear();
+  std::vector<std::int32_t> positions;
+  if (!sortPositions(values, positions, progress) || !progress.report(1.0)) return false;
+  if (!fitsInMemory([&] { ranks.resize(values.size()); })) return false;
   for (std::size_t p = 0; p < positions.size(); ++p)
     ranks[static_cast<std::size_t>(positions[p])] = static_cast<std::int32_t>(p);
-  return ranks;
+  return true;
 }
 
 }  // namespace tarvex

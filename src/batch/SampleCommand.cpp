@@ -17,7 +17,7 @@ int runSample(const SampleOptions& options, const Console& console) {
   if (!loadFactorFile(options.factorFile, prep.factors, message)) return console.fail(message, options.factorFile);
   prep.sampler = makeSampler(options, prep.factors, message);
   if (!prep.sampler) return console.fail(message);
-  prep.samples.setOrder(options.byFactor ? 1 : 0);
+  if (!prep.samples.setOrder(options.byFactor ? 1 : 0)) return console.fail(prep.samples.errorText());
   prep.sampleFile = options.output;
 
   RunController controller(console.frontEnd);

@@ -6,6 +6,7 @@
 #include <numeric>
 #include <utility>
 
+#include "base/Memory.h"
 #include "base/sortPositions.h"
 #include "base/uniformRandom.h"
 #include "factors/Distribution.h"
@@ -36,12 +37,20 @@ ImanConover::ImanConover(const FactorList& factors, std::int32_t rows, std::int3
     : factorCount_(factors.correlatableCount()), rowCount_(rows), seed_(-seed) {
   for (std::int32_t i = 0; i < factorCount_; ++i)
     for (std::int32_t j = 0; j < factorCount_; ++j) target_.push_back(static_cast<double>(factors.matrixAt(i, j)));
-  build();
+  compute();
 }
 
 ImanConover::ImanConover(const std::vector<float>& matrix, std::int32_t count, std::int32_t rows)
     : factorCount_(count), rowCount_(rows), seed_(-kSeed), target_(matrix.begin(), matrix.end()) {
-  build();
+  compute();
+}
+
+void ImanConover::compute() {
+  if (fitsInMemory([this] { build(); })) return;
+  failed_ = true;
+  errorText_ = kNotEnoughMemory;
+  scores_ = {};
+  ranks_ = {};
 }
 
 void ImanConover::build() {
@@ -104,7 +113,7 @@ void ImanConover::correlate() {
       for (std::size_t row = 0; row < correlated.size(); ++row)
         correlated[row] += factor * scores_[static_cast<std::size_t>(places[row])];
     }
-    ranks_[static_cast<std::size_t>(j)] = ranksOf(correlated);
+    if (!ranksOf(correlated, ranks_[static_cast<std::size_t>(j)])) throw std::bad_alloc();
   }
 }
 

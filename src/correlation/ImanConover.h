@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "correlation/RankTable.h"
@@ -24,11 +25,14 @@ class ImanConover : public RankTable {
   // Whether the list's matrix is positive semidefinite. Draws nothing.
   static bool accepts(const FactorList& factors) { return ImanConover(factors, 0).isValid(); }
 
-  // False for a matrix that isn't positive semidefinite.
+  // False for a matrix that isn't positive semidefinite, and when there isn't enough memory.
   bool isValid() const override { return !failed_; }
+  // What ended a computation that the matrix allows; empty when nothing did.
+  const std::string& errorText() const { return errorText_; }
   std::int32_t rankOf(std::int32_t column, std::int32_t row) const override;
 
  private:
+  void compute();
   void build();
   void drawShuffledScores();
   bool factorise();
@@ -41,6 +45,7 @@ class ImanConover : public RankTable {
   std::int32_t rowCount_;
   std::int32_t seed_;  // the word for uniformRandom
   bool failed_ = false;
+  std::string errorText_;
   std::vector<double> target_;    // factorCount_ squared, by row
   std::vector<double> cholesky_;  // the same, lower triangle
   std::vector<double> scores_;    // by rank; only during construction

@@ -1,5 +1,6 @@
 #include "correlation/SteinRanks.h"
 
+#include "base/Memory.h"
 #include "base/sortPositions.h"
 #include "factors/FactorList.h"
 
@@ -7,29 +8,35 @@ namespace tarvex {
 
 namespace {
 
-// Ranks of the first blocks of a column, each block by itself.
-std::vector<std::int32_t> blockRanks(const std::vector<double>& column, std::int32_t blockRows, std::int32_t blocks) {
-  std::vector<std::int32_t> ranks;
-  auto blockStart = column.begin();
-  for (std::int32_t block = 0; block < blocks; ++block) {
-    const auto blockEnd = blockStart + blockRows;
-    const std::vector<std::int32_t> ofBlock = ranksOf({blockStart, blockEnd});
-    ranks.insert(ranks.end(), ofBlock.begin(), ofBlock.end());
-    blockStart = blockEnd;
-  }
-  return ranks;
+// Appends the ranks of one block by itself.
+void appendRanks(std::vector<double>::const_iterator block, std::int32_t rows, std::vector<std::int32_t>& ranks) {
+  std::vector<std::int32_t> ofBlock;
+  if (!ranksOf({block, block + rows}, ofBlock)) throw std::bad_alloc();
+  ranks.insert(ranks.end(), ofBlock.begin(), ofBlock.end());
 }
 
 }  // namespace
 
 SteinRanks::SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_t blockRows, std::int32_t blocks) {
   valid_ = accepts(factors, rows);
-  std::vector<double> column;
   for (std::int32_t i = 0; valid_ && i < factors.factorCount(); ++i)
-    if (factors.isCorrelatable(i) == 1) {
-      factors.steinInfo.getColumn(i, column);
-      ranks_.push_back(blockRanks(column, blockRows, blocks));
-    }
+    if (factors.isCorrelatable(i) == 1) valid_ = addRanks(factors.steinInfo, i, blockRows, blocks);
+}
+
+// Of the first blocks of a column, each block by itself.
+bool SteinRanks::addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks) {
+  std::vector<double> values;
+  if (!stein.getColumn(column, values)) {
+    errorText = stein.errorText();
+    return false;
+  }
+  const bool done = fitsInMemory([&] {
+    std::vector<std::int32_t>& ranks = ranks_.emplace_back();
+    for (std::int32_t block = 0; block < blocks; ++block)
+      appendRanks(values.begin() + std::ptrdiff_t{block} * blockRows, blockRows, ranks);
+  });
+  if (!done) errorText = kNotEnoughMemory;
+  return done;
 }
 
 bool SteinRanks::accepts(const FactorList& factors, std::int32_t rows) {

@@ -9,13 +9,14 @@
 namespace tarvex {
 
 class FactorList;
+class sampValues;
 
 // Ranks taken from the list's Stein sample as it stands: its first rows are cut in blocks, and in each block every row
 // gets the rank of its value.
 class SteinRanks : public RankTable {
  public:
   // `blocks` blocks of `blockRows` rows for a sample of `rows` rows. Not valid, with the reason in errorText, when the
-  // Stein sample is empty or too small.
+  // Stein sample is empty, too small or can't be read.
   SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_t blockRows, std::int32_t blocks);
 
   bool isValid() const override { return valid_; }
@@ -26,6 +27,7 @@ class SteinRanks : public RankTable {
 
  private:
   bool accepts(const FactorList& factors, std::int32_t rows);
+  bool addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks);
 
   bool valid_ = false;
   std::vector<std::vector<std::int32_t>> ranks_;  // by correlatable factor

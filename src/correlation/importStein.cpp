@@ -107,7 +107,10 @@ bool importStein(const std::string& path, SteinImport mode, FactorList& list, st
   }
   std::vector<double> values;
   for (std::int32_t i = 0; i < columns; ++i) {
-    list.steinInfo.getColumn(i, values);
+    if (!list.steinInfo.getColumn(i, values)) {
+      message += '\n' + list.steinInfo.errorText();
+      return false;
+    }
     if (!setEmpirical(values, static_cast<Uniform&>(list.factor(i)))) return false;
   }
   return true;

@@ -19,20 +19,22 @@ std::vector<float> grown(const std::vector<float>& matrix, std::size_t order) {
 
 }  // namespace
 
-FactorList::FactorList(const FactorList& other)
-    : correlationMode(other.correlationMode),
-      steinFileName(other.steinFileName),
-      steinInfo(other.steinInfo),
-      nodes_(other.nodes_),
-      matrix_(other.matrix_),
-      matrixOrder_(other.matrixOrder_) {
-  factors_.reserve(other.factors_.size());
-  for (const auto& factor : other.factors_) factors_.push_back(factor->clone());
-}
-
-FactorList& FactorList::operator=(const FactorList& other) {
-  if (this != &other) *this = FactorList(other);
-  return *this;
+bool FactorList::copyFrom(const FactorList& other, std::string& message) {
+  if (this == &other) return true;
+  FactorList copy;
+  if (!copy.steinInfo.assign(other.steinInfo)) {
+    message = copy.steinInfo.errorText();
+    return false;
+  }
+  copy.correlationMode = other.correlationMode;
+  copy.steinFileName = other.steinFileName;
+  copy.nodes_ = other.nodes_;
+  copy.matrix_ = other.matrix_;
+  copy.matrixOrder_ = other.matrixOrder_;
+  copy.factors_.reserve(other.factors_.size());
+  for (const auto& factor : other.factors_) copy.factors_.push_back(factor->clone());
+  *this = std::move(copy);
+  return true;
 }
 
 std::int32_t FactorList::correlatableCount() const {

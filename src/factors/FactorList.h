@@ -24,10 +24,13 @@ struct CorrelationNode {
 class FactorList {
  public:
   FactorList() = default;
-  FactorList(const FactorList& other);
-  FactorList& operator=(const FactorList& other);
+  FactorList(const FactorList&) = delete;  // the Stein sample may not be copied: copyFrom()
+  FactorList& operator=(const FactorList&) = delete;
   FactorList(FactorList&&) noexcept = default;
   FactorList& operator=(FactorList&&) noexcept = default;
+
+  // Makes this a copy of `other`, without the order of a generation. On false the message is the store's.
+  [[nodiscard]] bool copyFrom(const FactorList& other, std::string& message);
 
   std::int32_t factorCount() const { return static_cast<std::int32_t>(factors_.size()); }
   std::int32_t correlatableCount() const;  // all but constants and relations

@@ -77,7 +77,10 @@ void FactorListText::writeStein(const FactorList& list, TextWriter& out) {
   out << (filled ? stein.columns() : 0) << '\n' << (filled ? stein.rows() : 0) << '\n' << (filled ? 1 : 0) << '\n';
   std::vector<double> values(static_cast<std::size_t>(stein.columns()));
   for (std::int32_t row = 0; row < stein.rows(); ++row) {
-    stein.getRow(row, values.data());
+    if (!stein.getRow(row, values.data())) {
+      out.refuse(stein.errorText());
+      return;
+    }
     for (const double value : values) out << value << '\t';
     out << '\n';
   }

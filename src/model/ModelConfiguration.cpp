@@ -4,8 +4,8 @@
 
 namespace tarvex {
 
-bool ModelConfiguration::copyFrom(const ModelConfiguration& other) {
-  if (!results.copyFrom(other.results)) return false;
+bool ModelConfiguration::copyFrom(const ModelConfiguration& other, std::string& message) {
+  if (!results.copyFrom(other.results, message)) return false;
   choice = other.choice;
   warningText = other.warningText;
   return true;

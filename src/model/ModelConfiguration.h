@@ -17,8 +17,8 @@ class ModelConfiguration {
   ModelChoice choice;
   ModelResults results;
 
-  // Choice and results. On false the system gave no room for the results and this is as it was.
-  [[nodiscard]] bool copyFrom(const ModelConfiguration& other);
+  // Choice and results. On false the system gave no room for the results, as the message says, and this is as it was.
+  [[nodiscard]] bool copyFrom(const ModelConfiguration& other, std::string& message);
 
   // Reads the output file of the choice into the results; the internal model goes, `kind` stays. False, with
   // `problem`, for a file that can't be read; there are no results then.

@@ -1,4 +1,3 @@
-#include <cerrno>
 #include <limits>
 
 #include "base/RememberedDirectories.h"
@@ -40,7 +39,10 @@ void ModelConfiguration::write(TextWriter& out) const {
   std::vector<double> values;
   for (std::int32_t run = 0; run < results.runCount() && out.ok(); ++run) {
     const std::vector<double>& times = results.times(run);
-    if (!results.readRun(run, values)) out.setError(EIO);
+    if (!results.readRun(run, values)) {
+      out.refuse(results.errorText());
+      return;
+    }
     out << "Run " << run << '\n' << times.size() << '\n';
     auto value = values.begin();
     for (const double time : times) {
@@ -132,7 +134,7 @@ bool ModelConfiguration::readRuns(TextReader& in, std::int32_t count) {
       }
       if (in.fail()) return false;
     }
-    if (!results.appendRun(times, values)) return in.refuse("the working file of the results cannot be written");
+    if (!results.appendRun(times, values)) return in.refuse(results.errorText());
   }
   return true;
 }

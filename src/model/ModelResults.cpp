@@ -11,8 +11,11 @@ const std::vector<double>& ModelResults::singleTime() {
   return times;
 }
 
-bool ModelResults::copyFrom(const ModelResults& other) {
-  if (!dataFile_.copyFrom(other.dataFile_)) return false;
+bool ModelResults::copyFrom(const ModelResults& other, std::string& message) {
+  if (!dataFile_.copyFrom(other.dataFile_)) {
+    message = dataFile_.errorText();
+    return false;
+  }
   outputNames_ = other.outputNames_;
   runTimes_ = other.runTimes_;
   timeMode_ = other.timeMode_;

@@ -19,9 +19,9 @@ class ModelResults {
   ModelResults() = default;
   ModelResults(ModelResults&&) noexcept = default;
   ModelResults& operator=(ModelResults&&) noexcept = default;
-  // A copy of everything, made only where it is asked for: results can exceed memory. On false the system gave no room
-  // and this is as it was.
-  [[nodiscard]] bool copyFrom(const ModelResults& other);
+  // A copy of everything, made only where it is asked for: results can exceed memory. On false the system gave no room,
+  // as the message says, and this is as it was.
+  [[nodiscard]] bool copyFrom(const ModelResults& other, std::string& message);
 
   std::int32_t runCount() const { return runTimes_.runs(); }
   std::int32_t outputCount() const { return static_cast<std::int32_t>(outputNames_.size()); }
@@ -35,6 +35,8 @@ class ModelResults {
   const std::vector<double>& times(std::int32_t run) const { return runTimes_.of(run); }
   // All values of one run, timeCount(run) x outputCount(), time after time. False on a failed read.
   [[nodiscard]] bool readRun(std::int32_t run, std::vector<double>& values) const;
+  // Why values couldn't be stored or read last, directory and reason of the system included.
+  const std::string& errorText() const { return dataFile_.errorText(); }
 
   void clear() { reset({}); }
   // No runs, and the outputs that runs will be appended for.

@@ -8,14 +8,19 @@ namespace tarvex {
 
 bool ResultFile::copyFrom(const ResultFile& other) {
   if (this == &other) return true;
-  if (other.broken_) return false;
   ResultFile copy;
+  const auto fail = [this](const ResultFile& file) {
+    errorText_ = file.errorText_;
+    return false;
+  };
+  if (other.broken_) return fail(other);
   std::vector<double> part(kBufferValues);
   for (std::uint64_t first = 0; first < other.flushed_; first += part.size()) {
     part.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kBufferValues, other.flushed_ - first)));
-    if (!other.read(first, part.data(), part.size()) || !copy.append(part.data(), part.size())) return false;
+    if (!other.read(first, part.data(), part.size())) return fail(other);
+    if (!copy.append(part.data(), part.size())) return fail(copy);
   }
-  if (!copy.append(other.pending_.data(), other.pending_.size())) return false;
+  if (!copy.append(other.pending_.data(), other.pending_.size())) return fail(copy);
   *this = std::move(copy);
   return true;
 }
@@ -34,7 +39,10 @@ bool ResultFile::append(const double* values, std::size_t count) {
 
 bool ResultFile::flush() {
   broken_ = !file_.write(flushed_ * sizeof(double), pending_.data(), pending_.size() * sizeof(double));
-  if (broken_) return false;
+  if (broken_) {
+    errorText_ = file_.errorText();
+    return false;
+  }
   flushed_ += pending_.size();
   pending_.clear();
   return true;
@@ -59,6 +67,7 @@ bool ResultFile::readFromDisk(std::uint64_t first, double* values, std::size_t c
       windowFirst_ = first;
       if (!file_.read(first * sizeof(double), window_.data(), window_.size() * sizeof(double))) {
         window_.clear();
+        errorText_ = file_.errorText();
         return false;
       }
     }

@@ -17,8 +17,9 @@ namespace {
 
 // The correlation of the ranks, in size.
 double rankCorrelation(const std::vector<double>& x, const std::vector<double>& y) {
-  const std::vector<std::int32_t> a = ranksOf(x);
-  const std::vector<std::int32_t> b = ranksOf(y);
+  std::vector<std::int32_t> a;
+  std::vector<std::int32_t> b;
+  if (!ranksOf(x, a) || !ranksOf(y, b)) return 0.0;  // a guess at the order of pictures: any will do
   const double n = static_cast<double>(a.size());
   double squares = 0.0;
   for (std::size_t i = 0; i < a.size(); ++i) squares += std::pow(static_cast<double>(a[i]) - b[i], 2);

@@ -13,8 +13,8 @@ bool RankColumns::add(const sampValues& table, const Progress& progress) {
   for (std::int32_t column = 0; column < table.columns(); ++column) {
     if (!progress.report(column, table.columns()) || !table.getColumn(column, values)) return false;
     const double from = static_cast<double>(column) / table.columns();
-    std::vector<std::int32_t> ranks = ranksOf(values, progress.part(from, (column + 1.0) / table.columns()));
-    if (progress.stopped()) return false;
+    std::vector<std::int32_t> ranks;
+    if (!ranksOf(values, ranks, progress.part(from, (column + 1.0) / table.columns()))) return false;
     for (std::int32_t& rank : ranks) ++rank;
     ranks_.push_back(std::move(ranks));
     gaps_.push_back(std::any_of(values.begin(), values.end(), [](double x) { return std::isnan(x); }));

@@ -12,7 +12,7 @@ namespace tarvex {
 // Memory is 4 bytes a value.
 class RankColumns {
  public:
-  // Appends the columns of `table`; false when one can't be read, or when stopped.
+  // Appends the columns of `table`; false when one can't be read, there isn't enough memory, or when stopped.
   [[nodiscard]] bool add(const sampValues& table, const Progress& progress = {});
 
   std::size_t columns() const { return ranks_.size(); }

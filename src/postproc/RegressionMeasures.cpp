@@ -121,16 +121,18 @@ bool RegressionStats::computeSmirnov(const RankColumns& ranks, std::int32_t runs
   return true;
 }
 
-void RegressionStats::rankMeasures() {
+bool RegressionStats::rankMeasures() {
   std::vector<double> sizes(records.size());
   for (std::int32_t variable = 0; variable < variableCount; ++variable)
     for (std::int32_t measure = 0; measure < kMeasures; ++measure) {
       for (std::size_t i = 0; i < records.size(); ++i)
         sizes[i] = std::abs(slotsOfVariable(records[i], variable)[measure]);
-      const std::vector<std::int32_t> ranks = ranksOf(sizes);
+      std::vector<std::int32_t> ranks;
+      if (!ranksOf(sizes, ranks)) return false;
       for (std::size_t i = 0; i < records.size(); ++i)
         slotsOfVariable(records[i], variable)[kRankSlots + measure] = factorCount - ranks[i];
     }
+  return true;
 }
 
 }  // namespace tarvex

@@ -77,7 +77,7 @@ bool RegressionStats::computeAll(const PrepConfiguration& prep, const OutputTabl
     return fail(kUnreadable);
   if (progress.stopped()) return false;
   if (!decideSignificance(prep.samples, outputs, progress.part(kRanksDone, 1.0))) return fail(kUnreadable);
-  rankMeasures();
+  if (!rankMeasures()) return fail(kUnreadable);
   computed = true;
   return true;
 }

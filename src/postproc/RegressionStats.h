@@ -77,7 +77,7 @@ class RegressionStats : public SensitivityStats {
   void setSingular(std::int32_t variable, DataKind kind);
   bool deriveRankMeasures(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress);
   bool computeSmirnov(const RankColumns& ranks, std::int32_t runs, const Progress& progress);
-  void rankMeasures();
+  bool rankMeasures();
 
   bool decideSignificance(const sampValues& samples, const OutputTable& outputs, const Progress& progress);
   void flagCorrelations(std::int32_t variable, std::int32_t runs);

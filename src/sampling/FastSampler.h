@@ -28,7 +28,9 @@ class FastSampler : public Sampler {
   static constexpr std::int32_t kMaxClassicFactors = kMaxFrequencies;
 
   FastSampler() : Sampler(kFast, 1, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<FastSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<FastSampler>(*this);
+  }
 
   std::int32_t analysisMode() const { return analysisMode_; }
   bool setAnalysisMode(std::int32_t mode);

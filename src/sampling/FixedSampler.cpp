@@ -8,6 +8,16 @@
 
 namespace tarvex {
 
+std::unique_ptr<Sampler> FixedSampler::clone(std::string& message) const {
+  auto copy = std::make_unique<FixedSampler>();
+  if (!copy->values_.assign(values_)) {
+    message = copy->values_.errorText();
+    return nullptr;
+  }
+  copy->Sampler::operator=(*this);
+  return copy;
+}
+
 void FixedSampler::clearRows() {
   values_.clear();
   numSamples = 0;
@@ -53,9 +63,7 @@ void FixedSampler::writeSection(TextWriter& out) const {
 }
 
 bool FixedSampler::readItems(TextReader& in) {
-  if (!readRuns(in) || !readFactorCount(in)) return false;
-  values_.read(in);
-  if (in.fail()) return false;
+  if (!readRuns(in) || !readFactorCount(in) || !values_.read(in)) return false;
   const auto says = [](std::int32_t runs, std::int32_t factors) {
     return std::to_string(runs) + " runs of " + std::to_string(factors) + " factors";
   };

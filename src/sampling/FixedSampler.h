@@ -12,14 +12,14 @@ namespace tarvex {
 class FixedSampler : public Sampler {
  public:
   FixedSampler() : Sampler(kFixed, 0, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<FixedSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& message) const override;
 
   // How the section lists the table: 0 by run, 1 by factor.
-  bool setOrder(std::int32_t order) { return values_.setOrder(order); }
+  [[nodiscard]] bool setOrder(std::int32_t order) { return values_.setOrder(order); }
   void clearRows();
   // Appends a run of numFactors values; false, with the reason in errorText, when the store refuses or the count is
   // another.
-  bool addRow(const std::vector<double>& row);
+  [[nodiscard]] bool addRow(const std::vector<double>& row);
   // A row per run, a column per factor of the list.
   const sampValues& values() const { return values_; }
   // Run i; empty when there is none.

@@ -14,7 +14,9 @@ namespace tarvex {
 class LatinSampler : public Sampler {
  public:
   LatinSampler() : Sampler(kLatin, 1, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<LatinSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<LatinSampler>(*this);
+  }
 
   std::string warningBefore(const FactorList& factors) const override;
   void reset() override;

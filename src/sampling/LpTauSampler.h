@@ -10,7 +10,9 @@ namespace tarvex {
 class LpTauSampler : public Sampler {
  public:
   LpTauSampler() : Sampler(kLpTau, 0, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<LpTauSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<LpTauSampler>(*this);
+  }
 
   void writeSection(TextWriter& out) const override;
 

@@ -12,7 +12,9 @@ namespace tarvex {
 class MorrisSampler : public Sampler {
  public:
   MorrisSampler() : Sampler(kMorris, 0, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<MorrisSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<MorrisSampler>(*this);
+  }
 
   std::uint32_t levels() const { return levels_; }              // of the grid
   std::uint32_t trajectories() const { return trajectories_; }  // of the whole design

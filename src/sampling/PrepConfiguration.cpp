@@ -50,31 +50,29 @@ void addParagraph(std::string& text, const std::string& paragraph) {
 
 }  // namespace
 
-PrepConfiguration::PrepConfiguration(const PrepConfiguration& other) {
-  *this = other;
-}
-
-PrepConfiguration& PrepConfiguration::operator=(const PrepConfiguration& other) {
-  if (this == &other) return *this;
-  factors = other.factors;
-  sampler = other.sampler ? other.sampler->clone() : nullptr;
-  if (other.isHalfMade())
-    samples.clear();
-  else
-    samples = other.samples;
-  sampleFile = other.sampleFile;
-  sampleStatistics = other.sampleStatistics;
-  external = other.external;
-  factorNames = other.factorNames;
-  stage_ = other.stage_;
-  askedRuns_ = other.askedRuns_;
-  nextFactor_ = other.nextFactor_;
-  nextRow_ = other.nextRow_;
-  failedRows_ = other.failedRows_;
-  warnings_ = other.warnings_;
-  errorText_ = other.errorText_;
-  if (isHalfMade()) dropHalfMade();
-  return *this;
+bool PrepConfiguration::copyFrom(const PrepConfiguration& other, std::string& message) {
+  if (this == &other) return true;
+  PrepConfiguration copy;
+  if (!copy.factors.copyFrom(other.factors, message)) return false;
+  if (other.sampler && !(copy.sampler = other.sampler->clone(message))) return false;
+  if (!other.isHalfMade() && !copy.samples.assign(other.samples)) {
+    message = copy.samples.errorText();
+    return false;
+  }
+  copy.sampleFile = other.sampleFile;
+  copy.sampleStatistics = other.sampleStatistics;
+  copy.external = other.external;
+  copy.factorNames = other.factorNames;
+  copy.stage_ = other.stage_;
+  copy.askedRuns_ = other.askedRuns_;
+  copy.nextFactor_ = other.nextFactor_;
+  copy.nextRow_ = other.nextRow_;
+  copy.failedRows_ = other.failedRows_;
+  copy.warnings_ = other.warnings_;
+  copy.errorText_ = other.errorText_;
+  if (copy.isHalfMade()) copy.dropHalfMade();
+  *this = std::move(copy);
+  return true;
 }
 
 bool PrepConfiguration::fail(const std::string& text) {
@@ -88,10 +86,9 @@ bool PrepConfiguration::prepareGeneration() {
   if (external == 1) return true;
   if (!sampler) return fail("  No samples to generate");
   sampValues empty;
-  if (!empty.allocate(factors.factorCount())) return fail(empty.errorText());
+  if (!empty.allocate(factors.factorCount()) || !empty.setOrder(samples.order())) return fail(empty.errorText());
   addParagraph(warnings_, sampler->warningBefore(factors));
 
-  empty.setOrder(samples.order());
   samples = std::move(empty);
   errorText_ = sampler->errorText = "No errors";
   askedRuns_ = sampler->numSamples;
@@ -257,7 +254,7 @@ bool PrepConfiguration::readSample(TextReader& in) {
   };
   std::int32_t hasStatistics = 0;
   if (!readFlag("the flag of an external sample", external)) return false;
-  samples.read(in);
+  if (!samples.read(in)) return false;
   if (!readFlag("the flag of statistics", hasStatistics)) return false;
   in.skipLine();
   if (hasStatistics == 0) return true;

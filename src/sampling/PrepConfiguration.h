@@ -20,10 +20,13 @@ class Relation;
 class PrepConfiguration {
  public:
   PrepConfiguration() = default;
-  PrepConfiguration(const PrepConfiguration& other);
-  PrepConfiguration& operator=(const PrepConfiguration& other);
+  PrepConfiguration(const PrepConfiguration&) = delete;  // a copy may find no room on the disk: copyFrom()
+  PrepConfiguration& operator=(const PrepConfiguration&) = delete;
   PrepConfiguration(PrepConfiguration&&) = default;
   PrepConfiguration& operator=(PrepConfiguration&&) = default;
+
+  // Makes this a copy of `other`. On false, as when the disk is full, this is as it was and the message is the store's.
+  [[nodiscard]] bool copyFrom(const PrepConfiguration& other, std::string& message);
 
   FactorList factors;
   std::unique_ptr<Sampler> sampler;  // may be null

@@ -11,35 +11,41 @@ namespace {
 
 constexpr int kEveryDigit = 17;  // tell any two doubles apart
 
+// Empty when a table can't be read.
 std::string textOf(const FactorList& factors, const Sampler* sampler) {
   TextWriter out;
   out.setPrecision(kEveryDigit);
   factors.write(out);
   if (sampler != nullptr) sampler->write(out);
-  return out.text();
+  return out.ok() ? out.text() : std::string();
 }
 
 }  // namespace
 
-PrepSettings::PrepSettings(const PrepConfiguration& prep)
-    : factors(prep.factors),
-      sampler(prep.sampler ? prep.sampler->clone() : nullptr),
-      sampleFile(prep.sampleFile),
-      order(prep.samples.order()) {}
+bool PrepSettings::copyFrom(const FactorList& otherFactors, const Sampler* otherSampler, std::string& message) {
+  std::unique_ptr<Sampler> copy = otherSampler != nullptr ? otherSampler->clone(message) : nullptr;
+  if ((otherSampler != nullptr && !copy) || !factors.copyFrom(otherFactors, message)) return false;
+  sampler = std::move(copy);
+  return true;
+}
 
-PrepSettings::PrepSettings(const PrepSettings& other)
-    : factors(other.factors),
-      sampler(other.sampler ? other.sampler->clone() : nullptr),
-      sampleFile(other.sampleFile),
-      order(other.order) {}
+bool PrepSettings::copyFrom(const PrepSettings& other, std::string& message) {
+  if (!copyFrom(other.factors, other.sampler.get(), message)) return false;
+  sampleFile = other.sampleFile;
+  order = other.order;
+  return true;
+}
 
-PrepSettings& PrepSettings::operator=(const PrepSettings& other) {
-  if (this != &other) *this = PrepSettings(other);
-  return *this;
+bool PrepSettings::copyFrom(const PrepConfiguration& prep, std::string& message) {
+  if (!copyFrom(prep.factors, prep.sampler.get(), message)) return false;
+  sampleFile = prep.sampleFile;
+  order = prep.samples.order();
+  return true;
 }
 
 bool PrepSettings::describeSampleOf(const PrepConfiguration& prep) const {
-  return textOf(factors, sampler.get()) == textOf(prep.factors, prep.sampler.get());
+  const std::string text = textOf(factors, sampler.get());
+  return !text.empty() && text == textOf(prep.factors, prep.sampler.get());
 }
 
 PrepConfiguration makePrep(PrepSettings settings) {
@@ -47,7 +53,7 @@ PrepConfiguration makePrep(PrepSettings settings) {
   prep.factors = std::move(settings.factors);
   prep.sampler = std::move(settings.sampler);
   prep.sampleFile = std::move(settings.sampleFile);
-  prep.samples.setOrder(settings.order);
+  static_cast<void>(prep.samples.setOrder(settings.order));  // any other number leaves it by run
   return prep;
 }
 

@@ -11,14 +11,12 @@ namespace tarvex {
 
 class PrepConfiguration;
 
-// What is edited of a pre-processor configuration: a value without the sample.
+// What is edited of a pre-processor configuration, without the sample.
 struct PrepSettings {
-  PrepSettings() = default;
-  explicit PrepSettings(const PrepConfiguration& prep);
-  PrepSettings(const PrepSettings& other);
-  PrepSettings& operator=(const PrepSettings& other);
-  PrepSettings(PrepSettings&&) = default;
-  PrepSettings& operator=(PrepSettings&&) = default;
+  // Makes these a copy of others, or of those of a configuration. On false, as when the disk is full, the message is
+  // that of the store of a Stein sample or of fixed rows.
+  [[nodiscard]] bool copyFrom(const PrepSettings& other, std::string& message);
+  [[nodiscard]] bool copyFrom(const PrepConfiguration& prep, std::string& message);
 
   FactorList factors;
   std::unique_ptr<Sampler> sampler;  // may be null
@@ -27,6 +25,9 @@ struct PrepSettings {
 
   // Whether they describe the sample that `prep` has: the same factors with the same correlation, the same design.
   bool describeSampleOf(const PrepConfiguration& prep) const;
+
+ private:
+  [[nodiscard]] bool copyFrom(const FactorList& otherFactors, const Sampler* otherSampler, std::string& message);
 };
 
 // A configuration of these settings, without a sample.

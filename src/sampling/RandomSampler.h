@@ -13,7 +13,9 @@ namespace tarvex {
 class RandomSampler : public Sampler {
  public:
   RandomSampler() : Sampler(kRandom, 0, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<RandomSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<RandomSampler>(*this);
+  }
 
   std::string warningBefore(const FactorList& factors) const override;
   void reset() override;

@@ -13,7 +13,7 @@ bool RankOrdering::startImanConover(const FactorList& factors, std::int32_t rows
     ranks_ = ranks;
     return true;
   }
-  errorText = kRefusedMatrix;
+  errorText = ranks->errorText().empty() ? kRefusedMatrix : ranks->errorText();
   return false;
 }
 

@@ -174,8 +174,10 @@ bool RepLatinSampler::permuteCell(const FactorList& factors) {
 bool RepLatinSampler::startReplicate(const FactorList& factors) {
   if (factors.correlationMode == kImanConover) {
     const auto seedOfRanks = static_cast<std::int32_t>(uniformRandom(randomState) * kSeedRange);
-    ranks_ = std::make_shared<ImanConover>(factors, baseDesign_, seedOfRanks);
-    if (!ranks_->isValid()) return refuse(kRefusedMatrix);
+    const auto imanConover = std::make_shared<ImanConover>(factors, baseDesign_, seedOfRanks);
+    if (!imanConover->isValid())
+      return refuse(imanConover->errorText().empty() ? kRefusedMatrix : imanConover->errorText());
+    ranks_ = imanConover;
   }
   if (replicate_ == 0) runTable_.assign(runIndex(numFactors, 0), 0);
   return true;

@@ -21,7 +21,9 @@ struct RepElement {
 class RepLatinSampler : public Sampler {
  public:
   RepLatinSampler() : Sampler(kRepLatin, 1, 5648423) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<RepLatinSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<RepLatinSampler>(*this);
+  }
 
   std::int32_t baseDesign() const { return baseDesign_; }
   std::int32_t replications() const { return replications_; }

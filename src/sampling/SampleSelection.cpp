@@ -31,13 +31,12 @@ std::unique_ptr<Sampler> selectedFixed(const FixedSampler& whole, const sampValu
                                        const std::vector<std::int32_t>& runs, std::string& message) {
   auto kept = std::make_unique<FixedSampler>();
   kept->setNumFactors(samples.columns());
-  kept->setOrder(whole.values().order());
   const bool taken = forRuns(samples, runs, message, [&](const std::vector<double>& row) {
     if (kept->addRow(row)) return true;
     message = kept->errorText;
     return false;
   });
-  if (!taken) return nullptr;
+  if (!taken || !kept->setOrder(whole.values().order())) return nullptr;
   return kept;
 }
 
@@ -53,7 +52,8 @@ std::unique_ptr<Sampler> selectedSampler(const PrepConfiguration& prep, const st
     case kLatin:
     case kLpTau:
     case kRandom:
-      kept = prep.sampler->clone();
+      kept = prep.sampler->clone(message);
+      if (!kept) return nullptr;
       break;
     default:
       kept = std::make_unique<RandomSampler>();
@@ -68,8 +68,8 @@ std::unique_ptr<Sampler> selectedSampler(const PrepConfiguration& prep, const st
 bool selectRuns(const PrepConfiguration& prep, const std::vector<std::int32_t>& runs, PrepConfiguration& selection,
                 std::string& message) {
   PrepConfiguration made;
-  made.samples.setOrder(prep.samples.order());
-  if (prep.samples.columns() > 0 && !made.samples.allocate(prep.samples.columns())) {
+  const bool allocated = prep.samples.columns() == 0 || made.samples.allocate(prep.samples.columns());
+  if (!allocated || !made.samples.setOrder(prep.samples.order())) {
     message = made.samples.errorText();
     return false;
   }
@@ -83,7 +83,7 @@ bool selectRuns(const PrepConfiguration& prep, const std::vector<std::int32_t>& 
     made.sampler = selectedSampler(prep, runs, message);
     if (!made.sampler) return false;
   }
-  made.factors = prep.factors;
+  if (!made.factors.copyFrom(prep.factors, message)) return false;
   made.external = prep.external;
   made.factorNames = prep.factorNames;
   SampleStatistics statistics;

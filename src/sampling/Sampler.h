@@ -39,7 +39,8 @@ class Sampler {
   static constexpr double kComplete = 50.0;  // percent at which the design is in the store
 
   virtual ~Sampler() = default;
-  virtual std::unique_ptr<Sampler> clone() const = 0;
+  // A copy; null, with the reason, when a table of the sampler can't be copied.
+  virtual std::unique_ptr<Sampler> clone(std::string& message) const = 0;
 
   bool setSamples(std::int32_t count);  // 0 or more
   bool setSeed(std::int32_t value);     // above 0

@@ -20,7 +20,9 @@ class SobolSampler : public Sampler {
   enum DesignKind : std::int32_t { kFirstAndTotal = 1, kUpToOrder = 3 };
 
   SobolSampler() : Sampler(kSobol, 0, 1) {}
-  std::unique_ptr<Sampler> clone() const override { return std::make_unique<SobolSampler>(*this); }
+  std::unique_ptr<Sampler> clone(std::string& /*message*/) const override {
+    return std::make_unique<SobolSampler>(*this);
+  }
 
   std::int32_t baseSize() const { return baseSize_; }
   std::int32_t designKind() const { return designKind_; }

@@ -9,6 +9,7 @@
 #include "base/RememberedDirectories.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
+#include "support/Copies.h"
 #include "support/Damage.h"
 #include "support/FailingCalls.h"
 #include "support/Golden.h"
@@ -113,10 +114,8 @@ TEST_F(Project, everyCombinationOfPartsIsWrittenBackByteForByte) {
       project.hasPrep = (parts & 1) != 0;
       project.hasModel = (parts & 2) != 0;
       project.hasVels = (parts & 4) != 0;
-      if (project.hasPrep) project.prep = whole.prep;
-      if (project.hasModel) {
-        ASSERT_TRUE(project.model.copyFrom(whole.model));
-      }
+      if (project.hasPrep) project.prep = test::copyOf(whole.prep);
+      if (project.hasModel) project.model = test::copyOf(whole.model);
       if (project.hasVels) project.vels = whole.vels;
       const std::string first = saved(project);
       ProjectConfiguration again = fromResults("ishigami.spc");

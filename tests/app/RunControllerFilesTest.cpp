@@ -6,6 +6,7 @@
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
 #include "base/RememberedDirectories.h"
+#include "support/Copies.h"
 #include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -146,7 +147,7 @@ TEST_F(Workflow, acceptsPartsAndClears) {
   EXPECT_TRUE(controller_.acceptModel(controller_.project.model.choice));
   EXPECT_TRUE(controller_.modified && controller_.project.hasVels && !controller_.sampleStale);
   setFlags(false);
-  EXPECT_TRUE(controller_.acceptPrep(controller_.project.prep));
+  EXPECT_TRUE(controller_.acceptPrep(test::copyOf(controller_.project.prep)));
   EXPECT_TRUE(controller_.modified && controller_.sampleStale && !controller_.project.hasVels);
   EXPECT_TRUE(controller_.setDemoMode(1));
   EXPECT_FALSE(controller_.setDemoMode(2) || controller_.setDemoMode(-1));

@@ -111,7 +111,7 @@ TEST_F(TextWriterFile, AFullDiskKeepsTheOldFile) {
         TextWriter out(path_);
         writePieces(out, text);
         EXPECT_FALSE(out.commit());
-        EXPECT_EQ(out.error(), ENOSPC);
+        EXPECT_EQ(out.problem(), path_ + ": No space left on device");
         EXPECT_TRUE(test::readFile(path_) == "old");
         EXPECT_EQ(temp_.entries(), std::vector<std::string>{"target"});
       }
@@ -169,9 +169,9 @@ TEST_F(TextWriterFile, WhatCantBeWritten) {
   EXPECT_TRUE(temp_.entries().empty());
   TextWriter out(path_);
   out << "text";
-  out.setError(EIO);  // the source of the text gave up
+  out.refuse("the source of the text gave up");
   EXPECT_FALSE(out.commit());
-  EXPECT_EQ(out.error(), EIO);
+  EXPECT_EQ(out.problem(), path_ + ": the source of the text gave up");
   EXPECT_TRUE(temp_.entries().empty());
 }
 

@@ -48,12 +48,22 @@ TEST(WorkingFile, KeepsBytesAndLeavesNoName) {
 TEST(WorkingFile, TellsTheErrorOfTheSystem) {
   const double value = 1;
   double back = 5;
-  for (const auto call : {FailingCalls::kOpen, FailingCalls::kUnlink, FailingCalls::kPwrite, FailingCalls::kPread}) {
+  const struct {
+    FailingCalls::Call call;
+    const char* what;
+  } cases[] = {{FailingCalls::kOpen, "create a"},
+               {FailingCalls::kUnlink, "create a"},
+               {FailingCalls::kPwrite, "write the"},
+               {FailingCalls::kPread, "read the"}};
+  for (const auto& [call, what] : cases) {
+    const test::TempDirectory directory;
+    const test::ScopedEnvironment temp("TEMP", directory.path());
     WorkingFile file;
     FailingCalls calls;
     calls.fail(call, 1, EDQUOT, true);
     EXPECT_FALSE(file.write(0, &value, sizeof value) && file.read(0, &back, sizeof back));
-    EXPECT_EQ(file.error(), EDQUOT);
+    EXPECT_EQ(file.errorText(),
+              std::string("Cannot ") + what + " working file in " + directory.path() + ": Disk quota exceeded");
     EXPECT_TRUE(file.write(0, &value, sizeof value) && file.read(0, &back, sizeof back));
     EXPECT_EQ(back, 1);
   }

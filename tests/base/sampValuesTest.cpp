@@ -160,7 +160,8 @@ TEST(SampValues, CopiesAreTheirOwn) {
   const Table table = tableOf(kRows, kColumns);
   sampValues store = storeOf(table);
   ASSERT_TRUE(store.setColumnMode(true));
-  sampValues copy(store);
+  sampValues copy;
+  ASSERT_TRUE(copy.assign(store));
   ASSERT_TRUE(store.setColumn(2, std::vector<double>(kRows, -3)));
   ASSERT_TRUE(store.setValue(0, 0, 77));
   expectRows(copy, table);
@@ -203,8 +204,9 @@ TEST(SampValues, AFullDiskLosesNothing) {
         calls.clearFailures();
         ASSERT_EQ(done, !failed);
         if (!failed) break;
-        EXPECT_EQ(store.errorText(),
-                  call == FailingCalls::kPwrite ? "Cannot write the working file." : "Cannot read the working file.");
+        EXPECT_EQ(store.errorText(), std::string("Cannot ") + (call == FailingCalls::kPwrite ? "write" : "read") +
+                                         " the working file in " + WorkingFile::directory() +
+                                         ": No space left on device");
         expectRows(store, table);
         expectColumns(store, table);
       }

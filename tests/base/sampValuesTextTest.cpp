@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,6 +13,8 @@
 
 namespace tarvex {
 namespace {
+
+using testing::HasSubstr;
 
 std::string textOf(const sampValues& store) {
   TextWriter out;
@@ -28,7 +31,7 @@ TEST(SampValuesText, ByRunAndByFactor) {
   const double rows[2][3] = {{1.0 / 3, -2, 1e-300}, {std::numeric_limits<double>::quiet_NaN(), -HUGE_VAL, 12345678901}};
   for (const auto& row : rows) ASSERT_GT(store.addRow(row), 0);
   EXPECT_EQ(textOf(store), "2\n3\n0\n0.3333333333\t-2\t1e-300\t\nnan\t-inf\t1.23456789e+10\t\n");
-  store.setOrder(1);
+  ASSERT_TRUE(store.setOrder(1));
   TextWriter out;
   store.write(out);
   out << 1.0 / 3;
@@ -46,17 +49,16 @@ TEST(SampValuesText, LargeTablesByFactor) {
     ASSERT_GT(store.addRow(row.data()), 0);
   }
   const std::string byRun = textOf(store);
-  store.setOrder(1);
+  ASSERT_TRUE(store.setOrder(1));
   const std::string byFactor = textOf(store);
   for (const std::string& text : {byRun, byFactor}) {
     TextReader in = TextReader::fromText(text + "next");
     sampValues read;
-    read.read(in);
-    ASSERT_TRUE(in.ok());
+    ASSERT_TRUE(read.read(in));
     EXPECT_EQ(in.peekLine(10), "next");
-    read.setOrder(0);
+    ASSERT_TRUE(read.setOrder(0));
     EXPECT_TRUE(textOf(read) == byRun);
-    read.setOrder(1);
+    ASSERT_TRUE(read.setOrder(1));
     EXPECT_TRUE(textOf(read) == byFactor);
   }
 }
@@ -69,7 +71,7 @@ TEST(SampValuesText, DamagedTextLeavesAnEmptyStore) {
     sampValues store;
     ASSERT_TRUE(store.allocate(1));
     TextReader in = TextReader::fromText(text);
-    store.read(in);
+    EXPECT_FALSE(store.read(in));
     EXPECT_TRUE(in.fail());
     EXPECT_EQ(store.rows() + store.columns(), 0);
   }
@@ -77,8 +79,7 @@ TEST(SampValuesText, DamagedTextLeavesAnEmptyStore) {
        {std::tuple{"0\n0\n0\n", 0, 0}, {"0\n7\n1\n", 0, 7}, {"1\n2\n0\n1 2", 1, 2}, {"1 2 1 +1 2 rest\n", 1, 2}}) {
     sampValues store;
     TextReader in = TextReader::fromText(text);
-    store.read(in);
-    EXPECT_TRUE(in.ok() && in.atEnd()) << text;
+    EXPECT_TRUE(store.read(in) && in.ok() && in.atEnd()) << text;
     EXPECT_EQ(store.rows(), rowCount);
     EXPECT_EQ(store.columns(), columnCount);
   }
@@ -89,21 +90,20 @@ TEST(SampValuesText, AFullDiskFailsBothWays) {
   ASSERT_TRUE(store.allocate(2));
   const double row[2] = {1, 2};
   for (int i = 0; i < 300000; ++i) ASSERT_GT(store.addRow(row), 0);
-  store.setOrder(1);
+  ASSERT_TRUE(store.setOrder(1));
   const std::string text = textOf(store);
   test::FailingCalls calls;
   calls.fail(test::FailingCalls::kPwrite, 2);
   TextReader in = TextReader::fromText(text);
   sampValues read;
-  read.read(in);
-  EXPECT_TRUE(in.fail());
-  EXPECT_EQ(read.errorText(), "Cannot write the working file.");
+  EXPECT_FALSE(read.read(in));
+  EXPECT_THAT(in.problem(), HasSubstr("Cannot write the working file in "));
   calls.clearFailures();
   calls.fail(test::FailingCalls::kPread, 1, EIO);
   TextWriter out;
-  store.setOrder(0);
+  ASSERT_TRUE(store.setOrder(0));
   store.write(out);
-  EXPECT_EQ(out.error(), EIO);
+  EXPECT_THAT(out.problem(), HasSubstr("Cannot read the working file in "));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "factors/Distribution.h"
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
+#include "support/Copies.h"
 #include "support/Damage.h"
 #include "support/FailingCalls.h"
 #include "support/Golden.h"
@@ -56,7 +57,7 @@ class FactorFiles : public testing::Test {
   bool loads(const std::string& text) {
     std::filesystem::remove(path_);  // a fresh file is written faster than a truncated one
     test::writeFile(path_, text);
-    FactorList list = list_;
+    FactorList list = test::copyOf(list_);
     std::string message;
     if (!loadFactorFile(path_, list, message)) {
       EXPECT_EQ(message, "Error reading factors file");

@@ -6,6 +6,7 @@
 #include "base/TextWriter.h"
 #include "factors/IntervalDistribution.h"
 #include "factors/TruncatedDistribution.h"
+#include "support/Copies.h"
 
 namespace tarvex {
 namespace {
@@ -104,12 +105,12 @@ TEST(FactorList, matrixGrowsAndCopiesHaveEverything) {
   ASSERT_TRUE(list.steinInfo.allocate(2));
   const double row[] = {1.25, -3.0};
   ASSERT_EQ(list.steinInfo.addRow(row), 1);
-  const FactorList copy = list;
+  const FactorList copy = test::copyOf(list);
   const std::string text = textOf(list);
   list.clear();
   EXPECT_EQ(list.steinInfo.rows(), 0);
   EXPECT_EQ(textOf(copy), text);
-  list = copy;
+  list = test::copyOf(copy);
   EXPECT_EQ(textOf(list), text);
 }
 

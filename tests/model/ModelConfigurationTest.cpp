@@ -53,7 +53,7 @@ sampValues samplesOf(std::int32_t runs) {
   EXPECT_TRUE(samples.allocate(1));
   for (std::int32_t i = 0; i < runs; ++i) {
     const double x = i;
-    samples.addRow(&x);
+    EXPECT_GT(samples.addRow(&x), 0);
   }
   return samples;
 }
@@ -103,8 +103,9 @@ TEST_F(ModelConfigurationTest, StepsOfAnInternalRun) {
 
   sampValues wider;
   ASSERT_TRUE(wider.allocate(2));
-  for (const sampValues& bad : {samplesOf(0), wider}) {
-    InternalRun refused(*model.choice.internalModel(), bad, model.results);
+  const sampValues none = samplesOf(0);
+  for (const sampValues* bad : {&none, &std::as_const(wider)}) {
+    InternalRun refused(*model.choice.internalModel(), *bad, model.results);
     EXPECT_FALSE(refused.prepare());
     EXPECT_EQ(model.results.runCount(), 50);
   }
@@ -119,7 +120,8 @@ TEST_F(ModelConfigurationTest, ResultsBeyondTheBuffer) {
   InternalRun run(*model, samples, results);
   ASSERT_TRUE(run.prepare());
   ASSERT_EQ(run.advance(100.0f), 100);
-  ASSERT_TRUE(copy.results.copyFrom(results));
+  std::string message;
+  ASSERT_TRUE(copy.results.copyFrom(results, message));
   results.cut(40000);
   std::vector<double> values;
   for (const std::int32_t kept : {32768, 39999, 5}) {
@@ -135,7 +137,8 @@ TEST_F(ModelConfigurationTest, ResultsBeyondTheBuffer) {
 
   test::FailingCalls calls;
   calls.fail(test::FailingCalls::kPwrite, 1, ENOSPC);
-  EXPECT_FALSE(results.copyFrom(copy.results));
+  EXPECT_FALSE(results.copyFrom(copy.results, message));
+  EXPECT_EQ(message, "Cannot write the working file in " + WorkingFile::directory() + ": No space left on device");
   EXPECT_EQ(results.runCount(), 40001) << "as they were";
   calls.clearFailures();
   ASSERT_TRUE(run.prepare());

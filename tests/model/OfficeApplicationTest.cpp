@@ -65,7 +65,7 @@ class Office : public testing::Test {
   void addRuns(int runs) {
     for (int i = 0; i < runs; ++i) {
       const double row[] = {3.1 * std::sin(i), 3.1 * std::sin(2.5 * i), 3.1 * std::cos(7.1 * i)};
-      prep_.samples.addRow(row);
+      EXPECT_GT(prep_.samples.addRow(row), 0);
     }
   }
   bool run(SpreadsheetApplication& application, const std::string& workbook) {

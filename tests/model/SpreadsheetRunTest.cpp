@@ -31,7 +31,7 @@ class Workbook : public testing::Test {
     ASSERT_TRUE(prep_.samples.allocate(2));
     for (const double a : {1.0, 2.0, 3.0}) {
       const double row[] = {a, a / 4};
-      prep_.samples.addRow(row);
+      EXPECT_GT(prep_.samples.addRow(row), 0);
     }
     test::writeFile(workbook_, "as it was");
     model_.choice.setExternal("Excel Application", workbook_, 1);

@@ -37,7 +37,8 @@ struct Study {
       prep.factors.addFactor(std::move(factor));
     }
     EXPECT_TRUE(prep.samples.allocate(2));
-    for (int run = 0; run < 10; ++run) prep.samples.addRow(std::vector<double>{100.0 + run, run * 1.0}.data());
+    for (int run = 0; run < 10; ++run)
+      EXPECT_GT(prep.samples.addRow(std::vector<double>{100.0 + run, run * 1.0}.data()), 0);
     auto equations = std::make_unique<InternalModel>();
     for (const char* name : {"F", "x"}) equations->addVariable(name);
     EXPECT_TRUE(equations->addExpression(0, "Y", "1 / (x - 3)", 1));
@@ -69,7 +70,7 @@ TEST(RunTable, readsFactorsVariablesAndExpressionsByName) {
   EXPECT_FALSE(
       readRunTable(study.prep, study.model, study.model.results.outputNames(), {"x", "nosuch"}, table, message));
   EXPECT_EQ(message, "There is no factor \"nosuch\", nor is it a variable:\nThe model has no output \"nosuch\".");
-  study.prep.samples.addRow(std::vector<double>{0.0, 0.0}.data());
+  EXPECT_GT(study.prep.samples.addRow(std::vector<double>{0.0, 0.0}.data()), 0);
   EXPECT_FALSE(readRunTable(study.prep, study.model, study.model.results.outputNames(), {"x", "Z"}, table, message));
   EXPECT_EQ(message, "The sample has 11 runs, the results have 10.");
   EXPECT_EQ(table.columns.size(), 4u) << "as it was";

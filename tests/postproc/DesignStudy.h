@@ -61,10 +61,10 @@ inline DesignStudy makeDesignStudy(int inputs, std::unique_ptr<Sampler> sampler,
   std::vector<double> row(static_cast<std::size_t>(factors.factorCount()));
   std::vector<double> y(columns.size());
   for (std::int32_t run = 0; run < study.prep.samples.rows(); ++run) {
-    study.prep.samples.getRow(run, row.data());
+    EXPECT_TRUE(study.prep.samples.getRow(run, row.data()));
     const std::vector<double> u = inputsOf(factors, row);
     for (std::size_t i = 0; i < columns.size(); ++i) y[i] = columns[i](u, run);
-    study.outputs.addRow(y.data());
+    EXPECT_GT(study.outputs.addRow(y.data()), 0);
   }
   return study;
 }

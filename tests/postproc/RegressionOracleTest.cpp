@@ -56,7 +56,8 @@ MatrixXd ranked(const MatrixXd& columns) {
   MatrixXd ranks(columns.rows(), columns.cols());
   for (Index j = 0; j < columns.cols(); ++j) {
     const std::vector<double> column(columns.col(j).data(), columns.col(j).data() + columns.rows());
-    const std::vector<std::int32_t> own = ranksOf(column);
+    std::vector<std::int32_t> own;
+    EXPECT_TRUE(ranksOf(column, own));
     for (Index i = 0; i < columns.rows(); ++i) ranks(i, j) = own[static_cast<std::size_t>(i)] + 1;
   }
   return ranks;

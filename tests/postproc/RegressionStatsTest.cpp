@@ -113,10 +113,9 @@ TEST(RegressionStats, Refusals) {
   const OutputTable outputs = tableOf({{1, 2, 3}});
   OutputTable none;
   ASSERT_TRUE(none.allocate(1));
-  sampValues empty;
-  ASSERT_TRUE(empty.allocate(1));
   PrepConfiguration noRuns = sampleOf({{1}});
-  noRuns.samples = empty;
+  noRuns.samples.clear();
+  ASSERT_TRUE(noRuns.samples.allocate(1));
   PrepConfiguration wide = sampleOf({{1, 2, 3}});
   wide.factors.addFactor(makeFactor("Uniform"));
   struct Row {
@@ -127,8 +126,8 @@ TEST(RegressionStats, Refusals) {
   const Row rows[] = {
       {sampleOf({{1, 1, 1}, {2, 2, 2}}, {"Constant", "Relation"}), outputs, "All input factors are constant"},
       {sampleOf({{1, 2}}), outputs, "The sample has 2 runs, the results have 3."},
-      {wide, outputs, "The sample has 1 columns, the list has 2 factors."},
-      {noRuns, none, "There are no runs to analyse."},
+      {std::move(wide), outputs, "The sample has 1 columns, the list has 2 factors."},
+      {std::move(noRuns), none, "There are no runs to analyse."},
   };
   for (const Row& row : rows) {
     Stats stats;

@@ -98,7 +98,7 @@ TEST(SavedTables, Regression) {
 TEST(SavedTables, Uncertainty) {
   OutputTable table;
   ASSERT_TRUE(table.allocate(1));
-  for (const double y : {1.0, 2.0, 5.0, 2.0}) table.addRow(&y);
+  for (const double y : {1.0, 2.0, 5.0, 2.0}) ASSERT_GT(table.addRow(&y), 0);
   UaStats stats;
   ASSERT_TRUE(stats.compute({"y"}, table));
   TextWriter out;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -19,7 +21,7 @@ inline sampValues tableOf(const Columns& columns) {
   std::vector<double> row(columns.size());
   for (std::size_t r = 0; r < columns.front().size(); ++r) {
     for (std::size_t c = 0; c < columns.size(); ++c) row[c] = columns[c][r];
-    table.addRow(row.data());
+    EXPECT_GT(table.addRow(row.data()), 0);
   }
   return table;
 }

@@ -41,7 +41,8 @@ inline std::vector<std::int32_t> stochasticOf(std::string_view kinds) {
 
 inline Table tableOf(const sampValues& store) {
   Table table(static_cast<std::size_t>(store.rows()), std::vector<double>(static_cast<std::size_t>(store.columns())));
-  for (std::int32_t row = 0; row < store.rows(); ++row) store.getRow(row, table[static_cast<std::size_t>(row)].data());
+  for (std::int32_t row = 0; row < store.rows(); ++row)
+    EXPECT_TRUE(store.getRow(row, table[static_cast<std::size_t>(row)].data()));
   return table;
 }
 

@@ -11,6 +11,7 @@
 #include "factors/Uniform.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/SampleFiles.h"
+#include "support/Copies.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
@@ -93,7 +94,7 @@ TEST(PrepConfiguration, operationsInAnyOrderAreSafe) {
     PrepConfiguration prep = uniformPair(400);
     ASSERT_TRUE(prep.prepareGeneration());
     for (std::int32_t target = 1; target <= stop; ++target) ASSERT_LT(prep.generate(target), 100);
-    PrepConfiguration copy = prep;
+    PrepConfiguration copy = test::copyOf(prep);
     for (PrepConfiguration* stopped : {&copy, &prep}) {
       stopped->cancelGeneration();
       EXPECT_EQ(stopped->samples.rows(), 0);
@@ -139,7 +140,7 @@ TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
   };
   PrepConfiguration prep = uniformPair(2);
   ASSERT_TRUE(prep.samples.allocate(2));
-  for (const double value : {0.25, 0.75}) prep.samples.addRow(std::vector<double>{value, 0.5}.data());
+  for (const double value : {0.25, 0.75}) ASSERT_GT(prep.samples.addRow(std::vector<double>{value, 0.5}.data()), 0);
   const test::TempDirectory directory;
   const std::string path = directory.file("a.sam");
   const std::string record = recordOf(prep);

@@ -22,11 +22,12 @@ PrepConfiguration numberedSample(std::int32_t methodId, std::int32_t runs) {
   prep.sampler->setNumFactors(3);
   prep.sampler->setSamples(runs);
   EXPECT_TRUE(prep.samples.allocate(3));
-  prep.samples.setOrder(1);
+  EXPECT_TRUE(prep.samples.setOrder(1));
   for (std::int32_t run = 0; run < runs; ++run) {
     const std::vector<double> row{run * 1.0, 101.0, run * -0.5};
-    prep.samples.addRow(row.data());
-    if (auto* fixed = dynamic_cast<FixedSampler*>(prep.sampler.get())) fixed->addRow(row);
+    EXPECT_GT(prep.samples.addRow(row.data()), 0);
+    auto* fixed = dynamic_cast<FixedSampler*>(prep.sampler.get());
+    EXPECT_TRUE(fixed == nullptr || fixed->addRow(row));
   }
   return prep;
 }

@@ -9,8 +9,9 @@ namespace tarvex::test {
 
 // Spearman's rank correlation of two columns without ties.
 inline double rankCorrelation(const std::vector<double>& x, const std::vector<double>& y) {
-  const std::vector<std::int32_t> xRanks = ranksOf(x);
-  const std::vector<std::int32_t> yRanks = ranksOf(y);
+  std::vector<std::int32_t> xRanks;
+  std::vector<std::int32_t> yRanks;
+  if (!ranksOf(x, xRanks) || !ranksOf(y, yRanks)) return NAN;
   const double n = static_cast<double>(x.size());
   double sum = 0.0;
   for (std::size_t i = 0; i < x.size(); ++i) sum += std::pow(xRanks[i] - yRanks[i], 2);
