@@ -149,7 +149,7 @@ TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
     std::string text = record;
     ASSERT_NE(text.find(c.old), std::string::npos);
     test::writeFile(path, text.replace(text.find(c.old), std::string(c.old).size(), c.text));
-    PrepConfiguration loaded = prep;
+    PrepConfiguration loaded = test::copyOf(prep);
     std::string message;
     EXPECT_EQ(loadSampleFile(path, loaded, message), c.problem == std::string()) << message;
     EXPECT_EQ(recordOf(loaded), record);
