@@ -27,21 +27,31 @@ State waitForEnd(ExternalProcess& process, FrontEnd& frontEnd) {
 
 }  // namespace
 
-ExternalOutcome runExternalModel(const ExternalRun& run, FrontEnd& frontEnd) {
+bool runExternalModel(const ExternalRun& run, FrontEnd& frontEnd) {
   ExternalProcess process;
-  if (!process.start({existingPath(run.executable), run.sampleFile, run.directory, run.logFile})) {
+  if (!process.start({existingPath(run.executable),
+                      run.sampleFile,
+                      run.directory,
+                      run.logFile,
+                      -1,
+                      {"TARVEX_OUTPUT=" + absolutePath(run.outputFile)}})) {
     frontEnd.message(MessageKind::Error, "Error",
                      "The model execution process can't be loaded.\nError " + std::to_string(process.error()) +
                          "\ncmd: \"" + run.executable + "\" \"" + run.sampleFile + '"');
-    return ExternalOutcome::Failed;
+    return false;
   }
   frontEnd.openAnimation("External model execution", run.executable, run.sampleFile);
   const State state = waitForEnd(process, frontEnd);
   if (state == State::Running) process.stop();
   if (state == State::Lost) frontEnd.message(MessageKind::Error, "Error", "Lost connection to model execution");
   frontEnd.closeProgress();
-  if (state != State::Ended) return ExternalOutcome::Failed;
-  return process.exitCode() == 0 ? ExternalOutcome::Done : ExternalOutcome::ErrorCode;
+  if (state != State::Ended) return false;
+  if (process.exitCode() == 0) return true;
+  std::string text =
+      "Model execution returned with error code\nThe code is " + std::to_string(process.exitCode()) + '.';
+  if (!process.logPath().empty()) text += " What the model printed is in " + process.logPath() + '.';
+  frontEnd.message(MessageKind::Error, "Error", text);
+  return false;
 }
 
 }  // namespace tarvex

@@ -12,12 +12,12 @@ struct ExternalRun {
   std::string sampleFile;  // the model's one argument
   std::string logFile;     // gets what the model prints
   std::string directory;   // in which it runs; empty: the current one
+  std::string outputFile;  // that the model is to write; it finds the absolute path in TARVEX_OUTPUT
 };
 
-enum class ExternalOutcome { Done, ErrorCode, Failed };
-
-// Starts the model and waits for its end, serving the user meanwhile. ErrorCode: it ended with another code than 0.
-// Failed: it couldn't be started or got lost, with the message shown, or the user stopped it; then nothing of it runs.
-ExternalOutcome runExternalModel(const ExternalRun& run, FrontEnd& frontEnd);
+// Starts the model and waits for its end, serving the user meanwhile. False, with the message shown, when it couldn't
+// be started, got lost or ended with another code than 0; false without one when the user stopped it. Nothing of it
+// runs then.
+[[nodiscard]] bool runExternalModel(const ExternalRun& run, FrontEnd& frontEnd);
 
 }  // namespace tarvex

@@ -5,7 +5,9 @@
 #include "base/TextWriter.h"
 #include "model/InternalRun.h"
 #include "model/OfficeApplication.h"
+#include "model/OutputFileStamp.h"
 #include "model/SpreadsheetRun.h"
+#include "model/linkWarning.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SampleFiles.h"
 
@@ -136,6 +138,11 @@ bool RunController::linkInternalModel() {
     return fail("The number of model inputs differs from the number of factors in the generated sample");
   auto linked = std::make_unique<InternalModel>(*model);
   if (frontEnd_.linkFactors(project.prep.factors, *linked)) project.model.choice.setInternalModel(std::move(linked));
+  std::vector<std::string> names;
+  for (std::int32_t i = 0; i < project.prep.factors.factorCount(); ++i)
+    names.push_back(project.prep.factors.factor(i).name);
+  const std::string warning = linkWarning(names, *project.model.choice.internalModel());
+  if (!warning.empty()) warn("Warning", warning);
   return true;
 }
 
@@ -168,14 +175,14 @@ bool RunController::driveInternalRun(InternalRun& run) {
 
 bool RunController::runExternal() {
   const ModelChoice& model = project.model.choice;
-  ExternalOutcome outcome = ExternalOutcome::Failed;
-  {
-    const BusyScope scope(busy);
-    outcome = runExternalModel({model.executable, project.prep.sampleFile, model.outputFile + ".log", modelDirectory},
-                               frontEnd_);
-  }
-  if (outcome == ExternalOutcome::ErrorCode) fail("Model execution returned with error code");
-  return outcome == ExternalOutcome::Done;
+  const BusyScope scope(busy);
+  const OutputFileStamp before(model.outputFile);
+  if (!runExternalModel(
+          {model.executable, project.prep.sampleFile, model.outputFile + ".log", modelDirectory, model.outputFile},
+          frontEnd_))
+    return false;
+  const std::string problem = before.problem();
+  return problem.empty() || fail("Error reading model output file\n" + problem);
 }
 
 bool RunController::runSpreadsheet() {

@@ -25,10 +25,7 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   request.outputFile = options.workbook.value_or(options.modelOutput);
   if (request.internal) {
     auto equations = std::make_unique<InternalModel>();
-    if (!loadModelFile(options.modelFile, *equations, message)) {
-      message = aboutFile(message, options.modelFile);
-      return false;
-    }
+    if (!loadModelFile(options.modelFile, *equations, message)) return false;
     choice.setInternalModel(std::move(equations));
   }
   const std::optional<Refusal> refusal = acceptModelRequest(request, choice);
@@ -89,6 +86,7 @@ int runRun(const RunOptions& options, const Console& console) {
   std::string message;
   if (!checkFiles(options, message)) return console.fail(message);
   if (!chooseModel(options, project.model.choice, message)) return console.fail(message);
+  console.warn(std::exchange(message, {}));
   if (!runOverSample(options, controller, console, message)) return message.empty() ? kFailed : console.fail(message);
   if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message, console.watched()))
     return console.fail(message);

@@ -7,11 +7,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 
 #include "base/Paths.h"
 #include "base/SystemCalls.h"
@@ -26,7 +28,21 @@ using std::chrono::steady_clock;
 constexpr milliseconds kGrace{1000};     // from the request to end to the kill
 constexpr milliseconds kGroupSlice{10};  // between two looks at a group that is about to end
 constexpr int kSignalExit = 128;
-constexpr mode_t kLogMode = 0666;  // less the user's mask
+constexpr milliseconds kLogSlice{100};  // between two looks at the size of the log
+
+// This process's environment with more variables, in the form that a new process takes. Valid while they are.
+std::vector<char*> environmentWith(std::vector<std::string>& variables) {
+  std::vector<char*> environment;
+  for (std::string& variable : variables) environment.push_back(variable.data());
+  for (char** entry = environ; *entry != nullptr; ++entry) {
+    const std::string_view text(*entry);
+    const std::string_view name = text.substr(0, text.find('=') + 1);
+    if (std::ranges::none_of(variables, [name](const std::string& variable) { return variable.starts_with(name); }))
+      environment.push_back(*entry);
+  }
+  environment.push_back(nullptr);
+  return environment;
+}
 
 // What posix_spawn is told beside the program. The first of its steps that fails is kept.
 class SpawnSettings {
@@ -75,9 +91,11 @@ class SpawnSettings {
   }
 
   // 0, or the errno of what failed, the start of the program in the child included.
-  int spawn(pid_t& pid, std::string executable, std::string argument) {
+  int spawn(pid_t& pid, std::string executable, std::string argument, std::vector<std::string> variables) {
     char* const words[] = {executable.data(), argument.data(), nullptr};
-    return error_ != 0 ? error_ : posix_spawn(&pid, executable.c_str(), &actions_, &attributes_, words, environ);
+    std::vector<char*> environment = environmentWith(variables);
+    if (error_ != 0) return error_;
+    return posix_spawn(&pid, executable.c_str(), &actions_, &attributes_, words, environment.data());
   }
 
  private:
@@ -131,24 +149,29 @@ ExternalProcess::~ExternalProcess() {
 
 bool ExternalProcess::start(const Start& start) {
   watchChildren();
-  SystemCalls& calls = SystemCalls::current();
-  const int log = calls.open(start.logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kLogMode);
+  log_.open(start.logFile);
   SpawnSettings settings;
   settings.setSignals();
-  settings.setDescriptors(log, start.stream);
+  settings.setDescriptors(log_.descriptor(), start.stream);
   settings.setDirectory(start.directory);
-  error_ = settings.spawn(pid_, absolutePath(start.executable), absolutePath(start.argument));
-  if (log >= 0) calls.close(log);
+  error_ = settings.spawn(pid_, absolutePath(start.executable), absolutePath(start.argument), start.variables);
+  if (error_ != 0) log_.close();
   if (error_ != 0) return false;
   state_ = State::Running;
   watch_ = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
   return true;
 }
 
-void ExternalProcess::wait(milliseconds time) const {
-  // Without a watch this is a plain sleep: a negative descriptor is passed over.
-  pollfd ended{watch_, POLLIN, 0};
-  ::poll(&ended, 1, static_cast<int>(time.count()));
+void ExternalProcess::wait(milliseconds time) {
+  const auto end = steady_clock::now() + time;
+  int found = 0;
+  do {
+    log_.trim();
+    const auto rest = std::chrono::duration_cast<milliseconds>(end - steady_clock::now());
+    // Without a watch this is a plain sleep: a negative descriptor is passed over.
+    pollfd ended{watch_, POLLIN, 0};
+    found = ::poll(&ended, 1, static_cast<int>(std::clamp(rest, milliseconds(0), kLogSlice).count()));
+  } while (found == 0 && steady_clock::now() < end);
 }
 
 ExternalProcess::State ExternalProcess::poll() {
@@ -162,6 +185,7 @@ ExternalProcess::State ExternalProcess::poll() {
   state_ = result == 0 ? State::Ended : State::Lost;
   exitCode_ = info.si_code == CLD_EXITED ? info.si_status : kSignalExit + info.si_status;
   endWatch();
+  log_.close();
   return state_;
 }
 

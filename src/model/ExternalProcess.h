@@ -4,6 +4,9 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
+
+#include "model/ModelLog.h"
 
 namespace tarvex {
 
@@ -20,6 +23,7 @@ class ExternalProcess {
     std::string directory;  // in which it runs; empty: the current one
     std::string logFile;    // gets standard output and error; a file that can't be made costs the log, not the run
     int stream = -1;        // 3 or more: a descriptor that becomes standard input and output
+    std::vector<std::string> variables = {};  // "NAME=value", besides those of this process's environment
   };
 
   ExternalProcess() = default;
@@ -32,9 +36,11 @@ class ExternalProcess {
   // Requires: nothing running. Relative paths are meant from the current directory.
   [[nodiscard]] bool start(const Start& start);
   int error() const { return error_; }
+  // The log that was made; empty: none. Its name differs from logFile where that is somebody else's file.
+  const std::string& logPath() const { return log_.path(); }
 
   // Sleeps for the time given, or until the process ends or a signal comes.
-  void wait(std::chrono::milliseconds time) const;
+  void wait(std::chrono::milliseconds time);
 
   // Looks, without waiting, whether the process has ended. Lost: the system knows no such child any more.
   State poll();
@@ -50,6 +56,7 @@ class ExternalProcess {
   bool waitForGroup();
   void endWatch();
 
+  ModelLog log_;
   State state_ = State::NotStarted;
   pid_t pid_ = -1;
   int watch_ = -1;  // readable when the process has ended; -1 on a system without such descriptors

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "base/Names.h"
 #include "factors/NumberLiteral.h"
+#include "model/EquationTrial.h"
 
 namespace tarvex {
 
@@ -49,8 +51,11 @@ void dropUses(std::vector<Item>& items, std::size_t count, std::int32_t index) {
 
 bool isModelName(const std::string& name) {
   if (name.empty() || (name.front() >= '0' && name.front() <= '9')) return false;
-  return std::ranges::none_of(
-      name, [](char c) { return static_cast<unsigned char>(c) > 127 || kForbidden.find(c) != std::string_view::npos; });
+  if (!InternalModel::kNameRule.problem(name).empty()) return false;
+  return std::ranges::none_of(name, [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < ' ' || byte >= 127 || kForbidden.find(c) != std::string_view::npos;
+  });
 }
 
 bool usesName(const std::string& name, const std::string& text) {
@@ -65,7 +70,7 @@ bool usesName(const std::string& name, const std::string& text) {
   return before == std::string::npos || kOperators.find(text[before]) != std::string_view::npos;
 }
 
-bool InternalModel::fail(const char* text) {
+bool InternalModel::fail(const std::string& text) {
   errorText_ = text;
   return false;
 }
@@ -111,18 +116,19 @@ bool InternalModel::removeVariable(std::int32_t index) {
   return true;
 }
 
-bool InternalModel::checkExpression(std::int32_t position, const std::string& text) {
+bool InternalModel::checkExpression(std::int32_t position, const std::string& name, const std::string& text) {
+  problem_ = kEquationRule.problem(text);
+  if (!problem_.empty()) return fail(problem_);
   const std::vector<std::string> known = namesOf(expressions_);
   std::vector<std::string> bound = namesOf(variables_);
   bound.insert(bound.end(), known.begin(), known.begin() + position);
-  switch (tryExpression(text, bound, known)) {
-    case Trial::kFailed:
-      return fail("Current expression cannot be evaluated\n Syntax error.");
-    case Trial::kUnknownName:
-      return fail("Current expression cannot be evaluated.\n Unknown Variable.");
-    case Trial::kGood:
-      break;
-  }
+  const EquationTrial trial = tryEquation(text, bound, known);
+  if (trial.outcome != Trial::kGood) problem_ = trial.reason;
+  if (trial.outcome == Trial::kFailed) return fail("Current expression cannot be evaluated\n Syntax error.");
+  if (trial.outcome == Trial::kUnknownName) return fail("Current expression cannot be evaluated.\n Unknown Variable.");
+  if (!trial.reason.empty())
+    warningText_ += (warningText_.empty() ? "" : "\n") + ("The equation of " + name) +
+                    " fails at the values that it was tried with: " + trial.reason;
   return true;
 }
 
@@ -133,7 +139,7 @@ bool InternalModel::addExpression(std::int32_t position, const std::string& name
   if (!isModelName(name)) return fail("Incorrect expression name");
   if (holds(expressions_, name)) return fail("Expression name already in the list");
   position = std::clamp(position, 0, index);
-  if (!checkExpression(position, text)) return false;
+  if (!checkExpression(position, name, text)) return false;
   // Kept: the uses are noted under the list's length, wherever the expression goes.
   addUses(variables_, variables_.size(), text, index);
   addUses(expressions_, expressions_.size(), text, index);
@@ -149,7 +155,7 @@ bool InternalModel::modifyExpression(std::int32_t position, const std::string& n
   const bool renamed = name != expression.name;
   if (renamed && !isModelName(name)) return fail("Incorrect expression name");
   if (renamed && holds(expressions_, name)) return fail("Variable already inserted in the list");
-  if (!checkExpression(position, text)) return false;
+  if (!checkExpression(position, name, text)) return false;
   if (renamed) replaceInUsers(expression.usedBy, expression.name, name);
   const std::size_t before = static_cast<std::size_t>(position);
   dropUses(variables_, variables_.size(), position);
@@ -243,12 +249,20 @@ std::int32_t InternalModel::numInternals() const {
   return static_cast<std::int32_t>(std::ranges::count(expressions_, 0, &ModelExpression::type));
 }
 
-void InternalModel::setName(const std::string& name) {
+bool InternalModel::setName(const std::string& name) {
+  const std::string problem = kNameRule.problem(name);
+  if (!problem.empty()) return fail(problem);
+  // The file's reader takes the first word of the line.
+  if (firstWord(name).size() != name.size()) return fail("the name holds white space");
   name_ = name.empty() ? "noname" : name;
+  return true;
 }
 
-void InternalModel::setFileName(const std::string& path) {
+bool InternalModel::setFileName(const std::string& path) {
+  const std::string problem = kFileNameRule.problem(path);
+  if (!problem.empty()) return fail(problem);
   fileName_ = path.empty() ? "nofile" : path;
+  return true;
 }
 
 void InternalModel::clear() {

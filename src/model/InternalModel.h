@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/TextRules.h"
 #include "factors/Equation.h"
 
 namespace tarvex {
@@ -29,9 +30,14 @@ struct ModelExpression {
 class InternalModel {
  public:
   static constexpr std::int32_t kMaxExpressions = 500;
-  static constexpr std::int32_t kMaxFileExpressions = 499;  // Kept: a full model can be made but not loaded back.
 
-  // Operations return false on failure: errorText says why and the model is unchanged.
+  // What a line of the file takes, asked by setters, writer and reader.
+  static constexpr LineRule kNameRule{"the name", 4096};
+  static constexpr LineRule kEquationRule{"the equation", 1 << 20};  // far beyond what anybody writes
+  static constexpr LineRule kFileNameRule{"the path of the model", 4096};
+
+  // Operations return false on failure: errorText says why, problem() where it can be said in more detail, and the
+  // model is unchanged.
   bool addVariable(const std::string& name);
   bool renameVariable(std::int32_t index, const std::string& name);
   void moveVariable(std::int32_t from, std::int32_t to);
@@ -53,9 +59,9 @@ class InternalModel {
   const std::vector<ModelVariable>& variables() const { return variables_; }
   const std::vector<ModelExpression>& expressions() const { return expressions_; }
 
-  void setName(const std::string& name);  // empty: "noname"
+  bool setName(const std::string& name);  // empty: "noname"; a name with white space is refused
   const std::string& name() const { return name_; }
-  void setFileName(const std::string& path);  // empty: "nofile"
+  bool setFileName(const std::string& path);  // empty: "nofile"
   const std::string& fileName() const { return fileName_; }
 
   // One run: `values` holds a double per variable, `outputs` takes one per expression of type 1. Values and
@@ -66,24 +72,31 @@ class InternalModel {
   void clear();
   const std::string& errorText() const { return errorText_; }
   void clearError() { errorText_ = "noerror"; }
+  // "unknown function 'max'": the reason behind the last refusal of an equation.
+  const std::string& problem() const { return problem_; }
+  // A line for each equation that was taken although it failed at the values that it was tried with.
+  const std::string& warningText() const { return warningText_; }
 
   // The text of a .imd file. A failed read clears the model and fails the reader; after a good one errorText is empty.
   void write(TextWriter& out);
   void read(TextReader& in);
 
  private:
-  bool fail(const char* text);
+  bool fail(const std::string& text);
   bool isGoodNewVariable(const std::string& name);
-  bool checkExpression(std::int32_t position, const std::string& text);
+  bool checkExpression(std::int32_t position, const std::string& name, const std::string& text);
   void replaceInUsers(const std::vector<std::int32_t>& users, const std::string& oldName, const std::string& newName);
   bool expressionOfType(std::int16_t type, std::int32_t k, std::string& out);
   void prepare();
-  void readVariables(TextReader& in);
-  void readExpressions(TextReader& in);
+  bool readVariables(TextReader& in);
+  bool readExpressions(TextReader& in);
+  bool readExpression(TextReader& in, std::int32_t index);
 
   std::string name_ = "noname";
   std::string fileName_ = "nofile";
   std::string errorText_ = "noerror";
+  std::string problem_;
+  std::string warningText_;
   std::vector<ModelVariable> variables_;
   std::vector<ModelExpression> expressions_;
 
@@ -99,7 +112,8 @@ bool usesName(const std::string& name, const std::string& text);
 // Whether the model takes `name` for a variable or an expression.
 bool isModelName(const std::string& name);
 
-// A whole .imd file; its path becomes the model's file name. On failure `model` stays as it was.
+// A whole .imd file; its path becomes the model's file name. On failure `model` stays as it was; on success `message`
+// has the model's warnings.
 [[nodiscard]] bool loadModelFile(const std::string& path, InternalModel& model, std::string& message);
 [[nodiscard]] bool saveModelFile(const std::string& path, InternalModel& model, std::string& message);
 

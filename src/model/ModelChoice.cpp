@@ -22,6 +22,11 @@ void ModelChoice::setExternal(const std::string& executablePath, const std::stri
   spreadsheet = isSpreadsheet;
 }
 
+std::string ModelChoice::problem() const {
+  const std::string first = kExecutableRule.problem(executable);
+  return first.empty() ? kOutputFileRule.problem(outputFile) : first;
+}
+
 void ModelChoice::setInternalModel(std::unique_ptr<InternalModel> model) {
   internalModel_ = std::move(model);
   kind = kInternalModel;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "base/TextRules.h"
 #include "model/InternalModel.h"
 
 namespace tarvex {
@@ -19,12 +20,18 @@ class ModelChoice {
   ModelChoice(ModelChoice&&) noexcept = default;
   ModelChoice& operator=(ModelChoice&&) noexcept = default;
 
+  // What the Model record takes.
+  static constexpr LineRule kExecutableRule{"the path of the model", 254};
+  static constexpr LineRule kOutputFileRule{"the path of the model's output file", 254};
+
   std::string executable;
   std::string outputFile;  // that the model writes; of a spreadsheet the workbook
   std::int32_t kind = kNoModelToStart;
   std::int32_t spreadsheet = 0;
 
   void setExternal(const std::string& executablePath, const std::string& outputPath, std::int32_t isSpreadsheet);
+  // Why the paths can't be kept in a file; empty when they can.
+  std::string problem() const;
   void setInternalModel(std::unique_ptr<InternalModel> model);           // kind becomes 0
   void clearInternalModel();                                             // kind becomes 1
   void dropInternalModel() { internalModel_.reset(); }                   // kind stays

@@ -9,7 +9,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::size_t kMaxPath = 254;
 constexpr std::size_t kMaxDirectory = 1023;
 constexpr std::size_t kKeptName = 28;  // Kept: longer names of outputs come back cut.
 constexpr std::size_t kAnyDistance = std::numeric_limits<std::size_t>::max();
@@ -28,7 +27,9 @@ bool readCount(TextReader& in, const char* what, std::int32_t& count) {
 }  // namespace
 
 void ModelConfiguration::write(TextWriter& out) const {
-  out << choice.executable << '\n' << choice.outputFile << '\n' << choice.kind << '\n' << choice.spreadsheet << '\n';
+  ModelChoice::kExecutableRule.write(out, choice.executable);
+  ModelChoice::kOutputFileRule.write(out, choice.outputFile);
+  out << choice.kind << '\n' << choice.spreadsheet << '\n';
   if (choice.kind == kInternalModel) {
     InternalModel none;
     (choice.internalModel() != nullptr ? *choice.internalModel() : none).write(out);
@@ -89,8 +90,8 @@ bool ModelConfiguration::read(TextReader& in) {
 
 bool ModelConfiguration::readChoice(TextReader& in) {
   in.skipLine();  // the empty line that stands before the record
-  in.expect("the path of the model").readLine(choice.executable, kMaxPath);
-  in.expect("the path of the model's output file").readLine(choice.outputFile, kMaxPath);
+  if (!ModelChoice::kExecutableRule.read(in, choice.executable)) return false;
+  if (!ModelChoice::kOutputFileRule.read(in, choice.outputFile)) return false;
   if (!readInRange(in, "the kind of model", choice.kind, kNoModelToStart)) return false;
   if (!readInRange(in, "the spreadsheet flag", choice.spreadsheet, 1)) return false;
   if (choice.kind != kInternalModel) return true;

@@ -34,6 +34,9 @@ std::optional<Refusal> acceptModelRequest(const ModelRequest& request, ModelChoi
   if (request.internal) return acceptInternal(choice);
   if ((request.execute && request.executable.empty()) || request.outputFile.empty())
     return Refusal{"Error: Empty field", "   Empty fields not admitted"};
+  ModelChoice external;
+  external.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
+  if (!external.problem().empty()) return Refusal{"Error: Path too long", external.problem()};
   const ModelKind kind = request.execute ? kExternalExecutable : kNoModelToStart;
   if (!checkModelFiles(request.executable, request.outputFile, kind, request.spreadsheet))
     return request.execute ? Refusal{"Error: No executable file", "   Error checking model executable"}

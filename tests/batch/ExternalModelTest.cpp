@@ -46,7 +46,8 @@ TEST_F(ExternalModel, runsWhereItWasCalledFromAndIsRecordedAsTyped) {
       << errors_;
   EXPECT_EQ(out_, "3 runs, 1 output: run.spc\n");
   EXPECT_EQ(errors_, "");
-  EXPECT_EQ(test::readFile(case_ + "/model.out.log"), case_ + '\n' + case_ + "/my sample.sam\n");
+  EXPECT_EQ(test::readFile(case_ + "/model.out.log"),
+            "What the model printed, kept by Tarvex until its next run.\n" + case_ + '\n' + case_ + "/my sample.sam\n");
   const std::string record = test::readFile(case_ + "/run.spc");
   EXPECT_NE(record.find("\nmodel one\n"), std::string::npos);
   EXPECT_NE(record.find("\nmodel.out\n"), std::string::npos);
@@ -55,7 +56,9 @@ TEST_F(ExternalModel, runsWhereItWasCalledFromAndIsRecordedAsTyped) {
 
 TEST_F(ExternalModel, failuresEndWithTheirMessageAndWithoutResults) {
   EXPECT_EQ(run("exit 3\n"), kFailed);
-  EXPECT_EQ(errors_, "Model execution returned with error code\n");
+  EXPECT_EQ(errors_,
+            "Model execution returned with error code\nThe code is 3. What the model printed is in " + case_ +
+                "/model.out.log.\n");
   std::filesystem::current_path(case_);
   EXPECT_EQ(run("exit 0\n"), kFailed);
   EXPECT_EQ(errors_, "Error reading model output file\n" + case_ + "/model.out: No such file or directory\n");

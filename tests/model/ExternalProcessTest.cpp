@@ -38,6 +38,12 @@ class Process : public testing::Test {
   }
   std::string file(const std::string& name) const { return directory_.file(name); }
 
+  // What was printed, behind the line that marks a log.
+  static std::string logged(const std::string& path) {
+    const std::string text = test::readFile(path);
+    return text.substr(text.find('\n') + 1);
+  }
+
   static milliseconds timeToStop(ExternalProcess& process) {
     const auto start = steady_clock::now();
     process.stop();
@@ -101,7 +107,7 @@ TEST_F(Process, getsItsArgumentItsDirectoryAndNoInput) {
   ASSERT_TRUE(process.start({odd, odd + ".sam", directory_.path(), odd + ".log"}));
   process.wait(kLong);
   ASSERT_EQ(process.poll(), State::Ended);
-  EXPECT_EQ(test::readFile(file(odd + '/' + odd + ".log")),
+  EXPECT_EQ(logged(file(odd + '/' + odd + ".log")),
             "1:" + file(odd + '/' + odd + ".sam") + '\n' + directory_.path() + "\nfailure\n");
 }
 
@@ -123,7 +129,7 @@ TEST_F(Process, inheritsNeitherDescriptorsNorSignals) {
   process.wait(kLong);
   ASSERT_EQ(process.poll(), State::Ended) << "even where the end of children was ignored";
   EXPECT_EQ(process.exitCode(), 128 + SIGTERM);
-  EXPECT_EQ(test::readFile(file("log")),
+  EXPECT_EQ(logged(file("log")),
             "0\n1\n2\n3\nSigBlk:\t0000000000000000\n");  // 3: the directory that is listed
 }
 
@@ -135,6 +141,32 @@ TEST_F(Process, runsWithoutALogThatCannotBeMade) {
   process.wait(kLong);
   EXPECT_EQ(process.poll(), State::Ended);
   EXPECT_EQ(process.exitCode(), 4);
+}
+
+TEST_F(Process, theLogIsNeverSomebodyElsesFile) {
+  test::writeFile(file("log"), "notes\n");
+  std::filesystem::create_symlink("elsewhere", file("log.2"));
+  for (const char* const text : {"first", "second"}) {
+    ExternalProcess process;
+    ExternalProcess::Start start = script(std::string("echo ") + text + " $A\n");
+    start.variables = {"A=of the caller"};
+    ASSERT_TRUE(process.start(start));
+    process.wait(kLong);
+    ASSERT_EQ(process.poll(), State::Ended);
+    EXPECT_EQ(process.logPath(), file("log.3"));
+    EXPECT_EQ(logged(file("log.3")), std::string(text) + " of the caller\n");
+  }
+  EXPECT_EQ(test::readFile(file("log")), "notes\n");
+  EXPECT_FALSE(std::filesystem::exists(file("elsewhere")));
+}
+
+TEST_F(Process, aLogOfGigabytesIsKeptShort) {
+  ExternalProcess process;
+  ASSERT_TRUE(process.start(script("echo first\nhead -c 200000000 /dev/zero\nsleep 0.3\necho last\n")));
+  while (process.poll() == State::Running) process.wait(kLong);
+  EXPECT_LT(std::filesystem::file_size(file("log")), 64u << 20);
+  const std::string text = logged(file("log"));
+  EXPECT_TRUE(text.starts_with("first\n") && text.ends_with("last\n"));
 }
 
 TEST_F(Process, waitsNoLongerThanTheProcessRuns) {

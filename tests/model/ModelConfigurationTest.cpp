@@ -10,6 +10,8 @@
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
 #include "model/InternalRun.h"
+#include "model/ModelOutputReader.h"
+#include "model/linkWarning.h"
 #include "support/Damage.h"
 #include "support/FailingCalls.h"
 #include "support/Golden.h"
@@ -169,6 +171,16 @@ TEST_F(ModelConfigurationTest, NamesAndGridsOfARecord) {
                                               "Run 2\n1\nt=5\tinf\tnan\t\n\n\n");
   EXPECT_EQ(model.results.outputNames()[0], std::string(28, 'n'));
   EXPECT_EQ(model.results.outputNames()[1], "");
+  const std::string longName(40, 'n');
+  const ModelConfiguration twins = readRecord(head + "0\n2\n" + longName + "\n" + longName + "z\n0\n\n\n");
+  EXPECT_EQ(twins.results.outputNames()[1], std::string(28, 'n') + "_2");
+  EXPECT_NE(twins.warningText, "");
+  ModelConfiguration unfit;
+  unfit.choice.setExternal(std::string(255, 'x'), "", 0);
+  EXPECT_EQ(unfit.choice.problem(), "the path of the model has 255 characters, more than 254");
+  TextWriter refused;
+  unfit.write(refused);
+  EXPECT_FALSE(refused.ok());
   EXPECT_EQ(model.results.timeCount(0), 2);
   EXPECT_EQ(model.results.timeCount(1), 0);
   EXPECT_EQ(model.results.time(2, 0), 5.0);
@@ -272,11 +284,15 @@ TEST_F(ModelConfigurationTest, OutputFileTimeModes) {
 }
 
 TEST_F(ModelConfigurationTest, OutputFileNames) {
-  const Read read = readOutput("4\na-b\na b\n" + std::string(255, 'n') + "\n\xc2\xa3;x\ntime = no\n1\n1 2 3 4\n");
+  const Read read =
+      readOutput("6\na-b\na b\na c\na+b\n" + std::string(255, 'n') + "\n\xc2\xa3;x\ntime = no\n1\n1 2 3 4 5 6\n");
   ASSERT_TRUE(read.good);
-  EXPECT_EQ(read.model.results.outputNames(), (std::vector<std::string>{"a_b", "a", std::string(255, 'n'), "___x"}));
+  EXPECT_EQ(read.model.results.outputNames(),
+            (std::vector<std::string>{"a_b", "a", "a_2", "a_b_2", std::string(255, 'n'), "___x"}));
   EXPECT_EQ(read.warnings,
             "Warning: The model variable a-b will be modified in a_b\n"
+            "Warning: The model variable a c will be modified in a_2\n"
+            "Warning: The model variable a+b will be modified in a_b_2\n"
             "Warning: The model variable \xc2\xa3;x will be modified in ___x\n");
   const Read refused = readOutput("1\n2a\ntime = no\n1\n1\n");
   EXPECT_FALSE(refused.good);
@@ -318,6 +334,67 @@ TEST_F(ModelConfigurationTest, OutputFilesThatFail) {
   EXPECT_EQ(problem, "/no/such/file: No such file or directory");
   EXPECT_TRUE(missing.results.runCount() == 0 && missing.choice.internalModel() == nullptr);
   EXPECT_EQ(missing.choice.kind, kInternalModel);
+}
+
+TEST_F(ModelConfigurationTest, NumbersOfAnOutputFileEndAtWhiteSpace) {
+  const auto read = [](const std::string& number) { return readOutput("2\ny\nz\ntime = no\n2\n1 2\n3 " + number); };
+  const struct {
+    const char* text;
+    double value;  // nan: refused
+  } cases[] = {{"1.5D+03", 1.5e3}, {"-0.1d-10\n", -0.1e-10},
+               {"1.5E+03", 1.5e3}, {"-inf", -INFINITY},
+               {"0.1-103", NAN},   {"1,37", NAN},
+               {"1.#INF", NAN},    {"1.5DD3", NAN},
+               {"D3", NAN},        {"infd", NAN},
+               {"0x10", NAN},      {"1;", NAN}};
+  for (const auto& c : cases) {
+    const Read result = read(c.text);
+    EXPECT_EQ(result.good, !std::isnan(c.value)) << c.text;
+    std::vector<double> values;
+    if (result.good)
+      EXPECT_TRUE(result.model.results.readRun(1, values) && values[1] == c.value) << c.text;
+    else
+      EXPECT_TRUE(result.problem.ends_with("/model.out:7: expected a number, found '" + std::string(c.text) +
+                                           "' (run 1, output z)"))
+          << result.problem;
+  }
+}
+
+TEST_F(ModelConfigurationTest, OutputFilesOfPartsAreJoined) {
+  const test::TempDirectory directory;
+  const std::string head = "1\na-b\ntime = yes\n";
+  test::writeFile(directory.file("0"), head + "1\nRUN 0\n2\n0 1\n1 2\n");
+  test::writeFile(directory.file("3"), head + "2\nRUN 0\n2\n0 3\n1 4\nRUN 1\n2\n0 5\n1 6\n");
+  test::writeFile(directory.file("cut"), head + "2\nRUN 0\n2\n0 3\n1 4\nRUN 1\n2\n0 5\n");
+  test::writeFile(directory.file("other"), "1\nz\ntime = yes\n1\nRUN 0\n1\n0 1\n");
+  test::writeFile(directory.file("timeless"), "1\na-b\ntime = no\n1\n1\n");
+  for (const std::int32_t first : {0, 2}) {
+    int warnings = 0;
+    ModelResults results;
+    ModelOutputReader reader(results, [&](const auto&, const auto&) { ++warnings; });
+    ASSERT_TRUE(reader.read(directory.file("0"), first)) << reader.problem();
+    for (const char* bad : {"cut", "other", "timeless", "missing"})
+      EXPECT_FALSE(reader.read(directory.file(bad), first + 3)) << bad;
+    ASSERT_TRUE(reader.read(directory.file("3"), first + 3)) << reader.problem();
+    EXPECT_EQ(results.runCount(), first + 5);
+    EXPECT_EQ(results.timeMode(), kSharedGrid);
+    EXPECT_EQ(warnings, 1);
+    std::vector<double> values;
+    for (std::int32_t run = 0; run < results.runCount(); ++run) {
+      ASSERT_TRUE(results.readRun(run, values));
+      const bool isThere = run == first || run >= first + 3;
+      EXPECT_EQ(std::isnan(values[0]), !isThere) << run;
+      EXPECT_TRUE(run != first + 4 || values == (std::vector<double>{5, 6}));
+    }
+  }
+}
+
+TEST_F(ModelConfigurationTest, namesAtOtherPlacesAreWarnedOf) {
+  EXPECT_EQ(linkWarning({"x"}, *modelOf({"x"}, "x")), "");
+  EXPECT_EQ(linkWarning({"a", "b"}, *modelOf({"x", "b"}, "x")), "");
+  EXPECT_EQ(linkWarning({"a", "b", "c"}, *modelOf({"x", "c", "b"}, "x")),
+            "The model takes the factors by position, not by name, and some names are not at the same place:\n"
+            "b: factor 2 of the sample, input 3 of the model\nc: factor 3 of the sample, input 2 of the model");
 }
 
 TEST_F(ModelConfigurationTest, DamagedOutputFiles) {
