@@ -56,9 +56,8 @@ TEST_F(ExternalModel, runsWhereItWasCalledFromAndIsRecordedAsTyped) {
 
 TEST_F(ExternalModel, failuresEndWithTheirMessageAndWithoutResults) {
   EXPECT_EQ(run("exit 3\n"), kFailed);
-  EXPECT_EQ(errors_,
-            "Model execution returned with error code\nThe code is 3. What the model printed is in " + case_ +
-                "/model.out.log.\n");
+  EXPECT_EQ(errors_, "Model execution returned with error code\nThe code is 3. What the model printed is in " + case_ +
+                         "/model.out.log.\n");
   std::filesystem::current_path(case_);
   EXPECT_EQ(run("exit 0\n"), kFailed);
   EXPECT_EQ(errors_, "Error reading model output file\n" + case_ + "/model.out: No such file or directory\n");
