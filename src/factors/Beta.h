@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "factors/Distribution.h"
 
 namespace tarvex {
@@ -17,7 +19,7 @@ class Beta : public Distribution {
   double lower() const { return lower_; }
   double upper() const { return upper_; }
   // All four at once: positive shapes and lower < upper. False, with nothing changed, otherwise.
-  bool setParameters(double alfa, double beta, double lower, double upper);
+  [[nodiscard]] bool setParameters(double alfa, double beta, double lower, double upper);
 
   double mean() const override;
   double stdDev() const override;
@@ -26,15 +28,21 @@ class Beta : public Distribution {
 
  protected:
   Beta(const Beta&) = default;
+  const char* brokenRule() const override;
   void readParameters(TextReader& in) override;
 
  private:
+  struct Fields {
+    double alfa, beta, lower, upper;
+  };
+
   double alfa_ = 2.0;
   double beta_ = 2.0;
   double lower_ = 0.0;
   double upper_ = 1.0;
   double range_ = 1.0;
-  double betaFunction_;  // of alfa and beta
+  double betaFunction_;            // of alfa and beta
+  std::optional<Fields> refused_;  // what a file holds in place of the fields
 };
 
 }  // namespace tarvex

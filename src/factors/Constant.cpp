@@ -9,7 +9,7 @@ std::unique_ptr<Factor> Constant::clone() const {
 }
 
 void Constant::readParameters(TextReader& in) {
-  in >> value_;
+  in.expect("the value") >> value_;
 }
 
 }  // namespace tarvex

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "factors/properForm.h"
 
 namespace tarvex {
 
@@ -15,12 +18,13 @@ std::unique_ptr<Factor> Discrete::clone() const {
 }
 
 bool Discrete::addPoint(std::unique_ptr<Interval> point) {
-  if (!checkRoom()) return false;
-  const bool isNew = std::none_of(intervals_.begin(), intervals_.end(),
-                                  [&](const auto& stored) { return stored->left == point->left; });
-  if (!accept(isNew, "The new point already exists")) return false;
+  if (!accept(roomProblem(count())) || !accept(placeProblem(*point, count()))) return false;
   store(std::move(point));
   return true;
+}
+
+const char* Discrete::placeProblem(const Interval& point, std::size_t place) const {
+  return placeOf(point.left) < place ? "The new point already exists" : nullptr;
 }
 
 double Discrete::mean() const {
@@ -29,34 +33,32 @@ double Discrete::mean() const {
   return sum;
 }
 
+// The root of the mean square less the mean's square; around the mean where that cancels, far from 0.
 double Discrete::stdDev() const {
   double squares = 0.0;
   for (const auto& point : intervals_) squares += point->weight * point->left * point->left;
   const double m = mean();
-  return std::sqrt(squares - m * m);
+  return properForm(std::sqrt(squares - m * m), stableMoments().stdDev);
 }
 
 double Discrete::cumulative(double x) const {
-  double sum = 0.0;
-  for (const auto& point : intervals_) {
-    if (point->left > x) break;
-    sum += point->weight;
-  }
-  return sum;
+  return index().weightBefore(index().firstLeftAbove(x));
 }
 
 double Discrete::density(double x) const {
-  for (const auto& point : intervals_) {
-    if (point->left == x) return point->weight;
-  }
-  return 0.0;
+  const Interval* point = intervalAt(placeOf(x));
+  return point == nullptr ? 0.0 : point->weight;
 }
 
 double Discrete::discreteInverse(double u) const {
-  std::size_t i = 0;
-  double sum = intervals_[0]->weight;
-  while (!(u < sum) && i + 1 < count()) sum += intervals_[++i]->weight;
-  return intervals_[i]->left;
+  if (intervals_.empty()) return std::numeric_limits<double>::quiet_NaN();
+  return intervals_[std::min(index().firstSumAbove(u), count() - 1)]->left;
+}
+
+std::size_t Discrete::placeOf(double value) const {
+  for (; placed_ < count(); ++placed_) places_.emplace(intervals_[placed_]->left, placed_);
+  const auto found = places_.find(value);
+  return found == places_.end() ? count() : found->second;
 }
 
 }  // namespace tarvex

@@ -1,14 +1,21 @@
 #include "factors/Distribution.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "factors/InverseSearch.h"
+#include "factors/properForm.h"
 
 namespace tarvex {
 namespace {
 
 constexpr double kTolerance = 1e-11;  // of a cumulative's size
 constexpr int kMaxPasses = 1001;
+
+bool areFinite(const std::vector<TablePoint>& points) {
+  return std::ranges::all_of(points, [](const TablePoint& p) { return std::isfinite(p.x) && std::isfinite(p.p); });
+}
 
 }  // namespace
 
@@ -17,9 +24,9 @@ bool Distribution::prepareInverse() {
   points.reserve(kTablePoints);
   // Without finite moments the steps would walk over nan.
   bool found = std::isfinite(mean()) && std::isfinite(stdDev());
-  if (found && !countedSearch(*this, points)) {
+  if (found && !(countedSearch(*this, points) && areFinite(points))) {
     points.clear();
-    found = boundedSearch(*this, points);
+    found = boundedSearch(*this, points) && areFinite(points);
   }
   if (!found) {
     table.clear();
@@ -29,7 +36,12 @@ bool Distribution::prepareInverse() {
   return true;
 }
 
+bool Distribution::hasTable() const {
+  return table.size() >= kTablePoints;
+}
+
 double Distribution::inverse(double u) const {
+  if (!hasTable()) return std::numeric_limits<double>::quiet_NaN();
   const double place = u * 100.0;
   if (!(place < 100.0)) return table[100].x;
   const std::size_t i = place > 0.0 ? static_cast<std::size_t>(place) : 0;
@@ -41,7 +53,7 @@ double Distribution::bisectTable(std::size_t i, double target, double tolerance,
   TablePoint lo = table[i];
   TablePoint hi = table[i + 1];
   for (int pass = 0; pass < maxPasses && std::fabs(lo.p - hi.p) > std::fabs(lo.p) * tolerance; ++pass) {
-    const double m = (lo.x + hi.x) / 2.0;
+    const double m = middle(lo.x, hi.x);
     if (m == lo.x || m == hi.x) break;
     const double p = cumulative(m);
     if (p <= target) {
@@ -50,7 +62,7 @@ double Distribution::bisectTable(std::size_t i, double target, double tolerance,
       hi = {m, p};
     }
   }
-  return (lo.x + hi.x) / 2.0;
+  return middle(lo.x, hi.x);
 }
 
 }  // namespace tarvex

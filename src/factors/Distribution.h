@@ -20,10 +20,10 @@ class Distribution : public Factor {
   virtual double cumulative(double x) const = 0;  // P(X <= x); -1 where the numeric routine refuses
   virtual double density(double x) const = 0;
 
-  // Fills `table` with 101 points at steps of one percent. False when the search gives up; the table is then empty.
-  // Each call must be followed by clearTable().
+  // Fills `table` with 101 points at steps of one percent. False when the search gives up or meets a cumulative that is
+  // no number; the table is then empty. Each call must be followed by clearTable().
   [[nodiscard]] virtual bool prepareInverse();
-  // The value at the cumulative probability u in (0, 1). Requires: a prepared table.
+  // The value at the cumulative probability u in (0, 1), from a prepared table; nan without one.
   virtual double inverse(double u) const;
   void clearTable() { table.clear(); }
 
@@ -37,6 +37,7 @@ class Distribution : public Factor {
   Distribution(const char* type, const char* defaultName) : Factor(type, defaultName) {}
   Distribution(const Distribution& other) : Factor(other) {}
 
+  bool hasTable() const;
   // Halves the span of table[i] to table[i + 1] until its cumulatives differ by no more than `tolerance` of the lower
   // one, its ends are neighbouring doubles or the passes are over. The middle of what is left.
   double bisectTable(std::size_t i, double target, double tolerance, int maxPasses) const;

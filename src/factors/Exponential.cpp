@@ -3,8 +3,16 @@
 #include <cmath>
 
 #include "base/TextReader.h"
+#include "factors/parameterRules.h"
 
 namespace tarvex {
+namespace {
+
+const char* lambdaProblem(double lambda) {
+  return aboveZero(lambda, "Lambda must be > 0");
+}
+
+}  // namespace
 
 Exponential::Exponential() : TruncatedDistribution("Exponential", "nonameExpo") {
   leftTruncation_ = 0.0;
@@ -19,15 +27,19 @@ std::vector<Parameter> Exponential::parameters() const {
 }
 
 bool Exponential::setLambda(double value) {
-  return assign(lambda_, value, value > 0.0, "Lambda must be > 0");
+  return assign(lambda_, value, lambdaProblem(value));
 }
 
 bool Exponential::setB(double value) {
-  return assign(b_, value, value >= 0.0, "b must be >= 0");
+  return assign(b_, value, locationProblem(value));
 }
 
 bool Exponential::setRightTruncation(double value) {
-  return assign(rightTruncation_, value, value > 0.0 && value < 1.0, "Truncation must be between 0 and 1");
+  return assign(rightTruncation_, value, truncationProblem(value));
+}
+
+const char* Exponential::brokenRule() const {
+  return firstProblem({lambdaProblem(lambda_), locationProblem(b_), truncationProblem(rightTruncation_)});
 }
 
 double Exponential::mean() const {
@@ -47,7 +59,9 @@ double Exponential::density(double x) const {
 }
 
 void Exponential::readParameters(TextReader& in) {
-  in >> lambda_ >> b_ >> rightTruncation_;
+  in.expect("lambda") >> lambda_;
+  in.expect("b, the location") >> b_;
+  in.expect("the right truncation") >> rightTruncation_;
 }
 
 }  // namespace tarvex

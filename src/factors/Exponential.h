@@ -14,9 +14,9 @@ class Exponential : public TruncatedDistribution {
 
   double lambda() const { return lambda_; }
   double b() const { return b_; }
-  bool setLambda(double value);
-  bool setB(double value);
-  bool setRightTruncation(double value) override;
+  [[nodiscard]] bool setLambda(double value);
+  [[nodiscard]] bool setB(double value);
+  [[nodiscard]] bool setRightTruncation(double value) override;
 
   double mean() const override;
   double stdDev() const override;
@@ -25,6 +25,7 @@ class Exponential : public TruncatedDistribution {
 
  protected:
   Exponential(const Exponential&) = default;
+  const char* brokenRule() const override;
   void readParameters(TextReader& in) override;
 
  private:

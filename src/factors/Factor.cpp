@@ -1,6 +1,8 @@
 #include "factors/Factor.h"
 
-#include "base/Names.h"
+#include <cmath>
+
+#include "base/NumberText.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 
@@ -23,37 +25,59 @@ std::vector<Parameter> Factor::parameters() const {
   return {};
 }
 
-bool Factor::accept(bool holds, const char* textOnFailure) {
-  if (!holds) errorText = textOnFailure;
-  return holds;
+std::string Factor::parameterProblem() const {
+  if (const char* text = brokenRule()) return text;
+  for (const Parameter& parameter : parameters()) {
+    if (!std::isfinite(parameter.value))
+      return std::string(parameter.name) + " is not a finite number: " + numberText(parameter.value);
+  }
+  return {};
 }
 
-bool Factor::assign(double& field, double value, bool holds, const char* textOnFailure) {
-  if (holds) field = value;
-  return accept(holds, textOnFailure);
+bool Factor::setName(const std::string& text) {
+  if (!accept(kNameRule.problem(text))) return false;
+  name = text;
+  return true;
+}
+
+bool Factor::setNote(const std::string& text) {
+  if (!accept(kNoteRule.problem(text))) return false;
+  note = text;
+  return true;
+}
+
+bool Factor::accept(const char* problem) {
+  if (problem == nullptr || *problem == '\0') return true;
+  errorText = problem;
+  return false;
+}
+
+bool Factor::assign(double& field, double value, const char* problem) {
+  if (!accept(problem)) return false;
+  field = value;
+  return true;
 }
 
 void Factor::write(TextWriter& out) const {
-  out << typeName << '\n' << name << '\n' << note << '\n' << status;
+  out << typeName << '\n';
+  kNameRule.write(out, name);
+  kNoteRule.write(out, note);
+  out << status;
   writeParameters(out);
 }
 
 void Factor::read(TextReader& in) {
-  std::string line;
-  in.readLine(line, kMaxName);
-  const std::string word(firstWord(line));
-  if (in.ok() && !isValidName(word)) in.setFail();
-  std::string noteLine;
-  in.readLine(noteLine, kMaxNote);
-  in >> status;
-  // A status that goes on behind its digits is no status.
+  std::string readName;
+  std::string readNote;
+  if (!kNameRule.read(in, readName) || !kNoteRule.read(in, readNote)) return;
+  in.expect("the status of the factor, a whole number") >> status;
   const std::string_view next = in.peekLine(1);
-  if (!next.empty() && next[0] != '\t' && next[0] != ' ') in.setFail();
-  if (in.ok()) {
-    name = word;
-    note = noteLine;
-    readParameters(in);
-  }
+  if (!next.empty() && next[0] != '\t' && next[0] != ' ')
+    in.refuse("the status of the factor must be a whole number, not one that goes on with '" + std::string(next) + "'");
+  if (in.fail()) return;
+  name = readName;
+  note = readNote;
+  readParameters(in);
 }
 
 void Factor::writeParameters(TextWriter& out) const {

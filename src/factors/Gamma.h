@@ -15,10 +15,10 @@ class Gamma : public TruncatedDistribution {
   double r() const { return r_; }
   double lambda() const { return lambda_; }
   double b() const { return b_; }
-  bool setR(double value);
-  bool setLambda(double value);
-  bool setB(double value);
-  bool setRightTruncation(double value) override;
+  [[nodiscard]] bool setR(double value);
+  [[nodiscard]] bool setLambda(double value);
+  [[nodiscard]] bool setB(double value);
+  [[nodiscard]] bool setRightTruncation(double value) override;
 
   double mean() const override;
   double stdDev() const override;
@@ -27,6 +27,7 @@ class Gamma : public TruncatedDistribution {
 
  protected:
   Gamma(const Gamma&) = default;
+  const char* brokenRule() const override;
   void readParameters(TextReader& in) override;
 
  private:

@@ -7,8 +7,8 @@ std::unique_ptr<Interval> Interval::clone() const {
 }
 
 bool Interval::setBounds(double newLeft, double newRight) {
-  if (!(newLeft < newRight)) {
-    errorText = "left bound >= of right bound";
+  if (const char* problem = boundsProblem(newLeft, newRight)) {
+    errorText = problem;
     return false;
   }
   left = newLeft;
@@ -16,16 +16,16 @@ bool Interval::setBounds(double newLeft, double newRight) {
   return true;
 }
 
+const char* Interval::boundsProblem(double newLeft, double newRight) const {
+  return newLeft < newRight ? nullptr : "left bound >= of right bound";
+}
+
 std::unique_ptr<Interval> LogInterval::clone() const {
   return std::unique_ptr<Interval>(new LogInterval(*this));
 }
 
-bool LogInterval::setBounds(double newLeft, double newRight) {
-  if (!(newLeft > 0.0)) {
-    errorText = "left bound < 0";
-    return false;
-  }
-  return Interval::setBounds(newLeft, newRight);
+const char* LogInterval::boundsProblem(double newLeft, double newRight) const {
+  return newLeft > 0.0 ? Interval::boundsProblem(newLeft, newRight) : "left bound < 0";
 }
 
 }  // namespace tarvex

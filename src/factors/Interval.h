@@ -18,7 +18,9 @@ class Interval {
   virtual std::unique_ptr<Interval> clone() const;
 
   // False, with the bounds as they were, unless left < right.
-  virtual bool setBounds(double newLeft, double newRight);
+  [[nodiscard]] bool setBounds(double newLeft, double newRight);
+  // The text of setBounds() for bounds that it refuses; null for others.
+  virtual const char* boundsProblem(double newLeft, double newRight) const;
 
   double left = 0.0;
   double right = 1.0;
@@ -37,7 +39,7 @@ class LogInterval : public Interval {
       : Interval(leftBound, rightBound, probability) {}
 
   std::unique_ptr<Interval> clone() const override;
-  bool setBounds(double newLeft, double newRight) override;
+  const char* boundsProblem(double newLeft, double newRight) const override;
 
  protected:
   LogInterval(const LogInterval&) = default;

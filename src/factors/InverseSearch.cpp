@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "factors/properForm.h"
+
 namespace tarvex {
 namespace {
 
@@ -26,10 +28,15 @@ class CountedSearch {
   CountedSearch(const Distribution& distribution, std::vector<TablePoint>& points)
       : distribution_(distribution), points_(points), stdDev_(distribution.stdDev()) {}
 
-  bool run() { return bracket() && lowerEnd() && percentiles() && upperEnd(); }
+  bool run() { return bracket() && lowerEnd() && percentiles() && upperEnd() && !sawNan_; }
 
  private:
-  double cumulative(double x) const { return distribution_.cumulative(x); }
+  // A nan ends every loop below as if it had arrived.
+  double cumulative(double x) {
+    const double p = distribution_.cumulative(x);
+    sawNan_ = sawNan_ || std::isnan(p);
+    return p;
+  }
 
   bool bracket() {
     const double mean = distribution_.mean();
@@ -130,6 +137,7 @@ class CountedSearch {
   const Distribution& distribution_;
   std::vector<TablePoint>& points_;
   const double stdDev_;
+  bool sawNan_ = false;
   double lo_ = 0.0;
   double hi_ = 0.0;
   double x_ = 0.0;
@@ -145,15 +153,17 @@ struct Bracket {
 };
 
 // Halves the bracket: `below` tells the points that belong under the target, `done` when it is narrow enough. Ends at
-// neighbouring doubles at the latest.
+// neighbouring doubles at the latest. False at a point without a cumulative.
 template <class Below, class Done>
-void bisect(const Distribution& distribution, Bracket& bracket, Below below, Done done) {
+[[nodiscard]] bool bisect(const Distribution& distribution, Bracket& bracket, Below below, Done done) {
   while (!done(bracket)) {
-    const double m = (bracket.lo.x + bracket.hi.x) / 2.0;
-    if (m == bracket.lo.x || m == bracket.hi.x) return;
+    const double m = middle(bracket.lo.x, bracket.hi.x);
+    if (m == bracket.lo.x || m == bracket.hi.x) return true;
     const double pm = distribution.cumulative(m);
+    if (!(pm >= 0.0)) return false;
     (below(pm) ? bracket.lo : bracket.hi) = {m, pm};
   }
+  return true;
 }
 
 // A point beyond which the cumulative has reached its end on one side, found by doubling the distance from the mean.
@@ -188,20 +198,24 @@ bool boundedSearch(const Distribution& distribution, std::vector<TablePoint>& po
 
   // Both ends lie inside the support: the lowest point with a cumulative above 0, the highest with one below 1.
   Bracket bracket{lowest, highest};
-  bisect(
-      distribution, bracket, [](double p) { return p <= 0.0; }, [](const Bracket& b) { return b.hi.p <= kTolerance; });
+  if (!bisect(
+          distribution, bracket, [](double p) { return p <= 0.0; },
+          [](const Bracket& b) { return b.hi.p <= kTolerance; }))
+    return false;
   points.push_back(bracket.hi);
   for (double target = kPercent; target < 1.0; target += kPercent) {
     bracket.hi = highest;
-    bisect(
-        distribution, bracket, [target](double p) { return p < target; },
-        [target](const Bracket& b) { return b.hi.p - target <= kTolerance || b.hi.p - b.lo.p <= kTolerance; });
+    if (!bisect(
+            distribution, bracket, [target](double p) { return p < target; },
+            [target](const Bracket& b) { return b.hi.p - target <= kTolerance || b.hi.p - b.lo.p <= kTolerance; }))
+      return false;
     points.push_back(bracket.hi);
   }
   bracket.hi = highest;
-  bisect(
-      distribution, bracket, [](double p) { return p < 1.0; },
-      [](const Bracket& b) { return 1.0 - b.lo.p <= kTolerance; });
+  if (!bisect(
+          distribution, bracket, [](double p) { return p < 1.0; },
+          [](const Bracket& b) { return 1.0 - b.lo.p <= kTolerance; }))
+    return false;
   points.push_back(bracket.lo);
   return true;
 }

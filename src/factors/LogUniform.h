@@ -20,6 +20,8 @@ class LogUniform : public Uniform {
 
  protected:
   LogUniform(const LogUniform&) = default;
+
+  Moments momentsOf(const Interval& interval) const override;
 };
 
 }  // namespace tarvex

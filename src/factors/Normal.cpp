@@ -4,11 +4,23 @@
 
 #include "base/TextReader.h"
 #include "factors/NumericRoutines.h"
+#include "factors/parameterRules.h"
+#include "factors/properForm.h"
 
 namespace tarvex {
 namespace {
 
 const double kSqrt2Pi = std::sqrt(2.0 * 3.14159265358979323846);
+
+const char* deviationProblem(double deviation) {
+  return deviation >= 0.0 ? nullptr : "Standard deviation must be >= 0";
+}
+
+const char* truncationsProblem(double left, double right) {
+  return firstProblem({left <= right ? nullptr : "Left Truncation must be less than right truncation",
+                       right < 1.0 ? nullptr : "Right Truncation must be less than 1",
+                       left > 0.0 ? nullptr : "Left Truncation must be greater than 0"});
+}
 
 }  // namespace
 
@@ -24,16 +36,18 @@ std::vector<Parameter> Normal::parameters() const {
 }
 
 bool Normal::setStdDeviation(double value) {
-  return assign(stdDeviation_, value, value >= 0.0, "Standard deviation must be >= 0");
+  return assign(stdDeviation_, value, deviationProblem(value));
 }
 
 bool Normal::setTruncations(double left, double right) {
-  if (!accept(left <= right, "Left Truncation must be less than right truncation")) return false;
-  if (!accept(right < 1.0, "Right Truncation must be less than 1")) return false;
-  if (!accept(left > 0.0, "Left Truncation must be greater than 0")) return false;
+  if (!accept(truncationsProblem(left, right))) return false;
   leftTruncation_ = left;
   rightTruncation_ = right;
   return true;
+}
+
+const char* Normal::brokenRule() const {
+  return firstProblem({deviationProblem(stdDeviation_), truncationsProblem(leftTruncation_, rightTruncation_)});
 }
 
 double Normal::mean() const {
@@ -53,13 +67,19 @@ double Normal::cumulative(double x) const {
   return refused == 0 ? p : -1.0;
 }
 
+// exp(-d^2 / (2 s^2)) / (sqrt(2 pi) s); with (d/s)^2 where the squares overflow or vanish, s beyond 1e-154 to 1e154.
 double Normal::density(double x) const {
   const double d = x - mean_;
-  return std::exp(-(d * d) / (2.0 * stdDeviation_ * stdDeviation_)) / (kSqrt2Pi * stdDeviation_);
+  const double z = d / stdDeviation_;
+  const double scale = kSqrt2Pi * stdDeviation_;
+  return properForm(std::exp(-(d * d) / (2.0 * stdDeviation_ * stdDeviation_)) / scale, std::exp(-z * z / 2.0) / scale);
 }
 
 void Normal::readParameters(TextReader& in) {
-  in >> mean_ >> stdDeviation_ >> leftTruncation_ >> rightTruncation_;
+  in.expect("the mean") >> mean_;
+  in.expect("the standard deviation") >> stdDeviation_;
+  in.expect("the left truncation") >> leftTruncation_;
+  in.expect("the right truncation") >> rightTruncation_;
 }
 
 }  // namespace tarvex

@@ -15,8 +15,8 @@ class Normal : public TruncatedDistribution {
   double meanField() const { return mean_; }
   double stdDeviation() const { return stdDeviation_; }
   void setMean(double value) { mean_ = value; }
-  bool setStdDeviation(double value);
-  bool setTruncations(double left, double right);
+  [[nodiscard]] bool setStdDeviation(double value);
+  [[nodiscard]] bool setTruncations(double left, double right);
 
   double mean() const override;
   double stdDev() const override;
@@ -26,6 +26,7 @@ class Normal : public TruncatedDistribution {
  protected:
   Normal(const char* type, const char* defaultName) : TruncatedDistribution(type, defaultName) {}
   Normal(const Normal&) = default;
+  const char* brokenRule() const override;
   void readParameters(TextReader& in) override;
 
  private:

@@ -99,6 +99,15 @@ void cdfBeta(int which, double& p, double& q, double x, double y, double a, doub
   }
 }
 
+double gammaSlope(double shape, double x) {
+  if (std::isinf(x)) return 0.0;
+  return boost::math::gamma_p_derivative(shape, x, kPolicy);
+}
+
+double betaSlope(double a, double b, double x) {
+  return boost::math::ibeta_derivative(a, b, x, kPolicy);
+}
+
 // Arguments that are not above 0 come from files whose parameters nobody checked. The library would reflect them, and
 // count the periods of large ones in an int.
 double lnGamma(double a) {

@@ -14,6 +14,11 @@ void cdfGamma(int which, double& p, double& q, double x, double shape, double sc
 // `y` is 1 - x; status 4 when it isn't.
 void cdfBeta(int which, double& p, double& q, double x, double y, double a, double b, int& status, double& bound);
 
+// Derivatives of the incomplete gamma and beta ratios at x: the densities of their kinds on the unit scale. inf at a
+// pole.
+double gammaSlope(double shape, double x);
+double betaSlope(double a, double b, double x);
+
 // ln of the gamma function, a > 0, and ln of the beta function, a, b > 0; nan otherwise.
 double lnGamma(double a);
 double lnBeta(double a, double b);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "factors/Distribution.h"
 
 namespace tarvex {
@@ -16,7 +18,7 @@ class Triangular : public Distribution {
   double beta() const { return beta_; }
   double gamma() const { return gamma_; }
   // All three at once: alfa < beta < gamma. False, with nothing changed, otherwise.
-  bool setParameters(double alfa, double beta, double gamma);
+  [[nodiscard]] bool setParameters(double alfa, double beta, double gamma);
 
   double mean() const override;
   double stdDev() const override;
@@ -25,16 +27,23 @@ class Triangular : public Distribution {
 
  protected:
   Triangular(const Triangular&) = default;
+  const char* brokenRule() const override;
   void readParameters(TextReader& in) override;
 
  private:
+  struct Fields {
+    double alfa, beta, gamma;
+  };
+
   double moment(int order) const;
+  double spread() const;  // the standard deviation by a form that neither cancels nor overflows
 
   double alfa_ = 0.0;
   double beta_ = 1.0;
   double gamma_ = 2.0;
-  double areaLeft_ = 0.5;  // the probability left of the mode
-  double height_ = 1.0;    // the density at the mode
+  double areaLeft_ = 0.5;          // the probability left of the mode
+  double height_ = 1.0;            // the density at the mode
+  std::optional<Fields> refused_;  // what a file holds in place of the fields
 };
 
 }  // namespace tarvex

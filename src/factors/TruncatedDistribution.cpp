@@ -15,13 +15,18 @@ double TruncatedDistribution::defaultRight_ = 0.999;
 // Kept: these setters, and the two of the defaults, look at what is stored and not at the new value. So the left
 // truncation of a class that has it at 0 never changes, and any value enters where the stored one is good.
 bool TruncatedDistribution::setLeftTruncation(double value) {
-  return assign(leftTruncation_, value, leftTruncation_ > 0.0 && leftTruncation_ <= rightTruncation_,
-                "Left truncation cannot be less than 0.001 or greater than right truncation");
+  const bool holds = leftTruncation_ > 0.0 && leftTruncation_ <= rightTruncation_;
+  return assign(leftTruncation_, value,
+                holds ? nullptr : "Left truncation cannot be less than 0.001 or greater than right truncation");
 }
 
 bool TruncatedDistribution::setRightTruncation(double value) {
-  return assign(rightTruncation_, value, rightTruncation_ >= leftTruncation_ && rightTruncation_ < 1.0,
-                "Right truncation cannot be less than left truncation or greater than 0.999");
+  return assign(rightTruncation_, value, rightTruncationProblem());
+}
+
+const char* TruncatedDistribution::rightTruncationProblem() const {
+  const bool holds = rightTruncation_ >= leftTruncation_ && rightTruncation_ < 1.0;
+  return holds ? nullptr : "Right truncation cannot be less than left truncation or greater than 0.999";
 }
 
 bool TruncatedDistribution::setDefaultLeftTruncation(double value) {
@@ -46,6 +51,7 @@ bool TruncatedDistribution::setDefaultTruncations(double left, double right) {
 }
 
 double TruncatedDistribution::inverse(double u) const {
+  if (!hasTable()) return std::numeric_limits<double>::quiet_NaN();
   const double v = (rightTruncation_ - leftTruncation_) * u + leftTruncation_;
   const double place = v * 100.0;
   // A file may hold truncations outside 0 to 1: what lies beyond the table is its end.

@@ -10,21 +10,23 @@ class TruncatedDistribution : public Distribution {
  public:
   double leftTruncation() const { return leftTruncation_; }
   double rightTruncation() const { return rightTruncation_; }
-  virtual bool setLeftTruncation(double value);
-  virtual bool setRightTruncation(double value);
+  [[nodiscard]] virtual bool setLeftTruncation(double value);
+  [[nodiscard]] virtual bool setRightTruncation(double value);
 
   double inverse(double u) const override;
 
   // The truncations that new factors take. Each factor list that is read sets them.
   static double defaultLeftTruncation() { return defaultLeft_; }
   static double defaultRightTruncation() { return defaultRight_; }
-  static bool setDefaultLeftTruncation(double value);
-  static bool setDefaultRightTruncation(double value);
-  static bool setDefaultTruncations(double left, double right);
+  [[nodiscard]] static bool setDefaultLeftTruncation(double value);
+  [[nodiscard]] static bool setDefaultRightTruncation(double value);
+  [[nodiscard]] static bool setDefaultTruncations(double left, double right);
 
  protected:
   TruncatedDistribution(const char* type, const char* defaultName) : Distribution(type, defaultName) {}
   TruncatedDistribution(const TruncatedDistribution&) = default;
+
+  const char* rightTruncationProblem() const;  // of what is stored
 
   double leftTruncation_ = defaultLeft_;
   double rightTruncation_ = defaultRight_;

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "factors/properForm.h"
+
 namespace tarvex {
 
 Uniform::Uniform() : Uniform("Uniform", "nonameUnif") {
@@ -13,19 +15,25 @@ std::unique_ptr<Factor> Uniform::clone() const {
 }
 
 bool Uniform::addInterval(std::unique_ptr<Interval> interval) {
-  if (!checkRoom()) return false;
-  const bool behind = intervals_.empty() || !(interval->left < intervals_.back()->right);
-  if (!accept(behind, "Interval to insert overloads previous intervals stored")) return false;
+  if (!accept(roomProblem(count())) || !accept(placeProblem(*interval, count()))) return false;
   store(std::move(interval));
   return true;
 }
 
+const char* Uniform::placeProblem(const Interval& interval, std::size_t place) const {
+  const bool behind = place == 0 || !(interval.left < intervals_[place - 1]->right);
+  return behind ? nullptr : "Interval to insert overloads previous intervals stored";
+}
+
+// The halves one by one where the sum of two ends overflows.
 double Uniform::mean() const {
   double sum = 0.0;
-  for (const auto& interval : intervals_) sum += (interval->left + interval->right) / 2.0 * interval->weight;
+  for (const auto& interval : intervals_) sum += middle(interval->left, interval->right) * interval->weight;
   return sum;
 }
 
+// The root of the mean square, from the cubes of the ends, less the mean's square. It cancels far from 0, with the
+// third power of the distance in widths, and overflows above 1e102; there by the moments of the intervals.
 double Uniform::stdDev() const {
   double squares = 0.0;
   for (const auto& interval : intervals_) {
@@ -34,36 +42,42 @@ double Uniform::stdDev() const {
     squares += (c * c * c - a * a * a) * interval->weight / (3.0 * (c - a));
   }
   const double m = mean();
-  return std::sqrt(squares - m * m);
+  return properForm(std::sqrt(squares - m * m), stableMoments().stdDev);
 }
 
+IntervalDistribution::Moments Uniform::momentsOf(const Interval& interval) const {
+  const double half = interval.right / 2.0 - interval.left / 2.0;
+  return {middle(interval.left, interval.right), half / std::sqrt(3.0)};
+}
+
+// The weights of the intervals below and the share of the one reached; by halves where the width overflows.
 double Uniform::cumulative(double x) const {
   double below = 0.0;
   const Interval* interval = reach(x, below);
   if (interval == nullptr || !(interval->left <= x)) return below;
-  return below + (x - interval->left) * interval->weight / (interval->right - interval->left);
+  const double width = interval->right - interval->left;
+  if (std::isfinite(width)) return below + (x - interval->left) * interval->weight / width;
+  const double half = interval->left / 2.0;
+  return below + (x / 2.0 - half) / (interval->right / 2.0 - half) * interval->weight;
 }
 
 double Uniform::density(double x) const {
   const Interval* interval = holder(x);
-  return interval == nullptr ? 0.0 : interval->weight / (interval->right - interval->left);
+  if (interval == nullptr) return 0.0;
+  const double width = interval->right - interval->left;
+  return std::isfinite(width) ? interval->weight / width
+                              : interval->weight / 2.0 / (interval->right / 2.0 - interval->left / 2.0);
 }
 
 const Interval* Uniform::reach(double x, double& below) const {
-  below = 0.0;
-  for (const auto& interval : intervals_) {
-    if (!(interval->right < x)) return interval.get();
-    below += interval->weight;
-  }
-  return nullptr;
+  const std::size_t place = index().firstRightFrom(x);
+  below = index().weightBefore(place);
+  return intervalAt(place);
 }
 
 const Interval* Uniform::holder(double x) const {
-  for (const auto& interval : intervals_) {
-    if (!(interval->left <= x)) return nullptr;
-    if (x <= interval->right) return interval.get();
-  }
-  return nullptr;
+  const std::size_t place = index().firstRightFrom(x);
+  return !std::isnan(x) && place < index().firstLeftAbove(x) ? intervalAt(place) : nullptr;
 }
 
 }  // namespace tarvex

@@ -12,7 +12,7 @@ class Uniform : public IntervalDistribution {
   std::int32_t getType() const override { return 2; }
 
   // False when the interval begins before the last one ends or the list is full.
-  bool addInterval(std::unique_ptr<Interval> interval);
+  [[nodiscard]] bool addInterval(std::unique_ptr<Interval> interval);
   bool append(std::unique_ptr<Interval> interval) override { return addInterval(std::move(interval)); }
 
   double mean() const override;
@@ -24,8 +24,11 @@ class Uniform : public IntervalDistribution {
   Uniform(const char* type, const char* defaultName) : IntervalDistribution(type, defaultName) {}
   Uniform(const Uniform&) = default;
 
-  // The walks along the list that the cumulative and the density take: the probability below the first interval that
-  // ends at x or above, and that interval; the interval that holds x. Null for none.
+  const char* placeProblem(const Interval& interval, std::size_t place) const override;
+  Moments momentsOf(const Interval& interval) const override;
+
+  // The first interval that ends at x or above, and the probability below it; the interval that holds x, the first of
+  // those that touch. Null for none.
   const Interval* reach(double x, double& below) const;
   const Interval* holder(double x) const;
 };

@@ -15,9 +15,9 @@ class Weibull : public TruncatedDistribution {
   double beta() const { return beta_; }
   double n() const { return n_; }
   double b() const { return b_; }
-  bool setBeta(double value);
-  bool setN(double value);
-  bool setB(double value);
+  [[nodiscard]] bool setBeta(double value);
+  [[nodiscard]] bool setN(double value);
+  [[nodiscard]] bool setB(double value);
 
   double mean() const override;
   double stdDev() const override;
@@ -26,9 +26,12 @@ class Weibull : public TruncatedDistribution {
 
  protected:
   Weibull(const Weibull&) = default;
+  const char* brokenRule() const override;
   void readParameters(TextReader& in) override;
 
  private:
+  double power(double x) const;  // ((x - b) / n)^beta
+
   double beta_ = 1.0;
   double n_ = 1.0;
   double b_ = 0.0;

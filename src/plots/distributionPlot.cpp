@@ -219,6 +219,7 @@ std::string parameterText(const Factor& factor) {
 Curves curvesOf(const Factor& factor) {
   if (const auto* points = dynamic_cast<const Discrete*>(&factor)) return pointCurves(*points);
   if (const auto* intervals = dynamic_cast<const IntervalDistribution*>(&factor)) return intervalCurves(*intervals);
+  if (!factor.parameterProblem().empty()) return {};
   // The factor itself stays as it is: an inverse table belongs to a generation.
   const std::unique_ptr<Factor> copy = factor.clone();
   auto* distribution = dynamic_cast<Distribution*>(copy.get());

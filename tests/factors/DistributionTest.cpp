@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "factors/FactorText.h"
 #include "factors/TruncatedDistribution.h"
+#include "support/Numbers.h"
 
 namespace tarvex {
 namespace {
@@ -104,8 +106,70 @@ TEST_P(Family, inverseStaysInsideTheSupportAndForAnyNumberInsideTheTable) {
 INSTANTIATE_TEST_SUITE_P(Members, Family, testing::ValuesIn(kMembers),
                          [](const auto& row) { return std::string(row.param.name); });
 
+// Moments, cumulative and density where the plain formulas overflow, vanish or cancel, by 60-digit arithmetic; and the
+// inverse there.
+struct Extreme {
+  const char* type;
+  std::vector<std::string> fields;
+  double x, mean, stdDev, cumulative, density;
+};
+
+TEST(Distribution, extremeParameters) {
+  constexpr double kAgreement = 1e-5;  // of a plain formula that stands
+  // clang-format off
+  const std::vector<Extreme> rows{
+      {"Weibull", {"36", "4e8", "0", "0.999"}, 4e8, 393884204.11750196, 13761234.976627031, 0.63212055882855768, 3.3109149705429809e-8},
+      {"Weibull", {"1e6", "2", "1", "0.999"}, 2.999998, 2.9999988455706483, 2.5650963052351202e-6, 0.30779924514234778, 127323.27710986013},
+      {"Weibull", {"0.01", "1", "0", "0.999"}, 1e-9, 9.3326215443943257e157, 2.8083053027845336e187, 0.55639933134266211, 3605721.604754835},
+      {"Weibull", {"2", "1e-200", "0", "0.999"}, 2e-200, 8.86226925452758e-201, 4.6325137517610423e-201, 0.98168436111126582, 7.3262555554936722e198},
+      {"Weibull", {"700", "5", "0", "0.999"}, 4.99, 4.9958871101649617, 9.1440028621722566e-3, 0.21827441112259714, 27.00416319229108},
+      {"Gamma", {"200", "1", "0", "0.999"}, 210.0, 200.0, 14.14213562373095, 0.76396967450115385, 0.021083359201786393},
+      {"Gamma", {"3", "1e-200", "0", "0.999"}, 2e200, 3.0000000000000001e200, 1.7320508075688773e200, 0.32332358381693651, 2.7067056647322538e-201},
+      {"Gamma", {"5e4", "2", "1", "0.999"}, 2.51e4, 25001.0, 111.80339887498948, 0.81213923025291433, 2.4039491375548981e-3},
+      {"Beta", {"800", "900", "0", "1"}, 0.47, 0.47058823529411765, 0.012102223526438581, 0.48100415790699648, 32.9155568515646},
+      {"Beta", {"2000", "3000", "-1", "1"}, -0.2, 0.8, 0.013855021027716425, 0.50076778794558917, 28.789659628268036},
+      {"Beta", {"2", "3", "0", "1e200"}, 3e199, 3.9999999999999999e199, 1.9999999999999999e199, 0.34830000000000003, 1.7640000000000001e-200},
+      {"Uniform", {"2000000:2000001:1"}, 2000000.25, 2000000.5, 0.28867513459481288, 0.25, 1.0},
+      {"Uniform", {"0:1e-120:1"}, 2.5e-121, 4.9999999999999999e-121, 2.8867513459481288e-121, 0.25, 1.0e120},
+      {"Uniform", {"1e150:3e150:1"}, 1.5e150, 2.0000000000000001e150, 5.7735026918962581e149, 0.25000000000000002, 4.9999999999999996e-151},
+      {"Uniform", {"-1.5e308:1.5e308:1"}, 7.5e307, 0.0, 8.6602540378443866e307, 0.75, 3.3333333333333333e-309},
+      {"LogUniform", {"2000000:2000001:1"}, 2000000.25, 2000000.4999999583, 0.28867513459481228, 0.25000004687499219, 1.0000001249999635},
+      {"LogUniform", {"1e9:1000000001:1"}, 1000000000.5, 1.0000000005e9, 0.28867513459481288, 0.500000000125, 1.0},
+      {"LogUniform", {"1e160:1e170:1"}, 1e165, 4.3429448185982239e168, 1.4081408709864108e169, 0.49999999999999999, 4.3429448190325187e-167},
+      {"LogUniform", {"1e-200:1e-190:1"}, 1e-195, 4.3429448185982239e-192, 1.4081408709864108e-191, 0.5, 4.3429448190325179e193},
+      {"Triangular", {"2000000", "2000000.5", "2000001"}, 2000000.75, 2000000.5, 0.20412414523193151, 0.875, 1.0},
+      {"Triangular", {"1e200", "2e200", "4e200"}, 1.5e200, 2.3333333333333333e200, 6.2360956446232355e199, 0.083333333333333333, 3.3333333333333334e-201},
+      {"Triangular", {"1e-200", "2e-200", "4e-200"}, 3e-200, 2.3333333333333333e-200, 6.2360956446232355e-201, 0.83333333333333333, 3.3333333333333334e199},
+      {"Triangular", {"1000", "1001", "1003"}, 1001.5, 1001.3333333333333, 0.62360956446232356, 0.625, 0.5},
+      {"LogNormal", {"400", "0.1", "0.001", "0.999"}, 5e173, 5.2476424155008171e173, 5.2607888940527114e172, 0.33235846994126638, 7.2635713404100012e-174},
+      {"LogNormal", {"2", "1e-7", "0.001", "0.999"}, 7.3890553, 7.3890560989306872, 7.3890560989307053e-7, 0.13979627038094677, 300926.86380060652},
+      {"Normal", {"0", "1e-200", "0.001", "0.999"}, 1e-200, 0.0, 9.9999999999999998e-201, 0.84134474606854295, 2.4197072451914335e199},
+      {"Normal", {"0", "1e200", "0.001", "0.999"}, -1e200, 0.0, 9.9999999999999997e199, 0.15865525393145705, 2.4197072451914336e-201},
+      {"Discrete", {"2000000:2000001:0.5", "2000001:2000002:0.5"}, 2000000.0, 2000000.5, 0.5, 0.5, 0.5},
+      {"Exponential", {"1e-300", "0", "0.999"}, 1e300, 1.0e300, 1.0e300, 0.63212055882855768, 3.6787944117144232e-301},
+  };
+  // clang-format on
+  for (const Extreme& row : rows) {
+    SCOPED_TRACE(row.type + (' ' + row.fields[0] + ' ' + row.fields[1 % row.fields.size()]));
+    const auto d = distributionOf(row.type, row.fields);
+    ASSERT_NE(d, nullptr);
+    EXPECT_TRUE(test::agrees(d->mean(), row.mean, 1e-12, kAgreement * row.stdDev)) << d->mean();
+    EXPECT_TRUE(test::agrees(d->stdDev(), row.stdDev, kAgreement)) << d->stdDev();
+    EXPECT_TRUE(test::agrees(d->cumulative(row.x), row.cumulative, 1e-7)) << d->cumulative(row.x);
+    EXPECT_TRUE(test::agrees(d->density(row.x), row.density, 1e-7)) << d->density(row.x);
+    EXPECT_EQ(d->parameterProblem(), "");
+    if (!d->needsTable()) continue;
+    ASSERT_TRUE(d->prepareInverse());
+    const auto* truncated = dynamic_cast<const TruncatedDistribution*>(d.get());
+    const double left = truncated == nullptr ? 0.0 : truncated->leftTruncation();
+    const double right = truncated == nullptr ? 1.0 : truncated->rightTruncation();
+    for (const double u : {0.001, 0.3, 0.5, 0.9, 0.999})
+      EXPECT_NEAR(d->cumulative(d->value(u)), (right - left) * u + left, 2e-6) << u << ' ' << d->value(u);
+  }
+}
+
 // Parameters that no search can bracket fail, quickly, with an empty table; extreme but proper ones can be sampled.
-TEST(Distribution, improperAndExtremeParameters) {
+TEST(Distribution, improperParametersAndFarEnds) {
   struct Row {
     const char* type;
     std::vector<std::string> fields;
@@ -138,9 +202,30 @@ TEST(Distribution, improperAndExtremeParameters) {
     ASSERT_NE(distribution, nullptr);
     ASSERT_EQ(distribution->prepareInverse(), !std::isnan(row.median));
     if (std::isnan(row.median))
-      EXPECT_TRUE(distribution->table.empty());
+      EXPECT_TRUE(distribution->table.empty() && std::isnan(distribution->inverse(0.5)));
     else
       EXPECT_NEAR(distribution->inverse(0.5), row.median, row.tolerance);
+  }
+}
+
+// A cumulative that is no number somewhere on their way ends both searches without a table.
+TEST(Distribution, aCumulativeThatIsNoNumberFails) {
+  class Broken : public Distribution {
+   public:
+    explicit Broken(double nanFrom) : Distribution("Broken", "broken"), nanFrom_(nanFrom) {}
+    double mean() const override { return 0.5; }
+    double stdDev() const override { return 0.3; }
+    double cumulative(double x) const override {
+      return x > nanFrom_ && x < nanFrom_ + 0.1 ? kNan : std::clamp(x, 0.0, 1.0);
+    }
+    double density(double) const override { return 1.0; }
+
+   private:
+    double nanFrom_;
+  };
+  for (const double nanFrom : {kInfinity, 0.0, 0.45, 0.92}) {
+    Broken broken(nanFrom);
+    EXPECT_EQ(broken.prepareInverse(), nanFrom == kInfinity) << nanFrom;
   }
 }
 

@@ -129,6 +129,60 @@ TEST(Factor, parametersOfShapesAreCheckedTogether) {
             "Wrong values assigned to the distribution definition interval: check alfa beta and gamma");
 }
 
+// What a file brings in against the rules of the setters is told, keeps what it had and is written as it was.
+TEST(Factor, unusableParametersAreTold) {
+  struct Row {
+    const char* type;
+    const char* parameters;
+    const char* problem;  // empty: usable
+  };
+  const char* const order = "Wrong values assigned to the distribution definition interval: check alfa beta and gamma";
+  // clang-format off
+  const Row rows[] = {
+      {"Normal",      "0\t-1\t0.001\t0.999",     "Standard deviation must be >= 0"},
+      {"Normal",      "0\t1\t0.9\t0.1",          "Left Truncation must be less than right truncation"},
+      {"Normal",      "nan\t1\t0.001\t0.999",    "mean is not a finite number: nan"},
+      {"LogNormal",   "0\t1\t0\t0.5",            "Left Truncation must be greater than 0"},
+      {"Exponential", "0\t0\t0.999",             "Lambda must be > 0"},
+      {"Gamma",       "1\t1\t-1\t0.999",         "b must be >= 0"},
+      {"Gamma",       "1\t1\t0\t1",              "Truncation must be between 0 and 1"},
+      {"Weibull",     "nan\tnan\tnan\tnan",      "Beta must be > 0"},
+      {"Weibull",     "1\t1\t0\t1",
+       "Right truncation cannot be less than left truncation or greater than 0.999"},
+      {"Beta",        "2\t-3\t0\t1",             "Wrong negative value assigned to Beta"},
+      {"Triangular",  "0\t0\t1",                 order},
+      {"Triangular",  "nan\tnan\tnan",           order},
+      {"Triangular",  "0\t0.5\t1",               ""},
+      {"Uniform",     "2\n0\t1\t0.5\n0.5\t2\t0.5",
+       "interval 2: Interval to insert overloads previous intervals stored"},
+      {"Uniform",     "1\n1\t1\t1",              "interval 1: left bound >= of right bound"},
+      {"LogUniform",  "1\n0\t1\t1",              "interval 1: left bound < 0"},
+      {"Discrete",    "2\n0\t1\t0.5\n0\t1\t0.5", "point 2: The new point already exists"},
+      {"Discrete",    "2\n0\t1\t1.5\n1\t2\t-0.5", "point 1: Weight value error"},
+      {"Discrete",    "2\n0\t1\t0.5\n1\t2\t0.4", "Sum of weights not equal to 1: 0.9"},
+      {"Constant",    "inf",                     "value is not a finite number: inf"},
+  };
+  // clang-format on
+  for (const Row& row : rows) {
+    const std::unique_ptr<Factor> factor = makeFactor(row.type);
+    const std::string record = std::string("x\n\n1\t") + row.parameters + '\n';
+    TextReader in = TextReader::fromText(record);
+    factor->read(in);
+    EXPECT_TRUE(in.ok()) << row.parameters;
+    EXPECT_EQ(factor->parameterProblem(), row.problem);
+    EXPECT_EQ(recordOf(*factor), std::string(row.type) + '\n' + record);
+  }
+  TextReader in = TextReader::fromText("x\n\n1\t0 0 1\n");
+  Triangular triangle;
+  triangle.read(in);
+  EXPECT_EQ(triangle.errorText, order);
+  EXPECT_EQ(triangle.gamma(), 2.0);
+  EXPECT_EQ(triangle.clone()->parameterProblem(), order);
+  ASSERT_TRUE(triangle.setParameters(1.0, 2.0, 3.0));
+  EXPECT_EQ(recordOf(triangle), "Triangular\nx\n\n1\t1\t2\t3\n");
+  EXPECT_EQ(triangle.parameterProblem(), "");
+}
+
 // Type code and the record with all defaults, kind by kind.
 TEST(Factor, kindsAndTheirDefaults) {
   struct Row {

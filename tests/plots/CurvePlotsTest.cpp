@@ -131,9 +131,9 @@ TEST(DistributionPlot, drawsDensityAndCumulativeOfEveryFamily) {
 
 TEST(DistributionPlot, edgesOfFamilies) {
   Beta beta;
-  beta.setParameters(0.5, 0.5, 0.0, 1.0);
+  ASSERT_TRUE(beta.setParameters(0.5, 0.5, 0.0, 1.0));
   Weibull weibull;
-  weibull.setBeta(0.2);
+  ASSERT_TRUE(weibull.setBeta(0.2));
   for (const Factor* infinite : {static_cast<const Factor*>(&beta), static_cast<const Factor*>(&weibull)}) {
     const Figure figure = distributionPlot(*infinite);
     EXPECT_LT(chartOf(figure).y.upper, 5.0) << "the axis doesn't follow the density to infinity";
@@ -142,7 +142,7 @@ TEST(DistributionPlot, edgesOfFamilies) {
 
   Normal cut;
   EXPECT_EQ(chartOf(distributionPlot(cut)).layers.size(), 1u);
-  cut.setRightTruncation(0.5);
+  ASSERT_TRUE(cut.setRightTruncation(0.5));
   const Figure truncated = distributionPlot(cut);
   ASSERT_EQ(chartOf(truncated).layers.size(), 2u);
   EXPECT_NEAR(std::get<Line>(chartOf(truncated).layers[1]).x[0], 0.0, 1e-5);
@@ -152,7 +152,7 @@ TEST(DistributionPlot, edgesOfFamilies) {
   discrete.clear();
   EXPECT_THAT(distributionPlot(discrete).charts, IsEmpty());
   for (const double at : {4.0, 1.0})
-    discrete.addPoint(std::make_unique<Interval>(at, at + 1.0, at == 4.0 ? 0.75 : 0.25));
+    ASSERT_TRUE(discrete.addPoint(std::make_unique<Interval>(at, at + 1.0, at == 4.0 ? 0.75 : 0.25)));
   const Figure points = distributionPlot(discrete);
   EXPECT_EQ(std::get<Area>(chartOf(points).layers.at(0)).heights, (std::vector<double>{0.25, 0.0, 0.75}));
   const auto& steps = std::get<Line>(chartOf(points, 1).layers.at(0));
@@ -162,9 +162,9 @@ TEST(DistributionPlot, edgesOfFamilies) {
   Constant constant;
   constant.setValue(9.81);
   Relation relation;
-  relation.setExpression("2 * a");
+  ASSERT_TRUE(relation.setExpression("2 * a"));
   Normal spike;
-  spike.setStdDeviation(0.0);
+  ASSERT_TRUE(spike.setStdDeviation(0.0));
   EXPECT_EQ(distributionPlot(constant).subtitle, "Constant 9.81");
   EXPECT_EQ(distributionPlot(relation).subtitle, "Relation: 2 * a");
   EXPECT_THAT(distributionPlot(spike).subtitle, HasSubstr("there is no curve to show"));
