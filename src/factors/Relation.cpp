@@ -1,6 +1,7 @@
 #include "factors/Relation.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -11,7 +12,6 @@ namespace tarvex {
 namespace {
 
 constexpr std::int32_t kRelationType = 10;
-constexpr std::size_t kMaxFileExpression = 254;  // characters of the line in a factor file
 
 }  // namespace
 
@@ -29,34 +29,36 @@ std::int32_t Relation::getType() const {
 }
 
 bool Relation::setExpression(const std::string& text) {
+  if (!accept(kExpressionRule.problem(text))) return false;
   Evaluator evaluator;
   // Kept: every name is 0.0 here, so "a / b" is refused although it could be computed.
-  if (!evaluator.evaluate(text)) return false;
+  if (!evaluator.evaluate(text))
+    return accept(evaluator.evalErrorText() + " at column " + std::to_string(evaluator.evalErrorColumn()));
   expression_ = text;
+  refused_.clear();
   factorNames_.clear();
   for (const Evaluator::Symbol& symbol : evaluator.symbolTable()) factorNames_.push_back(symbol.name);
-  prepared_ = false;
+  bindNames({});
   return true;
 }
 
-void Relation::prepare(const std::vector<std::string>& names) const {
+void Relation::bindNames(const std::vector<std::string>& names) {
+  std::unordered_map<std::string_view, std::size_t> places;
+  for (std::size_t i = 0; i < names.size(); ++i) places.emplace(names[i], i);
   positions_.clear();
   std::vector<std::string> bound;
   // The last name of the list is assigned first. A name that is no factor is one that the expression assigns itself.
   for (const std::string& used : factorNames_) {
-    const auto found = std::find(names.begin(), names.end(), used);
-    if (found == names.end()) continue;
+    const auto found = places.find(used);
+    if (found == places.end()) continue;
     bound.push_back(used);
-    positions_.push_back(static_cast<std::size_t>(found - names.begin()));
+    positions_.push_back(found->second);
   }
   equation_ = Equation(expression_, bound);
   entering_.resize(bound.size());
-  preparedNames_ = names;
-  prepared_ = true;
 }
 
-bool Relation::evaluate(const std::vector<std::string>& names, const double* values, double& value) const {
-  if (!prepared_ || preparedNames_ != names) prepare(names);
+bool Relation::evaluate(const double* values, double& value) {
   for (std::size_t i = 0; i < positions_.size(); ++i) entering_[i] = enteringValue(values[positions_[i]]);
   value = 0.0;
   return equation_.evaluate(entering_.data(), value);
@@ -67,28 +69,27 @@ bool Relation::usesFactor(std::string_view factorName) const {
 }
 
 bool Relation::renameFactor(const std::string& oldName, const std::string& newName) {
-  const auto found = std::find(factorNames_.begin(), factorNames_.end(), oldName);
-  if (found == factorNames_.end()) return false;
-  *found = newName;
-  prepared_ = false;
+  if (!usesFactor(oldName)) return accept("The expression doesn't use " + oldName);
   std::string text;
   std::size_t from = 0;
   // Kept: no look at word boundaries, so renaming "a" changes "ab" as well.
   for (std::size_t at = 0; (at = expression_.find(oldName, from)) != std::string::npos; from = at + oldName.size()) {
     text.append(expression_, from, at - from).append(newName);
   }
-  setExpression(text.append(expression_, from));
-  return true;
+  return setExpression(text.append(expression_, from));
 }
 
 void Relation::writeParameters(TextWriter& out) const {
-  out << "\t\n" << expression_ << "\n\n";
+  out << "\t\n";
+  kExpressionRule.write(out, refused_.empty() ? expression_ : refused_);
+  out << '\n';
 }
 
+// A refused expression leaves the relation without one; the list is read on.
 void Relation::readParameters(TextReader& in) {
   std::string text;
   in.skipLine();
-  if (in.readLine(text, kMaxFileExpression)) setExpression(text);  // a refused one leaves the expression empty
+  if (kExpressionRule.read(in, text) && !text.empty() && !setExpression(text)) refused_ = text;
 }
 
 }  // namespace tarvex

@@ -13,6 +13,8 @@ namespace tarvex {
 // A factor whose value in each run follows from other factors by an expression.
 class Relation : public Factor {
  public:
+  static constexpr LineRule kExpressionRule{"the expression", 254};
+
   Relation();
   std::unique_ptr<Factor> clone() const override;
   std::int32_t getType() const override;
@@ -20,17 +22,22 @@ class Relation : public Factor {
   const std::string& expression() const { return expression_; }
   // The names that the expression uses, sorted, each once.
   const std::vector<std::string>& factorNames() const { return factorNames_; }
+  // What a file holds as expression and setExpression() refuses. The relation then has none, and its record is written
+  // as it was read.
+  const std::string& refusedExpression() const { return refused_; }
 
-  // Accepts `text` when a dry run with every name at 0 succeeds; so a division by a plain name is refused. On failure
-  // the old expression stays.
-  bool setExpression(const std::string& text);
-  // The value of one run: `names` of all factors, `values` the run in the same order. Values enter at six significant
-  // digits. Returns false, with value 0.0, when the evaluation fails.
-  bool evaluate(const std::vector<std::string>& names, const double* values, double& value) const;
+  // Accepts `text` when the record can hold it and a dry run with every name at 0 succeeds; so a division by a plain
+  // name is refused. On failure the old expression stays and errorText has the reason.
+  [[nodiscard]] bool setExpression(const std::string& text);
+  // Finds the places of the used names among those of all factors. Of equal ones the first counts.
+  void bindNames(const std::vector<std::string>& names);
+  // The value of one run, `values` in the order of the names last bound. They enter at six significant digits. False,
+  // with value 0.0, when the evaluation fails.
+  [[nodiscard]] bool evaluate(const double* values, double& value);
   bool usesFactor(std::string_view name) const;
-  // Replaces every occurrence of the old name's letters, inside other names too. False when the expression doesn't use
-  // `oldName`.
-  bool renameFactor(const std::string& oldName, const std::string& newName);
+  // Replaces every occurrence of the old name's letters, inside other names too. False, with nothing changed, when the
+  // expression doesn't use `oldName` or setExpression() refuses the new text.
+  [[nodiscard]] bool renameFactor(const std::string& oldName, const std::string& newName);
 
  protected:
   Relation(const Relation&) = default;
@@ -38,17 +45,14 @@ class Relation : public Factor {
   void readParameters(TextReader& in) override;
 
  private:
-  void prepare(const std::vector<std::string>& names) const;
-
   std::string expression_;
   std::vector<std::string> factorNames_;
+  std::string refused_;
 
-  // What evaluate() found out about the last list of names, kept from run to run.
-  mutable bool prepared_ = false;
-  mutable std::vector<std::string> preparedNames_;
-  mutable std::vector<std::size_t> positions_;  // of the values that enter the equation
-  mutable std::vector<double> entering_;
-  mutable Equation equation_;
+  // Of bindNames().
+  std::vector<std::size_t> positions_;  // of the values that enter the equation
+  std::vector<double> entering_;
+  Equation equation_;
 };
 
 }  // namespace tarvex

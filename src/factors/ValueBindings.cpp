@@ -2,40 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 
 #include "factors/Evaluator.h"
 #include "factors/EvaluatorParser.h"
-#include "factors/NumberLiteral.h"
+#include "factors/namesInText.h"
 
 namespace tarvex {
 
 namespace {
-
-std::size_t endOfName(std::string_view text, std::size_t position) {
-  while (position < text.size() && EvaluatorParser::isNameCharacter(text[position])) ++position;
-  return position;
-}
-
-// The names that `text` uses as values or targets: names of called functions and comments don't count.
-std::set<std::string_view> usedNames(std::string_view text) {
-  std::set<std::string_view> names;
-  std::size_t position = EvaluatorParser::behindSpace(text, 0);
-  while (position < text.size()) {
-    const std::size_t start = position;
-    double ignored = 0.0;
-    if (EvaluatorParser::isNameStart(text[position])) {
-      position = endOfName(text, position);
-      const std::string_view name = text.substr(start, position - start);
-      const std::size_t next = EvaluatorParser::behindSpace(text, position);
-      if (next >= text.size() || text[next] != '(') names.insert(name);
-    } else if (!readNumberLiteral(text, position, ignored)) {
-      position = start + 1;
-    }
-    position = EvaluatorParser::behindSpace(text, position);
-  }
-  return names;
-}
 
 // The name that the assignment sets: white space around it doesn't belong to it. Empty when there is none.
 std::string_view assignedName(std::string_view name) {
@@ -43,14 +19,15 @@ std::string_view assignedName(std::string_view name) {
   name.remove_prefix(std::min(name.find_first_not_of(kSpace), name.size()));
   name = name.substr(0, name.find_last_not_of(kSpace) + 1);
   const bool good = !name.empty() && name.size() <= EvaluatorParser::kMaxNameCharacters &&
-                    EvaluatorParser::isNameStart(name.front()) && endOfName(name, 0) == name.size();
+                    EvaluatorParser::isNameStart(name.front()) &&
+                    std::ranges::all_of(name, EvaluatorParser::isNameCharacter);
   return good ? name : std::string_view();
 }
 
 }  // namespace
 
 ValueBindings::ValueBindings(std::string_view text, const std::vector<std::string>& names) {
-  const std::set<std::string_view> used = usedNames(text.substr(0, text.find('\0')));
+  const std::map<std::string_view, bool> used = namesInText(text);
   // Names that the text doesn't use matter only where all together may fill the symbol table.
   constexpr std::size_t kResult = 1;
   const bool tableMayFill = names.size() + used.size() + kResult > Evaluator::kMaxSymbols;

@@ -188,7 +188,8 @@ bool PrepConfiguration::passRelation(Relation& relation, std::int32_t factorInde
   double* row = samples.rowPointer(nextRow_);
   if (row == nullptr) return fail(samples.errorText());
   double value = 0.0;
-  if (!relation.evaluate(factorNames, row, value)) ++failedRows_[static_cast<std::size_t>(factorIndex)];
+  if (nextRow_ == 0) relation.bindNames(factorNames);
+  if (!relation.evaluate(row, value)) ++failedRows_[static_cast<std::size_t>(factorIndex)];
   row[factorIndex] = value;
   return true;
 }
