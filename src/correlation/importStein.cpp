@@ -9,6 +9,7 @@
 #include "base/TextReader.h"
 #include "factors/FactorList.h"
 #include "factors/Uniform.h"
+#include "factors/lineEnd.h"
 
 namespace tarvex {
 
@@ -23,11 +24,19 @@ constexpr const char* kOtherCount =
     "Error loading stein file. The number of imported factors is different from the loaded configuration.";
 constexpr const char* kInconsistent = "Error loading stein file. Current data may be inconsistent or corrupt.";
 
-bool readNames(TextReader& in, std::int32_t count, std::vector<std::string>& names) {
+// Blanks around a name don't belong to it. Names that become factors obey the rule of those.
+bool readNames(TextReader& in, std::int32_t count, bool becomeFactors, std::vector<std::string>& names) {
   in.checkCount(count, kShortestName);
-  std::string name;
-  for (std::int32_t i = 0; i < count && in.readLine(name, kMaxNameLine); ++i) {
-    if (name.empty() || isForbiddenAtNameStart(name.front())) in.setFail();
+  std::string line;
+  for (std::int32_t i = 0; i < count && in.expect("the name of a column").readLine(line, kMaxNameLine); ++i) {
+    const std::string_view word = firstWord(line);
+    const std::size_t end = line.find_last_not_of(" \t\v\f\r") + 1;
+    const std::size_t start = word.empty() ? end : static_cast<std::size_t>(word.data() - line.data());
+    const std::string name = line.substr(start, end - start);
+    const std::string problem = becomeFactors ? Factor::kNameRule.problem(name) : "";
+    if (!problem.empty()) return in.refuse(problem);
+    if (name.empty() || isForbiddenAtNameStart(name.front()))
+      return in.refuse("the name of a column must begin with a letter, not as '" + name + "' does");
     names.push_back(name);
   }
   return in.ok();
@@ -38,18 +47,30 @@ bool readRows(TextReader& in, std::int32_t rows, std::int32_t columns, sampValue
   if (columns == 0) return true;
   // The last number may stand at the end of the text.
   in.checkCount(static_cast<std::int64_t>(rows) * columns - 1, kShortestNumber);
-  if (in.fail() || !store.allocate(columns)) return false;
+  if (in.fail()) return false;
+  if (!store.allocate(columns)) return in.refuse(store.errorText());
   std::vector<double> row(static_cast<std::size_t>(columns));
   for (std::int32_t r = 0; r < rows; ++r) {
-    for (double& value : row) in >> value;
-    if (in.fail() || store.addRow(row.data()) == 0) return false;
+    for (double& value : row) in.expect("a value of the sample") >> value;
+    if (in.fail()) return false;
+    if (store.addRow(row.data()) == 0) return in.refuse(store.errorText());
   }
   return true;
 }
 
+// The two counts and the rest of their line.
+bool readCounts(TextReader& in, std::int32_t& rows, std::int32_t& columns) {
+  in.expect("the number of rows") >> rows;
+  if (in.ok() && rows < 1) return in.refuse("the number of rows must be at least 1, not " + std::to_string(rows));
+  in.expect("the number of columns") >> columns;
+  if (in.ok() && columns < 0) return in.refuse("the number of columns is " + std::to_string(columns));
+  return in.ok();
+}
+
 // Gives the factor the empirical distribution of a column: between two neighbouring values the share of the steps that
-// lead there. False when all values are equal, or when one is not a number.
+// lead there. False, with the reason in the factor's errorText, when all values are equal or one is not a number.
 bool setEmpirical(std::vector<double> values, Uniform& factor) {
+  factor.errorText = "a value is not a finite number";
   if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) return false;
   std::sort(values.begin(), values.end());
   const double steps = static_cast<double>(values.size()) - 1.0;
@@ -64,6 +85,7 @@ bool setEmpirical(std::vector<double> values, Uniform& factor) {
     if (!factor.addInterval(std::move(interval))) return false;
     equal = 1;
   }
+  factor.errorText = "all values are equal";
   if (factor.count() == 0) return false;
   Interval& last = *factor.intervalAt(factor.count() - 1);
   const double weight = last.weight + (equal - 1) / steps;
@@ -71,6 +93,7 @@ bool setEmpirical(std::vector<double> values, Uniform& factor) {
     last.weight = weight;
   else
     last.errorText = "Weight value error";
+  factor.errorText = "No errors";
   return true;
 }
 
@@ -78,40 +101,45 @@ bool setEmpirical(std::vector<double> values, Uniform& factor) {
 
 bool importStein(const std::string& path, SteinImport mode, FactorList& list, std::string& message) {
   TextReader in = TextReader::fromFile(path);
+  const auto fail = [&in, &message](const char* text) {
+    message = withProblem(text, in);
+    return false;
+  };
   std::int32_t rows = 0;
-  std::int32_t columns = -1;
-  in >> rows >> columns;
-  if (in.fail() || rows < 1 || columns < 0) {
-    message = kNothingToImport;
-    return false;
-  }
+  std::int32_t columns = 0;
+  if (!readCounts(in, rows, columns)) return fail(kNothingToImport);
   if (mode != kSteinAttachAny && list.factorCount() > 0 && columns != list.factorCount()) {
-    message = kOtherCount;
-    return false;
+    in.refuse(std::to_string(columns) + " columns stand against " + std::to_string(list.factorCount()) + " factors");
+    return fail(kOtherCount);
   }
   in.skipLine();
   if (mode == kSteinReplace) list.clear();
-  message = kInconsistent;
   std::vector<std::string> names;
-  if (!readNames(in, columns, names)) return false;
+  if (!readNames(in, columns, mode == kSteinReplace, names)) return fail(kInconsistent);
   for (std::size_t i = 0; mode == kSteinReplace && i < names.size(); ++i) {
     auto factor = std::make_unique<Uniform>();
     factor->name = names[i];
     list.addFactor(std::move(factor));
   }
+  const std::string pathProblem = kSteinFileRule.problem(path);
+  if (!pathProblem.empty()) in.refuse(pathProblem);
+  if (in.fail()) return fail(kInconsistent);
   list.steinFileName = path;
-  if (!readRows(in, rows, columns, list.steinInfo)) return false;
+  if (!readRows(in, rows, columns, list.steinInfo) || !readTextEnd(in)) return fail(kInconsistent);
   if (mode != kSteinReplace) {
     list.correlationMode = kSteinSample;
     return true;
   }
   std::vector<double> values;
   for (std::int32_t i = 0; i < columns; ++i) {
+    auto& factor = static_cast<Uniform&>(list.factor(i));
     if (!list.steinInfo.getColumn(i, values)) {
-      message += '\n' + list.steinInfo.errorText();
-      return false;
+      in.refuse(list.steinInfo.errorText());
+      return fail(kInconsistent);
     }
-    if (!setEmpirical(values, static_cast<Uniform&>(list.factor(i)))) return false;
+    if (setEmpirical(values, factor)) continue;
+    in.refuse("the column " + factor.name + ": " + factor.errorText);
+    return fail(kInconsistent);
   }
   return true;
 }

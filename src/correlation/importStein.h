@@ -13,8 +13,8 @@ enum SteinImport : std::int32_t { kSteinAttachAny = 0, kSteinReplace = 1, kStein
 
 // Brings a sample in from a text file. Attaching turns the list to its Stein correlation. Replacing makes a `Uniform`
 // of each column, by its empirical distribution; a list with factors is replaced only by one of as many, so a caller
-// that means to drop the old list empties it first. On failure the message is the system's and the list is left in the
-// state reached: import into a copy.
+// that means to drop the old list empties it first. On failure the message is the system's, with where and what on its
+// second line, and the list is left in the state reached: import into a copy.
 [[nodiscard]] bool importStein(const std::string& path, SteinImport mode, FactorList& list, std::string& message);
 
 }  // namespace tarvex

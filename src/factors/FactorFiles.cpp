@@ -3,18 +3,19 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
+#include "factors/lineEnd.h"
 
 namespace tarvex {
 
 bool loadFactorFile(const std::string& path, FactorList& list, std::string& message) {
   TextReader in = TextReader::fromFile(path);
   if (in.fail()) {
-    message = "Error opening factors file";
+    message = withProblem("Error opening factors file", in);
     return false;
   }
   FactorList loaded;
-  if (!loaded.read(in)) {
-    message = "Error reading factors file";
+  if (!loaded.read(in) || !readTextEnd(in)) {
+    message = withProblem("Error reading factors file", in);
     return false;
   }
   list = std::move(loaded);
@@ -25,7 +26,7 @@ bool saveFactorFile(const std::string& path, const FactorList& list, std::string
   TextWriter out(path);
   list.write(out);
   if (!out.commit()) {
-    message = "Error opening file for output";
+    message = withProblem("Error opening file for output", out);
     return false;
   }
   return true;

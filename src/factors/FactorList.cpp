@@ -6,6 +6,10 @@
 namespace tarvex {
 namespace {
 
+bool isCorrelation(double value) {
+  return value >= -1.0 && value <= 1.0;
+}
+
 // The unit matrix of one order more than that of `matrix`, whose cells it takes over.
 std::vector<float> grown(const std::vector<float>& matrix, std::size_t order) {
   const std::size_t newOrder = order + 1;
@@ -75,6 +79,7 @@ void FactorList::clear() {
 }
 
 bool FactorList::link(std::int32_t child, std::int32_t parent, double correlation) {
+  if (!isCorrelation(correlation)) return false;
   if (isCorrelatable(child) != 1 || (parent != -1 && isCorrelatable(parent) != 1)) return false;
   for (std::int32_t ancestor = parent; ancestor != -1; ancestor = node(ancestor).parent) {
     if (ancestor == child) return false;
@@ -94,7 +99,8 @@ float FactorList::matrixAt(std::int32_t row, std::int32_t column) const {
   return matrix_[matrixPlace(row, column)];
 }
 
-void FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlation) {
+bool FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlation) {
+  if (!isCorrelation(correlation) || (row == column && correlation != 1.0F)) return false;
   if (matrix_.empty()) {
     matrixOrder_ = static_cast<std::size_t>(correlatableCount());
     matrix_.assign(matrixOrder_ * matrixOrder_, 0.0F);
@@ -102,6 +108,7 @@ void FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlat
   }
   matrix_[matrixPlace(row, column)] = correlation;
   matrix_[matrixPlace(column, row)] = correlation;
+  return true;
 }
 
 void FactorList::prepareOrder() {

@@ -11,6 +11,9 @@
 
 namespace tarvex {
 
+// The line of a record that holds the path of a Stein file.
+inline constexpr LineRule kSteinFileRule{"the name of the Stein file", 4095};
+
 enum CorrelationMode : std::int32_t { kDependenceTree = 0, kImanConover = 1, kNoCorrelation = 2, kSteinSample = 3 };
 
 // A factor's place in the dependence tree, parallel to the list of factors.
@@ -49,14 +52,15 @@ class FactorList {
   void clear();  // no factors, no correlation, no Stein sample
 
   const CorrelationNode& node(std::int32_t i) const { return nodes_[static_cast<std::size_t>(i)]; }
-  // Links `child` below `parent`, away from the parent that it had; a `parent` of -1 makes it a root. False, with
-  // nothing changed, when that would close a loop, or for factors that are not correlatable.
-  bool link(std::int32_t child, std::int32_t parent, double correlation);
+  // Links `child` below `parent`, away from the parent that it had; a `parent` of -1 makes it a root. False,
+  // with nothing changed, when that would close a loop, for factors that are not correlatable and for a correlation
+  // outside -1 to 1.
+  [[nodiscard]] bool link(std::int32_t child, std::int32_t parent, double correlation);
 
   // The rank correlation of two correlatable factors, counted among those only. Stored in single precision, for both
-  // orders of the two.
+  // orders of the two. False, with nothing changed, outside -1 to 1 and for anything but 1 on the diagonal.
   float matrixAt(std::int32_t row, std::int32_t column) const;
-  void setMatrix(std::int32_t row, std::int32_t column, float correlation);
+  [[nodiscard]] bool setMatrix(std::int32_t row, std::int32_t column, float correlation);
 
   // The order in which a generation visits the factors: stochastic ones by depth in the dependence tree (roots only in
   // the other modes), then constants, then relations, list order within each. Valid between prepareOrder and
@@ -92,7 +96,8 @@ class FactorList {
   std::vector<std::int32_t> factorOrder_;
 };
 
-// A whole .fac file. On failure `list` stays as it was and the message names the reason.
+// A whole .fac file. On failure `list` stays as it was; the message is the system's and, on its second line, says where
+// and what.
 [[nodiscard]] bool loadFactorFile(const std::string& path, FactorList& list, std::string& message);
 [[nodiscard]] bool saveFactorFile(const std::string& path, const FactorList& list, std::string& message);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/NumberText.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
@@ -18,20 +19,27 @@ constexpr const char* kTreeTitle = "Correlation information";
 constexpr const char* kMatrixTitle = "Correlation Matrix:";
 constexpr const char* kSteinTitle = "Stein Information:";
 
-constexpr std::size_t kMaxTitle = 254;  // characters of a title or a type name
-constexpr std::size_t kMaxPath = 4095;
+constexpr std::size_t kMaxTitle = 254;        // characters of a title or a type name
 constexpr std::uint64_t kShortestNumber = 2;  // bytes: a digit and a separator
 
 bool readTitle(TextReader& in, const char* title) {
   std::string line;
-  in.readLine(line, kMaxTitle);
-  return in.ok() && line == title;
+  in.expect(title).readLine(line, kMaxTitle);
+  return in.ok() &&
+         (line == title || in.refuse("expected the line '" + std::string(title) + "', found '" + line + "'"));
 }
 
-// The rest of the current line, whatever it holds; at the end of the text there is none.
-void readAway(TextReader& in) {
-  std::string rest;
-  if (!in.atEnd()) in.readLine(rest, kMaxTitle);
+// What a correlation is, of a link or a cell of the matrix.
+bool checkCorrelation(TextReader& in, double value) {
+  return in.ok() && ((value >= -1.0 && value <= 1.0) ||
+                     in.refuse("a correlation must be between -1 and 1, not " + numberText(value)));
+}
+
+// A count that stands alone on its line.
+bool readCount(TextReader& in, const char* what, std::int32_t& count) {
+  in.expect(what) >> count;
+  if (in.ok() && count < 0) in.refuse(std::string(what) + " must not be negative, as " + std::to_string(count) + " is");
+  return readLineEnd(in);
 }
 
 }  // namespace
@@ -73,7 +81,8 @@ void FactorListText::writeMatrix(const FactorList& list, TextWriter& out) {
 void FactorListText::writeStein(const FactorList& list, TextWriter& out) {
   const sampValues& stein = list.steinInfo;
   const bool filled = stein.rows() > 0;
-  out << kSteinTitle << '\n' << list.steinFileName << '\n';
+  out << kSteinTitle << '\n';
+  kSteinFileRule.write(out, list.steinFileName);
   out << (filled ? stein.columns() : 0) << '\n' << (filled ? stein.rows() : 0) << '\n' << (filled ? 1 : 0) << '\n';
   std::vector<double> values(static_cast<std::size_t>(stein.columns()));
   for (std::int32_t row = 0; row < stein.rows(); ++row) {
@@ -89,8 +98,9 @@ void FactorListText::writeStein(const FactorList& list, TextWriter& out) {
 bool FactorListText::read(FactorList& list, TextReader& in) {
   std::int32_t count = 0;
   if (!readTitle(in, kTruncationsTitle) || !readTruncations(in)) return false;
-  in >> count;
-  if (!readTitle(in, kCountTitle) || count < 0) return false;
+  in.expect("the number of factors") >> count;
+  if (!readTitle(in, kCountTitle)) return false;
+  if (count < 0) return in.refuse("the number of factors must not be negative, as " + std::to_string(count) + " is");
   if (!readFactors(list, in, count)) return false;
   // Kept: a file that ends behind fewer records than it announced is a list of those factors, uncorrelated.
   if (list.factorCount() < count) return true;
@@ -100,37 +110,43 @@ bool FactorListText::read(FactorList& list, TextReader& in) {
 bool FactorListText::readTruncations(TextReader& in) {
   double left = 0.0;
   double right = 0.0;
-  in >> left >> right;
-  if (in.ok()) TruncatedDistribution::setDefaultTruncations(left, right);
+  in.expect("the default left truncation") >> left;
+  in.expect("the default right truncation") >> right;
+  // Kept: a pair that is none is passed over.
+  if (in.ok()) static_cast<void>(TruncatedDistribution::setDefaultTruncations(left, right));
   return in.ok();
 }
 
 bool FactorListText::readFactors(FactorList& list, TextReader& in, std::int32_t count) {
   for (std::int32_t i = 0; i < count && !in.atEnd(); ++i) {
     std::string typeName;
-    in.readLine(typeName, kMaxTitle);
+    if (!in.expect("the type of a factor").readLine(typeName, kMaxTitle)) return false;
     // Kept: a list with a column of an imported sample doesn't load.
     std::unique_ptr<Factor> factor = typeName == "Dummy" ? nullptr : makeFactor(typeName);
-    if (in.fail() || factor == nullptr) return false;
+    if (factor == nullptr) return in.refuse("expected the type of a factor, found '" + typeName + "'");
     factor->read(in);
-    readAway(in);
-    readAway(in);
-    if (in.fail()) return false;
+    if (!readLineEnd(in) || !readLineEnd(in)) return false;
     list.addFactor(std::move(factor));
   }
-  return true;
+  return in.ok();
 }
 
 bool FactorListText::readTree(FactorList& list, TextReader& in) {
   if (!readTitle(in, kTreeTitle)) return false;
   for (CorrelationNode& node : list.nodes_) {
     std::int32_t children = 0;
-    in >> node.correlation >> node.parent >> children;
+    in.expect("the correlation with the parent") >> node.correlation;
+    if (!checkCorrelation(in, node.correlation)) return false;
+    in.expect("the parent's place in the list") >> node.parent;
+    in.expect("the number of children") >> children;
     in.checkCount(children, kShortestNumber);
-    for (std::int32_t i = 0; i < children && in.ok(); ++i) in >> node.children.emplace_back();
-    readAway(in);
+    for (std::int32_t i = 0; i < children && in.ok(); ++i)
+      in.expect("a child's place in the list") >> node.children.emplace_back();
+    if (!readLineEnd(in)) return false;
   }
-  return in.ok() && isTree(list);
+  return isTree(list) || in.refuse(
+                             "the lines of the dependence tree don't fit together: each end of a link names the "
+                             "other, no link leads to a constant or a relation, none closes a loop");
 }
 
 // Each end of a link names the other one, once; both are correlatable; every factor has a root above it.
@@ -165,14 +181,24 @@ bool FactorListText::readMatrix(FactorList& list, TextReader& in) {
   const std::int64_t order = list.correlatableCount();
   if (!in.checkCount(order * order, kShortestNumber)) return false;
   std::vector<float> matrix(static_cast<std::size_t>(order * order));
+  const auto place = [order](std::int64_t row, std::int64_t column) {
+    return static_cast<std::size_t>(row * order + column);
+  };
   bool isUnit = true;
   for (std::int64_t row = 0; row < order; ++row) {
-    for (std::int64_t column = 0; column < order && in.ok(); ++column) {
-      float& cell = matrix[static_cast<std::size_t>(row * order + column)];
-      in >> cell;
+    for (std::int64_t column = 0; column < order; ++column) {
+      float& cell = matrix[place(row, column)];
+      in.expect("a cell of the correlation matrix") >> cell;
+      if (!checkCorrelation(in, cell)) return false;
+      if (row == column && cell != 1.0F)
+        return in.refuse("the diagonal of the correlation matrix must be 1, not " + numberText(cell));
+      if (row > column && cell != matrix[place(column, row)])
+        return in.refuse("the correlation matrix must be symmetric: " + numberText(cell) + " in row " +
+                         std::to_string(row + 1) + ", column " + std::to_string(column + 1) + " stands against " +
+                         numberText(matrix[place(column, row)]));
       isUnit = isUnit && cell == (row == column ? 1.0F : 0.0F);
     }
-    readAway(in);
+    if (!readLineEnd(in)) return false;
   }
   if (!isUnit) {
     list.matrix_ = std::move(matrix);
@@ -182,28 +208,33 @@ bool FactorListText::readMatrix(FactorList& list, TextReader& in) {
 }
 
 bool FactorListText::readStein(FactorList& list, TextReader& in) {
-  if (!readTitle(in, kSteinTitle)) return false;
-  in.readLine(list.steinFileName, kMaxPath);
+  if (!readTitle(in, kSteinTitle) || !kSteinFileRule.read(in, list.steinFileName)) return false;
   std::int32_t columns = 0;
   std::int32_t rows = 0;
   std::int32_t flag = 0;
-  for (std::int32_t* number : {&columns, &rows, &flag}) {
-    in >> *number;
-    readLineEnd(in);
+  if (!readCount(in, "the columns of the Stein sample", columns)) return false;
+  if (!readCount(in, "the rows of the Stein sample", rows)) return false;
+  if (!readCount(in, "the flag of the Stein sample", flag)) return false;
+  if ((flag != 0) != (rows > 0) || (flag != 0 && columns == 0))
+    return in.refuse("the flag of a Stein sample of " + std::to_string(rows) + " rows and " + std::to_string(columns) +
+                     " columns can't be " + std::to_string(flag));
+  if (flag != 0 && !readSteinRows(list, in, rows, columns)) return false;
+  in.expect("the correlation mode") >> list.correlationMode;
+  if (in.ok() && (list.correlationMode < kDependenceTree || list.correlationMode > kSteinSample))
+    in.refuse("the correlation mode must be 0 to 3, not " + std::to_string(list.correlationMode));
+  return readLineEnd(in);
+}
+
+bool FactorListText::readSteinRows(FactorList& list, TextReader& in, std::int32_t rows, std::int32_t columns) {
+  if (!in.checkCount(std::int64_t{columns} * rows, kShortestNumber)) return false;
+  if (!list.steinInfo.allocate(columns)) return in.refuse(list.steinInfo.errorText());
+  std::vector<double> values(static_cast<std::size_t>(columns));
+  for (std::int32_t row = 0; row < rows; ++row) {
+    for (double& value : values) in.expect("a value of the Stein sample") >> value;
+    if (in.fail()) return false;
+    if (list.steinInfo.addRow(values.data()) == 0) return in.refuse(list.steinInfo.errorText());
   }
-  if (in.fail() || columns < 0 || rows < 0 || (flag != 0) != (rows > 0)) return false;
-  if (flag != 0) {
-    if (columns == 0 || !in.checkCount(std::int64_t{columns} * rows, kShortestNumber)) return false;
-    if (!list.steinInfo.allocate(columns)) return false;
-    std::vector<double> values(static_cast<std::size_t>(columns));
-    for (std::int32_t row = 0; row < rows; ++row) {
-      for (double& value : values) in >> value;
-      if (in.fail() || list.steinInfo.addRow(values.data()) == 0) return false;
-    }
-  }
-  in >> list.correlationMode;
-  const bool known = list.correlationMode >= kDependenceTree && list.correlationMode <= kSteinSample;
-  return readLineEnd(in) && known;
+  return true;
 }
 
 void FactorList::write(TextWriter& out) const {
@@ -215,7 +246,8 @@ bool FactorList::read(TextReader& in) {
   const double right = TruncatedDistribution::defaultRightTruncation();
   clear();
   if (FactorListText::read(*this, in)) return true;
-  TruncatedDistribution::setDefaultTruncations(left, right);
+  // Nothing is lost where it refuses: only a setter of one of the two can have brought in a pair that is none.
+  static_cast<void>(TruncatedDistribution::setDefaultTruncations(left, right));
   return false;
 }
 

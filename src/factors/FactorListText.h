@@ -13,8 +13,8 @@ class TextWriter;
 class FactorListText {
  public:
   static void write(const FactorList& list, TextWriter& out);
-  // Fills an empty list. False on the first thing that doesn't fit.
-  static bool read(FactorList& list, TextReader& in);
+  // Fills an empty list. False on the first thing that doesn't fit, which the reader then describes.
+  [[nodiscard]] static bool read(FactorList& list, TextReader& in);
 
  private:
   static void writeTree(const FactorList& list, TextWriter& out);
@@ -27,6 +27,7 @@ class FactorListText {
   static bool isTree(const FactorList& list);
   static bool readMatrix(FactorList& list, TextReader& in);
   static bool readStein(FactorList& list, TextReader& in);
+  static bool readSteinRows(FactorList& list, TextReader& in, std::int32_t rows, std::int32_t columns);
 };
 
 }  // namespace tarvex

@@ -22,7 +22,10 @@ class ImportStein : public testing::Test {
   bool import(const std::string& text, SteinImport mode) {
     const std::string path = directory_.path() + "/sample.txt";
     writeFile(path, text);
-    return importStein(path, mode, list, message);
+    const bool done = importStein(path, mode, list, message);
+    EXPECT_TRUE(done || message.find('\n' + path + ':') != std::string::npos) << message;
+    message = message.substr(0, message.find('\n'));
+    return done;
   }
   void addFactors(int count) {
     for (int i = 0; i < count; ++i) list.addFactor(makeFactor("Normal"));
@@ -47,7 +50,7 @@ TEST_F(ImportStein, fullImportMakesEmpiricalDistributions) {
       {"tiesBetween", {7, 1, 4, 4, 7}, {{1, 4, 0.25}, {4, 7, 0.75}}},
   };
   std::string text = "5 3 and a remark\n";
-  for (const Column& column : columns) text += std::string(column.name) + "\n";
+  for (const Column& column : columns) text += std::string(column.name) + " \n";
   for (std::size_t row = 0; row < 5; ++row)
     for (const Column& column : columns) text += std::to_string(column.values[row]) + (row % 2 == 0 ? " " : "\n");
   addFactors(3);
@@ -105,6 +108,9 @@ TEST_F(ImportStein, defects) {
       {"name begins with a digit", "2 2\na\n2b\n1 2 3 4\n", kSteinAttach, 2, kInconsistent},
       {"name not ASCII", "2 1\n\xc3\xa9\n1 2\n", kSteinReplace, 0, kInconsistent},
       {"empty name", "2 2\na\n\n1 2 3 4\n", kSteinReplace, 0, kInconsistent},
+      {"name of 20 characters", "2 1\nabcdefghijklmnopqrst\n1\n2\n", kSteinReplace, 0, kInconsistent},
+      {"name of two words", "2 1\na b\n1\n2\n", kSteinReplace, 0, kInconsistent},
+      {"text behind the rows", "2 1\na\n1\n2\n3\n", kSteinReplace, 0, kInconsistent},
       {"long name", "2 1\n" + std::string(256, 'n') + "\n1 2\n", kSteinReplace, 0, kInconsistent},
       {"more columns than bytes", "2 2147483647\na\n", kSteinReplace, 0, kInconsistent},
       {"more rows than bytes", "2147483647 1\na\n1\n2\n", kSteinReplace, 0, kInconsistent},
@@ -123,7 +129,7 @@ TEST_F(ImportStein, defects) {
     EXPECT_NE(list.correlationMode, kSteinSample);
   }
   EXPECT_FALSE(importStein("/no/such/file", kSteinReplace, list, message));
-  EXPECT_EQ(message, kNothing);
+  EXPECT_EQ(message, kNothing + "\n/no/such/file: No such file or directory");
 }
 
 }  // namespace

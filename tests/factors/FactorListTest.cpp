@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
+
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/IntervalDistribution.h"
@@ -44,12 +47,12 @@ std::vector<std::int32_t> orderOf(FactorList& list) {
 // A list of four constants or normals with the given lines of the tree.
 std::string treeText(const std::string& types, const std::vector<std::string>& lines) {
   std::string text = "Default Truncations:\n0.001\t0.999\n\n4 Distributions:\n";
-  std::string matrix;
-  for (const char type : types) {
+  for (const char type : types)
     text += type == 'n' ? "Normal\na\n\n1\t0\t1\t0.001\t0.999\n\n" : "Constant\nc\n\n1\t1\n\n";
-    for (const char other : types) matrix += type == 'n' && other == 'n' ? "0 " : "";
-    if (type == 'n') matrix += '\n';
-  }
+  std::string matrix;
+  const auto order = std::count(types.begin(), types.end(), 'n');
+  for (long row = 0; row < order; ++row, matrix += '\n')
+    for (long column = 0; column < order; ++column) matrix += row == column ? "1 " : "0 ";
   text += "Correlation information\n";
   for (const std::string& line : lines) text += line + '\n';
   return text + "Correlation Matrix:\n" + matrix + "Stein Information:\n\n0\n0\n0\n0\n";
@@ -93,7 +96,12 @@ TEST(FactorList, orderFollowsTheTreeInItsModeOnly) {
 
 TEST(FactorList, matrixGrowsAndCopiesHaveEverything) {
   FactorList list = listOf({"Normal", "Constant", "Uniform"});
-  list.setMatrix(0, 1, 0.7F);
+  ASSERT_TRUE(list.setMatrix(0, 1, 0.7F));
+  for (const float outside : {1.01F, -1.01F, std::numeric_limits<float>::quiet_NaN()}) {
+    EXPECT_FALSE(list.setMatrix(0, 1, outside));
+    EXPECT_FALSE(list.link(2, 0, outside));
+  }
+  EXPECT_FALSE(list.setMatrix(1, 1, 0.5F));
   list.addFactor(makeFactor("Relation"));
   list.addFactor(makeFactor("Beta"));
   EXPECT_EQ(list.matrixAt(1, 0), 0.7F);
@@ -132,6 +140,8 @@ TEST(FactorList, treeOfAFileMustHoldTogether) {
       {"child twice, another left out", "nnnn", {"0 -1 2 1 1", "0.5 0 0", "0.5 0 0", "0 -1 0"}, false},
       {"constant child", "nnnc", {"0 -1 1 3", "0 -1 0", "0 -1 0", "0.5 0 0"}, false},
       {"constant parent", "nnnc", {"0.5 3 0", "0 -1 0", "0 -1 0", "0 -1 1 0"}, false},
+      {"link above 1", "nnnn", {"0 -1 1 1", "1.5 0 0", "0 -1 0", "0 -1 0"}, false},
+      {"link that is no number", "nnnn", {"0 -1 1 1", "nan 0 0", "0 -1 0", "0 -1 0"}, false},
       {"huge count", "nnnn", {"0 -1 2147483647", "0 -1 0", "0 -1 0", "0 -1 0"}, false},
   };
   for (const Row& row : rows) {

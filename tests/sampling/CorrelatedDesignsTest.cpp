@@ -14,19 +14,14 @@ namespace {
 
 constexpr std::int32_t kSteinRows = 700;
 
-void setPair(FactorList& factors, std::int32_t i, std::int32_t j, float correlation) {
-  factors.setMatrix(i, j, correlation);
-  factors.setMatrix(j, i, correlation);
-}
-
 // f0 follows f4 by 0.8, f2 follows f0 by -0.5; in the matrix and the Stein sample the same pairs are correlated.
 FactorList correlated(CorrelationMode mode) {
   FactorList factors = listOf("srscs");
   factors.correlationMode = mode;
   EXPECT_TRUE(factors.link(0, 4, 0.8));
   EXPECT_TRUE(factors.link(2, 0, -0.5));
-  setPair(factors, 0, 2, 0.8f);
-  setPair(factors, 0, 1, -0.5f);
+  EXPECT_TRUE(factors.setMatrix(0, 2, 0.8f));
+  EXPECT_TRUE(factors.setMatrix(0, 1, -0.5f));
   EXPECT_TRUE(factors.steinInfo.allocate(factors.factorCount()));
   std::int32_t state = -99;
   for (std::int32_t row = 0; row < kSteinRows; ++row) {
@@ -99,7 +94,7 @@ TEST(CorrelatedDesigns, ofARefusedMatrixAreUncorrelatedOrRefused) {
   FactorList factors = correlated(kImanConover);
   EXPECT_EQ(makeSampler(kRandom)->warningBefore(factors), "");
   for (const auto& [i, j, correlation] : {std::tuple{0, 1, 0.9f}, {0, 2, 0.9f}, {1, 2, -0.9f}})
-    setPair(factors, i, j, correlation);
+    EXPECT_TRUE(factors.setMatrix(i, j, correlation));
   FactorList plain = correlated(kNoCorrelation);
   const std::string text = "The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.";
   for (const MethodId method : {kRandom, kLatin}) {
