@@ -174,12 +174,14 @@ TEST_F(Office, whatCannotBeRunIsLeftAsItWas) {
     const char* name;
     std::string file;
     std::string content;
-    std::string message;  // how the first one begins
+    std::string message;  // within the first one
     bool isLocked = false;
   } cases[] = {
-      {"text in a column", "book.fods", test::flatWorkbook({inputs, outputs("late")}), ""},
+      {"text in a column", "book.fods", test::flatWorkbook({inputs, outputs("late")}),
+       "/book.fods: Outputs.B4: expected a number, found 'late'"},
       {"no outputs", "book.fods", test::flatWorkbook({inputs}), "Error: Model Output variables not found"},
-      {"empty outputs", "book.fods", test::flatWorkbook({inputs, {"Outputs"}}), ""},
+      {"empty outputs", "book.fods", test::flatWorkbook({inputs, {"Outputs"}}),
+       "/book.fods: Outputs.A1: expected the name of an output, found nothing"},
       {"protected inputs", "book.fods", test::flatWorkbook({{"Inputs", {}, true}, outputs("1")}),
        "Error: Cells of the workbook cannot be written. Are they protected?"},
       {"cut", "book.ods", ods.substr(0, ods.size() / 2), damaged},
@@ -194,7 +196,7 @@ TEST_F(Office, whatCannotBeRunIsLeftAsItWas) {
     if (c.isLocked) test::writeFile(lock, ",somebody,elsewhere,21.11.2026 10:00,file:///home/somebody;");
     EXPECT_FALSE(run(book)) << c.name;
     const std::string first = messages_.empty() ? "" : messages_.front();
-    EXPECT_EQ(first.substr(0, std::max<std::size_t>(c.message.size(), 1)), c.message) << c.name << ": " << first;
+    EXPECT_NE(first.find(c.message), std::string::npos) << c.name << ": " << first;
     EXPECT_EQ(test::readFile(book), c.content) << c.name;
     EXPECT_EQ(std::filesystem::remove(lock), c.isLocked) << c.name;
     std::filesystem::remove(book);
