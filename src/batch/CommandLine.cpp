@@ -141,6 +141,8 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
       ->check(CLI::IsMember({"area", "outline", "frequency", "cumulative", "complement"}));
   sub->add_flag("--log", options.logScale, "Logarithmic scale (histogram)");
   sub->add_option("--measure", options.measure, "Measures by their words (bars, pie, forecast)");
+  sub->add_option("--colours", options.colours, "Colours of cobwebs, bars and pies (default distinct)")
+      ->check(CLI::IsMember({"distinct", "system"}));
   auto* written = sub->add_option_group("output", "What to write");
   written->add_option("-o,--output", options.output, "Picture: .svg, .pdf, .ps, .eps or .png")->needs(kind);
   written->add_option("--save-selection", options.selection, "Sample file of the runs within the bounds (.sam)");

@@ -72,6 +72,7 @@ struct PlotOptions {
   std::vector<std::string> filters;    // NAME=LOWER:UPPER
   std::string region;                  // two of them
   bool showDropped = false;
+  std::string colours;        // of a set; empty: those that can be told apart
   std::string form = "area";  // of a histogram
   bool logScale = false;
   std::string measure;  // words of measures; empty: the usual ones

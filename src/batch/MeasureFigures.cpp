@@ -65,14 +65,14 @@ bool makeMeasureFigure(const PlotOptions& options, ProjectConfiguration& project
   std::vector<std::int32_t> slots;
   if (!chooseSlots(options, stats, slots, message)) return false;
   if (options.kind == "forecast")
-    figure = forecastBars(stats, variable, name, slots.front());
+    figure = forecastBars(stats, variable, name, slots.front(), coloursOf(options));
   else if (options.kind == "bars")
-    figure = measureBars(stats, variable, name, slots);
+    figure = measureBars(stats, variable, name, slots, coloursOf(options));
   else if (!dividesAWhole(stats)) {
     message = "Pies show measures that divide a whole: the indices of FAST and Sobol designs, and importance.";
     return false;
   } else
-    figure = measurePies(stats, variable, name, slots);
+    figure = measurePies(stats, variable, name, slots, coloursOf(options));
   return true;
 }
 

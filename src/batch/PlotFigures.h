@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "plots/ColourSet.h"
 #include "plots/Figure.h"
 #include "plots/RunTable.h"
 
@@ -26,6 +27,9 @@ struct RunSelection {
 // A message on success is a warning: in how many runs an expression failed.
 [[nodiscard]] bool readRunSelection(const PlotOptions& options, const ProjectConfiguration& project,
                                     RunSelection& selection, std::string& message);
+
+// The colours that the options ask for.
+ColourSet coloursOf(const PlotOptions& options);
 
 // The picture of the kind that the options ask for. False with a sentence for the user, or, where the front end has
 // shown one, an empty message.

@@ -112,6 +112,10 @@ void dropFactors(RunTable& table) {
 
 }  // namespace
 
+ColourSet coloursOf(const PlotOptions& options) {
+  return options.colours == "system" ? ColourSet::System : ColourSet::Distinct;
+}
+
 std::vector<std::int32_t> RunSelection::runs() const {
   std::vector<RunRange> all = filters;
   all.insert(all.end(), region.begin(), region.end());
@@ -155,7 +159,7 @@ bool makeRunFigure(const PlotOptions& options, const RunSelection& selection, Fi
   }
   std::vector<RunRange> ranges = selection.filters;
   ranges.insert(ranges.end(), selection.region.begin(), selection.region.end());
-  figure = cobwebPlot(selection.table, ranges, options.showDropped);
+  figure = cobwebPlot(selection.table, ranges, options.showDropped, coloursOf(options));
   return true;
 }
 

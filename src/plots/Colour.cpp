@@ -7,12 +7,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr Colour ofBytes(int red, int green, int blue) {
-  constexpr int kSpread = 257;  // 255 becomes 65535
-  return {static_cast<std::uint16_t>(red * kSpread), static_cast<std::uint16_t>(green * kSpread),
-          static_cast<std::uint16_t>(blue * kSpread)};
-}
-
 struct NamedColour {
   std::string_view name;
   Colour colour;
@@ -20,24 +14,24 @@ struct NamedColour {
 
 // clang-format off
 constexpr std::array kNamedColours = {
-    NamedColour{"White",             ofBytes(255, 255, 255)},
-    NamedColour{"Red",               ofBytes(255,   0,   0)},
-    NamedColour{"Blue",              ofBytes(  0,   0, 255)},
-    NamedColour{"Green",             ofBytes(  0, 255,   0)},
-    NamedColour{"Magenta",           ofBytes(255,   0, 255)},
-    NamedColour{"Midnight blue",     ofBytes( 25,  25, 112)},
-    NamedColour{"Indian Red",        ofBytes(205,  92,  92)},
-    NamedColour{"Pale Green",        ofBytes(152, 251, 152)},
-    NamedColour{"Blue Violet",       ofBytes(138,  43, 226)},
-    NamedColour{"Medium Slate Blue", ofBytes(123, 104, 238)},
-    NamedColour{"Dark Green",        ofBytes(  0, 100,   0)},
-    NamedColour{"Dark Turquoise",    ofBytes(  0, 206, 209)},
-    NamedColour{"Gold",              ofBytes(255, 215,   0)},
-    NamedColour{"Lime Green",        ofBytes( 50, 205,  50)},
-    NamedColour{"Medium Orchid",     ofBytes(186,  85, 211)},
-    NamedColour{"Pink",              ofBytes(255, 192, 203)},
-    NamedColour{"Sienna",            ofBytes(160,  82,  45)},
-    NamedColour{"gray",              ofBytes(190, 190, 190)},
+    NamedColour{"White",             colourOfBytes(255, 255, 255)},
+    NamedColour{"Red",               colourOfBytes(255,   0,   0)},
+    NamedColour{"Blue",              colourOfBytes(  0,   0, 255)},
+    NamedColour{"Green",             colourOfBytes(  0, 255,   0)},
+    NamedColour{"Magenta",           colourOfBytes(255,   0, 255)},
+    NamedColour{"Midnight blue",     colourOfBytes( 25,  25, 112)},
+    NamedColour{"Indian Red",        colourOfBytes(205,  92,  92)},
+    NamedColour{"Pale Green",        colourOfBytes(152, 251, 152)},
+    NamedColour{"Blue Violet",       colourOfBytes(138,  43, 226)},
+    NamedColour{"Medium Slate Blue", colourOfBytes(123, 104, 238)},
+    NamedColour{"Dark Green",        colourOfBytes(  0, 100,   0)},
+    NamedColour{"Dark Turquoise",    colourOfBytes(  0, 206, 209)},
+    NamedColour{"Gold",              colourOfBytes(255, 215,   0)},
+    NamedColour{"Lime Green",        colourOfBytes( 50, 205,  50)},
+    NamedColour{"Medium Orchid",     colourOfBytes(186,  85, 211)},
+    NamedColour{"Pink",              colourOfBytes(255, 192, 203)},
+    NamedColour{"Sienna",            colourOfBytes(160,  82,  45)},
+    NamedColour{"gray",              colourOfBytes(190, 190, 190)},
 };
 
 constexpr std::array kFastSlices = {

@@ -14,6 +14,12 @@ struct Colour {
   bool operator==(const Colour&) const = default;
 };
 
+constexpr Colour colourOfBytes(int red, int green, int blue) {
+  constexpr int kSpread = 257;  // 255 becomes 65535
+  return {static_cast<std::uint16_t>(red * kSpread), static_cast<std::uint16_t>(green * kSpread),
+          static_cast<std::uint16_t>(blue * kSpread)};
+}
+
 // The value of a colour's name, "Medium Slate Blue" and the like, as the window systems have it; black for a name that
 // isn't used here.
 Colour namedColour(std::string_view name);

@@ -19,9 +19,6 @@ namespace {
 constexpr double kMostPixels = 30e6;      // 100 MB; larger layers get a lower resolution
 constexpr double kLongestSide = 32000.0;  // cairo's own limit, rounded down
 constexpr std::uint32_t kFull = 255;
-// Opacities of a single disc and a single line where many meet: alone they must still be seen.
-constexpr double kSingleDisc = 0.6;
-constexpr double kSingleLine = 0.5;
 // In files a pixel is there or not; fainter edges than this are not.
 constexpr std::uint32_t kLeastAlpha = 40;
 
@@ -87,17 +84,17 @@ PixelLayer::PixelLayer(Canvas& canvas, const Rect& area)
   pixels_.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
 }
 
-void PixelLayer::cover(const DiscCounts& discs, const Colour& colour) {
+void PixelLayer::cover(const DiscCounts& discs, const Colour& colour, double single) {
   const std::vector<std::uint32_t>& counts = discs.counts();
-  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), DiscCounts::kFull, kSingleDisc);
+  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), DiscCounts::kFull, single);
   const std::uint32_t ink = inkOf(colour);
   for (std::size_t pixel = 0; pixel < counts.size(); ++pixel)
     if (counts[pixel] != 0) mix(pixels_[pixel], ink, opacities(counts[pixel]));
 }
 
-void PixelLayer::cover(const LineCounts& lines) {
+void PixelLayer::cover(const LineCounts& lines, double single) {
   const std::vector<std::uint32_t>& counts = lines.counts();
-  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), lines.parts(), kSingleLine);
+  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), lines.parts(), single);
   for (std::size_t pixel = 0; pixel < counts.size(); ++pixel)
     if (counts[pixel] != 0) mix(pixels_[pixel], lines.inks()[pixel], opacities(counts[pixel]));
 }

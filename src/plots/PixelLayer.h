@@ -27,10 +27,11 @@ class PixelLayer {
   double pixelX(double x) const { return (x - x_) * perUnit_; }
   double pixelY(double y) const { return (y - y_) * perUnit_; }
 
-  // Discs of one colour; the more of them meet, the darker. Requires: counts of as many pixels as the layer has.
-  void cover(const DiscCounts& discs, const Colour& colour);
+  // Discs of one colour; the more of them meet, the darker. `single`: the opacity of one alone.
+  // Requires: counts of as many pixels as the layer has.
+  void cover(const DiscCounts& discs, const Colour& colour, double single);
   // Lines of a palette; where colours meet, they mix by how many lines have each.
-  void cover(const LineCounts& lines);
+  void cover(const LineCounts& lines, double single);
   // For files: an opaque straight line of whole pixels over what is there. Places are on the canvas.
   void addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour);
 

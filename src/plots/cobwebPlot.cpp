@@ -10,9 +10,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::array kClassNames = {"Red", "Blue", "Green", "Magenta", "Midnight blue"};
 constexpr std::array kClassLimits = {0.2, 0.4, 0.6, 0.8};  // of the first axis, below which a run has its colour
-constexpr const char* kMarkName = "Indian Red";
 
 struct Limits {
   double lower = 0.0;
@@ -44,22 +42,23 @@ std::uint8_t classOf(float t) {
   return number;
 }
 
-std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits, bool dropped) {
+std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits, bool dropped,
+                                  const RoleColours& colours) {
   std::vector<LegendEntry> legend;
-  const auto add = [&](const std::string& text, const char* colour) {
-    legend.push_back({text, namedColour(colour), LegendMark::Line, LineStyle::Solid});
+  const auto add = [&](const std::string& text, const Colour& colour) {
+    legend.push_back({text, colour, LegendMark::Line, LineStyle::Solid});
   };
   const auto edge = [&](std::size_t i) {
     return formNumber(limits.lower + kClassLimits[i] * (limits.upper - limits.lower), NumberForm::TwoDecimals);
   };
   if (limits.lower == limits.upper) {
-    add(name + " is the same in all runs", kClassNames.back());
+    add(name + " is the same in all runs", colours.classes.back());
   } else {
-    add(name + " below " + edge(0), kClassNames[0]);
-    for (std::size_t i = 1; i < kClassLimits.size(); ++i) add(edge(i - 1) + " to " + edge(i), kClassNames[i]);
-    add("from " + edge(kClassLimits.size() - 1), kClassNames.back());
+    add(name + " below " + edge(0), colours.classes[0]);
+    for (std::size_t i = 1; i < kClassLimits.size(); ++i) add(edge(i - 1) + " to " + edge(i), colours.classes[i]);
+    add("from " + edge(kClassLimits.size() - 1), colours.classes.back());
   }
-  if (dropped) add("filtered out", kMarkName);
+  if (dropped) add("filtered out", colours.dropped);
   return legend;
 }
 
@@ -89,7 +88,7 @@ std::vector<float> positionsOf(const RunColumn& column, const Limits& limits) {
 
 }  // namespace
 
-Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, bool showDropped) {
+Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, bool showDropped, ColourSet set) {
   constexpr double kPerAxis = 110.0;
   constexpr double kLeastWidth = 800.0;
   constexpr double kMostWidth = 16000.0;
@@ -101,19 +100,20 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
   std::vector<Limits> limits;
   for (const RunColumn& column : table.columns) limits.push_back(limitsOf(column));
   CobwebChart chart;
-  chart.markColour = namedColour(kMarkName);
-  for (const char* name : kClassNames) chart.palette.push_back(namedColour(name));
+  const RoleColours& colours = roleColours(set);
+  chart.markColour = colours.mark;
+  chart.palette.assign(colours.classes.begin(), colours.classes.end());
   for (std::size_t i = 0; i < limits.size(); ++i) {
     chart.axes.push_back(axisOf(table.columns[i], i, limits[i], filters));
     chart.axes.back().positions = positionsOf(table.columns[i], limits[i]);
   }
   for (const double value : table.columns.front().values)
     chart.colours.push_back(classOf(relativePosition(value, limits.front())));
-  chart.runs = {{}, {}, showDropped, chart.markColour};
+  chart.runs = {{}, {}, showDropped, colours.dropped};
   const std::int32_t keptRuns = markDropped(table, filters, chart.runs.dropped);
 
   if (!filters.empty()) figure.subtitle = std::to_string(keptRuns) + " of " + figure.subtitle + " within the filters";
-  figure.legend = legendOf(table.columns.front().name, limits.front(), showDropped && keptRuns < table.runs);
+  figure.legend = legendOf(table.columns.front().name, limits.front(), showDropped && keptRuns < table.runs, colours);
   figure.width = std::clamp(kPerAxis * static_cast<double>(limits.size()), kLeastWidth, kMostWidth);
   figure.charts.emplace_back(std::move(chart));
   return figure;

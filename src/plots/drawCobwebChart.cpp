@@ -16,7 +16,8 @@ namespace {
 
 constexpr double kWidestLine = 1.0;
 constexpr double kThinnestLine = 0.55;
-constexpr double kMarkedLine = 2.2;  // of a run that stands out
+constexpr double kLeastOpacity = 0.4;  // of a line alone
+constexpr double kMarkedLine = 2.2;    // of a run that stands out
 constexpr double kAxisWidth = 1.2;
 constexpr double kFilterWidth = 4.0;
 constexpr double kMarkLength = 4.0;        // of axis marks, on each side
@@ -44,6 +45,9 @@ class CobwebPainter {
 
  private:
   using Place = std::pair<double, double>;
+  struct Look {
+    double width, opacity;
+  };
 
   std::size_t classOf(std::size_t run, bool dropped) const;
   Colour colourOf(std::size_t run, bool dropped) const;
@@ -52,7 +56,7 @@ class CobwebPainter {
   double uncrowded(double size) const {
     return std::min(size, layout_.plane.width / static_cast<double>(chart_.axes.size()) * kCrowding);
   }
-  bool paintLines(const std::vector<std::size_t>& runs, bool dropped, double width, const Progress& progress) const;
+  bool paintLines(const std::vector<std::size_t>& runs, bool dropped, const Look& look, const Progress& progress) const;
   bool inkLines(const std::vector<std::size_t>& runs, bool dropped, double width, const Progress& progress) const;
   void drawFilter(std::size_t axis) const;
 
@@ -99,13 +103,15 @@ bool CobwebPainter::drawRuns(bool dropped, const Progress& progress) const {
     return progress.report(1.0);
   }
   if (runs.empty()) return true;
-  // The more lines, the thinner.
+  // The more lines, the thinner and the more translucent.
   const double crowd = static_cast<double>(limitsOf(Surface::ImageFile).lines) / static_cast<double>(shown);
   const double width = std::clamp(kWidestLine * std::pow(crowd, 0.2), kThinnestLine, kWidestLine);
-  return canvas_.isVector() ? inkLines(runs, dropped, width, progress) : paintLines(runs, dropped, width, progress);
+  if (canvas_.isVector()) return inkLines(runs, dropped, width, progress);
+  const double opacity = std::clamp(std::pow(crowd, 0.3), kLeastOpacity, 1.0);
+  return paintLines(runs, dropped, {width, opacity}, progress);
 }
 
-bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool dropped, double width,
+bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool dropped, const Look& look,
                                const Progress& progress) const {
   PixelLayer layer(canvas_, layout_.plane.grown(1.0));
   std::vector<LineCounts::Axis> axes;
@@ -122,9 +128,9 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   std::vector<Colour> palette = chart_.palette;
   palette.push_back(chart_.runs.droppedColour);
   palette.push_back(canvas_.inks().frame);
-  LineCounts lines(layer.width(), layer.height(), width * layer.perUnit());
+  LineCounts lines(layer.width(), layer.height(), look.width * layer.perUnit());
   if (!lines.count(axes, classes, palette, progress)) return false;
-  layer.cover(lines);
+  layer.cover(lines, look.opacity);
   layer.paint();
   return true;
 }

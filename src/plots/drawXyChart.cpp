@@ -25,9 +25,13 @@ constexpr double kOutlinedFrom = 3.0;          // narrower bars would be all out
 constexpr double kRing = 3.0;                  // around a point that stands out, beyond its radius
 constexpr std::size_t kPointsAtOnce = 100000;  // between two reports
 
+// More points than this let each other through. Alone they must still be seen.
+constexpr std::size_t kMostOpaquePoints = 20000;
+constexpr double kCrowdedOpacity = 0.6;
+
 // More points than this are painted as pixels.
 std::size_t mostSinglePoints(Surface surface) {
-  return surface == Surface::Screen ? 3000 : 20000;
+  return surface == Surface::Screen ? 3000 : kMostOpaquePoints;
 }
 
 // Draws the data of a plane.
@@ -54,7 +58,7 @@ class PlanePainter {
 
   void fillColumns(const Area& area) const;
   void fillBars(const Area& area) const;
-  bool countPoints(const Points& points, double radius, bool dropped, const Progress& progress) const;
+  bool countPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const;
   void ring(double x, double y, double radius) const;
 
   Canvas& canvas_;
@@ -121,8 +125,8 @@ void PlanePainter::fillBars(const Area& area) const {
 
 bool PlanePainter::drawPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const {
   if (dropped && !points.runs.showDropped) return true;
+  if (shown > mostSinglePoints(canvas_.surface())) return countPoints(points, shown, dropped, progress);
   const double radius = pointRadius(shown, canvas_.scale());
-  if (shown > mostSinglePoints(canvas_.surface())) return countPoints(points, radius, dropped, progress);
   canvas_.setColour(dropped ? points.runs.droppedColour : points.colour);
   for (std::size_t i = 0; i < std::min(points.x.size(), points.y.size()); ++i) {
     if (points.runs.isDropped(i) != dropped || !x_.holds(points.x[i]) || !y_.holds(points.y[i])) continue;
@@ -132,7 +136,8 @@ bool PlanePainter::drawPoints(const Points& points, std::size_t shown, bool drop
   return progress.report(1.0);
 }
 
-bool PlanePainter::countPoints(const Points& points, double radius, bool dropped, const Progress& progress) const {
+bool PlanePainter::countPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const {
+  const double radius = pointRadius(shown, canvas_.scale());
   PixelLayer layer(canvas_, plane_.grown(radius + 1.0));
   DiscCounts discs(layer.width(), layer.height(), radius * layer.perUnit());
   // In pixels, without a division for each. Limits that are too far apart for it are the maps' own affair.
@@ -156,7 +161,8 @@ bool PlanePainter::countPoints(const Points& points, double radius, bool dropped
     else
       discs.add(layer.pixelX(x_(x)), layer.pixelY(y_(y)));
   }
-  layer.cover(discs, dropped ? points.runs.droppedColour : points.colour);
+  layer.cover(discs, dropped ? points.runs.droppedColour : points.colour,
+              shown > kMostOpaquePoints ? kCrowdedOpacity : 1.0);
   layer.paint();
   return true;
 }

@@ -15,11 +15,6 @@ namespace tarvex {
 
 namespace {
 
-// Of the measures of a chart: apart from each other in gray too.
-constexpr std::array kColours = {"Medium Slate Blue", "Gold", "Dark Green"};
-constexpr const char* kSignificant = "Pale Green";
-constexpr const char* kInsignificant = "Indian Red";
-
 constexpr std::size_t kMostRows = 1000;  // beyond them a picture is no longer one
 
 using Column = std::vector<std::optional<double>>;
@@ -54,13 +49,13 @@ std::string threeDecimals(double value) {
   return {text, end};
 }
 
-Bar reasonBar(const IndexRecord& record) {
+Bar reasonBar(const IndexRecord& record, const Colour& colour) {
   const std::string_view kind = kindCell(record.kind);
-  return {0.0, std::string(kind.empty() ? kNotComputed : kind), namedColour("gray"), true};
+  return {0.0, std::string(kind.empty() ? kNotComputed : kind), colour, true};
 }
 
 BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& columns,
-                 const std::vector<std::size_t>& shown, std::span<const char* const> colours) {
+                 const std::vector<std::size_t>& shown, std::span<const Colour> series, const RoleColours& colours) {
   BarChart chart;
   std::vector<double> values{0.0};
   for (const std::size_t i : shown) {
@@ -73,9 +68,9 @@ BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& colum
       const std::optional<double>& value = columns[s][i];
       if (value) {
         values.push_back(*value);
-        bars.push_back({*value, measureText(*value), namedColour(colours[s % colours.size()]), false});
+        bars.push_back({*value, measureText(*value), series[s % series.size()], false});
       } else {
-        bars.push_back(reasonBar(stats.records[i]));
+        bars.push_back(reasonBar(stats.records[i], colours.without));
         if (s > 0) bars.back().text.clear();  // once is enough
       }
     }
@@ -84,13 +79,13 @@ BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& colum
   return chart;
 }
 
-// Green and red for what is significant and what isn't, where there is a test.
+// One colour for what is significant and another for what isn't, where there is a test.
 void colourBySignificance(BarChart& chart, const RegressionStats& stats, std::int32_t variable, std::int32_t measure,
-                          const std::vector<std::size_t>& shown) {
+                          const std::vector<std::size_t>& shown, const RoleColours& colours) {
   const Column flags = measureColumn(stats, variable, RegressionStats::kFlagSlots + measure);
   for (std::size_t k = 0; k < shown.size(); ++k)
     if (const std::optional<double>& flag = flags[shown[k]])
-      chart.series.front()[k].colour = namedColour(*flag == 1.0 ? kSignificant : kInsignificant);
+      chart.series.front()[k].colour = *flag == 1.0 ? colours.significant : colours.insignificant;
 }
 
 // As high and as wide as the rows and their names need.
@@ -136,12 +131,12 @@ std::string confidenceText(const RegressionStats& stats) {
 // A chart a measure, as each bar's colour is taken by its test.
 void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t variable,
                    const std::vector<std::int32_t>& slots, const std::vector<Column>& columns,
-                   const std::vector<std::size_t>& shown) {
+                   const std::vector<std::size_t>& shown, const RoleColours& colours) {
   constexpr int kMostColumns = 4;
   figure.columns = std::clamp(static_cast<int>(slots.size()), 1, kMostColumns);
   for (std::size_t s = 0; s < slots.size(); ++s) {
-    BarChart chart = chartOf(stats, {columns[s]}, shown, kColours);
-    colourBySignificance(chart, stats, variable, slots[s], shown);
+    BarChart chart = chartOf(stats, {columns[s]}, shown, colours.measures, colours);
+    colourBySignificance(chart, stats, variable, slots[s], shown, colours);
     const std::string name = measureTitle(stats, slots[s]);
     if (slots.size() > 1) chart.title = name;
     chart.values.title = name;
@@ -152,8 +147,8 @@ void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t va
   const std::string determination = determinationText(stats, variable);
   if (!determination.empty()) figure.subtitle += "; " + determination;
   if (std::ranges::any_of(slots, [&](std::int32_t slot) { return stats.hasTest(slot); }))
-    figure.legend = {{"significantly above 0 at " + confidenceText(stats), namedColour(kSignificant)},
-                     {"not significantly above 0", namedColour(kInsignificant)}};
+    figure.legend = {{"significantly above 0 at " + confidenceText(stats), colours.significant},
+                     {"not significantly above 0", colours.insignificant}};
   std::string reason;  // one is that of all
   for (const std::int32_t slot : slots)
     if (reason.empty()) reason = stats.notComputedReason(variable, slot);
@@ -162,12 +157,12 @@ void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t va
 
 // One chart with a series a measure.
 void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<std::int32_t>& slots,
-               const std::vector<Column>& columns, const std::vector<std::size_t>& shown) {
-  BarChart chart = chartOf(stats, columns, shown, kColours);
+               const std::vector<Column>& columns, const std::vector<std::size_t>& shown, const RoleColours& colours) {
+  BarChart chart = chartOf(stats, columns, shown, colours.measures, colours);
   for (std::size_t s = 0; s < slots.size(); ++s) {
     const std::string title = measureTitle(stats, slots[s]);
     figure.title += (s == 0 ? "" : ", ") + title;
-    if (slots.size() > 1) figure.legend.push_back({title, namedColour(kColours[s % kColours.size()])});
+    if (slots.size() > 1) figure.legend.push_back({title, colours.measures[s % colours.measures.size()]});
   }
   figure.charts.emplace_back(std::move(chart));
 }
@@ -175,7 +170,8 @@ void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<
 }  // namespace
 
 Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                   const std::vector<std::int32_t>& slots) {
+                   const std::vector<std::int32_t>& slots, ColourSet set) {
+  const RoleColours& colours = roleColours(set);
   Figure figure;
   figure.subtitle = variableName;
   std::vector<Column> columns;
@@ -186,9 +182,9 @@ Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const s
     return figure;
   }
   if (const auto* regression = dynamic_cast<const RegressionStats*>(&stats))
-    addRegression(figure, *regression, variable, slots, columns, shown);
+    addRegression(figure, *regression, variable, slots, columns, shown, colours);
   else
-    addSeries(figure, stats, slots, columns, shown);
+    addSeries(figure, stats, slots, columns, shown, colours);
   if (shown.size() == kMostRows && stats.records.size() > kMostRows)
     figure.subtitle += "; the " + std::to_string(kMostRows) + " largest of " + std::to_string(stats.records.size());
   sizeToRows(figure, std::get<BarChart>(figure.charts.front()).series.size());
@@ -196,7 +192,8 @@ Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const s
 }
 
 Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                    std::int32_t slot) {
+                    std::int32_t slot, ColourSet set) {
+  const RoleColours& colours = roleColours(set);
   Figure figure;
   figure.title = "Forecast";
   figure.subtitle = variableName + ", " + measureTitle(stats, slot);
@@ -207,8 +204,7 @@ Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const 
     figure.subtitle += ": no measures";
     return figure;
   }
-  constexpr std::array kColour = {"Blue Violet"};
-  BarChart chart = chartOf(stats, {column}, shown, kColour);
+  BarChart chart = chartOf(stats, {column}, shown, std::span(&colours.forecast, 1), colours);
   chart.values.form = NumberForm::ThreeDecimals;
   for (Bar& bar : chart.series.front()) bar.text = threeDecimals(bar.value);
   figure.charts.emplace_back(std::move(chart));

@@ -47,15 +47,15 @@ std::vector<NumberedValue> pieValues(const SensitivityStats& stats, std::int32_t
   return values;
 }
 
-PieChart pieOf(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot) {
+PieChart pieOf(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot, ColourSet colours) {
   PieChart pie;
   pie.title = measureTitle(stats, slot);
   pie.emptyText = "No values above 0";
-  const auto colourOf = stats.typeId() == SensitivityStats::kFast ? fastSliceColour : sliceColour;
+  const SliceList list = stats.typeId() == SensitivityStats::kFast ? SliceList::Fast : SliceList::Other;
   for (const NumberedValue& item : pieValues(stats, variable, slot))
     if (std::isfinite(item.value) && item.value > 0.0)
-      pie.slices.push_back({stats.records[item.record].name, measureText(item.value), item.value, colourOf(item.place),
-                            static_cast<std::int32_t>(item.record)});
+      pie.slices.push_back({stats.records[item.record].name, measureText(item.value), item.value,
+                            sliceColour(colours, list, item.place), static_cast<std::int32_t>(item.record)});
   return pie;
 }
 
@@ -92,7 +92,7 @@ bool dividesAWhole(const SensitivityStats& stats) {
 }
 
 Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                   const std::vector<std::int32_t>& slots) {
+                   const std::vector<std::int32_t>& slots, ColourSet colours) {
   constexpr double kWidth = 560.0;
   constexpr double kCharacter = 14.0;  // of a name on either side of the pie
   constexpr std::size_t kUsualName = 10;
@@ -102,7 +102,7 @@ Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const s
   Figure figure;
   figure.title = "Sensitivity Analysis";
   figure.subtitle = variableName;
-  for (const std::int32_t slot : slots) figure.charts.emplace_back(pieOf(stats, variable, slot));
+  for (const std::int32_t slot : slots) figure.charts.emplace_back(pieOf(stats, variable, slot, colours));
   const auto singles = std::count_if(stats.records.begin(), stats.records.end(),
                                      [](const IndexRecord& record) { return record.groupNames.size() == 1; });
   if (stats.typeId() == SensitivityStats::kSobol && singles > static_cast<std::ptrdiff_t>(kTop))
@@ -172,7 +172,7 @@ std::vector<std::pair<std::int32_t, double>> sobolTopTen(const SensitivityStats&
 }
 
 std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStats& stats, std::int32_t variable,
-                                                           const std::string& variableName) {
+                                                           const std::string& variableName, ColourSet colours) {
   std::vector<std::pair<std::string, Figure>> figures;
   const std::vector<MeasureChoice> choices = measureChoices(stats);
   std::vector<std::int32_t> slots;
@@ -181,13 +181,13 @@ std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStat
     figures.emplace_back("plane", morrisPlane(stats, variable, variableName));
 
   if (dividesAWhole(stats) && choices.size() == 2)
-    figures.emplace_back("indices", measureBars(stats, variable, variableName, slots));
+    figures.emplace_back("indices", measureBars(stats, variable, variableName, slots, colours));
   else
     for (const MeasureChoice& choice : choices)
-      figures.emplace_back(choice.word, measureBars(stats, variable, variableName, {choice.slot}));
+      figures.emplace_back(choice.word, measureBars(stats, variable, variableName, {choice.slot}, colours));
 
   if (isByTerm(stats)) slots = {SobolStats::kIndex, SobolStats::kTotal};
-  if (dividesAWhole(stats)) figures.emplace_back("pies", measurePies(stats, variable, variableName, slots));
+  if (dividesAWhole(stats)) figures.emplace_back("pies", measurePies(stats, variable, variableName, slots, colours));
   return figures;
 }
 

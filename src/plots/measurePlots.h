@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "plots/ColourSet.h"
 #include "plots/Figure.h"
 
 namespace tarvex {
@@ -32,15 +33,15 @@ bool dividesAWhole(const SensitivityStats& stats);
 // A bar a factor (group, term), green where significantly above 0 and red where not; one colour where there is no test.
 // Measures of first and total order share a figure when `slots` names both.
 Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                   const std::vector<std::int32_t>& slots);
+                   const std::vector<std::int32_t>& slots, ColourSet colours = ColourSet::Distinct);
 // Shares of the positive values, for measures that divide a whole: indices of FAST and Sobol, importance.
 Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                   const std::vector<std::int32_t>& slots);
+                   const std::vector<std::int32_t>& slots, ColourSet colours = ColourSet::Distinct);
 // The plane of Morris: mean of the absolute effects against their spread, a labelled point a factor.
 Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName);
 // The values of one measure beside the factors' names, uncertain factors only.
 Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                    std::int32_t slot);
+                    std::int32_t slot, ColourSet colours = ColourSet::Distinct);
 
 // Up to ten records of one factor, upwards by their first (slot 0) or total (slot 1) value: number of the record and
 // value. What is no number comes last.
@@ -49,6 +50,7 @@ std::vector<std::pair<std::int32_t, double>> sobolTopTen(const SensitivityStats&
 
 // All pictures of a variable's measures, each with a word for its file name.
 std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStats& stats, std::int32_t variable,
-                                                           const std::string& variableName);
+                                                           const std::string& variableName,
+                                                           ColourSet colours = ColourSet::Distinct);
 
 }  // namespace tarvex

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "correlation/CorrelationPreview.h"
 #include "plots/Ticks.h"
@@ -17,7 +18,9 @@ Figure pointsFigure(const std::string& xName, const std::vector<double>& x, cons
   XyChart chart;
   chart.x = axisOver(xName, x, NumberForm::ThreeDecimals);
   chart.y = axisOver(yName, y, NumberForm::ThreeDecimals);
-  chart.layers.emplace_back(Points{x, y, namedColour("Medium Slate Blue")});
+  RunMarks marks;
+  marks.droppedColour = roleColours(ColourSet::Distinct).dropped;
+  chart.layers.emplace_back(Points{x, y, namedColour("Medium Slate Blue"), std::move(marks)});
   Figure figure;
   figure.width = figure.height = kSquareSize;
   figure.charts.emplace_back(std::move(chart));

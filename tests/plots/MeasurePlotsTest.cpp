@@ -54,7 +54,7 @@ TEST(MeasureBars, showSignificanceAndTheReasonsForNoMeasure) {
                                           {"x2", kUncertain, regressionValues(0.0)},
                                           {"x3", kUncertain, regressionValues(0.0)}});
   stats.records[5].values[RegressionStats::kSlots + RegressionStats::kSrc] = kNan;
-  const Figure figure = measureBars(stats, 1, "Y[max]", {RegressionStats::kSrc});
+  const Figure figure = measureBars(stats, 1, "Y[max]", {RegressionStats::kSrc}, ColourSet::System);
   EXPECT_EQ(figure.title, "Value of the SRCs vs. selected factors");
   const std::vector<Bar>& bars = barsOf(figure).series.at(0);
   EXPECT_THAT(barsOf(figure).categories, ElementsAre("x1", "k", "r", "c", "x2", "x3"));
@@ -67,7 +67,7 @@ TEST(MeasureBars, showSignificanceAndTheReasonsForNoMeasure) {
   EXPECT_THAT(wordsOf(stats), ElementsAre("pear", "spea", "pcc", "prcc", "src", "srrc", "smirnov"));
   EXPECT_EQ(measureBars(stats, 1, "Y", {0, 1}).charts.size(), 2u);
 
-  const Figure forecast = forecastBars(stats, 1, "Y", RegressionStats::kPcc);
+  const Figure forecast = forecastBars(stats, 1, "Y", RegressionStats::kPcc, ColourSet::System);
   EXPECT_EQ(forecast.title + "|" + forecast.subtitle, "Forecast|Y, PCC");
   EXPECT_THAT(barsOf(forecast).categories, ElementsAre("x1", "x2", "x3"));
   EXPECT_EQ(barsOf(forecast).series[0][0].text, "0.300");
@@ -109,7 +109,7 @@ TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
   const auto stats = resultOf<ImportanceStats>(rows);
   EXPECT_THAT(wordsOf(stats), ElementsAre("importance", "pies"));
   EXPECT_GT(measureBars(stats, 1, "Y", {0}).height, 371 * 16.0);
-  const PieChart pie = std::get<PieChart>(measurePies(stats, 1, "Y", {0}).charts.front());
+  const PieChart pie = std::get<PieChart>(measurePies(stats, 1, "Y", {0}, ColourSet::System).charts.front());
   EXPECT_EQ(pie.slices.size(), 370u) << "a share of nothing has no slice";
   EXPECT_EQ(pie.slices[0].colour, sliceColour(1)) << "a factor's colour follows its place";
   EXPECT_EQ(pie.slices[11].colour, Colour{});
@@ -124,7 +124,7 @@ TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
 TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   const auto fast = resultOf<FastStats>(
       {{"k", FactorKind::Constant, {0.0, 0.0}}, {"x1", kUncertain, {-0.1, 0.5}}, {"x2", kUncertain, {0.25, kNan}}});
-  const Figure figure = measurePies(fast, 1, "Y", {0, 1});
+  const Figure figure = measurePies(fast, 1, "Y", {0, 1}, ColourSet::System);
   const auto& first = std::get<PieChart>(figure.charts.at(0));
   ASSERT_EQ(first.slices.size(), 1u);
   EXPECT_EQ(first.slices[0].label + first.slices[0].text, "x20.2500");
@@ -139,7 +139,7 @@ TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   for (const auto& [record, value] : sobolTopTen(sobol, 1, 0)) numbers.push_back(record);
   EXPECT_THAT(numbers, ElementsAre(6, 12, 5, 11, 10, 3, 9, 2, 8, 1)) << "the smallest first, what is no number last";
   EXPECT_THAT(sobolTopTen(sobol, 2, 0), IsEmpty());
-  const auto pie = std::get<PieChart>(measurePies(sobol, 1, "Y", {1}).charts.front());
+  const auto pie = std::get<PieChart>(measurePies(sobol, 1, "Y", {1}, ColourSet::System).charts.front());
   EXPECT_EQ(pie.slices.size(), 10u);
   EXPECT_EQ(pie.slices[0].colour, sliceColour(0));
 }

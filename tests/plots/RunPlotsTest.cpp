@@ -92,7 +92,7 @@ TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
   // Limits in single precision: 0.2 is not below 0.2.
   const RunTable table =
       tableOf({{0.0, 0.19, 0.2, 0.4, 0.6, 0.8, 1.0, kNan}, {7, 7, 7, 7, 7, 7, 7, 7}, {8, 7, 6, 5, 4, 3, 2, 1}});
-  const Figure all = cobwebPlot(table, {});
+  const Figure all = cobwebPlot(table, {}, false, ColourSet::System);
   const auto& chart = std::get<CobwebChart>(all.charts.front());
   EXPECT_THAT(chart.colours, ElementsAre(0, 0, 1, 2, 3, 4, 4, 4));
   const char* names[] = {"Red", "Blue", "Green", "Magenta", "Midnight blue"};
@@ -103,8 +103,12 @@ TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
   EXPECT_TRUE(std::isnan(chart.axes[0].positions[7]));
   EXPECT_EQ(all.legend.size(), 5u);
 
+  const std::vector<Colour> distinct = std::get<CobwebChart>(cobwebPlot(table, {}).charts.front()).palette;
+  EXPECT_TRUE(std::is_sorted(distinct.begin(), distinct.end(),
+                             [](const Colour& a, const Colour& b) { return a.green < b.green; }));
+
   const std::vector<RunRange> filters{{2, 3.0, 6.0, true}, {2, 4.0, 99.0, true}};
-  const Figure kept = cobwebPlot(table, filters);
+  const Figure kept = cobwebPlot(table, filters, false, ColourSet::System);
   const RunMarks& marks = std::get<CobwebChart>(kept.charts.front()).runs;
   EXPECT_THAT(marks.dropped, ElementsAre(1, 1, 0, 0, 0, 1, 1, 1));
   EXPECT_TRUE(!marks.showDropped && marks.droppedColour == namedColour("Indian Red"));

@@ -48,14 +48,10 @@ void expectNoOverlaps(std::size_t count, double width) {
   }
 }
 
-TEST(LabelPlacement, nothingOverlaps) {
+TEST(LabelPlacement, nothingOverlapsAndAllIsPlacedWhereThereIsRoom) {
   for (const auto& [count, width] : {std::pair(20, 210.0), {371, 30.0}, {2000, 30.0}})
     expectNoOverlaps(static_cast<std::size_t>(count), width);
-}
-
-TEST(LabelPlacement, allIsPlacedWhereThereIsRoom) {
-  const std::vector<LabelToPlace> labels = randomLabels(40, 30.0);
-  const std::vector<PlacedLabel> placed = placeLabels(labels, kRadius, kBounds);
+  const std::vector<PlacedLabel> placed = placeLabels(randomLabels(40, 30.0), kRadius, kBounds);
   EXPECT_TRUE(std::all_of(placed.begin(), placed.end(), [](const PlacedLabel& label) { return label.placed; }));
 }
 

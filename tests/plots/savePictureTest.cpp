@@ -13,7 +13,6 @@
 #include "plots/FigureLayout.h"
 #include "plots/SampleFigures.h"
 #include "plots/drawFigure.h"
-#include "support/FailingCalls.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
@@ -75,19 +74,6 @@ TEST(SavePicture, sameFigureSameBytes) {
     for (const auto& [suffix, format] : kFormats) {
       EXPECT_TRUE(renderPicture(figure, format) == renderPicture(figure, format)) << name << suffix;
     }
-  }
-}
-
-TEST(SavePicture, failedWriteKeepsTheOldFile) {
-  const TempDirectory directory;
-  const std::string path = directory.file("a.svg");
-  writeFile(path, "old");
-  for (const FailingCalls::Call call : {FailingCalls::kWrite, FailingCalls::kFsync, FailingCalls::kRename}) {
-    FailingCalls calls;
-    calls.fail(call, 1);
-    EXPECT_FALSE(savePicture(path, figureOf({pie(3, "")}), PictureFormat::Svg));
-    EXPECT_EQ(readFile(path), "old");
-    EXPECT_EQ(directory.entries().size(), 1U);
   }
 }
 
