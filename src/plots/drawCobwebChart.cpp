@@ -89,7 +89,8 @@ bool CobwebPainter::drawRuns(bool dropped, const Progress& progress) const {
   if (dropped && !chart_.runs.showDropped) return true;
   std::vector<std::size_t> runs;
   std::size_t shown = 0;  // in both layers: they look alike
-  for (std::size_t run = 0; run < chart_.runCount(); ++run) {
+  const std::size_t count = chart_.runCount();
+  for (std::size_t run = 0; run < count; ++run) {
     const bool isDropped = chart_.runs.isDropped(run);
     if (isDropped == dropped) runs.push_back(run);
     if (!isDropped || chart_.runs.showDropped) ++shown;
@@ -197,7 +198,8 @@ void CobwebPainter::drawOverlay() const {
   for (std::size_t axis = 0; axis < layout_.axes.size(); ++axis) drawFilter(axis);
   if (!canvas_.marksAny()) return;
   canvas_.setColour(canvas_.inks().text);
-  for (std::size_t run = 0; run < chart_.runCount(); ++run)
+  const std::size_t count = chart_.runCount();
+  for (std::size_t run = 0; run < count; ++run)
     if (canvas_.isMarked(chart_.runs.numberOf(run)))
       strokePolyline(canvas_, layout_.plane, polyline(run), kMarkedLine * canvas_.scale(), LineStyle::Solid);
 }

@@ -126,7 +126,8 @@ void offerGap(const CobwebChart& chart, const CobwebLayout& layout, std::size_t 
   const float* from = chart.axes[axis].positions.data();
   const float* to = chart.axes[axis + 1].positions.data();
   const double square = pointer.reach * pointer.reach;
-  for (std::size_t run = 0; run < chart.runCount(); ++run) {
+  const std::size_t runs = chart.runCount();
+  for (std::size_t run = 0; run < runs; ++run) {
     const double y0 = left(from[run]);
     const double y1 = right(to[run]);
     // The distance from the line without its ends, squared.
