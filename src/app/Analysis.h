@@ -1,36 +1,18 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <vector>
+#include "app/PostProcessor.h"
 
 namespace tarvex {
 
 class FrontEnd;
-class ProjectConfiguration;
 
-// What an analysis of a finished run is to compute.
-struct AnalysisRequest {
-  std::vector<std::string> variables;  // empty: every output, at its maximum where it has a time axis
-  bool uncertainty = true;
-  bool sensitivity = true;
-  std::optional<double> tchebyConfidence;      // level of both bounds on the mean
-  std::optional<double> kolmogorovConfidence;  // level of the other
-  std::optional<double> alpha;                 // confidence of the significance tests
-};
-
-// Selects the variables, computes what is asked and stores it in the project's post-processor part. A block that isn't
-// asked for stays where it still fits the selection and is otherwise left as not computed. False, with the message
-// shown and the project as it was, when the request can't be met.
+// What a post-processor computes, under a display of progress and with its messages shown. Each is false, with the
+// project as it was, when it can't be done or was stopped. The first is for a project that a controller owns, the
+// others make the post-processor of a project that none does.
+[[nodiscard]] bool analyse(PostProcessor& postProcessor, const AnalysisRequest& request, FrontEnd& frontEnd);
 [[nodiscard]] bool analyse(ProjectConfiguration& project, const AnalysisRequest& request, FrontEnd& frontEnd);
-
-// Computes of the selected variables what the project lacks, statistics or measures, and leaves what it has. As
-// analyse().
 [[nodiscard]] bool completeAnalysis(ProjectConfiguration& project, FrontEnd& frontEnd);
-// Sees to it that the measures of a variable are there, computed if the project lacks them; `place` becomes its place
-// among the analysed ones. An empty text: of the first one that is analysed. As analyse().
-[[nodiscard]] bool provideMeasures(ProjectConfiguration& project, const std::string& variable, FrontEnd& frontEnd,
+[[nodiscard]] bool provideMeasures(ProjectConfiguration& project, const std::string& name, FrontEnd& frontEnd,
                                    std::int32_t& place);
 
 }  // namespace tarvex

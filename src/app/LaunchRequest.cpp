@@ -46,7 +46,7 @@ void LaunchRequest::takeLine(const std::string& line) {
   takeText("External model output file:", outputFile_);
 }
 
-bool LaunchRequest::open(const File& file, RunController& controller) {
+Outcome LaunchRequest::open(const File& file, RunController& controller) {
   switch (file.kind) {
     case FileKind::SavedSample:
       return controller.loadSampleFile(file.path);
@@ -59,19 +59,20 @@ bool LaunchRequest::open(const File& file, RunController& controller) {
 }
 
 bool LaunchRequest::applyModel(RunController& controller) const {
+  Outcome accepted = Outcome::Done;
   if (!outputFile_.empty()) {
-    ModelConfiguration model;  // its kind stays: nothing is to be started
-    model.choice.setExternal(executable_, outputFile_, executable_ == kSpreadsheet ? 1 : 0);
-    controller.project.setModel(std::move(model));
+    ModelChoice model;  // its kind stays: nothing is to be started
+    model.setExternal(executable_, outputFile_, executable_ == kSpreadsheet ? 1 : 0);
+    accepted = controller.acceptModel(std::move(model), RunController::Edit::AtStart);
   }
   auto internal = std::make_unique<InternalModel>();
   std::string message;
   if (!internalModel_.empty() && loadModelFile(internalModel_, *internal, message)) {
-    ModelConfiguration model;
-    model.choice.setInternalModel(std::move(internal));
-    controller.project.setModel(std::move(model));
+    ModelChoice model;
+    model.setInternalModel(std::move(internal));
+    accepted = controller.acceptModel(std::move(model), RunController::Edit::AtStart);
   }
-  return controller.project.hasModel;
+  return accepted == Outcome::Done && controller.project().hasModel;
 }
 
 }  // namespace tarvex

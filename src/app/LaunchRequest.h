@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "app/Outcome.h"
+
 namespace tarvex {
 
 class RunController;
@@ -22,7 +24,7 @@ class LaunchRequest {
 
   // The files to open one after the other, before the model. open() does so as the user would and says what failed.
   const std::vector<File>& files() const { return files_; }
-  static bool open(const File& file, RunController& controller);
+  static Outcome open(const File& file, RunController& controller);
 
   // Puts the model into the project, an internal one rather than an external one; an internal model that can't be read
   // is passed over in silence. True when the project has a model afterwards.

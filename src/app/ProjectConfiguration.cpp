@@ -5,6 +5,7 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "sampling/SampleFiles.h"
 
 namespace tarvex {
 
@@ -21,10 +22,33 @@ void writeHeading(TextWriter& out, std::string_view heading, bool present) {
   out << (present ? "" : "No ") << heading << '\n';
 }
 
-// Takes the line of a heading. Any line but the heading itself stands for a section that isn't there.
-bool readHeading(TextReader& in, std::string_view heading) {
+bool isHeading(std::string_view line) {
+  for (const std::string_view heading : {kPrepHeading, kModelHeading, kVelsHeading})
+    if (line == heading || line == "No " + std::string(heading)) return true;
+  return false;
+}
+
+// Takes the line of a heading. Any line but the heading itself stands for a section that isn't there. `known` becomes
+// true for a line that only a project has.
+bool readHeading(TextReader& in, std::string_view heading, bool& known) {
   std::string line;
-  return in.readLine(line, kMaxHeading) && line == heading;
+  if (!in.readLine(line, kMaxHeading)) return false;
+  known = known || isHeading(line);
+  return line == heading;
+}
+
+// Fails the reader unless only blanks are left.
+void expectEnd(TextReader& in) {
+  std::string line;
+  while (in.ok() && !in.atEnd())
+    if (in.readLine(line, in.remaining()) && line.find_first_not_of(" \t") != std::string::npos)
+      in.refuse("expected the end of the file behind the last section");
+}
+
+// Sets apart whatever is in hand from all that was before.
+std::uint64_t nextMark() {
+  static std::uint64_t last = 0;
+  return ++last;
 }
 
 }  // namespace
@@ -32,11 +56,13 @@ bool readHeading(TextReader& in, std::string_view heading) {
 void ProjectConfiguration::setPrep(PrepConfiguration part) {
   prep = std::move(part);
   hasPrep = true;
+  sampleMark_ = nextMark();
 }
 
 void ProjectConfiguration::setModel(ModelConfiguration part) {
   model = std::move(part);
   hasModel = true;
+  resultMark_ = nextMark();
 }
 
 void ProjectConfiguration::setVels(VelsConfiguration part) {
@@ -65,18 +91,33 @@ void ProjectConfiguration::resetAll() {
   resetVels();
 }
 
+void ProjectConfiguration::dropResults() {
+  model.results.clear();
+  resetVels();
+  resultMark_ = nextMark();
+}
+
+void ProjectConfiguration::markResults() {
+  resultMark_ = sampleMark_;
+}
+
 void ProjectConfiguration::assign(ProjectConfiguration other) {
   resetAll();
   if (other.hasPrep) setPrep(std::move(other.prep));
   if (other.hasModel) setModel(std::move(other.model));
   if (other.hasVels) setVels(std::move(other.vels));
   fileName = std::move(other.fileName);
+  sampleMark_ = other.sampleMark_;
+  resultMark_ = other.resultMark_;
 }
 
-bool ProjectConfiguration::load(const std::string& path) {
-  TextReader in = TextReader::fromFile(path);
+bool ProjectConfiguration::load(const std::string& path, const Progress& progress) {
+  TextReader in = TextReader::fromFile(path, progress);
   ProjectConfiguration loaded;
-  if (!loaded.read(in)) return false;
+  if (in.fail() || !loaded.read(in)) {
+    errorText_ = withProblem("Error reading configuration file.", in);
+    return false;
+  }
   loaded.fileName = path;
   assign(std::move(loaded));
   return true;
@@ -84,25 +125,36 @@ bool ProjectConfiguration::load(const std::string& path) {
 
 bool ProjectConfiguration::read(TextReader& in) {
   std::string rest;
-  hasPrep = readHeading(in, kPrepHeading);
+  bool known = false;
+  hasPrep = readHeading(in, kPrepHeading, known);
   if (hasPrep && (!prep.read(in) || !in.readLine(rest, kMaxHeading))) return false;
   // The record of a model begins with a line of its own, in other files the empty one that ends the sample's record;
   // here its reader takes the heading for it.
   hasModel = in.peekLine(kMaxHeading) == kModelHeading;
-  if (hasModel ? !model.read(in) || !in.readLine(rest, kMaxHeading) : !in.readLine(rest, kMaxHeading)) return false;
-  hasVels = readHeading(in, kVelsHeading);
+  if (!hasModel)
+    readHeading(in, kModelHeading, known);
+  else if (!model.read(in) || !in.readLine(rest, kMaxHeading))
+    return false;
+  hasVels = readHeading(in, kVelsHeading, known);
   if (hasVels && !vels.load(in)) return false;
+  if (in.ok() && !known && !hasModel) return in.refuse("none of the file's first lines announces a section");
+  expectEnd(in);
   return in.ok();
 }
 
-bool ProjectConfiguration::save(const std::string& path) {
+bool ProjectConfiguration::save(const std::string& path, const Progress& progress) {
   fileName = path;
-  return save();
+  return save(progress);
 }
 
-bool ProjectConfiguration::save() const {
-  if (fileName == kNoFile) return false;
+bool ProjectConfiguration::save(const Progress& progress) {
+  errorText_ = "Error trying to write to the Tarvex configuration file.\nIs it locked by another application?";
+  return fileName != kNoFile && write(progress);
+}
+
+bool ProjectConfiguration::write(const Progress& progress) {
   TextWriter out(fileName);
+  out.watch(progress, (hasPrep ? recordBytes(prep) : 0) + (hasModel ? recordBytes(model) : 0));
   writeHeading(out, kPrepHeading, hasPrep);
   if (hasPrep) prep.write(out);
   writeHeading(out, kModelHeading, hasModel);
@@ -112,7 +164,9 @@ bool ProjectConfiguration::save() const {
   }
   writeHeading(out, kVelsHeading, hasVels);
   if (hasVels) vels.save(out);
-  return out.commit();
+  if (out.commit()) return true;
+  errorText_ += "\n" + out.problem();
+  return false;
 }
 
 }  // namespace tarvex

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
+#include "base/Progress.h"
 #include "model/ModelConfiguration.h"
 #include "postproc/VelsConfiguration.h"
 #include "sampling/PrepConfiguration.h"
@@ -25,6 +27,9 @@ class ProjectConfiguration {
   bool hasVels = false;
   std::string fileName = kNoFile;
 
+  // Sample and results belong together by the run of generation and model that made them. Whoever replaces one of them
+  // through these operations parts them, until markResults() says that the results are those of the sample in hand.
+  // What a file holds, and what was put into the fields as it was read, belongs together.
   void setPrep(PrepConfiguration part);
   void setModel(ModelConfiguration part);
   void setVels(VelsConfiguration part);
@@ -32,20 +37,30 @@ class ProjectConfiguration {
   void resetModel();
   void resetVels();
   void resetAll();
+  void dropResults();  // and the measures with them; the model's choice stays
+  void markResults();
+  bool resultsBelong() const { return sampleMark_ == resultMark_; }
 
   // Takes the other's file name and the parts that it has; the others are reset.
   void assign(ProjectConfiguration other);
 
-  // The project file (.psc). On failure the object stays as it was, but the remembered directories may have become
-  // those of the records that were read.
-  [[nodiscard]] bool load(const std::string& path);
+  // The project file (.psc). On failure or a stop the object stays as it was, but the remembered directories may have
+  // become those of the records that were read.
+  [[nodiscard]] bool load(const std::string& path, const Progress& progress = {});
   // On failure the old file stays as it was. The path becomes the file name either way; without one the project is
   // written under its file name, and not at all while it has none.
-  [[nodiscard]] bool save(const std::string& path);
-  [[nodiscard]] bool save() const;
+  [[nodiscard]] bool save(const std::string& path, const Progress& progress = {});
+  [[nodiscard]] bool save(const Progress& progress = {});
+  // Why the last load() or save() failed.
+  const std::string& errorText() const { return errorText_; }
 
  private:
   bool read(TextReader& in);
+  bool write(const Progress& progress);
+
+  std::uint64_t sampleMark_ = 0;
+  std::uint64_t resultMark_ = 0;
+  std::string errorText_ = "No errors";
 };
 
 }  // namespace tarvex

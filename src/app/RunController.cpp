@@ -2,13 +2,16 @@
 
 #include "app/ExternalRun.h"
 #include "app/FrontEnd.h"
+#include "app/LongOperation.h"
+#include "app/RunControllerScope.h"
+#include "app/SampleOnDisk.h"
+#include "base/Paths.h"
 #include "base/TextWriter.h"
 #include "model/InternalRun.h"
 #include "model/OfficeApplication.h"
 #include "model/OutputFileStamp.h"
 #include "model/SpreadsheetRun.h"
 #include "model/linkWarning.h"
-#include "sampling/FastSampler.h"
 #include "sampling/SampleFiles.h"
 
 namespace tarvex {
@@ -16,18 +19,7 @@ namespace tarvex {
 namespace {
 
 constexpr std::int32_t kDone = 100;
-
-// Holds `busy` for the time of an operation, however it ends.
-class BusyScope {
- public:
-  explicit BusyScope(bool& busy) : busy_(busy) { busy_ = true; }
-  ~BusyScope() { busy_ = false; }
-  BusyScope(const BusyScope&) = delete;
-  BusyScope& operator=(const BusyScope&) = delete;
-
- private:
-  bool& busy_;
-};
+const std::string kSampleNotWritten = "Error trying to write to the Sample file.\nIs it locked by another application?";
 
 }  // namespace
 
@@ -35,58 +27,49 @@ RunController::RunController(FrontEnd& frontEnd)
     : makeSpreadsheetApplication([](auto serve) { return std::make_unique<OfficeApplication>(std::move(serve)); }),
       frontEnd_(frontEnd) {}
 
-bool RunController::fail(const std::string& text, const std::string& title) {
-  frontEnd_.message(MessageKind::Error, title, text);
-  return false;
-}
-
-bool RunController::canGenerate() {
-  Sampler* sampler = project.prep.sampler.get();
-  if (sampler == nullptr || sampler->numSamples == 0) {
-    frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
-    return false;
-  }
-  auto* fast = dynamic_cast<FastSampler*>(sampler);
-  if (fast != nullptr && !fast->checkSampleSize(project.prep.factors.correlatableCount())) {
-    frontEnd_.message(MessageKind::Warning, "Warning", fast->errorText);
-    return false;
-  }
-  return true;
-}
-
-bool RunController::generateSample() {
-  if (busy) return true;
-  if (!canGenerate()) return false;
-  if (project.prep.samples.rows() > 0 && !sampleStale &&
+Outcome RunController::generateSample(OldSample old) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  if (const std::string reason = whyNotGenerate(); !reason.empty()) return warn(reason);
+  if (project_.prep.samples.rows() > 0 && !sampleStale_ && old == OldSample::Ask &&
       !frontEnd_.question("Warning",
                           "One sample set already exists.\n Do you want to delete the existing one and create a new "
                           "one now?",
                           "Yes", "No"))
-    return true;
+    return Outcome::Done;
 
-  const BusyScope scope(busy);
-  frontEnd_.openProgress("Sample generation", project.prep.sampler->numSamples);
+  const BusyScope inProgress(*this);
+  frontEnd_.openProgress("Sample generation", project_.prep.sampler->numSamples);
   frontEnd_.progress(0);
-  frontEnd_.status("Output file: " + project.prep.sampleFile);
-  const bool done = driveGeneration() && writeSample();
-  if (!done) return false;
-  modified = true;
-  sampleStale = false;
-  for (const std::string& text : {project.prep.warnings(), project.prep.relationFailures()})
-    if (!text.empty()) frontEnd_.message(MessageKind::Warning, "Warning", text);
-  return true;
+  frontEnd_.status("Output file: " + project_.prep.sampleFile);
+  if (!driveGeneration() || !writeSample()) return Outcome::Refused;
+  setFlag(sampleStale_, false);
+  if (const std::string text = project_.prep.relationFailures(); !text.empty())
+    frontEnd_.message(MessageKind::Warning, "Warning", text);
+  return Outcome::Done;
 }
 
-// Generation to 100 percent, in steps of one. On failure or stop the progress display is gone and the sample empty.
+// Generation to 100 percent, in steps of one. From its start on the old sample is gone, and with it what was computed
+// from it. On failure or stop the progress display is gone and the sample empty.
 bool RunController::driveGeneration() {
-  PrepConfiguration& prep = project.prep;
+  PrepConfiguration& prep = project_.prep;
   if (!canWriteFile(prep.sampleFile)) {
-    fail("Error trying to write to the Sample file.\nIs it locked by another application?");
+    refuse(kSampleNotWritten);
     frontEnd_.closeProgress();
     return false;
   }
+  if (!prep.prepareGeneration()) {
+    frontEnd_.closeProgress();
+    return refuse(prep.errorText());
+  }
+  dropResults();
+  heldPath_.clear();
+  note(Change::Prep);
+  setFlag(modified_, true);
+  setFlag(sampleStale_, true);
+  if (!prep.warnings().empty()) frontEnd_.message(MessageKind::Warning, "Warning", prep.warnings());
   std::int32_t target = 1;
-  std::int32_t percent = prep.prepareGeneration() ? prep.generate(target) : -1;
+  std::int32_t percent = prep.generate(target);
   while (percent >= 0 && percent < kDone) {
     frontEnd_.progress(percent);
     frontEnd_.drainEvents();
@@ -98,60 +81,85 @@ bool RunController::driveGeneration() {
     percent = prep.generate(++target);
   }
   if (percent >= kDone) return true;
-  fail(prep.errorText());
+  refuse(prep.errorText());
   frontEnd_.closeProgress();
   prep.cancelGeneration();
   return false;
 }
 
+// Where only the file can't be written, or the user stops that, the sample is kept, as one that the file doesn't hold.
 bool RunController::writeSample() {
   frontEnd_.status("Copying data to file...");
   std::string message;
-  const bool saved = saveSampleFile(project.prep.sampleFile, project.prep, message);
+  bool saved = false;
+  bool stopped = false;
+  {
+    const LongOperation operation(frontEnd_);
+    saved = saveSampleFile(project_.prep.sampleFile, project_.prep, message, operation.progress());
+    stopped = operation.stopped();
+  }
   frontEnd_.closeProgress();
-  return saved || fail(message);
+  if (saved) holdSampleIn(project_.prep.sampleFile);
+  return saved || (!stopped && refuse(message));
 }
 
-bool RunController::runModel(bool useExistingSample) {
-  if (busy) return true;
-  if (project.model.choice.kind == kInternalModel && !linkInternalModel()) return false;
-  if (!useExistingSample && !generateSample()) return false;
-  if (project.prep.samples.rows() == 0) {
-    frontEnd_.message(MessageKind::Warning, "Warning", "  No samples to generate");
-    return false;
+void RunController::holdSampleIn(const std::string& path) {
+  heldPath_ = absolutePath(existingPath(path));
+  heldStamp_ = FileStamp(heldPath_);
+}
+
+Outcome RunController::runModel(SampleUse use) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  if (project_.model.choice.kind == kInternalModel && !linkInternalModel()) return Outcome::Refused;
+  if (use != SampleUse::Existing) {
+    const Outcome made = generateSample(use == SampleUse::Replaced ? OldSample::Replace : OldSample::Ask);
+    if (made != Outcome::Done) return made;
   }
-  const bool done = runChosenModel();
-  if (done) finishRun();
-  return done;
+  if (project_.prep.samples.rows() == 0) return warn("  No samples to generate");
+  const BusyScope inProgress(*this);
+  dropResults();
+  setFlag(modified_, true);
+  if (!runChosenModel()) {
+    project_.model.results.clear();
+    return Outcome::Refused;
+  }
+  prepareVels();
+  note(Change::Results);
+  note(Change::Measures);
+  return Outcome::Done;
 }
 
 bool RunController::runChosenModel() {
-  if (project.model.choice.kind == kInternalModel) return runInternal();
-  if (project.model.choice.spreadsheet != 0) return runSpreadsheet();
-  return (project.model.choice.kind != kExternalExecutable || runExternal()) && readOutputs();
+  if (project_.model.choice.kind == kInternalModel) return runInternal();
+  if (project_.model.choice.spreadsheet != 0) return runSpreadsheet();
+  return (project_.model.choice.kind != kExternalExecutable || runExternal()) && readOutputs();
 }
 
 bool RunController::linkInternalModel() {
-  const InternalModel* model = project.model.choice.internalModel();
-  if (model == nullptr) return fail("Error starting internal model execution");
-  if (model->numVariables() != project.prep.factors.factorCount())
-    return fail("The number of model inputs differs from the number of factors in the generated sample");
+  const InternalModel* model = project_.model.choice.internalModel();
+  if (model == nullptr) return refuse("Error starting internal model execution");
+  if (model->numVariables() != project_.prep.factors.factorCount())
+    return refuse("The number of model inputs differs from the number of factors in the generated sample");
   auto linked = std::make_unique<InternalModel>(*model);
-  if (frontEnd_.linkFactors(project.prep.factors, *linked)) project.model.choice.setInternalModel(std::move(linked));
+  if (frontEnd_.linkFactors(project_.prep.factors, *linked)) {
+    dropResults();  // those of another order
+    project_.model.choice.setInternalModel(std::move(linked));
+    note(Change::Model);
+  }
   std::vector<std::string> names;
-  for (std::int32_t i = 0; i < project.prep.factors.factorCount(); ++i)
-    names.push_back(project.prep.factors.factor(i).name);
-  const std::string warning = linkWarning(names, *project.model.choice.internalModel());
-  if (!warning.empty()) warn("Warning", warning);
+  for (std::int32_t i = 0; i < project_.prep.factors.factorCount(); ++i)
+    names.push_back(project_.prep.factors.factor(i).name);
+  if (const std::string text = linkWarning(names, *project_.model.choice.internalModel()); !text.empty())
+    frontEnd_.message(MessageKind::Warning, "Warning", text);
   return true;
 }
 
 bool RunController::runInternal() {
-  InternalModel& model = *project.model.choice.internalModel();
-  const BusyScope scope(busy);
-  InternalRun run(model, project.prep.samples, project.model.results);
-  if (!run.prepare()) return fail("Error starting internal model execution\n" + run.errorText());
-  frontEnd_.openProgress("Model execution", project.prep.samples.rows());
+  InternalModel& model = *project_.model.choice.internalModel();
+  InternalRun run(model, project_.prep.samples, project_.model.results);
+  if (!run.prepare()) return refuse("Error starting internal model execution\n" + run.errorText());
+  frontEnd_.openProgress("Model execution", project_.prep.samples.rows());
   frontEnd_.progress(0);
   frontEnd_.status("Model name:  " + model.name());
   const bool done = driveInternalRun(run);
@@ -170,65 +178,93 @@ bool RunController::driveInternalRun(InternalRun& run) {
     target += 1.0f;
     percent = run.advance(target);
   }
-  return percent >= kDone || fail(run.errorText());
+  return percent >= kDone || refuse(run.errorText());
 }
 
 bool RunController::runExternal() {
-  const ModelChoice& model = project.model.choice;
-  const BusyScope scope(busy);
-  const OutputFileStamp before(model.outputFile);
-  if (!runExternalModel(
-          {model.executable, project.prep.sampleFile, model.outputFile + ".log", modelDirectory, model.outputFile},
-          frontEnd_))
+  const ModelChoice& model = project_.model.choice;
+  if (!provideSampleFile()) return false;
+  const std::string output = absolutePath(model.outputFile);
+  const OutputFileStamp before(output);
+  if (!runExternalModel({absolutePath(model.executable), heldPath_, output + ".log", modelDirectory, output},
+                        frontEnd_))
     return false;
   const std::string problem = before.problem();
-  return problem.empty() || fail("Error reading model output file\n" + problem);
+  return problem.empty() || refuse("Error reading model output file\n" + problem);
+}
+
+// Sees to it that heldPath_ holds the sample in hand: the file that is known to, the sample file if it does, or that
+// file written anew. An external sample's source is never written.
+bool RunController::provideSampleFile() {
+  const PrepConfiguration& prep = project_.prep;
+  if (!heldPath_.empty() && heldStamp_.exists() && FileStamp(heldPath_) == heldStamp_) return true;
+  std::string message;
+  const LongOperation operation(frontEnd_, "Sample file", prep.samples.rows());
+  if (fileHoldsSample(prep.sampleFile, prep, operation.progress())) {
+    holdSampleIn(prep.sampleFile);
+    return true;
+  }
+  if (operation.stopped()) return false;
+  if (prep.external == 1)
+    return refuse(kSampleNotWritten + ("\n" + prep.sampleFile) +
+                  " no longer holds the sample that was imported, and an imported file is never written.");
+  if (saveSampleFile(prep.sampleFile, prep, message, operation.progress())) {
+    holdSampleIn(prep.sampleFile);
+    return true;
+  }
+  return !operation.stopped() && refuse(message);
 }
 
 bool RunController::runSpreadsheet() {
   using Attendance = SpreadsheetRun::Attendance;
-  const ModelChoice& model = project.model.choice;
-  const BusyScope scope(busy);
+  ModelChoice model = project_.model.choice;
   const std::unique_ptr<SpreadsheetApplication> application = makeSpreadsheetApplication([this] {
     frontEnd_.animate();
     frontEnd_.drainEvents();
     return frontEnd_.continueRun();
   });
+  // The application has a current directory of its own.
+  model.outputFile = absolutePath(model.outputFile);
   frontEnd_.openAnimation("External model execution", model.executable, model.outputFile);
   SpreadsheetRun run(*application, userAtWorkbook ? Attendance::User : Attendance::Nobody,
-                     [this](const auto& title, const auto& text) { warn(title, text); });
-  const bool done = run.run(model, project.prep, project.model.results);
+                     [this](const auto& title, const auto& text) { tell(title, text); });
+  const bool done = run.run(model, project_.prep, project_.model.results);
   frontEnd_.closeProgress();
   const std::string detail = run.problem().empty() ? "" : '\n' + run.problem();
-  return done || fail("Error in the Excel model execution" + detail);
+  return done || refuse("Error in the Excel model execution" + detail);
 }
 
 bool RunController::readOutputs() {
-  const BusyScope scope(busy);
-  const auto tell = [this](const std::string& title, const std::string& text) { warn(title, text); };
+  const auto told = [this](const std::string& title, const std::string& text) { tell(title, text); };
   std::string problem;
-  return project.model.readModelOutput(tell, problem) || fail("Error reading model output file\n" + problem);
+  return project_.model.readModelOutput(told, problem) || refuse("Error reading model output file\n" + problem);
 }
 
-void RunController::warn(const std::string& title, const std::string& text) {
+bool RunController::refuse(const std::string& text) {
+  frontEnd_.message(MessageKind::Error, "Error", text);
+  return false;
+}
+
+void RunController::tell(const std::string& title, const std::string& text) {
   MessageKind kind = MessageKind::Error;
   if (title == "Warning") kind = MessageKind::Warning;
   if (title == "Information") kind = MessageKind::Information;
   frontEnd_.message(kind, title, text);
 }
 
-void RunController::finishRun() {
+void RunController::prepareVels() {
   VelsConfiguration vels;
   std::string message;
-  if (!vels.setOutputs(project.model.results.outputNames(), message)) warn("Error", message);
-  if (!vels.changedNames().empty()) warn("Warning", vels.changedNames());
-  vels.prepareSensitivity(project.prep.methodId());
+  if (!vels.setOutputs(project_.model.results.outputNames(), message)) refuse(message);
+  if (!vels.changedNames().empty()) frontEnd_.message(MessageKind::Warning, "Warning", vels.changedNames());
+  vels.prepareSensitivity(project_.prep.methodId());
   if (vels.sensitivity) {
-    vels.sensitivity->factorCount = project.prep.factors.factorCount();
-    vels.sensitivity->variableCount = project.model.results.outputCount();
+    vels.sensitivity->factorCount = project_.prep.factors.factorCount();
+    vels.sensitivity->variableCount = project_.model.results.outputCount();
   }
-  project.setVels(std::move(vels));
-  modified = true;
+  project_.setVels(std::move(vels));
+  project_.markResults();
+  postProcessor_.reset();
 }
 
 }  // namespace tarvex

@@ -5,8 +5,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "app/Changes.h"
+#include "app/FileStamp.h"
+#include "app/Outcome.h"
+#include "app/PostProcessor.h"
 #include "app/ProjectConfiguration.h"
+#include "sampling/PrepSettings.h"
 
 namespace tarvex {
 
@@ -17,10 +23,27 @@ class SpreadsheetApplication;
 // What a user is asked to give up.
 enum class Discard { ForProject, ForDemo, ForReset };
 
+// What a user can ask for; see RunController::whyNot().
+enum class Step {
+  EnterMonteCarlo,
+  LeaveMonteCarlo,
+  LoadFile,  // a sample, results, a project, a demonstration case
+  ConfigurePrep,
+  Generate,
+  Visualize,  // the sample
+  SelectModel,
+  Run,
+  Analyse,
+  SaveProject,
+  QuickSave,
+  SaveResults,
+  Reset
+};
+
 // Owns the project and drives everything that happens to it through a front end: files, generation of the sample, the
-// run of the model. Operations return false on failure, a refusal or a stop, with the message already shown; a failed
-// load leaves the project and the flags as they were. While a generation or run is in progress every other operation
-// returns true at once.
+// run of the model, the analysis. Every operation answers by an Outcome, with the message already shown; a failed load
+// leaves the project and the flags as they were. While one is in progress every other is Busy. Each tells what it has
+// changed, once, when it is through.
 class RunController {
  public:
   explicit RunController(FrontEnd& frontEnd);
@@ -33,56 +56,102 @@ class RunController {
   RunController(const RunController&) = delete;
   RunController& operator=(const RunController&) = delete;
 
-  ProjectConfiguration project;
-  bool busy = false;            // a generation or run is in progress
-  bool modified = false;        // the project has changes that aren't saved
-  bool sampleStale = true;      // the sampling configuration changed after the sample was made
-  bool monteCarloMode = false;  // the Monte Carlo stage has been entered
-  bool demoMode = false;        // a demonstration case is open, for reading only
-  std::string modelDirectory;   // in which an external model runs: at first mainDirectory(); empty: the current one
-  bool userAtWorkbook = true;   // a workbook is shown to a user, who computes it; else it is computed unseen
+  // To be read until the next operation.
+  const ProjectConfiguration& project() const { return project_; }
+  // To be kept: what is selected and computed now.
+  std::shared_ptr<const AnalysisSnapshot> analysis() { return postProcessor_.snapshot(); }
+  bool busy() const { return busy_; }                      // an operation is in progress
+  bool modified() const { return modified_; }              // the project has changes that aren't saved
+  bool sampleStale() const { return sampleStale_; }        // the sample is not what the settings would now give
+  bool monteCarloMode() const { return monteCarloMode_; }  // the Monte Carlo stage has been entered
+  bool demoMode() const { return demoMode_; }              // a demonstration case is open, for reading only
+  const std::string& mainDirectory() const { return mainDirectory_; }
+
+  // Why a step can't be taken now, as a sentence for the user; empty when it can. The operations ask the same question.
+  std::string whyNot(Step step) const;
+  // True when a run can start: in the Monte Carlo stage, with a pre-processor configuration and a model.
+  bool readyToRun() const { return monteCarloMode_ && project_.hasPrep && project_.hasModel; }
+  // Calls the listener after every operation that changed something, as long as the subscription is held.
+  [[nodiscard]] ChangeNotifier::Subscription subscribe(ChangeNotifier::Listener listener) {
+    return notifier_.subscribe(std::move(listener));
+  }
+
+  // How models are run.
+  std::string modelDirectory;  // in which an external one runs: at first mainDirectory(); empty: the current one
+  bool userAtWorkbook = true;  // a workbook is shown to a user, who computes it; else it is computed unseen
   // The application for models that are workbooks; it calls the operation that it is given while it works.
   std::function<std::unique_ptr<SpreadsheetApplication>(std::function<bool()> serve)> makeSpreadsheetApplication;
 
-  const std::string& mainDirectory() const { return mainDirectory_; }
-  // True when a run can start: in the Monte Carlo stage, with a pre-processor configuration and a model.
-  bool readyToRun() const { return monteCarloMode && project.hasPrep && project.hasModel; }
-
   // Files. A path that is relative is meant from the current directory at the call, wherever the load then goes.
-  bool loadSampleFile(const std::string& path);
-  bool importSampleFile(const std::string& path);
-  bool loadResultsFile(const std::string& path);
-  bool loadProject(const std::string& path);
-  // Without a path under the project's own name; false for a project that has none.
-  bool saveProject(const std::optional<std::string>& path = std::nullopt);
-  bool saveProjectAs(const std::string& path);  // as the user chose it: first sees whether a new file can be made
-  bool quickSave();                             // the same under the project's own name
+  Outcome loadSampleFile(const std::string& path);
+  Outcome importSampleFile(const std::string& path);
+  Outcome loadResultsFile(const std::string& path);
+  Outcome loadProject(const std::string& path);
+  // Without a path under the project's own name; refused for a project that has none.
+  Outcome saveProject(const std::optional<std::string>& path = std::nullopt);
+  Outcome saveProjectAs(const std::string& path);    // as the user chose it: first sees whether a new file can be made
+  Outcome quickSave();                               // the same under the project's own name
+  Outcome saveResultsFile(const std::string& path);  // the post-processor file
   // Opens a demonstration case by its name and enters the Monte Carlo stage.
-  bool openDemo(const std::string& caseName);
+  Outcome openDemo(const std::string& caseName);
 
-  // What the user accepted in a panel.
-  bool acceptPrep(PrepConfiguration part);
-  bool acceptModel(ModelChoice choice);  // the results stay
+  // What the user accepted in a panel. The sample stays as long as it is what the settings describe, and is stale in
+  // any case; the measures are dropped.
+  Outcome acceptPrep(PrepSettings settings);
+  // Takes over what is to be run. The results stay as long as that is the same model.
+  enum class Edit { ByUser, AtStart };  // at the start nothing counts as modified
+  Outcome acceptModel(ModelChoice choice, Edit edit = Edit::ByUser);
   // An empty pre-processor configuration in place of the project's.
-  bool newPrep();
-  bool clearAll();
-  bool setDemoMode(std::int32_t value);  // false: neither 0 nor 1
+  Outcome newPrep();
+  Outcome clearAll();
+  Outcome setDemoMode(std::int32_t value);  // refused: neither 0 nor 1
+  Outcome enterMonteCarlo();
+  Outcome leaveMonteCarlo();
 
-  // True when nothing unsaved is lost, or the user gives it up.
-  bool mayDiscard(Discard purpose);
-  // An external configuration can't be edited: true when there is none, or the user gave it up for an empty one.
-  bool mayEditPrep();
+  // Done when nothing unsaved is lost, or the user gives it up.
+  Outcome mayDiscard(Discard purpose);
+  // An external configuration can't be edited: Done when there is none, or the user gave it up for an empty one.
+  Outcome mayEditPrep();
 
-  // Makes the sample of the project's pre-processor configuration and writes its sample file. A sample that exists is
-  // replaced only after a question, unless it is stale; when the user keeps it the result is true.
-  bool generateSample();
+  // Makes the sample of the project's pre-processor configuration and writes its sample file; results and measures of
+  // the old one are dropped. A sample that exists is replaced only after a question, unless it is stale or the caller
+  // knows the answer; when the user keeps it nothing else happens.
+  enum class OldSample { Ask, Replace };
+  Outcome generateSample(OldSample old = OldSample::Ask);
 
-  // Runs the project's model over the sample, generating it first unless `useExistingSample`, and prepares a
-  // post-processor configuration of the run's size.
-  bool runModel(bool useExistingSample);
+  // Runs the project's model over the sample, making that first where it isn't to be used as it is, and prepares a
+  // post-processor configuration of the run's size. Results and measures of an earlier run are dropped at the start.
+  enum class SampleUse { Existing, Generated, Replaced };
+  Outcome runModel(SampleUse use);
+
+  // The analysis of the results in hand.
+  Outcome selectVariables(const std::vector<std::string>& texts);
+  Outcome setOutputWeight(std::int32_t output, float weight);
+  Outcome analyse(const AnalysisRequest& request);
 
  private:
-  bool canGenerate();
+  class Scope;
+  class BusyScope;
+
+  void note(Change change) { changes_.add(change); }
+  void announce();
+  void setFlag(bool& flag, bool value);
+  Outcome warn(const std::string& text);
+  Outcome fail(const std::string& text, const std::string& title = "Error");
+  void tell(const std::string& title, const std::string& text);
+
+  std::string whyNotGenerate() const;
+  std::string whyNotRun() const;
+  std::string whyNotSave() const;
+
+  void dropResults();
+  void adoptResults(PrepConfiguration prep, ModelConfiguration model, VelsConfiguration vels);
+  void adoptSample(PrepConfiguration prep);
+  template <class Load>
+  Outcome loadSampleBy(Load load, const std::string& path);
+  void keepDirectories() const;
+  void prepareVels();
+
   bool driveGeneration();
   bool writeSample();
   bool linkInternalModel();
@@ -92,15 +161,27 @@ class RunController {
   bool runSpreadsheet();
   bool readOutputs();
   bool runChosenModel();
-  void finishRun();
-  void warn(const std::string& title, const std::string& text);
-  bool fail(const std::string& text, const std::string& title = "Error");
-  void adoptResults(PrepConfiguration prep, ModelConfiguration model, VelsConfiguration vels);
-  void adoptSample(PrepConfiguration prep);
-  void keepDirectories() const;
+  bool provideSampleFile();
+  void holdSampleIn(const std::string& path);
+  bool refuse(const std::string& text);  // shows it; always false
 
   FrontEnd& frontEnd_;
   std::string mainDirectory_;
+  ProjectConfiguration project_;
+  PostProcessor postProcessor_{project_};
+  bool busy_ = false;
+  bool modified_ = false;
+  bool sampleStale_ = true;
+  bool monteCarloMode_ = false;
+  bool demoMode_ = false;
+  bool demoCanRun_ = true;  // the demonstration case's model comes with it
+  // The file that holds the sample in hand, as it was when that was seen; the model reads it.
+  std::string heldPath_;
+  FileStamp heldStamp_;
+
+  ChangeNotifier notifier_;
+  Changes changes_;  // not told yet
+  int depth_ = 0;    // of operations within operations
 };
 
 }  // namespace tarvex

@@ -3,7 +3,8 @@
 
 #include "app/DemoCases.h"
 #include "app/FrontEnd.h"
-#include "app/RunController.h"
+#include "app/LongOperation.h"
+#include "app/RunControllerScope.h"
 #include "base/Paths.h"
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
@@ -39,91 +40,146 @@ void RunController::keepDirectories() const {
 }
 
 void RunController::adoptSample(PrepConfiguration prep) {
-  project.setPrep(std::move(prep));
-  project.resetVels();
-  modified = false;
-  sampleStale = false;
+  dropResults();
+  project_.setPrep(std::move(prep));
+  project_.resetVels();
+  postProcessor_.reset();
+  for (const Change change : {Change::Prep, Change::Measures}) note(change);
+  setFlag(modified_, false);
+  setFlag(sampleStale_, false);
 }
 
 void RunController::adoptResults(PrepConfiguration prep, ModelConfiguration model, VelsConfiguration vels) {
-  project.setPrep(std::move(prep));
-  project.setModel(std::move(model));
-  project.setVels(std::move(vels));
-  modified = false;
-  sampleStale = false;
+  project_.setPrep(std::move(prep));
+  project_.setModel(std::move(model));
+  project_.setVels(std::move(vels));
+  project_.markResults();
+  postProcessor_.reset();
+  heldPath_.clear();
+  for (const Change change : {Change::Prep, Change::Model, Change::Results, Change::Measures}) note(change);
+  setFlag(modified_, false);
+  setFlag(sampleStale_, false);
 }
 
-bool RunController::loadSampleFile(const std::string& path) {
-  if (busy) return true;
+template <class Load>
+Outcome RunController::loadSampleBy(Load load, const std::string& path) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
   PrepConfiguration prep;
   std::string message;
-  if (!tarvex::loadSampleFile(path, prep, message)) return fail(message);
+  const std::string from = absolutePath(path);
+  {
+    const LongOperation operation(frontEnd_, "Reading a sample", 0);
+    if (!load(from, prep, message, operation.progress())) return operation.stopped() ? Outcome::Refused : fail(message);
+  }
+  if (!message.empty()) frontEnd_.message(MessageKind::Warning, "Warning", message);
   adoptSample(std::move(prep));
-  return true;
+  holdSampleIn(from);
+  return Outcome::Done;
 }
 
-bool RunController::importSampleFile(const std::string& path) {
-  if (busy) return true;
-  PrepConfiguration prep;
-  std::string message;
-  if (!loadExternalSample(absolutePath(path), prep, message)) return fail(message);
-  adoptSample(std::move(prep));
-  return true;
+Outcome RunController::loadSampleFile(const std::string& path) {
+  return loadSampleBy(tarvex::loadSampleFile, path);
 }
 
-bool RunController::loadResultsFile(const std::string& path) {
-  if (busy) return true;
+Outcome RunController::importSampleFile(const std::string& path) {
+  return loadSampleBy(loadExternalSample, path);
+}
+
+Outcome RunController::loadResultsFile(const std::string& path) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
   PrepConfiguration prep;
   ModelConfiguration model;
   VelsConfiguration vels;
   std::string message;
-  if (!loadPostProcessorFile(path, prep, model, vels, message)) return fail(message);
-  if (!message.empty()) warn("Warning", message);
+  {
+    const LongOperation operation(frontEnd_, "Reading results", 0);
+    if (!loadPostProcessorFile(path, prep, model, vels, message, operation.progress()))
+      return operation.stopped() ? Outcome::Refused : fail(message);
+  }
+  if (!message.empty()) frontEnd_.message(MessageKind::Warning, "Warning", message);
   adoptResults(std::move(prep), std::move(model), std::move(vels));
-  return true;
+  return Outcome::Done;
 }
 
-bool RunController::loadProject(const std::string& path) {
-  if (busy) return true;
+Outcome RunController::loadProject(const std::string& path) {
+  if (busy_) return Outcome::Busy;
   static constexpr const char* kTitle = "Error opening file";
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
   if (TextReader::fromFile(path).fail())
     return fail("  Error opening input file\n " + path + "\n Loading Aborted.", kTitle);
   ProjectConfiguration loaded;
-  const bool done = loaded.load(absolutePath(path));
+  bool done = false;
+  bool stopped = false;
+  {
+    const LongOperation operation(frontEnd_, "Reading a project", 0);
+    done = loaded.load(absolutePath(path), operation.progress());
+    stopped = operation.stopped();
+  }
   keepDirectories();
-  if (!done) return fail("Error reading configuration file.", kTitle);
-  project.assign(std::move(loaded));
+  if (!done) return stopped ? Outcome::Refused : fail(loaded.errorText(), kTitle);
+  project_.assign(std::move(loaded));
+  postProcessor_.reset();
+  heldPath_.clear();
+  for (const Change change : {Change::Prep, Change::Model, Change::Results, Change::Measures, Change::FileName})
+    note(change);
   // The demo mode stays: only a reset leaves it.
-  monteCarloMode = false;
-  modified = false;
-  sampleStale = false;
-  return true;
+  for (bool* flag : {&monteCarloMode_, &modified_, &sampleStale_}) setFlag(*flag, false);
+  return Outcome::Done;
 }
 
-bool RunController::saveProject(const std::optional<std::string>& path) {
-  if (busy) return true;
-  const bool saved = path ? project.save(absolutePath(*path)) : project.save();
-  modified = false;  // Kept: whatever became of the file; the user has been told.
-  return saved || fail("Error trying to write to the Tarvex configuration file.\nIs it locked by another application?");
+Outcome RunController::saveProject(const std::optional<std::string>& path) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
+  bool saved = false;
+  bool stopped = false;
+  {
+    const LongOperation operation(frontEnd_, "Writing the project", 0);
+    saved = path ? project_.save(absolutePath(*path), operation.progress()) : project_.save(operation.progress());
+    stopped = operation.stopped();
+  }
+  if (path) note(Change::FileName);
+  if (stopped && !saved) return Outcome::Refused;
+  setFlag(modified_, false);  // Kept: whatever became of the file; the user has been told.
+  return saved ? Outcome::Done : fail(project_.errorText());
 }
 
-bool RunController::saveProjectAs(const std::string& path) {
-  if (busy) return true;
+Outcome RunController::saveProjectAs(const std::string& path) {
+  if (busy_) return Outcome::Busy;
   std::error_code error;
   if (!std::filesystem::exists(path, error) && !canWriteFile(path))
     return fail("  Error writing output file\n " + path, "Write error");
   return saveProject(path);
 }
 
-bool RunController::quickSave() {
-  if (busy) return true;
-  if (!canWriteFile(project.fileName)) return fail("  Error writing output file\n " + project.fileName, "Write error");
+Outcome RunController::quickSave() {
+  if (busy_) return Outcome::Busy;
+  if (!canWriteFile(project_.fileName))
+    return fail("  Error writing output file\n " + project_.fileName, "Write error");
   return saveProject();
 }
 
-bool RunController::openDemo(const std::string& caseName) {
-  if (busy) return true;
-  if (!mayDiscard(Discard::ForDemo)) return false;
+Outcome RunController::saveResultsFile(const std::string& path) {
+  if (busy_) return Outcome::Busy;
+  if (const std::string reason = whyNotSave(); !reason.empty()) return fail(reason);
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
+  const LongOperation operation(frontEnd_, "Writing results", project_.model.results.runCount());
+  std::string message;
+  if (savePostProcessorFile(path, project_.prep, project_.model, project_.vels, message, operation.progress()))
+    return Outcome::Done;
+  return operation.stopped() ? Outcome::Refused : fail(message);
+}
+
+Outcome RunController::openDemo(const std::string& caseName) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  if (const Outcome may = mayDiscard(Discard::ForDemo); may != Outcome::Done) return may;
   const std::string path = demoFilePath(mainDirectory_, caseName);
   PrepConfiguration prep;
   ModelConfiguration model;
@@ -133,75 +189,41 @@ bool RunController::openDemo(const std::string& caseName) {
   if (!loadPostProcessorFile(path, prep, model, vels, message))
     return fail("  Error reading demo file:\n " + path, "Error initializing demo");
   adoptResults(std::move(prep), std::move(model), std::move(vels));
-  monteCarloMode = true;
-  return setDemoMode(1);
+  const DemoCase* const demo = findDemoCase(caseName);
+  demoCanRun_ = demo == nullptr || demo->canRun;
+  for (bool* flag : {&monteCarloMode_, &demoMode_}) setFlag(*flag, true);
+  return Outcome::Done;
 }
 
-bool RunController::acceptPrep(PrepConfiguration part) {
-  if (busy) return true;
-  project.setPrep(std::move(part));
-  project.resetVels();
-  modified = true;
-  sampleStale = true;
-  return true;
-}
-
-bool RunController::acceptModel(ModelChoice choice) {
-  if (busy) return true;
-  project.model.choice = std::move(choice);
-  project.hasModel = true;
-  modified = true;
-  return true;
-}
-
-bool RunController::newPrep() {
-  if (busy) return true;
-  project.setPrep({});
-  project.resetVels();
-  sampleStale = true;
-  return true;
-}
-
-bool RunController::clearAll() {
-  if (busy) return true;
-  project.resetAll();
-  sampleStale = true;
-  demoMode = false;
-  monteCarloMode = false;
-  modified = false;
-  return true;
-}
-
-bool RunController::setDemoMode(std::int32_t value) {
-  if (busy) return true;
-  if (value != 0 && value != 1) return false;
-  demoMode = value == 1;
-  return true;
-}
-
-bool RunController::mayDiscard(Discard purpose) {
-  if (busy || !modified) return true;
+Outcome RunController::mayDiscard(Discard purpose) {
+  if (busy_) return Outcome::Busy;
+  if (!modified_) return Outcome::Done;
+  const char* title = "Entering demo mode";
+  const char* text = "";
   switch (purpose) {
     case Discard::ForProject:
       // Kept: the title is that of the question below.
-      return frontEnd_.question("Entering demo mode", "  Discard current configuration\n and load a new one ?", kYes,
-                                kNo);
+      text = "  Discard current configuration\n and load a new one ?";
+      break;
     case Discard::ForDemo:
-      return frontEnd_.question("Entering demo mode", "  Discard current configuration\n and switch to demo mode ?",
-                                kYes, kNo);
+      text = "  Discard current configuration\n and switch to demo mode ?";
+      break;
     case Discard::ForReset:
+      title = "Warning";
+      text = "  Discard current configuration ?";
       break;
   }
-  return frontEnd_.question("Warning", "  Discard current configuration ?", kYes, kNo);
+  return frontEnd_.question(title, text, kYes, kNo) ? Outcome::Done : Outcome::Refused;
 }
 
-bool RunController::mayEditPrep() {
-  if (busy || project.prep.external != 1) return true;
-  return frontEnd_.question("External configuration",
-                            "An external configuration\nhas been loaded and can't be edited,\ndo you want to discard "
-                            "it?",
-                            kYes, kNo) &&
-         newPrep();
+Outcome RunController::mayEditPrep() {
+  if (busy_) return Outcome::Busy;
+  if (project_.prep.external != 1) return Outcome::Done;
+  const bool discard = frontEnd_.question("External configuration",
+                                          "An external configuration\nhas been loaded and can't be edited,\ndo you "
+                                          "want to discard it?",
+                                          kYes, kNo);
+  return discard ? newPrep() : Outcome::Refused;
 }
 
 }  // namespace tarvex

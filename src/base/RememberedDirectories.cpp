@@ -34,6 +34,10 @@ void RememberedDirectories::enterWhenSet(bool enter) {
   enterThem = enter;
 }
 
+bool RememberedDirectories::entersWhenSet() {
+  return enterThem;
+}
+
 bool RememberedDirectories::set(Kind kind, const std::string& directory) {
   const std::string path = existingPath(directory);
   if (!path.empty() && !(enterThem ? ::chdir(path.c_str()) == 0 : canEnter(path))) return false;

@@ -18,6 +18,7 @@ class RememberedDirectories {
   // Whether set() also makes the directory the process's current one, so that relative paths follow the user from
   // chooser to chooser. For who owns the session; not so at first.
   static void enterWhenSet(bool enter);
+  static bool entersWhenSet();
   // As in a fresh process, but for the current directory.
   static void forget();
 

@@ -63,11 +63,14 @@ std::string resultsText(const ModelConfiguration& model) {
   return text + '\n';
 }
 
-void describeCase(const DemoCase& demo, ProjectConfiguration& project, std::ostream& out) {
+void describeCase(const DemoCase& demo, const ProjectConfiguration& project, std::ostream& out) {
   out << "Demonstration case " << demo.name << "\n\n";
-  std::string sampleFile = std::exchange(project.prep.sampleFile, {});  // gone when the user reads this
-  printSection(out, reportDesign, project.prep);
-  project.prep.sampleFile = std::move(sampleFile);
+  PrepConfiguration prep;
+  std::string message;
+  if (prep.copyFrom(project.prep, message)) {
+    prep.sampleFile.clear();  // gone when the user reads this
+    printSection(out, reportDesign, prep);
+  }
   out << '\n';
   printSection(out, reportFactors, project.prep.factors);
   out << '\n';
@@ -81,12 +84,11 @@ void describeCase(const DemoCase& demo, ProjectConfiguration& project, std::ostr
 
 // Of a case with equations: sample and run anew. The results of the other are analysed as they were delivered.
 int carryCase(const DemoCase& demo, RunController& controller, const Console& console) {
-  ProjectConfiguration& project = controller.project;
-  if (!controller.openDemo(demo.name)) return kFailed;
+  const ProjectConfiguration& project = controller.project();
+  if (controller.openDemo(demo.name) != Outcome::Done) return kFailed;
   describeCase(demo, project, console.out);
-  controller.sampleStale = true;
-  if (demo.canRun && !controller.runModel(false)) return kFailed;
-  if (!analyse(project, AnalysisRequest(), console.frontEnd) || !console.frontEnd.continueRun()) return kFailed;
+  if (demo.canRun && controller.runModel(RunController::SampleUse::Replaced) != Outcome::Done) return kFailed;
+  if (controller.analyse(AnalysisRequest()) != Outcome::Done || !console.frontEnd.continueRun()) return kFailed;
   console.out << '\n'
               << counted(project.model.results.runCount(), "run")
               << (demo.canRun ? " made and analysed\n" : " analysed\n");

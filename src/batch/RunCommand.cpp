@@ -6,8 +6,6 @@
 #include "batch/Commands.h"
 #include "batch/TextTable.h"
 #include "model/ModelRequest.h"
-#include "postproc/PostProcessorFile.h"
-#include "sampling/SampleFiles.h"
 
 namespace tarvex {
 
@@ -35,30 +33,13 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   return false;
 }
 
-// Loads the sample and runs the model over it, both under absolute paths, whatever the model takes for its directory.
-// The records keep the paths that the user knows.
-bool runOverSample(const RunOptions& options, RunController& controller, const Console& console, std::string& message) {
-  const std::string sampleFile = absolutePath(options.sampleFile);
-  ProjectConfiguration& project = controller.project;
-  ModelChoice& model = project.model.choice;
+// Loads the sample and runs the model over it, from the current directory.
+bool runOverSample(const RunOptions& options, ModelChoice model, RunController& controller) {
   controller.modelDirectory = absolutePath(".");
   controller.userAtWorkbook = false;
-  const std::string executable = model.executable;
-  const std::string outputFile = model.outputFile;
-  if (model.spreadsheet == 0) model.executable = absolutePath(executable);
-  model.outputFile = absolutePath(outputFile);
-  if (!loadSampleFile(options.sampleFile, project.prep, message, console.watched())) {
-    message = aboutFile(message, options.sampleFile);
-    return false;
-  }
-  console.warn(std::exchange(message, {}));
-  project.hasPrep = project.hasModel = true;
-  const std::string recorded = std::exchange(project.prep.sampleFile, sampleFile);
-  if (!controller.runModel(true)) return false;
-  project.prep.sampleFile = recorded;
-  model.executable = executable;
-  model.outputFile = outputFile;
-  return true;
+  return controller.loadSampleFile(options.sampleFile) == Outcome::Done &&
+         controller.acceptModel(std::move(model)) == Outcome::Done &&
+         controller.runModel(RunController::SampleUse::Existing) == Outcome::Done;
 }
 
 // With a program, the model's output file is the program's to write.
@@ -82,16 +63,16 @@ bool checkFiles(const RunOptions& options, std::string& message) {
 
 int runRun(const RunOptions& options, const Console& console) {
   RunController controller(console.frontEnd);
-  ProjectConfiguration& project = controller.project;
+  ModelChoice model;
   std::string message;
-  if (!checkFiles(options, message)) return console.fail(message);
-  if (!chooseModel(options, project.model.choice, message)) return console.fail(message);
+  if (!checkFiles(options, message) || !chooseModel(options, model, message)) return console.fail(message);
   console.warn(std::exchange(message, {}));
-  if (!runOverSample(options, controller, console, message)) return message.empty() ? kFailed : console.fail(message);
-  if (!savePostProcessorFile(options.output, project.prep, project.model, project.vels, message, console.watched()))
-    return console.fail(message);
-  console.out << counted(project.model.results.runCount(), "run") << ", "
-              << counted(project.model.results.outputCount(), "output") << ": " << options.output << '\n';
+  if (!runOverSample(options, std::move(model), controller) ||
+      controller.saveResultsFile(options.output) != Outcome::Done)
+    return kFailed;
+  const ModelResults& results = controller.project().model.results;
+  console.out << counted(results.runCount(), "run") << ", " << counted(results.outputCount(), "output") << ": "
+              << options.output << '\n';
   return kSucceeded;
 }
 

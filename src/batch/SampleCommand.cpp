@@ -11,19 +11,19 @@ int runSample(const SampleOptions& options, const Console& console) {
   files.reads("factor file", options.factorFile);
   files.reads("file of rows", options.rowsFile.value_or(""));
   files.writes("sample file", options.output, messages::kSampleFile);
-  PrepConfiguration prep;
+  PrepSettings prep;
   std::string message;
   if (!files.check(message)) return console.fail(message);
   if (!loadFactorFile(options.factorFile, prep.factors, message)) return console.fail(message, options.factorFile);
   prep.sampler = makeSampler(options, prep.factors, message);
   if (!prep.sampler) return console.fail(message);
-  if (!prep.samples.setOrder(options.byFactor ? 1 : 0)) return console.fail(prep.samples.errorText());
+  prep.order = options.byFactor ? 1 : 0;
   prep.sampleFile = options.output;
 
   RunController controller(console.frontEnd);
-  controller.project.setPrep(std::move(prep));
-  if (!controller.generateSample()) return kFailed;
-  const PrepConfiguration& made = controller.project.prep;
+  if (controller.acceptPrep(std::move(prep)) != Outcome::Done || controller.generateSample() != Outcome::Done)
+    return kFailed;
+  const PrepConfiguration& made = controller.project().prep;
   console.out << counted(made.samples.rows(), "run") << " of " << counted(made.samples.columns(), "factor")
               << ", method " << made.sampler->methodName;
   if (takesSeed(made.sampler->methodId)) console.out << ", seed " << made.sampler->seed;

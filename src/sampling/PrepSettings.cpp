@@ -16,7 +16,13 @@ std::string textOf(const FactorList& factors, const Sampler* sampler) {
   TextWriter out;
   out.setPrecision(kEveryDigit);
   factors.write(out);
-  if (sampler != nullptr) sampler->write(out);
+  if (sampler == nullptr) return out.ok() ? out.text() : std::string();
+  // A generation counts the factors; settings from a panel may not have come so far.
+  std::string message;
+  const std::unique_ptr<Sampler> counted = sampler->clone(message);
+  if (!counted) return {};
+  counted->setNumFactors(factors.factorCount());
+  counted->write(out);
   return out.ok() ? out.text() : std::string();
 }
 

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "app/Analysis.h"
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
 #include "factors/Uniform.h"
@@ -26,46 +25,47 @@ class External : public testing::Test {
  protected:
   void SetUp() override {
     std::filesystem::create_directory(working_);
-    PrepConfiguration prep;
+    PrepSettings prep;
     auto factor = std::make_unique<Uniform>();
     factor->name = "a";
     prep.factors.addFactor(std::move(factor));
     prep.sampler = std::make_unique<RandomSampler>();
     ASSERT_TRUE(prep.sampler->setSamples(3));
     prep.sampleFile = file("in.sam");
-    controller_.project.setPrep(std::move(prep));
-    ASSERT_TRUE(controller_.generateSample());
+    ASSERT_EQ(controller_.acceptPrep(std::move(prep)), Outcome::Done);
+    ASSERT_EQ(controller_.generateSample(), Outcome::Done);
     frontEnd_ = {};
     setModel(file("model"));
     controller_.modelDirectory = directory_.path();
     descriptors_ = test::openDescriptors();
   }
   void TearDown() override {
-    EXPECT_FALSE(controller_.busy);
+    EXPECT_FALSE(controller_.busy());
     EXPECT_FALSE(test::hasChildren());
     EXPECT_EQ(test::openDescriptors(), descriptors_);
     EXPECT_TRUE(std::filesystem::is_empty(working_));
   }
 
   void setModel(const std::string& executable) {
-    ModelConfiguration model;
-    model.choice.setExternal(executable, file("model.out"), 0);
-    model.choice.kind = kExternalExecutable;
-    controller_.project.setModel(std::move(model));
+    ModelChoice model;
+    model.setExternal(executable, file("model.out"), 0);
+    model.kind = kExternalExecutable;
+    ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
   }
   std::string file(const std::string& name) const { return directory_.file(name); }
   std::string opened() const {
-    return "open External model execution: " + controller_.project.model.choice.executable + ", " + file("in.sam");
+    return "open External model execution: " + controller_.project().model.choice.executable + ", " + file("in.sam");
   }
   // Behind the line that marks a log.
   std::string printed() const {
     const std::string text = test::readFile(file("model.out.log"));
     return text.substr(text.find('\n') + 1);
   }
+  bool runAgain() { return controller_.runModel(RunController::SampleUse::Existing) == Outcome::Done; }
   bool run(const std::string& commands) {
     test::writeScript(file("model"), commands);
     frontEnd_.calls.clear();
-    return controller_.runModel(true);
+    return runAgain();
   }
 
   int descriptors_ = 0;  // with the store's working files open
@@ -83,13 +83,14 @@ TEST_F(External, readsWhatTheModelWrote) {
   EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "close"}));
   EXPECT_EQ(frontEnd_.frames, 1);
   EXPECT_EQ(printed(), "reads " + file("in.sam") + '\n' + directory_.path() + '\n');
-  EXPECT_EQ(controller_.project.model.results.runCount(), 3);
+  EXPECT_EQ(controller_.project().model.results.runCount(), 3);
   std::vector<double> values;
-  ASSERT_TRUE(controller_.project.model.results.readRun(2, values));
+  ASSERT_TRUE(controller_.project().model.results.readRun(2, values));
   EXPECT_EQ(values, std::vector<double>{3.5});
-  ASSERT_TRUE(controller_.project.hasVels);
-  EXPECT_EQ(controller_.project.vels.outputs().front().name, "y");
-  EXPECT_TRUE(analyse(controller_.project, AnalysisRequest(), frontEnd_));
+  ASSERT_TRUE(controller_.project().hasVels);
+  EXPECT_EQ(controller_.project().vels.outputs().front().name, "y");
+  EXPECT_EQ(controller_.analyse(AnalysisRequest()), Outcome::Done);
+  descriptors_ = test::openDescriptors();  // with the table of the outputs
 }
 
 TEST_F(External, failuresAreTold) {
@@ -116,19 +117,43 @@ TEST_F(External, failuresAreTold) {
     // Below the message stands where in the file it failed, and why.
     for (std::string& call : frontEnd_.calls) call = call.substr(0, call.find('\n'));
     EXPECT_EQ(frontEnd_.calls, c.calls) << c.name;
-    EXPECT_FALSE(controller_.project.hasVels) << c.name;
-    EXPECT_FALSE(controller_.busy) << c.name;
+    EXPECT_FALSE(controller_.project().hasVels) << c.name;
+    EXPECT_FALSE(controller_.busy()) << c.name;
   }
 }
 
-TEST_F(External, aModelThatCannotReadItsSample) {
+// The model reads the sample in hand, whatever has become of its file.
+TEST_F(External, theSampleFileHoldsTheSampleInHand) {
+  const std::string commands = "cp \"$1\" seen\nprintf '" + std::string(kThreeRuns) + "' > model.out\n";
+  ASSERT_TRUE(run(commands));
+  const std::string sample = test::readFile(file("seen"));
+  const struct {
+    const char* name;
+    std::function<void()> act;
+  } cases[] = {{"gone", [&] { std::filesystem::remove(file("in.sam")); }},
+               {"changed", [&] { test::writeFile(file("in.sam"), sample + "\n"); }},
+               {"an older one", [&] { test::writeFile(file("in.sam"), "0\n1\n1\n0\n0.5\t\n0\n"); }}};
+  for (const auto& c : cases) {
+    c.act();
+    EXPECT_TRUE(runAgain()) << c.name;
+    EXPECT_EQ(test::readFile(file("seen")).substr(0, sample.size()), sample) << c.name;
+  }
   std::filesystem::remove(file("in.sam"));
-  EXPECT_FALSE(run("cat \"$1\"\n"));
-  EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "close",
-                                    "Error: Model execution returned with error code\nThe code is 1. What the model "
-                                    "printed is in " +
-                                        file("model.out.log") + '.'}));
-  EXPECT_NE(printed().find("No such file"), std::string::npos) << "its own words";
+  std::filesystem::create_directory(file("in.sam"));
+  EXPECT_FALSE(runAgain());
+  EXPECT_TRUE(frontEnd_.calls.back().starts_with(
+      "Error: Error trying to write to the Sample file.\nIs it locked by another application?"));
+  std::filesystem::remove(file("in.sam"));
+
+  test::writeFile(file("rows.txt"), "3\n1\na\n1\n2\n3\n");
+  ASSERT_EQ(controller_.importSampleFile(file("rows.txt")), Outcome::Done);
+  EXPECT_TRUE(runAgain());
+  test::writeFile(file("rows.txt"), "3\n1\na\n1\n2\n4\n");
+  EXPECT_FALSE(runAgain());
+  EXPECT_EQ(test::readFile(file("rows.txt")), "3\n1\na\n1\n2\n4\n") << "an imported file is never written";
+  test::writeFile(file("rows.txt"), "3\n1\na\n 1\n2\n3\n");
+  EXPECT_TRUE(runAgain()) << "written again, but the same sample";
+  descriptors_ = test::openDescriptors();  // of another sample
 }
 
 TEST_F(External, aModelThatCannotBeStarted) {
@@ -143,7 +168,7 @@ TEST_F(External, aModelThatCannotBeStarted) {
   for (const auto& c : cases) {
     setModel(c.executable);
     frontEnd_.calls.clear();
-    EXPECT_FALSE(controller_.runModel(true)) << c.name;
+    EXPECT_FALSE(runAgain()) << c.name;
     EXPECT_EQ(frontEnd_.calls,
               Calls{"Error: The model execution process can't be loaded.\nError " + std::to_string(c.error) +
                     "\ncmd: \"" + c.executable + "\" \"" + file("in.sam") + '"'})
@@ -153,8 +178,8 @@ TEST_F(External, aModelThatCannotBeStarted) {
 
 TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
   ASSERT_TRUE(run("echo '1\ny\ntime = no\n2\n1\n2' > model.out\n"));
-  EXPECT_TRUE(controller_.project.hasVels);
-  EXPECT_FALSE(analyse(controller_.project, AnalysisRequest(), frontEnd_));
+  EXPECT_TRUE(controller_.project().hasVels);
+  EXPECT_FALSE(controller_.analyse(AnalysisRequest()) == Outcome::Done);
   EXPECT_EQ(frontEnd_.calls.back(), "Error: The generated sample cardinality is different from model outputs size");
 }
 
@@ -163,7 +188,7 @@ TEST_F(External, aStopEndsTheModelAndItsChildren) {
   frontEnd_.stopAtFrame = 2;
   frontEnd_.frame = [&] {
     EXPECT_TRUE(test::waitForLines(file("pids"), 2));
-    EXPECT_TRUE(controller_.busy && controller_.generateSample()) << "nothing else starts meanwhile";
+    EXPECT_EQ(controller_.generateSample(), Outcome::Busy) << "nothing else starts meanwhile";
     pressed = steady_clock::now();
   };
   EXPECT_FALSE(run("sleep 60 &\necho $$ > pids\necho $! >> pids\nwait\n"));
@@ -171,7 +196,7 @@ TEST_F(External, aStopEndsTheModelAndItsChildren) {
   EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "close"}));
   EXPECT_EQ(frontEnd_.frames, 2);
   EXPECT_EQ(test::livingProcesses(file("pids")), std::vector<int>());
-  EXPECT_FALSE(controller_.project.hasVels);
+  EXPECT_FALSE(controller_.project().hasVels);
 }
 
 TEST_F(External, aLostModelIsTold) {
@@ -187,7 +212,7 @@ TEST_F(External, manyRunsLeaveNothingBehind) {
   const int runs = asked == nullptr ? 300 : std::atoi(asked);
   test::writeScript(file("model"), "printf '" + std::string(kThreeRuns) + "' > $TARVEX_OUTPUT\n");
   // Written within a tick of the clock, in the same file and of the same size, every output is seen to be new.
-  for (int i = 0; i < runs; ++i) ASSERT_TRUE(controller_.runModel(true)) << i;
+  for (int i = 0; i < runs; ++i) ASSERT_TRUE(runAgain()) << i;
   EXPECT_FALSE(run("exit 0\n"));
   EXPECT_EQ(frontEnd_.calls.back(), "Error: Error reading model output file\n" + file("model.out") +
                                         ": the model did not write it, it is older than the model's start");

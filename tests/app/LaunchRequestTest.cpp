@@ -67,19 +67,20 @@ TEST_F(Launch, opensAsTheUserWould) {
                                        "\nExternal sample file:    " + outside + "\n");
   const std::int32_t rows[] = {48, 200, 2};
   for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_TRUE(LaunchRequest::open(launch.files()[i], controller_));
-    EXPECT_EQ(controller_.project.prep.samples.rows(), rows[i]);
-    EXPECT_EQ(controller_.project.hasVels, i == 0) << "a sample drops the measures";
+    EXPECT_EQ(LaunchRequest::open(launch.files()[i], controller_), Outcome::Done);
+    EXPECT_EQ(controller_.project().prep.samples.rows(), rows[i]);
+    EXPECT_EQ(controller_.project().hasVels, i == 0) << "a sample drops the measures";
   }
   EXPECT_TRUE(frontEnd_.calls.empty());
   const LaunchRequest missing =
       request("Tarvex sample file:/no/such\nExternal sample file:/no/such\nTarvex configuration file:/no/such\n");
-  for (const LaunchRequest::File& file : missing.files()) EXPECT_FALSE(LaunchRequest::open(file, controller_));
+  for (const LaunchRequest::File& file : missing.files())
+    EXPECT_EQ(LaunchRequest::open(file, controller_), Outcome::Refused);
   const Texts told = {"Error: Error reading samples file", "Error: Error reading external samples file",
                       "Error:   Error reading UA/SA file"};
   ASSERT_EQ(frontEnd_.calls.size(), told.size());
   for (std::size_t i = 0; i < told.size(); ++i) EXPECT_TRUE(frontEnd_.calls[i].starts_with(told[i])) << told[i];
-  EXPECT_EQ(controller_.project.prep.samples.rows(), 2);
+  EXPECT_EQ(controller_.project().prep.samples.rows(), 2);
 }
 
 TEST_F(Launch, theModelComesLast) {
@@ -104,14 +105,14 @@ TEST_F(Launch, theModelComesLast) {
       {"missing ones don't win", "Internal model:/no/such\n" + executable + output, "2 0 /bin/a model| out put |"},
   };
   for (const auto& c : cases) {
-    controller_.clearAll();
+    ASSERT_EQ(controller_.clearAll(), Outcome::Done);
     EXPECT_EQ(request(c.text).applyModel(controller_), c.model != "none") << c.name;
-    const ModelConfiguration& model = controller_.project.model;
-    std::string text = std::to_string(model.choice.kind) + ' ' + std::to_string(model.choice.spreadsheet) + ' ' +
-                       model.choice.executable + "| " + model.choice.outputFile + " |";
-    if (const InternalModel* internal = model.choice.internalModel())
+    const ModelChoice& model = controller_.project().model.choice;
+    std::string text = std::to_string(model.kind) + ' ' + std::to_string(model.spreadsheet) + ' ' + model.executable +
+                       "| " + model.outputFile + " |";
+    if (const InternalModel* internal = model.internalModel())
       text += ' ' + std::filesystem::path(internal->fileName()).filename().string();
-    EXPECT_EQ(controller_.project.hasModel ? text : "none", c.model) << c.name;
+    EXPECT_EQ(controller_.project().hasModel ? text : "none", c.model) << c.name;
   }
   EXPECT_TRUE(frontEnd_.calls.empty()) << "the model labels are silent";
 }

@@ -56,6 +56,7 @@ class Project : public testing::Test {
     VelsConfiguration vels;
     EXPECT_TRUE(vels.setOutputs({"y"}, message));
     project.setVels(std::move(vels));
+    project.markResults();
     test::ScriptedFrontEnd frontEnd;
     AnalysisRequest measures;  // without histograms, whose many numbers are damaged elsewhere
     measures.uncertainty = false;
@@ -146,7 +147,10 @@ TEST_F(Project, headingsOfSections) {
   } cases[] = {
       {"nothing in it", no, true},
       {"with CR LF", "No Prep Configuration\r\nNo Model Configuration\r\nNo Vels Configuration\r\n", true},
-      {"any other lines", "a\n\n" + longest, true},
+      {"any other lines for two of them", "a\n\nNo Vels Configuration", true},
+      {"no line of a project", "a\n\n" + longest, false},
+      {"blanks behind it", no + "\n \t\n", true},
+      {"text behind it", no + "\nx\n", false},
       {"a heading of 100 characters", longest + "x\nb\nc\n", false},
       {"a model heading of 100 characters", "a\n" + longest + "x\nc\n", false},
       {"the last section missing", "a\nb\n", false},

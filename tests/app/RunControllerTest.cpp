@@ -22,7 +22,7 @@ class Controller : public testing::Test {
  protected:
   void SetUp() override {
     restoreInitialTrialState();  // equations are tried out at drawn values
-    PrepConfiguration prep;
+    PrepSettings prep;
     for (const char* name : {"a", "b"}) {
       auto factor = std::make_unique<Uniform>();
       factor->name = name;
@@ -31,23 +31,36 @@ class Controller : public testing::Test {
     prep.sampler = std::make_unique<RandomSampler>();
     ASSERT_TRUE(prep.sampler->setSamples(200));
     prep.sampleFile = directory_.file("out.sam");
-    controller_.project.setPrep(std::move(prep));
+    ASSERT_EQ(controller_.acceptPrep(std::move(prep)), Outcome::Done);
     setModel("a + b");
   }
 
   void setModel(const std::string& text) {
     auto model = std::make_unique<InternalModel>();
     ASSERT_TRUE(model->addVariable("a") && model->addVariable("b") && model->addExpression(0, "y", text, 1));
-    ModelConfiguration configuration;
-    configuration.choice.setInternalModel(std::move(model));
-    controller_.project.setModel(std::move(configuration));
+    ModelChoice configuration;
+    configuration.setInternalModel(std::move(model));
+    ASSERT_EQ(controller_.acceptModel(std::move(configuration)), Outcome::Done);
   }
+  void edit(const std::function<void(PrepSettings&)>& change) {
+    PrepSettings settings;
+    std::string message;
+    ASSERT_TRUE(settings.copyFrom(controller_.project().prep, message)) << message;
+    change(settings);
+    ASSERT_EQ(controller_.acceptPrep(std::move(settings)), Outcome::Done);
+  }
+  bool generate() { return controller_.generateSample() == Outcome::Done; }
+  bool run(bool existing) {
+    using Use = RunController::SampleUse;
+    return controller_.runModel(existing ? Use::Existing : Use::Generated) == Outcome::Done;
+  }
+  bool analyse(const AnalysisRequest& request) { return controller_.analyse(request) == Outcome::Done; }
 
   std::vector<double> outputs() {
     std::vector<double> all;
     std::vector<double> run;
-    for (std::int32_t r = 0; r < controller_.project.model.results.runCount(); ++r) {
-      EXPECT_TRUE(controller_.project.model.results.readRun(r, run));
+    for (std::int32_t r = 0; r < controller_.project().model.results.runCount(); ++r) {
+      EXPECT_TRUE(controller_.project().model.results.readRun(r, run));
       all.insert(all.end(), run.begin(), run.end());
     }
     return all;
@@ -62,15 +75,15 @@ class Controller : public testing::Test {
 };
 
 TEST_F(Controller, generatesInStepsOfOnePercent) {
-  ASSERT_TRUE(controller_.generateSample());
+  ASSERT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, generated_);
   ASSERT_EQ(frontEnd_.percents.size(), 100u);
   for (int k = 0; k < 100; ++k) EXPECT_EQ(frontEnd_.percents[static_cast<std::size_t>(k)], k);
-  EXPECT_EQ(controller_.project.prep.samples.rows(), 200);
-  EXPECT_TRUE(controller_.project.prep.sampleStatistics);
-  EXPECT_TRUE(controller_.modified);
-  EXPECT_FALSE(controller_.sampleStale);
-  EXPECT_FALSE(controller_.busy);
+  EXPECT_EQ(controller_.project().prep.samples.rows(), 200);
+  EXPECT_TRUE(controller_.project().prep.sampleStatistics);
+  EXPECT_TRUE(controller_.modified());
+  EXPECT_FALSE(controller_.sampleStale());
+  EXPECT_FALSE(controller_.busy());
   EXPECT_EQ(directory_.entries(), Calls{"out.sam"});
 }
 
@@ -78,12 +91,12 @@ TEST_F(Controller, aStopLeavesNoSampleAndNoFile) {
   for (const int percent : {1, 37, 50, 80, 99}) {
     frontEnd_ = {};
     frontEnd_.stopAtPercent = percent;
-    EXPECT_FALSE(controller_.generateSample());
+    EXPECT_FALSE(generate());
     EXPECT_EQ(frontEnd_.calls, (Calls{opened_[0], opened_[1], "close"}));
     EXPECT_EQ(frontEnd_.percents.back(), percent);
-    EXPECT_EQ(controller_.project.prep.samples.rows(), 0);
-    EXPECT_FALSE(controller_.project.prep.sampleStatistics);
-    EXPECT_FALSE(controller_.busy);
+    EXPECT_EQ(controller_.project().prep.samples.rows(), 0);
+    EXPECT_FALSE(controller_.project().prep.sampleStatistics);
+    EXPECT_FALSE(controller_.busy());
     EXPECT_TRUE(directory_.entries().empty());
   }
 }
@@ -92,54 +105,57 @@ TEST_F(Controller, asksBeforeItReplacesASample) {
   const std::string question =
       "Warning? One sample set already exists.\n Do you want to delete the existing one and create a new one now? Yes "
       "No";
-  ASSERT_TRUE(controller_.generateSample());
+  ASSERT_TRUE(generate());
   const std::string first = test::readFile(directory_.file("out.sam"));
-  ASSERT_TRUE(controller_.project.prep.sampler->setSeed(2));
 
   frontEnd_ = {};
   frontEnd_.answer = false;
-  EXPECT_TRUE(controller_.generateSample());
+  EXPECT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, Calls{question});
   EXPECT_EQ(test::readFile(directory_.file("out.sam")), first);
 
   frontEnd_ = {};
-  EXPECT_TRUE(controller_.generateSample());
+  EXPECT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, (Calls{question, generated_[0], generated_[1], generated_[2], generated_[3]}));
-  EXPECT_NE(test::readFile(directory_.file("out.sam")), first);
+  EXPECT_EQ(test::readFile(directory_.file("out.sam")), first) << "the same settings";
 
   frontEnd_ = {};
-  controller_.sampleStale = true;
-  EXPECT_TRUE(controller_.generateSample());
+  edit([](PrepSettings& settings) { EXPECT_TRUE(settings.sampler->setSeed(2)); });
+  EXPECT_EQ(controller_.project().prep.samples.rows(), 0) << "rows that the settings no longer describe are gone";
+  EXPECT_TRUE(generate());
+  EXPECT_EQ(frontEnd_.calls, generated_);
+  edit([](PrepSettings&) {});
+  EXPECT_EQ(controller_.project().prep.samples.rows(), 200);
+  frontEnd_ = {};
+  EXPECT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, generated_) << "a stale sample goes without a question";
+  EXPECT_NE(test::readFile(directory_.file("out.sam")), first);
 }
 
 TEST_F(Controller, refusesWhatCannotBeGenerated) {
-  controller_.project.prep.sampleFile = "/no/such/out.sam";
-  EXPECT_FALSE(controller_.generateSample());
+  edit([](PrepSettings& settings) { settings.sampleFile = "/no/such/out.sam"; });
+  EXPECT_FALSE(generate());
   EXPECT_EQ(frontEnd_.calls,
             (Calls{"open Sample generation", "status Output file: /no/such/out.sam",
                    "Error: Error trying to write to the Sample file.\nIs it locked by another application?", "close"}));
-  EXPECT_EQ(controller_.project.prep.samples.rows(), 0);
+  EXPECT_EQ(controller_.project().prep.samples.rows(), 0);
 
   frontEnd_ = {};
-  ASSERT_TRUE(controller_.project.prep.sampler->setSamples(0));
-  EXPECT_FALSE(controller_.generateSample());
+  edit([](PrepSettings& settings) { EXPECT_TRUE(settings.sampler->setSamples(0)); });
+  EXPECT_FALSE(generate());
   EXPECT_EQ(frontEnd_.calls, Calls{"Warning:   No samples to generate"});
 
   frontEnd_ = {};
-  controller_.project.prep.sampler = std::make_unique<FastSampler>();
-  ASSERT_TRUE(controller_.project.prep.sampler->setSamples(72));
-  EXPECT_FALSE(controller_.generateSample());
+  edit([](PrepSettings& settings) {
+    settings.sampler = std::make_unique<FastSampler>();
+    EXPECT_TRUE(settings.sampler->setSamples(72));
+  });
+  EXPECT_FALSE(generate());
   EXPECT_EQ(frontEnd_.calls, Calls{"Warning: Sample size too small\nChoose sample size greater than or equal to 73"});
-
-  frontEnd_ = {};
-  controller_.busy = true;
-  EXPECT_TRUE(controller_.generateSample() && controller_.runModel(false));
-  EXPECT_TRUE(frontEnd_.calls.empty()) << "a call while another is in progress does nothing";
 }
 
 TEST_F(Controller, runsTheEquationsOverTheSample) {
-  ASSERT_TRUE(controller_.runModel(false));
+  ASSERT_TRUE(run(false));
   Calls calls{"link"};
   calls.insert(calls.end(), generated_.begin(), generated_.end());
   calls.insert(calls.end(), {"open Model execution", "status Model name:  noname", "close"});
@@ -148,47 +164,47 @@ TEST_F(Controller, runsTheEquationsOverTheSample) {
   ASSERT_EQ(values.size(), 200u);
   for (std::int32_t r = 0; r < 200; ++r) {
     double row[2];
-    ASSERT_TRUE(controller_.project.prep.samples.getRow(r, row));
+    ASSERT_TRUE(controller_.project().prep.samples.getRow(r, row));
     EXPECT_NEAR(values[static_cast<std::size_t>(r)], row[0] + row[1], 2e-6) << "six digits enter the equation";
   }
-  ASSERT_TRUE(controller_.project.hasVels);
-  EXPECT_EQ(controller_.project.vels.outputs().front().name, "y");
-  EXPECT_EQ(controller_.project.vels.sensitivity->factorCount, 2);
-  EXPECT_FALSE(controller_.project.vels.sensitivity->computed);
+  ASSERT_TRUE(controller_.project().hasVels);
+  EXPECT_EQ(controller_.project().vels.outputs().front().name, "y");
+  EXPECT_EQ(controller_.project().vels.sensitivity->factorCount, 2);
+  EXPECT_FALSE(controller_.project().vels.sensitivity->computed);
 }
 
 TEST_F(Controller, takesTheInputsInTheOrderOfTheLink) {
   setModel("a");
   frontEnd_.link = [](InternalModel& model) { model.moveVariable(0, 1); };
-  ASSERT_TRUE(controller_.runModel(false));
+  ASSERT_TRUE(run(false));
   double row[2];
-  ASSERT_TRUE(controller_.project.prep.samples.getRow(0, row));
+  ASSERT_TRUE(controller_.project().prep.samples.getRow(0, row));
   EXPECT_NEAR(outputs().front(), row[1], 1e-6);
 
   setModel("a");
   frontEnd_.acceptLink = false;
-  ASSERT_TRUE(controller_.runModel(true)) << "a cancelled link keeps the model and the run goes on";
+  ASSERT_TRUE(run(true)) << "a cancelled link keeps the model and the run goes on";
   EXPECT_NEAR(outputs().front(), row[0], 1e-6);
 }
 
 TEST_F(Controller, aStoppedRunHasNoResults) {
-  ASSERT_TRUE(controller_.generateSample());
+  ASSERT_TRUE(generate());
   frontEnd_ = {};
   frontEnd_.stopAtPercent = 37;
-  EXPECT_FALSE(controller_.runModel(true));
+  EXPECT_FALSE(run(true));
   EXPECT_EQ(frontEnd_.calls, (Calls{"link", "open Model execution", "status Model name:  noname", "close"}));
-  EXPECT_FALSE(controller_.project.hasVels || controller_.busy);
+  EXPECT_FALSE(controller_.project().hasVels || controller_.busy());
 }
 
 TEST_F(Controller, rowsThatCannotBeEvaluatedAreNanAndToldOnce) {
   setModel("1 / (a < 0.5)");
-  ASSERT_TRUE(controller_.runModel(false));
+  ASSERT_TRUE(run(false));
   const std::vector<double> values = outputs();
   std::int32_t failed = 0;
   std::int32_t first = -1;
   for (std::int32_t r = 0; r < 200; ++r) {
     double row[2];
-    ASSERT_TRUE(controller_.project.prep.samples.getRow(r, row));
+    ASSERT_TRUE(controller_.project().prep.samples.getRow(r, row));
     const bool fails = row[0] >= 0.5;
     EXPECT_EQ(std::isnan(values[static_cast<std::size_t>(r)]), fails);
     failed += fails ? 1 : 0;
@@ -202,56 +218,58 @@ TEST_F(Controller, rowsThatCannotBeEvaluatedAreNanAndToldOnce) {
 TEST_F(Controller, refusesAModelThatDoesNotFitTheSample) {
   auto model = std::make_unique<InternalModel>();
   ASSERT_TRUE(model->addVariable("a") && model->addExpression(0, "y", "a", 1));
-  controller_.project.model.choice.setInternalModel(std::move(model));
-  EXPECT_FALSE(controller_.runModel(false));
+  ModelChoice smaller;
+  smaller.setInternalModel(std::move(model));
+  ASSERT_EQ(controller_.acceptModel(std::move(smaller)), Outcome::Done);
+  EXPECT_FALSE(run(false));
   EXPECT_EQ(frontEnd_.calls, Calls{"Error: The number of model inputs differs from the number of factors in the "
                                    "generated sample"});
   frontEnd_ = {};
   setModel("a + b");
-  EXPECT_FALSE(controller_.runModel(true)) << "there is no sample yet";
+  EXPECT_FALSE(run(true)) << "there is no sample yet";
   EXPECT_EQ(frontEnd_.calls.back(), "Warning:   No samples to generate");
 }
 
 TEST_F(Controller, readsTheOutputOfAModelThatRanElsewhere) {
-  ASSERT_TRUE(controller_.project.prep.sampler->setSamples(2));
-  ASSERT_TRUE(controller_.generateSample());
-  ModelConfiguration model;
-  model.choice.setExternal("", directory_.file("model.out"), 0);
-  controller_.project.setModel(std::move(model));
+  edit([](PrepSettings& settings) { EXPECT_TRUE(settings.sampler->setSamples(2)); });
+  ASSERT_TRUE(generate());
+  ModelChoice model;
+  model.setExternal("", directory_.file("model.out"), 0);
+  ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
 
   frontEnd_ = {};
   test::writeFile(directory_.file("model.out"), "1\nz-1\ntime = no\n2\n1.5\n2.5\n");
-  ASSERT_TRUE(controller_.runModel(true));
+  ASSERT_TRUE(run(true));
   EXPECT_EQ(frontEnd_.calls, Calls{"Warning: The model variable z-1 will be modified in z_1"});
   EXPECT_EQ(outputs(), (std::vector<double>{1.5, 2.5}));
 }
 
 // What analyse() leaves of the blocks that it wasn't asked for.
 TEST_F(Controller, analysisKeepsABlockOnlyWhileItFits) {
-  ASSERT_TRUE(controller_.runModel(false));
-  ProjectConfiguration& project = controller_.project;
+  ASSERT_TRUE(run(false));
+  const ProjectConfiguration& project = controller_.project();
   AnalysisRequest request;
   request.variables = {"y"};
-  ASSERT_TRUE(analyse(project, request, frontEnd_));
+  ASSERT_TRUE(analyse(request));
   EXPECT_TRUE(project.vels.sensitivity->computed);
   request.sensitivity = false;
-  ASSERT_TRUE(analyse(project, request, frontEnd_));
+  ASSERT_TRUE(analyse(request));
   EXPECT_TRUE(project.vels.sensitivity->computed) << "the same variables: the measures still fit";
   request.variables = {"y", "y * 2"};
-  ASSERT_TRUE(analyse(project, request, frontEnd_));
+  ASSERT_TRUE(analyse(request));
   EXPECT_FALSE(project.vels.sensitivity->computed);
   EXPECT_EQ(project.vels.uncertainty.variableCount(), 2);
   EXPECT_NEAR(project.vels.uncertainty.mean(1), 2.0 * project.vels.uncertainty.mean(0), 1e-12);
 }
 
 TEST_F(Controller, refusedAnalysesChangeNothing) {
-  ASSERT_TRUE(controller_.runModel(false));
-  ProjectConfiguration& project = controller_.project;
+  ASSERT_TRUE(run(false));
+  const ProjectConfiguration& project = controller_.project();
   AnalysisRequest request;
-  ASSERT_TRUE(analyse(project, request, frontEnd_));
+  ASSERT_TRUE(analyse(request));
   const auto refuse = [&](const char* name, const AnalysisRequest& refused, const std::string& text) {
     frontEnd_ = {};
-    EXPECT_FALSE(analyse(project, refused, frontEnd_)) << name;
+    EXPECT_FALSE(analyse(refused)) << name;
     EXPECT_NE(frontEnd_.calls.back().find(text), std::string::npos) << name << ": " << frontEnd_.calls.back();
     EXPECT_EQ(project.vels.selectedVariables(), Calls{"y"}) << name;
     EXPECT_TRUE(project.vels.sensitivity->computed) << name;

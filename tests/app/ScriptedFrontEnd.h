@@ -12,9 +12,11 @@ namespace tarvex::test {
 class ScriptedFrontEnd : public FrontEnd {
  public:
   int stopAtPercent = -1;  // from this percentage on the user wants to stop
-  bool answer = true;      // to every question
+  bool stopAtOnce = false;
+  bool answer = true;  // to every question
   bool acceptLink = true;
   std::function<void(InternalModel&)> link;  // what the user does in the link panel
+  std::function<void()> events;              // what the user does while an operation goes on
   std::function<void()> frame;               // what happens during a step of an animation
   int stopAtFrame = -1;                      // after this many steps the user wants to stop
 
@@ -33,9 +35,11 @@ class ScriptedFrontEnd : public FrontEnd {
     ++frames;
     if (frame) frame();
   }
-  void drainEvents() override {}
+  void drainEvents() override {
+    if (events) events();
+  }
   bool continueRun() override {
-    if (stopAtFrame >= 0 && frames >= stopAtFrame) return false;
+    if (stopAtOnce || (stopAtFrame >= 0 && frames >= stopAtFrame)) return false;
     return stopAtPercent < 0 || percents.empty() || percents.back() < stopAtPercent;
   }
   void message(MessageKind, const std::string& title, const std::string& text) override {

@@ -17,27 +17,27 @@ using Calls = std::vector<std::string>;
 class WorkbookRun : public testing::Test {
  protected:
   void SetUp() override {
-    PrepConfiguration prep;
+    PrepSettings prep;
     auto factor = std::make_unique<Uniform>();
     factor->name = "a";
     prep.factors.addFactor(std::move(factor));
     prep.sampler = std::make_unique<RandomSampler>();
     ASSERT_TRUE(prep.sampler->setSamples(3));
     prep.sampleFile = directory_.file("in.sam");
-    controller_.project.setPrep(std::move(prep));
-    ASSERT_TRUE(controller_.generateSample());
+    ASSERT_EQ(controller_.acceptPrep(std::move(prep)), Outcome::Done);
+    ASSERT_EQ(controller_.generateSample(), Outcome::Done);
     frontEnd_.calls.clear();
     test::writeFile(workbook_, "as it was");
-    ModelConfiguration model;
-    model.choice.setExternal("Excel Application", workbook_, 1);
-    model.choice.kind = kExternalExecutable;
-    controller_.project.setModel(std::move(model));
+    ModelChoice model;
+    model.setExternal("Excel Application", workbook_, 1);
+    model.kind = kExternalExecutable;
+    ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
     controller_.makeSpreadsheetApplication = [this](const std::function<bool()>& serve) {
       auto application = std::make_unique<test::ScriptedApplication>();
       application->sheets = {{"Outputs", {{{0, 0}, "y"}, {{1, 0}, 1.0}, {{2, 0}, 2.0}, {{3, 0}, 3.0}}}};
       application->failing = failing_;
       application->user = [this, serve] {
-        EXPECT_TRUE(controller_.busy && controller_.generateSample()) << "nothing else starts meanwhile";
+        EXPECT_EQ(controller_.generateSample(), Outcome::Busy) << "nothing else starts meanwhile";
         while (serve())
           if (frontEnd_.frames == 5) return true;
         return false;
@@ -55,13 +55,13 @@ class WorkbookRun : public testing::Test {
 };
 
 TEST_F(WorkbookRun, servesTheUserUntilTheApplicationIsClosed) {
-  EXPECT_TRUE(controller_.runModel(true));
+  EXPECT_EQ(controller_.runModel(RunController::SampleUse::Existing), Outcome::Done);
   EXPECT_EQ(frontEnd_.calls, (Calls{opened_, "close"}));
   EXPECT_EQ(frontEnd_.frames, 5);
-  EXPECT_FALSE(controller_.busy);
-  EXPECT_EQ(controller_.project.model.results.runCount(), 3);
-  ASSERT_TRUE(controller_.project.hasVels);
-  EXPECT_EQ(controller_.project.vels.outputs().front().name, "y");
+  EXPECT_FALSE(controller_.busy());
+  EXPECT_EQ(controller_.project().model.results.runCount(), 3);
+  ASSERT_TRUE(controller_.project().hasVels);
+  EXPECT_EQ(controller_.project().vels.outputs().front().name, "y");
 }
 
 TEST_F(WorkbookRun, whateverFailsIsAFailedRun) {
@@ -76,13 +76,13 @@ TEST_F(WorkbookRun, whateverFailsIsAFailedRun) {
     failing_ = c.failing;
     frontEnd_.calls.clear();
     frontEnd_.stopAtFrame = 3;
-    EXPECT_FALSE(controller_.runModel(true)) << c.failing;
+    EXPECT_EQ(controller_.runModel(RunController::SampleUse::Existing), Outcome::Refused) << c.failing;
     Calls expected{opened_};
     expected.insert(expected.end(), c.told.begin(), c.told.end());
     expected.insert(expected.end(), {"close", error});
     EXPECT_EQ(frontEnd_.calls, expected) << c.failing;
-    EXPECT_FALSE(controller_.busy) << c.failing;
-    EXPECT_FALSE(controller_.project.hasVels) << c.failing;
+    EXPECT_FALSE(controller_.busy()) << c.failing;
+    EXPECT_FALSE(controller_.project().hasVels) << c.failing;
   }
 }
 

@@ -97,13 +97,13 @@ TEST_F(Demo, theFirstStartRepairsTheDeliveredCases) {
   RunController session(frontEnd, main.path(), RunController::CurrentDirectory::Follows);
   for (const DemoCase& demo : kDemoCases) {
     EXPECT_EQ(test::readFile(demoFilePath(main.path(), demo.name)).find("MAINDIR"), std::string::npos) << demo.name;
-    ASSERT_TRUE(session.openDemo(demo.name)) << demo.name;
-    EXPECT_TRUE(session.project.prep.sampleFile.starts_with(main.file("Demo/"))) << demo.name;
+    ASSERT_EQ(session.openDemo(demo.name), Outcome::Done) << demo.name;
+    EXPECT_TRUE(session.project().prep.sampleFile.starts_with(main.file("Demo/"))) << demo.name;
     EXPECT_EQ(std::filesystem::current_path(), main.file("Demo")) << "the directories exist now";
     if (demo.canRun) {
-      EXPECT_TRUE(session.runModel(true)) << demo.name << frontEnd.calls.back();
+      EXPECT_EQ(session.runModel(RunController::SampleUse::Existing), Outcome::Done)
+          << demo.name << frontEnd.calls.back();
     }
-    session.modified = false;
   }
 }
 
