@@ -22,8 +22,7 @@ constexpr std::uint64_t kMinOutputBytes = 3;  // the end of the name's line, a d
 }  // namespace
 
 VelsConfiguration::VelsConfiguration(const VelsConfiguration& other)
-    : dirty(other.dirty),
-      sensitivity(other.sensitivity ? other.sensitivity->clone() : nullptr),
+    : sensitivity(other.sensitivity ? other.sensitivity->clone() : nullptr),
       uncertainty(other.uncertainty),
       outputs_(other.outputs_),
       selectedVariables_(other.selectedVariables_),
@@ -75,20 +74,17 @@ std::vector<std::string> VelsConfiguration::outputNames(const ModelConfiguration
 bool VelsConfiguration::addVariable(const std::string& text) {
   if (!kVariableRule.problem(text).empty()) return false;
   selectedVariables_.push_back(text);
-  dirty = true;
   return true;
 }
 
 bool VelsConfiguration::removeVariable(std::int32_t index) {
   if (index < 0 || static_cast<std::size_t>(index) >= selectedVariables_.size()) return false;
   selectedVariables_.erase(selectedVariables_.begin() + index);
-  dirty = true;
   return true;
 }
 
 void VelsConfiguration::clearVariables() {
   selectedVariables_.clear();
-  dirty = true;
 }
 
 bool VelsConfiguration::setWeight(std::int32_t index, float value) {

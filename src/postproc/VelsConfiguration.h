@@ -43,7 +43,6 @@ class VelsConfiguration {
   // in full. The model's own, where the list belongs to other results.
   std::vector<std::string> outputNames(const ModelConfiguration& model) const;
   const std::vector<std::string>& selectedVariables() const { return selectedVariables_; }
-  bool dirty = false;  // set by every change of the selection
   std::unique_ptr<SensitivityStats> sensitivity;
   UaStats uncertainty;
 
