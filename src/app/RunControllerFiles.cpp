@@ -80,7 +80,11 @@ Outcome RunController::loadSampleBy(Load load, const std::string& path) {
 }
 
 Outcome RunController::loadSampleFile(const std::string& path) {
-  return loadSampleBy(tarvex::loadSampleFile, path);
+  return loadSampleBy(
+      [&path](const std::string&, PrepConfiguration& prep, std::string& message, const Progress& progress) {
+        return tarvex::loadSampleFile(path, prep, message, progress);  // told by the name that the user knows
+      },
+      path);
 }
 
 Outcome RunController::importSampleFile(const std::string& path) {

@@ -16,8 +16,7 @@ bool readsAsSample(const std::string& path, const Progress& progress, sampValues
   TextReader in = TextReader::fromFile(path, progress);
   std::int32_t external = 0;
   in >> external;
-  if (in.ok()) samples.read(in);
-  return in.ok();
+  return in.ok() && samples.read(in);
 }
 
 std::string rowText(const sampValues& samples, std::int32_t row) {

@@ -60,7 +60,7 @@ TEST_F(ExternalModel, failuresEndWithTheirMessageAndWithoutResults) {
                          "/model.out.log.\n");
   std::filesystem::current_path(case_);
   EXPECT_EQ(run("exit 0\n"), kFailed);
-  EXPECT_EQ(errors_, "Error reading model output file\n" + case_ + "/model.out: No such file or directory\n");
+  EXPECT_EQ(errors_, "Error reading model output file\nmodel.out: No such file or directory\n");
   std::filesystem::current_path(case_);
   test::writeFile("text", "exit 0\n");
   const auto start = [this](const std::string& executable, const std::string& output) {
