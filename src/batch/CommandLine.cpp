@@ -7,6 +7,7 @@
 #include <charconv>
 
 #include "app/versions.h"
+#include "batch/FileFindings.h"
 #include "batch/SamplerOptions.h"
 
 namespace tarvex {
@@ -182,6 +183,21 @@ void addShow(CLI::App& app, ShowOptions& options, Command& command) {
   sub->callback([&] { command = options; });
 }
 
+void addCheck(CLI::App& app, CheckOptions& options, Command& command) {
+  CLI::App* sub =
+      app.add_subcommand("check", "List all that is wrong or doubtful in files; status 1 when any is wrong");
+  sub->add_option("FILE", options.files, "Any of the system's files")->required();
+  auto* kind = sub->add_option("--kind", options.kind, "What they are, where names and first lines don't tell")
+                   ->check(CLI::IsMember(fileKindWords()));
+  sub->add_option("--factors", options.factorFile, "Factor file to whose factors the rows belong (kind rows)")
+      ->needs(kind);
+  sub->callback([&] {
+    if ((options.kind == "rows") == options.factorFile.empty())
+      throw CLI::ValidationError("--factors", "belongs to --kind rows, which needs it");
+    command = options;
+  });
+}
+
 void addDemo(CLI::App& app, DemoOptions& options, Command& command) {
   CLI::App* sub = app.add_subcommand("demo", "Carry a demonstration case from factors to measures");
   sub->add_option("CASE", options.caseName, "Name of the case (default Ishigami)");
@@ -203,6 +219,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   ReportOptions report;
   ProjectOptions project;
   ShowOptions show;
+  CheckOptions check;
   DemoOptions demo;
   addSample(app, sample, command);
   addImport(app, import, command);
@@ -212,6 +229,7 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   addReport(app, report, command);
   addProject(app, project, command);
   addShow(app, show, command);
+  addCheck(app, check, command);
   addDemo(app, demo, command);
   try {
     std::vector<std::string> reversed(words.rbegin(), words.rend());

@@ -99,12 +99,18 @@ struct ShowOptions {
   std::string file;
 };
 
+struct CheckOptions {
+  std::vector<std::string> files;
+  std::string kind;        // empty: as their names or first lines tell
+  std::string factorFile;  // to whose factors rows belong
+};
+
 struct DemoOptions {
   std::string caseName;
 };
 
 using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, PlotOptions,
-                             ReportOptions, ProjectOptions, ShowOptions, DemoOptions>;
+                             ReportOptions, ProjectOptions, ShowOptions, CheckOptions, DemoOptions>;
 
 // The words after the program's name. On wrong usage `status` is 2 with the reason on `errors`; after a request for
 // help it is 0 with the text on `out`. In both cases the result holds no command.

@@ -21,6 +21,7 @@ struct Dispatch {
   int operator()(const ReportOptions& options) const { return runReport(options, console); }
   int operator()(const ProjectOptions& options) const { return runProject(options, console); }
   int operator()(const ShowOptions& options) const { return runShow(options, console); }
+  int operator()(const CheckOptions& options) const { return runCheck(options, console); }
   int operator()(const DemoOptions& options) const { return runDemo(options, console); }
 };
 
@@ -35,6 +36,7 @@ struct Purpose {
   std::string operator()(const ReportOptions& options) const { return "write the report " + options.output; }
   std::string operator()(const ProjectOptions& options) const { return "take or make the parts of " + options.input; }
   std::string operator()(const ShowOptions& options) const { return "show " + options.file; }
+  std::string operator()(const CheckOptions&) const { return "check the files"; }
   std::string operator()(const DemoOptions&) const { return "carry out the demonstration case"; }
 };
 

@@ -46,6 +46,7 @@ int runPlot(const PlotOptions& options, const Console& console);
 int runReport(const ReportOptions& options, const Console& console);
 int runProject(const ProjectOptions& options, const Console& console);
 int runShow(const ShowOptions& options, const Console& console);
+int runCheck(const CheckOptions& options, const Console& console);
 int runDemo(const DemoOptions& options, const Console& console);
 
 // The whole program but its process: the words after its name, to the exit status. What fails outside the reach of a

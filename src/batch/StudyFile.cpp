@@ -12,10 +12,8 @@
 
 namespace tarvex {
 
-namespace {
-
-bool load(FileKind kind, const std::string& path, const Progress& progress, ProjectConfiguration& project,
-          std::string& message) {
+bool readStudyFile(const std::string& path, FileKind kind, const Progress& progress, ProjectConfiguration& project,
+                   std::string& message) {
   switch (kind) {
     case FileKind::Factors:
       return loadFactorFile(path, project.prep.factors, message);
@@ -37,8 +35,6 @@ bool load(FileKind kind, const std::string& path, const Progress& progress, Proj
   return false;
 }
 
-}  // namespace
-
 FileKind fileKindOf(const std::string& path) {
   std::string extension = std::filesystem::path(path).extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
@@ -58,7 +54,7 @@ FileKind fileKindOf(const std::string& path) {
 
 bool loadStudyFile(const std::string& path, ProjectConfiguration& project, const Console& console) {
   std::string message;
-  if (!load(fileKindOf(path), path, console.watched(), project, message)) {
+  if (!readStudyFile(path, fileKindOf(path), console.watched(), project, message)) {
     console.fail(message, path);
     return false;
   }

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 class ProjectConfiguration;
@@ -13,7 +15,10 @@ enum class FileKind { Unknown, Factors, Sample, Model, PostProcessor, Project };
 FileKind fileKindOf(const std::string& path);
 
 // Loads whatever a file holds of a study: the factors of a factor file (without a Prep part), a sample, results, a
-// project. False, with the system's message and the path, when it can't be read or is none of these.
+// project. False, with the system's message, when it can't be read as that. A message on success is a warning.
+[[nodiscard]] bool readStudyFile(const std::string& path, FileKind kind, const Progress& progress,
+                                 ProjectConfiguration& project, std::string& message);
+// The same of a file that tells its kind; the message, with the path, goes to the console.
 [[nodiscard]] bool loadStudyFile(const std::string& path, ProjectConfiguration& project, const Console& console);
 
 }  // namespace tarvex
