@@ -1,9 +1,27 @@
 #include "toolkit/Display.h"
 
+#include <QBuffer>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QPalette>
 
 namespace tarvex {
+namespace {
+
+constexpr int kIconSizes[] = {16, 24, 32, 48, 64};  // what labels and buttons ask for at one and two pixels a point
+
+QPixmap drawn(QByteArray drawing, const QColor& ink, int pixels) {
+  drawing.replace("currentColor", ink.name().toLatin1());
+  QBuffer buffer(&drawing);
+  QImageReader reader(&buffer, "svg");
+  reader.setScaledSize({pixels, pixels});
+  return QPixmap::fromImageReader(&reader);
+}
+
+}  // namespace
 
 void Display::appendToSearchPath(const QString& directory) {
   directories_.append(directory);
@@ -36,7 +54,17 @@ QPixmap Display::bitmap(const QString& name) const {
 
 QIcon Display::icon(const QString& name) const {
   const QString path = findBitmap(name);
-  return path.isEmpty() ? QIcon() : QIcon(path);
+  if (!path.endsWith(".svg")) return path.isEmpty() ? QIcon() : QIcon(path);
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const QByteArray drawing = file.readAll();
+  QIcon icon;
+  const QPalette palette = QGuiApplication::palette();
+  for (const int pixels : kIconSizes) {
+    icon.addPixmap(drawn(drawing, palette.color(QPalette::Active, QPalette::ButtonText), pixels), QIcon::Normal);
+    icon.addPixmap(drawn(drawing, palette.color(QPalette::Disabled, QPalette::ButtonText), pixels), QIcon::Disabled);
+  }
+  return icon;
 }
 
 }  // namespace tarvex

@@ -21,6 +21,8 @@ class Display {
   // directory has a picture of the name, and when the file is none.
   QString findBitmap(const QString& name) const;
   QPixmap bitmap(const QString& name) const;
+  // For buttons and labels: drawings in "currentColor" take the colour of the application's texts, so that one set
+  // serves light and dark, and are weak where a gadget is insensitive.
   QIcon icon(const QString& name) const;
 
  private:

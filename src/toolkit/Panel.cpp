@@ -1,11 +1,15 @@
 #include "toolkit/Panel.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QIcon>
+#include <QLabel>
 #include <QScreen>
 #include <QShortcut>
 #include <QWidget>
+#include <algorithm>
 
 #include "toolkit/Dialogs.h"
 #include "toolkit/Display.h"
@@ -27,6 +31,7 @@ Panel::Panel(const Display& display, const QString& file, const QString& name, c
   if (parent != nullptr) window_->setWindowFlag(Qt::Window, true);
   setTitle(title);
   window_->installEventFilter(this);
+  showBitmaps();
 }
 
 Panel::~Panel() {
@@ -67,6 +72,18 @@ void Panel::connectGadgets() {
     const QString twice = gadget->property("doubleCallback").toString();
     if (!twice.isEmpty() && !connectDoubleClick(gadget, this, [this, twice] { call(twice); }))
       missing("gadget " + gadget->objectName() + " can't have a double click");
+  }
+}
+
+void Panel::showBitmaps() {
+  constexpr int kLabelSize = 24;
+  for (QWidget* const gadget : window_->findChildren<QWidget*>()) {
+    const QString bitmap = gadget->property("bitmap").toString();
+    if (bitmap.isEmpty()) continue;
+    const QIcon icon = display_.icon(bitmap);
+    if (auto* const button = qobject_cast<QAbstractButton*>(gadget)) button->setIcon(icon);
+    const int size = std::max(kLabelSize, std::min(gadget->minimumWidth(), gadget->minimumHeight()));
+    if (auto* const label = qobject_cast<QLabel*>(gadget)) label->setPixmap(icon.pixmap(size, size));
   }
 }
 
@@ -137,6 +154,7 @@ bool Panel::closing() {
 }
 
 bool Panel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == window_ && event->type() == QEvent::PaletteChange) showBitmaps();
   if (watched != window_ || event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
   if (!closing()) {
     event->ignore();

@@ -24,8 +24,8 @@ struct PanelCallback {
 
 // A window that is described by a file. The file <name>.ui on the display's search path says which gadgets the panel
 // has, each under its name; a gadget with the dynamic property "callback" calls the callback of that name, and one with
-// "doubleCallback" does so when a row of it is double-clicked. A panel registers what it implements in one table; a
-// callback that it doesn't implement prints a line that says so.
+// "doubleCallback" does so when a row of it is double-clicked; the property "bitmap" names its picture. A panel
+// registers what it implements in one table; a callback that it doesn't implement prints a line that says so.
 //
 // A file or a gadget that is missing is no crash: the panel's code then works on a stand-in, and where the panel would
 // be shown stands a message that names what is missing.
@@ -82,6 +82,7 @@ class Panel : public QObject {
   QObject* findGadget(const char* gadgetName) const;
   void missing(const QString& what);
   void connectGadgets();
+  void showBitmaps();
   template <class Gadget>
   Gadget* standIn(const char* gadgetName, bool otherType) {
     missing(QString(otherType ? "gadget %1 is of another kind than %2" : "gadget %1 (%2) is missing")
