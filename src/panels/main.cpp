@@ -1,0 +1,33 @@
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/versions.h"
+#include "panels/main/TarvexApplication.h"
+
+namespace {
+
+constexpr const char* kHelp =
+    "Usage: tarvex [FILE]\n"
+    "\n"
+    "The desktop environment for uncertainty and sensitivity analysis. Opens FILE, a project (.psc), a sample (.sam)\n"
+    "or results (.spc). It starts in a directory with a file Tarvex.cfg.\n"
+    "\n"
+    "  --help      this text\n"
+    "  --version   the version\n"
+    "\n"
+    "tarvex-batch does the same work from a shell.\n";
+
+}  // namespace
+
+// Both words are answered before a display is asked for.
+int main(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--help") == 0) return std::fputs(kHelp, stdout) < 0 ? 1 : 0;
+    if (std::strcmp(argv[i], "--version") == 0)
+      return std::printf("tarvex %s\n", tarvex::versionsInUse().front().second.c_str()) < 0 ? 1 : 0;
+  }
+  tarvex::TarvexApplication application(argc, argv);
+  return application.run(std::vector<std::string>(argv + 1, argv + argc));
+}

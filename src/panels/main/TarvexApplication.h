@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "toolkit/Application.h"
+
+namespace tarvex {
+
+class PMainPanel;
+
+// The desktop program from its start to its end.
+class TarvexApplication {
+ public:
+  TarvexApplication(int& argc, char** argv);
+  ~TarvexApplication();
+
+  // Reads the start-up file, shows the main panel, opens `files` and serves the user until the end. Returns the status
+  // of the process.
+  int run(const std::vector<std::string>& files);
+
+ private:
+  void buildPanels();
+
+  Application application_;
+  std::unique_ptr<PMainPanel> panel_;
+};
+
+}  // namespace tarvex
