@@ -11,6 +11,7 @@
 #include "batch/StudyFile.h"
 #include "correlation/importStein.h"
 #include "factors/FactorList.h"
+#include "factors/FactorProblems.h"
 #include "model/ModelOutputReader.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
@@ -26,13 +27,11 @@ void addLines(std::vector<std::string>& findings, const std::string& text) {
 // What a generation from the list would be told, and refused for.
 void examineFactors(const FactorList& factors, FileFindings& found) {
   constexpr std::int32_t kEnough = 2;  // runs of a design that is never made
-  PrepConfiguration trial;
-  trial.factors = factors;
-  trial.sampler = makeSampler(factors.correlationMode == kSteinSample ? kLatin : kRandom);
   if (factors.factorCount() == 0) return addLines(found.doubtful, "The list has no factors.");
-  if (!trial.sampler->setSamples(kEnough) || !trial.prepareGeneration())
-    return addLines(found.wrong, trial.errorText());
-  addLines(found.doubtful, trial.warnings());
+  const std::vector<FactorProblem> problems = factorProblems(factors);
+  for (const FactorProblem& problem : problems) addLines(problem.isError ? found.wrong : found.doubtful, problem.text);
+  const std::unique_ptr<Sampler> sampler = makeSampler(factors.correlationMode == kSteinSample ? kLatin : kRandom);
+  if (sampler->setSamples(kEnough)) addLines(found.doubtful, sampler->warningBefore(factors));
 }
 
 // Cells that are not numbers; told of each column with the first run that has one.

@@ -3,8 +3,21 @@
 #include "batch/Commands.h"
 #include "batch/SamplerOptions.h"
 #include "batch/TextTable.h"
+#include "factors/FactorProblems.h"
 
 namespace tarvex {
+
+namespace {
+
+// Nothing of which a generation would warn before it begins.
+bool isBeyondDoubt(const PrepConfiguration& prep, std::string& message) {
+  message = problemLines(factorProblems(prep.factors), false);
+  const std::string warning = prep.sampler->warningBefore(prep.factors);
+  if (!warning.empty()) message += (message.empty() ? "" : "\n") + warning;
+  return message.empty();
+}
+
+}  // namespace
 
 int runSample(const SampleOptions& options, const Console& console) {
   CommandFiles files;
@@ -17,6 +30,7 @@ int runSample(const SampleOptions& options, const Console& console) {
   if (!loadFactorFile(options.factorFile, prep.factors, message)) return console.fail(message, options.factorFile);
   prep.sampler = makeSampler(options, prep.factors, message);
   if (!prep.sampler) return console.fail(message);
+  if (options.strict && !isBeyondDoubt(prep, message)) return console.fail(message);
   prep.order = options.byFactor ? 1 : 0;
   prep.sampleFile = options.output;
 
