@@ -10,7 +10,7 @@ namespace tarvex {
 namespace {
 
 // Nothing of which a generation would warn before it begins.
-bool isBeyondDoubt(const PrepConfiguration& prep, std::string& message) {
+bool isBeyondDoubt(const PrepSettings& prep, std::string& message) {
   message = problemLines(factorProblems(prep.factors), false);
   const std::string warning = prep.sampler->warningBefore(prep.factors);
   if (!warning.empty()) message += (message.empty() ? "" : "\n") + warning;
