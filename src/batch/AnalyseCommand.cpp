@@ -4,11 +4,11 @@
 #include "app/ProjectConfiguration.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
-#include "batch/PictureFiles.h"
-#include "batch/Reports.h"
-#include "batch/TableFiles.h"
 #include "postproc/PostProcessorFile.h"
 #include "postproc/ResultExport.h"
+#include "report/PictureFiles.h"
+#include "report/TableFiles.h"
+#include "report/printSection.h"
 
 namespace tarvex {
 
@@ -43,9 +43,11 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
   if (!analyse(project, request, console.frontEnd)) return kFailed;
 
   // What takes longest goes first: whoever stops that finds none of the others.
-  if (!plots.empty() && !writePictureFiles(project, plots, *pictureFormat(options.plotFormat), scale, message))
+  if (!plots.empty() && !writePictureFiles(project.prep, project.model, project.vels, plots,
+                                           *pictureFormat(options.plotFormat), scale, message))
     return console.fail(message);
-  if (!tables.empty() && !writeTableFiles(project, tables, scale, message)) return console.fail(message);
+  if (!tables.empty() && !writeTableFiles(project.prep, project.vels, tables, scale, message))
+    return console.fail(message);
   if (!csvFile.empty() && !exportCsv(project.vels, csvFile, message)) return console.fail(message);
   if (!jsonFile.empty() && !exportJson(project.prep, project.vels, jsonFile, message)) return console.fail(message);
   if (!output.empty() &&

@@ -1,6 +1,6 @@
 #include "batch/Commands.h"
 #include "batch/FileFindings.h"
-#include "batch/TextTable.h"
+#include "report/TextTable.h"
 
 namespace tarvex {
 

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <charconv>
 
-#include "app/versions.h"
 #include "batch/FileFindings.h"
 #include "batch/SamplerOptions.h"
+#include "report/versions.h"
 
 namespace tarvex {
 

@@ -10,9 +10,9 @@
 #include "base/WorkingFile.h"
 #include "batch/Commands.h"
 #include "batch/DemoComparison.h"
-#include "batch/Reports.h"
 #include "batch/ShareDirectory.h"
-#include "batch/TimeReport.h"
+#include "report/TimeReport.h"
+#include "report/printSection.h"
 
 namespace tarvex {
 
@@ -98,9 +98,9 @@ int carryCase(const DemoCase& demo, RunController& controller, const Console& co
   }
   if (demo.canRun) return kSucceeded;
   console.out << '\n';
-  reportTimesOfMaxima(console.out, project);
+  reportTimesOfMaxima(console.out, project.model, project.vels);
   console.out << '\n';
-  reportLeadingFactors(console.out, project);
+  reportLeadingFactors(console.out, project.vels);
   return kSucceeded;
 }
 

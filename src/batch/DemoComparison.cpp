@@ -7,12 +7,12 @@
 #include <functional>
 
 #include "app/ProjectConfiguration.h"
-#include "batch/TextTable.h"
 #include "postproc/FastStats.h"
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
 #include "postproc/TestFunctions.h"
+#include "report/TextTable.h"
 #include "sampling/FastSampler.h"
 #include "sampling/MorrisSampler.h"
 #include "sampling/RepLatinSampler.h"

@@ -1,6 +1,6 @@
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
-#include "batch/TextTable.h"
+#include "report/TextTable.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
 

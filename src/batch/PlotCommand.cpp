@@ -6,9 +6,9 @@
 #include "batch/CommandFiles.h"
 #include "batch/CommandLine.h"
 #include "batch/Commands.h"
-#include "batch/PictureFiles.h"
 #include "batch/PlotFigures.h"
 #include "batch/StudyFile.h"
+#include "report/PictureFiles.h"
 #include "sampling/SampleSelection.h"
 
 namespace tarvex {

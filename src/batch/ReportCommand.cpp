@@ -3,11 +3,11 @@
 #include "app/Analysis.h"
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
-#include "app/StudyReport.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/StudyFile.h"
-#include "plots/Document.h"
+#include "report/Document.h"
+#include "report/StudyReport.h"
 
 namespace tarvex {
 
@@ -24,7 +24,8 @@ int runReport(const ReportOptions& options, const Console& console) {
   if (!completeAnalysis(project, console.frontEnd)) return kFailed;
   const std::string title =
       options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title;
-  if (!saveDocument(options.output, studyReport(project, title), message)) return console.fail(message);
+  if (!saveDocument(options.output, studyReport(project.prep, project.model, project.vels, title), message))
+    return console.fail(message);
   console.out << "Report of " << project.model.results.runCount() << " runs: " << options.output << '\n';
   return kSucceeded;
 }

@@ -4,8 +4,8 @@
 #include "base/Paths.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
-#include "batch/TextTable.h"
 #include "model/ModelRequest.h"
+#include "report/TextTable.h"
 
 namespace tarvex {
 

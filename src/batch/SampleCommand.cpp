@@ -2,8 +2,8 @@
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/SamplerOptions.h"
-#include "batch/TextTable.h"
 #include "factors/FactorProblems.h"
+#include "report/TextTable.h"
 
 namespace tarvex {
 

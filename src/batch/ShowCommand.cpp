@@ -1,7 +1,7 @@
 #include "app/ProjectConfiguration.h"
 #include "batch/Commands.h"
-#include "batch/Reports.h"
 #include "batch/StudyFile.h"
+#include "report/printSection.h"
 
 namespace tarvex {
 

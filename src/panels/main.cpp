@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "app/versions.h"
 #include "panels/main/TarvexApplication.h"
+#include "report/versions.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <QKeySequence>
 #include <QPlainTextEdit>
 
-#include "app/versions.h"
+#include "report/versions.h"
 
 namespace tarvex {
 namespace {

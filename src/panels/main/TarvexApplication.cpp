@@ -4,8 +4,8 @@
 
 #include "app/MainDirectory.h"
 #include "app/StartUp.h"
-#include "app/versions.h"
 #include "panels/main/PMainPanel.h"
+#include "report/versions.h"
 #include "toolkit/print.h"
 
 namespace tarvex {

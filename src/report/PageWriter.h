@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "plots/Document.h"
 #include "plots/TextPen.h"
+#include "report/Document.h"
 
 typedef struct _cairo cairo_t;
 

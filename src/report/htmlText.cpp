@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "plots/Document.h"
 #include "plots/savePicture.h"
+#include "report/Document.h"
 
 namespace tarvex {
 

@@ -1,14 +1,15 @@
-#include "batch/TimeReport.h"
+#include "report/TimeReport.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "app/ProjectConfiguration.h"
-#include "batch/TextTable.h"
+#include "model/ModelConfiguration.h"
 #include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
+#include "postproc/VelsConfiguration.h"
+#include "report/TextTable.h"
 
 namespace tarvex {
 
@@ -59,14 +60,13 @@ std::string leadingText(const RegressionStats& statistics, std::int32_t variable
 
 }  // namespace
 
-void reportTimesOfMaxima(std::ostream& out, const ProjectConfiguration& project) {
-  const ModelConfiguration& model = project.model;
+void reportTimesOfMaxima(std::ostream& out, const ModelConfiguration& model, const VelsConfiguration& vels) {
   std::vector<OutputOverTime> outputs;
   if (model.results.timeMode() != kSharedGrid || !collect(model, outputs)) return;
   TextTable table;
   table.addColumn("output", TextTable::Align::Left);
   for (const char* heading : {"5 % of the runs", "median", "95 %", "mean", "its size"}) table.addColumn(heading);
-  const std::vector<std::string> names = project.vels.outputNames(model);
+  const std::vector<std::string> names = vels.outputNames(model);
   for (std::size_t k = 0; k < outputs.size(); ++k) {
     OutputOverTime& seen = outputs[k];
     const auto largest = std::ranges::max_element(seen.sums);
@@ -80,8 +80,8 @@ void reportTimesOfMaxima(std::ostream& out, const ProjectConfiguration& project)
   table.print(out);
 }
 
-void reportLeadingFactors(std::ostream& out, const ProjectConfiguration& project) {
-  const auto* statistics = dynamic_cast<const RegressionStats*>(project.vels.sensitivity.get());
+void reportLeadingFactors(std::ostream& out, const VelsConfiguration& vels) {
+  const auto* statistics = dynamic_cast<const RegressionStats*>(vels.sensitivity.get());
   if (statistics == nullptr) return;
   static constexpr RegressionStats::Measure kRankMeasures[] = {RegressionStats::kSpea, RegressionStats::kPrcc,
                                                                RegressionStats::kSrrc};
@@ -90,7 +90,7 @@ void reportLeadingFactors(std::ostream& out, const ProjectConfiguration& project
   for (const auto measure : kRankMeasures)
     table.addColumn(std::string(RegressionStats::measureName(measure)), TextTable::Align::Left);
   std::int32_t variable = 0;
-  for (const std::string& name : project.vels.selectedVariables()) {
+  for (const std::string& name : vels.selectedVariables()) {
     std::vector<std::string> row{name};
     for (const auto measure : kRankMeasures) row.push_back(leadingText(*statistics, variable, measure));
     table.addRow(row);

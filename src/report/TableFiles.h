@@ -6,11 +6,12 @@
 
 namespace tarvex {
 
-class ProjectConfiguration;
+class PrepConfiguration;
+class VelsConfiguration;
 
 // Writes the saved tables of all that was computed into `directory`, which is made when it doesn't exist: a file per
 // variable and table, named after both. False, with a message, when one can't be written.
-[[nodiscard]] bool writeTableFiles(const ProjectConfiguration& project, const std::string& directory,
-                                   HistogramScale scale, std::string& message);
+[[nodiscard]] bool writeTableFiles(const PrepConfiguration& prep, const VelsConfiguration& vels,
+                                   const std::string& directory, HistogramScale scale, std::string& message);
 
 }  // namespace tarvex

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "app/Reports.h"
 #include "model/ModelConfiguration.h"
-#include "plots/Document.h"
+#include "report/Document.h"
+#include "report/Reports.h"
 
 namespace tarvex {
 

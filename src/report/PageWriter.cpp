@@ -1,4 +1,4 @@
-#include "plots/PageWriter.h"
+#include "report/PageWriter.h"
 
 #include <cairo.h>
 

@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "plots/CairoStream.h"
-#include "plots/Document.h"
-#include "plots/PageWriter.h"
 #include "plots/drawFigure.h"
+#include "report/Document.h"
+#include "report/PageWriter.h"
 
 namespace tarvex {
 

@@ -1,12 +1,12 @@
 #include <fmt/format.h>
 
-#include "app/CorrelationReport.h"
-#include "app/Reports.h"
 #include "factors/FactorList.h"
 #include "factors/IntervalDistribution.h"
 #include "factors/Relation.h"
 #include "factors/TruncatedDistribution.h"
-#include "plots/Document.h"
+#include "report/CorrelationReport.h"
+#include "report/Document.h"
+#include "report/Reports.h"
 
 namespace tarvex {
 

@@ -1,11 +1,11 @@
-#include "app/CorrelationReport.h"
+#include "report/CorrelationReport.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "plots/Document.h"
+#include "report/Document.h"
 
 namespace tarvex {
 

@@ -1,8 +1,8 @@
-#include "batch/TextTable.h"
+#include "report/TextTable.h"
 
 #include <algorithm>
 
-#include "plots/Document.h"
+#include "report/Document.h"
 
 namespace tarvex {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Reports.h"
-#include "batch/TextTable.h"
-#include "plots/Document.h"
+#include "report/Document.h"
+#include "report/Reports.h"
+#include "report/TextTable.h"
 
 namespace tarvex {
 

@@ -1,20 +1,22 @@
-#include "app/StudyReport.h"
+#include "report/StudyReport.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
 
-#include "app/ProjectConfiguration.h"
-#include "app/Reports.h"
-#include "app/sampleChecksum.h"
-#include "app/versions.h"
 #include "base/TextWriter.h"
-#include "plots/Document.h"
+#include "model/ModelConfiguration.h"
 #include "plots/RunTable.h"
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"
 #include "plots/measurePlots.h"
+#include "postproc/VelsConfiguration.h"
+#include "report/Document.h"
+#include "report/Reports.h"
+#include "report/sampleChecksum.h"
+#include "report/versions.h"
+#include "sampling/PrepConfiguration.h"
 
 namespace tarvex {
 
@@ -49,25 +51,26 @@ void addDensities(Document& out, const FactorList& factors) {
 }
 
 // From the statistics, or from the runs where these have no bins.
-Figure histogramOf(const ProjectConfiguration& project, std::int32_t variable, HistogramForm form) {
-  const UaStats& statistics = project.vels.uncertainty;
+Figure histogramOf(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
+                   std::int32_t variable, HistogramForm form) {
+  const UaStats& statistics = vels.uncertainty;
   RunTable runs;
   std::string message;
   if (isWithoutBins(statistics, variable) &&
-      readRunTable(project.prep, project.model, project.vels.outputNames(project.model),
-                   {"V - " + *statistics.name(variable)}, runs, message))
+      readRunTable(prep, model, vels.outputNames(model), {"V - " + *statistics.name(variable)}, runs, message))
     return histogramPlot({&runs.columns.front()}, form, kLinearScale);
   return histogramPlot(statistics, {variable}, form, kLinearScale);
 }
 
-void addUncertainty(Document& out, const ProjectConfiguration& project) {
+void addUncertainty(Document& out, const PrepConfiguration& prep, const ModelConfiguration& model,
+                    const VelsConfiguration& vels) {
   constexpr double kHeight = 330.0;
-  const UaStats& statistics = project.vels.uncertainty;
+  const UaStats& statistics = vels.uncertainty;
   out.add(Heading{"Uncertainty"});
   reportUncertainty(out, statistics);
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
-    Figure figure = histogramOf(project, v, HistogramForm::Area);
-    Figure cumulative = histogramOf(project, v, HistogramForm::Cumulative);
+    Figure figure = histogramOf(prep, model, vels, v, HistogramForm::Area);
+    Figure cumulative = histogramOf(prep, model, vels, v, HistogramForm::Cumulative);
     std::move(cumulative.charts.begin(), cumulative.charts.end(), std::back_inserter(figure.charts));
     figure.columns = 2;
     figure.title = *statistics.name(v);
@@ -109,20 +112,21 @@ void addIdentity(Document& out, const PrepConfiguration& prep) {
 
 }  // namespace
 
-Document studyReport(const ProjectConfiguration& project, const std::string& title) {
+Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
+                     const std::string& title) {
   Document out;
   out.title = title;
   out.add(Heading{"Factors"});
-  reportFactors(out, project.prep.factors);
-  addDensities(out, project.prep.factors);
+  reportFactors(out, prep.factors);
+  addDensities(out, prep.factors);
   out.add(Heading{"Design"});
-  reportDesign(out, project.prep);
-  if (project.prep.samples.rows() > 0) reportSampleStatistics(out, project.prep);
+  reportDesign(out, prep);
+  if (prep.samples.rows() > 0) reportSampleStatistics(out, prep);
   out.add(Heading{"Model"});
-  reportResults(out, project.model);
-  addUncertainty(out, project);
-  addMeasures(out, project.vels);
-  addIdentity(out, project.prep);
+  reportResults(out, model);
+  addUncertainty(out, prep, model, vels);
+  addMeasures(out, vels);
+  addIdentity(out, prep);
   return out;
 }
 

@@ -1,4 +1,4 @@
-#include "batch/ResultDirectory.h"
+#include "report/ResultDirectory.h"
 
 #include <algorithm>
 #include <cctype>

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "plots/Figure.h"
-#include "plots/Table.h"
+#include "report/Table.h"
 
 namespace tarvex {
 

@@ -1,4 +1,4 @@
-#include "app/sampleChecksum.h"
+#include "report/sampleChecksum.h"
 
 #include <glib.h>
 

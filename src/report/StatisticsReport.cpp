@@ -4,12 +4,12 @@
 #include <cmath>
 #include <map>
 
-#include "app/Reports.h"
-#include "plots/Document.h"
 #include "postproc/CellFormat.h"
 #include "postproc/MeasureSlots.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/UaStats.h"
+#include "report/Document.h"
+#include "report/Reports.h"
 
 namespace tarvex {
 

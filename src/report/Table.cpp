@@ -1,4 +1,4 @@
-#include "plots/Table.h"
+#include "report/Table.h"
 
 #include "base/NumberText.h"
 

@@ -1,4 +1,4 @@
-#include "plots/Document.h"
+#include "report/Document.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/versions.h"
+#include "report/versions.h"
 
 #include <fmt/format.h>
 

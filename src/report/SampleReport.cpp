@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
-#include "app/CorrelationReport.h"
-#include "app/Reports.h"
-#include "plots/Document.h"
+#include "report/CorrelationReport.h"
+#include "report/Document.h"
+#include "report/Reports.h"
 #include "sampling/FastSampler.h"
 #include "sampling/MorrisSampler.h"
 #include "sampling/PrepConfiguration.h"

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "plots/Table.h"
+#include "report/Table.h"
 
 namespace tarvex {
 

@@ -1,14 +1,16 @@
-#include "batch/PictureFiles.h"
+#include "report/PictureFiles.h"
 
 #include <algorithm>
 
-#include "app/ProjectConfiguration.h"
-#include "batch/ResultDirectory.h"
+#include "model/ModelConfiguration.h"
 #include "plots/drawFigure.h"
 #include "plots/histogramPlots.h"
 #include "plots/measurePlots.h"
 #include "plots/runPlots.h"
 #include "plots/strongestFactors.h"
+#include "postproc/VelsConfiguration.h"
+#include "report/ResultDirectory.h"
+#include "sampling/PrepConfiguration.h"
 
 namespace tarvex {
 
@@ -74,13 +76,13 @@ Figure histogramOf(const UaStats& stats, std::int32_t variable, const RunColumn&
 }
 
 // All factors, then the analysed variables.
-bool readColumns(const ProjectConfiguration& project, RunTable& table, std::string& message) {
+bool readColumns(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
+                 RunTable& table, std::string& message) {
   std::vector<std::string> names;
-  for (std::int32_t i = 0; i < project.prep.factors.factorCount(); ++i)
-    names.push_back("F - " + project.prep.factors.factor(i).name);
-  for (const std::string& variable : project.vels.selectedVariables()) names.push_back("V - " + variable);
+  for (std::int32_t i = 0; i < prep.factors.factorCount(); ++i) names.push_back("F - " + prep.factors.factor(i).name);
+  for (const std::string& variable : vels.selectedVariables()) names.push_back("V - " + variable);
   // What it may have to say of a success, the analysis has said already.
-  return readRunTable(project.prep, project.model, project.vels.outputNames(project.model), names, table, message);
+  return readRunTable(prep, model, vels.outputNames(model), names, table, message);
 }
 
 }  // namespace
@@ -93,15 +95,15 @@ bool writePicture(const std::string& path, const Figure& figure, PictureFormat f
   return false;
 }
 
-bool writePictureFiles(const ProjectConfiguration& project, const std::string& directory, PictureFormat format,
-                       HistogramScale scale, std::string& message) {
+bool writePictureFiles(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
+                       const std::string& directory, PictureFormat format, HistogramScale scale, std::string& message) {
   if (!canDraw(message)) return false;
   RunTable table;
-  if (!readColumns(project, table, message)) return false;
-  const std::vector<std::string>& variables = project.vels.selectedVariables();
+  if (!readColumns(prep, model, vels, table, message)) return false;
+  const std::vector<std::string>& variables = vels.selectedVariables();
   const std::size_t firstOutput = table.columns.size() - variables.size();
-  const UaStats& uncertainty = project.vels.uncertainty;
-  const SensitivityStats* stats = project.vels.sensitivity.get();
+  const UaStats& uncertainty = vels.uncertainty;
+  const SensitivityStats* stats = vels.sensitivity.get();
   if (stats != nullptr && !stats->computed) stats = nullptr;
   PictureWriter pictures(directory, format);
   for (std::size_t k = 0; k < variables.size(); ++k) {
