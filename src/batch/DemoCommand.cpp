@@ -6,11 +6,11 @@
 #include "app/DemoRepair.h"
 #include "app/FrontEnd.h"
 #include "app/RunController.h"
+#include "app/ShareDirectory.h"
 #include "base/Temporaries.h"
 #include "base/WorkingFile.h"
 #include "batch/Commands.h"
-#include "batch/DemoComparison.h"
-#include "batch/ShareDirectory.h"
+#include "demo/DemoComparison.h"
 #include "report/TimeReport.h"
 #include "report/printSection.h"
 

@@ -1,4 +1,4 @@
-#include "batch/ShareDirectory.h"
+#include "app/ShareDirectory.h"
 
 #include <cstdlib>
 #include <filesystem>

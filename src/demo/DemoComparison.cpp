@@ -1,4 +1,4 @@
-#include "batch/DemoComparison.h"
+#include "demo/DemoComparison.h"
 
 #include <fmt/format.h>
 
