@@ -68,8 +68,9 @@ bool RunController::driveGeneration() {
   setFlag(modified_, true);
   setFlag(sampleStale_, true);
   if (!prep.warnings().empty()) frontEnd_.message(MessageKind::Warning, "Warning", prep.warnings());
+  const LongOperation slice(frontEnd_);  // within a percent
   std::int32_t target = 1;
-  std::int32_t percent = prep.generate(target);
+  std::int32_t percent = prep.generate(target, slice.progress());
   while (percent >= 0 && percent < kDone) {
     frontEnd_.progress(percent);
     frontEnd_.drainEvents();
@@ -78,10 +79,10 @@ bool RunController::driveGeneration() {
       prep.cancelGeneration();
       return false;
     }
-    percent = prep.generate(++target);
+    percent = prep.generate(++target, slice.progress());
   }
   if (percent >= kDone) return true;
-  refuse(prep.errorText());
+  if (!slice.stopped()) refuse(prep.errorText());
   frontEnd_.closeProgress();
   prep.cancelGeneration();
   return false;
@@ -169,16 +170,17 @@ bool RunController::runInternal() {
 }
 
 bool RunController::driveInternalRun(InternalRun& run) {
+  const LongOperation slice(frontEnd_);  // within a percent
   float target = 1.0f;
-  std::int32_t percent = run.advance(target);
+  std::int32_t percent = run.advance(target, slice.progress());
   while (percent >= 0 && percent < kDone) {
     frontEnd_.progress(percent);
     frontEnd_.drainEvents();
     if (!frontEnd_.continueRun()) return false;
     target += 1.0f;
-    percent = run.advance(target);
+    percent = run.advance(target, slice.progress());
   }
-  return percent >= kDone || refuse(run.errorText());
+  return percent >= kDone || (!slice.stopped() && refuse(run.errorText()));
 }
 
 bool RunController::runExternal() {

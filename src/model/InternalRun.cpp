@@ -30,12 +30,18 @@ bool InternalRun::prepare() {
   return true;
 }
 
-std::int32_t InternalRun::advance(float target) {
+std::int32_t InternalRun::advance(float target, const Progress& progress) {
+  constexpr std::int32_t kEquationsAReport = 64;  // below a millisecond, even where they are long
   constexpr float kDone = 100.0f;
   // In single precision the last of many millions of runs all stand at 100 percent: they are done in one go.
+  std::int32_t evaluated = 0;
   while (results_.runCount() < samples_.rows() && (progress_ < target || progress_ >= kDone)) {
     if (!addRun()) return -1;
     progress_ = static_cast<float>(static_cast<double>(results_.runCount()) / samples_.rows() * 100.0);
+    evaluated += model_.numExpressions();
+    if (evaluated < kEquationsAReport) continue;
+    evaluated = 0;
+    if (!progress.report(results_.runCount(), samples_.rows())) return -1;
   }
   return static_cast<std::int32_t>(progress_);
 }

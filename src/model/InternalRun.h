@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 class InternalModel;
@@ -20,9 +22,10 @@ class InternalRun {
   // Empties the results and takes the names of the model's outputs. False, with errorText, for a sample that doesn't
   // fit the model.
   [[nodiscard]] bool prepare();
-  // Appends runs until the percentage done reaches `target`; gives it as an integer, -1 with errorText on failure.
+  // Appends runs until the percentage done reaches `target`; gives it as an integer, -1 with errorText on failure,
+  // and after a stop.
   // Requires: prepare() gave true.
-  std::int32_t advance(float target);
+  std::int32_t advance(float target, const Progress& progress = {});
 
   // A run whose equations can't be evaluated is stored as nan in all outputs.
   std::int32_t failedRuns() const { return failedRuns_; }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
-#include "base/Progress.h"
+#include "base/WorkPace.h"
 #include "postproc/OutputTable.h"
 #include "sampling/PrepConfiguration.h"
 
@@ -15,27 +14,6 @@ namespace tarvex {
 
 inline constexpr const char* kDesignMissing = "The sample file doesn't tell the design of the sample.";
 inline constexpr const char* kDesignDamaged = "The design of the sample doesn't fit its runs.";
-
-// Reports the progress of a loop each time so much is done that some milliseconds may have passed.
-class WorkPace {
- public:
-  // A loop of `steps` steps, each of about `operations` simple ones such as an addition.
-  WorkPace(const Progress& progress, std::int64_t steps, std::int64_t operations)
-      : progress_(progress),
-        steps_(steps),
-        stride_(std::max(kOperations / std::max(operations, std::int64_t{1}), std::int64_t{1})) {}
-
-  // Before each step. False: stop.
-  [[nodiscard]] bool step() { return ++step_ % stride_ != 0 || progress_.report(step_ - 1, steps_); }
-
- private:
-  static constexpr std::int64_t kOperations = 1000000;  // 1 to 5 ms
-
-  const Progress& progress_;
-  std::int64_t steps_;
-  std::int64_t stride_;
-  std::int64_t step_ = 0;
-};
 
 // The design of `prep` as the sampler class that a measure is made for. Null, with the reason, when the sample comes
 // from another method or has not as many runs as the results.

@@ -40,6 +40,7 @@ bool LatinSampler::fill(double target, sampValues& store, FactorList& factors) {
   // Kept: a fresh one in each call, so what a tree's children get depends on the steps of the targets.
   DiagonalBand diagonalBand;
   while (progress < target) {
+    if (!goesOn(1)) return false;
     const bool done = ranked_ ? rankedStep(store, factors) : independentStep(diagonalBand, store, factors);
     if (!done) return false;
   }

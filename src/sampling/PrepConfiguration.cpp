@@ -104,8 +104,9 @@ bool PrepConfiguration::prepareGeneration() {
   return true;
 }
 
-std::int32_t PrepConfiguration::generate(std::int32_t target) {
+std::int32_t PrepConfiguration::generate(std::int32_t target, const Progress& progress) {
   constexpr std::int32_t kFailed = -1;
+  constexpr double kDesignShare = 0.5;
   if (external == 1 || stage_ == Stage::Done) return kDone;
   if (stage_ == Stage::Idle) {
     fail("The generation has not been prepared.");
@@ -113,8 +114,9 @@ std::int32_t PrepConfiguration::generate(std::int32_t target) {
   }
   try {
     std::int32_t percent = 0;
-    if (stage_ == Stage::Design && !passDesign(percent, target)) return kFailed;
-    if (stage_ == Stage::Values && !passValues(percent, std::min(target, kDone))) return kFailed;
+    if (stage_ == Stage::Design && !passDesign(percent, target, progress.part(0.0, kDesignShare))) return kFailed;
+    if (stage_ == Stage::Values && !passValues(percent, std::min(target, kDone), progress.part(kDesignShare, 1.0)))
+      return kFailed;
     return percent;
   } catch (const std::bad_alloc&) {
     fail("There is not enough memory for a sample of " + std::to_string(samples.rows()) + " runs.");
@@ -123,8 +125,8 @@ std::int32_t PrepConfiguration::generate(std::int32_t target) {
 }
 
 // The sampler's percents. Beyond them the value pass begins, but of typed samples, which are values already.
-bool PrepConfiguration::passDesign(std::int32_t& percent, std::int32_t target) {
-  const double reached = sampler->generate(target, samples, factors);
+bool PrepConfiguration::passDesign(std::int32_t& percent, std::int32_t target, const Progress& progress) {
+  const double reached = sampler->generate(target, samples, factors, progress);
   if (reached < 0.0) return fail(sampler->errorText);
   percent = static_cast<std::int32_t>(reached);
   if (target <= kSamplerShare) return true;
@@ -140,10 +142,15 @@ bool PrepConfiguration::passDesign(std::int32_t& percent, std::int32_t target) {
   return true;
 }
 
-bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target) {
+bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target, const Progress& progress) {
   const std::int32_t runs = samples.rows();
   const double cells = static_cast<double>(factors.factorCount()) * runs;
-  while (percent < target) {
+  constexpr std::int32_t kCellsAReport = 16384;  // some milliseconds
+  constexpr double kValuesShare = 0.9;           // the statistics take the rest of the time
+  for (std::int32_t made = 0; percent < target; ++made) {
+    if (made % kCellsAReport == kCellsAReport - 1 &&
+        !progress.report(kValuesShare * (static_cast<double>(nextFactor_) * runs + nextRow_) / cells))
+      return false;
     const std::int32_t f = factors.factorAt(nextFactor_);
     if (!passCell(f)) return false;
     if (++nextRow_ == runs) {
@@ -154,12 +161,12 @@ bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target) {
     percent = static_cast<std::int32_t>(((static_cast<double>(nextFactor_) * runs + nextRow_) / cells + 1.0) *
                                         (kDone - kSamplerShare));
   }
-  return percent < kDone || finishGeneration();
+  return percent < kDone || finishGeneration(progress.part(kValuesShare, 1.0));
 }
 
-bool PrepConfiguration::finishGeneration() {
+bool PrepConfiguration::finishGeneration(const Progress& progress) {
   SampleStatistics statistics;
-  if (!statistics.compute(samples)) return fail(samples.errorText());
+  if (!statistics.compute(samples, progress)) return fail(samples.errorText());
   sampleStatistics = std::move(statistics);
   factors.releaseOrder();
   stage_ = Stage::Done;

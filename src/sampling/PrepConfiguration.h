@@ -44,9 +44,9 @@ class PrepConfiguration {
   // What the user is to be told before the prepared sample is made; empty when there is nothing.
   const std::string& warnings() const { return warnings_; }
   // Goes on to `target` percent and returns the percent reached; 100 when the sample is complete, -1 on failure with
-  // the text in errorText(). Percents to 50 are the sampler's, the others the value pass, column by column. An external
-  // sample is complete: 100 at once. Requires, for any other: prepareGeneration.
-  std::int32_t generate(std::int32_t target);
+  // the text in errorText(), and after a stop. Percents to 50 are the sampler's, the others the value pass, column by
+  // column. An external sample is complete: 100 at once. Requires, for any other: prepareGeneration.
+  std::int32_t generate(std::int32_t target, const Progress& progress = {});
   // Drops the half-made sample; does nothing when there is none.
   void cancelGeneration();
   // Why prepareGeneration or generate failed last; the sampler has the same.
@@ -66,11 +66,11 @@ class PrepConfiguration {
 
   bool isHalfMade() const { return stage_ == Stage::Design || stage_ == Stage::Values; }
   bool fail(const std::string& text);
-  bool passDesign(std::int32_t& percent, std::int32_t target);
-  bool passValues(std::int32_t& percent, std::int32_t target);
+  bool passDesign(std::int32_t& percent, std::int32_t target, const Progress& progress);
+  bool passValues(std::int32_t& percent, std::int32_t target, const Progress& progress);
   bool passCell(std::int32_t factorIndex);
   bool passRelation(Relation& relation, std::int32_t factorIndex);
-  bool finishGeneration();
+  bool finishGeneration(const Progress& progress);
   void dropHalfMade();
 
   bool readSample(TextReader& in);

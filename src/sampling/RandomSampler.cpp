@@ -23,6 +23,7 @@ bool RandomSampler::fill(double target, sampValues& store, FactorList& factors) 
   if (isAtStart()) ranked_ = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
   const float drawingEnd = ranked_ ? kDrawn : kDone;
   while (progress < target) {
+    if (!goesOn(1)) return false;
     if (progress < drawingEnd) {
       if (!drawCell(store, factors)) return false;
       setProgress(share() * drawingEnd, drawingEnd, factorPosition == numFactors);

@@ -104,6 +104,7 @@ bool RepLatinSampler::fill(double target, sampValues& store, FactorList& factors
   if (choice_ != 0) return true;
   if (isAtStart() && block_.empty() && !begin(factors)) return false;
   while (progress < target) {
+    if (!goesOn(1)) return false;
     if (phase_ == kBaseBlock) {
       stratifyCell(factors);
       const bool phaseDone = factorPosition == numFactors;

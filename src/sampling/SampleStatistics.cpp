@@ -4,6 +4,7 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "base/WorkPace.h"
 #include "base/sampValues.h"
 #include "sampling/Sampler.h"
 
@@ -15,25 +16,30 @@ constexpr std::int32_t kMoments = 4;  // a column
 
 }  // namespace
 
-bool SampleStatistics::compute(const sampValues& samples) {
+bool SampleStatistics::compute(const sampValues& samples, const Progress& progress) {
   const std::int32_t rows = samples.rows();
   const auto columns = static_cast<std::size_t>(samples.columns());
   const double divisor = rows - 1.0;
   std::vector<double> row(columns);
 
+  constexpr double kMeansShare = 0.2;  // of the time, roughly
+  const Progress first = progress.part(0.0, kMeansShare);
+  WorkPace firstPace(first, rows, samples.columns());
   std::vector<double> means(columns, 0.0);
   for (std::int32_t r = 0; r < rows; ++r) {
-    if (!samples.getRow(r, row.data())) return false;
+    if (!firstPace.step() || !samples.getRow(r, row.data())) return false;
     for (std::size_t c = 0; c < columns; ++c) means[c] += row[c];
   }
   // Kept: the mean divides by n - 1, and deviations are taken from that mean; saved samples hold these numbers.
   for (double& mean : means) mean /= divisor;
 
+  const Progress second = progress.part(kMeansShare, 1.0);
+  WorkPace secondPace(second, rows, std::int64_t{samples.columns()} * samples.columns());
   std::vector<double> products(columns * columns, 0.0);  // the upper triangle, diagonal included
   std::vector<double> cubes(columns, 0.0);
   std::vector<double> fourths(columns, 0.0);
   for (std::int32_t r = 0; r < rows; ++r) {
-    if (!samples.getRow(r, row.data())) return false;
+    if (!secondPace.step() || !samples.getRow(r, row.data())) return false;
     for (std::size_t c = 0; c < columns; ++c) row[c] -= means[c];
     for (std::size_t i = 0; i < columns; ++i) {
       for (std::size_t j = i; j < columns; ++j) products[i * columns + j] += row[i] * row[j];

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 class TextReader;
@@ -14,8 +16,9 @@ class SampleStatistics {
  public:
   static constexpr double kUnavailable = -10.0;  // what the accessors give out of range
 
-  // False, with nothing changed, when the store can't be read. Of less than two runs they are not numbers.
-  [[nodiscard]] bool compute(const sampValues& samples);
+  // False, with nothing changed, when the store can't be read and after a stop. Of less than two runs they are not
+  // numbers.
+  [[nodiscard]] bool compute(const sampValues& samples, const Progress& progress = {});
   void write(TextWriter& out) const;
   // Reads order, matrix and moments; the rest of the last line is left. False, with nothing changed, for bad content.
   [[nodiscard]] bool read(TextReader& in);

@@ -43,12 +43,13 @@ std::string Sampler::warningBefore(const FactorList& /*factors*/) const {
   return {};
 }
 
-double Sampler::generate(double targetPercent, sampValues& store, FactorList& factors) {
+double Sampler::generate(double targetPercent, sampValues& store, FactorList& factors, const Progress& watched) {
   const auto tooLarge = [this] {
     return refuse("There is not enough memory for a sample of " + std::to_string(numSamples) + " runs of " +
                   std::to_string(numFactors) + " factors.");
   };
   bool done = false;
+  watched_ = &watched;
   try {
     done = fill(std::min(targetPercent, kComplete), store, factors);
   } catch (const std::bad_alloc&) {
@@ -56,7 +57,13 @@ double Sampler::generate(double targetPercent, sampValues& store, FactorList& fa
   } catch (const std::length_error&) {
     done = tooLarge();
   }
+  watched_ = nullptr;
   return done ? progress : -1.0;
+}
+
+bool Sampler::report() {
+  unreported_ = 0;
+  return watched_->report(progress / kComplete);
 }
 
 void Sampler::reset() {
@@ -98,7 +105,7 @@ bool Sampler::checkStore(bool done, const sampValues& store) {
 }
 
 bool Sampler::addRun(sampValues& store, const std::vector<double>& row) {
-  return checkStore(store.addRow(row.data()) > 0, store);
+  return goesOn(store.columns()) && checkStore(store.addRow(row.data()) > 0, store);
 }
 
 void Sampler::nextCell(std::int32_t cells) {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 class FactorList;
@@ -52,8 +54,8 @@ class Sampler {
   // Empty when there is nothing.
   virtual std::string warningBefore(const FactorList& factors) const;
   // Goes on until `progress` is at least `targetPercent` and returns it; kComplete is as far as it goes. -1 on failure,
-  // the reason in errorText.
-  double generate(double targetPercent, sampValues& store, FactorList& factors);
+  // the reason in errorText, and after a stop.
+  double generate(double targetPercent, sampValues& store, FactorList& factors, const Progress& watched = {});
   virtual void reset();
   // The runs of the last generation, where the method keeps a record of what each of them is for; -1 without one.
   virtual std::int64_t recordedRuns() const;
@@ -78,8 +80,8 @@ class Sampler {
   Sampler(const Sampler&) = default;
   Sampler& operator=(const Sampler&) = default;
 
-  // generate() without what all methods share: false on failure, the reason in errorText. `target` is kComplete at
-  // most.
+  // generate() without what all methods share: false on failure, the reason in errorText, and when goesOn() is false.
+  // `target` is kComplete at most.
   [[nodiscard]] virtual bool fill(double target, sampValues& store, FactorList& factors) = 0;
   // The items of the section; on false the reader has failed with the reason. The sampler has been reset.
   [[nodiscard]] virtual bool readItems(TextReader& in) = 0;
@@ -92,6 +94,12 @@ class Sampler {
   bool hasSamples();
   // Passes on whether the store did what it was asked; if not, its reason becomes errorText.
   bool checkStore(bool done, const sampValues& store);
+  // Tells who watches the generation, every so many cells; false: stop. Asked for each cell, or each run by addRun().
+  [[nodiscard]] bool goesOn(std::int32_t cells) {
+    constexpr std::int64_t kCellsAReport = 16384;  // a millisecond, or some where a cell takes long
+    unreported_ += cells;
+    return unreported_ < kCellsAReport || report();
+  }
   bool addRun(sampValues& store, const std::vector<double>& row);
   bool isAtStart() const { return progress == 0.0f && sampleIndex == 0 && factorPosition == 0; }
   // Goes on to the next cell of a walk that visits each factor `cells` times.
@@ -113,6 +121,12 @@ class Sampler {
   float progress = 0.0f;     // percent reached, 0 to kComplete
   std::int32_t sampleIndex = 0;
   std::int32_t factorPosition = 0;
+
+ private:
+  [[nodiscard]] bool report();
+
+  const Progress* watched_ = nullptr;  // while a generation goes on
+  std::int64_t unreported_ = 0;        // cells since the last report
 };
 
 // Reads a whole number that must be at least `least`; `what` says what it is.

@@ -49,6 +49,37 @@ std::int32_t generateAll(PrepConfiguration& prep) {
   return percent;
 }
 
+// Within one call, in the design, the values and the statistics; a stop anywhere leaves what a cancel leaves.
+TEST(PrepConfiguration, reportsOftenAndStopsAnywhere) {
+  constexpr std::int32_t kRuns = 300000;
+  PrepConfiguration unwatched = uniformPair(kRuns);
+  ASSERT_TRUE(unwatched.prepareGeneration());
+  ASSERT_EQ(unwatched.generate(100), 100);
+  std::vector<double> reports;
+  std::size_t stopAt = 1 << 20;
+  const auto watch = [&](double done) {
+    reports.push_back(done);
+    return reports.size() < stopAt;
+  };
+  PrepConfiguration prep = uniformPair(kRuns);
+  ASSERT_TRUE(prep.prepareGeneration());
+  EXPECT_EQ(prep.generate(100, Progress(watch)), 100);
+  EXPECT_TRUE(std::ranges::is_sorted(reports));
+  EXPECT_TRUE(recordOf(prep) == recordOf(unwatched));
+  const std::vector<double> all = std::move(reports);
+  for (const double share : {0.2, 0.7, 0.96}) {  // of the design, the values, the statistics
+    stopAt = static_cast<std::size_t>(std::ranges::lower_bound(all, share) - all.begin()) + 1;
+    ASSERT_LT(stopAt, all.size() + 1) << share;
+    reports.clear();
+    ASSERT_TRUE(prep.prepareGeneration());
+    EXPECT_EQ(prep.generate(100, Progress(watch)), -1);
+    EXPECT_EQ(reports.size(), stopAt) << share;
+    prep.cancelGeneration();
+    EXPECT_EQ(prep.samples.rows(), 0);
+  }
+  EXPECT_EQ(generateAll(prep), 100);
+}
+
 TEST(PrepConfiguration, aFactorWithoutInverseEndsGeneration) {
   auto flat = named<Normal>("flat");
   ASSERT_TRUE(flat->setStdDeviation(0.0));
