@@ -184,14 +184,22 @@ Outcome RunController::openDemo(const std::string& caseName) {
   if (busy_) return Outcome::Busy;
   const Scope scope(*this);
   if (const Outcome may = mayDiscard(Discard::ForDemo); may != Outcome::Done) return may;
+  const BusyScope inProgress(*this);
   const std::string path = demoFilePath(mainDirectory_, caseName);
   PrepConfiguration prep;
   ModelConfiguration model;
   VelsConfiguration vels;
   std::string message;
+  bool done = false;
+  bool stopped = false;
+  {
+    const LongOperation operation(frontEnd_, "Reading a demonstration case", 0);
+    done = loadPostProcessorFile(path, prep, model, vels, message, operation.progress());
+    stopped = operation.stopped();
+  }
   // Told once, and in the words of the case: the user chose no file.
-  if (!loadPostProcessorFile(path, prep, model, vels, message))
-    return fail("  Error reading demo file:\n " + path, "Error initializing demo");
+  if (!done)
+    return stopped ? Outcome::Refused : fail("  Error reading demo file:\n " + path, "Error initializing demo");
   adoptResults(std::move(prep), std::move(model), std::move(vels));
   const DemoCase* const demo = findDemoCase(caseName);
   demoCanRun_ = demo == nullptr || demo->canRun;
