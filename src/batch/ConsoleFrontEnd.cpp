@@ -16,9 +16,10 @@ void ConsoleFrontEnd::openProgress(const std::string& title, std::int32_t rows) 
 void ConsoleFrontEnd::progress(int percent) {
   if (!isTerminal_ || percent < 0 || percent > 100) return;
   constexpr int kBarWidth = 25;
-  std::string line = fmt::format("{} [{:-<{}}] {:3}%  {} of {} runs", title_,
-                                 std::string(static_cast<std::size_t>(percent * kBarWidth / 100), '#'), kBarWidth,
-                                 percent, static_cast<std::int64_t>(rows_) * percent / 100, rows_);
+  std::string line =
+      fmt::format("{} [{:-<{}}] {:3}%", title_, std::string(static_cast<std::size_t>(percent * kBarWidth / 100), '#'),
+                  kBarWidth, percent);
+  if (rows_ > 0) line += fmt::format("  {} of {} runs", static_cast<std::int64_t>(rows_) * percent / 100, rows_);
   const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start_;
   if (percent > 0) {
     const auto left = std::lround(spent.count() * (100 - percent) / percent);
