@@ -65,12 +65,8 @@ std::string resultsText(const ModelConfiguration& model) {
 
 void describeCase(const DemoCase& demo, const ProjectConfiguration& project, std::ostream& out) {
   out << "Demonstration case " << demo.name << "\n\n";
-  PrepConfiguration prep;
-  std::string message;
-  if (prep.copyFrom(project.prep, message)) {
-    prep.sampleFile.clear();  // gone when the user reads this
-    printSection(out, reportDesign, prep);
-  }
+  // The file is gone when the user reads this.
+  printSection(out, reportDesign, project.prep, SampleFileName::Untold);
   out << '\n';
   printSection(out, reportFactors, project.prep.factors);
   out << '\n';

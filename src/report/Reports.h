@@ -17,8 +17,9 @@ struct Document;
 // What the system's objects hold, as sections for people, added at the end of a document.
 
 void reportFactors(Document& out, const FactorList& factors);
-// Method with its settings, and counts.
-void reportDesign(Document& out, const PrepConfiguration& prep);
+// Method with its settings, counts and, where it is there to be read, the sample file.
+enum class SampleFileName { Told, Untold };
+void reportDesign(Document& out, const PrepConfiguration& prep, SampleFileName file = SampleFileName::Told);
 // The statistics of the sample; those of a record without any are made for display.
 void reportSampleStatistics(Document& out, const PrepConfiguration& prep);
 void reportEquations(Document& out, const InternalModel& model);

@@ -70,11 +70,11 @@ void reportBlocks(Document& out, const FastSampler& sampler) {
 
 }  // namespace
 
-void reportDesign(Document& out, const PrepConfiguration& prep) {
+void reportDesign(Document& out, const PrepConfiguration& prep, SampleFileName file) {
   std::string text = prep.external == 1 ? "External sample\n" : prep.sampler ? methodText(*prep.sampler) + '\n' : "";
   text += fmt::format("{} of {}, listed by {}", counted(prep.samples.rows(), "run"),
                       counted(prep.samples.columns(), "factor"), prep.samples.order() == 0 ? "run" : "factor");
-  if (!prep.sampleFile.empty()) text += ", file " + prep.sampleFile;
+  if (file == SampleFileName::Told && !prep.sampleFile.empty()) text += ", file " + prep.sampleFile;
   out.add(Paragraph{std::move(text)});
   if (const auto* fast = dynamic_cast<const FastSampler*>(prep.sampler.get())) reportBlocks(out, *fast);
 }
