@@ -28,7 +28,7 @@ class LaunchRequest {
 
   // Puts the model into the project, an internal one rather than an external one; an internal model that can't be read
   // is passed over in silence. True when the project has a model afterwards.
-  bool applyModel(RunController& controller) const;
+  [[nodiscard]] bool applyModel(RunController& controller) const;
 
  private:
   void takeLine(const std::string& line);

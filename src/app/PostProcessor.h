@@ -68,10 +68,11 @@ class PostProcessor {
   std::shared_ptr<const AnalysisSnapshot> snapshot();
 
  private:
-  bool takeTexts(const std::vector<std::string>& texts, OutputVariables& variables, std::string& message) const;
-  bool buildTable(OutputVariables& variables, const Progress& progress, std::string& message);
-  bool computeBlocks(const AnalysisRequest& request, const OutputTable& table, const Progress& progress,
-                     VelsConfiguration& vels, std::string& message) const;
+  [[nodiscard]] bool takeTexts(const std::vector<std::string>& texts, OutputVariables& variables,
+                               std::string& message) const;
+  [[nodiscard]] bool buildTable(OutputVariables& variables, const Progress& progress, std::string& message);
+  [[nodiscard]] bool computeBlocks(const AnalysisRequest& request, const OutputTable& table, const Progress& progress,
+                                   VelsConfiguration& vels, std::string& message) const;
   void keep(VelsConfiguration vels);
 
   ProjectConfiguration& project_;

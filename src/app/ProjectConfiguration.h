@@ -55,8 +55,8 @@ class ProjectConfiguration {
   const std::string& errorText() const { return errorText_; }
 
  private:
-  bool read(TextReader& in);
-  bool write(const Progress& progress);
+  [[nodiscard]] bool read(TextReader& in);
+  [[nodiscard]] bool write(const Progress& progress);
 
   std::uint64_t sampleMark_ = 0;
   std::uint64_t resultMark_ = 0;

@@ -152,16 +152,16 @@ class RunController {
   void keepDirectories() const;
   void prepareVels();
 
-  bool driveGeneration();
-  bool writeSample();
-  bool linkInternalModel();
-  bool runInternal();
-  bool driveInternalRun(InternalRun& run);
-  bool runExternal();
-  bool runSpreadsheet();
-  bool readOutputs();
-  bool runChosenModel();
-  bool provideSampleFile();
+  [[nodiscard]] bool driveGeneration();
+  [[nodiscard]] bool writeSample();
+  [[nodiscard]] bool linkInternalModel();
+  [[nodiscard]] bool runInternal();
+  [[nodiscard]] bool driveInternalRun(InternalRun& run);
+  [[nodiscard]] bool runExternal();
+  [[nodiscard]] bool runSpreadsheet();
+  [[nodiscard]] bool readOutputs();
+  [[nodiscard]] bool runChosenModel();
+  [[nodiscard]] bool provideSampleFile();
   void holdSampleIn(const std::string& path);
   bool refuse(const std::string& text);  // shows it; always false
 

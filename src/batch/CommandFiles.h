@@ -32,7 +32,7 @@ class CommandFiles {
     std::string suffix = {};        // of the files in a directory; empty: no directory
   };
 
-  bool checkPair(const File& output, const File& other, std::string& message) const;
+  [[nodiscard]] bool checkPair(const File& output, const File& other, std::string& message) const;
 
   std::vector<File> files_;
 };

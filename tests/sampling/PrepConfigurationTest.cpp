@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "base/TextWriter.h"
+#include "factors/Constant.h"
 #include "factors/Normal.h"
 #include "factors/Relation.h"
 #include "factors/Uniform.h"
@@ -51,8 +52,12 @@ std::int32_t generateAll(PrepConfiguration& prep) {
 
 // Within one call, in the design, the values and the statistics; a stop anywhere leaves what a cancel leaves.
 TEST(PrepConfiguration, reportsOftenAndStopsAnywhere) {
-  constexpr std::int32_t kRuns = 300000;
-  PrepConfiguration unwatched = uniformPair(kRuns);
+  const auto wide = [] {
+    PrepConfiguration prep = uniformPair(4000);
+    for (int i = 0; i < 22; ++i) prep.factors.addFactor(named<Constant>(("c" + std::to_string(i)).c_str()));
+    return prep;
+  };
+  PrepConfiguration unwatched = wide();
   ASSERT_TRUE(unwatched.prepareGeneration());
   ASSERT_EQ(unwatched.generate(100), 100);
   std::vector<double> reports;
@@ -61,7 +66,7 @@ TEST(PrepConfiguration, reportsOftenAndStopsAnywhere) {
     reports.push_back(done);
     return reports.size() < stopAt;
   };
-  PrepConfiguration prep = uniformPair(kRuns);
+  PrepConfiguration prep = wide();
   ASSERT_TRUE(prep.prepareGeneration());
   EXPECT_EQ(prep.generate(100, Progress(watch)), 100);
   EXPECT_TRUE(std::ranges::is_sorted(reports));
