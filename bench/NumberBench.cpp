@@ -41,15 +41,6 @@ void numberParse(benchmark::State& state) {
 }
 BENCHMARK(numberParse);
 
-void numberSixDigits(benchmark::State& state) {
-  const std::vector<double> values = numbers();
-  for (auto _ : state) {
-    for (const double value : values) benchmark::DoNotOptimize(sixDigits(value));
-  }
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(values.size()));
-}
-BENCHMARK(numberSixDigits);
-
 void uniformNumbers(benchmark::State& state) {
   std::int32_t word = 4711;
   for (auto _ : state) benchmark::DoNotOptimize(uniformRandom(word));

@@ -148,7 +148,7 @@ bool ProjectConfiguration::save(const std::string& path, const Progress& progres
 }
 
 bool ProjectConfiguration::save(const Progress& progress) {
-  errorText_ = "Error trying to write to the Tarvex configuration file.\nIs it locked by another application?";
+  errorText_ = kProjectNotWritten;
   return fileName != kNoFile && write(progress);
 }
 

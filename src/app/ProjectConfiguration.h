@@ -12,6 +12,10 @@ namespace tarvex {
 
 class TextReader;
 
+// What is said, before the reason, of a project file that can't be written.
+inline constexpr const char* kProjectNotWritten =
+    "Error trying to write to the Tarvex configuration file.\nIs it locked by another application?";
+
 // Everything that the program knows about one study: what is sampled, what is run, what was computed from it. A part
 // counts only while its flag is set. It is a value and touches no file but the one that it is told to; the remembered
 // directories are the business of who owns the session.

@@ -19,7 +19,6 @@ namespace tarvex {
 namespace {
 
 constexpr std::int32_t kDone = 100;
-const std::string kSampleNotWritten = "Error trying to write to the Sample file.\nIs it locked by another application?";
 
 }  // namespace
 
@@ -53,8 +52,8 @@ Outcome RunController::generateSample(OldSample old) {
 // from it. On failure or stop the progress display is gone and the sample empty.
 bool RunController::driveGeneration() {
   PrepConfiguration& prep = project_.prep;
-  if (!canWriteFile(prep.sampleFile)) {
-    refuse(kSampleNotWritten);
+  if (const std::string reason = whyNotWritable(prep.sampleFile); !reason.empty()) {
+    refuse(std::string(kSampleNotWritten) + '\n' + reason);
     frontEnd_.closeProgress();
     return false;
   }
@@ -208,7 +207,7 @@ bool RunController::provideSampleFile() {
   }
   if (operation.stopped()) return false;
   if (prep.external == 1)
-    return refuse(kSampleNotWritten + ("\n" + prep.sampleFile) +
+    return refuse(std::string(kSampleNotWritten) + '\n' + prep.sampleFile +
                   " no longer holds the sample that was imported, and an imported file is never written.");
   if (saveSampleFile(prep.sampleFile, prep, message, operation.progress())) {
     holdSampleIn(prep.sampleFile);

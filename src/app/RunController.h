@@ -138,6 +138,7 @@ class RunController {
   void setFlag(bool& flag, bool value);
   Outcome warn(const std::string& text);
   Outcome fail(const std::string& text, const std::string& title = "Error");
+  Outcome failWrite(const std::string& path);
   void tell(const std::string& title, const std::string& text);
 
   std::string whyNotGenerate() const;

@@ -114,8 +114,8 @@ Outcome RunController::loadProject(const std::string& path) {
   static constexpr const char* kTitle = "Error opening file";
   const Scope scope(*this);
   const BusyScope inProgress(*this);
-  if (TextReader::fromFile(path).fail())
-    return fail("  Error opening input file\n " + path + "\n Loading Aborted.", kTitle);
+  if (const TextReader in = TextReader::fromFile(path); in.fail())
+    return fail(withProblem("  Error opening input file\n " + path + "\n Loading Aborted.", in), kTitle);
   ProjectConfiguration loaded;
   bool done = false;
   bool stopped = false;
@@ -153,18 +153,20 @@ Outcome RunController::saveProject(const std::optional<std::string>& path) {
   return saved ? Outcome::Done : fail(project_.errorText());
 }
 
+Outcome RunController::failWrite(const std::string& path) {
+  return fail("  Error writing output file\n " + path + '\n' + whyNotWritable(path), "Write error");
+}
+
 Outcome RunController::saveProjectAs(const std::string& path) {
   if (busy_) return Outcome::Busy;
   std::error_code error;
-  if (!std::filesystem::exists(path, error) && !canWriteFile(path))
-    return fail("  Error writing output file\n " + path, "Write error");
+  if (!std::filesystem::exists(path, error) && !canWriteFile(path)) return failWrite(path);
   return saveProject(path);
 }
 
 Outcome RunController::quickSave() {
   if (busy_) return Outcome::Busy;
-  if (!canWriteFile(project_.fileName))
-    return fail("  Error writing output file\n " + project_.fileName, "Write error");
+  if (!canWriteFile(project_.fileName)) return failWrite(project_.fileName);
   return saveProject();
 }
 

@@ -1,7 +1,6 @@
 #include "base/NumberText.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -88,10 +87,6 @@ std::size_t parseReal(std::string_view text, Real& value) {
   return static_cast<std::size_t>(last - begin);
 }
 
-// Powers of ten that a double holds exactly.
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
 }  // namespace
 
 char* writeNumber(char* out, double value, int precision) {
@@ -103,34 +98,6 @@ char* writeNumber(char* out, double value, int precision) {
 std::string numberText(double value, int precision) {
   char text[kMaxNumberText];
   return std::string(text, writeNumber(text, value, precision));
-}
-
-double sixDigits(double value) {
-  // Between 1e-16 and 1e21 the six digits are an integer n beside a power of ten that is exact, so that one division
-  // or product rounds like the text does. Scaling errs by less than 1e-9 in n: too near to a half, the text decides.
-  const double size = std::fabs(value);
-  if (size >= 1e-16 && size < 1e21) {
-    const int exponent2 = static_cast<int>(std::bit_cast<std::uint64_t>(size) >> 52) - 1023;
-    int shift = 5 - ((exponent2 * 1233) >> 12);  // 1233 / 4096: log10(2); at most one too small
-    double scaled = shift >= 0 ? size * kPowersOfTen[shift] : size / kPowersOfTen[-shift];
-    if (scaled >= 1e6) {
-      --shift;
-      scaled = shift >= 0 ? size * kPowersOfTen[shift] : size / kPowersOfTen[-shift];
-    }
-    const double below = static_cast<double>(static_cast<std::int64_t>(scaled));
-    const double rest = scaled - below;
-    if (scaled >= 1e5 && scaled < 1e6 && std::fabs(rest - 0.5) > 1e-9) {
-      const double n = rest > 0.5 ? below + 1 : below;
-      return std::copysign(shift >= 0 ? n / kPowersOfTen[shift] : n * kPowersOfTen[-shift], value);
-    }
-  }
-  char text[kMaxNumberText];
-  const char* const end = writeNumber(text, value);
-  double rounded = 0;
-  // Six digits of the largest doubles round up past the range, as they do when the text is read elsewhere.
-  if (parseReal({text, static_cast<std::size_t>(end - text)}, rounded) == 0)
-    return std::copysign(std::numeric_limits<double>::infinity(), value);
-  return rounded;
 }
 
 std::size_t parseNumber(std::string_view text, double& value) {

@@ -15,9 +15,6 @@ std::string numberText(double value, int precision = 6);
 // The same into a buffer of at least kMaxNumberText bytes, without a terminator. Returns one past the last byte.
 char* writeNumber(char* out, double value, int precision = 6);
 
-// `value` rounded through its "%g" text: the precision at which values enter equations.
-double sixDigits(double value);
-
 // The number that stands at the start of `text`: optional sign, decimal digits with point and exponent, or "inf",
 // "nan" (with either sign, any letter case, "infinity" too). Returns the bytes taken, 0 when there is no number or its
 // size is beyond the type's range; `value` is set only on success. A number too small for the type is 0 or a denormal.

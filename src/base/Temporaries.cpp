@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -38,10 +39,15 @@ Announced& announced() {
   return *all;
 }
 
-// Where a file system keeps no locks the process's number alone protects what was made.
-void announce(const std::string& path, int lockHolder) {
-  static_cast<void>(lockHolder >= 0 && ::flock(lockHolder, LOCK_EX | LOCK_NB) == 0);
-  announced().paths[path] = lockHolder;
+// Locks what was made and remembers it. False when the cleaner of another machine, which took it for a left-over in the
+// moment before the lock, has it or had it. Where a file system keeps no locks the process's number alone protects it.
+bool announce(const std::string& path, int lockHolder) {
+  struct stat status {};
+  const bool taken = (::flock(lockHolder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) ||
+                     (::fstat(lockHolder, &status) == 0 && status.st_nlink == 0);
+  if (taken && lockHolder >= 0) ::close(lockHolder);
+  if (!taken) announced().paths[path] = lockHolder;
+  return !taken;
 }
 
 std::string ownName(const std::string& directory, const std::string& rest) {
@@ -59,22 +65,24 @@ bool isOfDeadProcess(std::string_view name) {
          errno == ESRCH;
 }
 
-// A process of another machine or container, whose number says nothing here, holds a lock on what it made.
-bool isLocked(const std::filesystem::path& path) {
+// Deletes what is this user's own and nobody holds: a process of another machine or container, whose number says
+// nothing here, has a lock on what it made. The lock is kept meanwhile, so that whoever makes it sees what happens to
+// it.
+void deleteUnlessHeld(const std::filesystem::path& path) {
   const int fd = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  if (fd < 0) return true;
-  const bool locked = ::flock(fd, LOCK_EX | LOCK_NB) != 0;
+  if (fd < 0) return;
+  struct stat status {};
+  std::error_code ignored;
+  if (::fstat(fd, &status) == 0 && status.st_uid == ::geteuid() && ::flock(fd, LOCK_EX | LOCK_NB) == 0)
+    std::filesystem::remove_all(path, ignored);
   ::close(fd);
-  return locked;
 }
 
 void deleteLeftOver(const std::string& directory) {
   std::error_code error;
   std::filesystem::directory_iterator entry(directory.empty() ? "." : directory, error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    std::error_code ignored;
-    if (isOfDeadProcess(entry->path().filename().native()) && !isLocked(entry->path()))
-      std::filesystem::remove_all(entry->path(), ignored);
+    if (isOfDeadProcess(entry->path().filename().native())) deleteUnlessHeld(entry->path());
   }
 }
 
@@ -89,8 +97,8 @@ int Temporaries::createFile(const std::string& directory, mode_t mode, std::stri
     const int fd = SystemCalls::current().open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (fd < 0 && errno == EEXIST) continue;
     if (fd < 0) break;
-    announce(path, ::fcntl(fd, F_DUPFD_CLOEXEC, 0));
-    return fd;
+    if (announce(path, ::fcntl(fd, F_DUPFD_CLOEXEC, 0))) return fd;
+    ::close(fd);
   }
   path.clear();
   return -1;
@@ -100,16 +108,18 @@ std::string Temporaries::createDirectory(const std::string& directory) {
   Announced& all = announced();
   const std::lock_guard lock(all.mutex);
   deleteLeftOver(directory);
-  std::string path = ownName(directory, "XXXXXX");
-  if (::mkdtemp(path.data()) == nullptr) return {};
-  announce(path, ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return path;
+  for (int i = 0; i < kMostNames; ++i) {
+    std::string path = ownName(directory, "XXXXXX");
+    if (::mkdtemp(path.data()) == nullptr) break;
+    if (announce(path, ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))) return path;
+  }
+  return {};
 }
 
 void Temporaries::add(const std::string& path) {
   Announced& all = announced();
   const std::lock_guard lock(all.mutex);
-  announce(path, -1);
+  all.paths[path] = -1;
 }
 
 void Temporaries::forget(const std::string& path) {

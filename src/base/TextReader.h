@@ -34,8 +34,6 @@ class TextReader {
   bool ok() const { return !failed_; }
   bool fail() const { return failed_; }
 
-  void setFail() { refuse("not what was expected here"); }
-
   // Says what the next step reads ("the number of runs"), for the description of its failure. Holds for that step
   // alone.
   TextReader& expect(const char* what);

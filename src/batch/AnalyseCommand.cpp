@@ -4,6 +4,7 @@
 #include "app/ProjectConfiguration.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
+#include "plots/savePicture.h"
 #include "postproc/PostProcessorFile.h"
 #include "postproc/ResultExport.h"
 #include "report/PictureFiles.h"
@@ -17,13 +18,12 @@ int runAnalyse(const AnalyseOptions& options, const Console& console) {
       std::tie(options.output, options.csvFile, options.jsonFile, options.tablesDirectory, options.plotsDirectory);
   CommandFiles files;
   files.reads("post-processor file to read", options.input);
-  files.writes("post-processor file", output, messages::kPostProcessorFile);
-  files.writes("file of comma-separated values", csvFile, messages::kCannotSave);
-  files.writes("JSON file", jsonFile, messages::kCannotSave);
-  files.fills("tables", tables, ".txt", messages::kCannotSave);
+  files.writes("post-processor file", output, kResultsNotWritten);
+  files.writes("file of comma-separated values", csvFile, kCannotSave);
+  files.writes("JSON file", jsonFile, kCannotSave);
+  files.fills("tables", tables, ".txt", kCannotSave);
   const bool histograms = options.uncertainty || !options.sensitivity;
-  files.fills("pictures", plots, '.' + options.plotFormat,
-              histograms ? messages::kCannotSave : messages::kCannotCreate);
+  files.fills("pictures", plots, '.' + options.plotFormat, histograms ? kCannotSave : kCannotCreate);
   ProjectConfiguration project;
   std::string message;
   if (!files.check(message)) return console.fail(message);

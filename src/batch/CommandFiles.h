@@ -38,15 +38,7 @@ class CommandFiles {
 };
 
 namespace messages {
-inline constexpr const char* kSampleFile =
-    "Error trying to write to the Sample file.\nIs it locked by another application?";
-inline constexpr const char* kPostProcessorFile =
-    "Error trying to write to the Statistical post processor file.\nIs it locked by another application?";
-inline constexpr const char* kProjectFile =
-    "Error trying to write to the Tarvex configuration file.\nIs it locked by another application?";
 inline constexpr const char* kSelection = "  Error writing output file\n %s";  // with the path
-inline constexpr const char* kCannotSave = "I cannot save the file";
-inline constexpr const char* kCannotCreate = "I cannot create the file";
 }  // namespace messages
 
 }  // namespace tarvex

@@ -10,6 +10,7 @@
 #include "batch/RowsFile.h"
 #include "batch/StudyFile.h"
 #include "correlation/importStein.h"
+#include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/FactorProblems.h"
 #include "model/ModelOutputReader.h"

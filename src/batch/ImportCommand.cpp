@@ -9,7 +9,7 @@ namespace tarvex {
 int runImport(const ImportOptions& options, const Console& console) {
   CommandFiles files;
   files.reads("external sample", options.externalFile);
-  files.writes("sample file", options.output, messages::kSampleFile);
+  files.writes("sample file", options.output, kSampleNotWritten);
   PrepConfiguration prep;
   std::string message;
   if (!files.check(message)) return console.fail(message);

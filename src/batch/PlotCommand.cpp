@@ -8,6 +8,8 @@
 #include "batch/Commands.h"
 #include "batch/PlotFigures.h"
 #include "batch/StudyFile.h"
+#include "plots/savePicture.h"
+#include "postproc/ResultExport.h"
 #include "report/PictureFiles.h"
 #include "sampling/SampleSelection.h"
 
@@ -63,7 +65,7 @@ int runPlot(const PlotOptions& options, const Console& console) {
   CommandFiles files;
   files.reads("file to read", options.input);
   const bool isHistogram = options.kind == "histogram";
-  files.writes("picture", output, isHistogram ? messages::kCannotSave : messages::kCannotCreate);
+  files.writes("picture", output, isHistogram ? kCannotSave : kCannotCreate);
   files.writes("sample file of the selection", selection, messages::kSelection);
   if (!files.check(message)) return console.fail(message);
   ProjectConfiguration project;

@@ -25,9 +25,9 @@ bool holdsWhatIsAsked(const ProjectConfiguration& project, const ProjectOptions&
 int runProject(const ProjectOptions& options, const Console& console) {
   CommandFiles files;
   files.reads("file to read", options.input);
-  files.writes("project file", options.project, messages::kProjectFile);
-  files.writes("sample file", options.sample, messages::kSampleFile);
-  files.writes("post-processor file", options.results, messages::kPostProcessorFile);
+  files.writes("project file", options.project, kProjectNotWritten);
+  files.writes("sample file", options.sample, kSampleNotWritten);
+  files.writes("post-processor file", options.results, kResultsNotWritten);
   ProjectConfiguration project;
   std::string message;
   if (!files.check(message)) return console.fail(message);
@@ -42,7 +42,8 @@ int runProject(const ProjectOptions& options, const Console& console) {
   if (!options.results.empty() &&
       !savePostProcessorFile(options.results, project.prep, project.model, project.vels, message, console.watched()))
     return console.fail(message);
-  if (!options.project.empty() && !project.save(options.project)) return console.fail(messages::kProjectFile);
+  if (!options.project.empty() && !project.save(options.project, console.watched()))
+    return console.fail(project.errorText());
   for (const std::string& written : {options.sample, options.results, options.project})
     if (!written.empty()) console.out << written << '\n';
   return kSucceeded;

@@ -6,6 +6,7 @@
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/StudyFile.h"
+#include "plots/savePicture.h"
 #include "report/Document.h"
 #include "report/StudyReport.h"
 
@@ -14,7 +15,7 @@ namespace tarvex {
 int runReport(const ReportOptions& options, const Console& console) {
   CommandFiles files;
   files.reads("file to read", options.input);
-  files.writes("report", options.output, messages::kCannotCreate);
+  files.writes("report", options.output, kCannotCreate);
   ProjectConfiguration project;
   std::string message;
   if (!files.check(message)) return console.fail(message);

@@ -5,6 +5,7 @@
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "model/ModelRequest.h"
+#include "postproc/PostProcessorFile.h"
 #include "report/TextTable.h"
 
 namespace tarvex {
@@ -55,7 +56,7 @@ bool checkFiles(const RunOptions& options, std::string& message) {
   } else {
     files.reads("output file of the model", options.modelOutput);
   }
-  files.writes("post-processor file", options.output, messages::kPostProcessorFile);
+  files.writes("post-processor file", options.output, kResultsNotWritten);
   return files.check(message);
 }
 

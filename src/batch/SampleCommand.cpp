@@ -2,8 +2,10 @@
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/SamplerOptions.h"
+#include "factors/FactorFiles.h"
 #include "factors/FactorProblems.h"
 #include "report/TextTable.h"
+#include "sampling/SampleFiles.h"
 
 namespace tarvex {
 
@@ -23,7 +25,7 @@ int runSample(const SampleOptions& options, const Console& console) {
   CommandFiles files;
   files.reads("factor file", options.factorFile);
   files.reads("file of rows", options.rowsFile.value_or(""));
-  files.writes("sample file", options.output, messages::kSampleFile);
+  files.writes("sample file", options.output, kSampleNotWritten);
   PrepSettings prep;
   std::string message;
   if (!files.check(message)) return console.fail(message);

@@ -7,6 +7,7 @@
 #include "app/ProjectConfiguration.h"
 #include "base/TextReader.h"
 #include "batch/Commands.h"
+#include "factors/FactorFiles.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
 
@@ -25,8 +26,9 @@ bool readStudyFile(const std::string& path, FileKind kind, const Progress& progr
       project.hasPrep = project.hasModel = project.hasVels;
       return project.hasVels;
     case FileKind::Project:
-      message = "Error reading configuration file.";
-      return project.load(path);
+      if (project.load(path, progress)) return true;
+      message = project.errorText();
+      return false;
     case FileKind::Model:
     case FileKind::Unknown:
       break;

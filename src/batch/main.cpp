@@ -1,6 +1,8 @@
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 
 #include "base/Temporaries.h"
@@ -26,5 +28,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> words(argv + 1, argv + argc);
   const int status = tarvex::runBatch(words, std::cout, std::cerr, isatty(STDERR_FILENO) != 0);
   std::cout.flush();
-  return std::cout ? status : tarvex::kFailed;
+  if (std::cout) return status;
+  std::cerr << "The output can't be written: " << std::strerror(errno) << '\n';
+  return tarvex::kFailed;
 }

@@ -1,3 +1,5 @@
+#include "factors/FactorFiles.h"
+
 #include <utility>
 
 #include "base/TextReader.h"

@@ -96,9 +96,4 @@ class FactorList {
   std::vector<std::int32_t> factorOrder_;
 };
 
-// A whole .fac file. On failure `list` stays as it was; the message is the system's and, on its second line, says where
-// and what.
-[[nodiscard]] bool loadFactorFile(const std::string& path, FactorList& list, std::string& message);
-[[nodiscard]] bool saveFactorFile(const std::string& path, const FactorList& list, std::string& message);
-
 }  // namespace tarvex

@@ -53,8 +53,7 @@ bool InternalRun::addRun() {
     outputs_.assign(outputs_.size(), std::numeric_limits<double>::quiet_NaN());
     if (failedRuns_++ == 0) firstFailed_ = run;
   }
-  return results_.appendRun(ModelResults::singleTime(), outputs_) ||
-         fail("The results of the model cannot be stored: the working file cannot be written.");
+  return results_.appendRun(ModelResults::singleTime(), outputs_) || fail(notStored(results_));
 }
 
 std::string InternalRun::failures() const {

@@ -99,7 +99,7 @@ bool ModelOutputReader::readFile(TextReader& in, std::int32_t firstRun) {
 
 bool ModelOutputReader::store(std::int32_t gap) {
   if (results_.appendMissing(gap, times_) && results_.appendRun(times_, values_)) return true;
-  problem_ = "The results of the model cannot be stored: the working file cannot be written.";
+  problem_ = notStored(results_);
   return false;
 }
 

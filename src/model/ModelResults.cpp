@@ -70,4 +70,9 @@ bool ModelResults::setTimeMode(std::int32_t mode) {
   return true;
 }
 
+std::string notStored(const ModelResults& results) {
+  const std::string& reason = results.errorText();
+  return "The results of the model cannot be stored: " + (reason.empty() ? "there are too many runs" : reason);
+}
+
 }  // namespace tarvex

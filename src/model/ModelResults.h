@@ -64,4 +64,8 @@ class ModelResults {
   std::int32_t timeMode_ = kNoTimeAxis;
 };
 
+// What is said of results that a run can't go on adding to: "The results of the model cannot be stored: Cannot write
+// the working file in /tmp: No space left on device".
+std::string notStored(const ModelResults& results);
+
 }  // namespace tarvex

@@ -84,7 +84,7 @@ bool OutputSheet::readRuns(ModelResults& results) {
       row[static_cast<std::size_t>(column)] = *value;
     }
     if (results.appendRun(ModelResults::singleTime(), row)) continue;
-    problem_ = "The results of the model cannot be stored: the working file cannot be written.";
+    problem_ = notStored(results);
     return false;
   }
   return true;

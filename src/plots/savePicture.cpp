@@ -136,13 +136,15 @@ std::string renderPicture(const Figure& figure, PictureFormat format, double zoo
   return content;
 }
 
-bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom,
+bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, std::string& problem, double zoom,
                  const Progress& progress) {
   const std::string content = renderPicture(figure, format, zoom, progress);
-  if (content.empty()) return false;
   TextWriter out(path);
+  if (content.empty()) out.refuse("the picture can't be drawn");
   out << content;
-  return out.commit();
+  if (out.commit()) return true;
+  problem = out.problem();
+  return false;
 }
 
 }  // namespace tarvex

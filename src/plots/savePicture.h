@@ -20,9 +20,12 @@ std::optional<PictureFormat> pictureFormatOf(const std::string& path);
 // bytes. Empty when it can't be made: no font, no memory; or when it was stopped.
 std::string renderPicture(const Figure& figure, PictureFormat format, double zoom = 1.0, const Progress& progress = {});
 
-// Writes the picture; an old file is replaced only by a complete new one. False when it can't be made or written, or
-// when it was stopped.
-[[nodiscard]] bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom = 1.0,
-                               const Progress& progress = {});
+// What is said, before the reason, of a picture or a report that can't be written.
+inline constexpr const char* kCannotCreate = "I cannot create the file";
+
+// Writes the picture; an old file is replaced only by a complete new one. False, with `problem` naming path and reason,
+// when it can't be made or written, or when it was stopped.
+[[nodiscard]] bool savePicture(const std::string& path, const Figure& figure, PictureFormat format,
+                               std::string& problem, double zoom = 1.0, const Progress& progress = {});
 
 }  // namespace tarvex

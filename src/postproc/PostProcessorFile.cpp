@@ -36,8 +36,7 @@ bool savePostProcessorFile(const std::string& path, const PrepConfiguration& pre
   model.write(out);
   vels.save(out);
   if (out.commit()) return true;
-  message = "Error trying to write to the Statistical post processor file.\nIs it locked by another application?\n" +
-            out.problem();
+  message = withProblem(kResultsNotWritten, out);
   return false;
 }
 

@@ -23,7 +23,7 @@ std::string quoted(const std::string& text) {
 
 bool commit(TextWriter& out, std::string& message) {
   if (out.commit()) return true;
-  message = "I cannot save the file\n" + out.problem();
+  message = withProblem(kCannotSave, out);
   return false;
 }
 

@@ -7,6 +7,9 @@ namespace tarvex {
 class PrepConfiguration;
 class VelsConfiguration;
 
+// What is said of a file of results, and of a directory of them, that can't be written.
+inline constexpr const char* kCannotSave = "I cannot save the file";
+
 // All numbers of an analysis with full precision, infinities as "inf" and "-inf". False, with a message, when the file
 // can't be written.
 //

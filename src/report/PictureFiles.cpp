@@ -7,7 +7,9 @@
 #include "plots/histogramPlots.h"
 #include "plots/measurePlots.h"
 #include "plots/runPlots.h"
+#include "plots/savePicture.h"
 #include "plots/strongestFactors.h"
+#include "postproc/ResultExport.h"
 #include "postproc/VelsConfiguration.h"
 #include "report/ResultDirectory.h"
 #include "sampling/PrepConfiguration.h"
@@ -19,8 +21,8 @@ namespace {
 constexpr std::size_t kScattergrams = 3;   // of a variable
 constexpr std::size_t kCobwebFactors = 6;  // beside the variable: more axes than these are hard to read
 
-const char* refusal(PictureKind kind) {
-  return kind == PictureKind::Uncertainty ? "I cannot save the file\n" : "I cannot create the file\n";
+std::string refusal(PictureKind kind, const std::string& problem) {
+  return std::string(kind == PictureKind::Uncertainty ? kCannotSave : kCannotCreate) + '\n' + problem;
 }
 
 bool canDraw(std::string& message) {
@@ -38,12 +40,13 @@ class PictureWriter {
            PictureKind kind = PictureKind::Other) {
     static constexpr const char* kSuffixes[] = {".svg", ".pdf", ".ps", ".eps", ".png"};  // as PictureFormat has them
     if (directory_.ok()) kind_ = kind;
-    directory_.add(variable, what, kSuffixes[static_cast<std::size_t>(format_)],
-                   [&](const std::string& path) { return savePicture(path, figure, format_); });
+    directory_.add(
+        variable, what, kSuffixes[static_cast<std::size_t>(format_)],
+        [&](const std::string& path, std::string& problem) { return savePicture(path, figure, format_, problem); });
   }
   bool finish(std::string& message) {
     if (directory_.finish()) return true;
-    message = refusal(kind_) + directory_.failedFile();
+    message = refusal(kind_, directory_.problem());
     return false;
   }
 
@@ -90,8 +93,9 @@ bool readColumns(const PrepConfiguration& prep, const ModelConfiguration& model,
 bool writePicture(const std::string& path, const Figure& figure, PictureFormat format, double zoom, PictureKind kind,
                   std::string& message) {
   if (!canDraw(message)) return false;
-  if (savePicture(path, figure, format, zoom)) return true;
-  message = refusal(kind) + path;
+  std::string problem;
+  if (savePicture(path, figure, format, problem, zoom)) return true;
+  message = refusal(kind, problem);
   return false;
 }
 

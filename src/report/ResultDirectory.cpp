@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "base/Paths.h"
@@ -25,6 +27,7 @@ ResultDirectory::ResultDirectory(std::string path) : path_(std::move(path)) {
   std::filesystem::path existing = absolutePath(path_);
   while (!std::filesystem::exists(existing, error) && existing.has_relative_path()) existing = existing.parent_path();
   aside_ = Temporaries::createDirectory(existing.string());
+  if (aside_.empty()) asideError_ = errno;
 }
 
 ResultDirectory::~ResultDirectory() {
@@ -35,24 +38,28 @@ ResultDirectory::~ResultDirectory() {
 }
 
 void ResultDirectory::add(const std::string& variable, std::string_view what, std::string_view suffix,
-                          const std::function<bool(const std::string& path)>& write) {
+                          const std::function<bool(const std::string& path, std::string& problem)>& write) {
+  if (ok() && aside_.empty()) problem_ = path_ + ": " + std::strerror(asideError_);
   if (!ok()) return;
   const std::string name = freeName(variable, what, suffix);
-  if (aside_.empty() || !write(aside_ + "/" + name))
-    failedFile_ = path_ + "/" + name;
-  else
+  const std::string path = aside_ + "/" + name;
+  std::string problem;
+  if (write(path, problem))
     names_.push_back(name);
+  else  // in the name that the user would know
+    problem_ = path_ + "/" + name + (problem.starts_with(path) ? problem.substr(path.size()) : ": " + problem);
 }
 
 bool ResultDirectory::finish() {
   std::error_code made;
   if (ok() && !Temporaries::cancelled()) std::filesystem::create_directories(path_, made);
-  if (ok() && Temporaries::cancelled()) failedFile_ = path_;
+  if (ok() && Temporaries::cancelled()) made = std::make_error_code(std::errc::operation_canceled);
+  if (made) problem_ = path_ + ": " + made.message();
   for (const std::string& name : names_) {
     if (!ok()) return false;
     std::error_code error;
     std::filesystem::rename(aside_ + "/" + name, path_ + "/" + name, error);
-    if (error) failedFile_ = path_ + "/" + name;
+    if (error) problem_ = path_ + "/" + name + ": " + error.message();
   }
   names_.clear();
   return ok();

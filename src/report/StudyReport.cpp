@@ -11,6 +11,7 @@
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"
 #include "plots/measurePlots.h"
+#include "plots/savePicture.h"
 #include "postproc/VelsConfiguration.h"
 #include "report/Document.h"
 #include "report/Reports.h"
@@ -137,11 +138,12 @@ bool saveDocument(const std::string& path, const Document& document, std::string
     return false;
   }
   const std::string content = suffix == ".pdf" ? pdfContent(document) : htmlText(document);
-  message = "I cannot create the file\n" + path;
-  if (content.empty()) return false;
   TextWriter out(path);
+  if (content.empty()) out.refuse("its pages can't be drawn");
   out << content;
-  return out.commit();
+  if (out.commit()) return true;
+  message = withProblem(kCannotCreate, out);
+  return false;
 }
 
 }  // namespace tarvex

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "base/TextWriter.h"
+#include "postproc/ResultExport.h"
 #include "postproc/SavedTables.h"
 #include "postproc/VelsConfiguration.h"
 #include "report/ResultDirectory.h"
@@ -14,10 +15,12 @@ namespace {
 
 void addTable(ResultDirectory& directory, const std::string& variable, std::string_view table,
               const std::function<void(TextWriter&)>& fill) {
-  directory.add(variable, table, ".txt", [&fill](const std::string& path) {
+  directory.add(variable, table, ".txt", [&fill](const std::string& path, std::string& problem) {
     TextWriter out(path);
     fill(out);
-    return out.commit();
+    if (out.commit()) return true;
+    problem = out.problem();
+    return false;
   });
 }
 
@@ -42,7 +45,7 @@ bool writeTableFiles(const PrepConfiguration& prep, const VelsConfiguration& vel
     if (vels.sensitivity && vels.sensitivity->computed) writeMeasures(prep, vels, v, variables[k], tables);
   }
   if (tables.finish()) return true;
-  message = "I cannot save the file\n" + tables.failedFile();
+  message = std::string(kCannotSave) + '\n' + tables.problem();
   return false;
 }
 

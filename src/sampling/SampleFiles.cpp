@@ -137,7 +137,7 @@ bool saveSampleFile(const std::string& path, const PrepConfiguration& prep, std:
                     const Progress& progress) {
   std::string problem;
   if (writeSampleFile(path, prep, problem, progress)) return true;
-  message = "Error trying to write to the Sample file.\nIs it locked by another application?\n" + problem;
+  message = std::string(kSampleNotWritten) + '\n' + problem;
   return false;
 }
 

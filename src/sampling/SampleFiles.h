@@ -9,6 +9,10 @@ namespace tarvex {
 
 class PrepConfiguration;
 
+// What is said, before the reason, of a sample file that can't be written.
+inline constexpr const char* kSampleNotWritten =
+    "Error trying to write to the Sample file.\nIs it locked by another application?";
+
 // Sample files as a whole. On failure or a stop `prep`, or the old file, stays as it was; the message is the system's
 // and, on the next line, where and what was found or what the system said.
 

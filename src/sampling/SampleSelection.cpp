@@ -99,10 +99,11 @@ bool selectRuns(const PrepConfiguration& prep, const std::vector<std::int32_t>& 
 bool saveSelection(const std::string& path, const PrepConfiguration& prep, const std::vector<std::int32_t>& runs,
                    std::string& message) {
   PrepConfiguration selection;
-  if (!selectRuns(prep, runs, selection, message)) return false;
-  selection.sampleFile = path;
   std::string problem;
-  if (writeSampleFile(path, selection, problem)) return true;
+  if (selectRuns(prep, runs, selection, problem)) {
+    selection.sampleFile = path;
+    if (writeSampleFile(path, selection, problem)) return true;
+  }
   message = "  Error writing output file\n " + path + '\n' + problem;
   return false;
 }

@@ -11,7 +11,6 @@
 #include "sampling/SampleFiles.h"
 #include "support/Copies.h"
 #include "support/Damage.h"
-#include "support/FailingCalls.h"
 #include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -197,32 +196,6 @@ TEST_F(Project, damagedFilesLeaveTheProject) {
   EXPECT_GT(failures, 300);
   EXPECT_TRUE(saved(project) == before);
   EXPECT_FALSE(project.load(file("nothing.psc")));
-}
-
-TEST_F(Project, aSaveThatFailsKeepsTheOldFile) {
-  ProjectConfiguration project = fromResults("ishigami.spc");
-  test::writeFile(file("a.psc"), "old");
-  test::FailingCalls calls;
-  calls.makeShort(1024);
-  const struct {
-    const char* name;
-    test::FailingCalls::Call call;
-  } cases[] = {{"open", test::FailingCalls::kOpen},
-               {"write", test::FailingCalls::kWrite},
-               {"fsync", test::FailingCalls::kFsync},
-               {"rename", test::FailingCalls::kRename}};
-  for (const auto& c : cases) {
-    int n = 1;
-    for (calls.fail(c.call, n); !project.save(file("a.psc")); calls.fail(c.call, ++n)) {
-      EXPECT_EQ(test::readFile(file("a.psc")), "old") << c.name << ' ' << n;
-      EXPECT_EQ(directory_.entries(), std::vector<std::string>{"a.psc"}) << c.name << ' ' << n;
-      ASSERT_LT(n, 1000);
-    }
-    EXPECT_GT(n, c.call == test::FailingCalls::kWrite ? 5 : 1) << c.name;
-    EXPECT_GT(test::readFile(file("a.psc")).size(), 4096u);
-    calls.clearFailures();
-    test::writeFile(file("a.psc"), "old");
-  }
 }
 
 TEST_F(Project, goesToTheDirectoriesThatStillExist) {

@@ -106,7 +106,9 @@ TEST_F(Workflow, savesUnderTheNameWhereverTheUserIs) {
 
   setFlags(true);
   EXPECT_EQ(controller_.saveProjectAs("/no/such/c.psc"), Outcome::Refused);
-  EXPECT_EQ(frontEnd_.calls, Texts{"Write error:   Error writing output file\n /no/such/c.psc"});
+  EXPECT_EQ(
+      frontEnd_.calls,
+      Texts{"Write error:   Error writing output file\n /no/such/c.psc\n/no/such/c.psc: No such file or directory"});
   EXPECT_TRUE(controller_.modified()) << "nothing was tried";
   EXPECT_EQ(controller_.project().fileName, file("b.psc"));
   frontEnd_ = {};
@@ -121,7 +123,8 @@ TEST_F(Workflow, savesUnderTheNameWhereverTheUserIs) {
   EXPECT_TRUE(frontEnd_.calls.back().starts_with(
       "Error: Error trying to write to the Tarvex configuration file.\nIs it locked by another application?\n"));
   EXPECT_EQ(controller_.quickSave(), Outcome::Refused);
-  EXPECT_EQ(frontEnd_.calls.back(), "Write error:   Error writing output file\n /no/such/d.psc");
+  EXPECT_EQ(frontEnd_.calls.back(),
+            "Write error:   Error writing output file\n /no/such/d.psc\n/no/such/d.psc: No such file or directory");
 
   ASSERT_EQ(controller_.clearAll(), Outcome::Done);
   EXPECT_NE(controller_.whyNot(Step::QuickSave), "");

@@ -137,7 +137,9 @@ TEST_F(Controller, refusesWhatCannotBeGenerated) {
   EXPECT_FALSE(generate());
   EXPECT_EQ(frontEnd_.calls,
             (Calls{"open Sample generation", "status Output file: /no/such/out.sam",
-                   "Error: Error trying to write to the Sample file.\nIs it locked by another application?", "close"}));
+                   "Error: Error trying to write to the Sample file.\nIs it locked by another application?\n"
+                   "/no/such/out.sam: No such file or directory",
+                   "close"}));
   EXPECT_EQ(controller_.project().prep.samples.rows(), 0);
 
   frontEnd_ = {};

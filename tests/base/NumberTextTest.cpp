@@ -49,10 +49,8 @@ std::uint64_t bitsOf(double value) {
 
 TEST(NumberText, WritesEveryDoubleAsPrintfDoes) {
   for (const double value : manyNumbers(1000000)) {
-    const std::string six = printed(value, 6);
-    ASSERT_EQ(numberText(value), six);
+    ASSERT_EQ(numberText(value), printed(value, 6));
     ASSERT_EQ(numberText(value, 10), printed(value, 10));
-    ASSERT_EQ(bitsOf(sixDigits(value)), bitsOf(std::strtod(six.c_str(), nullptr))) << printed(value, 17);
   }
   for (const double value : manyNumbers(20000)) {
     for (const int precision : {0, 1, 2, 15, 16, 17})
@@ -67,8 +65,6 @@ TEST(NumberText, WritesEveryDoubleAsPrintfDoes) {
 TEST(NumberText, NonFiniteNumbers) {
   EXPECT_EQ(numberText(-kNan), "nan");
   EXPECT_EQ(numberText(-kInf), "-inf");
-  EXPECT_TRUE(std::isnan(sixDigits(kNan)));
-  EXPECT_EQ(sixDigits(-kInf), -kInf);
 }
 
 struct Text {

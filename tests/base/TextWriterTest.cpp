@@ -160,6 +160,33 @@ TEST_F(TextWriterFile, WhatAKilledProcessLeftGoesWithTheNextFile) {
   EXPECT_TRUE(alive.commit());
 }
 
+// The cleaner of another machine, which doesn't know this process, may come between a file's making and its lock.
+struct Cleaner : SystemCalls {
+  int open(const char* path, int flags, mode_t mode) override {
+    const int fd = SystemCalls::open(path, flags, mode);
+    if ((flags & O_CREAT) != 0 && ++made == 1) ::unlink(path);
+    return fd;
+  }
+  int made = 0;
+};
+
+TEST_F(TextWriterFile, WhatAnotherCleanerTookIsMadeAgainAndWhatIsAnotherUsersStays) {
+  Cleaner cleaner;
+  SystemCalls* const before = SystemCalls::exchange(&cleaner);
+  EXPECT_TRUE(write(path_, "text"));
+  SystemCalls::exchange(before);
+  EXPECT_EQ(cleaner.made, 2);
+  EXPECT_EQ(test::readFile(path_), "text");
+  const std::string foreign = temp_.file(".tarvex-999999999-1.tmp");
+  test::writeFile(foreign, "");
+  if (::chown(foreign.c_str(), 12345, 12345) != 0) GTEST_SKIP() << "only root makes files of other users";
+  EXPECT_TRUE(write(path_, "text"));
+  EXPECT_TRUE(fs::exists(foreign));
+  ASSERT_EQ(::chown(foreign.c_str(), ::geteuid(), ::getegid()), 0);
+  EXPECT_TRUE(write(path_, "text"));
+  EXPECT_FALSE(fs::exists(foreign));
+}
+
 TEST_F(TextWriterFile, WhatCantBeWritten) {
   for (const std::string& path : {std::string(), temp_.path(), temp_.file("gone/file")}) {
     EXPECT_FALSE(canWriteFile(path)) << path;

@@ -12,6 +12,7 @@
 #include "base/TextReader.h"
 #include "batch/RowsFile.h"
 #include "correlation/importStein.h"
+#include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/TabulatedValues.h"
 #include "factors/Uniform.h"

@@ -6,11 +6,11 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/Distribution.h"
+#include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
 #include "support/Copies.h"
 #include "support/Damage.h"
-#include "support/FailingCalls.h"
 #include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -107,15 +107,7 @@ TEST_F(FactorFiles, failuresNameTheReasonAndKeepTheOldFile) {
     EXPECT_FALSE(loadFactorFile(path, list_, message));
     EXPECT_TRUE(message.starts_with("Error opening factors file\n" + path + ": ")) << message;
   }
-  EXPECT_FALSE(saveFactorFile(directory_.file("none/list.fac"), list_, message));
-  EXPECT_TRUE(message.starts_with("Error opening file for output\n")) << message;
   test::writeFile(path_, "old");
-  for (const auto call : {test::FailingCalls::kWrite, test::FailingCalls::kFsync, test::FailingCalls::kRename}) {
-    test::FailingCalls calls;
-    calls.fail(call, 1);
-    EXPECT_FALSE(saveFactorFile(path_, list_, message));
-    EXPECT_TRUE(message.starts_with("Error opening file for output\n" + path_ + ": ")) << message;
-  }
   list_.factor(0).note = "two\nlines";
   EXPECT_FALSE(saveFactorFile(path_, list_, message));
   EXPECT_EQ(message, "Error opening file for output\n" + path_ + ": the note holds a line end");

@@ -29,10 +29,11 @@ const std::string kWide(19, 'W');
 // Every sample figure in each of the formats; the names of the files, each in quotes.
 std::string savedFiles(const TempDirectory& directory, const std::vector<std::size_t>& formats) {
   std::string names;
+  std::string problem;
   for (const auto& [name, figure] : sampleFigures()) {
     for (const std::size_t format : formats) {
       const std::string path = directory.file(name + kFormats[format].first);
-      EXPECT_TRUE(savePicture(path, figure, kFormats[format].second)) << path;
+      EXPECT_TRUE(savePicture(path, figure, kFormats[format].second, problem)) << problem;
       names += " '" + path + '\'';
     }
   }
@@ -214,11 +215,12 @@ TEST(DrawFigure, approvedPictures) {
   constexpr int kMostDifferent = 40;  // of 76,800 pixels; a tick text has as many
   constexpr int kTolerance = 48;      // what another version of the font's renderer explains
   const TempDirectory directory;
+  std::string problem;
   for (const auto& [name, figure] : sampleFigures()) {
     const std::string approved = std::string(TARVEX_TEST_DATA) + "/pictures/" + name + ".png";
     const bool approve = std::getenv("TARVEX_APPROVE") != nullptr;
     const std::string drawn = approve ? approved : directory.file(name + ".png");
-    ASSERT_TRUE(savePicture(drawn, figure, PictureFormat::Png));
+    ASSERT_TRUE(savePicture(drawn, figure, PictureFormat::Png, problem)) << problem;
     EXPECT_LE(Image(approved).differences(Image(drawn), kTolerance), kMostDifferent) << name;
   }
 }

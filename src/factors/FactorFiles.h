@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace tarvex {
+
+class FactorList;
+
+// A whole .fac file. On failure `list`, or the old file, stays as it was; the message is the system's and, on its
+// second line, says where and what.
+[[nodiscard]] bool loadFactorFile(const std::string& path, FactorList& list, std::string& message);
+[[nodiscard]] bool saveFactorFile(const std::string& path, const FactorList& list, std::string& message);
+
+}  // namespace tarvex
