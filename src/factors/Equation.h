@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "factors/EquationProgram.h"
 #include "factors/Evaluator.h"
 #include "factors/ValueBindings.h"
 
@@ -21,10 +22,22 @@ class Equation {
   // `value` is left alone.
   bool evaluate(const double* values, double& value);
 
+  // The same over `rows` rows, kBlockRows at most: a column per name. `failed` is 1.0 where evaluate() gives false, and
+  // the value is then of no meaning; 0.0 elsewhere.
+  static constexpr std::size_t kBlockRows = EquationProgram::kBlockRows;
+  void evaluateRows(const double* const* columns, std::size_t rows, double* values, double* failed);
+  // Whether the text uses the name at this place of the list; one that it doesn't needs no column.
+  bool uses(std::size_t position) const;
+
  private:
-  std::string program_;
+  bool evaluateText(const double* values, double& value);
+
+  std::string text_;
   ValueBindings bindings_;
-  Evaluator evaluator_;
+  EquationProgram program_;
+  bool isCompiled_ = false;
+  Evaluator evaluator_;                 // for what doesn't compile
+  std::vector<const double*> columns_;  // scratch
 };
 
 // How a text fares when every bound name has a throw-away value.

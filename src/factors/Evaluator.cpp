@@ -1,8 +1,10 @@
 #include "factors/Evaluator.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 
-#include "factors/EvaluatorParser.h"
+#include "factors/EvaluatorPass.h"
 
 namespace tarvex {
 
@@ -18,10 +20,53 @@ auto placeOf(Table& table, std::string_view name) {
 
 }  // namespace
 
+// Computes at once, with the table's values.
+class Evaluator::Machine {
+ public:
+  using Value = double;
+
+  explicit Machine(Evaluator& evaluator) : evaluator_(evaluator) {}
+
+  static double number(double value) { return value; }
+  bool read(std::string_view name, double& value) {
+    const double* symbol = evaluator_.lookup(name);
+    if (symbol != nullptr) value = *symbol;
+    return symbol != nullptr;
+  }
+  bool assign(char operation, std::string_view name, double right, double& value) {
+    double* symbol = evaluator_.lookup(name);
+    if (symbol == nullptr) return false;
+    value = *symbol = assigned(operation, *symbol, right);
+    return true;
+  }
+
+  static bool combine(Operation operation, double right, double& value) {
+    if (operation == Operation::kDivide && right == 0.0) return false;
+    value = tarvex::combine(operation, value, right);
+    return true;
+  }
+  static double power(double base, double exponent) { return std::pow(base, exponent); }
+  static double negate(double value) { return -value; }
+  static double invert(double value) { return value == 0.0; }
+  static double choose(double condition, double yes, double no) { return condition != 0.0 ? yes : no; }
+  static double call(const Function& function, const double* arguments) {
+    return function.one ? function.one(arguments[0]) : function.two(arguments[0], arguments[1]);
+  }
+
+ private:
+  Evaluator& evaluator_;
+};
+
 bool Evaluator::evaluate(std::string_view text) {
-  evalErrorText_.clear();
-  evalErrorLine_ = evalErrorColumn_ = 0;
-  return EvaluatorParser(*this, text.substr(0, text.find('\0'))).parse();
+  Machine machine(*this);
+  EvaluatorPass<Machine> pass(machine, text);
+  const bool done = pass.parse();
+  evalErrorText_ = pass.error().text;
+  evalErrorLine_ = pass.error().line;
+  evalErrorColumn_ = pass.error().column;
+  if (evalErrorText_ == EvaluatorPass<Machine>::kStackOverflow)
+    std::fprintf(stderr, "\nParser stack overflow, line %d, column %d\n", evalErrorLine_, evalErrorColumn_);
+  return done;
 }
 
 const double* Evaluator::find(std::string_view name) const {

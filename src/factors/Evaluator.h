@@ -35,7 +35,7 @@ class Evaluator {
   int evalErrorColumn() const { return evalErrorColumn_; }
 
  private:
-  friend class EvaluatorParser;
+  class Machine;
 
   // The value of `name`, inserted as 0.0 when it is new; null when the table is full. Valid until the next insertion.
   double* lookup(std::string_view name);

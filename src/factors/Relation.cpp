@@ -55,13 +55,31 @@ void Relation::bindNames(const std::vector<std::string>& names) {
     positions_.push_back(found->second);
   }
   equation_ = Equation(expression_, bound);
-  entering_.resize(bound.size());
+  entering_.assign(bound.size() * Equation::kBlockRows, 0.0);
 }
 
 bool Relation::evaluate(const double* values, double& value) {
-  for (std::size_t i = 0; i < positions_.size(); ++i) entering_[i] = enteringValue(values[positions_[i]]);
-  value = 0.0;
-  return equation_.evaluate(entering_.data(), value);
+  enter(0, values);
+  return evaluateEntered(1, &value) == 0;
+}
+
+void Relation::enter(std::size_t place, const double* values) {
+  for (std::size_t i = 0; i < positions_.size(); ++i)
+    entering_[i * Equation::kBlockRows + place] = enteringValue(values[positions_[i]]);
+}
+
+std::int32_t Relation::evaluateEntered(std::size_t count, double* results) {
+  std::vector<const double*> columns(positions_.size());
+  for (std::size_t i = 0; i < columns.size(); ++i) columns[i] = entering_.data() + i * Equation::kBlockRows;
+  double failed[Equation::kBlockRows];
+  equation_.evaluateRows(columns.data(), count, results, failed);
+  std::int32_t failures = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (failed[i] == 0.0) continue;
+    results[i] = 0.0;
+    ++failures;
+  }
+  return failures;
 }
 
 bool Relation::usesFactor(std::string_view factorName) const {

@@ -34,6 +34,10 @@ class Relation : public Factor {
   // The value of one run, `values` in the order of the names last bound. They enter at six significant digits. False,
   // with value 0.0, when the evaluation fails.
   [[nodiscard]] bool evaluate(const double* values, double& value);
+  // The same for several runs, Equation::kBlockRows at most: enter() notes the values of each, evaluateEntered() gives
+  // theirs and how many of them failed.
+  void enter(std::size_t place, const double* values);
+  std::int32_t evaluateEntered(std::size_t count, double* results);
   bool usesFactor(std::string_view name) const;
   // Replaces every occurrence of the old name's letters, inside other names too. False, with nothing changed, when the
   // expression doesn't use `oldName` or setExpression() refuses the new text.
@@ -51,7 +55,7 @@ class Relation : public Factor {
 
   // Of bindNames().
   std::vector<std::size_t> positions_;  // of the values that enter the equation
-  std::vector<double> entering_;
+  std::vector<double> entering_;        // a block of each
   Equation equation_;
 };
 

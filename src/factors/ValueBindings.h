@@ -22,12 +22,16 @@ class ValueBindings {
   // uses isn't finite and so has no text form that reads as a number.
   bool apply(Evaluator& evaluator, const double* values) const;
 
- private:
   struct Slot {
     std::string name;
     std::size_t position;  // in the list of names
     bool used;             // by the text; else only its place in the symbol table counts
   };
+  const std::vector<Slot>& slots() const { return slots_; }  // sorted by name
+  // False where apply() is false whatever the values are.
+  bool possible() const { return possible_; }
+
+ private:
   std::vector<Slot> slots_;
   bool possible_ = true;
 };

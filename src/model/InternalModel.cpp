@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/Names.h"
-#include "factors/NumberLiteral.h"
 #include "model/EquationTrial.h"
 
 namespace tarvex {
@@ -267,33 +266,6 @@ bool InternalModel::setFileName(const std::string& path) {
 
 void InternalModel::clear() {
   *this = InternalModel();
-}
-
-void InternalModel::prepare() {
-  if (prepared_) return;
-  std::vector<std::string> names = namesOf(variables_);
-  equations_.clear();
-  for (const ModelExpression& expression : expressions_) {
-    equations_.emplace_back(expression.text, names);
-    names.push_back(expression.name);
-  }
-  entering_.resize(names.size());
-  prepared_ = true;
-}
-
-bool InternalModel::evaluate(const double* values, double* outputs) {
-  prepare();
-  std::size_t entered = 0;
-  for (; entered < variables_.size(); ++entered) entering_[entered] = enteringValue(values[entered]);
-  for (std::size_t i = 0; i < expressions_.size(); ++i) {
-    double& value = expressions_[i].value;
-    if (!equations_[i].evaluate(entering_.data(), value)) return fail("Error evaluating model");
-    entering_[entered++] = enteringValue(value);
-  }
-  for (const ModelExpression& expression : expressions_) {
-    if (expression.type == 1) *outputs++ = expression.value;
-  }
-  return true;
 }
 
 }  // namespace tarvex

@@ -68,6 +68,10 @@ class InternalModel {
   // intermediate results enter each equation at six significant digits. False when an equation can't be evaluated;
   // `outputs` is then untouched.
   bool evaluate(const double* values, double* outputs);
+  // The same for `rows` runs, kBlockRows at most: `values` a run after the other, `outputs` a row for each. `failed` is
+  // 1.0 for a run whose equations can't be evaluated, whose outputs are then of no meaning, 0.0 elsewhere.
+  static constexpr std::size_t kBlockRows = Equation::kBlockRows;
+  void evaluateRows(const double* values, std::size_t rows, double* outputs, double* failed);
 
   void clear();
   const std::string& errorText() const { return errorText_; }
@@ -103,7 +107,10 @@ class InternalModel {
   // Made by prepare() for evaluate(), dropped by every change of the model.
   bool prepared_ = false;
   std::vector<Equation> equations_;
-  std::vector<double> entering_;  // variables, then expressions, as they enter the equations
+  // Variables, then expressions: a block of each as it enters the equations, where one of them uses it.
+  std::vector<double> entering_;
+  std::vector<const double*> columns_;
+  std::vector<bool> isUsed_;
 };
 
 // Whether `text` mentions `name`, as far as the bookkeeping of uses goes: only the first occurrence is looked at.

@@ -1,5 +1,6 @@
 #include "model/InternalRun.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -21,8 +22,11 @@ bool InternalRun::prepare() {
   if (samples_.rows() == 0) return fail("  No samples to generate");
   if (samples_.columns() != model_.numVariables())
     return fail("The number of model inputs differs from the number of factors in the generated sample");
-  row_.resize(static_cast<std::size_t>(samples_.columns()));
+  rows_.resize(static_cast<std::size_t>(samples_.columns()) * InternalModel::kBlockRows);
+  rowOutputs_.resize(names.size() * InternalModel::kBlockRows);
+  failed_.resize(InternalModel::kBlockRows);
   outputs_.resize(names.size());
+  evaluated_ = 0;
   results_.reset(std::move(names));
   progress_ = 0.0f;
   failedRuns_ = 0;
@@ -48,12 +52,30 @@ std::int32_t InternalRun::advance(float target, const Progress& progress) {
 
 bool InternalRun::addRun() {
   const std::int32_t run = results_.runCount();
-  if (!samples_.getRow(run, row_.data())) return fail("The sample cannot be read: " + samples_.errorText());
-  if (!model_.evaluate(row_.data(), outputs_.data())) {
+  const bool isKnown = run >= firstEvaluated_ && run - firstEvaluated_ < evaluated_;
+  if (!isKnown && !evaluateFrom(run)) return false;
+  const std::size_t place = static_cast<std::size_t>(run - firstEvaluated_);
+  if (failed_[place] == 0.0) {
+    std::copy_n(rowOutputs_.begin() + static_cast<std::ptrdiff_t>(place * outputs_.size()), outputs_.size(),
+                outputs_.begin());
+  } else {
     outputs_.assign(outputs_.size(), std::numeric_limits<double>::quiet_NaN());
     if (failedRuns_++ == 0) firstFailed_ = run;
   }
   return results_.appendRun(ModelResults::singleTime(), outputs_) || fail(notStored(results_));
+}
+
+bool InternalRun::evaluateFrom(std::int32_t run) {
+  const std::int32_t count = std::min(static_cast<std::int32_t>(InternalModel::kBlockRows), samples_.rows() - run);
+  const std::size_t width = static_cast<std::size_t>(samples_.columns());
+  evaluated_ = 0;
+  for (std::int32_t i = 0; i < count; ++i)
+    if (!samples_.getRow(run + i, rows_.data() + static_cast<std::size_t>(i) * width))
+      return fail("The sample cannot be read: " + samples_.errorText());
+  model_.evaluateRows(rows_.data(), static_cast<std::size_t>(count), rowOutputs_.data(), failed_.data());
+  firstEvaluated_ = run;
+  evaluated_ = count;
+  return true;
 }
 
 std::string InternalRun::failures() const {

@@ -38,12 +38,18 @@ class InternalRun {
  private:
   bool fail(const std::string& text);
   bool addRun();
+  bool evaluateFrom(std::int32_t run);
 
   InternalModel& model_;
   const sampValues& samples_;
   ModelResults& results_;
-  std::vector<double> row_;      // scratch: one run's inputs
-  std::vector<double> outputs_;  // and its outputs
+  // The runs from firstEvaluated_ on whose outputs are known: inputs, outputs, failures.
+  std::int32_t firstEvaluated_ = 0;
+  std::int32_t evaluated_ = 0;
+  std::vector<double> rows_;
+  std::vector<double> rowOutputs_;
+  std::vector<double> failed_;
+  std::vector<double> outputs_;  // scratch: those of one run
   float progress_ = 0.0f;        // in percent
   std::int32_t failedRuns_ = 0;
   std::int32_t firstFailed_ = -1;

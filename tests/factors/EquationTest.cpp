@@ -6,30 +6,41 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <random>
 
 #include "base/uniformRandom.h"
 #include "factors/NumberLiteral.h"
+#include "factors/namesInText.h"
 
 namespace tarvex {
 namespace {
 
+// The printed route decides: any exponent, sizes that models have, ties, subnormals. TARVEX_LONG_TEST is the number of
+// values beyond the few that a usual run takes.
 TEST(NumberLiteralTest, EnteringValueIsWhatTheEvaluatorReads) {
-  for (const int precision : {6, 15}) {
-    std::uint64_t bits = 88172645463325252u;
-    for (int i = 0; i < 200000; ++i) {
-      bits ^= bits << 13, bits ^= bits >> 7, bits ^= bits << 17;
-      // Half of them of any size, half of the sizes that models have.
-      double value = std::bit_cast<double>(bits);
-      if (i % 2) value = static_cast<double>(static_cast<std::int64_t>(bits >> 20)) / 4096.0 / (1 + i % 1000);
-      if (!std::isfinite(value)) continue;
-      char text[64];
-      std::snprintf(text, sizeof text, "x = %.*g", precision, value);
-      Evaluator evaluator;
-      ASSERT_TRUE(evaluator.evaluate(text));
-      ASSERT_EQ(std::bit_cast<std::uint64_t>(*evaluator.find("x")),
-                std::bit_cast<std::uint64_t>(enteringValue(value, precision)))
-          << value;
-    }
+  const char* const asked = std::getenv("TARVEX_LONG_TEST");
+  const long count = asked == nullptr ? 200000 : std::atol(asked);
+  std::mt19937_64 random(1);
+  for (long i = 0; i < count; ++i) {
+    const std::uint64_t bits = random();
+    double value = std::bit_cast<double>(bits);
+    if (i % 5 == 1)
+      value = static_cast<double>(static_cast<std::int64_t>(bits >> 20)) / 4096.0 / static_cast<double>(1 + i % 1000);
+    if (i % 5 == 2)
+      value = (100000.5 + static_cast<double>(bits % 900000)) * std::pow(10.0, static_cast<int>(bits >> 59) - 18);
+    if (i % 5 == 3) value = std::ldexp(static_cast<double>(bits >> 43 | 1), static_cast<int>(bits % 64) - 40);
+    if (i % 5 == 4) value = std::bit_cast<double>(bits >> 12);
+    if (!std::isfinite(value)) continue;
+    const int precision = i % 7 == 0 ? 15 : 6;
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*g", precision, value);
+    std::size_t position = text[0] == '-' ? 1 : 0;
+    double read = 0.0;
+    ASSERT_TRUE(readNumberLiteral(text, position, read));
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(text[0] == '-' ? -read : read),
+              std::bit_cast<std::uint64_t>(enteringValue(value, precision)))
+        << text;
   }
   EXPECT_TRUE(std::signbit(enteringValue(-0.0)));
   EXPECT_TRUE(std::isnan(enteringValue(NAN)));
@@ -66,6 +77,90 @@ TEST(EquationTest, ValueUnderBindings) {
       EXPECT_EQ(value, c.good ? c.value : -7.0) << c.what;
     }
   }
+}
+
+// A random text of the language, mostly one that can be evaluated.
+class RandomText {
+ public:
+  explicit RandomText(std::uint64_t seed) : random_(seed) {}
+
+  std::size_t below(std::size_t count) { return random_() % count; }
+
+  std::string statements() {
+    std::string text = below(4) != 0 ? expression(4) : "0";
+    while (below(3) == 0) text += "; " + expression(3);
+    return below(40) == 0 ? text.substr(0, below(text.size()) + 1) : text;
+  }
+
+ private:
+  std::string expression(int depth) {
+    static constexpr const char* kNames[] = {"a", "b", "c", "t", "rEsUlTtOtAl", "zero"};
+    static constexpr const char* kLeaves[] = {"1", "0", "2.5", ".3e1", "7e-3"};
+    static constexpr const char* kSigns[] = {"+", "-", "*", "/", "**", "<", "<=", ">", ">=", "==", "!=", "&&", "||"};
+    static constexpr const char* kCalls[] = {"sin",  "cos",  "tan",  "exp",  "log",  "log10", "sqrt", "fabs",
+                                             "acos", "asin", "atan", "sinh", "cosh", "tanh",  "none"};
+    static constexpr const char* kAssignments[] = {"=", "+=", "-=", "*=", "/="};
+    if (depth == 0 || below(6) == 0) return below(3) == 0 ? kLeaves[below(5)] : kNames[below(6)];
+    switch (below(10)) {
+      case 0:
+        return '(' + std::string(kNames[below(5)]) + kAssignments[below(5)] + expression(depth - 1) + ')';
+      case 1:
+        return '(' + expression(depth - 1) + " ? " + expression(depth - 1) + " : (" + expression(depth - 1) + "))";
+      case 2:
+        return kCalls[below(below(9) == 0 ? 15 : 14)] + ('(' + expression(depth - 1)) + ')';
+      case 3:
+        return (below(2) != 0 ? "atan2(" : "fmod(") + expression(depth - 1) + ", " + expression(depth - 1) + ')';
+      case 4:
+        return (below(2) != 0 ? "-" : "!") + expression(depth - 1);
+      default:
+        return '(' + expression(depth - 1) + ' ' + kSigns[below(13)] + ' ' + expression(depth - 1) + ')';
+    }
+  }
+
+  std::mt19937_64 random_;
+};
+
+// What is compiled gives, row by row, bit by bit, what the evaluator gives with the assignments in front of the text.
+TEST(EquationTest, CompiledIsEvaluated) {
+  static constexpr double kSpecial[] = {0.0, -0.0, 1.0, -2.0, 1e-300, 1e300, INFINITY, -INFINITY, NAN};
+  const std::vector<std::string> names{"c", "a", "b", "unused", "a"};
+  constexpr std::size_t kRows = Equation::kBlockRows;
+  RandomText random(20);
+  int good = 0;
+  for (int i = 0; i < 800; ++i) {
+    const std::string text = random.statements();
+    std::vector<std::vector<double>> columns(names.size(), std::vector<double>(kRows));
+    std::vector<const double*> begins;
+    for (auto& column : columns) {
+      for (double& value : column)
+        value = random.below(60) == 0 ? kSpecial[random.below(9)]
+                                      : enteringValue(1e-3 * static_cast<double>(random.below(8000)) - 3.0);
+      begins.push_back(column.data());
+    }
+    Equation equation(text, names);
+    const std::size_t rows = i % 2 == 0 ? kRows : random.below(kRows) + 1;
+    double values[kRows];
+    double failed[kRows];
+    equation.evaluateRows(begins.data(), rows, values, failed);
+    for (std::size_t row = 0; row < rows; ++row) {
+      Evaluator evaluator;
+      bool done = true;
+      for (std::size_t k : {0u, 1u, 2u}) {
+        const bool isUsed = namesInText(text).contains(names[k]);
+        done = done && !(isUsed && !std::isfinite(columns[k][row]));
+        ASSERT_TRUE(evaluator.bind(names[k], columns[k][row]));
+      }
+      done = done && evaluator.evaluate("rEsUlTtOtAl = " + text);
+      ASSERT_EQ(failed[row], done ? 0.0 : 1.0) << text;
+      if (!done) continue;
+      const double expected = *evaluator.find("rEsUlTtOtAl");
+      ASSERT_TRUE((std::isnan(expected) && std::isnan(values[row])) ||
+                  std::bit_cast<std::uint64_t>(expected) == std::bit_cast<std::uint64_t>(values[row]))
+          << text << ": " << values[row] << " for " << expected;
+      ++good;
+    }
+  }
+  EXPECT_GT(good, 40000);
 }
 
 TEST(EquationTest, SymbolTableCountsEveryBinding) {
