@@ -40,23 +40,60 @@ bool Distribution::hasTable() const {
   return table.size() >= kTablePoints;
 }
 
-double Distribution::inverse(double u) const {
-  if (!hasTable()) return std::numeric_limits<double>::quiet_NaN();
-  const double place = u * 100.0;
-  if (!(place < 100.0)) return table[100].x;
-  const std::size_t i = place > 0.0 ? static_cast<std::size_t>(place) : 0;
-  if (std::fabs(table[i].p - u) < std::fabs(table[i].p) * kTolerance) return table[i].x;
-  return bisectTable(i, u, kTolerance, kMaxPasses);
+void Distribution::clearTable() {
+  table.clear();
+  cells_ = InverseCells();
 }
 
-double Distribution::bisectTable(std::size_t i, double target, double tolerance, int maxPasses) const {
-  TablePoint lo = table[i];
-  TablePoint hi = table[i + 1];
-  for (int pass = 0; pass < maxPasses && std::fabs(lo.p - hi.p) > std::fabs(lo.p) * tolerance; ++pass) {
+InverseRule Distribution::inverseRule() const {
+  return {kTolerance, kMaxPasses};
+}
+
+bool Distribution::searchFor(double u, InverseCells::Search& search, double& x) const {
+  const double place = u * 100.0;
+  x = table[100].x;
+  if (!(place < 100.0)) return false;
+  search = {place > 0.0 ? static_cast<std::size_t>(place) : 0, u};
+  const TablePoint& lo = table[search.cell];
+  x = lo.x;
+  return !(std::fabs(lo.p - u) < std::fabs(lo.p) * kTolerance);
+}
+
+double Distribution::inverse(double u) const {
+  double x = std::numeric_limits<double>::quiet_NaN();
+  InverseCells::Search search{};
+  return hasTable() && Distribution::searchFor(u, search, x) ? bisect(search, Distribution::inverseRule()) : x;
+}
+
+void Distribution::values(const double* u, double* x, std::size_t count) {
+  if (!needsTable() || !hasTable()) {
+    for (std::size_t k = 0; k < count; ++k) x[k] = value(u[k]);
+    return;
+  }
+  InverseCells::Search searches[InverseCells::kLanes];
+  std::size_t places[InverseCells::kLanes];
+  double found[InverseCells::kLanes];
+  std::size_t waiting = 0;
+  const auto finish = [&] {
+    cells_.find(*this, searches, found, waiting);
+    for (std::size_t i = 0; i < waiting; ++i) x[places[i]] = found[i];
+    waiting = 0;
+  };
+  for (std::size_t k = 0; k < count; ++k) {
+    places[waiting] = k;
+    if (searchFor(u[k], searches[waiting], x[k]) && ++waiting == InverseCells::kLanes) finish();
+  }
+  finish();
+}
+
+double Distribution::bisect(const InverseCells::Search& search, const InverseRule& rule) const {
+  TablePoint lo = table[search.cell];
+  TablePoint hi = table[search.cell + 1];
+  for (int pass = 0; pass < rule.maxPasses && std::fabs(lo.p - hi.p) > std::fabs(lo.p) * rule.tolerance; ++pass) {
     const double m = middle(lo.x, hi.x);
     if (m == lo.x || m == hi.x) break;
     const double p = cumulative(m);
-    if (p <= target) {
+    if (p <= search.target) {
       lo = {m, p};
     } else {
       hi = {m, p};

@@ -24,6 +24,7 @@ class Triangular : public Distribution {
   double stdDev() const override;
   double cumulative(double x) const override;
   double density(double x) const override;
+  bool isSmooth(double low, double high) const override { return high <= beta_ || low >= beta_; }
 
  protected:
   Triangular(const Triangular&) = default;

@@ -51,12 +51,23 @@ bool TruncatedDistribution::setDefaultTruncations(double left, double right) {
 }
 
 double TruncatedDistribution::inverse(double u) const {
-  if (!hasTable()) return std::numeric_limits<double>::quiet_NaN();
+  double x = std::numeric_limits<double>::quiet_NaN();
+  InverseCells::Search search{};
+  return hasTable() && searchFor(u, search, x) ? bisect(search, TruncatedDistribution::inverseRule()) : x;
+}
+
+InverseRule TruncatedDistribution::inverseRule() const {
+  return {kTolerance, std::numeric_limits<int>::max()};
+}
+
+bool TruncatedDistribution::searchFor(double u, InverseCells::Search& search, double& x) const {
   const double v = (rightTruncation_ - leftTruncation_) * u + leftTruncation_;
   const double place = v * 100.0;
   // A file may hold truncations outside 0 to 1: what lies beyond the table is its end.
-  if (!(place < 100.0)) return table[100].x;
-  return bisectTable(place > 0.0 ? static_cast<std::size_t>(place) : 0, v, kTolerance, std::numeric_limits<int>::max());
+  x = table[100].x;
+  if (!(place < 100.0)) return false;
+  search = {place > 0.0 ? static_cast<std::size_t>(place) : 0, v};
+  return true;
 }
 
 }  // namespace tarvex

@@ -14,6 +14,7 @@ class TruncatedDistribution : public Distribution {
   [[nodiscard]] virtual bool setRightTruncation(double value);
 
   double inverse(double u) const override;
+  InverseRule inverseRule() const override;
 
   // The truncations that new factors take. Each factor list that is read sets them.
   static double defaultLeftTruncation() { return defaultLeft_; }
@@ -25,6 +26,8 @@ class TruncatedDistribution : public Distribution {
  protected:
   TruncatedDistribution(const char* type, const char* defaultName) : Distribution(type, defaultName) {}
   TruncatedDistribution(const TruncatedDistribution&) = default;
+
+  bool searchFor(double u, InverseCells::Search& search, double& x) const override;
 
   const char* rightTruncationProblem() const;  // of what is stored
 

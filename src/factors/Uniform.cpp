@@ -69,6 +69,11 @@ double Uniform::density(double x) const {
                               : interval->weight / 2.0 / (interval->right / 2.0 - interval->left / 2.0);
 }
 
+bool Uniform::isSmooth(double low, double high) const {
+  const Interval* interval = holder(low);
+  return interval != nullptr && high <= interval->right;
+}
+
 const Interval* Uniform::reach(double x, double& below) const {
   const std::size_t place = index().firstRightFrom(x);
   below = index().weightBefore(place);

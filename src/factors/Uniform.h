@@ -19,6 +19,7 @@ class Uniform : public IntervalDistribution {
   double stdDev() const override;
   double cumulative(double x) const override;
   double density(double x) const override;
+  bool isSmooth(double low, double high) const override;
 
  protected:
   Uniform(const char* type, const char* defaultName) : IntervalDistribution(type, defaultName) {}

@@ -8,15 +8,10 @@
 #include "base/TextReader.h"
 #include "base/TextRules.h"
 #include "base/TextWriter.h"
-#include "factors/Distribution.h"
-#include "factors/Relation.h"
 
 namespace tarvex {
 
 namespace {
-
-constexpr std::int32_t kDone = 100;         // percent
-constexpr std::int32_t kSamplerShare = 50;  // percent that belong to the sampler
 
 constexpr std::size_t kStatisticsRestLimit = 254;  // characters behind the statistics block's last number
 constexpr LineRule kDirectoryLine{"the directory", 1023};
@@ -37,10 +32,6 @@ std::string directoryLine(bool hasSampler) {
   // Without a sampler before it a bare name would be taken for one.
   const bool bare = !directory.empty() && directory.find_first_of(kPathSigns) == std::string::npos;
   return bare && !hasSampler ? "./" + directory : directory;
-}
-
-void releaseTable(Factor& factor) {
-  if (auto* distribution = dynamic_cast<Distribution*>(&factor)) distribution->clearTable();
 }
 
 void addParagraph(std::string& text, const std::string& paragraph) {
@@ -139,65 +130,6 @@ bool PrepConfiguration::passDesign(std::int32_t& percent, std::int32_t target, c
   percent = kDone;
   stage_ = Stage::Done;
   factors.releaseOrder();
-  return true;
-}
-
-bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target, const Progress& progress) {
-  const std::int32_t runs = samples.rows();
-  const double cells = static_cast<double>(factors.factorCount()) * runs;
-  constexpr std::int32_t kCellsAReport = 16384;  // some milliseconds
-  constexpr double kValuesShare = 0.9;           // the statistics take the rest of the time
-  for (std::int32_t made = 0; percent < target; ++made) {
-    if (made % kCellsAReport == kCellsAReport - 1 &&
-        !progress.report(kValuesShare * (static_cast<double>(nextFactor_) * runs + nextRow_) / cells))
-      return false;
-    const std::int32_t f = factors.factorAt(nextFactor_);
-    if (!passCell(f)) return false;
-    if (++nextRow_ == runs) {
-      releaseTable(factors.factor(f));
-      ++nextFactor_;
-      nextRow_ = 0;
-    }
-    percent = static_cast<std::int32_t>(((static_cast<double>(nextFactor_) * runs + nextRow_) / cells + 1.0) *
-                                        (kDone - kSamplerShare));
-  }
-  return percent < kDone || finishGeneration(progress.part(kValuesShare, 1.0));
-}
-
-bool PrepConfiguration::finishGeneration(const Progress& progress) {
-  SampleStatistics statistics;
-  if (!statistics.compute(samples, progress)) return fail(samples.errorText());
-  sampleStatistics = std::move(statistics);
-  factors.releaseOrder();
-  stage_ = Stage::Done;
-  return true;
-}
-
-// Turns the cell of the factor in the run `nextRow_` into a factor value.
-bool PrepConfiguration::passCell(std::int32_t factorIndex) {
-  Factor& factor = factors.factor(factorIndex);
-  if (factor.isConstant()) return true;
-  if (factor.isRelation()) return passRelation(static_cast<Relation&>(factor), factorIndex);
-  // A plain factor, as external samples have them, knows no distribution.
-  auto* distribution = dynamic_cast<Distribution*>(&factor);
-  const bool refused =
-      distribution == nullptr || (nextRow_ == 0 && distribution->needsTable() && !distribution->prepareInverse());
-  if (refused)
-    return fail("I cannot calculate the inverse cumulative of factor " + std::to_string(nextFactor_ + 1) +
-                " : generation aborted");
-  double u = 0.0;
-  return (samples.getColumnValue(nextRow_, factorIndex, u) &&
-          samples.setColumnValue(nextRow_, factorIndex, distribution->value(u))) ||
-         fail(samples.errorText());
-}
-
-bool PrepConfiguration::passRelation(Relation& relation, std::int32_t factorIndex) {
-  double* row = samples.rowPointer(nextRow_);
-  if (row == nullptr) return fail(samples.errorText());
-  double value = 0.0;
-  if (nextRow_ == 0) relation.bindNames(factorNames);
-  if (!relation.evaluate(row, value)) ++failedRows_[static_cast<std::size_t>(factorIndex)];
-  row[factorIndex] = value;
   return true;
 }
 

@@ -63,13 +63,16 @@ class PrepConfiguration {
 
  private:
   enum class Stage { Idle, Design, Values, Done };
+  static constexpr std::int32_t kDone = 100;         // percent
+  static constexpr std::int32_t kSamplerShare = 50;  // percent that belong to the sampler
 
   bool isHalfMade() const { return stage_ == Stage::Design || stage_ == Stage::Values; }
   bool fail(const std::string& text);
   bool passDesign(std::int32_t& percent, std::int32_t target, const Progress& progress);
   bool passValues(std::int32_t& percent, std::int32_t target, const Progress& progress);
-  bool passCell(std::int32_t factorIndex);
-  bool passRelation(Relation& relation, std::int32_t factorIndex);
+  static void releaseTable(Factor& factor);
+  bool passCells(std::int32_t factorIndex, std::int32_t endRow);
+  bool passRelation(Relation& relation, std::int32_t factorIndex, std::int32_t endRow);
   bool finishGeneration(const Progress& progress);
   void dropHalfMade();
 

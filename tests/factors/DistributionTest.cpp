@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <random>
 
 #include "factors/FactorText.h"
 #include "factors/TruncatedDistribution.h"
@@ -87,6 +90,28 @@ TEST_P(Family, inverseUndoesTheCumulative) {
     const double x = member_->inverse(u);
     EXPECT_NEAR(member_->cumulative(x), target(u), 1.1e-6 * target(u)) << "u " << u << " x " << x;
     EXPECT_EQ(member_->value(u), x);
+  }
+}
+
+// A column's values are those of the plain bisections, bit by bit: numbers at random, at both ends and around the
+// table's points. TARVEX_LONG_TEST is the number of values of each kind beyond the few that a usual run takes.
+TEST_P(Family, columnIsTheBisectionsBitByBit) {
+  const char* const asked = std::getenv("TARVEX_LONG_TEST");
+  const int blocks = asked == nullptr ? 20 : std::atoi(asked) / 1000;
+  std::mt19937_64 random(1);
+  std::vector<double> u(1000), x(u.size());
+  for (int block = 0; block < blocks; ++block) {
+    for (double& number : u) {
+      number = static_cast<double>(random() >> 11) * 0x1p-53;
+      const auto choice = random() % 16;
+      if (choice < 3) number = std::pow(number, 12.0);
+      if (choice == 1) number = 1.0 - number;
+      if (choice == 3) number = std::floor(number * 100.0) / 100.0 + 1e-12 * (number - 0.5);
+    }
+    if (block % 2 == 0) std::sort(u.begin(), u.end());
+    member_->values(u.data(), x.data(), u.size());
+    for (std::size_t i = 0; i < u.size(); ++i)
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(x[i]), std::bit_cast<std::uint64_t>(member_->value(u[i]))) << u[i];
   }
 }
 
