@@ -9,6 +9,7 @@
 
 #include "factors/Evaluator.h"
 #include "factors/EvaluatorPass.h"
+#include "factors/integerPower.h"
 
 namespace tarvex {
 namespace {
@@ -53,7 +54,14 @@ class EquationProgram::Compiler {
     value = step({Kind::kCombine, operation, nullptr, value, right, value, 0});
     return true;
   }
-  Value power(Value base, Value exponent) { return step({Kind::kPower, {}, nullptr, base, exponent, base, 0}); }
+  Value power(Value base, Value exponent) {
+    for (int whole = kLeastPower; whole <= kLargestPower; ++whole) {
+      const auto constant = constants_.find(std::bit_cast<std::uint64_t>(static_cast<double>(whole)));
+      if (constant != constants_.end() && constant->second == exponent)
+        return step({Kind::kIntegerPower, {}, nullptr, base, base, static_cast<std::size_t>(whole), 0});
+    }
+    return step({Kind::kPower, {}, nullptr, base, exponent, base, 0});
+  }
   Value negate(Value value) { return step({Kind::kNegate, {}, nullptr, value, value, value, 0}); }
   Value invert(Value value) { return step({Kind::kInvert, {}, nullptr, value, value, value, 0}); }
   Value choose(Value condition, Value yes, Value no) {
@@ -158,6 +166,8 @@ void EquationProgram::runStep(const Step& step, std::size_t rows, double* failed
       }
     case Kind::kQuotient:
       return each(step, rows, [](double a, double b) { return a / b; });
+    case Kind::kIntegerPower:
+      return integerPowers(static_cast<int>(step.c), begin_[step.a], numbers_.data() + step.out * kBlockRows, rows);
     case Kind::kPower:
       return each(step, rows, [](double a, double b) { return std::pow(a, b); });
     case Kind::kNegate:

@@ -36,8 +36,9 @@ class EquationProgram {
   class Compiler;
 
   enum class Kind {
-    kCombine,   // by `operation`; a division by 0.0 fails the row
-    kQuotient,  // a division that doesn't
+    kCombine,       // by `operation`; a division by 0.0 fails the row
+    kQuotient,      // a division that doesn't
+    kIntegerPower,  // to `c`, which is no register
     kPower,
     kNegate,
     kInvert,

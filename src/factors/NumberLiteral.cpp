@@ -1,5 +1,6 @@
 #include "factors/NumberLiteral.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -56,7 +57,8 @@ class SixDigits {
     digits_ = static_cast<std::uint32_t>(static_cast<std::int32_t>(scaled));
     const double rest = scaled - digits_;
     if (!(scaled >= 1e5 && scaled < 1e6 && std::fabs(rest - 0.5) > kError)) return false;
-    if (rest > 0.5 && ++digits_ == 1000000) {
+    digits_ += rest > 0.5 ? 1u : 0u;
+    if (digits_ == 1000000) {
       digits_ = 100000;
       ++exponent_;
     }
@@ -67,22 +69,25 @@ class SixDigits {
   double read() const {
     static const LiteralTables tables;
     constexpr std::uint32_t kUnits[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
+    // 2^40 over the unit, rounded up: a product with it divides any number up to a million.
+    constexpr int kShift = 40;
+    constexpr std::uint64_t kDivisors[] = {1099511627776, 109951162778, 10995116278, 1099511628,
+                                           109951163,     10995117,     1099512};
     const bool isFixed = exponent_ >= -4 && exponent_ < kSixDigits;
     const int point = isFixed ? kSixDigits - 1 - exponent_ : kSixDigits - 1;  // digits behind the point
-    const std::uint32_t unit = kUnits[point < kSixDigits ? point : kSixDigits];
-    const std::uint32_t whole = digits_ / unit;
-    std::uint32_t behind = digits_ - whole * unit;
-    double fraction = 0.0;
-    if (point <= LiteralTables::kDigits) {
-      fraction = tables.fractions[point][behind];
-    } else {
-      fraction = tables.fractions[LiteralTables::kDigits][behind % LiteralTables::kThousand];
-      behind /= LiteralTables::kThousand;
-      for (int digit = LiteralTables::kDigits; digit < point; ++digit) {
-        fraction = (behind % 10 + fraction) * 0.1;
-        behind /= 10;
-      }
-    }
+    const int place = point < kSixDigits ? point : kSixDigits;
+    const std::uint32_t whole = static_cast<std::uint32_t>(digits_ * kDivisors[place] >> kShift);
+    std::uint32_t behind = digits_ - whole * kUnits[place];
+    double fraction = tables.fractions[std::min(point, LiteralTables::kDigits)][behind % LiteralTables::kThousand];
+    behind /= LiteralTables::kThousand;
+    // One more digit, two or three: chosen at the end, as a processor can't tell beforehand.
+    const double four = (behind % 10 + fraction) * 0.1;
+    const double five = (behind / 10 % 10 + four) * 0.1;
+    const double six = (behind / 100 + five) * 0.1;
+    fraction = point > LiteralTables::kDigits ? four : fraction;
+    fraction = point > LiteralTables::kDigits + 1 ? five : fraction;
+    fraction = point > LiteralTables::kDigits + 2 ? six : fraction;
+    for (int digit = kSixDigits; digit < point; ++digit) fraction *= 0.1;
     const double number = whole + fraction;
     return isFixed ? number : number * tables.powers[exponent_ + LiteralTables::kLargestExponent];
   }

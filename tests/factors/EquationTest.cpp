@@ -11,6 +11,7 @@
 
 #include "base/uniformRandom.h"
 #include "factors/NumberLiteral.h"
+#include "factors/integerPower.h"
 #include "factors/namesInText.h"
 
 namespace tarvex {
@@ -95,12 +96,12 @@ class RandomText {
  private:
   std::string expression(int depth) {
     static constexpr const char* kNames[] = {"a", "b", "c", "t", "rEsUlTtOtAl", "zero"};
-    static constexpr const char* kLeaves[] = {"1", "0", "2.5", ".3e1", "7e-3"};
+    static constexpr const char* kLeaves[] = {"1", "0", "2.5", ".3e1", "7e-3", "2", "3", "4"};
     static constexpr const char* kSigns[] = {"+", "-", "*", "/", "**", "<", "<=", ">", ">=", "==", "!=", "&&", "||"};
     static constexpr const char* kCalls[] = {"sin",  "cos",  "tan",  "exp",  "log",  "log10", "sqrt", "fabs",
                                              "acos", "asin", "atan", "sinh", "cosh", "tanh",  "none"};
     static constexpr const char* kAssignments[] = {"=", "+=", "-=", "*=", "/="};
-    if (depth == 0 || below(6) == 0) return below(3) == 0 ? kLeaves[below(5)] : kNames[below(6)];
+    if (depth == 0 || below(6) == 0) return below(3) == 0 ? kLeaves[below(8)] : kNames[below(6)];
     switch (below(10)) {
       case 0:
         return '(' + std::string(kNames[below(5)]) + kAssignments[below(5)] + expression(depth - 1) + ')';
@@ -161,6 +162,29 @@ TEST(EquationTest, CompiledIsEvaluated) {
     }
   }
   EXPECT_GT(good, 40000);
+}
+
+// The powers that are not asked of the library are the library's. TARVEX_LONG_TEST as above.
+TEST(EquationTest, IntegerPowersAreTheLibrarys) {
+  const char* const asked = std::getenv("TARVEX_LONG_TEST");
+  const long blocks = (asked == nullptr ? 300000 : std::atol(asked)) / 100;
+  std::mt19937_64 random(3);
+  double x[100];
+  double powers[100];
+  for (long block = 0; block < blocks; ++block) {
+    for (double& number : x) {
+      const std::uint64_t bits = random();
+      number = block % 2 == 0 ? std::bit_cast<double>(bits) : enteringValue(static_cast<double>(bits >> 11) * 0x1p-50);
+    }
+    const int exponent = static_cast<int>(2 + block / 2 % 3);
+    integerPowers(exponent, x, powers, std::size(x));
+    for (std::size_t i = 0; i < std::size(x); ++i) {
+      if (std::isnan(x[i])) continue;
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(std::pow(x[i], static_cast<double>(exponent))),
+                std::bit_cast<std::uint64_t>(powers[i]))
+          << x[i] << " ** " << exponent;
+    }
+  }
 }
 
 TEST(EquationTest, SymbolTableCountsEveryBinding) {
