@@ -1,15 +1,24 @@
 #include "base/NumberText.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
+
+#include "base/DecimalDigits.h"
 
 namespace tarvex {
 namespace {
 
 constexpr int kMaxPrecision = 17;  // what kMaxNumberText has room for
+
+// Powers of ten that a double holds exactly.
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
@@ -21,6 +30,57 @@ char lower(char c) {
 bool startsWith(std::string_view text, std::string_view lowerWord) {
   return text.size() >= lowerWord.size() &&
          std::equal(lowerWord.begin(), lowerWord.end(), text.begin(), [](char a, char b) { return a == lower(b); });
+}
+
+constexpr std::array<char, 200> kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < pairs.size(); ++i) pairs[i] = static_cast<char>('0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
+  return pairs;
+}();
+
+void writePair(char* out, std::uint32_t number) {
+  std::memcpy(out, kPairs.data() + std::size_t{2} * number, 2);
+}
+
+// What "%.<precision>g" makes of a number's first digits. Whole blocks are copied: `out` has room for kMaxNumberText,
+// less a sign.
+char* writeDigits(char* out, const DecimalDigits& number, int precision) {
+  constexpr int kLeastFixedExponent = -4;
+  constexpr std::uint32_t kHalfOfEight = 10000;
+  constexpr std::size_t kBlock = 16;
+  char digits[2 * kBlock]{};  // what stands behind the digits is copied and written over
+  const std::uint64_t ten = number.digits * DecimalDigits::integerPower(DecimalDigits::kMost - precision);
+  const auto low = static_cast<std::uint32_t>(ten % 100000000);
+  writePair(digits, static_cast<std::uint32_t>(ten / 100000000));
+  writePair(digits + 2, low / kHalfOfEight / 100);
+  writePair(digits + 4, low / kHalfOfEight % 100);
+  writePair(digits + 6, low % kHalfOfEight / 100);
+  writePair(digits + 8, low % kHalfOfEight % 100);
+  int count = DecimalDigits::kMost;
+  while (count > 1 && digits[count - 1] == '0') --count;
+
+  const int point = number.exponent + 1;  // digits before it
+  const bool fixed = number.exponent >= kLeastFixedExponent && number.exponent < precision;
+  if (fixed && point <= 0) {
+    std::memcpy(out, "0.000", 5);
+    std::memcpy(out + 2 - point, digits, kBlock);
+    return out + 2 - point + count;
+  }
+  const int whole = fixed ? point : 1;
+  std::memcpy(out, digits, kBlock);
+  out += whole;
+  if (count > whole) {
+    *out++ = '.';
+    std::memcpy(out, digits + whole, kBlock);
+    out += count - whole;
+  }
+  if (fixed) return out;
+  *out++ = 'e';
+  *out++ = number.exponent < 0 ? '-' : '+';
+  const auto exponent = static_cast<std::uint32_t>(std::abs(number.exponent));
+  if (exponent >= 100) *out++ = static_cast<char>('0' + exponent / 100);
+  writePair(out, exponent % 100);
+  return out + 2;
 }
 
 // "inf", "infinity" or "nan" at the start of `text`; returns the bytes taken.
@@ -60,6 +120,46 @@ bool isTiny(const char* first, const char* last) {
   return exponent < -place;
 }
 
+// Adds the digits among the eight characters at `p` to `number` and returns how many stand there before anything else.
+std::size_t takeDigits(const char* p, std::uint64_t& number) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  constexpr std::size_t kByteBits = 8;
+  std::uint64_t word = 0;
+  std::memcpy(&word, p, sizeof word);
+  if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+  // A borrow, or a sum beyond 0x7F, shows in the highest bit of the first byte that is no digit.
+  const std::uint64_t digits = word - '0' * kEach;
+  const std::uint64_t others = (digits | (word + (0x7F - '9') * kEach)) & 0x80 * kEach;
+  const std::size_t count = static_cast<std::size_t>(std::countr_zero(others)) / kByteBits;
+  if (count == 0) return 0;
+  // With zeros in front of them; then added up in pairs, fours and eights within the word.
+  const std::uint64_t eight = digits << (kByteBits * (sizeof word - count));
+  const std::uint64_t pairs = (eight * 10 + (eight >> 8)) & 0x00FF00FF00FF00FF;
+  const std::uint64_t fours = (pairs * 100 + (pairs >> 16)) & 0x0000FFFF0000FFFF;
+  number =
+      number * DecimalDigits::integerPower(static_cast<int>(count)) + ((fours * 10000 + (fours >> 32)) & 0xFFFFFFFF);
+  return count;
+}
+
+// The usual short number with room behind it: digits with a point, of which the value is a whole number that a double
+// holds exactly over such a power of ten. One quotient then rounds as the text does (W. D. Clinger, PLDI 1990).
+// Returns the bytes taken, 0 for every other text.
+std::size_t parseShort(std::string_view text, double& value) {
+  constexpr std::size_t kRoom = 32;
+  constexpr std::size_t kMostDigits = 15;
+  if (text.size() < kRoom) return 0;
+  const char* const p = text.data();
+  std::uint64_t digits = 0;
+  const std::size_t whole = takeDigits(p, digits);
+  if (whole == 0 || whole == 8 || p[whole] != '.') return 0;
+  const char* const fraction = p + whole + 1;
+  std::size_t count = takeDigits(fraction, digits);
+  if (count == 8) count += takeDigits(fraction + 8, digits);
+  if (count == 0 || whole + count > kMostDigits || lower(fraction[count]) == 'e') return 0;
+  value = static_cast<double>(digits) / kPowersOfTen[count];
+  return whole + 1 + count;
+}
+
 template <class Real>
 std::size_t parseReal(std::string_view text, Real& value) {
   const char* const begin = text.data();
@@ -91,6 +191,13 @@ std::size_t parseReal(std::string_view text, Real& value) {
 
 char* writeNumber(char* out, double value, int precision) {
   if (std::isnan(value)) return std::copy_n("nan", 3, out);
+  DecimalDigits number;
+  const double size = std::fabs(value);
+  if (precision >= 1 && precision <= DecimalDigits::kMost && size > 0 && std::isfinite(size) &&
+      number.find(size, precision)) {
+    if (value < 0) *out++ = '-';
+    return writeDigits(out, number, precision);
+  }
   return std::to_chars(out, out + kMaxNumberText, value, std::chars_format::general, std::min(precision, kMaxPrecision))
       .ptr;
 }
@@ -101,6 +208,11 @@ std::string numberText(double value, int precision) {
 }
 
 std::size_t parseNumber(std::string_view text, double& value) {
+  const bool negative = text.starts_with('-');
+  if (const std::size_t taken = parseShort(text.substr(negative ? 1 : 0), value); taken > 0) {
+    if (negative) value = -value;
+    return taken + (negative ? 1 : 0);
+  }
   return parseReal(text, value);
 }
 std::size_t parseNumber(std::string_view text, float& value) {

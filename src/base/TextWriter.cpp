@@ -126,6 +126,20 @@ TextWriter& TextWriter::operator<<(double value) {
   return *this << std::string_view(text, static_cast<std::size_t>(end - text));
 }
 
+TextWriter& TextWriter::writeNumbers(const double* values, std::size_t count, char after) {
+  constexpr std::size_t kAtOnce = 64;
+  char text[kAtOnce * (kMaxNumberText + 1)];
+  for (const double* const end = values + count; values != end && ok();) {
+    char* next = text;
+    for (const double* const stop = values + std::min<std::size_t>(kAtOnce, end - values); values != stop; ++values) {
+      next = writeNumber(next, *values, precision_);
+      *next++ = after;
+    }
+    *this << std::string_view(text, static_cast<std::size_t>(next - text));
+  }
+  return *this;
+}
+
 TextWriter& TextWriter::writeInteger(std::int64_t value) {
   char text[kMaxNumberText];
   const char* const end = std::to_chars(text, text + kMaxNumberText, value).ptr;

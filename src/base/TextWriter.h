@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -32,6 +33,8 @@ class TextWriter {
   requires(!std::same_as<Integer, char> && !std::same_as<Integer, bool>) TextWriter& operator<<(Integer value) {
     return writeInteger(static_cast<std::int64_t>(value));
   }
+  // `count` doubles, each followed by `after`.
+  TextWriter& writeNumbers(const double* values, std::size_t count, char after);
 
   // `progress` hears, block by block, how much of about `bytes` is written. A stop makes the writer fail.
   void watch(const Progress& progress, std::uint64_t bytes);

@@ -22,10 +22,8 @@ void sampValues::write(TextWriter& out) const {
   for (std::int32_t i = 0; i < lines && ok && out.ok(); ++i) {
     ok = byFactor ? ensureColumn(i) : ensureRow(i);
     if (!ok) break;
-    const double* value = byFactor ? cache_.data() : windowRow(i);
-    const double* const end = value + (byFactor ? rows_ : columns_);
-    for (; value != end; ++value) out << *value << '\t';
-    out << '\n';
+    const double* const values = byFactor ? cache_.data() : windowRow(i);
+    out.writeNumbers(values, static_cast<std::size_t>(byFactor ? rows_ : columns_), '\t') << '\n';
   }
   if (!ok) out.refuse(errorText_);
   out.setPrecision(precision);

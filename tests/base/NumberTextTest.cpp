@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -24,8 +25,8 @@ std::string printed(double value, int precision) {
 }
 
 // Bit patterns of all doubles, and numbers of everyday size, a few of them at the edge between two texts.
-std::vector<double> manyNumbers(std::size_t count) {
-  std::mt19937_64 bits(20240607);
+std::vector<double> manyNumbers(std::size_t count, std::uint64_t seed = 20240607) {
+  std::mt19937_64 bits(seed);
   std::vector<double> values;
   for (const char* edge : {"0", "-0", "5e-324", "-2.5e-310", "2.2250738585072014e-308", "1.7976931348623157e308", "1e6",
                            "999999.5", "999999.4999999999", "1e-5", "0.0001", "123456.5", "9.9999949999e-17"})
@@ -34,9 +35,9 @@ std::vector<double> manyNumbers(std::size_t count) {
     const double any = std::bit_cast<double>(bits());
     if (std::isfinite(any)) values.push_back(any);
     values.push_back(static_cast<double>(static_cast<std::int64_t>(bits()) >> 20) * 1e-9);
-    // Seven digits that end in 5: a half in the sixth.
-    const double half =
-        (static_cast<double>(bits() % 900000 + 100000) * 10 + 5) * std::pow(10.0, static_cast<int>(bits() % 41) - 27);
+    // Digits that end in 5: a half in the one before, the sixth or the tenth.
+    const std::uint64_t digits = bits() % 2 == 0 ? bits() % 900000 + 100000 : bits() % 9000000000 + 1000000000;
+    const double half = (static_cast<double>(digits) * 10 + 5) * std::pow(10.0, static_cast<int>(bits() % 41) - 27);
     values.push_back(half);
     values.push_back(std::nextafter(half, 0));
   }
@@ -47,11 +48,15 @@ std::uint64_t bitsOf(double value) {
   return std::bit_cast<std::uint64_t>(value);
 }
 
+// TARVEX_MILLIONS=100 in the environment makes it so many millions of doubles.
 TEST(NumberText, WritesEveryDoubleAsPrintfDoes) {
-  for (const double value : manyNumbers(1000000)) {
-    ASSERT_EQ(numberText(value), printed(value, 6));
-    ASSERT_EQ(numberText(value, 10), printed(value, 10));
-  }
+  const char* const asked = std::getenv("TARVEX_MILLIONS");
+  const std::uint64_t millions = asked == nullptr ? 1 : std::strtoull(asked, nullptr, 10);
+  for (std::uint64_t million = 1; million <= millions; ++million)
+    for (const double value : manyNumbers(1000000, million)) {
+      ASSERT_EQ(numberText(value), printed(value, 6));
+      ASSERT_EQ(numberText(value, 10), printed(value, 10));
+    }
   for (const double value : manyNumbers(20000)) {
     for (const int precision : {0, 1, 2, 15, 16, 17})
       ASSERT_EQ(numberText(value, precision), printed(value, precision));
@@ -59,6 +64,24 @@ TEST(NumberText, WritesEveryDoubleAsPrintfDoes) {
     const std::string text = numberText(value, 17);
     ASSERT_EQ(parseNumber(text, back), text.size());
     ASSERT_EQ(bitsOf(back), bitsOf(value));
+  }
+}
+
+// As from_chars reads it, with room behind the text and without.
+TEST(NumberText, ReadsEveryTextAsTheLibraryDoes) {
+  std::mt19937_64 bits(4711);
+  for (int i = 0; i < 300000; ++i) {
+    std::string text;
+    for (std::size_t left = bits() % 30; left > 0; --left) text += "0123456789.0123456789.e-"[bits() % 24];
+    double expected = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), expected);
+    if (error == std::errc::result_out_of_range) continue;
+    const std::size_t taken = error == std::errc() ? static_cast<std::size_t>(end - text.data()) : 0;
+    for (const std::string& shown : {text, text + std::string(40, "\t_"[bits() % 2])}) {
+      double value = 0;
+      ASSERT_EQ(parseNumber(shown, value), taken) << shown;
+      ASSERT_EQ(bitsOf(value), bitsOf(expected)) << shown;
+    }
   }
 }
 
