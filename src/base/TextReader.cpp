@@ -214,8 +214,7 @@ bool TextReader::appendBlock(std::size_t size) {
   return refuse("stopped");
 }
 
-bool TextReader::fill(std::size_t wanted) {
-  if (available() >= wanted) return true;
+bool TextReader::fillMore(std::size_t wanted) {
   if (fd_ < 0) return false;
   // The step in progress keeps its start, for the description of its failure.
   const std::size_t dropped = std::min(stepStart_, position_);
@@ -234,8 +233,11 @@ bool TextReader::fill(std::size_t wanted) {
 
 void TextReader::skipSpace() {
   do {
-    while (position_ < buffer_.size() && isSpace(buffer_[position_])) ++position_;
-    stepStart_ = position_;
+    const char* const begin = buffer_.data();
+    const char* const end = begin + buffer_.size();
+    const char* next = begin + position_;
+    while (next != end && isSpace(*next)) ++next;
+    stepStart_ = position_ = static_cast<std::size_t>(next - begin);
   } while (position_ == buffer_.size() && fill(1));
 }
 

@@ -97,7 +97,9 @@ class TextReader {
   bool refuseLongLine(std::size_t maxChars);
   void closeFile();
   std::size_t available() const { return buffer_.size() - position_; }
-  bool fill(std::size_t wanted);  // makes `wanted` bytes available from position_ if the source has them
+  // Makes `wanted` bytes available from position_ if the source has them.
+  bool fill(std::size_t wanted) { return available() >= wanted || fillMore(wanted); }
+  bool fillMore(std::size_t wanted);
   bool appendBlock(std::size_t size);
   void skipSpace();
   Line findLineEnd(std::size_t limit);
