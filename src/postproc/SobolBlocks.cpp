@@ -19,11 +19,7 @@ SobolBlocks::SobolBlocks(std::vector<double> runs, std::int32_t baseSize)
 }
 
 double SobolBlocks::product(std::int64_t first, std::int64_t second) const {
-  const double* a = block(first);
-  const double* b = block(second);
-  double sum = 0.0;
-  for (std::int32_t i = 0; i < baseSize_; ++i) sum += a[i] * b[i];
-  return sum;
+  return products<1>({Pair{first, second}})[0];
 }
 
 double SobolBlocks::blockVariance(std::int64_t number, double mean) const {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace tarvex {
@@ -16,6 +19,10 @@ class SobolBlocks {
   double baseSize() const { return baseSize_; }
   // Sum of the products of two blocks' values, run by run. Requires: blocks below count().
   double product(std::int64_t first, std::int64_t second) const;
+  // The same of several pairs of blocks, in one sweep over the runs.
+  using Pair = std::pair<std::int64_t, std::int64_t>;
+  template <std::size_t Count>
+  std::array<double, Count> products(const std::array<Pair, Count>& pairs) const;
 
   // Mean and variance of the base blocks.
   double meanA() const { return meanA_; }
@@ -34,5 +41,20 @@ class SobolBlocks {
   double varianceA_ = 0.0;
   double varianceB_ = 0.0;
 };
+
+// The sums don't wait for each other's additions, as one after the other would.
+template <std::size_t Count>
+std::array<double, Count> SobolBlocks::products(const std::array<Pair, Count>& pairs) const {
+  std::array<const double*, Count> first{};
+  std::array<const double*, Count> second{};
+  for (std::size_t k = 0; k < Count; ++k) {
+    first[k] = block(pairs[k].first);
+    second[k] = block(pairs[k].second);
+  }
+  std::array<double, Count> sums{};
+  for (std::int32_t i = 0; i < baseSize_; ++i)
+    for (std::size_t k = 0; k < Count; ++k) sums[k] += first[k][i] * second[k][i];
+  return sums;
+}
 
 }  // namespace tarvex

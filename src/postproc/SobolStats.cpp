@@ -93,14 +93,16 @@ bool SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks,
     if (records[i].kind != FactorKind::Uncertain) continue;
     if (!pace.step()) return false;
     const std::int64_t mirrored = block + extra;
+    const auto [aBlock, bBlock, aMirrored, bMirrored] = blocks.products<kBlocksAFactor>(
+        {{{kBlockA, block}, {kBlockB, block}, {kBlockA, mirrored}, {kBlockB, mirrored}}});
     double& first = slot(i, variable, kIndex);
     double& total = slot(i, variable, kTotal);
-    if (vA != 0.0) first = (blocks.product(kBlockA, block) - base) / (n * vA);
-    if (vB != 0.0) total = 1.0 - (blocks.product(kBlockB, block) / n - blocks.meanB() * blocks.meanB()) / vB;
+    if (vA != 0.0) first = (aBlock - base) / (n * vA);
+    if (vB != 0.0) total = 1.0 - (bBlock / n - blocks.meanB() * blocks.meanB()) / vB;
     // Kept: each guard looks at the other block's variance than the one that is divided by.
-    if (vA != 0.0) first = (first + (blocks.product(kBlockB, mirrored) - base) / (n * vB)) * 0.5;
+    if (vA != 0.0) first = (first + (bMirrored - base) / (n * vB)) * 0.5;
     if (vB != 0.0) {
-      const double closedOthers = (blocks.product(kBlockA, mirrored) / n - blocks.meanA() * blocks.meanA()) / vA;
+      const double closedOthers = (aMirrored / n - blocks.meanA() * blocks.meanA()) / vA;
       total = (total + 1.0 - closedOthers) * 0.5;
     }
     ++block;
