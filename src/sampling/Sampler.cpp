@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <ranges>
 #include <stdexcept>
 
 #include "base/TextReader.h"
@@ -104,8 +105,8 @@ bool Sampler::checkStore(bool done, const sampValues& store) {
   return done;
 }
 
-bool Sampler::addRun(sampValues& store, const std::vector<double>& row) {
-  return goesOn(store.columns()) && checkStore(store.addRow(row.data()) > 0, store);
+bool Sampler::addRun(sampValues& store, const double* row) {
+  return goesOn(store.columns()) && checkStore(store.addRow(row) > 0, store);
 }
 
 void Sampler::nextCell(std::int32_t cells) {
@@ -114,15 +115,27 @@ void Sampler::nextCell(std::int32_t cells) {
   ++factorPosition;
 }
 
+float Sampler::progressOf(double percent, float phaseEnd, bool phaseDone) {
+  return phaseDone ? phaseEnd : std::min(static_cast<float>(percent), std::nextafter(phaseEnd, 0.0f));
+}
+
 void Sampler::setProgress(double percent, float phaseEnd, bool phaseDone) {
-  if (phaseDone)
-    progress = phaseEnd;
-  else
-    progress = std::min(static_cast<float>(percent), std::nextafter(phaseEnd, 0.0f));
+  progress = progressOf(percent, phaseEnd, phaseDone);
+}
+
+float Sampler::runProgress(std::int64_t runs) const {
+  return progressOf(static_cast<double>(runs) / numSamples * kComplete, static_cast<float>(kComplete),
+                    runs >= numSamples);
 }
 
 void Sampler::setRunProgress(std::int64_t runs) {
-  setProgress(static_cast<double>(runs) / numSamples * kComplete, static_cast<float>(kComplete), runs >= numSamples);
+  progress = runProgress(runs);
+}
+
+std::int32_t Sampler::runsUntil(double target) const {
+  const auto runs = std::views::iota(std::int32_t{0}, numSamples);
+  const auto less = [&](std::int32_t count) { return runProgress(count) < target; };
+  return static_cast<std::int32_t>(std::ranges::partition_point(runs, less) - runs.begin());
 }
 
 void Sampler::writeCounts(TextWriter& out) const {

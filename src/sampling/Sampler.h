@@ -100,15 +100,20 @@ class Sampler {
     unreported_ += cells;
     return unreported_ < kCellsAReport || report();
   }
-  bool addRun(sampValues& store, const std::vector<double>& row);
+  bool addRun(sampValues& store, const double* row);
+  bool addRun(sampValues& store, const std::vector<double>& row) { return addRun(store, row.data()); }
   bool isAtStart() const { return progress == 0.0f && sampleIndex == 0 && factorPosition == 0; }
   // Goes on to the next cell of a walk that visits each factor `cells` times.
   void nextCell(std::int32_t cells);
   // Takes `percent` over as `progress`. As long as the phase isn't done it stays below the phase's end, which single
   // precision would round it to in a table of many millions of cells.
   void setProgress(double percent, float phaseEnd, bool phaseDone);
+  static float progressOf(double percent, float phaseEnd, bool phaseDone);
   // Of a design that is made run by run in one phase: `runs` of numSamples are in the store.
   void setRunProgress(std::int64_t runs);
+  float runProgress(std::int64_t runs) const;
+  // The least number of runs, of numSamples, that brings such a design to `target` percent; setRunProgress() says so.
+  std::int32_t runsUntil(double target) const;
 
   // Items that several sections have; each by its own rule.
   void writeCounts(TextWriter& out) const;  // numSamples, numFactors, seed

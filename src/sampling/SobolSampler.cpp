@@ -55,15 +55,18 @@ std::int64_t SobolSampler::blockCount(std::int32_t stochasticCount, std::int32_t
 
 bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
   if (isAtStart() && !begin(factors)) return false;
-  std::vector<double> row;
-  while (progress < target) {
+  const std::int32_t end = runsUntil(target);
+  while (sampleIndex < end) {
     const std::int32_t block = sampleIndex / baseSize_;
-    const auto baseRow = static_cast<std::size_t>(sampleIndex % baseSize_);
-    if (block == 0 && !makeBasePoint(factors)) return refuse(pointFailure(sampleIndex));
-    if (block >= kBaseBlocks && baseRow == 0) openBlock(block);
-    fillRow(block, baseRow, row);
-    if (!addRun(store, row)) return false;
-    setRunProgress(++sampleIndex);
+    const std::int32_t blockStart = block * baseSize_;
+    const std::int32_t stop = end - blockStart > baseSize_ ? blockStart + baseSize_ : end;
+    if (block >= kBaseBlocks && sampleIndex == blockStart) openBlock(block);
+    for (; sampleIndex < stop; ++sampleIndex) {
+      const auto baseRow = static_cast<std::size_t>(sampleIndex - blockStart);
+      if (block == 0 && !makeBasePoint(baseRow)) return refuse(pointFailure(sampleIndex));
+      if (!addRun(store, rowOf(block, baseRow))) return false;
+    }
+    setRunProgress(sampleIndex);
   }
   return true;
 }
@@ -81,8 +84,16 @@ bool SobolSampler::begin(const FactorList& factors) {
   if (baseSize_ < 1 || !(fits(false) || (designKind_ == kUpToOrder && fits(true))))
     return refuse("The number of executions must be the base size times the number of blocks");
 
+  row_ = constantRow(factors);
   matrixA_.clear();
-  matrixB_.clear();
+  matrixA_.reserve(static_cast<std::size_t>(baseSize_) * row_.size());
+  for (std::int32_t run = 0; run < baseSize_; ++run) matrixA_.insert(matrixA_.end(), row_.begin(), row_.end());
+  matrixB_ = matrixA_;
+  pointColumns_.clear();
+  for (std::int32_t position = 0; position < factors.factorCount(); ++position) {
+    const std::int32_t f = factors.factorAt(position);
+    if (factors.factor(f).isStochastic()) pointColumns_.push_back(f);
+  }
   exchanged_.clear();
   orderStart_.clear();
   std::int64_t start = kBaseBlocks;
@@ -94,17 +105,14 @@ bool SobolSampler::begin(const FactorList& factors) {
 }
 
 // Point number n of twice the factors' dimension is row n - 1 of A and of B, one half each.
-bool SobolSampler::makeBasePoint(const FactorList& factors) {
-  std::vector<double> point;
-  if (!sequence_.lpTauPoint(sampleIndex + 1, 2 * numFactors, point)) return false;
-  std::vector<double>& a = matrixA_.emplace_back(constantRow(factors));
-  std::vector<double>& b = matrixB_.emplace_back(a);
-  auto coordinate = point.begin();
-  for (std::int32_t position = 0; position < factors.factorCount(); ++position) {
-    const std::int32_t f = factors.factorAt(position);
-    if (!factors.factor(f).isStochastic()) continue;
-    a[static_cast<std::size_t>(f)] = *coordinate;
-    b[static_cast<std::size_t>(f)] = *(coordinate + numFactors);
+bool SobolSampler::makeBasePoint(std::size_t baseRow) {
+  if (!sequence_.lpTauPoint(sampleIndex + 1, 2 * numFactors, point_)) return false;
+  double* const a = matrixA_.data() + baseRow * row_.size();
+  double* const b = matrixB_.data() + baseRow * row_.size();
+  const double* coordinate = point_.data();
+  for (const std::int32_t f : pointColumns_) {
+    a[f] = coordinate[0];
+    b[f] = coordinate[numFactors];
     ++coordinate;
   }
   return true;
@@ -128,21 +136,23 @@ void SobolSampler::openBlock(std::int32_t block) {
   if (!combos_.empty()) exchanged_ = combos_[static_cast<std::size_t>(block - orderStart_[currentOrder_])];
 }
 
-void SobolSampler::fillRow(std::int32_t block, std::size_t baseRow, std::vector<double>& row) const {
-  const std::vector<double>& a = matrixA_[baseRow];
-  const std::vector<double>& b = matrixB_[baseRow];
+const double* SobolSampler::rowOf(std::int32_t block, std::size_t baseRow) {
+  const double* const a = matrixA_.data() + baseRow * row_.size();
+  const double* const b = matrixB_.data() + baseRow * row_.size();
   const bool base = block == 0 || (block >= kBaseBlocks && intoA_);
-  row = base ? a : b;
-  if (block < kBaseBlocks) return;
-  const std::vector<double>& other = base ? b : a;
-  for (const std::int32_t f : exchanged_) row[static_cast<std::size_t>(f)] = other[static_cast<std::size_t>(f)];
+  if (block < kBaseBlocks) return base ? a : b;
+  std::copy_n(base ? a : b, row_.size(), row_.begin());
+  const double* const other = base ? b : a;
+  for (const std::int32_t f : exchanged_) row_[static_cast<std::size_t>(f)] = other[f];
+  return row_.data();
 }
 
 void SobolSampler::reset() {
   Sampler::reset();
   stochasticIndex_.clear();
-  matrixA_.clear();
-  matrixB_.clear();
+  pointColumns_.clear();
+  matrixA_ = {};
+  matrixB_ = {};
   orderStart_.clear();
   combos_.clear();
   exchanged_.clear();

@@ -46,9 +46,9 @@ class SobolSampler : public Sampler {
   void restoreDefaults() override;
 
   bool begin(const FactorList& factors);
-  bool makeBasePoint(const FactorList& factors);
+  bool makeBasePoint(std::size_t baseRow);
   void openBlock(std::int32_t block);
-  void fillRow(std::int32_t block, std::size_t baseRow, std::vector<double>& row) const;
+  const double* rowOf(std::int32_t block, std::size_t baseRow);
 
   std::int32_t baseSize_ = 0;
   std::int32_t designKind_ = kFirstAndTotal;
@@ -56,8 +56,11 @@ class SobolSampler : public Sampler {
 
   LpTauSequence sequence_;
   std::vector<std::int32_t> stochasticIndex_;  // factor indices of the stochastic factors, in list order
-  std::vector<std::vector<double>> matrixA_;   // baseSize_ rows, a cell per factor of the list
-  std::vector<std::vector<double>> matrixB_;
+  std::vector<std::int32_t> pointColumns_;     // the same in the order in which a point's coordinates are dealt
+  std::vector<double> matrixA_;                // baseSize_ rows, a cell per factor of the list
+  std::vector<double> matrixB_;
+  std::vector<double> point_;
+  std::vector<double> row_;
   std::vector<std::int64_t> orderStart_;           // block at which the subsets of 1, 2, ... factors begin
   std::vector<std::vector<std::int32_t>> combos_;  // the subsets of the current order
   std::size_t currentOrder_ = 0;
