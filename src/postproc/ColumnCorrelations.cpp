@@ -3,34 +3,16 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/productSums.h"
 #include "postproc/MeasureSupport.h"
 
 namespace tarvex {
 
 namespace {
 
-constexpr std::int32_t kBatch = 4;  // rows whose products are added in one sweep over the matrix
+constexpr auto kBatch = static_cast<std::int32_t>(kProductRows);
 constexpr double kMeansDone = 0.3;  // of the progress
 constexpr std::int64_t kOperationsACell = 4;
-
-// Adds the products of `count` rows of deviations, row after row, to the upper triangle of `sums`.
-void addProducts(const std::vector<double>& rows, std::int32_t count, std::size_t columns, double* sums) {
-  const double* d0 = rows.data();
-  for (std::size_t i = 0; i < columns; ++i) {
-    double* sum = sums + i * columns;
-    if (count == kBatch) {
-      const double *d1 = d0 + columns, *d2 = d1 + columns, *d3 = d2 + columns;
-      const double a0 = d0[i], a1 = d1[i], a2 = d2[i], a3 = d3[i];
-      for (std::size_t j = i; j < columns; ++j)
-        sum[j] = (((sum[j] + a0 * d0[j]) + a1 * d1[j]) + a2 * d2[j]) + a3 * d3[j];
-    } else {
-      for (std::int32_t r = 0; r < count; ++r) {
-        const double* d = d0 + static_cast<std::size_t>(r) * columns;
-        for (std::size_t j = i; j < columns; ++j) sum[j] += d[i] * d[j];
-      }
-    }
-  }
-}
 
 }  // namespace
 
@@ -81,7 +63,7 @@ bool ColumnCorrelations::sumProducts(std::int32_t rows, const RowReader& readRow
       if (!readRow(start + r, row)) return false;
       for (std::size_t i = 0; i < columns; ++i) row[i] -= moments_[i].mean;
     }
-    addProducts(batch, count, columns, products_.data());
+    addProducts(batch.data(), static_cast<std::size_t>(count), columns, products_.data());
     if (rows - start <= kBatch) break;  // the next start could be beyond the range of row numbers
   }
   return true;

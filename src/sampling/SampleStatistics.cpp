@@ -1,10 +1,12 @@
 #include "sampling/SampleStatistics.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/WorkPace.h"
+#include "base/productSums.h"
 #include "base/sampValues.h"
 #include "sampling/Sampler.h"
 
@@ -38,15 +40,21 @@ bool SampleStatistics::compute(const sampValues& samples, const Progress& progre
   std::vector<double> products(columns * columns, 0.0);  // the upper triangle, diagonal included
   std::vector<double> cubes(columns, 0.0);
   std::vector<double> fourths(columns, 0.0);
-  for (std::int32_t r = 0; r < rows; ++r) {
-    if (!secondPace.step() || !samples.getRow(r, row.data())) return false;
-    for (std::size_t c = 0; c < columns; ++c) row[c] -= means[c];
-    for (std::size_t i = 0; i < columns; ++i) {
-      for (std::size_t j = i; j < columns; ++j) products[i * columns + j] += row[i] * row[j];
-      const double square = row[i] * row[i];
-      cubes[i] += square * row[i];
-      fourths[i] += square * square;
+  std::vector<double> batch(columns * kProductRows);
+  for (std::int32_t first = 0; first < rows;) {
+    const std::int32_t count = std::min<std::int32_t>(kProductRows, rows - first);
+    double* deviations = batch.data();
+    for (std::int32_t r = 0; r < count; ++r, deviations += columns) {
+      if (!secondPace.step() || !samples.getRow(first + r, deviations)) return false;
+      for (std::size_t c = 0; c < columns; ++c) {
+        const double deviation = deviations[c] -= means[c];
+        const double square = deviation * deviation;
+        cubes[c] += square * deviation;
+        fourths[c] += square * square;
+      }
     }
+    addProducts(batch.data(), static_cast<std::size_t>(count), columns, products.data());
+    first += count;
   }
 
   size_ = samples.columns();
