@@ -5,6 +5,7 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
+#include "factors/FactorProblems.h"
 #include "factors/lineEnd.h"
 
 namespace tarvex {
@@ -31,6 +32,7 @@ bool saveFactorFile(const std::string& path, const FactorList& list, std::string
     message = withProblem("Error opening file for output", out);
     return false;
   }
+  message = lossesInFile(list);
   return true;
 }
 

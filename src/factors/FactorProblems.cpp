@@ -4,12 +4,26 @@
 #include <map>
 #include <unordered_map>
 
+#include "base/TextReader.h"
+#include "base/TextWriter.h"
 #include "factors/FactorList.h"
 #include "factors/Relation.h"
 #include "factors/namesInText.h"
 
 namespace tarvex {
 namespace {
+
+// Why nothing could be sampled from a usable factor after its record was written and read; empty when it could.
+std::string problemOnceSaved(const Factor& factor) {
+  TextWriter out;
+  factor.write(out);
+  TextReader in = TextReader::fromText(out.text());
+  const std::unique_ptr<Factor> back = makeFactor(factor.typeName);
+  in.skipLine();  // the type
+  if (back) back->read(in);
+  const std::string problem = back && out.ok() && in.ok() ? back->parameterProblem() : "";
+  return problem.empty() ? "" : "in a file, which keeps six digits, it can't be sampled any more: " + problem;
+}
 
 using Places = std::unordered_map<std::string_view, std::int32_t>;
 
@@ -86,6 +100,7 @@ class Search {
       checkTexts(i, factor);
       const std::string problem = factor.parameterProblem();
       if (!problem.empty()) add(i, !factor.isConstant(), problem);
+      if (const std::string loss = problem.empty() ? problemOnceSaved(factor) : ""; !loss.empty()) warn(i, loss);
       if (const auto* relation = dynamic_cast<const Relation*>(&factor)) checkRelation(i, *relation);
     }
     return std::move(problems_);
@@ -141,6 +156,16 @@ class Search {
 
 std::vector<FactorProblem> factorProblems(const FactorList& list) {
   return Search(list).run();
+}
+
+std::string lossesInFile(const FactorList& list) {
+  std::vector<FactorProblem> losses;
+  for (std::int32_t i = 0; i < list.factorCount(); ++i) {
+    const Factor& factor = list.factor(i);
+    const std::string loss = factor.parameterProblem().empty() ? problemOnceSaved(factor) : "";
+    if (!loss.empty()) losses.push_back({i, false, factor.name + ": " + loss});
+  }
+  return problemLines(losses, false);
 }
 
 std::string problemLines(const std::vector<FactorProblem>& problems, bool errors) {
