@@ -9,12 +9,13 @@
 
 #include "base/Paths.h"
 #include "base/TextReader.h"
+#include "base/TextRules.h"
 #include "base/TextWriter.h"
 
 namespace tarvex {
 namespace {
 
-constexpr std::size_t kMaxDirectory = 1023;  // characters of a line of config.dat
+constexpr LineRule kDirectoryRule{"the directory", 1023};  // what config.dat and every record take back
 
 std::array<std::string, RememberedDirectories::kCount> directories;
 bool enterThem = false;
@@ -39,6 +40,7 @@ bool RememberedDirectories::entersWhenSet() {
 }
 
 bool RememberedDirectories::set(Kind kind, const std::string& directory) {
+  if (!kDirectoryRule.problem(directory).empty()) return false;
   const std::string path = existingPath(directory);
   if (!path.empty() && !(enterThem ? ::chdir(path.c_str()) == 0 : canEnter(path))) return false;
   directories[kind] = directory;
@@ -57,7 +59,8 @@ void RememberedDirectories::forget() {
 void RememberedDirectories::readConfig(const std::string& mainDirectory) {
   TextReader in = TextReader::fromFile(configPath(mainDirectory));
   std::string line;
-  for (int kind = 0; kind < kCount && in.readLine(line, kMaxDirectory); ++kind) set(static_cast<Kind>(kind), line);
+  for (int kind = 0; kind < kCount && in.readLine(line, kDirectoryRule.maxChars); ++kind)
+    set(static_cast<Kind>(kind), line);
 }
 
 void RememberedDirectories::writeConfig(const std::string& mainDirectory) {

@@ -12,7 +12,8 @@ class RememberedDirectories {
   static constexpr int kCount = 4;
 
   // Remembers `directory` if it can be entered, and enters it where the session has asked for that. An empty text
-  // forgets the old value. Returns false when the directory can't be entered: the old value stays.
+  // forgets the old value. Returns false when the directory can't be entered or is none that a line of 1023 characters
+  // holds: the old value stays.
   static bool set(Kind kind, const std::string& directory);
   static const std::string& get(Kind kind);
   // Whether set() also makes the directory the process's current one, so that relative paths follow the user from

@@ -34,6 +34,8 @@ TEST_F(RememberedDirectoriesTest, EntersWhatItRemembers) {
   EXPECT_TRUE(std::filesystem::equivalent(".", one));
   EXPECT_FALSE(Directories::set(Directories::Vels, temp_.file("gone")));
   EXPECT_EQ(Directories::get(Directories::Vels), one);
+  std::filesystem::create_directory(temp_.file("two\nlines"));
+  EXPECT_FALSE(Directories::set(Directories::Vels, temp_.file("two\nlines"))) << "no file could keep it";
   std::filesystem::create_directory(temp_.file("one/deep"));
   EXPECT_TRUE(Directories::set(Directories::Prep, ".\\deep"));  // kept as text
   EXPECT_EQ(Directories::get(Directories::Prep), ".\\deep");
