@@ -331,7 +331,8 @@ std::string_view TextReader::lineText(const Line& line) const {
 }
 
 bool TextReader::refuseLongLine(std::size_t maxChars) {
-  return refuse("a line of more than " + std::to_string(maxChars) + " characters");
+  return refuse("expected " + std::string(stepReads_) + ", found a line of more than " + std::to_string(maxChars) +
+                " characters");
 }
 
 bool TextReader::readLine(std::string& line, std::size_t maxChars) {

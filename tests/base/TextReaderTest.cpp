@@ -61,7 +61,7 @@ TEST(TextReader, SaysWhatMadeItFail) {
   TextReader longLine = TextReader::fromText("a\n" + std::string(50, 'b') + "\n");
   longLine.readLine(line, 10);
   longLine.readLine(line, 10);
-  EXPECT_EQ(longLine.problem(), "line 2: a line of more than 10 characters");
+  EXPECT_EQ(longLine.problem(), "line 2: expected a line, found a line of more than 10 characters");
 
   EXPECT_EQ(TextReader::fromFile("/nowhere/x.fac").problem(), "/nowhere/x.fac: No such file or directory");
   EXPECT_EQ(TextReader::fromFile("/tmp").problem(), "/tmp: Is a directory");

@@ -112,7 +112,7 @@ TEST(VelsConfiguration, ReaderRules) {
       {"weight below 0", "0\n1\ny\n-2\n\n-1\n" + tail},
       {"name of 4095", "0\n1\n" + std::string(4095, 'y') + "\n1\n\n-1\n" + tail},
       {"name of 4096", "0\n1\n" + std::string(4096, 'y') + "\n1\n\n-1\n" + tail,
-       "line 3: a line of more than 4095 characters"},
+       "line 3: expected the name of an output, found a line of more than 4095 characters"},
   };
   for (const Row& row : rows) {
     VelsConfiguration vels;
