@@ -8,6 +8,7 @@
 #include "base/TextReader.h"
 #include "base/TextRules.h"
 #include "base/TextWriter.h"
+#include "factors/FactorProblems.h"
 
 namespace tarvex {
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::size_t kStatisticsRestLimit = 254;  // characters behind the statistics block's last number
 constexpr LineRule kDirectoryLine{"the directory", 1023};
-constexpr LineRule kSampleFileLine{"the path of the sample file", 1023};
 
 constexpr std::string_view kPathSigns = "/\\:";
 
@@ -76,8 +76,12 @@ bool PrepConfiguration::prepareGeneration() {
   warnings_.clear();
   if (external == 1) return true;
   if (!sampler) return fail("  No samples to generate");
+  std::vector<FactorProblem> problems;
+  if (sampler->methodId != kFixed) problems = factorProblems(factors);  // typed rows are values already
+  if (const std::string errors = problemLines(problems, true); !errors.empty()) return fail(errors);
   sampValues empty;
   if (!empty.allocate(factors.factorCount()) || !empty.setOrder(samples.order())) return fail(empty.errorText());
+  warnings_ = problemLines(problems, false);
   addParagraph(warnings_, sampler->warningBefore(factors));
 
   samples = std::move(empty);
@@ -167,7 +171,7 @@ void PrepConfiguration::write(TextWriter& out) const {
   factors.write(out);
   if (sampler) sampler->write(out);
   out << directoryLine(sampler != nullptr) << '\n';
-  kSampleFileLine.write(out, sampleFile);
+  kSampleFileRule.write(out, sampleFile);
   out << '\n';
 }
 
@@ -180,7 +184,7 @@ bool PrepConfiguration::read(TextReader& in) {
     return in.refuse("the table has " + std::to_string(samples.columns()) + " columns for " +
                      std::to_string(factors.factorCount()) + " factors");
   if (samplerFollows(in) && !readSampler(in)) return false;
-  if (!kDirectoryLine.read(in, directory) || !kSampleFileLine.read(in, sampleFile)) return false;
+  if (!kDirectoryLine.read(in, directory) || !kSampleFileRule.read(in, sampleFile)) return false;
   RememberedDirectories::set(RememberedDirectories::Prep, directory);
   return true;
 }

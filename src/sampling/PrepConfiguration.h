@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/TextRules.h"
 #include "base/sampValues.h"
 #include "factors/FactorList.h"
 #include "sampling/SampleStatistics.h"
@@ -27,6 +28,9 @@ class PrepConfiguration {
 
   // Makes this a copy of `other`. On false, as when the disk is full, this is as it was and the message is the store's.
   [[nodiscard]] bool copyFrom(const PrepConfiguration& other, std::string& message);
+
+  // What the record takes.
+  static constexpr LineRule kSampleFileRule{"the path of the sample file", 1023};
 
   FactorList factors;
   std::unique_ptr<Sampler> sampler;  // may be null

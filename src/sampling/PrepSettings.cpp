@@ -4,6 +4,7 @@
 
 #include "base/TextWriter.h"
 #include "sampling/PrepConfiguration.h"
+#include "sampling/RepLatinSampler.h"
 
 namespace tarvex {
 
@@ -59,6 +60,8 @@ PrepConfiguration makePrep(PrepSettings settings) {
   prep.factors = std::move(settings.factors);
   prep.sampler = std::move(settings.sampler);
   prep.sampleFile = std::move(settings.sampleFile);
+  // Its section has a line for each factor.
+  if (auto* replicated = dynamic_cast<RepLatinSampler*>(prep.sampler.get())) replicated->synchronise(prep.factors);
   static_cast<void>(prep.samples.setOrder(settings.order));  // any other number leaves it by run
   return prep;
 }

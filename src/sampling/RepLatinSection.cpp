@@ -16,6 +16,7 @@ constexpr std::uint64_t kShortestRun = 2;      // bytes: a digit and a tab
 }  // namespace
 
 void RepLatinSampler::writeSection(TextWriter& out) const {
+  if (numFactors < 1) out.refuse("a replicated design without factors can't be kept");  // Kept: no reader takes it
   out << seed << '\n' << numSamples << '\n' << numFactors << '\n';
   out << choice_ << '\n' << baseDesign_ << '\n' << replications_ << '\n';
   for (std::int32_t i = 0; i < numFactors; ++i) {

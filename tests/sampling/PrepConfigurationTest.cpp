@@ -4,12 +4,14 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "base/TextWriter.h"
 #include "factors/Constant.h"
 #include "factors/Normal.h"
 #include "factors/Relation.h"
 #include "factors/Uniform.h"
+#include "sampling/FixedSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/SampleFiles.h"
 #include "support/Copies.h"
@@ -115,6 +117,22 @@ TEST(PrepConfiguration, rowsInWhichARelationFailsAreZeroAndCounted) {
                                          " of 200 runs and has the value 0 there.");
 }
 
+// What can't be sampled is refused while the old sample is still there, what is doubtful told; typed rows need neither.
+TEST(PrepConfiguration, problemsOfTheFactorsAreFoundFirst) {
+  auto relation = named<Relation>("r");
+  ASSERT_TRUE(relation->setExpression("a + nobody"));
+  PrepConfiguration prep = uniformPair(20, std::move(relation));
+  ASSERT_TRUE(prep.prepareGeneration());
+  EXPECT_EQ(prep.warnings(), "r: 'nobody' is no factor and reads as 0");
+  ASSERT_EQ(prep.generate(100), 100);
+  prep.factors.factor(1).name = "b b";
+  EXPECT_FALSE(prep.prepareGeneration());
+  EXPECT_EQ(prep.errorText(), "b b: the factor name 'b b' is no name: letters and digits only, a letter first");
+  EXPECT_EQ(prep.samples.rows(), 20);
+  prep.sampler = std::make_unique<FixedSampler>();
+  EXPECT_TRUE(prep.prepareGeneration()) << prep.errorText();
+}
+
 // A stop at any percent leaves nothing, in the object and in a copy of it; each then generates what it would have at
 // first.
 TEST(PrepConfiguration, operationsInAnyOrderAreSafe) {
@@ -206,14 +224,13 @@ TEST(ExternalSample, isTakenOrRefused) {
       {"a word behind the name", "1\n1\na note\n5\n", ""},
       {"CR LF", "1\r\n1\r\na\r\n5\r\n", ""},
       {"nan", "1\n1\na\nnan\n", ""},
+      {"text behind", "1\n1\na\n5\n\n6 7\n", ""},
       {"a letter in line 1", "2x\n1\na\n1 2\n",
        ":1: the number of samples must be a whole number of 1 or more, not '2x'"},
       {"a sign in line 1", "-2\n1\na\n1 2\n", ":1: the number of samples"},
       {"no runs", "0\n1\na\n", ":1: the number of samples"},
       {"no factors", "1\n0\n1\n", ":2: the number of factors"},
-      {"a name that begins with a digit", "1\n1\n1a\n5\n", ":3: the factor name '1a'"},
       {"a name that no sample file keeps", "1\n1\na-b\n5\n", ":3: the factor name 'a-b'"},
-      {"a name that is too long", "1\n1\nabcdefghijklmnopqrst\n5\n", ":3: the factor name 'abcdefghijklmnopqrst'"},
       {"too few numbers", "2\n2\na\nb\n1 2 3\n", ":6: expected a number of the sample"},
       {"a word among the numbers", "2\n1\na\n1 x\n", ":4: expected a number of the sample, found 'x'"},
       {"more runs than the file could hold", "2147483647\n1\na\n1\n", ""},
@@ -230,6 +247,9 @@ TEST(ExternalSample, isTakenOrRefused) {
     std::string message;
     EXPECT_EQ(loadExternalSample(path, prep, message), accepted);
     EXPECT_EQ(prep.external, accepted ? 1 : 0);
+    if (c.name == std::string("text behind")) {
+      EXPECT_TRUE(std::exchange(message, "").starts_with(path + ":6: '6' stands behind the last number"));
+    }
     EXPECT_TRUE(message.starts_with(accepted ? "" : "Error reading external samples file\n" + path + c.problem))
         << message;
   }

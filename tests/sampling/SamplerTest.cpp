@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "sampling/Designs.h"
+#include "sampling/PrepConfiguration.h"
+#include "sampling/PrepSettings.h"
 #include "support/Damage.h"
 
 // What every method promises: a design can be resumed and repeated at any point, and a section is read back as written
@@ -99,6 +101,13 @@ TEST(Sampler, sectionsAreReadAsWritten) {
     EXPECT_EQ(sectionOf(*sampler), section.text);
     ASSERT_TRUE(readSection(*sampler, section.text)) << "in the place of the same";
     EXPECT_EQ(sectionOf(*sampler), section.text);
+  }
+  for (std::int32_t method = 0; method < kMethodCount; ++method) {  // a preparation that nothing was generated from
+    PrepSettings fresh;
+    fresh.factors = listOf(kKinds);
+    fresh.sampler = makeSampler(method);
+    const PrepConfiguration prep = makePrep(std::move(fresh));
+    EXPECT_TRUE(readSection(*makeSampler(method), sectionOf(*prep.sampler))) << method;
   }
   const std::unique_ptr<Sampler> sampler = makeSampler(kLatin);
   EXPECT_TRUE(readSection(*sampler, "  12\r\n\r\n4 7 \r\n"));
