@@ -7,6 +7,7 @@
 #include "base/Names.h"
 #include "base/NumberText.h"
 #include "base/TextReader.h"
+#include "base/textBehind.h"
 #include "model/ModelResults.h"
 
 namespace tarvex {
@@ -73,6 +74,7 @@ bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun) {
   TextReader in = TextReader::fromFile(path);
   if (readFile(in, firstRun)) {
     if (hasTimes_) results_.findTimeMode();
+    if (const std::string rest = textBehind(in); !rest.empty()) warn_("Warning", rest);
     return true;
   }
   if (problem_.empty()) problem_ = in.problem() + place_;

@@ -8,6 +8,7 @@
 #include "base/TextReader.h"
 #include "base/TextRules.h"
 #include "base/TextWriter.h"
+#include "base/textBehind.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/RandomSampler.h"
 
@@ -16,7 +17,6 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kExternalLineLimit = 256;
-constexpr NameRule kNameRule{"the factor name", Factor::kMaxName};  // what a sample file takes back
 
 // A count of an external sample: a line of digits alone, at least 1.
 bool readExternalCount(TextReader& in, const char* what, std::int32_t& count) {
@@ -38,7 +38,7 @@ bool readExternalNames(TextReader& in, std::int32_t count, FactorList& factors) 
   for (std::int32_t i = 0; i < count; ++i) {
     if (!in.expect("a factor name").readLine(line, kExternalLineLimit)) return false;
     const std::string_view name = firstWord(line);
-    if (const std::string problem = kNameRule.problem(name); !problem.empty()) return in.refuse(problem);
+    if (const std::string problem = Factor::kNameRule.problem(name); !problem.empty()) return in.refuse(problem);
     auto factor = std::make_unique<Factor>();
     factor->name = name;
     factors.addFactor(std::move(factor));
@@ -77,6 +77,12 @@ bool readExternal(TextReader& in, PrepConfiguration& prep) {
   return true;
 }
 
+// Whether a record can hold the path of the source.
+bool isKept(const std::string& path, TextReader& in) {
+  const std::string problem = PrepConfiguration::kSampleFileRule.problem(path);
+  return problem.empty() || in.refuse(problem);
+}
+
 // Whether a file is there that is no sample file: those begin with four numbers, an external sample with two.
 bool holdsOtherText(const std::string& path) {
   std::error_code error;
@@ -105,10 +111,11 @@ bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::s
                         const Progress& progress) {
   TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loaded;
-  if (in.fail() || !readExternal(in, loaded)) {
+  if (in.fail() || !readExternal(in, loaded) || !isKept(path, in)) {
     message = withProblem("Error reading external samples file", in);
     return false;
   }
+  message = textBehind(in);
   loaded.sampleFile = path;
   prep = std::move(loaded);
   return true;

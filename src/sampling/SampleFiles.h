@@ -19,7 +19,7 @@ inline constexpr const char* kSampleNotWritten =
 [[nodiscard]] bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::string& message,
                                   const Progress& progress = {});
 // An external sample: counts, factor names, numbers. Its factors have no distribution, their names are such as a sample
-// file takes. `sampleFile` is then `path`.
+// file takes. `sampleFile` is then `path`. A message on success is a warning: text behind the last number.
 [[nodiscard]] bool loadExternalSample(const std::string& path, PrepConfiguration& prep, std::string& message,
                                       const Progress& progress = {});
 // An external sample doesn't go over a text that is no sample file: it could be the one that it was imported from.
