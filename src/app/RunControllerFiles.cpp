@@ -126,6 +126,8 @@ Outcome RunController::loadProject(const std::string& path) {
   }
   keepDirectories();
   if (!done) return stopped ? Outcome::Refused : fail(loaded.errorText(), kTitle);
+  if (const std::string changed = loaded.vels.changedNames(loaded.model); !changed.empty())
+    frontEnd_.message(MessageKind::Warning, "Warning", changed);
   project_.assign(std::move(loaded));
   postProcessor_.reset();
   heldPath_.clear();
@@ -202,6 +204,7 @@ Outcome RunController::openDemo(const std::string& caseName) {
   // Told once, and in the words of the case: the user chose no file.
   if (!done)
     return stopped ? Outcome::Refused : fail("  Error reading demo file:\n " + path, "Error initializing demo");
+  if (!message.empty()) frontEnd_.message(MessageKind::Warning, "Warning", message);
   adoptResults(std::move(prep), std::move(model), std::move(vels));
   const DemoCase* const demo = findDemoCase(caseName);
   demoCanRun_ = demo == nullptr || demo->canRun;

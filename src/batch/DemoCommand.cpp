@@ -53,9 +53,9 @@ bool installCase(const DemoCase& demo, const std::string& mainDirectory) {
   return true;
 }
 
-std::string resultsText(const ModelConfiguration& model) {
+std::string resultsText(const ModelConfiguration& model, const VelsConfiguration& vels) {
   std::string text = "Results of a program:";
-  for (const std::string& output : model.results.outputNames()) text += ' ' + output;
+  for (const std::string& output : vels.outputNames(model)) text += ' ' + output;
   const std::int32_t times = model.results.runCount() > 0 ? model.results.timeCount(0) : 0;
   if (times > 0)
     text += " at " + counted(times, "time") + " from " + cell(model.results.time(0, 0)) + " to " +
@@ -72,7 +72,7 @@ void describeCase(const DemoCase& demo, const ProjectConfiguration& project, std
   out << '\n';
   const InternalModel* model = project.model.choice.internalModel();
   if (model == nullptr) {
-    out << resultsText(project.model);
+    out << resultsText(project.model, project.vels);
     return;
   }
   for (const ModelExpression& equation : model->expressions()) out << equation.name << " = " << equation.text << '\n';

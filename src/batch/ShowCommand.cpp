@@ -32,7 +32,7 @@ void addProject(Document& out, const ProjectConfiguration& project) {
     return present;
   };
   if (heading("Prep", project.hasPrep)) addSample(out, project.prep);
-  if (heading("Model", project.hasModel)) reportResults(out, project.model);
+  if (heading("Model", project.hasModel)) reportResults(out, project.model, project.vels);
   if (heading("Vels", project.hasVels)) addStatistics(out, project.vels);
 }
 
@@ -41,7 +41,7 @@ void addStudy(Document& out, FileKind kind, const ProjectConfiguration& project)
   if (kind == FileKind::Factors) return reportFactors(out, project.prep.factors);
   addSample(out, project.prep);
   if (kind == FileKind::Sample) return;
-  reportResults(out, project.model);
+  reportResults(out, project.model, project.vels);
   addStatistics(out, project.vels);
 }
 

@@ -26,9 +26,12 @@ bool readStudyFile(const std::string& path, FileKind kind, const Progress& progr
       project.hasPrep = project.hasModel = project.hasVels;
       return project.hasVels;
     case FileKind::Project:
-      if (project.load(path, progress)) return true;
-      message = project.errorText();
-      return false;
+      if (!project.load(path, progress)) {
+        message = project.errorText();
+        return false;
+      }
+      message = project.vels.changedNames(project.model);
+      return true;
     case FileKind::Model:
     case FileKind::Unknown:
       break;

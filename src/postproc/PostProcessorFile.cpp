@@ -21,7 +21,7 @@ bool loadPostProcessorFile(const std::string& path, PrepConfiguration& prep, Mod
     message = withProblem("  Error reading UA/SA file", in);
     return false;
   }
-  message = loadedVels.changedNames();
+  message = loadedVels.changedNames(loadedModel);
   prep = std::move(loadedPrep);
   model = std::move(loadedModel);
   vels = std::move(loadedVels);

@@ -64,8 +64,17 @@ void VelsConfiguration::tellApart() {
   }
 }
 
+std::string VelsConfiguration::changedNames(const ModelConfiguration& model) const {
+  if (isListOf(model) || model.warningText.empty()) return changedNames_;
+  return changedNames_ + (changedNames_.empty() ? "" : "\n") + model.warningText;
+}
+
+bool VelsConfiguration::isListOf(const ModelConfiguration& model) const {
+  return outputs_.size() == model.results.outputNames().size();
+}
+
 std::vector<std::string> VelsConfiguration::outputNames(const ModelConfiguration& model) const {
-  if (outputs_.size() != model.results.outputNames().size()) return model.results.outputNames();
+  if (!isListOf(model)) return model.results.outputNames();
   std::vector<std::string> names;
   for (const VelsOutputRecord& output : outputs_) names.push_back(output.name);
   return names;

@@ -52,9 +52,12 @@ class VelsConfiguration {
   [[nodiscard]] bool load(TextReader& in);
   // Which names the last load() or setOutputs() changed, a line each, for the user; empty for none.
   const std::string& changedNames() const { return changedNames_; }
+  // The same of outputNames(): also those that the model's record changed, where its own are the ones to ask for.
+  std::string changedNames(const ModelConfiguration& model) const;
 
  private:
   bool readOutputs(TextReader& in);
+  bool isListOf(const ModelConfiguration& model) const;
   void tellApart();
 
   std::vector<VelsOutputRecord> outputs_;

@@ -28,7 +28,9 @@ std::string intervalsText(const IntervalDistribution& factor) {
 }
 
 std::string parametersText(const Factor& factor) {
-  if (const auto* relation = dynamic_cast<const Relation*>(&factor)) return "= " + relation->expression();
+  if (const auto* relation = dynamic_cast<const Relation*>(&factor))
+    return relation->refusedExpression().empty() ? "= " + relation->expression()
+                                                 : "= " + relation->refusedExpression() + " (refused: 0)";
   if (const auto* list = dynamic_cast<const IntervalDistribution*>(&factor)) return intervalsText(*list);
   std::string text;
   for (const Parameter& parameter : factor.parameters()) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/ModelConfiguration.h"
+#include "postproc/VelsConfiguration.h"
 #include "report/Document.h"
 #include "report/Reports.h"
 
@@ -52,7 +53,7 @@ void reportEquations(Document& out, const InternalModel& model) {
   out.add(std::move(equations));
 }
 
-void reportResults(Document& out, const ModelConfiguration& model) {
+void reportResults(Document& out, const ModelConfiguration& model, const VelsConfiguration& vels) {
   std::string text = fmt::format("Model: {}\n{} of {}", kindText(model), counted(model.results.runCount(), "run"),
                                  counted(model.results.outputCount(), "output"));
   if (model.results.runCount() > 0 && model.results.hasTimeAxis()) {
@@ -67,8 +68,8 @@ void reportResults(Document& out, const ModelConfiguration& model) {
   Table table;
   table.addColumn("#");
   table.addColumn("output", Table::Align::Left);
-  for (std::int32_t k = 0; k < model.results.outputCount(); ++k)
-    table.addRow({std::to_string(k + 1), model.results.outputNames()[static_cast<std::size_t>(k)]});
+  int number = 0;
+  for (const std::string& name : vels.outputNames(model)) table.addRow({std::to_string(++number), name});
   out.add(std::move(table));
   if (model.choice.internalModel() != nullptr) reportEquations(out, *model.choice.internalModel());
 }

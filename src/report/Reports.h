@@ -12,6 +12,7 @@ class InternalModel;
 class ModelConfiguration;
 class PrepConfiguration;
 class SensitivityStats;
+class VelsConfiguration;
 struct Document;
 
 // What the system's objects hold, as sections for people, added at the end of a document.
@@ -23,7 +24,7 @@ void reportDesign(Document& out, const PrepConfiguration& prep, SampleFileName f
 // The statistics of the sample; those of a record without any are made for display.
 void reportSampleStatistics(Document& out, const PrepConfiguration& prep);
 void reportEquations(Document& out, const InternalModel& model);
-void reportResults(Document& out, const ModelConfiguration& model);
+void reportResults(Document& out, const ModelConfiguration& model, const VelsConfiguration& vels);
 // Per variable moments and bounds.
 void reportUncertainty(Document& out, const UaStats& statistics);
 // The filled bins of each variable.

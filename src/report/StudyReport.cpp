@@ -124,7 +124,7 @@ Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& mo
   reportDesign(out, prep);
   if (prep.samples.rows() > 0) reportSampleStatistics(out, prep);
   out.add(Heading{"Model"});
-  reportResults(out, model);
+  reportResults(out, model, vels);
   addUncertainty(out, prep, model, vels);
   addMeasures(out, vels);
   addIdentity(out, prep);
