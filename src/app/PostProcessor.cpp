@@ -76,11 +76,11 @@ void PostProcessor::keep(VelsConfiguration vels) {
 }
 
 std::string PostProcessor::whyNot() const {
-  if (!project_.prep.sampler) return "The file holds no sampling method: nothing can be analysed.";
   if (project_.model.results.runCount() == 0 || project_.model.results.outputCount() == 0)
     return "There are no results yet: run the model, or open saved ones.";
-  if (project_.prep.samples.rows() != project_.model.results.runCount())
-    return "The generated sample cardinality is different from model outputs size";
+  if (const std::int32_t rows = project_.prep.samples.rows(); rows != project_.model.results.runCount())
+    return "The generated sample cardinality is different from model outputs size\n" + std::to_string(rows) +
+           " runs of the sample, " + std::to_string(project_.model.results.runCount()) + " of the results";
   if (!project_.resultsBelong())
     return "The results don't belong to the sample and the model in hand: run the model again.";
   return "";

@@ -118,6 +118,8 @@ Outcome RunController::acceptPrep(PrepSettings settings) {
   if (busy_) return Outcome::Busy;
   const Scope scope(*this);
   if (RememberedDirectories::entersWhenSet()) settings.sampleFile = absolutePath(settings.sampleFile);
+  if (const std::string problem = PrepConfiguration::kSampleFileRule.problem(settings.sampleFile); !problem.empty())
+    return fail(problem);
   const bool same = project_.hasPrep && project_.prep.external != 1 && settings.describeSampleOf(project_.prep);
   if (same) {
     project_.prep.sampleFile = settings.sampleFile;
@@ -139,6 +141,7 @@ Outcome RunController::acceptPrep(PrepSettings settings) {
 Outcome RunController::acceptModel(ModelChoice choice, Edit edit) {
   if (busy_) return Outcome::Busy;
   const Scope scope(*this);
+  if (const std::string problem = choice.problem(); !problem.empty()) return fail(problem);
   if (!project_.hasModel || !sameModel(choice, project_.model.choice)) {
     dropResults();
     ModelConfiguration model;

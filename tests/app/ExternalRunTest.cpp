@@ -180,7 +180,9 @@ TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
   ASSERT_TRUE(run("echo '1\ny\ntime = no\n2\n1\n2' > model.out\n"));
   EXPECT_TRUE(controller_.project().hasVels);
   EXPECT_FALSE(controller_.analyse(AnalysisRequest()) == Outcome::Done);
-  EXPECT_EQ(frontEnd_.calls.back(), "Error: The generated sample cardinality is different from model outputs size");
+  EXPECT_EQ(frontEnd_.calls.back(),
+            "Error: The generated sample cardinality is different from model outputs size\n3 runs of the sample, 2 of "
+            "the results");
 }
 
 TEST_F(External, aStopEndsTheModelAndItsChildren) {
