@@ -48,6 +48,9 @@ int SystemCalls::rename(const char* from, const char* to) {
 int SystemCalls::unlink(const char* path) {
   return ::unlink(path);
 }
+int SystemCalls::statvfs(const char* path, struct statvfs* status) {
+  return ::statvfs(path, status);
+}
 
 SystemCalls& SystemCalls::current() {
   return exchanged != nullptr ? *exchanged : realCalls();

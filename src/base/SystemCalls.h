@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/statvfs.h>
 #include <sys/types.h>
 
 #include <cstddef>
@@ -22,6 +23,7 @@ class SystemCalls {
   virtual int fsync(int fd);
   virtual int rename(const char* from, const char* to);
   virtual int unlink(const char* path);
+  virtual int statvfs(const char* path, struct statvfs* status);
 
   static SystemCalls& current();
   // Makes `calls` current and returns the one that was; null restores the real ones. The caller keeps ownership.

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/FreeSpace.h"
 #include "base/sampValues.h"
 #include "model/InternalModel.h"
 #include "model/ModelResults.h"
@@ -22,6 +23,10 @@ bool InternalRun::prepare() {
   if (samples_.rows() == 0) return fail("  No samples to generate");
   if (samples_.columns() != model_.numVariables())
     return fail("The number of model inputs differs from the number of factors in the generated sample");
+  const auto runs = static_cast<std::uint64_t>(samples_.rows());
+  if (const std::string reason = whyNoRoom(WorkingFile::directory(), runs * names.size() * sizeof(double));
+      !reason.empty())
+    return fail("The results of " + std::to_string(runs) + " runs need " + reason + ".");
   rows_.resize(static_cast<std::size_t>(samples_.columns()) * InternalModel::kBlockRows);
   rowOutputs_.resize(names.size() * InternalModel::kBlockRows);
   failed_.resize(InternalModel::kBlockRows);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "base/FreeSpace.h"
 #include "base/Names.h"
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
@@ -32,6 +33,17 @@ std::string directoryLine(bool hasSampler) {
   // Without a sampler before it a bare name would be taken for one.
   const bool bare = !directory.empty() && directory.find_first_of(kPathSigns) == std::string::npos;
   return bare && !hasSampler ? "./" + directory : directory;
+}
+
+// What a table takes in the working directory: it lies there by row and by column, unless it stays in memory.
+std::uint64_t workingBytes(std::int64_t rows, std::int32_t columns) {
+  constexpr std::uint64_t kFiles = 2;
+  const auto cells = static_cast<std::uint64_t>(rows) * static_cast<std::uint64_t>(columns);
+  return cells <= sampValues::cacheLimit ? 0 : kFiles * sizeof(double) * cells;
+}
+
+std::string countText(std::int32_t runs, std::int32_t factors) {
+  return std::to_string(runs) + " runs of " + std::to_string(factors) + (factors == 1 ? " factor" : " factors");
 }
 
 void addParagraph(std::string& text, const std::string& paragraph) {
@@ -81,6 +93,10 @@ bool PrepConfiguration::prepareGeneration() {
   if (const std::string errors = problemLines(problems, true); !errors.empty()) return fail(errors);
   sampValues empty;
   if (!empty.allocate(factors.factorCount()) || !empty.setOrder(samples.order())) return fail(empty.errorText());
+  const std::string noRoom = whyNoRoom(WorkingFile::directory(), workingBytes(sampler->numSamples, empty.columns()),
+                                       workingBytes(samples.rows(), samples.columns()));
+  if (!noRoom.empty())
+    return fail("A sample of " + countText(sampler->numSamples, empty.columns()) + " needs " + noRoom + ".");
   warnings_ = problemLines(problems, false);
   addParagraph(warnings_, sampler->warningBefore(factors));
 

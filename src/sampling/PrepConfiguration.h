@@ -43,7 +43,8 @@ class PrepConfiguration {
 
   // Whether a generation can start, and its start: empty store of the right width, sampler reset, cursor before the
   // first cell. False, with everything as it was and the reason in errorText(), without a sampler or factors and for a
-  // factor whose parameters can't be used. True for an external sample, of which nothing changes.
+  // factor whose parameters can't be used, or when the working directory has no room for the sample. True for an
+  // external sample, of which nothing changes.
   [[nodiscard]] bool prepareGeneration();
   // What the user is to be told before the prepared sample is made; empty when there is nothing.
   const std::string& warnings() const { return warnings_; }

@@ -7,7 +7,9 @@
 
 #include "base/NumberText.h"
 #include "base/RememberedDirectories.h"
+#include "base/WorkingFile.h"
 #include "batch/StopSignals.h"
+#include "support/FailingCalls.h"
 #include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -122,6 +124,10 @@ TEST_F(Batch, samplesThatAreRefused) {
   refuses(sample("stein.fac", "random", {"--runs", "10"}), kFailed, "Random");
   refuses(sample("stein.fac", "latin", {"--runs", "61"}), kFailed,
           "The Stein sample has fewer rows than the sample to generate.");
+  test::FailingCalls calls;
+  calls.leaveFree(310'000'000);
+  refuses(sample("mixed.fac", "random", {"--runs", "2000000000"}), kFailed,
+          "A sample of 2000000000 runs of 8 factors needs 256 GB, " + WorkingFile::directory() + " has 310 MB free.");
 }
 
 TEST_F(Batch, rowsOfAFixedSampleThatAreRefused) {

@@ -78,5 +78,13 @@ int FailingCalls::rename(const char* from, const char* to) {
 int FailingCalls::unlink(const char* path) {
   return fails(kUnlink) ? -1 : SystemCalls::unlink(path);
 }
+int FailingCalls::statvfs(const char* path, struct statvfs* status) {
+  const int result = SystemCalls::statvfs(path, status);
+  if (free_) {
+    status->f_frsize = 1;
+    status->f_bavail = *free_;
+  }
+  return result;
+}
 
 }  // namespace tarvex::test

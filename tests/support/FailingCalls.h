@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
+#include <optional>
 
 #include "base/SystemCalls.h"
 
@@ -25,6 +27,8 @@ class FailingCalls : public SystemCalls {
   int count(Call call) const { return plans_[call].count; }
   // Reads and writes move at most `size` bytes at a time, and every second one is first interrupted by a signal.
   void makeShort(std::size_t size) { shortSize_ = size; }
+  // All file systems have this much left.
+  void leaveFree(std::uint64_t bytes) { free_ = bytes; }
 
   int open(const char* path, int flags, mode_t mode) override;
   int close(int fd) override;
@@ -36,6 +40,7 @@ class FailingCalls : public SystemCalls {
   int fsync(int fd) override;
   int rename(const char* from, const char* to) override;
   int unlink(const char* path) override;
+  int statvfs(const char* path, struct statvfs* status) override;
 
  private:
   struct Plan {
@@ -51,6 +56,7 @@ class FailingCalls : public SystemCalls {
 
   std::array<Plan, kCalls> plans_{};
   std::size_t shortSize_ = 0;
+  std::optional<std::uint64_t> free_;
   bool interrupt_ = false;
   SystemCalls* previous_;
 };
