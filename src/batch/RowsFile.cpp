@@ -74,7 +74,7 @@ bool readRowsFile(const std::string& path, const FactorList& factors, std::vecto
   TextReader in = TextReader::fromFile(path);
   std::string line;
   if (in.fail() || !in.readLine(line, kLineLimit)) {
-    message = fmt::format("{}: the file cannot be read.", path);
+    message = in.problem();
     return false;
   }
   std::string fault;
@@ -84,7 +84,7 @@ bool readRowsFile(const std::string& path, const FactorList& factors, std::vecto
   while (fault.empty() && !in.atEnd()) {
     ++lineNumber;
     if (!in.readLine(line, kLineLimit))
-      fault = "the line is too long";
+      fault = fmt::format("a line must not have more than {} characters", kLineLimit);
     else if (!trimmed(line).empty())
       readRow(splitFields(line), columns, rows.emplace_back(), fault);
   }
