@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/TextWriter.h"
 #include "model/ModelConfiguration.h"
 #include "plots/drawFigure.h"
 #include "plots/histogramPlots.h"
