@@ -37,7 +37,8 @@ struct Console {
   int fail(const std::string& message, const std::string& path) const { return fail(aboutFile(message, path)); }
 };
 
-// Each carries out one subcommand. A failure leaves every file as it was.
+// Each carries out one subcommand. A failure leaves every file complete or as it was: those that a command had put in
+// their place before it failed stay there.
 int runSample(const SampleOptions& options, const Console& console);
 int runImport(const ImportOptions& options, const Console& console);
 int runRun(const RunOptions& options, const Console& console);
