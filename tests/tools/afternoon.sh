@@ -82,6 +82,13 @@ step 0 "200 runs, 1 output" run flood.sam -o outside.spc --executable ./model --
 step 0 "200 runs, 1 output" run flood.sam -o outside.spc --output flood.out
 step 1 "are one file" run flood.sam -o flood.out --executable ./model --output flood.out
 
+# The program forgets to write this time: what it left an hour ago is not its answer, and the results stay.
+printf '#!/bin/sh\n' > model
+touch -d '1 hour ago' flood.out
+outside=$(sum outside.spc)
+step 1 "Error reading model output file" run flood.sam -o outside.spc --executable ./model --output flood.out
+kept outside.spc "$outside"
+
 # A sample of another program's is imported, never made anew, and its source is left alone.
 printf '3\n2\na\nb\n5 1\n6 2\n7 4\n' > theirs.txt
 theirs=$(sum theirs.txt)
