@@ -25,8 +25,8 @@ bool SampleStatistics::compute(const sampValues& samples, const Progress& progre
   std::vector<double> row(columns);
 
   constexpr double kMeansShare = 0.2;  // of the time, roughly
-  const Progress first = progress.part(0.0, kMeansShare);
-  WorkPace firstPace(first, rows, samples.columns());
+  const Progress ofMeans = progress.part(0.0, kMeansShare);
+  WorkPace firstPace(ofMeans, rows, samples.columns());
   std::vector<double> means(columns, 0.0);
   for (std::int32_t r = 0; r < rows; ++r) {
     if (!firstPace.step() || !samples.getRow(r, row.data())) return false;
