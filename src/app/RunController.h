@@ -89,7 +89,12 @@ class RunController {
   Outcome loadProject(const std::string& path);
   // Without a path under the project's own name; refused for a project that has none.
   Outcome saveProject(const std::optional<std::string>& path = std::nullopt);
-  Outcome saveProjectAs(const std::string& path);    // as the user chose it: first sees whether a new file can be made
+  Outcome saveProjectAs(const std::string& path);  // as the user chose it: first sees whether a new file can be made
+  // Writes the project as it is now to another file; nothing else changes and nobody is asked or told. On false
+  // `message` says why. Requires: not busy.
+  [[nodiscard]] bool saveCopy(const std::string& path, std::string& message);
+  // The project of such a copy, under the name that it had; it has changes that aren't saved.
+  Outcome recoverProject(const std::string& copy, const std::string& fileName);
   Outcome quickSave();                               // the same under the project's own name
   Outcome saveResultsFile(const std::string& path);  // the post-processor file
   // Opens a demonstration case by its name and enters the Monte Carlo stage.
@@ -101,6 +106,9 @@ class RunController {
   // Takes over what is to be run. The results stay as long as that is the same model.
   enum class Edit { ByUser, AtStart };  // at the start nothing counts as modified
   Outcome acceptModel(ModelChoice choice, Edit edit = Edit::ByUser);
+  // Takes back the first of what was accepted: the project then has no such part.
+  Outcome withdrawPrep();
+  Outcome withdrawModel();
   // An empty pre-processor configuration in place of the project's.
   Outcome newPrep();
   Outcome clearAll();

@@ -159,6 +159,23 @@ Outcome RunController::failWrite(const std::string& path) {
   return fail("  Error writing output file\n " + path + '\n' + whyNotWritable(path), "Write error");
 }
 
+bool RunController::saveCopy(const std::string& path, std::string& message) {
+  const std::string name = project_.fileName;
+  const bool saved = project_.save(path);
+  if (!saved) message = project_.errorText();
+  project_.fileName = name;
+  return saved;
+}
+
+Outcome RunController::recoverProject(const std::string& copy, const std::string& fileName) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  if (const Outcome loaded = loadProject(copy); loaded != Outcome::Done) return loaded;
+  project_.fileName = fileName;
+  setFlag(modified_, true);
+  return Outcome::Done;
+}
+
 Outcome RunController::saveProjectAs(const std::string& path) {
   if (busy_) return Outcome::Busy;
   std::error_code error;

@@ -153,6 +153,26 @@ Outcome RunController::acceptModel(ModelChoice choice, Edit edit) {
   return Outcome::Done;
 }
 
+Outcome RunController::withdrawPrep() {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  dropResults();
+  project_.resetPrep();
+  heldPath_.clear();
+  note(Change::Prep);
+  setFlag(sampleStale_, true);
+  return Outcome::Done;
+}
+
+Outcome RunController::withdrawModel() {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  dropResults();
+  project_.resetModel();
+  note(Change::Model);
+  return Outcome::Done;
+}
+
 Outcome RunController::newPrep() {
   if (busy_) return Outcome::Busy;
   const Scope scope(*this);

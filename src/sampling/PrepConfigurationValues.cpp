@@ -11,9 +11,9 @@
 namespace tarvex {
 namespace {
 
-constexpr std::int32_t kBlockRows = 1024;      // cells that are turned into values together
+constexpr std::int32_t kBlockRows = 1024;     // cells that are turned into values together
 constexpr std::int32_t kCellsAReport = 4096;  // some milliseconds where an inverse is searched
-constexpr double kValuesShare = 0.9;           // the statistics take the rest of the time
+constexpr double kValuesShare = 0.9;          // the statistics take the rest of the time
 
 }  // namespace
 
