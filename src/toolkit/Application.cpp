@@ -14,6 +14,8 @@ constexpr int kNoDisplay = 255;  // -1 as the shell sees it
 
 void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
   if (type == QtFatalMsg) ::_exit(kNoDisplay);
+  if (text.startsWith("QStandardPaths:"))
+    return;  // where the session has no runtime directory; nothing of ours needs it
   if (type == QtWarningMsg || type == QtCriticalMsg) print(text);
 }
 

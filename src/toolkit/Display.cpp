@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QPalette>
+#include <QSettings>
 
 namespace tarvex {
 namespace {
@@ -25,6 +26,10 @@ QPixmap drawn(QByteArray drawing, const QColor& ink, int pixels) {
 
 void Display::appendToSearchPath(const QString& directory) {
   directories_.append(directory);
+}
+
+void Display::keepIn(const QString& path) {
+  kept_ = std::make_shared<QSettings>(path, QSettings::IniFormat);
 }
 
 QString Display::find(const QString& name) const {

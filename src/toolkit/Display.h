@@ -4,6 +4,9 @@
 #include <QPixmap>
 #include <QString>
 #include <QStringList>
+#include <memory>
+
+class QSettings;
 
 namespace tarvex {
 
@@ -25,8 +28,14 @@ class Display {
   // serves light and dark, and are weak where a gadget is insensitive.
   QIcon icon(const QString& name) const;
 
+  // The file in which panels keep what makes them the user's own: their place and size, the files of late. Without one
+  // nothing is kept.
+  void keepIn(const QString& path);
+  QSettings* kept() const { return kept_.get(); }
+
  private:
   QStringList directories_;
+  std::shared_ptr<QSettings> kept_;
 };
 
 }  // namespace tarvex

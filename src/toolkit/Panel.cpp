@@ -6,7 +6,9 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 #include <QShortcut>
 #include <QWidget>
 #include <algorithm>
@@ -18,6 +20,11 @@
 #include "toolkit/print.h"
 
 namespace tarvex {
+namespace {
+
+constexpr int kMostTold = 8;  // problems of a panel: a file that is missing has all gadgets missing
+
+}  // namespace
 
 Panel::Panel(const Display& display, const QString& file, const QString& name, const QString& title, QWidget* parent)
     : display_(display), name_(name) {
@@ -30,11 +37,13 @@ Panel::Panel(const Display& display, const QString& file, const QString& name, c
   window_->setObjectName(name);
   if (parent != nullptr) window_->setWindowFlag(Qt::Window, true);
   setTitle(title);
+  restorePlace();
   window_->installEventFilter(this);
   showBitmaps();
 }
 
 Panel::~Panel() {
+  if (window_->isVisible()) keepPlace();
   window_->removeEventFilter(this);
   delete window_;
 }
@@ -47,8 +56,17 @@ QObject* Panel::findGadget(const char* gadgetName) const {
   return window_->findChild<QObject*>(QLatin1String(gadgetName));
 }
 
+void Panel::restorePlace() {
+  if (display_.kept() != nullptr)
+    placed_ = window_->restoreGeometry(display_.kept()->value("geometry/" + name_).toByteArray());
+}
+
+void Panel::keepPlace() const {
+  if (display_.kept() != nullptr) display_.kept()->setValue("geometry/" + name_, window_->saveGeometry());
+}
+
 void Panel::missing(const QString& what) {
-  problems_.append(what);
+  if (!problems_.contains(what)) problems_.append(what);
 }
 
 QWidget* Panel::hiddenParent() {
@@ -62,6 +80,17 @@ QWidget* Panel::hiddenParent() {
 void Panel::registerCallbacks(std::vector<PanelCallback> table) {
   for (PanelCallback& callback : table) callbacks_[QLatin1String(callback.name)] = std::move(callback.run);
   connectGadgets();
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) bindKey(key, [this] { enter(); });
+}
+
+// Qt's default button works in dialogs alone.
+void Panel::enter() {
+  QWidget* const focus = window_->focusWidget();
+  if (auto* const button = qobject_cast<QPushButton*>(focus)) return button->click();
+  const QString twice = focus != nullptr ? focus->property("doubleCallback").toString() : QString();
+  if (!twice.isEmpty()) return call(twice);
+  for (auto* const button : window_->findChildren<QPushButton*>())
+    if (button->isDefault()) return button->click();
 }
 
 void Panel::connectGadgets() {
@@ -103,7 +132,8 @@ void Panel::bindKey(const QKeySequence& key, std::function<void()> run) {
 bool Panel::show() {
   if (!problems_.isEmpty()) {
     Dialogs::current().message(DialogKind::Error, "Error",
-                               "The panel " + name_ + " can't be shown.\n" + problems_.join('\n'),
+                               "The panel " + name_ + " can't be shown.\n" + problems_.mid(0, kMostTold).join('\n') +
+                                   (problems_.size() > kMostTold ? "\n..." : ""),
                                window_->parentWidget());
     return false;
   }
@@ -122,6 +152,7 @@ bool Panel::isVisible() const {
 }
 
 void Panel::centre() {
+  if (placed_) return;
   const QWidget* const parent = window_->parentWidget();
   const QRect area = parent != nullptr && parent->isVisible() ? parent->window()->frameGeometry()
                                                               : QGuiApplication::primaryScreen()->availableGeometry();
@@ -155,6 +186,7 @@ bool Panel::closing() {
 
 bool Panel::eventFilter(QObject* watched, QEvent* event) {
   if (watched == window_ && event->type() == QEvent::PaletteChange) showBitmaps();
+  if (watched == window_ && event->type() == QEvent::Hide && !event->spontaneous()) keepPlace();
   if (watched != window_ || event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
   if (!closing()) {
     event->ignore();

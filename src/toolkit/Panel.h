@@ -57,7 +57,9 @@ class Panel : public QObject {
   // False, after a message, when file or gadgets are missing.
   bool show();
   void hide();
+  // In the middle of its parent or the screen; a panel that has a place of its own stays there.
   void centre();
+  bool hasPlace() const { return placed_; }
   bool isVisible() const;
   // Shows the panel and waits until it ends itself; false for one that could not be shown.
   bool runModal();
@@ -81,7 +83,10 @@ class Panel : public QObject {
  private:
   QObject* findGadget(const char* gadgetName) const;
   void missing(const QString& what);
+  void restorePlace();
+  void keepPlace() const;
   void connectGadgets();
+  void enter();
   void showBitmaps();
   template <class Gadget>
   Gadget* standIn(const char* gadgetName, bool otherType) {
@@ -97,6 +102,7 @@ class Panel : public QObject {
   QWidget* hidden_ = nullptr;  // parent of stand-ins
   QEventLoop* loop_ = nullptr;
   bool accepted_ = false;
+  bool placed_ = false;  // where the user last had it, which no centring changes
   QStringList problems_;
   std::map<QString, std::function<void()>> callbacks_;
 };
