@@ -9,10 +9,11 @@
 namespace {
 
 constexpr const char* kHelp =
-    "Usage: tarvex [FILE]\n"
+    "Usage: tarvex [FILE...]\n"
     "\n"
-    "The desktop environment for uncertainty and sensitivity analysis. Opens FILE, a project (.psc), a sample (.sam)\n"
-    "or results (.spc). It starts in a directory with a file Tarvex.cfg.\n"
+    "The desktop environment for uncertainty and sensitivity analysis. Opens each FILE: a project (.psc), a sample\n"
+    "(.sam), results (.spc), a model of equations (.imd), or a sample of another program. It starts in a directory "
+    "with a file Tarvex.cfg.\n"
     "\n"
     "  --help      this text\n"
     "  --version   the version\n"

@@ -5,10 +5,13 @@
 #include "app/Changes.h"
 #include "app/Descriptions.h"
 #include "app/LaunchRequest.h"
+#include "model/ModelChoice.h"
 #include "panels/main/PanelFrontEnd.h"
+#include "panels/main/ProjectGuard.h"
+#include "sampling/PrepSettings.h"
 #include "toolkit/Panel.h"
-
-class QAbstractButton;
+#include "toolkit/RecentFiles.h"
+#include "toolkit/UndoStack.h"
 
 namespace tarvex {
 
@@ -26,8 +29,19 @@ class PMainPanel : public Panel {
 
   // What Tarvex.ini asks for. Once, before the panel is shown.
   void readLaunchRequest();
-  // Opens a file by what it is: a project, a sample or results.
+  // Opens a file by what it is: a project, a sample, results, a model of equations; any other is an external sample.
   void openFile(const QString& path);
+  // Offers what a program left that died: of a project without a name, and of the projects of late.
+  void offerRecovery();
+  // The system asks for the end: what isn't saved is kept as a copy, what is in progress is stopped, nobody is asked.
+  void endBySignal(int signal);
+
+  // Takes over what a panel edited, as a change of that name which can be undone. False: refused, as it was said.
+  bool acceptPrep(PrepSettings settings, const QString& name);
+  bool acceptModel(ModelChoice choice, const QString& name);
+
+  // Keeps a copy of what isn't saved, now.
+  void saveCopyNow() { guard_->saveNow(); }
 
  protected:
   bool closing() override;
@@ -60,11 +74,18 @@ class PMainPanel : public Panel {
   void helpSearch();
   void showAbout();
   void terminate();
+  void undo();
+  void redo();
 
   void loadSample(const QString& path);
   void importSample(const QString& path);
   void loadResults(const QString& path);
   void loadProject(const QString& path);
+  void loadModel(const QString& path);
+  void showProject();
+  void fileOpened(const QString& path);
+  bool applyPrep(const PrepSettings& settings);
+  bool applyModel(const ModelChoice& choice);
   void say(const QString& text);
   void describePrep(PrepOrigin origin);
   void describeModel();
@@ -74,16 +95,22 @@ class PMainPanel : public Panel {
   void refresh();
   void refreshStages();
   void refreshTitle();
-  void allow(const char* gadgetName, bool sensitive, const QString& reason = {});
-  void allow(const char* gadgetName, Step step, bool also = true);
+  void refreshGadgets();
+  void refreshUndo();
+  // Sensitive while there is no reason against it; the reason is told by tooltip and accessible description.
+  void allow(const char* gadgetName, const QString& reason);
+  QString why(Step step) const;
   void showStage(const char* stage, const QString& word, const QString& bitmap, const QString& reason);
 
   PanelFrontEnd frontEnd_;
   std::unique_ptr<RunController> controller_;
   ChangeNotifier::Subscription subscription_;
+  UndoStack changes_;  // of settings, as long as the project is the same
+  std::unique_ptr<ProjectGuard> guard_;
+  std::unique_ptr<RecentFiles> recent_;
   QString title_;            // without the star of unsaved changes
-  QString demoCase_;         // of the demonstration mode; empty outside
   bool logOffered_ = false;  // a run has been tried in this stage
+  int endStatus_ = -1;       // of the process, once the system has asked for its end
   bool configured_ = false;  // a configuration was made here, so that a sample can be generated from it
 };
 

@@ -65,7 +65,7 @@ void PanelFrontEnd::drainEvents() {
 }
 
 bool PanelFrontEnd::continueRun() {
-  return (!generate_ || generate_->continueRun != 0) && (!external_ || external_->continueRun != 0);
+  return !stopped_ && (!generate_ || generate_->continueRun != 0) && (!external_ || external_->continueRun != 0);
 }
 
 void PanelFrontEnd::message(MessageKind kind, const std::string& title, const std::string& line) {

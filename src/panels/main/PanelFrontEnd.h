@@ -15,6 +15,8 @@ class PanelFrontEnd : public FrontEnd {
 
   // The window that dialogs belong to; set once it is there.
   void setParent(QWidget* parent) { parent_ = parent; }
+  // From now on everything in progress is to stop: the program ends.
+  void stop() { stopped_ = true; }
 
   void openProgress(const std::string& title, std::int32_t rows) override;
   void progress(int percent) override;
@@ -35,6 +37,7 @@ class PanelFrontEnd : public FrontEnd {
 
   const Display& display_;
   QWidget* parent_ = nullptr;
+  bool stopped_ = false;
   std::unique_ptr<PGenerate> generate_;
   std::unique_ptr<PExternalModel> external_;
 };

@@ -1,11 +1,13 @@
 #include "panels/main/TarvexApplication.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include "app/MainDirectory.h"
 #include "app/StartUp.h"
 #include "panels/main/PMainPanel.h"
 #include "report/versions.h"
+#include "toolkit/SignalWatch.h"
 #include "toolkit/print.h"
 
 namespace tarvex {
@@ -22,12 +24,14 @@ TarvexApplication::TarvexApplication(int& argc, char** argv)
 TarvexApplication::~TarvexApplication() = default;
 
 void TarvexApplication::buildPanels() {
+  // Not in the home directory: a main directory holds all that is the user's own.
+  application_.display().keepIn(QString::fromStdString(MainDirectory::get() + "/desktop.ini"));
   for (const std::string& directory : MainDirectory::panelDirectories())
     application_.display().appendToSearchPath(QString::fromStdString(directory));
   panel_ = std::make_unique<PMainPanel>(application_.display(), "PMainPanel",
                                         "Tarvex: Simulation environment for uncertainty and sensitivity analysis",
                                         MainDirectory::get());
-  panel_->window()->move(kLeft, kTop);
+  if (!panel_->hasPlace()) panel_->window()->move(kLeft, kTop);
   panel_->readLaunchRequest();
 }
 
@@ -39,7 +43,12 @@ int TarvexApplication::run(const std::vector<std::string>& files) {
   }
   buildPanels();
   if (!panel_->show()) return 1;
-  for (const std::string& file : files) panel_->openFile(QString::fromStdString(file));
+  signals_ = std::make_unique<SignalWatch>([this](int signal) { panel_->endBySignal(signal); });
+  // From the event loop, so that an end in the middle of a question is one.
+  QTimer::singleShot(0, panel_->window(), [this, files] {
+    if (files.empty()) panel_->offerRecovery();
+    for (const std::string& file : files) panel_->openFile(QString::fromStdString(file));
+  });
   return application_.run();
 }
 

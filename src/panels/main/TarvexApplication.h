@@ -9,6 +9,7 @@
 namespace tarvex {
 
 class PMainPanel;
+class SignalWatch;
 
 // The desktop program from its start to its end.
 class TarvexApplication {
@@ -25,6 +26,7 @@ class TarvexApplication {
 
   Application application_;
   std::unique_ptr<PMainPanel> panel_;
+  std::unique_ptr<SignalWatch> signals_;
 };
 
 }  // namespace tarvex

@@ -1,0 +1,110 @@
+#include "panels/main/ProjectGuard.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <utility>
+
+#include "app/RunController.h"
+#include "toolkit/Dialogs.h"
+
+namespace tarvex {
+namespace {
+
+constexpr int kMilliseconds = 1000;
+
+QString nameOf(const RunController& controller) {
+  const std::string& name = controller.project().fileName;
+  return name == ProjectConfiguration::kNoFile ? QString() : QString::fromStdString(name);
+}
+
+}  // namespace
+
+ProjectGuard::ProjectGuard(RunController& controller, QWidget* parent, std::function<void(const QString&)> tell,
+                           std::function<void()> recovered)
+    : controller_(controller),
+      parent_(parent),
+      tell_(std::move(tell)),
+      recovered_(std::move(recovered)),
+      copy_(QString::fromStdString(controller.mainDirectory())) {
+  static_cast<void>(copy_.claim({}));  // where that can't be, the first copy that is due tells
+  subscription_ = controller_.subscribe([this](Changes changes) { follow(changes); });
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { saveNow(); });
+  timer_.start(kInterval * kMilliseconds);
+}
+
+ProjectGuard::~ProjectGuard() = default;
+
+bool ProjectGuard::mayOpen(const QString& project) {
+  opening_ = QFileInfo(project).absoluteFilePath();
+  const QString holder = opening_ == name_ ? QString() : SafeCopy::holder(project);
+  return holder.isEmpty() ||
+         Dialogs::current().question("Warning",
+                                     project + "\nis open in another Tarvex: " + holder +
+                                         ".\nOf what both save, only what is saved last remains. Open it?",
+                                     "^Yes", "^No", parent_);
+}
+
+void ProjectGuard::follow(Changes changes) {
+  for (const Change change : {Change::Prep, Change::Model, Change::Results, Change::Measures})
+    dirty_ = dirty_ || changes.contains(change);
+  if (controller_.busy()) return;
+  if (nameOf(controller_) != name_) followName();
+  if (!controller_.modified() && copy_.exists()) copy_.remove();
+}
+
+void ProjectGuard::followName() {
+  name_ = nameOf(controller_);
+  copy_.remove();
+  dirty_ = true;
+  told_ = false;
+  const QString holder = name_.isEmpty() ? QString() : SafeCopy::holder(name_);
+  if (!copy_.claim(name_)) static_cast<void>(copy_.claim({}));  // as at the start
+  if (std::exchange(opening_, {}) == name_) return offerRecovery();
+  if (!holder.isEmpty())
+    Dialogs::current().message(DialogKind::Warning, "Warning",
+                               name_ + "\nis also open in another Tarvex: " + holder + '.', parent_);
+  // Saved over a project of which a copy was left: another's changes, which aren't those in hand.
+  if (copy_.exists()) static_cast<void>(copy_.putAside());
+}
+
+void ProjectGuard::offerRecovery() {
+  if (!copy_.exists()) return;
+  const QString what = name_.isEmpty() ? "a project without a name" : name_;
+  const QString time = QFileInfo(copy_.path()).lastModified().toString("yyyy-MM-dd hh:mm");
+  const bool recover =
+      Dialogs::current().question("Tarvex",
+                                  "Tarvex ended before the last changes were saved to\n" + what + ".\nA copy of " +
+                                      time + " has them. Recover them? Otherwise the copy is kept under another name.",
+                                  "^Yes", "^No", parent_);
+  const std::string fileName = name_.isEmpty() ? ProjectConfiguration::kNoFile : name_.toStdString();
+  // While the copy is loaded it counts as nobody's, so that the guard doesn't take it for one that has served.
+  const ChangeNotifier::Subscription pause = std::exchange(subscription_, nullptr);
+  const bool recovered = recover && controller_.recoverProject(copy_.path().toStdString(), fileName) == Outcome::Done;
+  subscription_ = pause;
+  dirty_ = false;
+  if (recovered) return recovered_();
+  if (const QString aside = copy_.putAside(); !aside.isEmpty()) tell_("The copy is kept as " + aside);
+}
+
+void ProjectGuard::saveNow() {
+  if (!dirty_ || !controller_.modified() || controller_.busy()) return;
+  std::string problem = "no lock can be made beside the project or in the main directory";
+  if (copy_.isHeld() && controller_.saveCopy(copy_.path().toStdString(), problem)) {
+    dirty_ = told_ = false;
+    return;
+  }
+  if (!std::exchange(told_, true))
+    tell_("No copy of unsaved changes can be kept: " + QString::fromStdString(problem).section('\n', -1));
+}
+
+void ProjectGuard::leave(bool keepCopy) {
+  timer_.stop();
+  subscription_.reset();
+  if (keepCopy)
+    saveNow();
+  else
+    copy_.remove();
+  copy_.release();
+}
+
+}  // namespace tarvex

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QTimer>
+#include <functional>
+
+#include "app/Changes.h"
+#include "panels/main/SafeCopy.h"
+
+class QWidget;
+
+namespace tarvex {
+
+class RunController;
+
+// Sees to it that nothing is lost: while the project has changes that aren't saved, a copy of it at most a minute old
+// is on the disk, and what a program left that died is offered. It also tells when two programs work on one project.
+class ProjectGuard {
+ public:
+  // `tell` shows a line that stops nobody's work; `recovered` shows the project that was recovered. Unnamed projects
+  // have their copies in the controller's main directory.
+  ProjectGuard(RunController& controller, QWidget* parent, std::function<void(const QString&)> tell,
+               std::function<void()> recovered);
+  ~ProjectGuard();
+  ProjectGuard(const ProjectGuard&) = delete;
+  ProjectGuard& operator=(const ProjectGuard&) = delete;
+
+  static constexpr int kInterval = 30;  // seconds between two looks; twice that is the most that can be lost
+
+  // Before a project is loaded: false when another program has it and the user leaves it to that one.
+  bool mayOpen(const QString& project);
+  // What was left of the project in hand by a program that died: recovered or put aside, as the user says.
+  void offerRecovery();
+  // The copy is written if there is something to keep that it doesn't have yet. Not while the project is in work.
+  void saveNow();
+  // The program ends: no copy remains, since the user has saved or given up; or it does.
+  void leave(bool keepCopy);
+
+ private:
+  void follow(Changes changes);
+  void followName();
+
+  RunController& controller_;
+  QWidget* parent_;
+  std::function<void(const QString&)> tell_;
+  std::function<void()> recovered_;
+  SafeCopy copy_;
+  QString name_;        // of the project that is guarded; empty for one without
+  bool dirty_ = false;  // the copy is older than the project
+  bool told_ = false;   // the user, that no copy can be written
+  QString opening_;     // the project that is being opened, with what was left of it
+  ChangeNotifier::Subscription subscription_;
+  QTimer timer_;
+};
+
+}  // namespace tarvex
