@@ -1,0 +1,227 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QRegularExpression>
+#include <QWidget>
+#include <map>
+#include <memory>
+#include <set>
+
+#include "support/TextFiles.h"
+#include "toolkit/Display.h"
+#include "toolkit/PanelFile.h"
+
+namespace tarvex {
+namespace {
+
+const QString kPanels = TARVEX_SHARE "/Tarvex/TarvexPanels";
+
+// What the program fetches by name and calls; `more` are callbacks that the desktop adds.
+struct Named {
+  const char* gadgets;
+  const char* callbacks;
+  const char* more = "";
+};
+
+const std::map<QString, Named> kNamed = {
+    {"PMainPanel",
+     {"MnMenu MlPrepVels TeConfiguration TeExternalConf SelSamplesSource BMonteCarlo BConfigure BGenerate BOld "
+      "TOldGeneration BImport TImportFile BVisualize BSelectInput BStart BAbortMonteCarlo BSeeLog BAnalyse BVelsFile "
+      "TVelsFile IcArrow1 IcArrow2",
+      "ishigami loadCfg analyse sobol1 AboutTarvex help seeLog visualize oldGeneration helpSearch linear changeSel "
+      "selectInput monteCarlo configure quickSave generate sobol3 levelE resetConfiguration velsFile start sobol0 "
+      "saveCfg importGeneration sobol2 abortMonteCarlo terminate",
+      "undo redo"}},
+    {"PGenerate", {"RgPercentage MlPercentage MlFileName TeTitle", "stop"}},
+    {"PExternalModel", {"MlModelName MlFileName icon1 icon2 icon3 icon4 icon5 icon6 icon7", "stop"}},
+    {"PLogFile", {"TeText MFileName", "fileOpen close"}},
+    {"PHelp", {"MlTitle IcText TText", "dismiss"}},
+    {"PQuickHelp", {"", ""}},
+    {"PAbout", {"MLText", "close"}},
+    {"PLinkFactors", {"MaLinks", "scrollDown scrollUp ok cancel selectElem", "pairNames"}},
+};
+
+std::set<QString> words(const char* text) {
+  const QStringList list = QString(text).split(' ', Qt::SkipEmptyParts);
+  return {list.begin(), list.end()};
+}
+
+QStringList panelNames() {
+  QStringList names;
+  for (const QString& file : QDir(kPanels).entryList({"*.ui"}, QDir::Files)) names << file.chopped(3);
+  return names;
+}
+
+bool isControl(const QWidget* widget) {
+  if (widget->objectName().startsWith("qt_") || widget->objectName().isEmpty()) return false;
+  return qobject_cast<const QAbstractButton*>(widget) != nullptr || qobject_cast<const QComboBox*>(widget) != nullptr ||
+         qobject_cast<const QLineEdit*>(widget) != nullptr || qobject_cast<const QPlainTextEdit*>(widget) != nullptr ||
+         qobject_cast<const QAbstractItemView*>(widget) != nullptr;
+}
+
+bool isOwn(const QWidget* widget) {
+  return !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_");
+}
+
+// The letter behind '&', or none.
+QChar mnemonic(const QString& text) {
+  const auto found = QRegularExpression("&([^&])").match(text);
+  return found.hasMatch() ? found.captured(1).at(0).toLower() : QChar();
+}
+
+class PanelLinter : public testing::Test {
+ protected:
+  PanelLinter() { display_.appendToSearchPath(kPanels); }
+
+  std::unique_ptr<QWidget> load(const QString& name) {
+    QString problem;
+    std::unique_ptr<QWidget> window(loadPanelFile(display_, name, nullptr, problem));
+    EXPECT_NE(window, nullptr) << problem.toStdString();
+    return window;
+  }
+  // Calls the check with each panel, laid out and as large as it wants to be at the start.
+  void eachPanel(const std::function<void(const QString&, QWidget&)>& check) {
+    for (const QString& name : panelNames()) {
+      SCOPED_TRACE(name.toStdString());
+      const std::unique_ptr<QWidget> window = load(name);
+      if (!window) continue;
+      window->show();
+      QCoreApplication::processEvents();
+      check(name, *window);
+    }
+  }
+
+  Display display_;
+};
+
+TEST_F(PanelLinter, EveryPanelHasWhatIsNamedAndNothingUnknown) {
+  std::set<QString> left;
+  for (const auto& [name, named] : kNamed) left.insert(name);
+  eachPanel([&](const QString& name, QWidget& window) {
+    left.erase(name);
+    ASSERT_EQ(kNamed.count(name), 1U) << "no row says what the panel has";
+    const Named& named = kNamed.at(name);
+    for (const QString& gadget : words(named.gadgets))
+      EXPECT_NE(window.findChild<QObject*>(gadget), nullptr) << gadget.toStdString();
+    std::set<QString> called;
+    for (const QObject* const object : window.findChildren<QObject*>())
+      for (const char* const property : {"callback", "doubleCallback"})
+        if (const QString callback = object->property(property).toString(); !callback.isEmpty())
+          called.insert(callback);
+    std::set<QString> known = words(named.callbacks);
+    known.merge(words(named.more));
+    EXPECT_EQ(QStringList(called.begin(), called.end()).join(' ').toStdString(),
+              QStringList(known.begin(), known.end()).join(' ').toStdString());
+  });
+  EXPECT_TRUE(left.empty()) << "panel files are missing: " << left.begin()->toStdString();
+}
+
+TEST_F(PanelLinter, EveryControlHasANameATooltipAndAnAccessibleName) {
+  eachPanel([](const QString&, QWidget& window) {
+    std::set<QString> names;
+    for (const QWidget* const widget : window.findChildren<QWidget*>()) {
+      if (isOwn(widget)) {
+        EXPECT_TRUE(names.insert(widget->objectName()).second) << widget->objectName().toStdString();
+      }
+      if (!isControl(widget)) continue;
+      EXPECT_FALSE(widget->toolTip().isEmpty()) << widget->objectName().toStdString();
+      EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
+    }
+  });
+}
+
+TEST_F(PanelLinter, NoMnemonicStandsTwice) {
+  const auto once = [](std::map<QChar, QString>& taken, const QString& text, bool all) {
+    const QChar key = mnemonic(text);
+    EXPECT_FALSE(all && key.isNull()) << text.toStdString() << " has none";
+    if (key.isNull()) return;
+    const auto [found, added] = taken.emplace(key, text);
+    EXPECT_TRUE(added) << text.toStdString() << " and " << found->second.toStdString();
+  };
+  eachPanel([&](const QString&, QWidget& window) {
+    std::map<QChar, QString> taken;
+    if (const auto* const bar = window.findChild<QMenuBar*>()) {
+      for (const QAction* const menu : bar->actions()) once(taken, menu->text(), true);
+    }
+    for (const QMenu* const menu : window.findChildren<QMenu*>()) {
+      std::map<QChar, QString> items;
+      for (const QAction* const item : menu->actions())
+        if (!item->isSeparator()) once(items, item->text(), true);
+    }
+    for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>())
+      if (isControl(button)) once(taken, button->text(), true);
+    for (const QLabel* const label : window.findChildren<QLabel*>())
+      if (label->buddy() != nullptr) once(taken, label->text(), true);
+  });
+}
+
+TEST_F(PanelLinter, TabsGoAsTheEyeDoes) {
+  // Column by column: what is tabbed to stands below or to the right of what was left.
+  eachPanel([](const QString&, QWidget& window) {
+    std::vector<const QWidget*> order;
+    for (const QWidget* next = window.nextInFocusChain(); next != &window; next = next->nextInFocusChain())
+      if (isControl(next) && (next->focusPolicy() & Qt::TabFocus) != 0 && next->isVisible()) order.push_back(next);
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      const QRect before(order[i - 1]->mapTo(&window, QPoint()), order[i - 1]->size());
+      const QRect now(order[i]->mapTo(&window, QPoint()), order[i]->size());
+      EXPECT_TRUE(now.top() >= before.bottom() || now.left() >= before.right())
+          << order[i]->objectName().toStdString() << " after " << order[i - 1]->objectName().toStdString();
+    }
+  });
+}
+
+TEST_F(PanelLinter, NoTextIsCutAndNoPanelIsTooLarge) {
+  const QFont usual = QApplication::font();
+  for (const double scale : {1.0, 1.25}) {
+    for (const double longer : {1.0, 1.4}) {
+      SCOPED_TRACE(testing::Message() << "scale " << scale << ", texts " << longer);
+      QFont font = usual;
+      font.setPointSizeF(usual.pointSizeF() * scale);
+      QApplication::setFont(font);
+      eachPanel([&](const QString&, QWidget& window) {
+        for (auto* const button : window.findChildren<QAbstractButton*>())
+          if (isControl(button))
+            button->setText(
+                button->text() +
+                QString(static_cast<int>(static_cast<double>(button->text().size()) * (longer - 1.0)), 'x'));
+        window.resize(window.minimumSizeHint());
+        QCoreApplication::processEvents();
+        for (const auto* const button : window.findChildren<QAbstractButton*>()) {
+          if (!isControl(button) || !button->isVisible()) continue;
+          EXPECT_GE(button->width(), button->minimumSizeHint().width()) << button->text().toStdString();
+        }
+        for (const auto* const label : window.findChildren<QLabel*>()) {
+          if (!isOwn(label) || !label->isVisible() || label->wordWrap()) continue;
+          EXPECT_GE(label->width(), label->minimumSizeHint().width()) << label->text().toStdString();
+        }
+        const QSize least = window.minimumSizeHint();
+        EXPECT_LE(least.width(), 1024);
+        EXPECT_LE(least.height(), 700);
+      });
+    }
+  }
+  QApplication::setFont(usual);
+}
+
+TEST_F(PanelLinter, NoPanelHasColoursOfItsOwn) {
+  for (const QString& name : panelNames()) {
+    const std::string text = test::readFile((kPanels + '/' + name + ".ui").toStdString());
+    for (const char* const fixed : {"<palette>", "<color", "styleSheet", "rgb("})
+      EXPECT_EQ(text.find(fixed), std::string::npos) << name.toStdString() << ": " << fixed;
+  }
+}
+
+}  // namespace
+}  // namespace tarvex
