@@ -275,7 +275,7 @@ TEST_F(ModelConfigurationTest, OutputFileTimeModes) {
     EXPECT_TRUE(read.good) << c.what;
     EXPECT_EQ(read.model.results.timeMode(), c.mode) << c.what;
     EXPECT_EQ(read.model.choice.kind, kExternalExecutable) << c.what;
-    EXPECT_EQ(read.warnings, "") << c.what;
+    EXPECT_EQ(read.warnings.empty(), c.what != std::string("more runs than counted")) << c.what << read.warnings;
   }
   std::vector<double> values;
   const Read rest = readOutput("1\ny\nx=no\n1" + std::string(19, ' ') + "8\n7\n");

@@ -123,7 +123,8 @@ TEST_F(MainPanelFiles, WhatIsUnsavedIsAskedForAndSavesThatFailSaySo) {
   EXPECT_TRUE(panel_->window()->isWindowModified());
   choose("saveCfg", "/proc/none/a.psc");
   EXPECT_EQ(takeShown(), (Texts{"Save current configuration: save *.psc *",
-                                "Write error:   Error writing output file\n /proc/none/a.psc"}));
+                                "Write error:   Error writing output file\n /proc/none/a.psc\n/proc/none/a.psc: "
+                                "No such file or directory"}));
   choose("saveCfg", file("b.psc"));
   EXPECT_EQ(title(), "Tarvex - " + file("b.psc") + "[*]");
   EXPECT_FALSE(panel_->window()->isWindowModified());

@@ -37,7 +37,7 @@ class MainPanelState : public test::MainPanelTest {
   void modelOf(const std::string& executable) {
     ModelChoice choice;
     choice.setExternal(executable, file("model.out"), 0);
-    if (executable.empty()) choice.kind = kNoModelToStart;
+    choice.kind = executable.empty() ? kNoModelToStart : kExternalExecutable;
     ASSERT_TRUE(panel_->acceptModel(choice, "model"));
   }
 };
@@ -166,6 +166,7 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
        [&] {
          PrepSettings large = settings();
          large.sampler->numSamples = 400'000;
+         large.sampleFile = file("large.sam");
          ASSERT_TRUE(panel_->acceptPrep(std::move(large), "runs"));
          panel_->call("generate");
        }},

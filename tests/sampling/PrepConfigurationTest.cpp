@@ -15,6 +15,7 @@
 #include "sampling/RandomSampler.h"
 #include "sampling/SampleFiles.h"
 #include "support/Copies.h"
+#include "support/FailingCalls.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 
@@ -170,7 +171,11 @@ TEST(PrepConfiguration, aSampleBeyondMemoryIsRefused) {
   const rlimit small{std::min<rlim_t>(limit.rlim_cur, rlim_t{1} << 33), limit.rlim_max};
   ASSERT_EQ(setrlimit(RLIMIT_AS, &small), 0);
   PrepConfiguration prep = uniformPair(2000000000);
-  EXPECT_EQ(generateAll(prep), -1);
+  {
+    test::FailingCalls calls;
+    calls.leaveFree(std::uint64_t{1} << 50);  // the disk has room enough
+    EXPECT_EQ(generateAll(prep), -1);
+  }
   ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
   EXPECT_EQ(prep.errorText(), "There is not enough memory for a sample of 2000000000 runs of 2 factors.");
 }
