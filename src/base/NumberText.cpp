@@ -62,7 +62,7 @@ char* writeDigits(char* out, const DecimalDigits& number, int precision) {
   const int point = number.exponent + 1;  // digits before it
   const bool fixed = number.exponent >= kLeastFixedExponent && number.exponent < precision;
   if (fixed && point <= 0) {
-    std::memcpy(out, "0.000", 5);
+    std::copy_n("0.000", 5, out);
     std::memcpy(out + 2 - point, digits, kBlock);
     return out + 2 - point + count;
   }
