@@ -44,7 +44,8 @@ void storeChangeByColumn(benchmark::State& state) {
   std::vector<double> row(kColumns);
   for (auto _ : state) {
     for (std::int32_t j = 0; j < kColumns; ++j) {
-      for (std::int32_t i = 0; i < kRows; ++i) store.setColumnValue(i, j, i * 0.5);
+      for (std::int32_t i = 0; i < kRows; ++i)
+        if (!store.setColumnValue(i, j, i * 0.5)) state.SkipWithError(store.errorText().c_str());
     }
     // Back to rows: what was changed must arrive there.
     benchmark::DoNotOptimize(store.getRow(0, row.data()));
@@ -72,8 +73,7 @@ void sampleTextRead(benchmark::State& state) {
   for (auto _ : state) {
     TextReader in = TextReader::fromText(out.text());
     sampValues store;
-    store.read(in);
-    if (store.rows() != kRows) state.SkipWithError("the table can't be read back");
+    if (!store.read(in) || store.rows() != kRows) state.SkipWithError("the table can't be read back");
   }
   state.SetItemsProcessed(state.iterations() * kRows);
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(out.text().size()));

@@ -142,7 +142,7 @@ void tableRows() {
       [&] {
         SampleStatistics statistics;
         require(statistics.compute(table), table.errorText());
-        return statistics.moment(0, 0);
+        return statistics.mean(0);
       },
       [&] { return limits::statistics(numbers, kColumns); });
   row(

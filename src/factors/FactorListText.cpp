@@ -125,7 +125,8 @@ bool FactorListText::readFactors(FactorList& list, TextReader& in, std::int32_t 
     std::unique_ptr<Factor> factor = typeName == "Dummy" ? nullptr : makeFactor(typeName);
     if (factor == nullptr) return in.refuse("expected the type of a factor, found '" + typeName + "'");
     factor->read(in);
-    if (!readLineEnd(in) || !readLineEnd(in)) return false;
+    if (!readLineEnd(in)) return false;
+    if (!readLineEnd(in)) return false;  // the empty line behind a record
     list.addFactor(std::move(factor));
   }
   return in.ok();
