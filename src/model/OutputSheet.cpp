@@ -54,7 +54,7 @@ bool OutputSheet::readNames(ModelResults& results) {
   const auto column = [&names] { return static_cast<std::int32_t>(names.size()); };
   while (const auto* text = std::get_if<std::string>(cells.at(0, column()))) {
     if (names.add(*text, *text, problem_)) continue;
-    problem_ = cells.place(0, column()) + problem_;
+    problem_ = CellReader::place(0, column()) + problem_;
     return false;
   }
   if (cells.failed()) return false;
