@@ -233,10 +233,9 @@ bool PMainPanel::acceptPrep(PrepSettings settings, const QString& name) {
   return true;
 }
 
-bool PMainPanel::acceptModel(ModelChoice choice, const QString& name) {
+bool PMainPanel::acceptModel(const ModelChoice& choice, const QString& name) {
   const bool had = controller_->project().hasModel;
   const ModelChoice before = had ? controller_->project().model.choice : ModelChoice();
-  const ModelChoice after = choice;
   if (!applyModel(choice)) return false;
   const auto withdraw = [this] {
     if (controller_->withdrawModel() != Outcome::Done) return false;
@@ -244,7 +243,7 @@ bool PMainPanel::acceptModel(ModelChoice choice, const QString& name) {
     return true;
   };
   changes_.push(
-      name, [=, this] { return had ? applyModel(before) : withdraw(); }, [=, this] { return applyModel(after); });
+      name, [=, this] { return had ? applyModel(before) : withdraw(); }, [=, this] { return applyModel(choice); });
   refreshUndo();
   return true;
 }

@@ -38,7 +38,7 @@ class PMainPanel : public Panel {
 
   // Takes over what a panel edited, as a change of that name which can be undone. False: refused, as it was said.
   bool acceptPrep(PrepSettings settings, const QString& name);
-  bool acceptModel(ModelChoice choice, const QString& name);
+  bool acceptModel(const ModelChoice& choice, const QString& name);
 
   // Keeps a copy of what isn't saved, now.
   void saveCopyNow() { guard_->saveNow(); }
