@@ -37,7 +37,8 @@ void addHits(const float* from, const float* rise, std::size_t count, float t, s
 
 std::uint32_t byteOf(float sum, std::uint32_t count) {
   constexpr float kByte = 257.0F;  // 65535 becomes 255
-  return static_cast<std::uint32_t>(sum / static_cast<float>(count) / kByte + 0.5F);
+  const float raised = sum / static_cast<float>(count) / kByte + 0.5F;
+  return static_cast<std::uint32_t>(raised);  // the nearest, of what is never negative
 }
 
 }  // namespace
