@@ -1,7 +1,6 @@
 // The value pass of a generation: the numbers of the design become factor values, column by column.
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <utility>
 
 #include "factors/Distribution.h"
@@ -34,10 +33,14 @@ bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target, c
     if (!std::exchange(first, false) && !progress.report(kValuesShare * done)) return false;
     const std::int32_t f = factors.factorAt(nextFactor_);
     // The first cell behind which the target is reached, or the column's last.
-    const auto rows = std::views::iota(nextRow_ + 1, runs);
-    const auto reached =
-        std::ranges::partition_point(rows, [&](std::int32_t row) { return percentBefore(row) < target; });
-    const std::int32_t end = nextRow_ + std::min(1 + static_cast<std::int32_t>(reached - rows.begin()), kCellsAReport);
+    std::int32_t end = nextRow_ + 1;
+    for (std::int32_t last = std::min(nextRow_ + kCellsAReport, runs); end < last;) {
+      const std::int32_t middle = end + (last - end) / 2;
+      if (percentBefore(middle) < target)
+        end = middle + 1;
+      else
+        last = middle;
+    }
     if (!passCells(f, end)) return false;
     percent = percentBefore(end);
     nextRow_ = end;

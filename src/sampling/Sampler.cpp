@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
-#include <ranges>
 #include <stdexcept>
 
 #include "base/TextReader.h"
@@ -133,9 +132,15 @@ void Sampler::setRunProgress(std::int64_t runs) {
 }
 
 std::int32_t Sampler::runsUntil(double target) const {
-  const auto runs = std::views::iota(std::int32_t{0}, numSamples);
-  const auto less = [&](std::int32_t count) { return runProgress(count) < target; };
-  return static_cast<std::int32_t>(std::ranges::partition_point(runs, less) - runs.begin());
+  std::int32_t count = 0;
+  for (std::int32_t last = numSamples; count < last;) {
+    const std::int32_t middle = count + (last - count) / 2;
+    if (runProgress(middle) < target)
+      count = middle + 1;
+    else
+      last = middle;
+  }
+  return count;
 }
 
 void Sampler::writeCounts(TextWriter& out) const {
