@@ -45,7 +45,7 @@ QString Display::findBitmap(const QString& name) const {
   if (suffix == "bmp" || suffix == "gif") {
     const QString stem = name.chopped(suffix.size());
     for (const char* const served : {"svg", "png"}) {
-      const QString path = find(stem + QLatin1String(served));
+      QString path = find(stem + QLatin1String(served));
       if (!path.isEmpty()) return path;
     }
   }

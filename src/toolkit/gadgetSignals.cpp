@@ -34,7 +34,7 @@ bool connectView(QObject* gadget, QObject* context, const std::function<void()>&
 
 }  // namespace
 
-bool connectGadget(QObject* gadget, QObject* context, std::function<void()> run) {
+bool connectGadget(QObject* gadget, QObject* context, const std::function<void()>& run) {
   const bool whenFinished = gadget->property("when").toString() == "finished";
   return connectKind<QAbstractButton>(gadget, &QAbstractButton::clicked, context, run) ||
          connectKind<QAction>(gadget, &QAction::triggered, context, run) ||
@@ -49,7 +49,7 @@ bool connectGadget(QObject* gadget, QObject* context, std::function<void()> run)
          connectKind<QTextEdit>(gadget, &QTextEdit::textChanged, context, run) || connectView(gadget, context, run);
 }
 
-bool connectDoubleClick(QObject* gadget, QObject* context, std::function<void()> run) {
+bool connectDoubleClick(QObject* gadget, QObject* context, const std::function<void()>& run) {
   return connectKind<QAbstractItemView>(gadget, &QAbstractItemView::activated, context, run);
 }
 
