@@ -33,9 +33,11 @@ export DISPLAY
 openbox > /dev/null 2>&1 &
 pids+=($!)
 
-# The window of that title, waited for; a menu or a dialog drops the keys that are sent before it is there.
-await() { timeout 20 xdotool search --sync --onlyvisible --name "$1" > /dev/null 2>&1 || fault "no window '$1'"; sleep 0.4; }
-gone() { for _ in {1..100}; do xdotool search --onlyvisible --name "$1" > /dev/null 2>&1 || return; sleep 0.1; done; fault "'$1' is still there"; }
+# The window of that title, waited for; a menu or a dialog drops the keys that are sent before it is there. A search ends
+# with an error when a window vanishes in the middle of it, so it is asked again, never told to wait.
+seen() { timeout 5 xdotool search --onlyvisible --name "$1" > /dev/null 2>&1; }
+await() { for _ in {1..200}; do if seen "$1"; then sleep 0.4; return; fi; sleep 0.1; done; fault "no window '$1'"; }
+gone() { for _ in {1..100}; do seen "$1" || { sleep 0.1; seen "$1"; } || return; sleep 0.1; done; fault "'$1' is still there"; }
 keys=0
 key() { xdotool key --clearmodifiers "$@"; keys=$((keys + $#)); sleep 0.4; }
 start() { "$tarvex" "$@" > "$dir/said" 2>&1 & program=$!; pids+=("$program"); await '^Tarvex|^PrepVels'; }
@@ -56,9 +58,7 @@ wait_idle() { sleep 1; gone '^Model execution'; }
 wait_idle
 key F5; await '^Link between'; key Escape
 await '^Warning'; key Return
-if timeout 5 xdotool search --sync --onlyvisible --name '^Sample generation|^Model execution' > /dev/null 2>&1; then
-  key Escape
-fi
+for _ in {1..50}; do if seen '^Sample generation|^Model execution'; then key Escape; break; fi; sleep 0.1; done
 wait_idle; gone '^Sample generation'
 # Saved under a name that is typed.
 key ctrl+shift+s
