@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <algorithm>
 #include <utility>
 
 #include "app/RunController.h"
@@ -10,7 +11,13 @@
 namespace tarvex {
 namespace {
 
-constexpr int kMilliseconds = 1000;
+using namespace std::chrono_literals;
+
+// A copy is made when the user pauses, and all the same while he doesn't: it is never a minute old.
+constexpr auto kPause = 2000ms;
+constexpr auto kLatest = 30000ms;
+// Nothing else is served while a copy is written: one that takes long waits for a pause that is this many times longer.
+constexpr int kPausePerCopy = 20;
 
 QString nameOf(const RunController& controller) {
   const std::string& name = controller.project().fileName;
@@ -25,11 +32,12 @@ ProjectGuard::ProjectGuard(RunController& controller, QWidget* parent, std::func
       parent_(parent),
       tell_(std::move(tell)),
       recovered_(std::move(recovered)),
-      copy_(QString::fromStdString(controller.mainDirectory())) {
+      copy_(QString::fromStdString(controller.mainDirectory())),
+      pause_(kPause) {
   static_cast<void>(copy_.claim({}));  // where that can't be, the first copy that is due tells
   subscription_ = controller_.subscribe([this](Changes changes) { follow(changes); });
-  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { saveNow(); });
-  timer_.start(kInterval * kMilliseconds);
+  timer_.setSingleShot(true);
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { onTimer(); });
 }
 
 ProjectGuard::~ProjectGuard() = default;
@@ -50,6 +58,20 @@ void ProjectGuard::follow(Changes changes) {
   if (controller_.busy()) return;
   if (nameOf(controller_) != name_) followName();
   if (!controller_.modified() && copy_.exists()) copy_.remove();
+  plan();
+}
+
+void ProjectGuard::plan() {
+  if (!dirty_ || !controller_.modified()) return timer_.stop();
+  if (!timer_.isActive()) since_.start();
+  timer_.start(std::clamp(kLatest - Milliseconds(since_.elapsed()), 0ms, pause_));
+}
+
+void ProjectGuard::onTimer() {
+  saveNow();
+  if (!dirty_ || !controller_.modified()) return;
+  since_.start();  // in work, or no copy could be made
+  timer_.start(kLatest);
 }
 
 void ProjectGuard::followName() {
@@ -88,9 +110,12 @@ void ProjectGuard::offerRecovery() {
 
 void ProjectGuard::saveNow() {
   if (!dirty_ || !controller_.modified() || controller_.busy()) return;
+  QElapsedTimer time;
+  time.start();
   std::string problem = "no lock can be made beside the project or in the main directory";
   if (copy_.isHeld() && controller_.saveCopy(copy_.path().toStdString(), problem)) {
     dirty_ = told_ = false;
+    pause_ = std::clamp(kPausePerCopy * Milliseconds(time.elapsed()), kPause, kLatest);
     return;
   }
   if (!std::exchange(told_, true))

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 
 #include "app/Changes.h"
@@ -24,8 +26,6 @@ class ProjectGuard {
   ProjectGuard(const ProjectGuard&) = delete;
   ProjectGuard& operator=(const ProjectGuard&) = delete;
 
-  static constexpr int kInterval = 30;  // seconds between two looks; twice that is the most that can be lost
-
   // Before a project is loaded: false when another program has it and the user leaves it to that one.
   bool mayOpen(const QString& project);
   // What was left of the project in hand by a program that died: recovered or put aside, as the user says.
@@ -36,8 +36,12 @@ class ProjectGuard {
   void leave(bool keepCopy);
 
  private:
+  using Milliseconds = std::chrono::milliseconds;
+
   void follow(Changes changes);
   void followName();
+  void plan();
+  void onTimer();
 
   RunController& controller_;
   QWidget* parent_;
@@ -46,9 +50,11 @@ class ProjectGuard {
   SafeCopy copy_;
   QString name_;        // of the project that is guarded; empty for one without
   bool dirty_ = false;  // the copy is older than the project
+  Milliseconds pause_;  // without a change, after which a copy is made
   bool told_ = false;   // the user, that no copy can be written
   QString opening_;     // the project that is being opened, with what was left of it
   ChangeNotifier::Subscription subscription_;
+  QElapsedTimer since_;  // the first change that the copy doesn't have
   QTimer timer_;
 };
 
