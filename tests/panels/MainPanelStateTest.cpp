@@ -160,9 +160,10 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
   const struct {
     const char* what;
     const char* window;
+    const char* line;
     std::function<void()> act;
   } works[] = {
-      {"generation", "generation",
+      {"generation", "generation", "Stopped. There is no sample and no results.",
        [&] {
          PrepSettings large = settings();
          large.sampler->numSamples = 400'000;
@@ -170,7 +171,7 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
          ASSERT_TRUE(panel_->acceptPrep(std::move(large), "runs"));
          panel_->call("generate");
        }},
-      {"executable", "external model execution",
+      {"executable", "external model execution", "Stopped. The sample is kept; there are no results.",
        [&] {
          choose("oldGeneration", goldenPath("ishigami.sam"));
          source(1);
@@ -204,6 +205,7 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
     EXPECT_TRUE(twice);
     EXPECT_LT(clock.elapsed(), 10'000);
     EXPECT_FALSE(controller().busy());
+    EXPECT_EQ(text("MlPrepVels").toStdString(), work.line);
     EXPECT_FALSE(panel_->gadget<QPushButton>("BAnalyse")->isEnabled());
     EXPECT_EQ(takeShown(), Texts(what == "executable" ? 1 : 0, "Open preprocessed file: open *.sam *"));
   }

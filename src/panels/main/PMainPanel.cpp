@@ -122,7 +122,9 @@ void PMainPanel::configure() {
 
 void PMainPanel::generate() {
   guard_->saveNow();                                 // it may take its time
+  frontEnd_.takeStop();                              // of something before
   static_cast<void>(controller_->generateSample());  // the messages have been shown
+  tellStop();
 }
 
 void PMainPanel::visualize() {
@@ -135,13 +137,21 @@ void PMainPanel::selectInput() {
 }
 
 void PMainPanel::start() {
-  guard_->saveNow();  // it may take its time
+  guard_->saveNow();     // it may take its time
+  frontEnd_.takeStop();  // of something before
   say("Monte Carlo execution");
   logOffered_ = true;
   const auto use =
       source() == kNewConfiguration ? RunController::SampleUse::Generated : RunController::SampleUse::Existing;
   static_cast<void>(controller_->runModel(use));  // the messages have been shown
+  tellStop();
   refresh();
+}
+
+void PMainPanel::tellStop() {
+  if (!frontEnd_.takeStop()) return;
+  const bool sample = controller_->project().prep.samples.rows() > 0;
+  say(sample ? "Stopped. The sample is kept; there are no results." : "Stopped. There is no sample and no results.");
 }
 
 void PMainPanel::analyse() {

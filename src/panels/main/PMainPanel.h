@@ -87,6 +87,7 @@ class PMainPanel : public Panel {
   bool applyPrep(const PrepSettings& settings);
   bool applyModel(const ModelChoice& choice);
   void say(const QString& text);
+  void tellStop();
   void describePrep(PrepOrigin origin);
   void describeModel();
   void notYet(const QString& what);

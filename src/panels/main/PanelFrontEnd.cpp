@@ -47,6 +47,7 @@ void PanelFrontEnd::status(const std::string& line) {
 }
 
 void PanelFrontEnd::closeProgress() {
+  if (generate_ || external_) panelStopped_ = !continueRun();
   generate_.reset();
   external_.reset();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "app/FrontEnd.h"
 #include "panels/main/PExternalModel.h"
@@ -17,6 +18,8 @@ class PanelFrontEnd : public FrontEnd {
   void setParent(QWidget* parent) { parent_ = parent; }
   // From now on everything in progress is to stop: the program ends.
   void stop() { stopped_ = true; }
+  // Whether the user has stopped the latest work that showed its progress; asked a second time, no.
+  bool takeStop() { return std::exchange(panelStopped_, false); }
 
   void openProgress(const std::string& title, std::int32_t rows) override;
   void progress(int percent) override;
@@ -38,6 +41,7 @@ class PanelFrontEnd : public FrontEnd {
   const Display& display_;
   QWidget* parent_ = nullptr;
   bool stopped_ = false;
+  bool panelStopped_ = false;
   std::unique_ptr<PGenerate> generate_;
   std::unique_ptr<PExternalModel> external_;
 };

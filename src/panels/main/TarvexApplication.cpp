@@ -1,5 +1,6 @@
 #include "panels/main/TarvexApplication.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 #include <QWidget>
 
@@ -28,6 +29,8 @@ void TarvexApplication::buildPanels() {
   application_.display().keepIn(QString::fromStdString(MainDirectory::get() + "/desktop.ini"));
   for (const std::string& directory : MainDirectory::panelDirectories())
     application_.display().appendToSearchPath(QString::fromStdString(directory));
+  QGuiApplication::setWindowIcon(application_.display().icon("../bitmaps/tarvex.svg"));
+  QGuiApplication::setDesktopFileName("tarvex");
   panel_ = std::make_unique<PMainPanel>(application_.display(), "PMainPanel",
                                         "Tarvex: Simulation environment for uncertainty and sensitivity analysis",
                                         MainDirectory::get());
