@@ -1,18 +1,18 @@
 #!/bin/bash
 # A user's afternoon with mouse and keys under a window manager: a case is opened, run, stopped, run again, saved; the
-# program is left with a question, started with the project, killed, started and recovered. What it takes is counted.
-#   afternoon.sh TARVEX SHARE
+# program is left with a question, started with the project, ended and killed, started and recovered. What it takes is
+# counted; nothing depends on how fast the machine is.
+#   afternoon.sh TARVEX TARVEX-BATCH SHARE
 set -u
 for tool in Xvfb openbox xdotool; do
   command -v "$tool" > /dev/null || { echo "Skipped: $tool isn't installed"; exit 77; }
 done
-tarvex=$1
+tarvex=$(readlink -f "$1") batch=$(readlink -f "$2")
 dir=$(mktemp -d)
 main=$dir/main
-mkdir "$main"
-cp -RL "$2/." "$main"
+mkdir "$main" "$dir/study"
+cp -RL "$3/." "$main"
 printf '%s\n0\n' "$main" > "$main/Tarvex.cfg"
-cd "$main" || exit 1
 export TEMP=$dir HOME=$dir
 unset XDG_RUNTIME_DIR WAYLAND_DISPLAY QT_QPA_PLATFORM
 pids=()
@@ -24,74 +24,174 @@ cleanup() {
 trap cleanup EXIT
 faults=0
 fault() { echo "FAILED: $*"; faults=$((faults + 1)); }
+# Without a window that must be there, the rest would only wait.
+quit() { fault "$*; in front is '$(front)'"; exit 1; }
+
+# The same case as the demonstration's with a user's own program as the model, which first waits for a licence.
+study=$dir/study
+cat > "$study/model" << 'END'
+#!/bin/sh
+echo $$ > "$0.pid"
+while [ ! -e "$0.licence" ]; do sleep 0.1; done
+awk 'NR == 2 { printf "1\ny\ntime = no\n%d\n", rows = $1 }
+  NR > 4 && NR <= 4 + rows { printf "%.10g\n", sin($1) + 7 * sin($2) ^ 2 + 0.1 * $3 ^ 4 * sin($1) }' "$1" > "$TARVEX_OUTPUT"
+END
+chmod +x "$study/model"
+touch "$study/model.licence"
+"$batch" sample "$main/Demo/ishigami.fac" -o "$study/ishigami.sam" -m sobol --base-size 64 > "$dir/out" &&
+  "$batch" run "$study/ishigami.sam" -o "$study/ishigami.spc" --executable "$study/model" --output "$study/y.out" > "$dir/out" &&
+  "$batch" project "$study/ishigami.spc" -o "$study/ishigami.psc" > "$dir/out" || fault "no study"
+rm "$study/model.licence"
+has_results() { "$batch" project "$1" --results "$dir/results.spc" > "$dir/out" 2>&1; }
 
 Xvfb -displayfd 3 -screen 0 1280x900x24 3> "$dir/display" > /dev/null 2>&1 &
 pids+=($!)
-for _ in {1..100}; do [ -s "$dir/display" ] && break; sleep 0.1; done
+# until_it CONDITION: half a minute at most.
+until_it() { for _ in {1..600}; do "$@" && return; sleep 0.05; done; return 1; }
+until_it test -s "$dir/display" || quit "no display"
 DISPLAY=:$(cat "$dir/display")
 export DISPLAY
 openbox > /dev/null 2>&1 &
 pids+=($!)
 
-# The window of that title, waited for; a menu or a dialog drops the keys that are sent before it is there. A search ends
-# with an error when a window vanishes in the middle of it, so it is asked again, never told to wait.
-seen() { timeout 5 xdotool search --onlyvisible --name "$1" > /dev/null 2>&1; }
-await() { for _ in {1..200}; do if seen "$1"; then sleep 0.4; return; fi; sleep 0.1; done; fault "no window '$1'"; }
-gone() { for _ in {1..100}; do seen "$1" || { sleep 0.1; seen "$1"; } || return; sleep 0.1; done; fault "'$1' is still there"; }
-keys=0
-key() { xdotool key --clearmodifiers "$@"; keys=$((keys + $#)); sleep 0.4; }
-start() { "$tarvex" "$@" > "$dir/said" 2>&1 & program=$!; pids+=("$program"); await '^Tarvex|^PrepVels'; }
-ended() { for _ in {1..60}; do kill -0 "$program" 2> /dev/null || break; sleep 0.1; done; wait "$program"; [ $? = "$1" ] || fault "the program ended by $?, not by $1"; }
+# The title of the window that has the keyboard. A search ends with an error when a window vanishes in the middle of it.
+front() { timeout 5 xdotool getactivewindow getwindowname 2> /dev/null; }
+in_front() { [[ $(front) =~ $1 ]]; }
+await() { until_it in_front "$1" || quit "no window '$1'"; }
+windows() { timeout 5 xdotool search --onlyvisible --class '^tarvex$' 2> /dev/null; }
+popped_up() { popup=$(windows | grep -vx "$window" | tail -1) && [ -n "$popup" ]; }
+keys=0 clicks=0
+key() { xdotool key --clearmodifiers "$@"; keys=$((keys + $#)); }
+# click WINDOW X Y: from its right and lower edge where negative.
+click() {
+  local X Y WIDTH HEIGHT WINDOW SCREEN
+  eval "$(xdotool getwindowgeometry --shell "$1")"
+  xdotool mousemove --window "$1" $((($2 + WIDTH) % WIDTH)) $((($3 + HEIGHT) % HEIGHT)) click 1
+  clicks=$((clicks + 1))
+}
+# A key that is refused as long as the program is at work, until its window comes.
+insist() {
+  for _ in {1..30}; do
+    key "$1"
+    for _ in {1..20}; do in_front "$2" && return; sleep 0.05; done
+  done
+  quit "no window '$2' by $1"
+}
+# start TITLE ARGS...: until the window with that title has the keyboard.
+start() {
+  local since title=$1
+  shift
+  since=$(date +%s%N)
+  cd "$main" || exit 1
+  "$tarvex" "$@" > "$dir/said" 2>&1 &
+  program=$!
+  pids+=("$program")
+  await "$title"
+  took=$((($(date +%s%N) - since) / 1000000))
+}
+gone() { ! kill -0 "$program" 2> /dev/null; }
+ended() { until_it gone || quit "it runs on"; wait "$program"; [ $? = "$1" ] || fault "the program ended by $?, not by $1"; }
+# over NAME HAVE GOAL
+over() { [ "$2" -le "$3" ] || fault "$1: $2, the goal is $3"; }
+counted() { echo "$1: $clicks clicks, $keys keys"; }
+recount() { keys=0 clicks=0; }
 
-start
-# A new study needs nothing: the program starts in an empty project.
-echo "task a: 0 clicks, 0 keys"
-key alt+d; key i
-await '^Help - Ishigami'; key Escape; gone '^Help - Ishigami'
-# h: run and stop.
-keys=0
+# a: a new study. The program starts in an empty project.
+start '^Tarvex: Simulation'
+echo "start: $took ms until the window has the keyboard"
+counted "task a"
+over "clicks and keys of task a" $((clicks + keys)) 0
+window=$(xdotool getactivewindow)
+key alt+d
+until_it popped_up || quit "no menu"
+click "$popup" 30 12
+await '^Help - Ishigami'
+key Escape
+await '^Tarvex .Demo mode - Ishigami'
+# Its equations: the link with the factors and the old sample are questions of the system.
 key F5
-await '^Link between'; key Return
-await '^Warning'; key Escape
-echo "task h: run in $keys keys"
-wait_idle() { sleep 1; gone '^Model execution'; }
-wait_idle
-key F5; await '^Link between'; key Escape
-await '^Warning'; key Return
-for _ in {1..50}; do if seen '^Sample generation|^Model execution'; then key Escape; break; fi; sleep 0.1; done
-wait_idle; gone '^Sample generation'
-# Saved under a name that is typed.
-key ctrl+shift+s
-await '^Save current configuration'
-xdotool type --delay 30 "$dir/case.psc"; key Return
-gone '^Save current configuration'
-for _ in {1..50}; do [ -s "$dir/case.psc" ] && break; sleep 0.1; done
-[ -s "$dir/case.psc" ] || fault "nothing was saved"
-# Changed again, left with a question: no, then yes.
-key F5; await '^Link between'; key Return; await '^Warning'; key Escape; wait_idle
-key ctrl+q; await '^Warning'; key Escape
-kill -0 "$program" 2> /dev/null || fault "it left without an answer"
-key ctrl+q; await '^Warning'; key Return
+await '^Link between'
+key Return
+await '^Warning'
+key Escape
+await '^Tarvex .Demo mode - Ishigami.*\*$'
+
+# h: run and stop, with a program that would run for ever.
+insist ctrl+o '^Entering demo mode'
+key Return
+await '^Open Tarvex configuration'
+xdotool type --delay 20 "$study/ishigami.psc"
+key Return
+await 'study/ishigami.psc$'
+key alt+n
+insist F5 '^Warning'
+key Escape
+await '^External model execution'
+until_it test -s "$study/model.pid" || quit "the model doesn't run"
+recount
+since=$(date +%s%N)
+click "$(xdotool getactivewindow)" -55 -22
+await 'study/ishigami.psc\*$'
+took=$((($(date +%s%N) - since) / 1000000))
+kill -0 "$(cat "$study/model.pid")" 2> /dev/null && fault "the model runs on"
+echo "task h, stop: $clicks clicks, $keys keys, $took ms"
+over "clicks and keys to stop" $((clicks + keys)) 1
+over "milliseconds to stop" "$took" 2000
+recount
+key ctrl+s
+await 'study/ishigami.psc$'
+has_results "$study/ishigami.psc" && fault "results of a run that was stopped"
+
+# Again, to the end.
+touch "$study/model.licence"
+recount
+key F5
+await '^Warning'
+key Escape
+counted "task h, run"
+over "keys and clicks to run" $((keys + clicks)) 2
+insist ctrl+shift+s '^Save current configuration'
+xdotool type --delay 20 "$study/case.psc"
+key Return
+await 'study/case.psc$'
+has_results "$study/case.psc" || fault "no results were saved"
+
+# Changed, and left with a question: no, then yes.
+changed() {
+  insist F5 '^Warning'
+  key Escape
+  await 'study/case.psc\*$'
+}
+changed
+insist ctrl+q '^Warning'
+key Escape
+await 'study/case.psc\*$'
+gone && fault "it left without an answer"
+key ctrl+q
+await '^Warning'
+key Return
 ended 0
 [ -s "$dir/said" ] && fault "it said: $(cat "$dir/said")"
 
-# With the project as argument; a change, and the end by the system, and by force.
-for end in TERM KILL; do
-  start "$dir/case.psc"
-  await '^PrepVels'
-  key alt+n; key F5; await '^Link between'; key Return; await '^Warning'; key Escape; wait_idle
-  if [ $end = KILL ]; then
-    # The copy is at most a minute old.
-    for _ in {1..70}; do [ -s "$dir/.case.psc.autosave" ] && break; sleep 1; done
-  fi
-  kill -$end "$program"
-  if [ $end = TERM ]; then ended 143; else wait "$program" 2> /dev/null; fi
-  [ -s "$dir/.case.psc.autosave" ] || fault "no copy was kept after SIG$end"
-  start
-  await '^Tarvex$'; key Return
-  await '^PrepVels'
-  key ctrl+s; sleep 1
-  [ -e "$dir/.case.psc.autosave" ] && fault "a copy remains after the project was saved"
+# With the project as argument: a change, and the end by the system, and by force.
+copy=$study/.case.psc.autosave
+for signal in TERM KILL; do
+  start 'study/case.psc$' "$study/case.psc"
+  key alt+n
+  changed
+  # Before the end that the system asks for a copy is made; for what no program can see coming there is that of the
+  # last pause.
+  [ $signal = TERM ] || until_it has_results "$copy" || fault "no copy was made in a pause"
+  kill -$signal "$program"
+  if [ $signal = TERM ]; then ended 143; else wait "$program" 2> /dev/null; fi
+  [ -s "$copy" ] || fault "no copy was kept after SIG$signal"
+  start '^Tarvex$'
+  key Return
+  await 'study/case.psc\*$'
+  key ctrl+s
+  await 'study/case.psc$'
+  [ -e "$copy" ] && fault "a copy remains after the project was saved"
+  [ $signal = TERM ] || has_results "$study/case.psc" || fault "recovered without results"
   key ctrl+q
   ended 0
 done
