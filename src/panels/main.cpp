@@ -5,6 +5,9 @@
 
 #include "panels/main/TarvexApplication.h"
 #include "report/versions.h"
+#include "toolkit/Application.h"
+#include "toolkit/Dialogs.h"
+#include "toolkit/print.h"
 
 namespace {
 
@@ -20,6 +23,14 @@ constexpr const char* kHelp =
     "\n"
     "tarvex-batch does the same work from a shell.\n";
 
+// What the launcher has to say: on standard error, and to a user who has no terminal.
+int tellFailure(int argc, char** argv, const char* text) {
+  tarvex::print(text);
+  const tarvex::Application application(argc, argv, "Tarvex", "");
+  tarvex::Dialogs::current().message(tarvex::DialogKind::Error, "Error", text, nullptr);
+  return 1;
+}
+
 }  // namespace
 
 // Both words are answered before a display is asked for.
@@ -29,6 +40,7 @@ int main(int argc, char** argv) {
     if (std::strcmp(argv[i], "--version") == 0)
       return std::printf("tarvex %s\n", tarvex::versionsInUse().front().second.c_str()) < 0 ? 1 : 0;
   }
+  if (argc > 2 && std::strcmp(argv[1], "--failed") == 0) return tellFailure(argc, argv, argv[2]);
   tarvex::TarvexApplication application(argc, argv);
   return application.run(std::vector<std::string>(argv + 1, argv + argc));
 }
