@@ -4,9 +4,11 @@
 #include <QUiLoader>
 #include <QWidget>
 
+#include "toolkit/ChartView.h"
 #include "toolkit/Display.h"
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
+#include "toolkit/Tree.h"
 
 namespace tarvex {
 namespace {
@@ -30,6 +32,8 @@ class PanelLoader : public QUiLoader {
   static QWidget* makeOwn(const QString& className, QWidget* parent) {
     if (className == "TableView") return new TableView(parent);
     if (className == "Notebook") return new Notebook(parent);
+    if (className == "ChartView") return new ChartView(parent);
+    if (className == "Tree") return new Tree(parent);
     return nullptr;
   }
 };
