@@ -10,7 +10,9 @@
 #include <climits>
 #include <cstring>
 #include <utility>
+#include <vector>
 
+#include "base/Cores.h"
 #include "base/Memory.h"
 #include "base/NumberText.h"
 #include "base/Paths.h"
@@ -126,16 +128,40 @@ TextWriter& TextWriter::operator<<(double value) {
   return *this << std::string_view(text, static_cast<std::size_t>(end - text));
 }
 
-TextWriter& TextWriter::writeNumbers(const double* values, std::size_t count, char after) {
-  constexpr std::size_t kAtOnce = 64;
-  char text[kAtOnce * (kMaxNumberText + 1)];
-  for (const double* const end = values + count; values != end && ok();) {
-    char* next = text;
-    for (const double* const stop = values + std::min<std::size_t>(kAtOnce, end - values); values != stop; ++values) {
-      next = writeNumber(next, *values, precision_);
-      *next++ = after;
+TextWriter& TextWriter::writeNumbers(const double* values, std::size_t count, char after, std::size_t columns) {
+  constexpr std::size_t kAtOnce = 16384;  // half a millisecond
+  constexpr std::size_t kLeast = 2048;
+  constexpr std::size_t kMostText = kMaxNumberText + 2;
+  struct Part {
+    std::vector<char> text;
+    std::size_t length = 0;
+  };
+  std::vector<Part> parts;
+  for (std::size_t begin = 0; begin < count && ok(); begin += kAtOnce) {
+    const std::size_t numbers = std::min(kAtOnce, count - begin);
+    const std::size_t needed = partsOf(numbers, kLeast);
+    const bool hasRoom = fitsInMemory([&] {
+      parts.resize(std::max(parts.size(), needed));
+      for (Part& part : parts) part.text.resize((numbers / needed + 1) * kMostText);
+    });
+    if (!hasRoom) {
+      setError(ENOMEM);
+      return *this;
     }
-    *this << std::string_view(text, static_cast<std::size_t>(next - text));
+    inParts(numbers, kLeast, [&](std::size_t p, std::size_t first, std::size_t last) {
+      char* next = parts[p].text.data();
+      std::size_t inLine = columns == 0 ? 0 : (begin + first) % columns;
+      for (const double* value = values + begin + first; value != values + begin + last; ++value) {
+        next = writeNumber(next, *value, precision_);
+        *next++ = after;
+        if (++inLine == columns) {
+          *next++ = '\n';
+          inLine = 0;
+        }
+      }
+      parts[p].length = static_cast<std::size_t>(next - parts[p].text.data());
+    });
+    for (std::size_t p = 0; p < needed; ++p) *this << std::string_view(parts[p].text.data(), parts[p].length);
   }
   return *this;
 }

@@ -33,8 +33,8 @@ class TextWriter {
   requires(!std::same_as<Integer, char> && !std::same_as<Integer, bool>) TextWriter& operator<<(Integer value) {
     return writeInteger(static_cast<std::int64_t>(value));
   }
-  // `count` doubles, each followed by `after`.
-  TextWriter& writeNumbers(const double* values, std::size_t count, char after);
+  // `count` doubles, each followed by `after`, and by a line end behind each `columns` of them; 0: none.
+  TextWriter& writeNumbers(const double* values, std::size_t count, char after, std::size_t columns = 0);
 
   // `progress` hears, block by block, how much of about `bytes` is written. A stop makes the writer fail.
   void watch(const Progress& progress, std::uint64_t bytes);

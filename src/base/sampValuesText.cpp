@@ -18,12 +18,17 @@ void sampValues::write(TextWriter& out) const {
   out << rows_ << '\n' << columns_ << '\n' << order_ << '\n';
   const bool byFactor = order_ == 1;
   bool ok = ensureMode(byFactor);
-  const std::int32_t lines = byFactor ? columns_ : rows_;
-  for (std::int32_t i = 0; i < lines && ok && out.ok(); ++i) {
-    ok = byFactor ? ensureColumn(i) : ensureRow(i);
+  for (std::int32_t column = 0; byFactor && column < columns_ && ok && out.ok(); ++column) {
+    ok = ensureColumn(column);
+    if (ok) out.writeNumbers(cache_.data(), static_cast<std::size_t>(rows_), '\t') << '\n';
+  }
+  for (std::int64_t row = 0; !byFactor && row < rows_ && ok && out.ok();) {
+    ok = ensureRow(row);
     if (!ok) break;
-    const double* const values = byFactor ? cache_.data() : windowRow(i);
-    out.writeNumbers(values, static_cast<std::size_t>(byFactor ? rows_ : columns_), '\t') << '\n';
+    const std::int64_t end = std::min<std::int64_t>(lastRow_ + 1, rows_);
+    const auto width = static_cast<std::size_t>(columns_);
+    out.writeNumbers(windowRow(row), static_cast<std::size_t>(end - row) * width, '\t', width);
+    row = end;
   }
   if (!ok) out.refuse(errorText_);
   out.setPrecision(precision);

@@ -45,6 +45,18 @@ CLI::Validator between(double low, double high) {
           fmt::format("{} to {}", low, high)};
 }
 
+void addThreads(CLI::App& app, std::size_t& threads) {
+  constexpr std::int64_t kMost = 1024;
+  const auto read = [&threads](const std::string& text) {
+    const std::int64_t number = wholeNumber(text, "--threads");
+    if (number < 1 || number > kMost) throw CLI::ValidationError("--threads", text + " is not a number from 1 to 1024");
+    threads = static_cast<std::size_t>(number);
+  };
+  app.add_option_function<std::string>("--threads", read,
+                                       "Cores to compute on (default: all); the results are the same")
+      ->type_name("INT");
+}
+
 void addSample(CLI::App& app, SampleOptions& options, Command& command) {
   CLI::App* sub = app.add_subcommand("sample", "Generate a sample of the factors in FACTORS.fac");
   sub->add_option("FACTORS", options.factorFile, "Factor file (.fac)")->required();
@@ -206,11 +218,12 @@ void addDemo(CLI::App& app, DemoOptions& options, Command& command) {
 
 }  // namespace
 
-Command parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, int& status) {
+CommandLine parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors) {
   CLI::App app("Uncertainty and sensitivity analysis of numerical models", "tarvex-batch");
   app.get_formatter()->column_width(34);
   app.set_version_flag("--version", "tarvex-batch " + versionsInUse().front().second);
-  Command command;
+  CommandLine line;
+  Command& command = line.command;
   SampleOptions sample;
   ImportOptions import;
   RunOptions run;
@@ -231,17 +244,17 @@ Command parseCommandLine(const std::vector<std::string>& words, std::ostream& ou
   addShow(app, show, command);
   addCheck(app, check, command);
   addDemo(app, demo, command);
+  for (CLI::App* sub : app.get_subcommands({})) addThreads(*sub, line.threads);
   try {
     std::vector<std::string> reversed(words.rbegin(), words.rend());
     app.parse(reversed);
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A subcommand");
-    status = 0;
   } catch (const CLI::ParseError& error) {
     constexpr int kWrongUsage = 2;
-    status = app.exit(error, out, errors) == 0 ? 0 : kWrongUsage;
+    line.status = app.exit(error, out, errors) == 0 ? 0 : kWrongUsage;
     command = {};
   }
-  return command;
+  return line;
 }
 
 }  // namespace tarvex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <ostream>
@@ -112,8 +113,14 @@ struct DemoOptions {
 using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, PlotOptions,
                              ReportOptions, ProjectOptions, ShowOptions, CheckOptions, DemoOptions>;
 
-// The words after the program's name. On wrong usage `status` is 2 with the reason on `errors`; after a request for
+struct CommandLine {
+  Command command;
+  int status = 0;           // of the process, where there is no command
+  std::size_t threads = 0;  // that a computation may use; 0: all
+};
+
+// The words after the program's name. On wrong usage the status is 2 with the reason on `errors`; after a request for
 // help it is 0 with the text on `out`. In both cases the result holds no command.
-Command parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, int& status);
+CommandLine parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors);
 
 }  // namespace tarvex

@@ -3,6 +3,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "base/Cores.h"
 #include "batch/ConsoleFrontEnd.h"
 #include "batch/StopSignals.h"
 
@@ -59,11 +60,11 @@ std::string aboutFile(const std::string& message, const std::string& path) {
 }
 
 int runBatch(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors, bool errorsAreTerminal) {
-  int status = kSucceeded;
-  const Command command = parseCommandLine(words, out, errors, status);
-  if (std::holds_alternative<std::monostate>(command)) return status;
+  const CommandLine line = parseCommandLine(words, out, errors);
+  if (std::holds_alternative<std::monostate>(line.command)) return line.status;
+  Cores::use(line.threads);
   ConsoleFrontEnd frontEnd(errors, errorsAreTerminal);
-  const int result = carryOut(command, Console{out, errors, frontEnd});
+  const int result = carryOut(line.command, Console{out, errors, frontEnd});
   return result != kSucceeded && StopSignals::requested() ? kStopped : result;
 }
 

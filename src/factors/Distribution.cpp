@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/Cores.h"
 #include "factors/InverseSearch.h"
 #include "factors/properForm.h"
 
@@ -42,7 +43,7 @@ bool Distribution::hasTable() const {
 
 void Distribution::clearTable() {
   table.clear();
-  cells_ = InverseCells();
+  cells_.clear();
 }
 
 InverseRule Distribution::inverseRule() const {
@@ -66,6 +67,14 @@ double Distribution::inverse(double u) const {
 }
 
 void Distribution::values(const double* u, double* x, std::size_t count) {
+  constexpr std::size_t kLeast = 1024;  // some 50 microseconds
+  cells_.resize(std::max(cells_.size(), partsOf(count, kLeast)));
+  inParts(count, kLeast, [&](std::size_t part, std::size_t first, std::size_t last) {
+    fill(cells_[part], u + first, x + first, last - first);
+  });
+}
+
+void Distribution::fill(InverseCells& cells, const double* u, double* x, std::size_t count) const {
   if (!needsTable() || !hasTable()) {
     for (std::size_t k = 0; k < count; ++k) x[k] = value(u[k]);
     return;
@@ -75,7 +84,7 @@ void Distribution::values(const double* u, double* x, std::size_t count) {
   double found[InverseCells::kLanes];
   std::size_t waiting = 0;
   const auto finish = [&] {
-    cells_.find(*this, searches, found, waiting);
+    cells.find(*this, searches, found, waiting);
     for (std::size_t i = 0; i < waiting; ++i) x[places[i]] = found[i];
     waiting = 0;
   };

@@ -39,8 +39,8 @@ class Distribution : public Factor {
   // The value pass, whatever the kind: whether value() needs a prepared table, and the value for a uniform number.
   virtual bool needsTable() const { return true; }
   virtual double value(double u) const { return inverse(u); }
-  // value() of each of `count` numbers, bit by bit, faster the more there are between two calls of clearTable(). `x`
-  // may be `u`.
+  // value() of each of `count` numbers, bit by bit, faster the more there are between two calls of clearTable(), on all
+  // cores where there are enough. `x` may be `u`.
   void values(const double* u, double* x, std::size_t count);
 
   virtual InverseRule inverseRule() const;  // of inverse()
@@ -61,7 +61,9 @@ class Distribution : public Factor {
   bool hasTable() const;
 
  private:
-  InverseCells cells_;  // of the table
+  void fill(InverseCells& cells, const double* u, double* x, std::size_t count) const;
+
+  std::vector<InverseCells> cells_;  // of the table, one a core
 };
 
 }  // namespace tarvex

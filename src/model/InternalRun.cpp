@@ -4,12 +4,23 @@
 #include <limits>
 #include <utility>
 
+#include "base/Cores.h"
 #include "base/FreeSpace.h"
+#include "base/Memory.h"
 #include "base/sampValues.h"
 #include "model/InternalModel.h"
 #include "model/ModelResults.h"
 
 namespace tarvex {
+namespace {
+
+// Blocks of so many equations that are worth a thread.
+std::size_t leastBlocks(const InternalModel& model) {
+  constexpr std::size_t kLeast = 8;
+  return std::max<std::size_t>(kLeast / static_cast<std::size_t>(std::max(model.numExpressions(), 1)), 1);
+}
+
+}  // namespace
 
 bool InternalRun::fail(const std::string& text) {
   errorText_ = text;
@@ -27,9 +38,15 @@ bool InternalRun::prepare() {
   if (const std::string reason = whyNoRoom(WorkingFile::directory(), runs * names.size() * sizeof(double));
       !reason.empty())
     return fail("The results of " + std::to_string(runs) + " runs need " + reason + ".");
-  rows_.resize(static_cast<std::size_t>(samples_.columns()) * InternalModel::kBlockRows);
-  rowOutputs_.resize(names.size() * InternalModel::kBlockRows);
-  failed_.resize(InternalModel::kBlockRows);
+  const std::size_t blocks = blocksAtOnce();
+  const std::size_t most = blocks * InternalModel::kBlockRows;
+  const bool hasRoom = fitsInMemory([&] {
+    rows_.resize(static_cast<std::size_t>(samples_.columns()) * most);
+    rowOutputs_.resize(names.size() * most);
+    failed_.resize(most);
+    copies_.assign(partsOf(blocks, leastBlocks(model_)) - 1, model_);
+  });
+  if (!hasRoom) return fail(kNotEnoughMemory);
   outputs_.resize(names.size());
   evaluated_ = 0;
   results_.reset(std::move(names));
@@ -70,14 +87,30 @@ bool InternalRun::addRun() {
   return results_.appendRun(ModelResults::singleTime(), outputs_) || fail(notStored(results_));
 }
 
+// Some milliseconds of work on one core, so that threads pay; one block where that takes as long.
+std::size_t InternalRun::blocksAtOnce() const {
+  constexpr std::size_t kBlocks = 64;
+  constexpr std::size_t kMostCells = 1 << 20;
+  const auto equations = static_cast<std::size_t>(std::max(model_.numExpressions(), 1));
+  const std::size_t cells = InternalModel::kBlockRows * (equations + static_cast<std::size_t>(model_.numVariables()));
+  return std::clamp<std::size_t>(std::min(kBlocks / equations, kMostCells / cells), 1, kBlocks);
+}
+
 bool InternalRun::evaluateFrom(std::int32_t run) {
-  const std::int32_t count = std::min(static_cast<std::int32_t>(InternalModel::kBlockRows), samples_.rows() - run);
+  constexpr std::size_t kRows = InternalModel::kBlockRows;
+  const std::int32_t count = std::min(static_cast<std::int32_t>(failed_.size()), samples_.rows() - run);
   const std::size_t width = static_cast<std::size_t>(samples_.columns());
   evaluated_ = 0;
   for (std::int32_t i = 0; i < count; ++i)
     if (!samples_.getRow(run + i, rows_.data() + static_cast<std::size_t>(i) * width))
       return fail("The sample cannot be read: " + samples_.errorText());
-  model_.evaluateRows(rows_.data(), static_cast<std::size_t>(count), rowOutputs_.data(), failed_.data());
+  const auto runs = static_cast<std::size_t>(count);
+  inParts((runs + kRows - 1) / kRows, leastBlocks(model_), [&](std::size_t part, std::size_t first, std::size_t last) {
+    InternalModel& model = part == 0 ? model_ : copies_[part - 1];
+    for (std::size_t row = first * kRows; row < std::min(last * kRows, runs); row += kRows)
+      model.evaluateRows(rows_.data() + row * width, std::min(kRows, runs - row),
+                         rowOutputs_.data() + row * outputs_.size(), failed_.data() + row);
+  });
   firstEvaluated_ = run;
   evaluated_ = count;
   return true;

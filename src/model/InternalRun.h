@@ -39,11 +39,13 @@ class InternalRun {
   bool fail(const std::string& text);
   bool addRun();
   bool evaluateFrom(std::int32_t run);
+  std::size_t blocksAtOnce() const;
 
   InternalModel& model_;
+  std::vector<InternalModel> copies_;  // of the model, one for each core beyond the first
   const sampValues& samples_;
   ModelResults& results_;
-  // The runs from firstEvaluated_ on whose outputs are known: inputs, outputs, failures.
+  // The runs from firstEvaluated_ on whose outputs are known, some blocks: inputs, outputs, failures.
   std::int32_t firstEvaluated_ = 0;
   std::int32_t evaluated_ = 0;
   std::vector<double> rows_;

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <future>
-#include <thread>
 
+#include "base/Cores.h"
 #include "plots/LineStrip.h"
 
 namespace tarvex {
@@ -40,7 +39,8 @@ bool LineCounts::count(const std::vector<Axis>& axes, const std::vector<std::uin
   const std::size_t strips = axes.empty() ? 0 : axes.size() - 1;
   std::atomic<std::size_t> next = 0;
   // Strips share no column: each writes what is its own.
-  const auto work = [&](const Progress& watched) {
+  const auto work = [&](std::size_t part, std::size_t, std::size_t) {
+    const Progress watched = part == 0 ? progress : Progress();
     for (std::size_t i = next++; i < strips; i = next++) {
       if (!watched.report(i, strips)) next = strips;
       const auto columnOf = [&](double x) { return std::clamp(static_cast<int>(std::lround(x)), 0, width_); };
@@ -49,12 +49,7 @@ bool LineCounts::count(const std::vector<Axis>& axes, const std::vector<std::uin
       strip.write(width_, counts, inks);
     }
   };
-  const std::size_t threads = classes.size() * strips < kSharedWork ? 1 : std::thread::hardware_concurrency();
-  std::vector<std::future<void>> others;
-  for (std::size_t i = 1; i < std::min(threads, strips); ++i)
-    others.push_back(std::async(std::launch::async, work, Progress()));
-  work(progress);
-  for (std::future<void>& other : others) other.get();
+  inParts(strips, classes.size() * strips < kSharedWork ? strips : 1, work);
   if (progress.stopped()) return false;
   counts_ = std::move(counts);
   inks_ = std::move(inks);

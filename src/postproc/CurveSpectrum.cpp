@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <future>
 #include <numeric>
-#include <thread>
 #include <utility>
 
+#include "base/Cores.h"
 #include "postproc/MeasureSupport.h"
 
 namespace tarvex {
@@ -111,22 +110,16 @@ void CurveSpectrum::fill(std::size_t first, std::size_t last, std::vector<long d
 
 bool CurveSpectrum::addUpTo(std::int32_t last, long double& sum, const Progress& progress) const {
   std::vector<long double> found(static_cast<std::size_t>(std::max(last, 0)));
-  const std::size_t cores =
-      sums_.size() * found.size() < kSharedWork ? 1 : std::max(std::thread::hardware_concurrency(), 1U);
+  const std::size_t cores = sums_.size() * found.size() < kSharedWork ? 1 : Cores::count();
   const std::size_t share = 2 * std::max<std::size_t>(kSharedWork / (2 * std::max<std::size_t>(sums_.size(), 1)), 1);
   std::size_t next = 0;
   while (next < found.size()) {
     if (!progress.report(next, found.size())) return false;
-    const std::size_t own = next;
-    next = std::min(own + share, found.size());
-    const std::size_t ownEnd = next;
-    std::vector<std::future<void>> others;
-    for (std::size_t core = 1; core < cores && next < found.size(); ++core) {
-      const std::size_t from = std::exchange(next, std::min(next + share, found.size()));
-      others.push_back(std::async(std::launch::async, [this, from, next, &found] { fill(from, next, found); }));
-    }
-    fill(own, ownEnd, found);
-    for (const std::future<void>& other : others) other.wait();
+    const std::size_t begin = std::exchange(next, std::min(next + cores * share, found.size()));
+    const std::size_t shares = (next - begin + share - 1) / share;
+    inParts(shares, cores == 1 ? shares : 1, [&](std::size_t, std::size_t from, std::size_t to) {
+      fill(begin + from * share, std::min(begin + to * share, next), found);
+    });
   }
   // Summed in their order, however many did the work.
   sum += std::accumulate(found.begin(), found.end(), 0.0L);

@@ -9,7 +9,8 @@
 namespace tarvex {
 
 // The ranks, from 1, of the values of each column of some tables. Equal values take successive ranks in row order.
-// Memory is 4 bytes a value.
+// Memory is 4 bytes a value, and while
+// columns are added 8 more for those of one a core.
 class RankColumns {
  public:
   // Appends the columns of `table`; false when one can't be read, there isn't enough memory, or when stopped.

@@ -10,9 +10,9 @@
 namespace tarvex {
 namespace {
 
-constexpr std::int32_t kBlockRows = 1024;     // cells that are turned into values together
-constexpr std::int32_t kCellsAReport = 4096;  // some milliseconds where an inverse is searched
-constexpr double kValuesShare = 0.9;          // the statistics take the rest of the time
+constexpr std::int32_t kCellsAReport =
+    4096;                             // turned into values together; some milliseconds where an inverse is searched
+constexpr double kValuesShare = 0.9;  // the statistics take the rest of the time
 
 }  // namespace
 
@@ -61,7 +61,7 @@ bool PrepConfiguration::finishGeneration(const Progress& progress) {
   return true;
 }
 
-// Turns the cells of the factor from the run `nextRow_` to before `endRow` into factor values.
+// Turns the cells of the factor from the run `nextRow_` to before `endRow`, kCellsAReport at most, into factor values.
 bool PrepConfiguration::passCells(std::int32_t factorIndex, std::int32_t endRow) {
   Factor& factor = factors.factor(factorIndex);
   if (factor.isConstant()) return true;
@@ -73,17 +73,15 @@ bool PrepConfiguration::passCells(std::int32_t factorIndex, std::int32_t endRow)
   if (refused)
     return fail("I cannot calculate the inverse cumulative of factor " + std::to_string(nextFactor_ + 1) +
                 " : generation aborted");
-  std::array<double, kBlockRows> block;
-  for (std::int32_t first = nextRow_; first < endRow; first += kBlockRows) {
-    const std::int32_t count = std::min(kBlockRows, endRow - first);
-    for (std::int32_t i = 0; i < count; ++i)
-      if (!samples.getColumnValue(first + i, factorIndex, block[static_cast<std::size_t>(i)]))
-        return fail(samples.errorText());
-    distribution->values(block.data(), block.data(), static_cast<std::size_t>(count));
-    for (std::int32_t i = 0; i < count; ++i)
-      if (!samples.setColumnValue(first + i, factorIndex, block[static_cast<std::size_t>(i)]))
-        return fail(samples.errorText());
-  }
+  std::array<double, kCellsAReport> block;
+  const std::size_t count = static_cast<std::size_t>(endRow - nextRow_);
+  for (std::size_t i = 0; i < count; ++i)
+    if (!samples.getColumnValue(nextRow_ + static_cast<std::int32_t>(i), factorIndex, block[i]))
+      return fail(samples.errorText());
+  distribution->values(block.data(), block.data(), count);
+  for (std::size_t i = 0; i < count; ++i)
+    if (!samples.setColumnValue(nextRow_ + static_cast<std::int32_t>(i), factorIndex, block[i]))
+      return fail(samples.errorText());
   return true;
 }
 

@@ -226,6 +226,30 @@ TEST_F(Batch, showsWhatFilesHold) {
 }
 
 // The exports hold every number of the statistics, at full precision and under the same names.
+TEST_F(Batch, theNumberOfThreadsChangesNothing) {
+  const std::vector<Words> designs = {{"latin", "--runs", "30000"},
+                                      {"random", "--runs", "30000", "--by", "factor"},
+                                      {"fast", "--mode", "extended", "--runs", "40000"}};
+  for (const Words& design : designs) {
+    std::string before;
+    for (const char* threads : {"1", "2", "5"}) {
+      Words sample = {"sample", golden("mixed.fac"), "-o", out("a.sam"), "--threads", threads, "--method"};
+      sample.insert(sample.end(), design.begin(), design.end());
+      const Words model = {"run",       out("a.sam"), "-o",      out("a.spc"),
+                           "--threads", threads,      "--model", golden("mixed.imd")};
+      const Words analysis = {"analyse", out("a.spc"), "-o", out("b.spc"), "--threads", threads};
+      std::string files;
+      for (const Words& words : {sample, model, analysis}) {
+        const Outcome outcome = run(words);
+        ASSERT_EQ(outcome.status, kSucceeded) << outcome.errors;
+        files += test::readFile(words[3]);
+      }
+      EXPECT_TRUE(before.empty() || files == before) << design[0] << " with " << threads << " threads";
+      before = files;
+    }
+  }
+}
+
 TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
   const Outcome outcome = run({"analyse", golden("plant-run.spc"), "-o", out("a.spc"), "--csv", out("a.csv"), "--json",
                                out("a.json"), "--variable", "power", "--variable", "power / fixed"});
