@@ -26,12 +26,23 @@ END
 chmod +x model
 before=$(ls -A)
 
-# stops SIGNAL WAIT COMMAND...: the signal comes WAIT seconds after the start.
+# Until the program hears signals; before, one would end it as it ends any program, or be ignored with the shell's own.
+hears() {
+  local caught
+  for _ in {1..400}; do
+    caught=$(awk '/^SigCgt/ { print $2 }' "/proc/$1/status" 2> /dev/null)
+    if ((0x${caught:-0} & 0x4000)); then return; fi
+    sleep 0.02
+  done
+}
+
+# stops SIGNAL WAIT COMMAND...: the signal comes WAIT seconds after the program hears it.
 stops() {
   local signal=$1 wait=$2 start status
   shift 2
   "$batch" "$@" > ../out 2> ../errors &
   local pid=$!
+  hears "$pid"
   sleep "$wait"
   start=$(date +%s%N)
   kill "-$signal" "$pid" 2> ../kill || fault "$*: ended by itself: $(cat ../out ../errors)"
