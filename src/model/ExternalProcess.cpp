@@ -162,7 +162,7 @@ bool ExternalProcess::start(const Start& start) {
   return true;
 }
 
-void ExternalProcess::wait(milliseconds time) {
+bool ExternalProcess::wait(milliseconds time) {
   const auto end = steady_clock::now() + time;
   int found = 0;
   do {
@@ -172,6 +172,7 @@ void ExternalProcess::wait(milliseconds time) {
     pollfd ended{watch_, POLLIN, 0};
     found = ::poll(&ended, 1, static_cast<int>(std::clamp(rest, milliseconds(0), kLogSlice).count()));
   } while (found == 0 && steady_clock::now() < end);
+  return found > 0;
 }
 
 ExternalProcess::State ExternalProcess::poll() {

@@ -39,8 +39,9 @@ class ExternalProcess {
   // The log that was made; empty: none. Its name differs from logFile where that is somebody else's file.
   const std::string& logPath() const { return log_.path(); }
 
-  // Sleeps for the time given, or until the process ends or a signal comes.
-  void wait(std::chrono::milliseconds time);
+  // Sleeps for the time given, or until the process ends or a signal comes. True when the process is known to have
+  // ended.
+  bool wait(std::chrono::milliseconds time);
 
   // Looks, without waiting, whether the process has ended. Lost: the system knows no such child any more.
   State poll();
