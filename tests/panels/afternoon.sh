@@ -98,7 +98,9 @@ recount() { keys=0 clicks=0; }
 
 # a: a new study. The program starts in an empty project.
 start '^Tarvex: Simulation'
-echo "start: $took ms until the window has the keyboard"
+awk -v took="$took" '/^VmHWM/ { memory = $2 / 1024 } FILENAME ~ /stat$/ { cpu = ($14 + $15) * 10 }
+  END { printf "start: %d ms until the window has the keyboard, %d ms of the processor, %d MB\n", took, cpu, memory }' \
+  "/proc/$program/status" "/proc/$program/stat"
 counted "task a"
 over "clicks and keys of task a" $((clicks + keys)) 0
 window=$(xdotool getactivewindow)
