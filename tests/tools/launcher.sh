@@ -8,7 +8,7 @@ faults=0
 fault() { echo "FAILED: $*"; faults=$((faults + 1)); }
 
 # A program that says where it was started and with what.
-installed=$dir/share/tarvex
+installed="$dir/s h/tarvex"
 mkdir -p "$installed/Demo" "$installed/Tarvex" "$dir/a b"
 echo first > "$installed/Demo/one.dem"
 echo first > "$installed/Tarvex/gone.ui"
