@@ -1,6 +1,7 @@
 #include "toolkit/Panel.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -39,7 +40,6 @@ Panel::Panel(const Display& display, const QString& file, const QString& name, c
   setTitle(title);
   restorePlace();
   window_->installEventFilter(this);
-  showBitmaps();
 }
 
 Panel::~Panel() {
@@ -80,6 +80,7 @@ QWidget* Panel::hiddenParent() {
 void Panel::registerCallbacks(std::vector<PanelCallback> table) {
   for (PanelCallback& callback : table) callbacks_[QLatin1String(callback.name)] = std::move(callback.run);
   connectGadgets();
+  showBitmaps();
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) bindKey(key, [this] { enter(); });
 }
 
@@ -87,6 +88,10 @@ void Panel::registerCallbacks(std::vector<PanelCallback> table) {
 void Panel::enter() {
   QWidget* const focus = window_->focusWidget();
   if (auto* const button = qobject_cast<QPushButton*>(focus)) return button->click();
+  // In a cell's editor Enter takes what was typed.
+  for (QWidget* above = focus != nullptr ? focus->parentWidget() : nullptr; above != nullptr;
+       above = above->parentWidget())
+    if (auto* const view = qobject_cast<QAbstractItemView*>(above)) return view->setFocus();
   const QString twice = focus != nullptr ? focus->property("doubleCallback").toString() : QString();
   if (!twice.isEmpty()) return call(twice);
   for (auto* const button : window_->findChildren<QPushButton*>())

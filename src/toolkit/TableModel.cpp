@@ -1,5 +1,8 @@
 #include "toolkit/TableModel.h"
 
+#include <QApplication>
+#include <QIcon>
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -29,9 +32,19 @@ void sortRows(std::vector<int>& rows, const std::vector<Key>& keys, bool ascendi
 void TableModel::setSource(std::shared_ptr<const TableSource> source) {
   beginResetModel();
   source_ = std::move(source);
+  editable_.reset();
   order_.clear();
   chosen_ = false;
   endResetModel();
+}
+
+void TableModel::setEditable(std::shared_ptr<EditableTableSource> source) {
+  setSource(source);
+  editable_ = std::move(source);
+}
+
+void TableModel::sourceChanged() {
+  showAllRows();
 }
 
 void TableModel::setRows(std::vector<int> rows) {
@@ -74,14 +87,43 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || source_ == nullptr) return {};
-  if (role == Qt::DisplayRole) return source_->text(sourceRow(index.row()), index.column());
+  if (role == Qt::DisplayRole || role == Qt::EditRole) return source_->text(sourceRow(index.row()), index.column());
   if (role == Qt::TextAlignmentRole)
     return QVariant(Qt::AlignVCenter | (source_->isNumeric(index.column()) ? Qt::AlignRight : Qt::AlignLeft));
-  return {};
+  if (editable_ == nullptr || (role != Qt::ToolTipRole && role != Qt::DecorationRole)) return {};
+  const QString wrong = editable_->problem(sourceRow(index.row()), index.column());
+  if (wrong.isEmpty()) return {};
+  return role == Qt::ToolTipRole ? QVariant(wrong)
+                                 : QVariant(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning));
+}
+
+Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags usual = QAbstractTableModel::flags(index);
+  if (!index.isValid() || editable_ == nullptr) return usual;
+  return editable_->isEditable(sourceRow(index.row()), index.column()) ? usual | Qt::ItemIsEditable : usual;
+}
+
+bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (!index.isValid() || editable_ == nullptr || role != Qt::EditRole) return false;
+  const int row = sourceRow(index.row());
+  const QString typed = value.toString();
+  if (typed == editable_->text(row, index.column())) return true;
+  const QString why = editable_->setText(row, index.column(), typed);
+  Q_EMIT refused(why);
+  if (!why.isEmpty()) return false;
+  // One text may change what others of its row say.
+  Q_EMIT dataChanged(this->index(index.row(), 0), this->index(index.row(), columnCount() - 1));
+  Q_EMIT edited();
+  return true;
 }
 
 QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (role != Qt::DisplayRole || source_ == nullptr) return {};
+  if (source_ == nullptr) return {};
+  if (role == Qt::ToolTipRole && orientation == Qt::Horizontal) {
+    const QString meaning = source_->headerToolTip(section);
+    return meaning.isEmpty() ? QVariant() : meaning;
+  }
+  if (role != Qt::DisplayRole) return {};
   if (orientation == Qt::Horizontal) return source_->header(section);
   return section < rowCount() ? sourceRow(section) + 1 : QVariant();
 }

@@ -11,11 +11,18 @@ namespace tarvex {
 // A source behind Qt's tables, with an order and a choice of rows of its own: sorting a million rows takes half a
 // second and eight megabytes, and the source stays as it is.
 class TableModel : public QAbstractTableModel {
+  Q_OBJECT
+
  public:
   explicit TableModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
 
   // Shows all rows of the source in its order. Null: an empty table.
   void setSource(std::shared_ptr<const TableSource> source);
+  // The same for one that the user changes.
+  void setEditable(std::shared_ptr<EditableTableSource> source);
+  EditableTableSource* editable() const { return editable_.get(); }
+  // The source has other rows or texts than before.
+  void sourceChanged();
   const TableSource* source() const { return source_.get(); }
   // Shows these rows of the source alone; an empty choice shows none.
   void setRows(std::vector<int> rows);
@@ -31,12 +38,23 @@ class TableModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   void sort(int column, Qt::SortOrder order) override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+  // All rows are shown, in the source's order.
+  bool isWhole() const { return !chosen_ && order_.empty(); }
+
+ Q_SIGNALS:
+  // The user changed the source.
+  void edited();
+  // Why the source didn't take what was typed; empty after it took something.
+  void refused(const QString& why);
 
  private:
-  bool isWhole() const { return !chosen_ && order_.empty(); }
   void fillOrder();
 
   std::shared_ptr<const TableSource> source_;
+  std::shared_ptr<EditableTableSource> editable_;  // the source, if it can be changed
   std::vector<int> order_;  // rows of the source as they are shown; empty while all stand in their own order
   bool chosen_ = false;     // order_ is a choice, which may be empty
 };

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
+#include <vector>
 
 namespace tarvex {
 
@@ -13,11 +15,32 @@ class TableSource {
   virtual int rows() const = 0;
   virtual int columns() const = 0;
   virtual QString header(int column) const = 0;
+  // What a column means; empty: its name says all.
+  virtual QString headerToolTip(int /*column*/) const { return {}; }
   virtual QString text(int row, int column) const = 0;
   // Numbers stand to the right and are sorted as numbers.
   virtual bool isNumeric(int /*column*/) const { return true; }
   // The value that rows are sorted by. Requires: a numeric column. Not-a-numbers sort last.
   virtual double number(int row, int column) const = 0;
+};
+
+// A table that a user changes. Every change is asked of the source, which takes it or says why not in a sentence; it
+// may as well take what is not right yet, and say so in problem().
+class EditableTableSource : public TableSource {
+ public:
+  virtual bool isEditable(int /*row*/, int /*column*/) const { return true; }
+  // Takes what was typed. Empty: taken; else why not, and nothing has changed.
+  [[nodiscard]] virtual QString setText(int row, int column, const QString& text) = 0;
+  // What is wrong with a cell as it is; empty: nothing.
+  virtual QString problem(int /*row*/, int /*column*/) const { return {}; }
+  // One more row at the end, of which pasted text needs some. False where rows can't be added.
+  [[nodiscard]] virtual bool appendRow() { return false; }
+  // Whether rows can be put into another order; moveRow() does it: row `from` then stands at `to`.
+  virtual bool canMoveRows() const { return false; }
+  [[nodiscard]] virtual bool moveRow(int /*from*/, int /*to*/) { return false; }
+  // Takes a block of texts whose first stands at (row, column), as a spreadsheet copies it. As it is, the source takes
+  // text by text up to the first that it refuses, and the answer says which; one that can takes all or nothing.
+  [[nodiscard]] virtual QString setBlock(int row, int column, const std::vector<QStringList>& block);
 };
 
 }  // namespace tarvex

@@ -7,6 +7,8 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPainter>
+#include <QSignalBlocker>
+#include <algorithm>
 #include <utility>
 
 namespace tarvex {
@@ -30,6 +32,10 @@ TableView::TableView(QWidget* parent) : QTableView(parent), search_(new QLineEdi
   setAlternatingRowColors(true);
   setWordWrap(false);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) { turnOrder(column); });
+  connect(verticalHeader(), &QHeaderView::sectionMoved, this,
+          [this](int, int from, int to) { followHeader(from, to); });
+  connect(&model_, &TableModel::edited, this, &TableView::edited);
+  connect(&model_, &TableModel::refused, this, &TableView::refused);
   search_->setObjectName("tableSearch");
   search_->setPlaceholderText("Find");
   search_->setAccessibleName("Find in the table");
@@ -42,6 +48,16 @@ void TableView::setSource(std::shared_ptr<const TableSource> source) {
   sortedColumn_ = -1;
   horizontalHeader()->setSortIndicatorShown(false);
   model_.setSource(std::move(source));
+  verticalHeader()->setSectionsMovable(false);
+}
+
+void TableView::setEditable(std::shared_ptr<EditableTableSource> source) {
+  setSource(nullptr);
+  const bool movable = source != nullptr && source->canMoveRows();
+  model_.setEditable(std::move(source));
+  verticalHeader()->setSectionsMovable(movable);
+  setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                  QAbstractItemView::AnyKeyPressed);
 }
 
 void TableView::setEmptyText(const QString& text) {
@@ -116,6 +132,50 @@ void TableView::copy() {
   QApplication::clipboard()->setMimeData(copied);
 }
 
+// Lines of fields with tabs between them; a first line that is our own header, as copy() writes it, is passed over.
+void TableView::paste() {
+  EditableTableSource* const source = model_.editable();
+  if (source == nullptr) return;
+  const QModelIndex at = currentIndex();
+  const int column = at.isValid() ? at.column() : 0;
+  std::vector<QStringList> block;
+  for (QString line : QApplication::clipboard()->text().split('\n')) {
+    if (line.endsWith('\r')) line.chop(1);
+    block.push_back(line.split('\t'));
+  }
+  while (!block.empty() && block.back() == QStringList{QString()}) block.pop_back();
+  QStringList names;
+  for (int i = column; i < source->columns() && !block.empty() && names.size() < block.front().size(); ++i)
+    names << source->header(i);
+  if (!block.empty() && names == block.front()) block.erase(block.begin());
+  if (block.empty()) return;
+  if (!model_.isWhole()) return Q_EMIT refused("Show the rows in their own order before you paste.");
+  const int row = at.isValid() ? at.row() : source->rows();
+  const QString why = source->setBlock(row, column, block);
+  model_.sourceChanged();
+  setCurrentIndex(model_.index(std::min(row, model_.rowCount() - 1), column));
+  Q_EMIT refused(why);
+  Q_EMIT edited();
+}
+
+void TableView::moveRow(int from, int to) {
+  EditableTableSource* const source = model_.editable();
+  if (source == nullptr || !source->canMoveRows() || to < 0 || to >= source->rows()) return;
+  if (!model_.isWhole()) return Q_EMIT refused("Show the rows in their own order before you move one.");
+  const int column = std::max(currentIndex().column(), 0);
+  if (!source->moveRow(from, to)) return;
+  model_.sourceChanged();
+  setCurrentIndex(model_.index(to, column));
+  Q_EMIT edited();
+}
+
+// The header shows rows in another order; instead, the source takes that order, and the header goes back to its own.
+void TableView::followHeader(int from, int to) {
+  const QSignalBlocker quiet(verticalHeader());
+  verticalHeader()->moveSection(to, from);
+  moveRow(from, to);
+}
+
 void TableView::openSearch() {
   search_->show();
   search_->raise();
@@ -133,6 +193,10 @@ void TableView::findNext() {
 void TableView::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return copy();
   if (event->matches(QKeySequence::Find)) return openSearch();
+  if (event->matches(QKeySequence::Paste)) return paste();
+  const bool up = event->key() == Qt::Key_Up;
+  if (event->modifiers() == Qt::AltModifier && (up || event->key() == Qt::Key_Down) && currentIndex().isValid())
+    return moveRow(currentIndex().row(), currentIndex().row() + (up ? -1 : 1));
   if (event->key() == Qt::Key_Escape && search_->isVisible()) {
     search_->hide();
     return setFocus();

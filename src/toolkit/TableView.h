@@ -19,6 +19,10 @@ class TableView : public QTableView {
   explicit TableView(QWidget* parent = nullptr);
 
   void setSource(std::shared_ptr<const TableSource> source);
+  // A table that the user changes: by typing into a cell (F2 or any key), by Ctrl+V of what a spreadsheet copied, from
+  // the current cell on, and, where the source's rows can be moved, by dragging their numbers or by Alt with up and
+  // down.
+  void setEditable(std::shared_ptr<EditableTableSource> source);
   TableModel& tableModel() { return model_; }
   // A sentence in the place of the rows while there are none.
   void setEmptyText(const QString& text);
@@ -32,6 +36,12 @@ class TableView : public QTableView {
 
   QSize sizeHint() const override;
 
+ Q_SIGNALS:
+  // The user changed the source.
+  void edited();
+  // Why the source didn't take a change, for the panel's message line; empty after it took one.
+  void refused(const QString& why);
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
@@ -39,6 +49,9 @@ class TableView : public QTableView {
 
  private:
   void copy();
+  void paste();
+  void moveRow(int from, int to);
+  void followHeader(int from, int to);
   void openSearch();
   void findNext();
   void turnOrder(int column);
