@@ -222,9 +222,10 @@ bool ChartView::pressBrushKey(const CobwebChart& chart, int key) {
 }
 
 void ChartView::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu(this);
-  fillMenu(menu);
-  menu.exec(event->globalPos());
+  auto* const menu = new QMenu(this);  // gone with the view, also while it is open
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  fillMenu(*menu);
+  menu->popup(event->globalPos());
 }
 
 void ChartView::fillMenu(QMenu& menu) {
