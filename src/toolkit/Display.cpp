@@ -54,20 +54,33 @@ QString Display::findBitmap(const QString& name) const {
 
 QPixmap Display::bitmap(const QString& name) const {
   const QString path = findBitmap(name);
-  return path.isEmpty() ? QPixmap() : QPixmap(path);
+  if (!path.endsWith(".svg")) return path.isEmpty() ? QPixmap() : QPixmap(path);
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const qreal ratio = qGuiApp->devicePixelRatio();
+  QByteArray drawing = file.readAll();
+  drawing.replace("currentColor", QGuiApplication::palette().color(QPalette::WindowText).name().toLatin1());
+  QBuffer buffer(&drawing);
+  QImageReader reader(&buffer, "svg");
+  reader.setScaledSize(reader.size() * ratio);
+  QPixmap pixmap = QPixmap::fromImageReader(&reader);
+  pixmap.setDevicePixelRatio(ratio);
+  return pixmap;
 }
 
 QIcon Display::icon(const QString& name) const {
   const QString path = findBitmap(name);
   if (!path.endsWith(".svg")) return path.isEmpty() ? QIcon() : QIcon(path);
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  const QByteArray drawing = file.readAll();
-  QIcon icon;
   const QPalette palette = QGuiApplication::palette();
+  const QColor usual = palette.color(QPalette::Active, QPalette::ButtonText);
+  const QColor weak = palette.color(QPalette::Disabled, QPalette::ButtonText);
+  QIcon& icon = icons_[path + ' ' + usual.name() + ' ' + weak.name()];
+  QFile file(path);
+  if (!icon.isNull() || !file.open(QIODevice::ReadOnly)) return icon;
+  const QByteArray drawing = file.readAll();
   for (const int pixels : kIconSizes) {
-    icon.addPixmap(drawn(drawing, palette.color(QPalette::Active, QPalette::ButtonText), pixels), QIcon::Normal);
-    icon.addPixmap(drawn(drawing, palette.color(QPalette::Disabled, QPalette::ButtonText), pixels), QIcon::Disabled);
+    icon.addPixmap(drawn(drawing, usual, pixels), QIcon::Normal);
+    icon.addPixmap(drawn(drawing, weak, pixels), QIcon::Disabled);
   }
   return icon;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QIcon>
 #include <QPixmap>
 #include <QString>
@@ -23,6 +24,7 @@ class Display {
   // A name that ends in .bmp or .gif is served by the .svg or .png of the same stem when there is one. Empty when no
   // directory has a picture of the name, and when the file is none.
   QString findBitmap(const QString& name) const;
+  // Drawings are as sharp as the screen, with "currentColor" as the colour of texts.
   QPixmap bitmap(const QString& name) const;
   // For buttons and labels: drawings in "currentColor" take the colour of the application's texts, so that one set
   // serves light and dark, and are weak where a gadget is insensitive.
@@ -35,6 +37,7 @@ class Display {
 
  private:
   QStringList directories_;
+  mutable QHash<QString, QIcon> icons_;  // that have been drawn, by file and colours
   std::shared_ptr<QSettings> kept_;
 };
 

@@ -1,8 +1,11 @@
 #include "toolkit/Theme.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace tarvex {
 namespace {
@@ -43,6 +46,42 @@ QPalette paletteOf(const Surfaces& surfaces, bool dark) {
   return palette;
 }
 
+// Fusion draws outlines and grids darker than the surface, which on dark ones can't be seen.
+class PanelStyle : public QProxyStyle {
+ public:
+  PanelStyle() : QProxyStyle(QStyleFactory::create("Fusion")) {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_FrameLineEdit || element == PE_Frame) outline(*option, *painter);
+  }
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_ProgressBarGroove) outline(*option, *painter);
+  }
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_Table_GridLineColor && option != nullptr && isDark(option->palette))
+      return static_cast<int>(option->palette.color(QPalette::Mid).rgb());
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+
+ private:
+  static void outline(const QStyleOption& option, QPainter& painter) {
+    if (!isDark(option.palette)) return;
+    constexpr double kCorner = 2.0;
+    const bool active = option.state.testFlag(State_HasFocus);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(option.palette.color(active ? QPalette::Highlight : QPalette::Mid));
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
+    painter.restore();
+  }
+};
+
 }  // namespace
 
 bool isDark(const QPalette& palette) {
@@ -55,7 +94,7 @@ QColor accentColour(bool dark) {
 
 void applyTheme() {
   const bool dark = isDark(QApplication::palette());
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new PanelStyle);
   QApplication::setPalette(paletteOf(dark ? kDark : kLight, dark));
 }
 

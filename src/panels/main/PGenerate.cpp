@@ -5,6 +5,7 @@
 #include <QProgressBar>
 
 #include "panels/main/durationText.h"
+#include "toolkit/chartText.h"
 
 namespace tarvex {
 
@@ -34,7 +35,9 @@ void PGenerate::setPercentage(double value) {
   gadget<QProgressBar>("RgPercentage")->setValue(percent);
   const double elapsed = static_cast<double>(since_.elapsed()) / 1000.0;
   QString rate = "Elapsed " + durationText(elapsed);
-  if (rows_ > 0) rate.prepend(QString("%1 of %2 runs, ").arg(static_cast<qint64>(value / 100.0 * rows_)).arg(rows_));
+  if (rows_ > 0)
+    rate = groupedNumber(static_cast<qint64>(value / 100.0 * rows_)) + " of " + groupedNumber(rows_) +
+           " runs, elapsed " + durationText(elapsed);
   if (value > 0.0) rate += ", remaining " + durationText(elapsed * (100.0 - value) / value);
   gadget<QLabel>("MlRate")->setText(rate);
 }

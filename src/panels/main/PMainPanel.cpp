@@ -69,6 +69,13 @@ PMainPanel::PMainPanel(const Display& display, const QString& name, const QStrin
                      {"undo", [this] { undo(); }},
                      {"redo", [this] { redo(); }}});
   for (QMenu* const menu : window()->findChildren<QMenu*>()) menu->setToolTipsVisible(true);
+  // What comes and goes with the stage keeps its place, so that nothing else moves.
+  for (const char* const gadgetName : {"BGenerate", "BVisualize", "IcArrow1", "IcArrow2"}) {
+    auto* const passing = gadget<QWidget>(gadgetName);
+    QSizePolicy policy = passing->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    passing->setSizePolicy(policy);
+  }
   recent_ = std::make_unique<RecentFiles>(display, *gadget<QMenu>("MnRecent"),
                                           [this](const QString& path) { openFile(path); });
   guard_ = std::make_unique<ProjectGuard>(
