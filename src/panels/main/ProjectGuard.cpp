@@ -57,8 +57,21 @@ void ProjectGuard::follow(Changes changes) {
     dirty_ = dirty_ || changes.contains(change);
   if (controller_.busy()) return;
   if (nameOf(controller_) != name_) followName();
-  if (!controller_.modified() && copy_.exists()) copy_.remove();
+  if (controller_.modified()) unsaved_ = false;
+  if (!controller_.modified() && !saving_ && !unsaved_ && copy_.exists()) copy_.remove();
   plan();
+}
+
+void ProjectGuard::beginSave() {
+  saving_ = controller_.modified();
+}
+
+void ProjectGuard::endSave(bool saved) {
+  if (!std::exchange(saving_, false) || controller_.modified()) return;
+  unsaved_ = !saved;
+  if (saved) return copy_.remove();
+  std::string problem;  // has been told: the disk is that of the save
+  if (dirty_ && copy_.isHeld()) dirty_ = !controller_.saveCopy(copy_.path().toStdString(), problem);
 }
 
 void ProjectGuard::plan() {
@@ -76,7 +89,10 @@ void ProjectGuard::onTimer() {
 
 void ProjectGuard::followName() {
   name_ = nameOf(controller_);
-  copy_.remove();
+  if (!saving_) {
+    copy_.remove();
+    unsaved_ = false;
+  }
   dirty_ = true;
   told_ = false;
   const QString holder = name_.isEmpty() ? QString() : SafeCopy::holder(name_);
@@ -127,7 +143,7 @@ void ProjectGuard::leave(bool keepCopy) {
   subscription_.reset();
   if (keepCopy)
     saveNow();
-  else
+  else if (!unsaved_)
     copy_.remove();
   copy_.release();
 }

@@ -32,6 +32,10 @@ class ProjectGuard {
   void offerRecovery();
   // The copy is written if there is something to keep that it doesn't have yet. Not while the project is in work.
   void saveNow();
+  // Around a save: one that failed leaves the project without the mark of unsaved changes, and so the copy stays, also
+  // after the end, until a save succeeds or another change is kept.
+  void beginSave();
+  void endSave(bool saved);
   // The program ends: no copy remains, since the user has saved or given up; or it does.
   void leave(bool keepCopy);
 
@@ -52,7 +56,9 @@ class ProjectGuard {
   bool dirty_ = false;  // the copy is older than the project
   Milliseconds pause_;  // without a change, after which a copy is made
   bool told_ = false;   // the user, that no copy can be written
-  QString opening_;     // the project that is being opened, with what was left of it
+  bool saving_ = false;
+  bool unsaved_ = false;  // the last save failed, and nothing has changed since
+  QString opening_;       // the project that is being opened, with what was left of it
   ChangeNotifier::Subscription subscription_;
   QElapsedTimer since_;  // the first change that the copy doesn't have
   QTimer timer_;
