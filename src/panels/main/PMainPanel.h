@@ -29,7 +29,8 @@ class PMainPanel : public Panel {
 
   // What Tarvex.ini asks for. Once, before the panel is shown.
   void readLaunchRequest();
-  // Opens a file by what it is: a project, a sample, results, a model of equations; any other is an external sample.
+  // Opens a file by what it is: a project, a sample, results, factors, a model of equations; any other is an external
+  // sample.
   void openFile(const QString& path);
   // Offers what a program left that died: of a project without a name, and of the projects of late.
   void offerRecovery();
@@ -82,6 +83,7 @@ class PMainPanel : public Panel {
   void loadResults(const QString& path);
   void loadProject(const QString& path);
   void loadModel(const QString& path);
+  void loadFactors(const QString& path);
   void showProject();
   void fileOpened(const QString& path);
   bool applyPrep(const PrepSettings& settings);

@@ -1,5 +1,6 @@
 // Files of all kinds: by menu, argument, drop, launch request and demonstration case.
 
+#include <QDir>
 #include <QDragEnterEvent>
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +12,7 @@
 #include "app/DemoCases.h"
 #include "app/RunController.h"
 #include "base/RememberedDirectories.h"
+#include "factors/FactorFiles.h"
 #include "model/InternalModel.h"
 #include "panels/main/PHelp.h"
 #include "panels/main/PMainPanel.h"
@@ -19,13 +21,14 @@
 namespace tarvex {
 namespace {
 
-enum class FileKind { Project, Sample, Results, Model, ExternalSample };
+enum class FileKind { Project, Sample, Results, Factors, Model, ExternalSample };
 
 // By its suffix, and where that is no one's by its first line.
 FileKind fileKind(const QString& path) {
   const QString suffix = QFileInfo(path).suffix().toLower();
   if (suffix == "sam") return FileKind::Sample;
   if (suffix == "spc" || suffix == "dem") return FileKind::Results;
+  if (suffix == "fac") return FileKind::Factors;
   if (suffix == "imd") return FileKind::Model;
   QFile file(path);
   constexpr qint64 kHeading = 99;  // the longest that a project's reader takes
@@ -143,14 +146,19 @@ void PMainPanel::fileOpened(const QString& path) {
 void PMainPanel::saveCfg() {
   const QString path = choose("Save current configuration", {{"*.psc", "project's files"}, kAllFiles},
                               RememberedDirectories::Prep, window(), FileChoice::Purpose::Save, "psc");
-  if (path.isEmpty() || controller_->saveProjectAs(path.toStdString()) != Outcome::Done) return;
+  if (path.isEmpty()) return;
+  guard_->beginSave();
+  const Outcome saved = controller_->saveProjectAs(path.toStdString());
+  guard_->endSave(saved == Outcome::Done);
+  if (saved != Outcome::Done) return;
   title_ = "Tarvex - " + path;
   recent_->add(path);
   refresh();
 }
 
 void PMainPanel::quickSave() {
-  static_cast<void>(controller_->quickSave());  // the messages have been shown
+  guard_->beginSave();
+  guard_->endSave(controller_->quickSave() == Outcome::Done);  // the messages have been shown
 }
 
 void PMainPanel::resetConfiguration() {
@@ -202,6 +210,28 @@ void PMainPanel::loadModel(const QString& path) {
       acceptModel(std::move(choice), "model " + QFileInfo(path).fileName()));  // the message has been shown
 }
 
+// In the place of the factors in hand; the rest of the configuration stays.
+void PMainPanel::loadFactors(const QString& path) {
+  FactorList factors;
+  std::string message;
+  if (!loadFactorFile(path.toStdString(), factors, message))
+    return Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(message), window());
+  if (const QString against = why(Step::ConfigurePrep); !against.isEmpty()) return say(against);
+  if (controller_->mayEditPrep() != Outcome::Done) return;
+  PrepSettings settings;
+  std::string problem;
+  const ProjectConfiguration& project = controller_->project();
+  if (project.hasPrep && !settings.copyFrom(project.prep, problem)) return say(QString::fromStdString(problem));
+  settings.factors = std::move(factors);
+  const QFileInfo file(path);
+  if (settings.sampleFile.empty())
+    settings.sampleFile = QDir(file.absolutePath()).filePath(file.completeBaseName() + ".sam").toStdString();
+  if (!acceptPrep(std::move(settings), "factors of " + file.fileName())) return;
+  say("Factors of " + path + " loaded");
+  if (!message.empty())
+    Dialogs::current().message(DialogKind::Warning, "Warning", QString::fromStdString(message), window());
+}
+
 void PMainPanel::openFile(const QString& path) {
   if (controller_->busy()) return say("Stop what is in progress before you open " + path + '.');
   switch (fileKind(path)) {
@@ -213,6 +243,9 @@ void PMainPanel::openFile(const QString& path) {
       break;
     case FileKind::Results:
       if (controller_->mayDiscard(Discard::ForProject) == Outcome::Done) loadResults(path);
+      break;
+    case FileKind::Factors:
+      loadFactors(path);
       break;
     case FileKind::Model:
       loadModel(path);

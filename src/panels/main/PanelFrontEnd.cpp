@@ -34,7 +34,9 @@ void PanelFrontEnd::showPanel(Progress& panel) {
 }
 
 void PanelFrontEnd::openProgress(const std::string& title, std::int32_t rows) {
-  generate_ = std::make_unique<PGenerate>(display_, "generation", text(title), rows, parent_);
+  // The system's own names: "generation", "model execution".
+  const QString name = title == "Sample generation" ? "generation" : text(title).toLower();
+  generate_ = std::make_unique<PGenerate>(display_, name, text(title), rows, parent_);
   showPanel(*generate_);
 }
 
