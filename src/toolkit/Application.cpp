@@ -13,7 +13,11 @@ namespace {
 constexpr int kNoDisplay = 255;  // -1 as the shell sees it
 
 void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-  if (type == QtFatalMsg) ::_exit(kNoDisplay);
+  if (type == QtFatalMsg) {
+    const bool starting = QCoreApplication::startingUp();
+    print(starting ? "There is no display on which windows could be shown (DISPLAY, WAYLAND_DISPLAY)." : text);
+    ::_exit(kNoDisplay);
+  }
   if (text.startsWith("QStandardPaths:"))
     return;  // where the session has no runtime directory; nothing of ours needs it
   if (type == QtWarningMsg || type == QtCriticalMsg) print(text);

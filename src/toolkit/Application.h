@@ -8,7 +8,7 @@
 namespace tarvex {
 
 // The program as the desktop sees it. Made once, before any panel. Numbers on panels are written as in files whatever
-// the user's locale is. Without a display the process ends at once with the status 255 and without a word.
+// the user's locale is. Without a display the process ends at once with the status 255 and a line that says so.
 class Application {
  public:
   // `argc` and `argv` must outlive the object, which takes the toolkit's own words out of them.

@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include "panels/MainPanelFixture.h"
+#include "support/FailingCalls.h"
 
 namespace tarvex {
 namespace {
@@ -17,7 +18,8 @@ class MainPanelFiles : public test::MainPanelTest {
   void SetUp() override {
     test::writeFile(file("rows.txt"), "3\n2\na\nb\n1.5 10\n2.5 20\n4 15\n");
     test::writeFile(file("damaged"), "Prep Configuration\n12 rubbish");
-    for (const char* const name : {"damaged.sam", "damaged.spc", "damaged.psc", "damaged.imd"})
+    for (const char* const name :
+         {"damaged.sam", "damaged.spc", "damaged.psc", "damaged.imd", "damaged.fac", "damaged.dem"})
       test::writeFile(file(name), "12 rubbish");
     choose("velsFile", goldenPath("ishigami-run.spc"));
     choose("saveCfg", file("good.psc"));
@@ -94,8 +96,23 @@ TEST_F(MainPanelFiles, EveryLoadByMenuArgumentAndDropTellsOnceOrShowsWhatItLoade
     }
   }
   EXPECT_EQ(title(), "PrepVels - " + file("good.psc") + "[*]");
-  drop(file("damaged.imd"));
-  EXPECT_EQ(takeShown().size(), 1U);
+  for (const char* const name : {"damaged.imd", "damaged.fac", "damaged.dem", "none.fac"}) {
+    const std::string before = description("TeConfiguration") + description("TeExternalConf") + title();
+    drop(file(name));
+    EXPECT_EQ(takeShown().size(), 1U) << name;
+    EXPECT_EQ(description("TeConfiguration") + description("TeExternalConf") + title(), before) << name;
+  }
+  const auto factors = [&] { return controller().project().prep.factors.factorCount(); };
+  const auto had = factors();
+  drop(goldenPath("plant.fac"));
+  EXPECT_NE(factors(), had);
+  EXPECT_TRUE(takeShown().empty());
+  panel_->gadget<QAction>("AUndo")->trigger();
+  EXPECT_EQ(factors(), had);
+  dialogs_.answers = {true};
+  panel_->call("resetConfiguration");
+  drop(goldenPath("plant.fac"));
+  EXPECT_EQ(controller().project().prep.sampleFile, goldenPath("plant.sam"));
   EXPECT_EQ(panel_->gadget<QMenu>("MnRecent")->actions().first()->toolTip().toStdString(), file("good.psc"));
 }
 
@@ -215,6 +232,81 @@ TEST_F(MainPanelFiles, ASecondProgramIsToldAndACopyThatCantBeWrittenStopsNobody)
   panel_->saveCopyNow();
   EXPECT_TRUE(text("MlPrepVels").startsWith("New configuration"));
   EXPECT_TRUE(takeShown().empty());
+}
+
+// A full disk at the copy of what isn't saved: the copy before stays, the user is told once, and saving works again
+// when there is room.
+TEST_F(MainPanelFiles, AFullDiskLeavesTheCopyBeforeAndIsTold) {
+  const auto change = [&](const std::string& executable) {
+    ModelChoice choice;
+    choice.setExternal(executable, file("model.out"), 0);
+    ASSERT_TRUE(panel_->acceptModel(choice, "model"));
+  };
+  choose("loadCfg", file("good.psc"));
+  change("/bin/first");
+  panel_->saveCopyNow();
+  const std::string copy = file(".good.psc.autosave");
+  const std::string before = test::readFile(copy);
+  takeShown();
+  {
+    test::FailingCalls full;
+    full.fail(test::FailingCalls::kWrite, 1);
+    change("/bin/second");
+    panel_->saveCopyNow();
+    EXPECT_TRUE(text("MlPrepVels").startsWith("No copy of unsaved changes can be kept: "));
+    EXPECT_TRUE(text("MlPrepVels").contains("No space left on device")) << text("MlPrepVels").toStdString();
+    EXPECT_EQ(test::readFile(copy), before);
+    EXPECT_TRUE(takeShown().empty());
+    panel_->call("quickSave");
+    EXPECT_EQ(takeShown().size(), 1U);
+    // The flag of unsaved changes is gone with the failed save; the copy isn't.
+    EXPECT_FALSE(controller().modified());
+    EXPECT_EQ(test::readFile(copy), before);
+  }
+  panel_->saveCopyNow();
+  panel_->call("terminate");
+  EXPECT_TRUE(std::filesystem::exists(copy));
+  panel_ = make();
+  dialogs_.answers = {true};
+  choose("loadCfg", file("good.psc"));
+  EXPECT_EQ(controller().project().model.choice.executable, "/bin/first");
+  EXPECT_TRUE(controller().modified());
+  panel_->call("quickSave");
+  EXPECT_FALSE(std::filesystem::exists(copy) || controller().modified());
+}
+
+// Nothing can be kept, no picture is found, and in the end no panel file: the program says so and goes on, or doesn't
+// begin.
+TEST_F(MainPanelFiles, AMainDirectoryThatCantBeWrittenAndMissingFilesAreToldAndNoMore) {
+  panel_.reset();
+  Display bare;
+  std::filesystem::create_directory(file("panels"));
+  for (const auto& entry : std::filesystem::directory_iterator(TARVEX_SHARE "/Tarvex/TarvexPanels"))
+    std::filesystem::copy(entry.path(), std::filesystem::path(file("panels")) / entry.path().filename());
+  bare.appendToSearchPath(QString::fromStdString(file("panels")));
+  bare.keepIn("/proc/none/desktop.ini");
+  {
+    PMainPanel unkept(bare, "PMainPanel", "Tarvex", "/proc/none");
+    EXPECT_TRUE(unkept.show());
+    unkept.openFile(QString::fromStdString(goldenPath("ishigami.sam")));
+    ModelChoice choice;
+    choice.setExternal("/bin/true", file("model.out"), 0);
+    ASSERT_TRUE(unkept.acceptModel(choice, "model"));
+    EXPECT_TRUE(takeShown().empty());
+    unkept.saveCopyNow();
+    EXPECT_EQ(
+        unkept.gadget<QLabel>("MlPrepVels")->text(),
+        "No copy of unsaved changes can be kept: no lock can be made beside the project or in the main directory");
+    EXPECT_FALSE(unkept.gadget<QPushButton>("BStart")->text().isEmpty());
+  }
+  test::writeFile(file("panels/PAbout.ui"), "<ui version=\"4.0\"><widget");
+  PMainPanel whole(bare, "PMainPanel", "Tarvex", directory_.path());
+  whole.call("AboutTarvex");
+  EXPECT_NE(takeShown().at(0).find("PAbout.ui: the file is damaged"), std::string::npos);
+  std::filesystem::remove(file("panels/PMainPanel.ui"));
+  PMainPanel none(bare, "PMainPanel", "Tarvex", directory_.path());
+  EXPECT_FALSE(none.show());
+  EXPECT_NE(takeShown().at(0).find("There is no file PMainPanel.ui in " + file("panels")), std::string::npos);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "panels/MainPanelFixture.h"
+#include "support/ScriptedApplication.h"
 
 namespace tarvex {
 namespace {
@@ -153,6 +154,78 @@ TEST_F(MainPanelState, WhatWasAcceptedIsUndoneAndMadeAgain) {
   EXPECT_FALSE(undo->isEnabled());
 }
 
+// Each message of generation and run, with its title and, of a question, its buttons.
+TEST_F(MainPanelState, WhatCannotBeMadeOrRunIsToldInTheWordsOfTheSystem) {
+  const auto sample = [&] { choose("oldGeneration", goldenPath("ishigami.sam")); };
+  const auto design = [&](std::int32_t runs, const std::string& path) {
+    PrepSettings few = settings();
+    few.sampler->numSamples = runs;
+    few.sampleFile = path;
+    ASSERT_TRUE(panel_->acceptPrep(std::move(few), "runs"));
+    panel_->call("generate");
+  };
+  const auto run = [&](const std::string& script) {
+    if (!script.empty()) test::writeScript(file("model"), script);
+    modelOf(script.empty() ? file("none") : file("model"));
+    panel_->call("start");
+  };
+  test::writeFile(file("rows.txt"), "3\n2\na\nb\n1.5 10\n2.5 20\n4 15\n");
+  sample();
+  source(1);
+  panel_->call("monteCarlo");
+  const struct {
+    const char* what;
+    std::function<void()> act;
+    std::string told;  // its beginning
+  } rows[] = {
+      {"no runs", [&] { design(0, file("a.sam")); }, "Warning:   No samples to generate"},
+      {"no place for the sample", [&] { design(3, "/proc/none/a.sam"); },
+       "Error: Error trying to write to the Sample file.\nIs it locked by another application?"},
+      {"a sample is there",
+       [&] {
+         design(3, file("a.sam"));
+         panel_->call("generate");
+       },
+       "Warning: One sample set already exists.\n Do you want to delete the existing one and create a new one now? "
+       "[Yes/No]"},
+      {"no program", [&] { run(""); },
+       "Error: The model execution process can't be loaded.\nError 2\ncmd: \"" + file("none") + "\" \""},
+      {"a program that fails", [&] { run("exit 3"); }, "Error: Model execution returned with error code"},
+      {"a program that writes nothing", [&] { run("exit 0"); }, "Error: Error reading model output file"},
+      {"other factors than inputs",
+       [&] {
+         choose("importGeneration", file("rows.txt"));
+         takeShown();
+         panel_->openFile(QString::fromStdString(goldenPath("ishigami.imd")));
+         panel_->call("start");
+       },
+       "Error: The number of model inputs differs from the number of factors in the generated sample"},
+      {"an external sample is edited", [&] { panel_->call("configure"); },
+       "External configuration: An external configuration\nhas been loaded and can't be edited,\ndo you want to "
+       "discard "
+       "it? [^Yes/^No]"},
+      {"no such case",
+       [&] {
+         std::filesystem::remove(file("Demo"));
+         dialogs_.answers = {true};
+         panel_->call("linear");
+         EXPECT_EQ(dialogs_.shown.size(), 2U);
+         dialogs_.shown.erase(dialogs_.shown.begin());
+       },
+       "Error initializing demo:   Error reading demo file:\n " + file("Demo/")},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    takeShown();
+    row.act();
+    const Texts shown = takeShown();
+    ASSERT_EQ(shown.size(), 1U) << testing::PrintToString(shown);
+    EXPECT_EQ(shown[0].substr(0, row.told.size()), row.told);
+    EXPECT_FALSE(controller().busy());
+    EXPECT_FALSE(panel_->gadget<QPushButton>("BAnalyse")->isEnabled());
+  }
+}
+
 // Stops each kind of work by the button of its panel; while it goes on, nothing else can be started.
 TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
   test::writeScript(file("slow"), "sleep 20");
@@ -161,9 +234,13 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
     const char* what;
     const char* window;
     const char* line;
+    Texts shown;
     std::function<void()> act;
   } works[] = {
-      {"generation", "generation", "Stopped. There is no sample and no results.",
+      {"generation",
+       "generation",
+       "Stopped. There is no sample and no results.",
+       {},
        [&] {
          PrepSettings large = settings();
          large.sampler->numSamples = 400'000;
@@ -171,7 +248,46 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
          ASSERT_TRUE(panel_->acceptPrep(std::move(large), "runs"));
          panel_->call("generate");
        }},
-      {"executable", "external model execution", "Stopped. The sample is kept; there are no results.",
+      {"equations",
+       "model execution",
+       "Stopped. The sample is kept; there are no results.",
+       {},
+       [&] {
+         PrepSettings many = settings();
+         many.sampler->numSamples = 100'000;
+         ASSERT_TRUE(panel_->acceptPrep(std::move(many), "runs"));
+         ASSERT_EQ(controller().generateSample(), Outcome::Done);
+         panel_->openFile(QString::fromStdString(goldenPath("ishigami.imd")));
+         source(1);
+         panel_->call("monteCarlo");
+         clickWhenShown("PLinkFactors", "ok");
+         panel_->call("start");
+       }},
+      {"workbook",
+       "external model execution",
+       "Stopped. The sample is kept; there are no results.",
+       {"Error: Error in the Excel model execution"},
+       [&] {
+         controller().makeSpreadsheetApplication = [](const std::function<bool()>& serve) {
+           auto application = std::make_unique<test::ScriptedApplication>();
+           application->sheets = {{"Outputs"}};
+           application->user = [serve] {
+             while (serve()) continue;
+             return false;
+           };
+           return application;
+         };
+         test::writeFile(file("book.ods"), "a book");
+         ModelChoice choice;
+         choice.setExternal("Excel Application", file("book.ods"), 1);
+         choice.kind = kExternalExecutable;
+         ASSERT_TRUE(panel_->acceptModel(choice, "model"));
+         panel_->call("start");
+       }},
+      {"executable",
+       "external model execution",
+       "Stopped. The sample is kept; there are no results.",
+       {"Open preprocessed file: open *.sam *"},
        [&] {
          choose("oldGeneration", goldenPath("ishigami.sam"));
          source(1);
@@ -207,7 +323,7 @@ TEST_F(MainPanelState, WorkIsStoppedByItsPanelAndTwiceIsNeverStarted) {
     EXPECT_FALSE(controller().busy());
     EXPECT_EQ(text("MlPrepVels").toStdString(), work.line);
     EXPECT_FALSE(panel_->gadget<QPushButton>("BAnalyse")->isEnabled());
-    EXPECT_EQ(takeShown(), Texts(what == "executable" ? 1 : 0, "Open preprocessed file: open *.sam *"));
+    EXPECT_EQ(takeShown(), work.shown);
   }
   EXPECT_EQ(controller().project().model.results.runCount(), 0);
 }

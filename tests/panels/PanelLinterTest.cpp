@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -73,6 +74,11 @@ bool isControl(const QWidget* widget) {
 
 bool isOwn(const QWidget* widget) {
   return !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_");
+}
+
+bool isSeparator(const QObject* object) {
+  const auto* const action = qobject_cast<const QAction*>(object);
+  return action != nullptr && action->isSeparator();
 }
 
 // The letter behind '&', or none.
@@ -213,6 +219,34 @@ TEST_F(PanelLinter, NoTextIsCutAndNoPanelIsTooLarge) {
     }
   }
   QApplication::setFont(usual);
+}
+
+// What a reader of the screen is told. A list box gives its current text as its name: it
+// needs a label of its own.
+TEST_F(PanelLinter, NoControlIsNamelessForThoseWhoDontSeeIt) {
+  static const std::set<QAccessible::Role> kControls = {
+      QAccessible::PushButton,   QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::ComboBox,
+      QAccessible::EditableText, QAccessible::List,     QAccessible::Table,       QAccessible::Tree,
+      QAccessible::SpinBox,      QAccessible::Slider,   QAccessible::ProgressBar, QAccessible::MenuItem,
+      QAccessible::PageTab,      QAccessible::Chart};
+  const std::function<void(QAccessibleInterface*)> walk = [&](QAccessibleInterface* access) {
+    if (access == nullptr || !access->isValid()) return;
+    const auto* const widget = qobject_cast<const QWidget*>(access->object());
+    const bool whole = widget == nullptr || isOwn(widget);  // not the parts that Qt makes of a control
+    const QString name = access->text(QAccessible::Name);
+    const auto* const combo = qobject_cast<const QComboBox*>(access->object());
+    if (whole && kControls.count(access->role()) > 0 && !access->state().invisible) {
+      const QString object = access->object() != nullptr ? access->object()->objectName() : QString();
+      EXPECT_FALSE(name.isEmpty() && !isSeparator(access->object()))
+          << object.toStdString() << ", role " << access->role();
+      EXPECT_FALSE(combo != nullptr && name == combo->currentText() && access->relations(QAccessible::Label).isEmpty())
+          << object.toStdString();
+    }
+    const bool hasItems = access->role() == QAccessible::List || access->role() == QAccessible::Table ||
+                          access->role() == QAccessible::Tree;
+    for (int i = 0; !hasItems && i < access->childCount(); ++i) walk(access->child(i));
+  };
+  eachPanel([&](const QString&, QWidget& window) { walk(QAccessible::queryAccessibleInterface(&window)); });
 }
 
 TEST_F(PanelLinter, NoPanelHasColoursOfItsOwn) {
