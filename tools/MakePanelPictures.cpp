@@ -1,7 +1,13 @@
 // Draws every panel as it looks at work: make-panel-pictures MAIN STUDY.spc MODEL.imd DIRECTORY SUFFIX [dark]
+// The log that is shown is model.log of the current directory.
 #include <QApplication>
+#include <QFile>
 #include <QFont>
+#include <QHash>
+#include <QImage>
+#include <QList>
 #include <QPalette>
+#include <QTextStream>
 #include <QWidget>
 #include <cstdio>
 #include <cstring>
@@ -25,6 +31,51 @@ constexpr int kFontPixels = 12;
 constexpr double kSomeWay = 42.0;  // percent
 constexpr int kRuns = 10'000;
 
+// Small files: as a table of colours where there are few enough, and without transparency.
+QImage smallest(const QImage& image) {
+  constexpr std::size_t kMostIndexed = 256;
+  QList<QRgb> table;
+  QHash<QRgb, int> places;
+  QImage indexed(image.size(), QImage::Format_Indexed8);
+  indexed.setDevicePixelRatio(image.devicePixelRatio());
+  for (int y = 0; y < image.height(); ++y) {
+    uchar* const line = indexed.scanLine(y);
+    for (int x = 0; x < image.width(); ++x) {
+      const QRgb colour = image.pixel(x, y) | 0xff000000U;
+      auto found = places.find(colour);
+      if (found == places.end()) {
+        if (static_cast<std::size_t>(table.size()) == kMostIndexed) return image.convertToFormat(QImage::Format_RGB888);
+        found = places.insert(colour, static_cast<int>(table.size()));
+        table.append(colour);
+      }
+      line[x] = static_cast<uchar>(*found);
+    }
+  }
+  indexed.setColorTable(table);
+  return indexed;
+}
+
+// A line a gadget: class and name, place, text, and whether it can be used.
+QString described(const QWidget& window) {
+  QString text;
+  QTextStream out(&text);
+  const auto line = [&](const QWidget& widget) {
+    if (widget.objectName().isEmpty() || widget.objectName().startsWith("qt_") || !widget.isVisibleTo(&window)) return;
+    const QPoint at = widget.mapTo(&window, QPoint());
+    out << widget.metaObject()->className() << ' ' << widget.objectName() << "  " << at.x() << ',' << at.y() << ' '
+        << widget.width() << 'x' << widget.height() << (widget.isEnabled() ? "" : "  insensitive");
+    for (const char* const property : {"text", "plainText", "currentText", "title", "value"}) {
+      QString said = widget.property(property).toString();
+      if (!said.isEmpty()) out << "  '" << said.section('\n', 0, 0) << '\'';  // what follows may be this machine's
+    }
+    out << '\n';
+  };
+  out << window.windowTitle() << '\n';
+  line(window);
+  for (const QWidget* const widget : window.findChildren<QWidget*>()) line(*widget);
+  return text;
+}
+
 // Saves panels as pictures; says which it couldn't.
 class Pictures {
  public:
@@ -37,15 +88,24 @@ class Pictures {
     }
     Application::drainEvents();
     const QString path = directory_ + '/' + name + suffix_ + ".png";
-    if (!panel.window()->grab().save(path)) {
-      failed_ = true;
-      std::fprintf(stderr, "%s can't be written\n", qPrintable(path));
+    if (!smallest(panel.window()->grab().toImage()).save(path, "PNG", kStrongest)) failedTo(path);
+    if (suffix_ == "-light-1x") {
+      QFile dump(directory_ + '/' + name + ".txt");
+      if (!dump.open(QIODevice::WriteOnly) || dump.write(described(*panel.window()).toUtf8()) < 0)
+        failedTo(dump.fileName());
     }
     panel.hide();
   }
   bool failed() const { return failed_; }
 
  private:
+  static constexpr int kStrongest = 0;  // Qt's word for the smallest file
+
+  void failedTo(const QString& path) {
+    failed_ = true;
+    std::fprintf(stderr, "%s can't be written\n", qPrintable(path));
+  }
+
   QString directory_;
   QString suffix_;
   bool failed_ = false;
@@ -65,7 +125,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   pictures.draw("PGenerate", generate);
   PExternalModel run(display, "External model execution", "/home/user/flood", "/home/user/flood.sam", nullptr);
   pictures.draw("PExternalModel", run);
-  PLogFile log(display, argv[3], nullptr);
+  PLogFile log(display, "model.log", nullptr);
   pictures.draw("PLogFile", log);
   PHelp help(display, "Help - Ishigami", "Ishigami model description", "../help/Ishigami.bmp", nullptr);
   pictures.draw("PHelp", help);
@@ -91,6 +151,7 @@ int main(int argc, char** argv) {
   QFont font("DejaVu Sans");
   font.setPixelSize(tarvex::kFontPixels);
   QApplication::setFont(font);
+  QApplication::setCursorFlashTime(0);
   const bool dark = argc > 6 && std::strcmp(argv[6], "dark") == 0;
   QApplication::setPalette(dark ? QPalette(Qt::white, Qt::black, Qt::black, Qt::black, Qt::black, Qt::white, Qt::black)
                                 : QPalette());
