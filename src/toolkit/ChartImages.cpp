@@ -23,16 +23,28 @@ bool sameRanges(const std::vector<VisibleRange>& a, const std::vector<VisibleRan
   });
 }
 
-void mark(RunMarks& runs, std::size_t count, const std::vector<std::uint8_t>& dropped, bool showDropped) {
-  if (!dropped.empty() && dropped.size() != count) return;
-  runs.dropped = dropped;
-  runs.showDropped = showDropped;
+// Calls visit(marks, count of runs) for each set of runs that the figure shows.
+template <class Visit>
+void visitRuns(Figure& figure, const Visit& visit) {
+  for (Chart& chart : figure.charts) {
+    if (auto* const cobweb = std::get_if<CobwebChart>(&chart)) visit(cobweb->runs, cobweb->runCount());
+    auto* const plane = std::get_if<XyChart>(&chart);
+    if (plane == nullptr) continue;
+    for (XyChart::Layer& layer : plane->layers)
+      if (auto* const points = std::get_if<Points>(&layer))
+        visit(points->runs, std::min(points->x.size(), points->y.size()));
+  }
+}
+
+bool isDark(const Inks& inks) {
+  return inks.page.green < inks.text.green;
 }
 
 }  // namespace
 
 ChartImages::ChartImages(Figure figure) : scene_(std::make_shared<Scene>(Scene{std::move(figure)})) {
   static_assert(kLayers == std::tuple_size_v<decltype(layers_)>);
+  visitRuns(scene_->figure, [this](const RunMarks& runs, std::size_t) { droppedColour_ = runs.droppedColour; });
 }
 
 ChartImages::Scene& ChartImages::change(const std::vector<FigureLayer>& spoiled) {
@@ -62,8 +74,9 @@ void ChartImages::setPage(const QSize& size, double ratio, const std::vector<Vis
 
 void ChartImages::setInks(const Inks& inks) {
   if (inks_.page == inks.page && inks_.text == inks.text && inks_.grid == inks.grid) return;
-  change(kAllLayers);
   inks_ = inks;
+  visitRuns(change(kAllLayers).figure,
+            [this](RunMarks& runs, std::size_t) { runs.droppedColour = isDark(inks_) ? inks_.grid : droppedColour_; });
 }
 
 void ChartImages::setMarked(std::vector<std::int32_t> numbers) {
@@ -74,15 +87,11 @@ void ChartImages::setMarked(std::vector<std::int32_t> numbers) {
 
 void ChartImages::setDropped(const std::vector<std::uint8_t>& dropped, bool showDropped) {
   Scene& scene = change({FigureLayer::Dropped, FigureLayer::Kept, FigureLayer::Overlay});
-  for (Chart& chart : scene.figure.charts) {
-    if (auto* const cobweb = std::get_if<CobwebChart>(&chart))
-      mark(cobweb->runs, cobweb->runCount(), dropped, showDropped);
-    auto* const plane = std::get_if<XyChart>(&chart);
-    if (plane == nullptr) continue;
-    for (XyChart::Layer& layer : plane->layers)
-      if (auto* const points = std::get_if<Points>(&layer))
-        mark(points->runs, std::min(points->x.size(), points->y.size()), dropped, showDropped);
-  }
+  visitRuns(scene.figure, [&](RunMarks& runs, std::size_t count) {
+    if (!dropped.empty() && dropped.size() != count) return;
+    runs.dropped = dropped;
+    runs.showDropped = showDropped;
+  });
 }
 
 void ChartImages::setFilter(std::size_t chart, std::size_t axis,

@@ -30,6 +30,7 @@ class ChartImages {
 
   // A page of that size in units, with `ratio` pixels a unit, on which these ranges are to be seen.
   void setPage(const QSize& size, double ratio, const std::vector<VisibleRange>& visible);
+  // On a dark page the runs that are left out stand back in the colour of the grid; light ones have the figure's own.
   void setInks(const Inks& inks);
   // The numbers of runs or records that stand out.
   void setMarked(std::vector<std::int32_t> numbers);
@@ -71,6 +72,7 @@ class ChartImages {
   double ratio_ = 1.0;
   std::vector<VisibleRange> visible_;
   Inks inks_;
+  Colour droppedColour_;  // the figure's own
   std::vector<std::int32_t> marked_;
   int changes_ = 0;
 };

@@ -20,7 +20,9 @@
 namespace tarvex {
 namespace {
 
-// What is drawn within a paint event, and how long a longer drawing keeps the user waiting.
+// What is drawn at once, so that nothing of it is seen half done; and how long a longer drawing keeps the user waiting
+// for an answer.
+constexpr qint64 kPaintMilliseconds = 100;
 constexpr qint64 kSliceMilliseconds = 40;
 constexpr int kMargin = 16;
 constexpr QSize kLeastSize(240, 160);
@@ -138,6 +140,10 @@ QSize ChartView::minimumSizeHint() const {
   return kLeastSize;
 }
 
+bool ChartView::isReady() const {
+  return isEmpty() || (images_->isReady() && !drawing_);
+}
+
 void ChartView::lay() {
   images_->setInks(isDark(palette()) ? kDarkInks : Inks{});
   images_->setPage(size(), devicePixelRatioF(), zoom_.visible());
@@ -151,7 +157,7 @@ void ChartView::paintEvent(QPaintEvent*) {
   if (!images_->isReady() && !drawing_) {
     QElapsedTimer clock;
     clock.start();
-    if (!images_->draw(Progress([&](double) { return clock.elapsed() < kSliceMilliseconds; }))) drawLater();
+    if (!images_->draw(Progress([&](double) { return clock.elapsed() < kPaintMilliseconds; }))) drawLater();
   }
   painter.fillRect(rect(), palette().base());
   images_->paint(painter);

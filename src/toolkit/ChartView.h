@@ -59,6 +59,8 @@ class ChartView : public QWidget {
   // Numbers of runs or records that stand out.
   void setMarked(std::vector<std::int32_t> numbers);
 
+  // Nothing is left to be drawn of what was painted last.
+  bool isReady() const;
   bool isZoomed() const { return !zoom_.isWhole(); }
   void showAll();
 
