@@ -53,8 +53,13 @@ QString Display::findBitmap(const QString& name) const {
 }
 
 QPixmap Display::bitmap(const QString& name) const {
-  const QString path = findBitmap(name);
-  if (!path.endsWith(".svg")) return path.isEmpty() ? QPixmap() : QPixmap(path);
+  QString path = findBitmap(name);
+  if (!path.endsWith(".svg")) {
+    const QFileInfo picture(path);
+    const QString twofold = picture.path() + '/' + picture.completeBaseName() + "@2x." + picture.suffix();
+    if (qGuiApp->devicePixelRatio() > 1.0 && QFileInfo::exists(twofold)) path = twofold;  // its name sets the ratio
+    return path.isEmpty() ? QPixmap() : QPixmap(path);
+  }
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return {};
   const qreal ratio = qGuiApp->devicePixelRatio();

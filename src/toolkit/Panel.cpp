@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -28,7 +29,7 @@ constexpr int kMostTold = 8;  // problems of a panel: a file that is missing has
 }  // namespace
 
 Panel::Panel(const Display& display, const QString& file, const QString& name, const QString& title, QWidget* parent)
-    : display_(display), name_(name) {
+    : display_(display), file_(file), name_(name) {
   QString problem;
   window_ = loadPanelFile(display, file, parent, problem);
   if (window_ == nullptr) {
@@ -82,6 +83,14 @@ void Panel::registerCallbacks(std::vector<PanelCallback> table) {
   connectGadgets();
   showBitmaps();
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) bindKey(key, [this] { enter(); });
+  bindHelp();
+}
+
+void Panel::bindHelp() {
+  // A key that stands in a menu too would reach neither.
+  for (const auto* const item : window_->findChildren<QAction*>())
+    if (item->shortcut() == QKeySequence(Qt::Key_F1)) return;
+  bindKey(QKeySequence(Qt::Key_F1), [this] { display_.showHelp(HelpCommand::Topic, helpTopic()); });
 }
 
 // Qt's default button works in dialogs alone.
@@ -169,7 +178,7 @@ void Panel::centre() {
 
 bool Panel::runModal() {
   accepted_ = false;
-  window_->setWindowModality(Qt::ApplicationModal);
+  window_->setWindowModality(window_->parentWidget() != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
   if (!show()) return false;
   QEventLoop loop;
   loop_ = &loop;

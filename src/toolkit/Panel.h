@@ -57,11 +57,14 @@ class Panel : public QObject {
   // False, after a message, when file or gadgets are missing.
   bool show();
   void hide();
+  // The topic that F1 asks for: the panel's own page. A panel whose page depends on its state says so.
+  virtual QString helpTopic() const { return file_; }
   // In the middle of its parent or the screen; a panel that has a place of its own stays there.
   void centre();
   bool hasPlace() const { return placed_; }
   bool isVisible() const;
-  // Shows the panel and waits until it ends itself; false for one that could not be shown.
+  // Shows the panel and waits until it ends itself; false for one that could not be shown. Meanwhile its parent and
+  // all that belongs to that can't be used; a window without a parent, such as the help, can.
   bool runModal();
   // What the accepting callback set before it ended the panel.
   bool accepted() const { return accepted_; }
@@ -87,6 +90,7 @@ class Panel : public QObject {
   void keepPlace() const;
   void connectGadgets();
   void enter();
+  void bindHelp();
   void showBitmaps();
   template <class Gadget>
   Gadget* standIn(const char* gadgetName, bool otherType) {
@@ -97,6 +101,7 @@ class Panel : public QObject {
   QWidget* hiddenParent();
 
   const Display& display_;
+  QString file_;
   QString name_;
   QWidget* window_ = nullptr;
   QWidget* hidden_ = nullptr;  // parent of stand-ins

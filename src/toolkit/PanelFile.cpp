@@ -6,6 +6,7 @@
 
 #include "toolkit/ChartView.h"
 #include "toolkit/Display.h"
+#include "toolkit/HelpBrowser.h"
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
 #include "toolkit/Tree.h"
@@ -31,6 +32,7 @@ class PanelLoader : public QUiLoader {
  private:
   static QWidget* makeOwn(const QString& className, QWidget* parent) {
     if (className == "TableView") return new TableView(parent);
+    if (className == "HelpBrowser") return new HelpBrowser(parent);
     if (className == "Notebook") return new Notebook(parent);
     if (className == "ChartView") return new ChartView(parent);
     if (className == "Tree") return new Tree(parent);
