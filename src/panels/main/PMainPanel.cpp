@@ -11,6 +11,7 @@
 #include "panels/main/PLogFile.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/Display.h"
 
 namespace tarvex {
 namespace {
@@ -183,11 +184,11 @@ void PMainPanel::seeLog() {
 }
 
 void PMainPanel::help() {
-  notYet("The help viewer");
+  display().showHelp(HelpCommand::Contents);
 }
 
 void PMainPanel::helpSearch() {
-  notYet("The help viewer");
+  display().showHelp(HelpCommand::Search);
 }
 
 void PMainPanel::showAbout() {

@@ -14,7 +14,7 @@
 #include "base/RememberedDirectories.h"
 #include "factors/FactorFiles.h"
 #include "model/InternalModel.h"
-#include "panels/main/PHelp.h"
+#include "panels/help/PHelp.h"
 #include "panels/main/PMainPanel.h"
 #include "toolkit/Dialogs.h"
 
@@ -192,7 +192,7 @@ void PMainPanel::demo(const char* caseName) {
   const DemoCase* const known = findDemoCase(caseName);
   if (known == nullptr || !known->canRun) return;
   PHelp description(display(), QString("Help - ") + caseName, QString(caseName) + " model description",
-                    QString("../help/") + caseName + ".bmp", window());
+                    QString("../help/") + caseName + ".bmp", QString("cases#") + caseName, window());
   description.centre();
   static_cast<void>(description.runModal());  // where its file is missing, that has been said
 }

@@ -1,11 +1,13 @@
 #include "panels/main/TarvexApplication.h"
 
 #include <QGuiApplication>
+#include <QStandardPaths>
 #include <QTimer>
 #include <QWidget>
 
 #include "app/MainDirectory.h"
 #include "app/StartUp.h"
+#include "panels/help/PHelpViewer.h"
 #include "panels/main/PMainPanel.h"
 #include "report/versions.h"
 #include "toolkit/SignalWatch.h"
@@ -31,6 +33,9 @@ void TarvexApplication::buildPanels() {
     application_.display().appendToSearchPath(QString::fromStdString(directory));
   QGuiApplication::setWindowIcon(application_.display().icon("../bitmaps/tarvex.svg"));
   QGuiApplication::setDesktopFileName("tarvex");
+  const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/tarvex";
+  help_ = std::make_unique<PHelpViewer>(application_.display(), cache);
+  application_.display().setHelp([this](HelpCommand command, const QString& topic) { help_->serve(command, topic); });
   panel_ = std::make_unique<PMainPanel>(application_.display(), "PMainPanel",
                                         "Tarvex: Simulation environment for uncertainty and sensitivity analysis",
                                         MainDirectory::get());

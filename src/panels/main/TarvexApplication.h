@@ -8,6 +8,7 @@
 
 namespace tarvex {
 
+class PHelpViewer;
 class PMainPanel;
 class SignalWatch;
 
@@ -25,6 +26,7 @@ class TarvexApplication {
   void buildPanels();
 
   Application application_;
+  std::unique_ptr<PHelpViewer> help_;
   std::unique_ptr<PMainPanel> panel_;
   std::unique_ptr<SignalWatch> signals_;
 };
