@@ -1,22 +1,27 @@
 // Draws every panel as it looks at work: make-panel-pictures MAIN STUDY.spc MODEL.imd DIRECTORY SUFFIX [dark]
 // The log that is shown is model.log of the current directory.
 #include <QApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QFont>
 #include <QHash>
 #include <QImage>
 #include <QList>
 #include <QPalette>
+#include <QTemporaryDir>
 #include <QTextStream>
+#include <QTimer>
 #include <QWidget>
 #include <cstdio>
 #include <cstring>
 
 #include "app/RunController.h"
+#include "panels/help/PHelp.h"
+#include "panels/help/PHelpViewer.h"
+#include "panels/help/PQuickHelp.h"
 #include "panels/main/PAbout.h"
 #include "panels/main/PExternalModel.h"
 #include "panels/main/PGenerate.h"
-#include "panels/main/PHelp.h"
 #include "panels/main/PLinkFactors.h"
 #include "panels/main/PLogFile.h"
 #include "panels/main/PMainPanel.h"
@@ -74,73 +79,86 @@ QString described(const QWidget& window) {
   line(window);
   for (const QWidget* const widget : window.findChildren<QWidget*>()) line(*widget);
   return text;
-}
+  constexpr int kSomeMethod = 4;
+  constexpr int kContents = 500;  // ms; the table of contents is made beside
 
-// Saves panels as pictures; says which it couldn't.
-class Pictures {
- public:
-  Pictures(QString directory, QString suffix) : directory_(std::move(directory)), suffix_(std::move(suffix)) {}
+  void wait(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+  }
 
-  void draw(const QString& name, Panel& panel) {
-    if (!panel.show()) {
+  // Saves panels as pictures; says which it couldn't.
+  class Pictures {
+   public:
+    Pictures(QString directory, QString suffix) : directory_(std::move(directory)), suffix_(std::move(suffix)) {}
+
+    void draw(const QString& name, Panel& panel) {
+      if (!panel.show()) {
+        failed_ = true;
+        return;
+      }
+      Application::drainEvents();
+      const QString path = directory_ + '/' + name + suffix_ + ".png";
+      if (!smallest(panel.window()->grab().toImage()).save(path, "PNG", kStrongest)) failedTo(path);
+      if (suffix_ == "-light-1x") {
+        QFile dump(directory_ + '/' + name + ".txt");
+        if (!dump.open(QIODevice::WriteOnly) || dump.write(described(*panel.window()).toUtf8()) < 0)
+          failedTo(dump.fileName());
+      }
+      panel.hide();
+    }
+    bool failed() const { return failed_; }
+
+   private:
+    static constexpr int kStrongest = 0;  // Qt's word for the smallest file
+
+    void failedTo(const QString& path) {
       failed_ = true;
-      return;
+      std::fprintf(stderr, "%s can't be written\n", qPrintable(path));
     }
-    Application::drainEvents();
-    const QString path = directory_ + '/' + name + suffix_ + ".png";
-    if (!smallest(panel.window()->grab().toImage()).save(path, "PNG", kStrongest)) failedTo(path);
-    if (suffix_ == "-light-1x") {
-      QFile dump(directory_ + '/' + name + ".txt");
-      if (!dump.open(QIODevice::WriteOnly) || dump.write(described(*panel.window()).toUtf8()) < 0)
-        failedTo(dump.fileName());
+
+    QString directory_;
+    QString suffix_;
+    bool failed_ = false;
+  };
+
+  bool drawAll(const Display& display, char** argv, Pictures& pictures) {
+    PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
+    pictures.draw("PMainPanel-start", main);
+    main.openFile(argv[2]);
+    main.call("monteCarlo");
+    pictures.draw("PMainPanel", main);
+    PAbout about(display, nullptr);
+    pictures.draw("PAbout", about);
+    PGenerate generate(display, "generation", "Sample generation", kRuns, nullptr);
+    generate.setPercentage(kSomeWay);
+    generate.setStatus("Output file: /home/user/flood.sam");
+    pictures.draw("PGenerate", generate);
+    PExternalModel run(display, "External model execution", "/home/user/flood", "/home/user/flood.sam", nullptr);
+    pictures.draw("PExternalModel", run);
+    PLogFile log(display, "model.log", nullptr);
+    pictures.draw("PLogFile", log);
+    PHelp help(display, "Help - Ishigami", "Ishigami model description", "../help/Ishigami.bmp", "cases", nullptr);
+    pictures.draw("PHelp", help);
+    PQuickHelp quick(display, nullptr);
+    quick.showMethod(kSomeMethod);
+    pictures.draw("PQuickHelp", quick);
+    QTemporaryDir cache;
+    PHelpViewer viewer(display, cache.path());
+    viewer.serve(HelpCommand::Topic, "morris");
+    wait(kContents);
+    pictures.draw("PHelpViewer", viewer);
+    InternalModel model;
+    std::string message;
+    if (!loadModelFile(argv[3], model, message)) {
+      std::fprintf(stderr, "%s\n", message.c_str());
+      return false;
     }
-    panel.hide();
+    PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
+    pictures.draw("PLinkFactors", link);
+    return !pictures.failed();
   }
-  bool failed() const { return failed_; }
-
- private:
-  static constexpr int kStrongest = 0;  // Qt's word for the smallest file
-
-  void failedTo(const QString& path) {
-    failed_ = true;
-    std::fprintf(stderr, "%s can't be written\n", qPrintable(path));
-  }
-
-  QString directory_;
-  QString suffix_;
-  bool failed_ = false;
-};
-
-bool drawAll(const Display& display, char** argv, Pictures& pictures) {
-  PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
-  pictures.draw("PMainPanel-start", main);
-  main.openFile(argv[2]);
-  main.call("monteCarlo");
-  pictures.draw("PMainPanel", main);
-  PAbout about(display, nullptr);
-  pictures.draw("PAbout", about);
-  PGenerate generate(display, "generation", "Sample generation", kRuns, nullptr);
-  generate.setPercentage(kSomeWay);
-  generate.setStatus("Output file: /home/user/flood.sam");
-  pictures.draw("PGenerate", generate);
-  PExternalModel run(display, "External model execution", "/home/user/flood", "/home/user/flood.sam", nullptr);
-  pictures.draw("PExternalModel", run);
-  PLogFile log(display, "model.log", nullptr);
-  pictures.draw("PLogFile", log);
-  PHelp help(display, "Help - Ishigami", "Ishigami model description", "../help/Ishigami.bmp", nullptr);
-  pictures.draw("PHelp", help);
-  Panel quick(display, "PQuickHelp", "Quick", "Quick Help");
-  pictures.draw("PQuickHelp", quick);
-  InternalModel model;
-  std::string message;
-  if (!loadModelFile(argv[3], model, message)) {
-    std::fprintf(stderr, "%s\n", message.c_str());
-    return false;
-  }
-  PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
-  pictures.draw("PLinkFactors", link);
-  return !pictures.failed();
-}
 
 }  // namespace
 }  // namespace tarvex

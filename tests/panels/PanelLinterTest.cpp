@@ -15,6 +15,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRegularExpression>
+#include <QTabBar>
 #include <QWidget>
 #include <map>
 #include <memory>
@@ -49,7 +50,13 @@ const std::map<QString, Named> kNamed = {
     {"PExternalModel", {"MlModelName MlFileName icon1 icon2 icon3 icon4 icon5 icon6 icon7", "stop"}},
     {"PLogFile", {"TeText MFileName", "fileOpen close"}},
     {"PHelp", {"MlTitle IcText TText", "dismiss"}},
-    {"PQuickHelp", {"", ""}},
+    {"PQuickHelp", {"IcText TText", ""}},
+    {"PHelpViewer",
+     {"BBack BForward TFind BPrevious BNext TwPages TvContents TIndex LvIndex TSearch MlResults LwResults TbPage "
+      "MlProblem MlStatus",
+      "",
+      "back forward home findText findPrevious findNext larger smaller openContents filterIndex openIndex search "
+      "openResult"}},
     {"PAbout", {"MLText", "close"}},
     {"PLinkFactors", {"MaLinks", "scrollDown scrollUp ok cancel selectElem", "pairNames"}},
 };
@@ -67,6 +74,7 @@ QStringList panelNames() {
 
 bool isControl(const QWidget* widget) {
   if (widget->objectName().startsWith("qt_") || widget->objectName().isEmpty()) return false;
+  if (qobject_cast<const QTabBar*>(widget->parent()) != nullptr) return false;  // its arrows
   return qobject_cast<const QAbstractButton*>(widget) != nullptr || qobject_cast<const QComboBox*>(widget) != nullptr ||
          qobject_cast<const QLineEdit*>(widget) != nullptr || qobject_cast<const QPlainTextEdit*>(widget) != nullptr ||
          qobject_cast<const QAbstractItemView*>(widget) != nullptr;
