@@ -33,14 +33,20 @@ void TarvexApplication::buildPanels() {
     application_.display().appendToSearchPath(QString::fromStdString(directory));
   QGuiApplication::setWindowIcon(application_.display().icon("../bitmaps/tarvex.svg"));
   QGuiApplication::setDesktopFileName("tarvex");
-  const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/tarvex";
-  help_ = std::make_unique<PHelpViewer>(application_.display(), cache);
-  application_.display().setHelp([this](HelpCommand command, const QString& topic) { help_->serve(command, topic); });
+  application_.display().setHelp([this](HelpCommand command, const QString& topic) { showHelp(command, topic); });
   panel_ = std::make_unique<PMainPanel>(application_.display(), "PMainPanel",
                                         "Tarvex: Simulation environment for uncertainty and sensitivity analysis",
                                         MainDirectory::get());
   if (!panel_->hasPlace()) panel_->window()->move(kLeft, kTop);
   panel_->readLaunchRequest();
+}
+
+void TarvexApplication::showHelp(HelpCommand command, const QString& topic) {
+  if (!help_) {
+    const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/tarvex";
+    help_ = std::make_unique<PHelpViewer>(application_.display(), cache);
+  }
+  help_->serve(command, topic);
 }
 
 int TarvexApplication::run(const std::vector<std::string>& files) {

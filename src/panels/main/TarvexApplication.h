@@ -24,6 +24,7 @@ class TarvexApplication {
 
  private:
   void buildPanels();
+  void showHelp(HelpCommand command, const QString& topic);
 
   Application application_;
   std::unique_ptr<PHelpViewer> help_;
