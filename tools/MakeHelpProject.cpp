@@ -1,6 +1,7 @@
 // Makes what the compiled help is built from: make-help-project PAGES DIRECTORY
 // Copies the pages into DIRECTORY, where the pictures lie, and writes tarvex.qhp there: contents, index and list of
-// files. Each page says of itself where it belongs; share/Tarvex/help/README.md tells how.
+// pages; pictures are read where they are. Each page says of itself where it belongs; share/Tarvex/help/README.md tells
+// how.
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -27,7 +28,6 @@ struct Page {
   QString section;
   int order = 0;  // within the section; pages of one order stand by their titles
   QStringList keywords;
-  QStringList topics;  // other than the file's name
   std::vector<Part> parts;
 };
 
@@ -48,7 +48,6 @@ void readMeta(const QXmlStreamAttributes& attributes, Page& page) {
   if (name == QLatin1String("section")) page.section = content;
   if (name == QLatin1String("order")) page.order = content.toInt();
   if (name == QLatin1String("keywords")) page.keywords = items(content);
-  if (name == QLatin1String("topics")) page.topics = items(content);
 }
 
 bool readPage(const QString& path, Page& page) {
@@ -99,21 +98,14 @@ void writeContents(QXmlStreamWriter& out, const std::vector<Page>& pages) {
 }
 
 void writeIndex(QXmlStreamWriter& out, const std::vector<Page>& pages) {
-  const auto entry = [&](const QString& name, const QString& id, const QString& ref) {
-    out.writeEmptyElement("keyword");
-    if (!name.isEmpty()) out.writeAttribute("name", name);
-    if (!id.isEmpty()) out.writeAttribute("id", id);
-    out.writeAttribute("ref", ref);
-  };
   out.writeStartElement("keywords");
-  for (const Page& page : pages) {
+  for (const Page& page : pages)
     for (const QString& keyword : page.keywords) {
       const QString part = keyword.section('#', 1);
-      entry(keyword.section('#', 0, 0).trimmed(), {}, part.isEmpty() ? page.file : page.file + '#' + part);
+      out.writeEmptyElement("keyword");
+      out.writeAttribute("name", keyword.section('#', 0, 0).trimmed());
+      out.writeAttribute("ref", part.isEmpty() ? page.file : page.file + '#' + part);
     }
-    entry({}, page.file.section('.', 0, 0), page.file);
-    for (const QString& topic : page.topics) entry({}, topic.section('#', 0, 0), page.file);
-  }
   out.writeEndElement();
 }
 
@@ -131,7 +123,7 @@ bool writeProject(const QDir& directory, const std::vector<Page>& pages) {
   writeContents(out, pages);
   writeIndex(out, pages);
   out.writeStartElement("files");
-  for (const QString& name : directory.entryList({"*.html", "*.css", "*.png"}, QDir::Files, QDir::Name))
+  for (const QString& name : directory.entryList({"*.html", "*.css"}, QDir::Files, QDir::Name))
     out.writeTextElement("file", name);
   out.writeEndDocument();
   return !out.hasError();

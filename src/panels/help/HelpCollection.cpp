@@ -4,7 +4,6 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
-#include <QHelpLink>
 #include <QSqlDatabase>
 
 namespace tarvex {
@@ -91,8 +90,7 @@ QUrl HelpCollection::page(const QString& topic) const {
   const QString name = topic.section('#', 0, 0);
   QUrl url;
   if (engine_ != nullptr) {
-    const QList<QHelpLink> links = engine_->documentsForIdentifier(name);
-    if (!links.isEmpty()) url = links.first().url;
+    url = engine_->findFile(QUrl("qthelp://" + nameSpace_ + "/doc/" + name + ".html"));
   } else if (const QString path = directory_ + '/' + name + ".html"; QFile::exists(path)) {
     url = QUrl::fromLocalFile(path);
   }
@@ -102,7 +100,8 @@ QUrl HelpCollection::page(const QString& topic) const {
 
 QByteArray HelpCollection::read(const QUrl& url) const {
   if (url.isLocalFile()) return contentOf(url.toLocalFile());
-  return engine_ != nullptr ? engine_->fileData(url) : QByteArray();
+  const QByteArray compiled = engine_ != nullptr ? engine_->fileData(url) : QByteArray();
+  return compiled.isEmpty() ? contentOf(directory_ + '/' + url.fileName()) : compiled;
 }
 
 }  // namespace tarvex

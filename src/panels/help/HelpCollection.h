@@ -8,9 +8,9 @@
 
 namespace tarvex {
 
-// The pages of the help. They lie as files NAME.html in one directory, each on the topic NAME, and compiled in one file
-// beside them, which gives contents, index and full-text search. Where that file or what reads it is missing, the pages
-// are still there.
+// The pages of the help. They lie as files NAME.html in one directory, each on the topic NAME, with their pictures, and
+// compiled in one file beside them, which gives contents, index and full-text search. Where that file or what reads it
+// is missing, the pages are still there.
 class HelpCollection {
  public:
   // Everything that is derived from the compiled file lies below `cache`, in a directory of this version of the program

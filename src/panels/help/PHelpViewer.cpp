@@ -35,13 +35,13 @@ QStringList wordsOf(const QString& text) {
   return text.split(others, Qt::SkipEmptyParts);
 }
 
-// The place of an address among the contents, whatever part of the page it names.
+// The place of an address among the contents; a section, which only leads to its first page, is none.
 QModelIndex placeOf(const QHelpContentModel& model, const QUrl& url, const QModelIndex& parent = {}) {
   for (int row = 0; row < model.rowCount(parent); ++row) {
     const QModelIndex index = model.index(row, 0, parent);
+    if (parent.isValid() && model.contentItemAt(index)->url() == url) return index;
     const QModelIndex below = placeOf(model, url, index);
     if (below.isValid()) return below;
-    if (model.contentItemAt(index)->url().matches(url, QUrl::RemoveFragment)) return index;
   }
   return {};
 }
@@ -160,7 +160,10 @@ void PHelpViewer::pageChanged() {
   browser_->markWords(searched_);
   if (collection_ == nullptr || collection_->engine() == nullptr) return;
   auto* const contents = gadget<QTreeView>("TvContents");
-  const QModelIndex place = placeOf(*collection_->engine()->contentModel(), browser_->source());
+  const QHelpContentModel& places = *collection_->engine()->contentModel();
+  const QUrl url = browser_->source();
+  QModelIndex place = placeOf(places, url);
+  if (!place.isValid()) place = placeOf(places, url.adjusted(QUrl::RemoveFragment));
   if (place.isValid()) contents->setCurrentIndex(place);
   contents->scrollTo(place);
 }
