@@ -34,8 +34,8 @@ constexpr Size kHint{420.0, 340.0};
 constexpr Size kQuick{199.0, 150.0};
 constexpr Size kDensity{560.0, 240.0};
 constexpr Size kMeasures{480.0, 320.0};
-constexpr double kScatterHeight = 240.0;
-constexpr double kScatterWidth = 240.0;  // of each of the scattergrams of a case
+constexpr double kScatterHeight = 220.0;
+constexpr double kScatterWidth = 210.0;  // of each of the scattergrams of a case
 
 // What joins the runs of a design, and what tells them apart.
 struct Design {

@@ -87,13 +87,11 @@ bool HelpCollection::openIn(const QString& directory) {
 }
 
 QUrl HelpCollection::page(const QString& topic) const {
-  const QString name = topic.section('#', 0, 0);
-  QUrl url;
-  if (engine_ != nullptr) {
-    url = engine_->findFile(QUrl("qthelp://" + nameSpace_ + "/doc/" + name + ".html"));
-  } else if (const QString path = directory_ + '/' + name + ".html"; QFile::exists(path)) {
-    url = QUrl::fromLocalFile(path);
-  }
+  const QString file = topic.section('#', 0, 0) + ".html";
+  const QString path = directory_ + '/' + file;
+  QUrl url("qthelp://" + nameSpace_ + "/doc/" + file);
+  if (engine_ == nullptr || engine_->fileData(url).isEmpty())
+    url = QFile::exists(path) ? QUrl::fromLocalFile(path) : QUrl();
   if (url.isValid() && topic.contains('#')) url.setFragment(topic.section('#', 1));
   return url;
 }

@@ -9,8 +9,9 @@ namespace tarvex {
 
 QString hintText(const Display& display, const QString& bitmap) {
   const QFileInfo picture(bitmap);
-  QFile file(display.find(picture.path() + "/hints/" + picture.completeBaseName() + ".html"));
-  return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+  const QString path = display.find(picture.path() + "/hints/" + picture.completeBaseName() + ".html");
+  QFile file(path);
+  return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 }  // namespace tarvex
