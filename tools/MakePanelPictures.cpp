@@ -35,6 +35,8 @@ namespace {
 constexpr int kFontPixels = 12;
 constexpr double kSomeWay = 42.0;  // percent
 constexpr int kRuns = 10'000;
+constexpr int kSomeMethod = 4;
+constexpr int kContents = 500;  // ms; the table of contents is made beside
 
 // Small files: as a table of colours where there are few enough, and without transparency.
 QImage smallest(const QImage& image) {
@@ -79,86 +81,85 @@ QString described(const QWidget& window) {
   line(window);
   for (const QWidget* const widget : window.findChildren<QWidget*>()) line(*widget);
   return text;
-  constexpr int kSomeMethod = 4;
-  constexpr int kContents = 500;  // ms; the table of contents is made beside
+}
 
-  void wait(int milliseconds) {
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
-  }
+void wait(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
 
-  // Saves panels as pictures; says which it couldn't.
-  class Pictures {
-   public:
-    Pictures(QString directory, QString suffix) : directory_(std::move(directory)), suffix_(std::move(suffix)) {}
+// Saves panels as pictures; says which it couldn't.
+class Pictures {
+ public:
+  Pictures(QString directory, QString suffix) : directory_(std::move(directory)), suffix_(std::move(suffix)) {}
 
-    void draw(const QString& name, Panel& panel) {
-      if (!panel.show()) {
-        failed_ = true;
-        return;
-      }
-      Application::drainEvents();
-      const QString path = directory_ + '/' + name + suffix_ + ".png";
-      if (!smallest(panel.window()->grab().toImage()).save(path, "PNG", kStrongest)) failedTo(path);
-      if (suffix_ == "-light-1x") {
-        QFile dump(directory_ + '/' + name + ".txt");
-        if (!dump.open(QIODevice::WriteOnly) || dump.write(described(*panel.window()).toUtf8()) < 0)
-          failedTo(dump.fileName());
-      }
-      panel.hide();
-    }
-    bool failed() const { return failed_; }
-
-   private:
-    static constexpr int kStrongest = 0;  // Qt's word for the smallest file
-
-    void failedTo(const QString& path) {
+  void draw(const QString& name, Panel& panel) {
+    if (!panel.show()) {
       failed_ = true;
-      std::fprintf(stderr, "%s can't be written\n", qPrintable(path));
+      return;
     }
-
-    QString directory_;
-    QString suffix_;
-    bool failed_ = false;
-  };
-
-  bool drawAll(const Display& display, char** argv, Pictures& pictures) {
-    PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
-    pictures.draw("PMainPanel-start", main);
-    main.openFile(argv[2]);
-    main.call("monteCarlo");
-    pictures.draw("PMainPanel", main);
-    PAbout about(display, nullptr);
-    pictures.draw("PAbout", about);
-    PGenerate generate(display, "generation", "Sample generation", kRuns, nullptr);
-    generate.setPercentage(kSomeWay);
-    generate.setStatus("Output file: /home/user/flood.sam");
-    pictures.draw("PGenerate", generate);
-    PExternalModel run(display, "External model execution", "/home/user/flood", "/home/user/flood.sam", nullptr);
-    pictures.draw("PExternalModel", run);
-    PLogFile log(display, "model.log", nullptr);
-    pictures.draw("PLogFile", log);
-    PHelp help(display, "Help - Ishigami", "Ishigami model description", "../help/Ishigami.bmp", "cases", nullptr);
-    pictures.draw("PHelp", help);
-    PQuickHelp quick(display, nullptr);
-    quick.showMethod(kSomeMethod);
-    pictures.draw("PQuickHelp", quick);
-    QTemporaryDir cache;
-    PHelpViewer viewer(display, cache.path());
-    viewer.serve(HelpCommand::Topic, "morris");
-    wait(kContents);
-    pictures.draw("PHelpViewer", viewer);
-    InternalModel model;
-    std::string message;
-    if (!loadModelFile(argv[3], model, message)) {
-      std::fprintf(stderr, "%s\n", message.c_str());
-      return false;
+    Application::drainEvents();
+    const QString path = directory_ + '/' + name + suffix_ + ".png";
+    if (!smallest(panel.window()->grab().toImage()).save(path, "PNG", kStrongest)) failedTo(path);
+    if (suffix_ == "-light-1x") {
+      QFile dump(directory_ + '/' + name + ".txt");
+      if (!dump.open(QIODevice::WriteOnly) || dump.write(described(*panel.window()).toUtf8()) < 0)
+        failedTo(dump.fileName());
     }
-    PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
-    pictures.draw("PLinkFactors", link);
-    return !pictures.failed();
+    panel.hide();
   }
+  bool failed() const { return failed_; }
+
+ private:
+  static constexpr int kStrongest = 0;  // Qt's word for the smallest file
+
+  void failedTo(const QString& path) {
+    failed_ = true;
+    std::fprintf(stderr, "%s can't be written\n", qPrintable(path));
+  }
+
+  QString directory_;
+  QString suffix_;
+  bool failed_ = false;
+};
+
+bool drawAll(const Display& display, char** argv, Pictures& pictures) {
+  PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
+  pictures.draw("PMainPanel-start", main);
+  main.openFile(argv[2]);
+  main.call("monteCarlo");
+  pictures.draw("PMainPanel", main);
+  PAbout about(display, nullptr);
+  pictures.draw("PAbout", about);
+  PGenerate generate(display, "generation", "Sample generation", kRuns, nullptr);
+  generate.setPercentage(kSomeWay);
+  generate.setStatus("Output file: /home/user/flood.sam");
+  pictures.draw("PGenerate", generate);
+  PExternalModel run(display, "External model execution", "/home/user/flood", "/home/user/flood.sam", nullptr);
+  pictures.draw("PExternalModel", run);
+  PLogFile log(display, "model.log", nullptr);
+  pictures.draw("PLogFile", log);
+  PHelp help(display, "Help - Ishigami", "Ishigami model description", "../help/Ishigami.bmp", "cases", nullptr);
+  pictures.draw("PHelp", help);
+  PQuickHelp quick(display, nullptr);
+  quick.showMethod(kSomeMethod);
+  pictures.draw("PQuickHelp", quick);
+  QTemporaryDir cache;
+  PHelpViewer viewer(display, cache.path());
+  viewer.serve(HelpCommand::Topic, "morris");
+  wait(kContents);
+  pictures.draw("PHelpViewer", viewer);
+  InternalModel model;
+  std::string message;
+  if (!loadModelFile(argv[3], model, message)) {
+    std::fprintf(stderr, "%s\n", message.c_str());
+    return false;
+  }
+  PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
+  pictures.draw("PLinkFactors", link);
+  return !pictures.failed();
+}
 
 }  // namespace
 }  // namespace tarvex
