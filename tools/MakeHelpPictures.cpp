@@ -34,8 +34,7 @@ constexpr Size kHint{420.0, 340.0};
 constexpr Size kQuick{199.0, 150.0};
 constexpr Size kDensity{560.0, 240.0};
 constexpr Size kMeasures{480.0, 320.0};
-constexpr double kScatterHeight = 220.0;
-constexpr double kScatterWidth = 210.0;  // of each of the scattergrams of a case
+constexpr Size kScatter{210.0, 220.0};  // of each of the scattergrams of a case
 
 // What joins the runs of a design, and what tells them apart.
 struct Design {
@@ -119,14 +118,15 @@ enum class Mode { Matrix = 1, None = 2 };
 std::string factorsText(const std::vector<std::string>& records, Mode mode = Mode::None) {
   const std::string count = std::to_string(records.size());
   std::string text = "Default Truncations:\n0.001\t0.999\n\n" + count + " Distributions:\n";
-  for (const std::string& record : records) text += record + "\n\n";
-  text += "Correlation information\n";
-  for (std::size_t i = 0; i < records.size(); ++i) text += "0 -1 0 \n";
-  text += "Correlation Matrix:\n";
+  std::string links;
+  std::string matrix;
   for (std::size_t i = 0; i < records.size(); ++i) {
-    for (std::size_t j = 0; j < records.size(); ++j) text += i == j ? "1\t" : "0\t";
-    text += '\n';
+    text += records[i] + "\n\n";
+    links += "0 -1 0 \n";
+    for (std::size_t j = 0; j < records.size(); ++j) matrix += i == j ? "1\t" : "0\t";
+    matrix += '\n';
   }
+  text += "Correlation information\n" + links + "Correlation Matrix:\n" + matrix;
   return text + "Stein Information:\n\n0\n0\n0\n" + std::to_string(static_cast<int>(mode)) + '\n';
 }
 
@@ -145,10 +145,8 @@ bool plot(const std::string& directory, const std::string& name, Words words, Si
   words.insert(words.begin(), "plot");
   for (const auto& [suffix, zoom] : {std::pair{".png", "1"}, {"@2x.png", "2"}}) {
     Words whole = words;
-    for (const std::string& word :
-         {std::string("-o"), directory + '/' + name + suffix, std::string("--zoom"), std::string(zoom),
-          std::string("--width"), std::to_string(size.width), std::string("--height"), std::to_string(size.height)})
-      whole.push_back(word);
+    whole.insert(whole.end(), {"-o", directory + '/' + name + suffix, "--zoom", zoom, "--width",
+                               std::to_string(size.width), "--height", std::to_string(size.height)});
     if (!command(whole)) return false;
   }
   return true;
@@ -192,8 +190,8 @@ Figure designFigure(const Design& design, const tarvex::RunTable& table) {
 }
 
 // The columns of a sample that the command makes of these words.
-bool readSample(Words words, const Words& columns, const std::string& scratch, tarvex::RunTable& table) {
-  const std::string sample = scratch + "/drawn.sam";
+bool readSample(Words words, const Words& columns, tarvex::RunTable& table) {
+  const std::string sample = "drawn.sam";
   words.insert(words.begin(), {"sample", "-o", sample});
   tarvex::ProjectConfiguration project;
   std::string message;
@@ -202,13 +200,13 @@ bool readSample(Words words, const Words& columns, const std::string& scratch, t
                             fail(message));
 }
 
-bool drawDesign(const Design& design, const std::string& scratch, const std::string& directory) {
+bool drawDesign(const Design& design, const std::string& directory) {
   // The replicated design is there for correlated factors alone.
-  const std::string factors = scratch + (design.words.front() == "replicated-latin" ? "/matrix.fac" : "/two.fac");
+  const std::string factors = design.words.front() == "replicated-latin" ? "matrix.fac" : "two.fac";
   Words words{factors, "--method"};
   words.insert(words.end(), design.words.begin(), design.words.end());
   tarvex::RunTable table;
-  if (!readSample(words, {"x1", "x2"}, scratch, table)) return fail(design.name);
+  if (!readSample(words, {"x1", "x2"}, table)) return fail(design.name);
   const Figure figure = designFigure(design, table);
   return save(directory, design.name, figure, kHint) && save(directory, design.quick, figure, kQuick);
 }
@@ -229,13 +227,13 @@ tarvex::Line classesOf(const tarvex::RunColumn& column, double lower, double upp
 }
 
 // What truncation leaves of a normal distribution.
-bool drawTruncation(const std::string& scratch, const std::string& directory) {
+bool drawTruncation(const std::string& directory) {
   constexpr double kReach = 3.2;
-  const std::string factors = scratch + "/cut.fac";
+  const std::string factors = "cut.fac";
   const std::string text = factorsText({"Normal\nwhole\n\n1\t0\t1\t0.001\t0.999", "Normal\ncut\n\n1\t0\t1\t0.1\t0.9"});
   tarvex::RunTable table;
   if (!write(factors, text) ||
-      !readSample({factors, "--method", "latin", "--runs", "20000", "--seed", "1"}, {"whole", "cut"}, scratch, table))
+      !readSample({factors, "--method", "latin", "--runs", "20000", "--seed", "1"}, {"whole", "cut"}, table))
     return false;
   tarvex::XyChart chart;
   chart.x = {"value", -kReach, kReach, tarvex::AxisScale::Linear, tarvex::NumberForm::Short};
@@ -270,25 +268,26 @@ bool drawCase(const Case& demo, const std::string& from, const std::string& dire
   for (std::size_t column = 0; column + 1 < table.columns.size(); ++column)
     figure.charts.push_back(tarvex::scatterPlot(table.columns[column], table.columns.back()).charts.front());
   figure.columns = static_cast<int>(figure.charts.size());
-  return save(directory, demo.name, figure, {kScatterWidth * figure.columns, kScatterHeight});
+  return save(directory, demo.name, figure, {kScatter.width * figure.columns, kScatter.height});
 }
 
-bool drawAll(const std::string& demo, const std::string& scratch, const std::string& directory) {
+// In a scratch directory, the current one.
+bool drawAll(const std::string& demo, const std::string& directory) {
   const std::string flat = "\n\n1\t1\n0\t1\t1";
   const std::vector<std::string> two = {"Uniform\nx1" + flat, "Uniform\nx2" + flat};
-  if (!write(scratch + "/two.fac", factorsText(two)) ||
-      !write(scratch + "/matrix.fac", factorsText(two, Mode::Matrix)) || !write("rows.csv", kRows))
+  if (!write("two.fac", factorsText(two)) || !write("matrix.fac", factorsText(two, Mode::Matrix)) ||
+      !write("rows.csv", kRows))
     return false;
   for (const Design& design : kDesigns)
-    if (!drawDesign(design, scratch, directory)) return false;
+    if (!drawDesign(design, directory)) return false;
   for (const Example& example : kExamples) {
-    const std::string file = scratch + '/' + example.picture + ".fac";
+    const std::string file = std::string(example.picture) + ".fac";
     const std::string record = std::string(example.type) + "\nX\n\n" + example.parameters;
     if (!write(file, factorsText({record})) ||
         !plot(directory, example.picture, {file, "-k", "distribution", "-v", "X"}, kDensity))
       return false;
   }
-  return drawTruncation(scratch, directory) &&
+  return drawTruncation(directory) &&
          std::ranges::all_of(kCases, [&](const Case& one) { return drawCase(one, demo, directory); });
 }
 
@@ -304,7 +303,7 @@ int main(int count, char** words) {
   std::string scratch = tarvex::WorkingFile::directory() + "/tarvex-help-XXXXXX";
   if (mkdtemp(scratch.data()) == nullptr) return 1;
   fs::current_path(scratch);
-  const bool done = drawAll(demo, scratch, directory);
+  const bool done = drawAll(demo, directory);
   fs::remove_all(scratch);
   return done ? 0 : 1;
 }
