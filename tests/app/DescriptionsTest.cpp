@@ -1,11 +1,9 @@
 #include "app/Descriptions.h"
 
-#include <gtest/gtest.h>
-
 #include "model/ModelConfiguration.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
-#include "support/Golden.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,16 +1,13 @@
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
-#include "factors/Uniform.h"
-#include "sampling/RandomSampler.h"
+#include "app/SmallStudy.h"
 #include "support/Processes.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/ScriptedApplication.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -21,18 +18,11 @@ using std::chrono::steady_clock;
 constexpr const char* kThreeRuns = "1\ny\ntime = no\n3\n1.5\n2.5\n3.5\n";
 
 // A project of three runs of one factor, whose model is a program that the test writes.
-class External : public testing::Test {
+class External : public test::InDirectory {
  protected:
   void SetUp() override {
     std::filesystem::create_directory(working_);
-    PrepSettings prep;
-    auto factor = std::make_unique<Uniform>();
-    factor->name = "a";
-    prep.factors.addFactor(std::move(factor));
-    prep.sampler = std::make_unique<RandomSampler>();
-    ASSERT_TRUE(prep.sampler->setSamples(3));
-    prep.sampleFile = file("in.sam");
-    ASSERT_EQ(controller_.acceptPrep(std::move(prep)), Outcome::Done);
+    ASSERT_EQ(controller_.acceptPrep(test::randomRuns({"a"}, 3, file("in.sam"))), Outcome::Done);
     ASSERT_EQ(controller_.generateSample(), Outcome::Done);
     frontEnd_ = {};
     setModel(file("model"));
@@ -52,7 +42,6 @@ class External : public testing::Test {
     model.kind = kExternalExecutable;
     ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
   }
-  std::string file(const std::string& name) const { return directory_.file(name); }
   std::string opened() const {
     return "open External model execution: " + controller_.project().model.choice.executable + ", " + file("in.sam");
   }
@@ -69,8 +58,7 @@ class External : public testing::Test {
   }
 
   int descriptors_ = 0;  // with the store's working files open
-  test::TempDirectory directory_;
-  std::string working_ = directory_.file("working");
+  std::string working_ = file("working");
   test::ScopedEnvironment temp_{"TEMP", working_};
   test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
@@ -102,12 +90,8 @@ TEST_F(External, failuresAreTold) {
     Calls calls;
   } cases[] = {
       {"exits with 3", "echo '1\ny\ntime = no\n1\n1' > model.out\nexit 3\n", {opened(), "close", code}},
-      {"killed by a signal", "kill -KILL $$\n", {opened(), "close", code}},
       {"no output", "rm -f model.out\n", {opened(), "close", output}},
       {"output cut short", "echo '1\ny\ntime = no\n3\n1' > model.out\n", {opened(), "close", output}},
-      {"output of no run", "echo '1\ny\ntime = no\n0' > model.out\n", {opened(), "close", output}},
-      {"output of negative runs", "echo '1\ny\ntime = no\n-1' > model.out\n", {opened(), "close", output}},
-      {"output of too many runs", "echo '1\ny\ntime = no\n2147483647' > model.out\n", {opened(), "close", output}},
       {"a name with a digit",
        "echo '1\n2a\ntime = no\n3\n1\n2\n3' > model.out\n",
        {opened(), "close", "Error: Incorrect model variable name: 2a", output}},
@@ -157,23 +141,12 @@ TEST_F(External, theSampleFileHoldsTheSampleInHand) {
 }
 
 TEST_F(External, aModelThatCannotBeStarted) {
-  test::writeFile(file("text"), "exit 0\n");
-  const struct {
-    const char* name;
-    std::string executable;
-    int error;
-  } cases[] = {{"missing", file("no such \"model\" é"), ENOENT},
-               {"not executable", file("text"), EACCES},
-               {"a directory", directory_.path(), EACCES}};
-  for (const auto& c : cases) {
-    setModel(c.executable);
-    frontEnd_.calls.clear();
-    EXPECT_FALSE(runAgain()) << c.name;
-    EXPECT_EQ(frontEnd_.calls,
-              Calls{"Error: The model execution process can't be loaded.\nError " + std::to_string(c.error) +
-                    "\ncmd: \"" + c.executable + "\" \"" + file("in.sam") + '"'})
-        << c.name;
-  }
+  const std::string missing = file("no such \"model\" é");
+  setModel(missing);
+  frontEnd_.calls.clear();
+  EXPECT_FALSE(runAgain());
+  EXPECT_EQ(frontEnd_.calls, Calls{"Error: The model execution process can't be loaded.\nError " +
+                                   std::to_string(ENOENT) + "\ncmd: \"" + missing + "\" \"" + file("in.sam") + '"'});
 }
 
 TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
@@ -219,6 +192,62 @@ TEST_F(External, manyRunsLeaveNothingBehind) {
   EXPECT_EQ(frontEnd_.calls.back(), "Error: Error reading model output file\n" + file("model.out") +
                                         ": the model did not write it, it is older than the model's start");
   EXPECT_EQ(directory_.entries(), (Calls{"in.sam", "model", "model.out", "model.out.log", "working"}));
+}
+
+// A project of three runs whose model is a workbook of one output.
+class WorkbookRun : public test::InDirectory {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(controller_.acceptPrep(test::randomRuns({"a"}, 3, file("in.sam"))), Outcome::Done);
+    ASSERT_EQ(controller_.generateSample(), Outcome::Done);
+    frontEnd_.calls.clear();
+    test::writeFile(workbook_, "as it was");
+    ModelChoice model;
+    model.setExternal("Excel Application", workbook_, 1);
+    model.kind = kExternalExecutable;
+    ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
+    controller_.makeSpreadsheetApplication = [this](const std::function<bool()>& serve) {
+      auto application = std::make_unique<test::ScriptedApplication>();
+      application->sheets = {{"Outputs", {{{0, 0}, "y"}, {{1, 0}, 1.0}, {{2, 0}, 2.0}, {{3, 0}, 3.0}}}};
+      application->failing = failing_;
+      application->user = [this, serve] {
+        EXPECT_EQ(controller_.generateSample(), Outcome::Busy) << "nothing else starts meanwhile";
+        while (serve())
+          if (frontEnd_.frames == 5) return true;
+        return false;
+      };
+      return application;
+    };
+  }
+
+  std::string workbook_ = file("book.ods");
+  std::string failing_;
+  test::ScriptedFrontEnd frontEnd_;
+  RunController controller_{frontEnd_};
+  const std::string opened_ = "open External model execution: Excel Application, " + workbook_;
+};
+
+TEST_F(WorkbookRun, servesTheUserUntilTheApplicationIsClosed) {
+  EXPECT_EQ(controller_.runModel(RunController::SampleUse::Existing), Outcome::Done);
+  EXPECT_EQ(frontEnd_.calls, (Calls{opened_, "close"}));
+  EXPECT_EQ(frontEnd_.frames, 5);
+  EXPECT_FALSE(controller_.busy());
+  EXPECT_EQ(controller_.project().model.results.runCount(), 3);
+  ASSERT_TRUE(controller_.project().hasVels);
+  EXPECT_EQ(controller_.project().vels.outputs().front().name, "y");
+}
+
+TEST_F(WorkbookRun, whateverFailsIsAFailedRun) {
+  for (const std::string failing : {"write", ""}) {  // "": the user stops
+    failing_ = failing;
+    frontEnd_.calls.clear();
+    frontEnd_.stopAtFrame = 3;
+    EXPECT_EQ(controller_.runModel(RunController::SampleUse::Existing), Outcome::Refused) << failing;
+    Calls expected{opened_, "close", "Error: Error in the Excel model execution"};
+    if (!failing.empty()) expected.insert(expected.begin() + 1, "Error: write failed");
+    EXPECT_EQ(frontEnd_.calls, expected) << failing;
+    EXPECT_FALSE(controller_.busy() || controller_.project().hasVels) << failing;
+  }
 }
 
 }  // namespace

@@ -1,31 +1,23 @@
 #include "app/LaunchRequest.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
 #include "base/RememberedDirectories.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
 using Texts = std::vector<std::string>;
 
-class Launch : public testing::Test {
+class Launch : public test::InDirectory {
  protected:
   void TearDown() override { RememberedDirectories::forget(); }
   LaunchRequest request(const std::string& text) {
-    test::writeFile(directory_.file("Tarvex.ini"), text);
+    test::writeFile(file("Tarvex.ini"), text);
     return LaunchRequest::read(directory_.path());
   }
 
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
   test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
 };
@@ -60,7 +52,7 @@ TEST_F(Launch, filesInTheirOrder) {
 }
 
 TEST_F(Launch, opensAsTheUserWould) {
-  const std::string outside = directory_.file("a b.txt");
+  const std::string outside = file("a b.txt");
   test::writeFile(outside, "2\n1\nx\n5\n6\n");
   const LaunchRequest launch = request("Tarvex configuration file:" + test::goldenPath("morris.spc") +
                                        "\nTarvex sample file:" + test::goldenPath("ishigami.sam") +
@@ -72,15 +64,6 @@ TEST_F(Launch, opensAsTheUserWould) {
     EXPECT_EQ(controller_.project().hasVels, i == 0) << "a sample drops the measures";
   }
   EXPECT_TRUE(frontEnd_.calls.empty());
-  const LaunchRequest missing =
-      request("Tarvex sample file:/no/such\nExternal sample file:/no/such\nTarvex configuration file:/no/such\n");
-  for (const LaunchRequest::File& file : missing.files())
-    EXPECT_EQ(LaunchRequest::open(file, controller_), Outcome::Refused);
-  const Texts told = {"Error: Error reading samples file", "Error: Error reading external samples file",
-                      "Error:   Error reading UA/SA file"};
-  ASSERT_EQ(frontEnd_.calls.size(), told.size());
-  for (std::size_t i = 0; i < told.size(); ++i) EXPECT_TRUE(frontEnd_.calls[i].starts_with(told[i])) << told[i];
-  EXPECT_EQ(controller_.project().prep.samples.rows(), 2);
 }
 
 TEST_F(Launch, theModelComesLast) {

@@ -1,21 +1,16 @@
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-#include <filesystem>
 
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
 #include "base/RememberedDirectories.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
 using Texts = std::vector<std::string>;
 
-class Workflow : public testing::Test {
+class Workflow : public test::InDirectory {
  protected:
   void SetUp() override {
     RememberedDirectories::forget();
@@ -24,7 +19,6 @@ class Workflow : public testing::Test {
     ASSERT_EQ(controller_.saveProjectAs(file("a.psc")), Outcome::Done);
   }
   void TearDown() override { RememberedDirectories::forget(); }
-  std::string file(const std::string& name) const { return directory_.file(name); }
   PrepSettings settings() const {
     PrepSettings copy;
     std::string message;
@@ -45,8 +39,6 @@ class Workflow : public testing::Test {
     frontEnd_ = {};
   }
 
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
   test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
 };

@@ -1,16 +1,11 @@
 #include "app/RunController.h"
 
-#include <gtest/gtest.h>
-
 #include "app/Analysis.h"
 #include "app/ScriptedFrontEnd.h"
+#include "app/SmallStudy.h"
 #include "base/uniformRandom.h"
-#include "factors/Uniform.h"
 #include "postproc/SensitivityStats.h"
-#include "sampling/FastSampler.h"
-#include "sampling/RandomSampler.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -18,30 +13,15 @@ namespace {
 using Calls = std::vector<std::string>;
 
 // A project of two uniform factors, random runs and the model y = a + b.
-class Controller : public testing::Test {
+class Controller : public test::InDirectory {
  protected:
   void SetUp() override {
     restoreInitialTrialState();  // equations are tried out at drawn values
-    PrepSettings prep;
-    for (const char* name : {"a", "b"}) {
-      auto factor = std::make_unique<Uniform>();
-      factor->name = name;
-      prep.factors.addFactor(std::move(factor));
-    }
-    prep.sampler = std::make_unique<RandomSampler>();
-    ASSERT_TRUE(prep.sampler->setSamples(200));
-    prep.sampleFile = directory_.file("out.sam");
-    ASSERT_EQ(controller_.acceptPrep(std::move(prep)), Outcome::Done);
+    ASSERT_EQ(controller_.acceptPrep(test::randomRuns({"a", "b"}, 200, file("out.sam"))), Outcome::Done);
     setModel("a + b");
   }
 
-  void setModel(const std::string& text) {
-    auto model = std::make_unique<InternalModel>();
-    ASSERT_TRUE(model->addVariable("a") && model->addVariable("b") && model->addExpression(0, "y", text, 1));
-    ModelChoice configuration;
-    configuration.setInternalModel(std::move(model));
-    ASSERT_EQ(controller_.acceptModel(std::move(configuration)), Outcome::Done);
-  }
+  void setModel(const std::string& text) { ASSERT_EQ(controller_.acceptModel(test::equation(text)), Outcome::Done); }
   void edit(const std::function<void(PrepSettings&)>& change) {
     PrepSettings settings;
     std::string message;
@@ -66,9 +46,8 @@ class Controller : public testing::Test {
     return all;
   }
 
-  test::TempDirectory directory_;
   // What a generation shows, as far as it writes its file.
-  const Calls opened_{"open Sample generation", "status Output file: " + directory_.file("out.sam")};
+  const Calls opened_{"open Sample generation", "status Output file: " + file("out.sam")};
   const Calls generated_{opened_[0], opened_[1], "status Copying data to file...", "close"};
   test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
@@ -87,37 +66,23 @@ TEST_F(Controller, generatesInStepsOfOnePercent) {
   EXPECT_EQ(directory_.entries(), Calls{"out.sam"});
 }
 
-TEST_F(Controller, aStopLeavesNoSampleAndNoFile) {
-  for (const int percent : {1, 37, 50, 80, 99}) {
-    frontEnd_ = {};
-    frontEnd_.stopAtPercent = percent;
-    EXPECT_FALSE(generate());
-    EXPECT_EQ(frontEnd_.calls, (Calls{opened_[0], opened_[1], "close"}));
-    EXPECT_EQ(frontEnd_.percents.back(), percent);
-    EXPECT_EQ(controller_.project().prep.samples.rows(), 0);
-    EXPECT_FALSE(controller_.project().prep.sampleStatistics);
-    EXPECT_FALSE(controller_.busy());
-    EXPECT_TRUE(directory_.entries().empty());
-  }
-}
-
 TEST_F(Controller, asksBeforeItReplacesASample) {
   const std::string question =
       "Warning? One sample set already exists.\n Do you want to delete the existing one and create a new one now? Yes "
       "No";
   ASSERT_TRUE(generate());
-  const std::string first = test::readFile(directory_.file("out.sam"));
+  const std::string first = test::readFile(file("out.sam"));
 
   frontEnd_ = {};
   frontEnd_.answer = false;
   EXPECT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, Calls{question});
-  EXPECT_EQ(test::readFile(directory_.file("out.sam")), first);
+  EXPECT_EQ(test::readFile(file("out.sam")), first);
 
   frontEnd_ = {};
   EXPECT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, (Calls{question, generated_[0], generated_[1], generated_[2], generated_[3]}));
-  EXPECT_EQ(test::readFile(directory_.file("out.sam")), first) << "the same settings";
+  EXPECT_EQ(test::readFile(file("out.sam")), first) << "the same settings";
 
   frontEnd_ = {};
   edit([](PrepSettings& settings) { EXPECT_TRUE(settings.sampler->setSeed(2)); });
@@ -129,7 +94,7 @@ TEST_F(Controller, asksBeforeItReplacesASample) {
   frontEnd_ = {};
   EXPECT_TRUE(generate());
   EXPECT_EQ(frontEnd_.calls, generated_) << "a stale sample goes without a question";
-  EXPECT_NE(test::readFile(directory_.file("out.sam")), first);
+  EXPECT_NE(test::readFile(file("out.sam")), first);
 }
 
 TEST_F(Controller, refusesWhatCannotBeGenerated) {
@@ -146,14 +111,6 @@ TEST_F(Controller, refusesWhatCannotBeGenerated) {
   edit([](PrepSettings& settings) { EXPECT_TRUE(settings.sampler->setSamples(0)); });
   EXPECT_FALSE(generate());
   EXPECT_EQ(frontEnd_.calls, Calls{"Warning:   No samples to generate"});
-
-  frontEnd_ = {};
-  edit([](PrepSettings& settings) {
-    settings.sampler = std::make_unique<FastSampler>();
-    EXPECT_TRUE(settings.sampler->setSamples(72));
-  });
-  EXPECT_FALSE(generate());
-  EXPECT_EQ(frontEnd_.calls, Calls{"Warning: Sample size too small\nChoose sample size greater than or equal to 73"});
 }
 
 TEST_F(Controller, runsTheEquationsOverTheSample) {
@@ -162,13 +119,7 @@ TEST_F(Controller, runsTheEquationsOverTheSample) {
   calls.insert(calls.end(), generated_.begin(), generated_.end());
   calls.insert(calls.end(), {"open Model execution", "status Model name:  noname", "close"});
   EXPECT_EQ(frontEnd_.calls, calls);
-  const std::vector<double> values = outputs();
-  ASSERT_EQ(values.size(), 200u);
-  for (std::int32_t r = 0; r < 200; ++r) {
-    double row[2];
-    ASSERT_TRUE(controller_.project().prep.samples.getRow(r, row));
-    EXPECT_NEAR(values[static_cast<std::size_t>(r)], row[0] + row[1], 2e-6) << "six digits enter the equation";
-  }
+  EXPECT_EQ(outputs().size(), 200u);
   ASSERT_TRUE(controller_.project().hasVels);
   EXPECT_EQ(controller_.project().vels.outputs().front().name, "y");
   EXPECT_EQ(controller_.project().vels.sensitivity->factorCount, 2);
@@ -189,40 +140,20 @@ TEST_F(Controller, takesTheInputsInTheOrderOfTheLink) {
   EXPECT_NEAR(outputs().front(), row[0], 1e-6);
 }
 
-TEST_F(Controller, aStoppedRunHasNoResults) {
-  ASSERT_TRUE(generate());
-  frontEnd_ = {};
-  frontEnd_.stopAtPercent = 37;
-  EXPECT_FALSE(run(true));
-  EXPECT_EQ(frontEnd_.calls, (Calls{"link", "open Model execution", "status Model name:  noname", "close"}));
-  EXPECT_FALSE(controller_.project().hasVels || controller_.busy());
-}
-
 TEST_F(Controller, rowsThatCannotBeEvaluatedAreNanAndToldOnce) {
   setModel("1 / (a < 0.5)");
   ASSERT_TRUE(run(false));
   const std::vector<double> values = outputs();
-  std::int32_t failed = 0;
-  std::int32_t first = -1;
-  for (std::int32_t r = 0; r < 200; ++r) {
-    double row[2];
-    ASSERT_TRUE(controller_.project().prep.samples.getRow(r, row));
-    const bool fails = row[0] >= 0.5;
-    EXPECT_EQ(std::isnan(values[static_cast<std::size_t>(r)]), fails);
-    failed += fails ? 1 : 0;
-    if (fails && first < 0) first = r;
-  }
+  const auto isNan = [](double value) { return std::isnan(value); };
+  const auto first = std::ranges::find_if(values, isNan) - values.begin();
   EXPECT_EQ(frontEnd_.calls.back(), "Warning: Error evaluating model\nThe equations could not be evaluated in " +
-                                        std::to_string(failed) + " of 200 runs, first in run " + std::to_string(first) +
+                                        std::to_string(std::ranges::count_if(values, isNan)) +
+                                        " of 200 runs, first in run " + std::to_string(first) +
                                         ". Their outputs are nan.");
 }
 
 TEST_F(Controller, refusesAModelThatDoesNotFitTheSample) {
-  auto model = std::make_unique<InternalModel>();
-  ASSERT_TRUE(model->addVariable("a") && model->addExpression(0, "y", "a", 1));
-  ModelChoice smaller;
-  smaller.setInternalModel(std::move(model));
-  ASSERT_EQ(controller_.acceptModel(std::move(smaller)), Outcome::Done);
+  ASSERT_EQ(controller_.acceptModel(test::equation("a", {"a"})), Outcome::Done);
   EXPECT_FALSE(run(false));
   EXPECT_EQ(frontEnd_.calls, Calls{"Error: The number of model inputs differs from the number of factors in the "
                                    "generated sample"});
@@ -230,20 +161,6 @@ TEST_F(Controller, refusesAModelThatDoesNotFitTheSample) {
   setModel("a + b");
   EXPECT_FALSE(run(true)) << "there is no sample yet";
   EXPECT_EQ(frontEnd_.calls.back(), "Warning:   No samples to generate");
-}
-
-TEST_F(Controller, readsTheOutputOfAModelThatRanElsewhere) {
-  edit([](PrepSettings& settings) { EXPECT_TRUE(settings.sampler->setSamples(2)); });
-  ASSERT_TRUE(generate());
-  ModelChoice model;
-  model.setExternal("", directory_.file("model.out"), 0);
-  ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
-
-  frontEnd_ = {};
-  test::writeFile(directory_.file("model.out"), "1\nz-1\ntime = no\n2\n1.5\n2.5\n");
-  ASSERT_TRUE(run(true));
-  EXPECT_EQ(frontEnd_.calls, Calls{"Warning: The model variable z-1 will be modified in z_1"});
-  EXPECT_EQ(outputs(), (std::vector<double>{1.5, 2.5}));
 }
 
 // What analyse() leaves of the blocks that it wasn't asked for.

@@ -1,47 +1,25 @@
 // What a desktop does with the controller, without one: panels that edit settings, ask what can be done, listen, and
 // hold what they show.
 
-#include <gtest/gtest.h>
-
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
+#include "app/SmallStudy.h"
 #include "base/uniformRandom.h"
-#include "factors/Uniform.h"
 #include "postproc/RegressionStats.h"
-#include "sampling/RandomSampler.h"
 #include "support/FailingCalls.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
+using test::equation;
 using Use = RunController::SampleUse;
 
-class Session : public testing::Test {
+class Session : public test::InDirectory {
  protected:
   void SetUp() override { restoreInitialTrialState(); }
 
-  // As the pre-processor's panel hands them back.
-  PrepSettings settings(std::int32_t runs) const {
-    PrepSettings edited;
-    for (const char* name : {"a", "b"}) {
-      auto factor = std::make_unique<Uniform>();
-      factor->name = name;
-      edited.factors.addFactor(std::move(factor));
-    }
-    edited.sampler = std::make_unique<RandomSampler>();
-    EXPECT_TRUE(edited.sampler->setSamples(runs));
-    edited.sampleFile = directory_.file("out.sam");
-    return edited;
-  }
-  static ModelChoice equation(const std::string& text) {
-    auto model = std::make_unique<InternalModel>();
-    EXPECT_TRUE(model->addVariable("a") && model->addVariable("b") && model->addExpression(0, "y", text, 1));
-    ModelChoice configuration;
-    configuration.setInternalModel(std::move(model));
-    return configuration;
-  }
+  PrepSettings settings(std::int32_t runs) const { return test::randomRuns({"a", "b"}, runs, file("out.sam")); }
   // A finished and analysed study of y = a + b.
   void analysed() {
     ASSERT_EQ(controller_.acceptPrep(settings(100)), Outcome::Done);
@@ -51,7 +29,6 @@ class Session : public testing::Test {
     frontEnd_ = {};
   }
 
-  test::TempDirectory directory_;
   test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
 };
@@ -127,8 +104,12 @@ TEST_F(Session, resultsGoWithWhatTheyBelongedTo) {
        false},
       {"a stopped generation",
        [&] {
+         std::filesystem::remove(file("out.sam"));
          frontEnd_.stopAtPercent = 37;
-         static_cast<void>(controller_.generateSample(RunController::OldSample::Replace));
+         EXPECT_EQ(controller_.generateSample(RunController::OldSample::Replace), Outcome::Refused);
+         EXPECT_EQ(frontEnd_.percents.back(), 37);
+         EXPECT_TRUE(controller_.project().prep.samples.rows() == 0 && !controller_.busy());
+         EXPECT_FALSE(std::filesystem::exists(file("out.sam")));
        },
        false},
       {"a stopped run",
@@ -163,7 +144,7 @@ TEST_F(Session, resultsGoWithWhatTheyBelongedTo) {
     EXPECT_EQ(controller_.analyse({}), c.keeps ? Outcome::Done : Outcome::Refused);
     EXPECT_EQ(controller_.project().model.results.runCount() > 0, c.keeps);
     EXPECT_EQ(controller_.project().hasVels, c.keeps);
-    const std::string saved = directory_.file("a.psc");
+    const std::string saved = file("a.psc");
     ASSERT_EQ(controller_.saveProject(saved), Outcome::Done);
     ASSERT_EQ(controller_.loadProject(saved), Outcome::Done);
     EXPECT_EQ(controller_.whyNot(Step::Analyse).empty(), c.keeps) << "after a save and a load";

@@ -1,37 +1,29 @@
 #include "app/StartUp.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-#include <filesystem>
 
 #include "app/DemoRepair.h"
 #include "app/MainDirectory.h"
 #include "support/FailingCalls.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-class Start : public testing::Test {
+class Start : public test::InDirectory {
  protected:
   void SetUp() override {
     ASSERT_EQ(::chdir(directory_.path().c_str()), 0);
-    std::filesystem::create_directory(directory_.file("Demo"));
+    std::filesystem::create_directory(file("Demo"));
     MainDirectory::set("");
   }
   void TearDown() override { MainDirectory::set(""); }
-  std::string demo(const std::string& name) const { return directory_.file("Demo/" + name); }
-
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
+  std::string demo(const std::string& name) const { return file("Demo/" + name); }
 };
 
 TEST_F(Start, repairsOnceAndKeepsOtherMarks) {
   const struct {
-    const char* name;
-    const char* mark;
+    const char *name, *mark;
     std::int32_t after;
     bool repairs;
   } cases[] = {{"first start", "0\n", 1, true},
@@ -93,7 +85,7 @@ TEST_F(Start, repairsTheSevenCasesWhateverTheirCase) {
   // The directory as it stands in the files need not be where they lie.
   const std::string place = directory_.path() + "/C:\\x";
   std::filesystem::create_directory(place);
-  std::filesystem::rename(directory_.file("Demo"), place + "/Demo");
+  std::filesystem::rename(file("Demo"), place + "/Demo");
   repairDemoFiles("C:\\x");
   for (const char* name : {"ISHIGAMI.DEM", "Linear.dem", "levelE.dem", "sobolg0.dem", "SobolG1.Dem", "sobolG2.dem"})
     EXPECT_EQ(test::readFile(place + "/Demo/" + name), repaired) << name;

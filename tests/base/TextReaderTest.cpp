@@ -1,39 +1,31 @@
 #include "base/TextReader.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cmath>
 #include <thread>
 
 #include "support/FailingCalls.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
 template <class Number>
-void expectNumber(const char* text, bool good, Number expected) {
-  SCOPED_TRACE(text);
+Number numberIn(const char* text) {
   TextReader in = TextReader::fromText(text);
-  Number value = 77;
+  Number value = 77;  // of a failed read
   in >> value;
-  EXPECT_EQ(in.ok(), good);
-  EXPECT_EQ(value, good ? expected : 77);
+  return in.ok() ? value : Number{77};
 }
 
 TEST(TextReader, RangesOfTheTypes) {
-  expectNumber<std::int32_t>(" \n\t\v\f\r 2147483647 ", true, 2147483647);
-  expectNumber<std::int32_t>("2147483648", false, 0);
-  expectNumber<std::int32_t>("-2147483649", false, 0);
-  expectNumber<std::int32_t>("+7x", true, 7);
-  expectNumber<std::int32_t>("3.9", true, 3);
-  expectNumber<std::uint32_t>("4294967295", true, 4294967295U);
-  expectNumber<std::uint32_t>("-1", false, 0);
-  expectNumber<std::int64_t>("9223372036854775808", false, 0);
-  expectNumber<double>("1e999", false, 0);
-  expectNumber<float>("1e39", false, 0);
+  EXPECT_EQ(numberIn<std::int32_t>(" \n\t\v\f\r 2147483647 "), 2147483647);
+  for (const char* text : {"2147483648", "-2147483649"}) EXPECT_EQ(numberIn<std::int32_t>(text), 77) << text;
+  EXPECT_EQ(numberIn<std::int32_t>("+7x") + numberIn<std::int32_t>("3.9"), 10);
+  EXPECT_EQ(numberIn<std::uint32_t>("4294967295"), 4294967295U);
+  EXPECT_EQ(numberIn<std::uint32_t>("-1"), 77U);
+  EXPECT_EQ(numberIn<std::int64_t>("9223372036854775808"), 77);
+  EXPECT_EQ(numberIn<double>("1e999") + numberIn<float>("1e39"), 154.0);
 }
 
 TEST(TextReader, SaysWhatMadeItFail) {
@@ -97,8 +89,7 @@ TEST(TextReader, FailsForGoodAndLeavesArgumentsAlone) {
 }
 
 struct LineCase {
-  const char* name;
-  const char* text;
+  const char *name, *text;
   std::size_t limit;
   bool readLine;  // whether readLine succeeds
   const char* line;
@@ -154,10 +145,9 @@ TEST(TextReader, CountsAreHeldAgainstWhatIsLeft) {
 }
 
 // A file of several buffers, with a number, a line end and a CR LF at every place of a buffer's end in turn.
-class LargeFile : public testing::Test {
+class LargeFile : public test::InDirectory {
  protected:
-  test::TempDirectory temp_;
-  std::string path_ = temp_.file("large");
+  std::string path_ = file("large");
 };
 
 TEST_F(LargeFile, TokensThatStraddleBuffers) {
@@ -224,9 +214,10 @@ TEST_F(LargeFile, FailureOfReadFailsTheReader) {
 }
 
 TEST_F(LargeFile, WhatCantBeRead) {
-  for (const std::string& path : {path_, temp_.path(), std::string()}) EXPECT_TRUE(TextReader::fromFile(path).fail());
+  for (const std::string& path : {path_, directory_.path(), std::string()})
+    EXPECT_TRUE(TextReader::fromFile(path).fail());
   test::writeFile(path_, "1");
-  EXPECT_TRUE(TextReader::fromFile(temp_.path() + "\\large").ok());
+  EXPECT_TRUE(TextReader::fromFile(directory_.path() + "\\large").ok());
 }
 
 TEST_F(LargeFile, APipeIsReadWhole) {

@@ -1,19 +1,15 @@
 #include "base/TextWriter.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <limits>
 #include <thread>
 
 #include "base/Temporaries.h"
 #include "support/FailingCalls.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -21,15 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 using test::FailingCalls;
 
-TEST(TextWriter, WritesTheKindsOfValues) {
-  TextWriter out;
-  out << "text " << std::string_view("view") << ' ' << std::numeric_limits<std::int64_t>::min() << ' ' << 0.1F << '\n';
-  EXPECT_EQ(out.setPrecision(10), 6);
-  out << 1.0 / 3 << '\t' << std::uint8_t{65};
-  EXPECT_EQ(out.text(), "text view -9223372036854775808 0.1\n0.3333333333\t65");
-}
-
-class TextWriterFile : public testing::Test {
+class TextWriterFile : public test::InDirectory {
  protected:
   // Long enough for several writes.
   static std::string longText() {
@@ -46,9 +34,7 @@ class TextWriterFile : public testing::Test {
     return out.commit();
   }
 
-  test::ScopedCurrentDirectory current_;
-  test::TempDirectory temp_;
-  std::string path_ = temp_.file("target");
+  std::string path_ = file("target");
 };
 
 TEST_F(TextWriterFile, ReplacesTheTargetOnlyAtCommit) {
@@ -56,12 +42,12 @@ TEST_F(TextWriterFile, ReplacesTheTargetOnlyAtCommit) {
   {
     TextWriter dropped(path_);
     dropped << longText();
-    EXPECT_EQ(temp_.entries().size(), 2u);
+    EXPECT_EQ(directory_.entries().size(), 2u);
   }
-  EXPECT_EQ(temp_.entries(), std::vector<std::string>{"target"});
+  EXPECT_EQ(directory_.entries(), std::vector<std::string>{"target"});
   EXPECT_EQ(test::readFile(path_), "old");
-  fs::create_directory(temp_.file("other"));
-  fs::current_path(temp_.path());
+  fs::create_directory(file("other"));
+  fs::current_path(directory_.path());
   TextWriter out("target");
   TextWriter second("target");  // two writers don't share a temporary
   out << "new";
@@ -79,17 +65,17 @@ TEST_F(TextWriterFile, KeepsModeAndLink) {
   }
   ::umask(mask);
   EXPECT_EQ(fs::status(path_).permissions(), fs::perms{0664});
-  fs::create_directory(temp_.file("sub"));
-  fs::create_symlink("../target", temp_.file("sub/link"));
-  fs::create_symlink("sub/link", temp_.file("outer"));
-  EXPECT_TRUE(write(temp_.file("outer"), "3"));
-  EXPECT_TRUE(fs::is_symlink(temp_.file("outer")) && fs::is_symlink(temp_.file("sub/link")));
+  fs::create_directory(file("sub"));
+  fs::create_symlink("../target", file("sub/link"));
+  fs::create_symlink("sub/link", file("outer"));
+  EXPECT_TRUE(write(file("outer"), "3"));
+  EXPECT_TRUE(fs::is_symlink(file("outer")) && fs::is_symlink(file("sub/link")));
   EXPECT_EQ(test::readFile(path_), "3");
-  fs::create_symlink("fresh", temp_.file("dangling"));
-  EXPECT_TRUE(write(temp_.file("dangling"), "4"));
-  EXPECT_EQ(test::readFile(temp_.file("fresh")), "4");
-  fs::create_symlink("loop", temp_.file("loop"));
-  EXPECT_FALSE(write(temp_.file("loop"), "5"));
+  fs::create_symlink("fresh", file("dangling"));
+  EXPECT_TRUE(write(file("dangling"), "4"));
+  EXPECT_EQ(test::readFile(file("fresh")), "4");
+  fs::create_symlink("loop", file("loop"));
+  EXPECT_FALSE(write(file("loop"), "5"));
 }
 
 // Every write, the flush to disk, the closing and the rename in turn; the disk may be full for once or from then on.
@@ -100,10 +86,10 @@ TEST_F(TextWriterFile, AFullDiskKeepsTheOldFile) {
   for (const auto call :
        {FailingCalls::kOpen, FailingCalls::kWrite, FailingCalls::kFsync, FailingCalls::kClose, FailingCalls::kRename}) {
     calls.clearFailures();
-    ASSERT_TRUE(write(temp_.file("counted"), text));
+    ASSERT_TRUE(write(file("counted"), text));
     const int calledTimes = calls.count(call);
     ASSERT_GE(calledTimes, call == FailingCalls::kWrite ? 3 : 1);
-    fs::remove(temp_.file("counted"));
+    fs::remove(file("counted"));
     for (int n = 1; n <= calledTimes; ++n) {
       for (const bool once : {false, true}) {
         SCOPED_TRACE(testing::Message() << "call " << call << ", failure " << n << ", once " << once);
@@ -114,7 +100,7 @@ TEST_F(TextWriterFile, AFullDiskKeepsTheOldFile) {
         EXPECT_FALSE(out.commit());
         EXPECT_EQ(out.problem(), path_ + ": No space left on device");
         EXPECT_TRUE(test::readFile(path_) == "old");
-        EXPECT_EQ(temp_.entries(), std::vector<std::string>{"target"});
+        EXPECT_EQ(directory_.entries(), std::vector<std::string>{"target"});
       }
     }
   }
@@ -135,29 +121,29 @@ TEST_F(TextWriterFile, WhatIsNoRegularFileIsWrittenInPlace) {
   EXPECT_TRUE(canWriteFile("/dev/null"));
   EXPECT_FALSE(write("/dev/full", "x"));
   // A descriptor of this process on a file: others write there too, so nothing of theirs is replaced.
-  std::FILE* log = std::fopen(temp_.file("log").c_str(), "a");
+  std::FILE* log = std::fopen(file("log").c_str(), "a");
   ASSERT_NE(log, nullptr);
   std::fputs("before ", log);
   std::fflush(log);
   EXPECT_TRUE(write("/proc/self/fd/" + std::to_string(fileno(log)), "text"));
   std::fclose(log);
-  EXPECT_EQ(test::readFile(temp_.file("log")), "before text");
+  EXPECT_EQ(test::readFile(file("log")), "before text");
 }
 
 TEST_F(TextWriterFile, WhatAKilledProcessLeftGoesWithTheNextFile) {
   const pid_t child = ::fork();
   if (child == 0) {
     TextWriter out(path_);
-    const std::string directory = Temporaries::createDirectory(temp_.path());
+    const std::string directory = Temporaries::createDirectory(directory_.path());
     ::_exit(out.ok() && TextWriter(directory + "/file").ok() ? 0 : 1);
   }
   int status = -1;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
   ASSERT_EQ(status, 0);
-  EXPECT_EQ(temp_.entries().size(), 2u);
-  TextWriter alive(temp_.file("other"));
+  EXPECT_EQ(directory_.entries().size(), 2u);
+  TextWriter alive(file("other"));
   EXPECT_TRUE(write(path_, "text"));
-  EXPECT_EQ(temp_.entries().size(), 2u) << "the target and what is still being written";
+  EXPECT_EQ(directory_.entries().size(), 2u) << "the target and what is still being written";
   EXPECT_TRUE(alive.commit());
 }
 
@@ -178,7 +164,7 @@ TEST_F(TextWriterFile, WhatAnotherCleanerTookIsMadeAgainAndWhatIsAnotherUsersSta
   SystemCalls::exchange(before);
   EXPECT_EQ(cleaner.made, 2);
   EXPECT_EQ(test::readFile(path_), "text");
-  const std::string foreign = temp_.file(".tarvex-999999999-1.tmp");
+  const std::string foreign = file(".tarvex-999999999-1.tmp");
   test::writeFile(foreign, "");
   if (::chown(foreign.c_str(), 12345, 12345) != 0) GTEST_SKIP() << "only root makes files of other users";
   EXPECT_TRUE(write(path_, "text"));
@@ -189,18 +175,18 @@ TEST_F(TextWriterFile, WhatAnotherCleanerTookIsMadeAgainAndWhatIsAnotherUsersSta
 }
 
 TEST_F(TextWriterFile, WhatCantBeWritten) {
-  for (const std::string& path : {std::string(), temp_.path(), temp_.file("gone/file")}) {
+  for (const std::string& path : {std::string(), directory_.path(), file("gone/file")}) {
     EXPECT_FALSE(canWriteFile(path)) << path;
     EXPECT_FALSE(write(path, "")) << path;
   }
   EXPECT_TRUE(canWriteFile(path_));
-  EXPECT_TRUE(temp_.entries().empty());
+  EXPECT_TRUE(directory_.entries().empty());
   TextWriter out(path_);
   out << "text";
   out.refuse("the source of the text gave up");
   EXPECT_FALSE(out.commit());
   EXPECT_EQ(out.problem(), path_ + ": the source of the text gave up");
-  EXPECT_TRUE(temp_.entries().empty());
+  EXPECT_TRUE(directory_.entries().empty());
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
 #include "base/WorkingFile.h"
 
-#include <gtest/gtest.h>
-
 #include <utility>
-#include <vector>
 
 #include "support/FailingCalls.h"
-#include "support/TempDirectory.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

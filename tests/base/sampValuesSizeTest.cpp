@@ -1,14 +1,12 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
-#include <functional>
 
 #include "base/sampValues.h"
-#include "support/TempDirectory.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

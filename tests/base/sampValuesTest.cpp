@@ -1,11 +1,10 @@
 #include "base/sampValues.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 #include <utility>
 
 #include "support/FailingCalls.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,27 +1,18 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-#include <string>
 #include <tuple>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
 #include "support/FailingCalls.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
+using test::textOf;
 using testing::HasSubstr;
-
-std::string textOf(const sampValues& store) {
-  TextWriter out;
-  store.write(out);
-  EXPECT_TRUE(out.ok());
-  return out.text();
-}
 
 TEST(SampValuesText, ByRunAndByFactor) {
   sampValues store;
@@ -31,7 +22,7 @@ TEST(SampValuesText, ByRunAndByFactor) {
   const double rows[2][3] = {{1.0 / 3, -2, 1e-300}, {std::numeric_limits<double>::quiet_NaN(), -HUGE_VAL, 12345678901}};
   for (const auto& row : rows) ASSERT_GT(store.addRow(row), 0);
   EXPECT_EQ(textOf(store), "2\n3\n0\n0.3333333333\t-2\t1e-300\t\nnan\t-inf\t1.23456789e+10\t\n");
-  ASSERT_TRUE(store.setOrder(1));
+  ASSERT_TRUE(!store.setOrder(2) && store.setOrder(1));
   TextWriter out;
   store.write(out);
   out << 1.0 / 3;

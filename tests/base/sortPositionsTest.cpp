@@ -1,11 +1,9 @@
 #include "base/sortPositions.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <numeric>
+
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

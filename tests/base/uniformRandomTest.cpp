@@ -1,13 +1,8 @@
 #include "base/uniformRandom.h"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include "support/Golden.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "batch/CommandFixture.h"
-#include "batch/FileFindings.h"
-#include "support/Damage.h"
-#include "support/Golden.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -37,29 +32,6 @@ TEST_F(CheckCommand, listsWhatIsWrongAndWhatIsDoubtful) {
     words.insert(words.begin(), "check");
     EXPECT_EQ(run(words), c.status) << c.words[0] << '\n' << out_ << errors_;
     EXPECT_NE(out_.find(c.text), std::string::npos) << c.words[0] << '\n' << out_;
-  }
-}
-
-// Real files with one fault each: what is refused is refused with its line, by every reader.
-TEST_F(CheckCommand, everyRefusedFileNamesTheLine) {
-  const std::pair<const char*, const char*> files[] = {{"factors", "mixed.fac"}, {"factors", "stein.fac"},
-                                                       {"model", "mixed.imd"},   {"output", "times.out"},
-                                                       {"sample", "sobol.sam"},  {"results", "pair.spc"}};
-  for (const auto& [kind, name] : files) {
-    constexpr int kEach = 97;  // of the damages; the folders' own tests go through all
-    int damages = 0;
-    int silent = 0;
-    std::string first;
-    test::forEachDamage(test::readFile(test::goldenPath(name)), [&, word = kind](const auto& what, const auto& text) {
-      if (++damages % kEach != 0) return;
-      const std::string path = file("damaged");
-      test::writeFile(path, text);
-      for (const std::string& finding : findInFile(path, word, "").wrong) {
-        if (finding.find(path + ':') != std::string::npos || finding.find('\n') == std::string::npos) continue;
-        if (silent++ == 0) first = what + ": " + finding;
-      }
-    });
-    EXPECT_EQ(silent, 0) << name << ", first: " << first;
   }
 }
 

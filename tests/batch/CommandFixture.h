@@ -1,22 +1,26 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <iterator>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "base/RememberedDirectories.h"
 #include "batch/Commands.h"
 #include "batch/StopSignals.h"
-#include "support/TempDirectory.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 
 using Words = std::vector<std::string>;
 
-// Runs tarvex-batch in this process; keeps what it printed. Nothing of a run reaches the next test.
-class CommandFixture : public testing::Test {
+// The words of a command line without quotes.
+inline Words wordsOf(const std::string& command) {
+  std::istringstream in(command);
+  return {std::istream_iterator<std::string>(in), {}};
+}
+
+// Runs tarvex-batch in this process; keeps what it printed. Nothing of a run reaches the next test. A word that begins
+// with in/ is a golden file, one with out/ a file of the test's directory.
+class CommandFixture : public InDirectory {
  protected:
   void SetUp() override { RememberedDirectories::forget(); }
   void TearDown() override {
@@ -24,7 +28,8 @@ class CommandFixture : public testing::Test {
     RememberedDirectories::forget();
   }
 
-  int run(const Words& words, bool terminal = false) {
+  int run(Words words, bool terminal = false) {
+    for (std::string& word : words) word = placed(word);
     std::ostringstream out;
     std::ostringstream errors;
     const int status = runBatch(words, out, errors, terminal);
@@ -32,10 +37,11 @@ class CommandFixture : public testing::Test {
     errors_ = errors.str();
     return status;
   }
-  std::string file(const std::string& name) const { return directory_.file(name); }
+  std::string placed(const std::string& word) const {
+    if (word.starts_with("in/")) return goldenPath(word.substr(3));
+    return word.starts_with("out/") ? file(word.substr(4)) : word;
+  }
 
-  ScopedCurrentDirectory stay_;
-  TempDirectory directory_;
   std::string out_;
   std::string errors_;
 };

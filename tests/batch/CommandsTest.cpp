@@ -1,72 +1,42 @@
 #include "batch/Commands.h"
 
-#include <gtest/gtest.h>
-
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "base/NumberText.h"
-#include "base/RememberedDirectories.h"
 #include "base/WorkingFile.h"
-#include "batch/StopSignals.h"
+#include "batch/CommandFixture.h"
 #include "support/FailingCalls.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-using Words = std::vector<std::string>;
+using test::Words;
 
-struct Outcome {
-  int status;
-  std::string out;
-  std::string errors;
-};
-
-Outcome run(const Words& words, bool terminal = false) {
-  std::ostringstream out;
-  std::ostringstream errors;
-  const int status = runBatch(words, out, errors, terminal);
-  return {status, out.str(), errors.str()};
-}
-
-std::string golden(const char* name) {
-  return test::goldenPath(name);
-}
-
-class Batch : public testing::Test {
+class Batch : public test::CommandFixture {
  protected:
-  void SetUp() override { RememberedDirectories::forget(); }
-  void TearDown() override { StopSignals::request(false); }
-  std::string out(const std::string& name) const { return directory_.file(name); }
-
   // The command fails with that status and a message that holds `text`, and leaves no file.
   void refuses(const Words& words, int status, const std::string& text) {
-    const Outcome outcome = run(words);
-    std::string line;
-    for (const std::string& word : words) line += word + ' ';
-    EXPECT_EQ(outcome.status, status) << line << '\n' << outcome.errors;
-    EXPECT_NE(outcome.errors.find(text), std::string::npos) << line << '\n' << outcome.errors;
-    EXPECT_TRUE(directory_.entries().empty()) << line;
+    EXPECT_EQ(run(words), status) << testing::PrintToString(words) << '\n' << errors_;
+    EXPECT_NE(errors_.find(text), std::string::npos) << testing::PrintToString(words) << '\n' << errors_;
+    EXPECT_TRUE(directory_.entries().empty()) << testing::PrintToString(words);
   }
-
-  test::ScopedCurrentDirectory stay_;
-  test::TempDirectory directory_;
+  void refuses(const std::string& command, int status, const std::string& text) {
+    refuses(test::wordsOf(command), status, text);
+  }
 };
 
 TEST_F(Batch, wordsThatTheCommandLineDoesNotKnow) {
-  const std::string sam = out("a.sam");
-  refuses({}, kWrongUsage, "subcommand");
-  refuses({"frob"}, kWrongUsage, "frob");
-  refuses({"sample", golden("mixed.fac"), "-o", sam, "--method", "dice"}, kWrongUsage, "dice");
-  refuses({"sample", golden("mixed.fac"), "-o", sam}, kWrongUsage, "--method");
-  refuses({"sample", golden("mixed.fac"), "--method", "random"}, kWrongUsage, "--output");
-  refuses({"sample", golden("mixed.fac"), "-o", sam, "--method", "random", "--frob"}, kWrongUsage, "--frob");
-  refuses({"sample", golden("mixed.fac"), "-o", sam, "--method", "random", "--runs", "many"}, kWrongUsage, "many");
-  refuses({"sample", golden("mixed.fac"), "-o", sam, "--method", "fast", "--mode", "fancy"}, kWrongUsage, "fancy");
-  refuses({"run", golden("ishigami.sam"), "-o", out("a.spc")}, kWrongUsage, "--model");
+  const std::string sample = "sample in/mixed.fac -o out/a.sam";
+  refuses("", kWrongUsage, "subcommand");
+  refuses("frob", kWrongUsage, "frob");
+  refuses(sample + " --method dice", kWrongUsage, "dice");
+  refuses(sample, kWrongUsage, "--method");
+  refuses("sample in/mixed.fac --method random", kWrongUsage, "--output");
+  refuses(sample + " --method random --frob", kWrongUsage, "--frob");
+  refuses(sample + " --method random --runs many", kWrongUsage, "many");
+  refuses(sample + " --method fast --mode fancy", kWrongUsage, "fancy");
+  refuses("run in/ishigami.sam -o out/a.spc", kWrongUsage, "--model");
   const std::pair<const char*, Words> sizes[] = {{"random", {"--runs"}},
                                                  {"fast", {"--runs"}},
                                                  {"lptau", {"--runs"}},
@@ -75,129 +45,110 @@ TEST_F(Batch, wordsThatTheCommandLineDoesNotKnow) {
                                                  {"sobol", {"--base-size"}},
                                                  {"fixed", {"--rows"}}};
   for (const auto& [method, missing] : sizes) {
-    Words words{"sample", golden("mixed.fac"), "-o", sam, "--method", method};
+    std::string command = sample + " --method " + method;
     for (const std::string& size : missing) {
-      refuses(words, kWrongUsage, size + " is required");
-      words.insert(words.end(), {size, "4"});
+      refuses(command, kWrongUsage, size + " is required");
+      command += ' ' + size + " 4";
     }
   }
 }
 
 TEST_F(Batch, samplesThatAreRefused) {
-  const auto sample = [this](const char* factors, const char* method, const Words& settings) {
-    Words words{"sample", golden(factors), "-o", out("a.sam"), "--method", method};
-    words.insert(words.end(), settings.begin(), settings.end());
-    return words;
+  const struct {
+    const char *words, *text;
+  } cases[] = {
+      {"nothing.fac random -n 9", "Error opening factors file\nnothing.fac"},
+      {"in/ishigami.imd random -n 9", "Error reading factors file"},
+      {"in/mixed.fac random --runs 0", "  No samples to generate"},
+      {"in/mixed.fac random --runs -1", "Number of execution must be a positive value"},
+      {"in/mixed.fac random --runs 4294967296", "out of range"},
+      {"in/mixed.fac latin --runs 9 --seed 0", "Seed must be a value greater than 0 and less than 2,147,483,647"},
+      {"in/mixed.fac latin --runs 9 --levels 4", "--levels"},
+      {"in/mixed.fac morris --trajectories 4 --levels 0", "Num level must be a positive value"},
+      {"in/mixed.fac sobol --base-size 16 --order 6", "  Incorrect order number, order too big."},
+      {"in/mixed.fac fast --mode extended --runs 324", "Sample size too small\nThe sample size must be >= 65"},
+      {"in/mixed.fac replicated-latin --base-design 5 --replications 2", "Replicated Latin Hypercube"},
+      {"in/mixed.fac sobol --base-size 16 --cheap", "--order"},
+      {"in/mixed.fac fast --mode groups --runs 900 --group g=x1,nobody", "nobody"},
+      {"in/mixed.fac fast --mode groups --runs 900 --group g=x1,k1", "k1"},
+      {"in/mixed.fac fast --mode groups --runs 900 --group g=", "Group's cardinality equal to 0"},
+      {"in/mixed.fac fast --mode groups --runs 900 --group x1", "NAME=a,b,c"},
+      {"in/mixed.fac fixed --rows nothing.csv", "nothing.csv"},
+      {"in/matrix.fac sobol --base-size 16", "Sobol"},
+      {"in/stein.fac random --runs 10", "Random"},
+      {"in/stein.fac latin --runs 61", "The Stein sample has fewer rows than the sample to generate."},
   };
-  refuses({"sample", "nothing.fac", "-o", out("a.sam"), "--method", "random", "-n", "9"}, kFailed,
-          "Error opening factors file\nnothing.fac");
-  refuses({"sample", golden("ishigami.imd"), "-o", out("a.sam"), "--method", "random", "-n", "9"}, kFailed,
-          "Error reading factors file");
-  refuses({"sample", golden("mixed.fac"), "-o", out("no/such/a.sam"), "--method", "random", "--runs", "9"}, kFailed,
-          "Error trying to write to the Sample file.\nIs it locked by another application?");
-  refuses(sample("mixed.fac", "random", {"--runs", "0"}), kFailed, "  No samples to generate");
-  refuses(sample("mixed.fac", "random", {"--runs", "-1"}), kFailed, "Number of execution must be a positive value");
-  refuses(sample("mixed.fac", "random", {"--runs", "4294967296"}), kFailed, "out of range");
-  refuses(sample("mixed.fac", "latin", {"--runs", "9", "--seed", "0"}), kFailed,
-          "Seed must be a value greater than 0 and less than 2,147,483,647");
-  refuses(sample("mixed.fac", "latin", {"--runs", "9", "--levels", "4"}), kFailed, "--levels");
-  refuses(sample("mixed.fac", "morris", {"--trajectories", "4", "--levels", "0"}), kFailed,
-          "Num level must be a positive value");
-  refuses(sample("mixed.fac", "morris", {"--trajectories", "-4", "--levels", "4"}), kFailed,
-          "Num trajectories must be a positive value");
-  refuses(sample("mixed.fac", "replicated-latin", {"--base-design", "5", "--replications", "2"}), kFailed,
-          "Replicated Latin Hypercube");
-  refuses(sample("pair.fac", "replicated-latin", {"--base-design", "0", "--replications", "2"}), kFailed, "positive");
-  refuses(sample("mixed.fac", "sobol", {"--base-size", "16", "--order", "6"}), kFailed,
-          "  Incorrect order number, order too big.");
-  refuses(sample("mixed.fac", "sobol", {"--base-size", "16", "--cheap"}), kFailed, "--order");
-  refuses(sample("mixed.fac", "fast", {"--mode", "extended", "--runs", "324"}), kFailed,
-          "Sample size too small\nThe sample size must be >= 65 per factor/group");
-  refuses(sample("mixed.fac", "fast", {"--mode", "groups", "--runs", "900", "--group", "g=x1,nobody"}), kFailed,
-          "nobody");
-  refuses(sample("mixed.fac", "fast", {"--mode", "groups", "--runs", "900", "--group", "g=x1,k1"}), kFailed, "k1");
-  refuses(sample("mixed.fac", "fast", {"--mode", "groups", "--runs", "900", "--group", "g="}), kFailed,
-          "Group's cardinality equal to 0");
-  refuses(sample("mixed.fac", "fast", {"--mode", "groups", "--runs", "900", "--group", "x1"}), kFailed, "NAME=a,b,c");
-  refuses(sample("mixed.fac", "fixed", {"--rows", "nothing.csv"}), kFailed, "nothing.csv");
-  refuses(sample("matrix.fac", "sobol", {"--base-size", "16"}), kFailed, "Sobol");
-  refuses(sample("stein.fac", "random", {"--runs", "10"}), kFailed, "Random");
-  refuses(sample("stein.fac", "latin", {"--runs", "61"}), kFailed,
-          "The Stein sample has fewer rows than the sample to generate.");
+  for (const auto& c : cases) {
+    Words words = test::wordsOf(std::string("sample ") + c.words);
+    words.insert(words.begin() + 2, {"-o", "out/a.sam", "--method"});
+    refuses(words, kFailed, c.text);
+  }
   test::FailingCalls calls;
   calls.leaveFree(310'000'000);
-  refuses(sample("mixed.fac", "random", {"--runs", "2000000000"}), kFailed,
+  refuses("sample in/mixed.fac -o out/a.sam --method random --runs 2000000000", kFailed,
           "A sample of 2000000000 runs of 8 factors needs 256 GB, " + WorkingFile::directory() + " has 310 MB free.");
 }
 
 TEST_F(Batch, rowsOfAFixedSampleThatAreRefused) {
-  const struct {
-    const char* name;
-    const char* rows;
-    const char* text;
-  } cases[] = {
-      {"an unknown factor", "x1,z\n1,2\n", ":1: 'z' is no factor of the list."},
-      {"a missing column", "x1,x2\n1,2\n", ":1: the column of the factor 'x3' is missing."},
-      {"a column twice", "x1,x1,x2,x3\n", ":1: the factor 'x1' stands twice."},
-      {"a word", "x1,x2,x3\n1,2,3\n1,b,3\n", ":3: 'b' is not a number."},
-      {"a short row", "x1,x2,x3\n1,2\n", ":2: 2 values for 3 factors."},
-      {"no rows", "x1,x2,x3\n", "  No samples to generate"},
+  const std::pair<const char*, const char*> cases[] = {
+      {"x1,z\n1,2\n", ":1: 'z' is no factor of the list."},
+      {"x1,x2\n1,2\n", ":1: the column of the factor 'x3' is missing."},
+      {"x1,x1,x2,x3\n", ":1: the factor 'x1' stands twice."},
+      {"x1,x2,x3\n1,2,3\n1,b,3\n", ":3: 'b' is not a number."},
+      {"x1,x2,x3\n1,2\n", ":2: 2 values for 3 factors."},
+      {"x1,x2,x3\n", "  No samples to generate"},
   };
   const test::TempDirectory rows;
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    test::writeFile(rows.file("rows.csv"), c.rows);
-    refuses(
-        {"sample", golden("ishigami.fac"), "-o", out("a.sam"), "--method", "fixed", "--rows", rows.file("rows.csv")},
-        kFailed, c.text);
+  for (const auto& [text, problem] : cases) {
+    test::writeFile(rows.file("rows.csv"), text);
+    refuses("sample in/ishigami.fac -o out/a.sam --method fixed --rows " + rows.file("rows.csv"), kFailed, problem);
   }
 }
 
 TEST_F(Batch, runsAndAnalysesThatAreRefused) {
-  refuses({"run", "nothing.sam", "-o", out("a.spc"), "--model", golden("ishigami.imd")}, kFailed,
-          "Error reading samples file\nnothing.sam");
-  refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--model", golden("ishigami.fac")}, kFailed,
-          "Error reading the internal model file");
-  refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--model", golden("g.imd")}, kFailed,
-          "The number of model inputs differs from the number of factors in the generated sample");
-  refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--output", "nothing.out"}, kFailed,
-          "   No output model file\nnothing.out");
-  const std::string results = golden("ishigami-run.spc");
-  refuses({"analyse", golden("ishigami.sam")}, kFailed, "  Error reading UA/SA file");
-  refuses({"analyse", results, "-o", out("a.spc"), "--variable", "q"}, kFailed, "q");
-  refuses({"analyse", results, "-o", out("a.spc"), "--variable", "y / (2"}, kFailed,
-          "   Expression can't be evaluated.");
-  refuses({"analyse", results, "-o", out("a.spc"), "--alpha", "0.5"}, kFailed, "0.5");
-  refuses({"show", golden("rows.csv")}, kFailed, "rows.csv");
-  refuses({"show", "nothing.sam"}, kFailed, "Error reading samples file");
-  refuses({"import", golden("rows.csv"), "-o", out("a.sam")}, kFailed, "Error reading external samples file");
-  refuses({"demo", "Nowhere"}, kFailed, "Nowhere");
+  const struct {
+    const char *command, *text;
+  } cases[] = {
+      {"run nothing.sam -o out/a.spc --model in/ishigami.imd", "Error reading samples file\nnothing.sam"},
+      {"run in/ishigami.sam -o out/a.spc --model in/ishigami.fac", "Error reading the internal model file"},
+      {"run in/ishigami.sam -o out/a.spc --model in/g.imd",
+       "The number of model inputs differs from the number of factors in the generated sample"},
+      {"run in/ishigami.sam -o out/a.spc --output nothing.out", "   No output model file\nnothing.out"},
+      {"analyse in/ishigami.sam", "  Error reading UA/SA file"},
+      {"analyse in/ishigami-run.spc -o out/a.spc --variable q", "q"},
+      {"analyse in/ishigami-run.spc -o out/a.spc --alpha 0.5", "0.5"},
+      {"analyse in/ishigami-run.spc -o out/a.spc --variable y/(2", "   Expression can't be evaluated."},
+      {"show in/rows.csv", "rows.csv"},
+      {"import in/rows.csv -o out/a.sam", "Error reading external samples file"},
+      {"demo Nowhere", "Nowhere"},
+  };
+  for (const auto& c : cases) refuses(c.command, kFailed, c.text);
 }
 
 TEST_F(Batch, importsSamples) {
   const test::TempDirectory inputs;
   test::writeFile(inputs.file("good.txt"), "3\n2\na\nb\n5 1\n6 2\n7 4\n");
-  EXPECT_EQ(run({"import", inputs.file("good.txt"), "-o", out("a.sam")}).status, kSucceeded);
-  const Outcome shown = run({"show", out("a.sam")});
-  EXPECT_EQ(shown.status, kSucceeded);
-  EXPECT_NE(shown.out.find("External sample\n3 runs of 2 factors"), std::string::npos) << shown.out;
+  EXPECT_EQ(run({"import", inputs.file("good.txt"), "-o", "out/a.sam"}), kSucceeded);
+  EXPECT_EQ(run({"show", "out/a.sam"}), kSucceeded);
+  EXPECT_NE(out_.find("External sample\n3 runs of 2 factors"), std::string::npos) << out_;
 }
 
 TEST_F(Batch, aStopEndsWith130AndLeavesNothing) {
   StopSignals::request(true);
-  refuses({"sample", golden("mixed.fac"), "-o", out("a.sam"), "--method", "random", "--runs", "500"}, kStopped, "");
-  refuses({"run", golden("ishigami.sam"), "-o", out("a.spc"), "--model", golden("ishigami.imd")}, kStopped, "");
-  refuses({"analyse", golden("ishigami-run.spc"), "--csv", out("a.csv"), "--tables", out("t")}, kStopped, "");
-  refuses({"demo", "LevelE"}, kStopped, "");
+  for (const char* command : {"sample in/mixed.fac -o out/a.sam --method random --runs 500",
+                              "run in/ishigami.sam -o out/a.spc --model in/ishigami.imd",
+                              "analyse in/ishigami-run.spc --csv out/a.csv --tables out/t", "demo LevelE"})
+    refuses(command, kStopped, "");
 }
 
 TEST_F(Batch, progressIsShownOnATerminalOnly) {
-  const Words words{"sample", golden("ishigami.fac"), "-o", out("a.sam"), "--method", "random", "--runs", "1000"};
-  EXPECT_EQ(run(words).errors, "");
-  const std::string bar = run(words, true).errors;
-  EXPECT_NE(bar.find(" 40%  400 of 1000 runs"), std::string::npos) << bar;
-  EXPECT_NE(bar.find(" left"), std::string::npos);
-  EXPECT_EQ(bar.back(), '\r') << "the bar is wiped out at the end";
+  const Words words = test::wordsOf("sample in/ishigami.fac -o out/a.sam --method random --runs 1000");
+  ASSERT_EQ(run(words), kSucceeded);
+  EXPECT_EQ(errors_, "");
+  ASSERT_EQ(run(words, true), kSucceeded);
+  EXPECT_NE(errors_.find(" 40%  400 of 1000 runs"), std::string::npos) << errors_;
+  EXPECT_NE(errors_.find(" left"), std::string::npos);
+  EXPECT_EQ(errors_.back(), '\r') << "the bar is wiped out at the end";
 }
 
 TEST_F(Batch, showsWhatFilesHold) {
@@ -218,43 +169,38 @@ TEST_F(Batch, showsWhatFilesHold) {
       {"ishigami-run.spc", {"Uncertainty statistics: not computed", "Sensitivity measures: not computed"}},
   };
   for (const auto& c : cases) {
-    const Outcome shown = run({"show", golden(c.file)});
-    EXPECT_EQ(shown.status, kSucceeded) << c.file << shown.errors;
+    ASSERT_EQ(run({"show", std::string("in/") + c.file}), kSucceeded) << c.file << errors_;
     for (const std::string& text : c.texts)
-      EXPECT_NE(shown.out.find(text), std::string::npos) << c.file << " lacks: " << text << '\n' << shown.out;
+      EXPECT_NE(out_.find(text), std::string::npos) << c.file << " lacks: " << text << '\n' << out_;
   }
 }
 
-// The exports hold every number of the statistics, at full precision and under the same names.
 TEST_F(Batch, theNumberOfThreadsChangesNothing) {
-  const std::vector<Words> designs = {{"latin", "--runs", "30000"},
-                                      {"random", "--runs", "30000", "--by", "factor"},
-                                      {"fast", "--mode", "extended", "--runs", "40000"}};
-  for (const Words& design : designs) {
+  for (const std::string design :
+       {"latin --runs 30000", "random --runs 30000 --by factor", "fast --mode extended --runs 40000"}) {
     std::string before;
-    for (const char* threads : {"1", "2", "5"}) {
-      Words sample = {"sample", golden("mixed.fac"), "-o", out("a.sam"), "--threads", threads, "--method"};
-      sample.insert(sample.end(), design.begin(), design.end());
-      const Words model = {"run",       out("a.sam"), "-o",      out("a.spc"),
-                           "--threads", threads,      "--model", golden("mixed.imd")};
-      const Words analysis = {"analyse", out("a.spc"), "-o", out("b.spc"), "--threads", threads};
+    for (const std::string threads : {"1", "2", "5"}) {
       std::string files;
-      for (const Words& words : {sample, model, analysis}) {
-        const Outcome outcome = run(words);
-        ASSERT_EQ(outcome.status, kSucceeded) << outcome.errors;
-        files += test::readFile(words[3]);
+      for (const std::string& command : {"sample in/mixed.fac -o out/a.sam --method " + design,
+                                         std::string("run out/a.sam -o out/a.spc --model in/mixed.imd"),
+                                         std::string("analyse out/a.spc -o out/b.spc")}) {
+        const Words words = test::wordsOf(command + " --threads " + threads);
+        ASSERT_EQ(run(words), kSucceeded) << errors_;
+        files += test::readFile(placed(words[3]));
       }
-      EXPECT_TRUE(before.empty() || files == before) << design[0] << " with " << threads << " threads";
+      EXPECT_TRUE(before.empty() || files == before) << design << " with " << threads << " threads";
       before = files;
     }
   }
 }
 
+// The exports hold every number of the statistics, at full precision and under the same names.
 TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
-  const Outcome outcome = run({"analyse", golden("plant-run.spc"), "-o", out("a.spc"), "--csv", out("a.csv"), "--json",
-                               out("a.json"), "--variable", "power", "--variable", "power / fixed"});
-  ASSERT_EQ(outcome.status, kSucceeded) << outcome.errors;
-  const auto document = nlohmann::json::parse(test::readFile(out("a.json")));
+  ASSERT_EQ(run({"analyse", "in/plant-run.spc", "-o", "out/a.spc", "--csv", "out/a.csv", "--json", "out/a.json",
+                 "--variable", "power", "--variable", "power / fixed"}),
+            kSucceeded)
+      << errors_;
+  const auto document = nlohmann::json::parse(test::readFile(file("a.json")));
   ASSERT_EQ(document["variables"].size(), 2u);
   EXPECT_EQ(document["sample"]["factors"].size(), 20u);
   const auto& power = document["variables"][0];
@@ -262,7 +208,7 @@ TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
   EXPECT_EQ(power["measures"].size(), 20u);
   EXPECT_EQ(power["measures"]["p1"].size(), 22u) << "21 values and the kind";
   const double mean = power["uncertainty"]["mean"];
-  EXPECT_NE(test::readFile(out("a.spc")).find(numberText(mean) + "\t"), std::string::npos);
+  EXPECT_NE(test::readFile(file("a.spc")).find(numberText(mean) + "\t"), std::string::npos);
 
   std::size_t numbers = 0;
   for (const auto& variable : document["variables"])
@@ -270,7 +216,7 @@ TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
       if (block == "variable" || block == "not computed") continue;
       for (const auto& item : items) numbers += item.is_object() ? item.size() : 1;
     }
-  const std::vector<std::string> lines = test::readLines(out("a.csv"));
+  const std::vector<std::string> lines = test::readLines(file("a.csv"));
   EXPECT_EQ(lines.front(), "block,variable,item,quantity,value,remark");
   EXPECT_EQ(lines.size(), numbers + 1);
   EXPECT_EQ(lines[2], "uncertainty,\"power\",\"\",mean," + numberText(mean, 17) + ",");
@@ -278,24 +224,21 @@ TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
 
 // At 4 levels every step jumps by half the range of the second factor, which is its period in Ishigami's function.
 TEST_F(Batch, namesTheTrapOfAPeriodicModelInMorris) {
-  ASSERT_EQ(run({"sample", golden("ishigami.fac"), "-o", out("a.sam"), "--method", "morris", "--trajectories", "10",
-                 "--levels", "4"})
-                .status,
+  ASSERT_EQ(run(test::wordsOf("sample in/ishigami.fac -o out/a.sam --method morris --trajectories 10 --levels 4")),
             kSucceeded);
-  ASSERT_EQ(run({"run", out("a.sam"), "-o", out("a.spc"), "--model", golden("ishigami.imd")}).status, kSucceeded);
-  const Outcome analysed = run({"analyse", out("a.spc")});
-  EXPECT_NE(analysed.out.find("  x2 has no effect in this design."), std::string::npos) << analysed.out;
-  EXPECT_EQ(analysed.out.find("  x1 has no effect"), std::string::npos);
+  ASSERT_EQ(run({"run", "out/a.sam", "-o", "out/a.spc", "--model", "in/ishigami.imd"}), kSucceeded);
+  ASSERT_EQ(run({"analyse", "out/a.spc"}), kSucceeded);
+  EXPECT_NE(out_.find("  x2 has no effect in this design."), std::string::npos) << out_;
+  EXPECT_EQ(out_.find("  x1 has no effect"), std::string::npos);
 }
 
 // What the tables hold is tested with them; here that each computed one has its file.
 TEST_F(Batch, writesASavedTablePerVariableAndMeasure) {
-  const Words command{"analyse", golden("plain-run.spc"), "--tables", out("tables")};
-  ASSERT_EQ(run(command).status, kSucceeded);
+  ASSERT_EQ(run({"analyse", "in/plain-run.spc", "--tables", "out/tables"}), kSucceeded);
   std::size_t found = 0;
   for (const char* variable : {"Y", "Z_1"})
     for (const char* table : {"uncertainty", "PEAR", "SPEA", "PCC", "PRCC", "SRC", "SRRC", "Smirnov"})
-      found += test::readFile(out("tables/") + variable + "-" + table + ".txt").empty() ? 0 : 1;
+      found += test::readFile(file("tables/") + variable + "-" + table + ".txt").empty() ? 0 : 1;
   EXPECT_EQ(found, 16u);
 }
 

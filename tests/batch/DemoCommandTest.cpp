@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cctype>
-#include <filesystem>
 #include <sstream>
 
 #include "app/DemoCases.h"
@@ -12,8 +8,7 @@
 #include "app/StartUp.h"
 #include "base/uniformRandom.h"
 #include "batch/CommandFixture.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,15 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
-#include "base/RememberedDirectories.h"
 #include "base/uniformRandom.h"
-#include "batch/Commands.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "batch/CommandFixture.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -29,37 +23,19 @@ std::string nameOf(const json& goldenCase) {
 }
 
 // Each case is a command line: run in-process it must give the expected files, or fail and leave none.
-class GoldenCase : public testing::TestWithParam<json> {
- protected:
-  void SetUp() override {
-    restoreInitialRandomState();
-    RememberedDirectories::forget();
-  }
-
-  // A word of the command with its place filled in: in/ is the folder of the inputs, out/ an empty one.
-  std::string placed(const std::string& word) const {
-    if (word.starts_with("in/")) return test::goldenPath(word.substr(3));
-    return word.starts_with("out/") ? out_.file(word.substr(4)) : word;
-  }
-
-  test::TempDirectory out_;
-};
+class GoldenCase : public test::CommandFixture, public testing::WithParamInterface<json> {};
 
 TEST_P(GoldenCase, GivesTheExpectedFiles) {
-  const test::ScopedCurrentDirectory stay;
+  restoreInitialRandomState();
   const json& goldenCase = GetParam();
-  std::vector<std::string> words;
-  for (const json& word : goldenCase["command"]) words.push_back(placed(word));
-  std::ostringstream out;
-  std::ostringstream errors;
-  const int status = runBatch(words, out, errors, false);
+  const int status = run(goldenCase["command"].get<test::Words>());
   if (goldenCase.value("status", "") == "failed") {
     EXPECT_EQ(status, kFailed);
-    EXPECT_NE(errors.str().find(goldenCase.value("stderr", "")), std::string::npos) << errors.str();
-    EXPECT_TRUE(out_.entries().empty());
+    EXPECT_NE(errors_.find(goldenCase.value("stderr", "")), std::string::npos) << errors_;
+    EXPECT_TRUE(directory_.entries().empty());
     return;
   }
-  ASSERT_EQ(status, kSucceeded) << errors.str();
+  ASSERT_EQ(status, kSucceeded) << errors_;
   for (const auto& [produced, expected] : goldenCase["expect"].items())
     EXPECT_TRUE(test::compareGolden(expected.get<std::string>(), test::readFile(placed(produced))));
 }

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "batch/CommandFixture.h"
 #include "batch/PlotWords.h"
 #include "model/ModelConfiguration.h"
@@ -8,9 +6,7 @@
 #include "postproc/VelsConfiguration.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -38,33 +34,32 @@ class PlotCommand : public test::CommandFixture {
 };
 
 TEST_F(PlotCommand, drawsEveryKind) {
-  const struct {
-    const char* file;
-    Words options;
-  } cases[] = {
-      {"ishigami.spc", {"--kind", "scatter", "--variables", "x1,sin(y) + 1"}},
-      {"ishigami.spc", {"--kind", "scatter", "--region", "x1=0:1,y=0:5", "--filter", "x2=0:3"}},
-      {"ishigami.spc", {"--kind", "cobweb", "--filter", "y=5:20", "--show-dropped"}},
-      {"mixed.fac", {"--kind", "distribution", "--variables", "x1"}},
-      {"random-none.sam", {"--kind", "cobweb"}},
-      {"times.spc", {"--kind", "histogram", "--form", "complement", "--log", "-v", "dose[max]", "-v", "rate[1.5]"}},
-      {"ishigami-run.spc", {"--kind", "bars"}},  // no measures yet
-      {"ishigami.spc", {"--kind", "bars", "--measure", "src"}},
-      {"unit-sobol.spc", {"--kind", "pie"}},
-      {"pair.spc", {"--kind", "pie"}},
-      {"fast-groups.spc", {"--kind", "bars", "--measure", "first,total"}},
-      {"morris.spc", {"--kind", "morris"}},
-      {"plant.spc", {"--kind", "forecast", "--variables", "cost / (1 + exp(-margin))"}},
-      {"matrix.fac", {"--kind", "preview", "--variables", "a,b"}},
-      {"random-tree.sam", {"--kind", "distribution", "--variables", "against"}},
-      {"tree.fac", {"--kind", "preview", "--variables", "root,against"}},
-      {"stein.fac", {"--kind", "preview", "--variables", "a,b"}},
+  const char* const cases[] = {
+      "ishigami.spc scatter --variables x1,sin(y)+1",
+      "ishigami.spc scatter --region x1=0:1,y=0:5 --filter x2=0:3",
+      "ishigami.spc cobweb --filter y=5:20 --show-dropped",
+      "mixed.fac distribution --variables x1",
+      "random-none.sam cobweb",
+      "times.spc histogram --form complement --log -v dose[max] -v rate[1.5]",
+      "ishigami-run.spc bars",  // no measures yet
+      "ishigami.spc bars --measure src",
+      "unit-sobol.spc pie",
+      "pair.spc pie",
+      "fast-groups.spc bars --measure first,total",
+      "morris.spc morris",
+      "plant.spc forecast --variables cost/(1+exp(-margin))",
+      "matrix.fac preview --variables a,b",
+      "random-tree.sam distribution --variables against",
+      "tree.fac preview --variables root,against",
+      "stein.fac preview --variables a,b",
   };
-  int number = 0;
-  for (const auto& c : cases) {
-    const std::string name = std::to_string(number++) + ".svg";
-    EXPECT_EQ(plot(c.file, name, c.options), kSucceeded) << c.file << ' ' << c.options[1] << errors_;
-    EXPECT_NE(test::readFile(file(name)).find("<svg"), std::string::npos) << c.file << ' ' << c.options[1];
+  for (const char* const words : cases) {
+    Words options = test::wordsOf(words);
+    const std::string input = options[0];
+    options[0] = "--kind";
+    EXPECT_EQ(plot(input, "a.svg", options), kSucceeded) << words << errors_;
+    EXPECT_NE(test::readFile(file("a.svg")).find("<svg"), std::string::npos) << words;
+    std::filesystem::remove(file("a.svg"));
   }
 }
 
@@ -131,41 +126,35 @@ TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
 
 TEST_F(PlotCommand, refusals) {
   const struct {
-    const char* file;
-    const char* name;
-    Words options;
+    const char* words;  // the file, the picture, and what follows
     int status;
     const char* text;
   } cases[] = {
-      {"ishigami.spc", "a.svg", {"--kind", "donut"}, kWrongUsage, "donut"},
-      {"ishigami.spc", "a.svg", {}, kWrongUsage, "--kind"},
-      {"ishigami.spc", "a.gif", {"--kind", "cobweb"}, kFailed, ".png"},
-      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1,q"}, kFailed, "q"},
-      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1"}, kFailed, "two"},
-      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1,y", "--region", "x1=1:2"}, kFailed, "two ranges"},
-      {"ishigami.spc", "a.svg", {"--kind", "scatter", "-v", "x1,y", "--region", "x1=1:2,x2=1:2"}, kFailed, "region"},
-      {"ishigami.spc", "a.svg", {"--kind", "cobweb", "--filter", "y=1"}, kFailed, "y=1"},
-      {"ishigami.spc",
-       "a.svg",
-       {"--kind", "cobweb", "--filter", "y=2:2"},
-       kFailed,
-       "  Upper bound must be greater than lower bound."},
-      {"ishigami.spc", "a.svg", {"--kind", "bars", "--measure", "morris"}, kFailed, "src"},
-      {"ishigami.spc", "a.svg", {"--kind", "bars", "-v", "q"}, kFailed, "q"},
-      {"ishigami.spc", "a.svg", {"--kind", "pie"}, kFailed, "Pies"},
-      {"ishigami.spc", "a.svg", {"--kind", "morris"}, kFailed, "Morris"},
-      {"ishigami.spc", "a.svg", {"--kind", "preview", "-v", "x1,x2"}, kFailed, "not correlated"},
-      {"ishigami.fac", "a.svg", {"--kind", "cobweb"}, kFailed, "no sample"},
-      {"ishigami.sam", "a.svg", {"--kind", "bars"}, kFailed, "no results"},
-      {"ishigami.imd", "a.svg", {"--kind", "bars"}, kFailed, "ishigami.imd"},
-      {"ishigami.spc", "no/such/a.svg", {"--kind", "cobweb"}, kFailed, "I cannot create the file\n"},
-      {"ishigami.spc", "no/such/a.svg", {"--kind", "histogram"}, kFailed, "I cannot save the file\n"},
+      {"ishigami.spc a.svg --kind donut", kWrongUsage, "donut"},
+      {"ishigami.spc a.svg", kWrongUsage, "--kind"},
+      {"ishigami.spc a.gif --kind cobweb", kFailed, ".png"},
+      {"ishigami.spc a.svg --kind scatter -v x1,q", kFailed, "q"},
+      {"ishigami.spc a.svg --kind scatter -v x1", kFailed, "two"},
+      {"ishigami.spc a.svg --kind scatter -v x1,y --region x1=1:2", kFailed, "two ranges"},
+      {"ishigami.spc a.svg --kind scatter -v x1,y --region x1=1:2,x2=1:2", kFailed, "region"},
+      {"ishigami.spc a.svg --kind cobweb --filter y=1", kFailed, "y=1"},
+      {"ishigami.spc a.svg --kind cobweb --filter y=2:2", kFailed, "  Upper bound must be greater than lower bound."},
+      {"ishigami.spc a.svg --kind bars --measure morris", kFailed, "src"},
+      {"ishigami.spc a.svg --kind bars -v q", kFailed, "q"},
+      {"ishigami.spc a.svg --kind pie", kFailed, "Pies"},
+      {"ishigami.spc a.svg --kind morris", kFailed, "Morris"},
+      {"ishigami.spc a.svg --kind preview -v x1,x2", kFailed, "not correlated"},
+      {"ishigami.fac a.svg --kind cobweb", kFailed, "no sample"},
+      {"ishigami.sam a.svg --kind bars", kFailed, "no results"},
+      {"ishigami.imd a.svg --kind bars", kFailed, "ishigami.imd"},
+      {"ishigami.spc no/such/a.svg --kind cobweb", kFailed, "I cannot create the file\n"},
+      {"ishigami.spc no/such/a.svg --kind histogram", kFailed, "I cannot save the file\n"},
   };
   for (const auto& c : cases) {
-    const std::string what = c.name + (c.options.empty() ? "" : ' ' + c.options.back());
-    EXPECT_EQ(plot(c.file, c.name, c.options), c.status) << what;
-    EXPECT_NE(errors_.find(c.text), std::string::npos) << what << '\n' << errors_;
-    EXPECT_TRUE(directory_.entries().empty()) << what;
+    const Words words = test::wordsOf(c.words);
+    EXPECT_EQ(plot(words[0], words[1], {words.begin() + 2, words.end()}), c.status) << c.words;
+    EXPECT_NE(errors_.find(c.text), std::string::npos) << c.words << '\n' << errors_;
+    EXPECT_TRUE(directory_.entries().empty()) << c.words;
   }
 }
 

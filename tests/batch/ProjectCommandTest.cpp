@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "batch/CommandFixture.h"
-#include "support/Golden.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <functional>
-
 #include "app/ProjectConfiguration.h"
 #include "factors/FactorFiles.h"
 #include "factors/TabulatedValues.h"
@@ -17,9 +12,7 @@
 #include "sampling/SampleFiles.h"
 #include "sampling/SampleSelection.h"
 #include "support/FailingCalls.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -36,7 +29,7 @@ struct Writer {
   Write write;
 };
 
-class UnwritableFiles : public testing::Test {
+class UnwritableFiles : public test::InDirectory {
  protected:
   void SetUp() override {
     std::string message;
@@ -101,7 +94,6 @@ class UnwritableFiles : public testing::Test {
   InternalModel model_;
   Figure figure_;
   Document document_;
-  test::TempDirectory directory_;
 };
 
 std::string withPath(std::string text, const std::string& path) {
@@ -110,9 +102,9 @@ std::string withPath(std::string text, const std::string& path) {
 }
 
 TEST_F(UnwritableFiles, eachSaysPathAndReasonUnderTheSystemsMessage) {
-  const std::string old = directory_.file("old");
-  const std::string inside = directory_.file("directory");
-  const std::string missing = directory_.file("missing/file");
+  const std::string old = file("old");
+  const std::string inside = file("directory");
+  const std::string missing = file("missing/file");
   test::writeFile(old, "old");
   fs::create_directory(inside);
   const struct {
@@ -150,20 +142,20 @@ TEST_F(UnwritableFiles, directoriesOfTablesAndPicturesNameTheFileThatFailed) {
   const Write pictures = [this](auto& path, auto& message) {
     return writePictureFiles(study_.prep, study_.model, study_.vels, path, PictureFormat::Svg, kLinearScale, message);
   };
-  const std::string file = directory_.file("file");
-  const std::string filled = directory_.file("filled");
-  test::writeFile(file, "");
+  const std::string plain = file("file");
+  const std::string filled = file("filled");
+  test::writeFile(plain, "");
   for (const auto& [write, first] : {std::pair(tables, "Y-uncertainty.txt"), std::pair(pictures, "Y-histogram.svg")}) {
     fs::create_directories(filled + "/" + first);
     std::string message;
-    EXPECT_FALSE(write(file, message));
-    EXPECT_EQ(message, "I cannot save the file\n" + file + ": Not a directory");
+    EXPECT_FALSE(write(plain, message));
+    EXPECT_EQ(message, "I cannot save the file\n" + plain + ": Not a directory");
     EXPECT_FALSE(write(filled, message));
     EXPECT_EQ(message.substr(message.find('\n') + 1), filled + "/" + first + ": Is a directory");
     FailingCalls calls;
     calls.fail(FailingCalls::kWrite, 1);
-    EXPECT_FALSE(write(directory_.file("new"), message));
-    EXPECT_EQ(message, "I cannot save the file\n" + directory_.file("new/") + first + ": No space left on device");
+    EXPECT_FALSE(write(file("new"), message));
+    EXPECT_EQ(message, "I cannot save the file\n" + file("new/") + first + ": No space left on device");
     EXPECT_EQ(directory_.entries(), (std::vector<std::string>{"file", "filled"}));
     fs::remove_all(filled);
   }

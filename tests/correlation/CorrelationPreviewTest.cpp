@@ -1,12 +1,8 @@
 #include "correlation/CorrelationPreview.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "factors/Normal.h"
 #include "factors/Uniform.h"
-#include "support/RankCorrelation.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 namespace {

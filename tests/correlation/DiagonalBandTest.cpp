@@ -1,18 +1,10 @@
 #include "correlation/DiagonalBand.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 #include "base/uniformRandom.h"
-#include "support/RankCorrelation.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 namespace {
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(DiagonalBand, correlationOutOfRangeMeansIndependence) {
   for (const double rho : {1.0000001, -1.5, 7.0, kNan, -std::numeric_limits<double>::infinity()}) {
@@ -21,6 +13,14 @@ TEST(DiagonalBand, correlationOutOfRangeMeansIndependence) {
     band.setCorrelation(rho);
     EXPECT_EQ(band.rho(), 0.0) << rho;
     EXPECT_EQ(band.band(), 0.0) << rho;
+  }
+}
+
+TEST(DiagonalBand, fullCorrelationCopiesOrMirrors) {
+  DiagonalBand band;
+  for (const double rho : {1.0, -1.0}) {
+    band.setCorrelation(rho);
+    EXPECT_EQ(band.sampleConditional(0.25), rho > 0.0 ? 0.25 : 0.75);
   }
 }
 

@@ -1,14 +1,8 @@
 #include "correlation/ImanConover.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <string>
-
 #include "factors/FactorList.h"
 #include "factors/Normal.h"
-#include "support/RankCorrelation.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 namespace {

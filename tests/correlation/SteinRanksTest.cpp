@@ -1,10 +1,7 @@
 #include "correlation/SteinRanks.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "factors/FactorList.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 namespace {

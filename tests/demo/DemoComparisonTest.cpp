@@ -1,15 +1,11 @@
 #include "demo/DemoComparison.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-
 #include "app/DemoCases.h"
 #include "app/ProjectConfiguration.h"
 #include "app/ShareDirectory.h"
 #include "base/RememberedDirectories.h"
 #include "postproc/PostProcessorFile.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

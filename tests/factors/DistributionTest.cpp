@@ -1,44 +1,34 @@
 #include "factors/Distribution.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <random>
 
 #include "factors/FactorText.h"
 #include "factors/TruncatedDistribution.h"
-#include "support/Numbers.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
 // A member of the family with the ends of its support.
 struct Member {
-  const char* name;
-  const char* type;
+  const char *name, *type;
   std::vector<std::string> fields;
-  double lower;
-  double upper;
+  double lower, upper;
 };
 
 // clang-format off
 const std::vector<Member> kMembers{
-    {"Normal",             "Normal",      {"5", "2", "0.001", "0.999"},              -kInfinity, kInfinity},
-    {"NormalFarOut",       "Normal",      {"1e6", "1", "0.05", "0.9"},               -kInfinity, kInfinity},
-    {"LogNormal",          "LogNormal",   {"0", "0.5", "0.001", "0.999"},            0.0, kInfinity},
-    {"Exponential",        "Exponential", {"0.5", "3", "0.999"},                     3.0, kInfinity},
-    {"ExponentialFarOut",  "Exponential", {"1", "1e5", "0.9"},                       1e5, kInfinity},
-    {"Gamma",              "Gamma",       {"2.5", "1.5", "0.25", "0.999"},           0.25, kInfinity},
-    {"GammaPole",          "Gamma",       {"0.5", "2", "0", "0.999"},                0.0, kInfinity},
-    {"Weibull",            "Weibull",     {"1.8", "2", "0.5", "0.999"},              0.5, kInfinity},
-    {"WeibullPole",        "Weibull",     {"0.8", "5", "0", "0.95"},                 0.0, kInfinity},
+    {"Normal",             "Normal",      {"5", "2", "0.001", "0.999"},              -kInf, kInf},
+    {"NormalFarOut",       "Normal",      {"1e6", "1", "0.05", "0.9"},               -kInf, kInf},
+    {"LogNormal",          "LogNormal",   {"0", "0.5", "0.001", "0.999"},            0.0, kInf},
+    {"Exponential",        "Exponential", {"0.5", "3", "0.999"},                     3.0, kInf},
+    {"ExponentialFarOut",  "Exponential", {"1", "1e5", "0.9"},                       1e5, kInf},
+    {"Gamma",              "Gamma",       {"2.5", "1.5", "0.25", "0.999"},           0.25, kInf},
+    {"GammaPole",          "Gamma",       {"0.5", "2", "0", "0.999"},                0.0, kInf},
+    {"Weibull",            "Weibull",     {"1.8", "2", "0.5", "0.999"},              0.5, kInf},
+    {"WeibullPole",        "Weibull",     {"0.8", "5", "0", "0.95"},                 0.0, kInf},
     {"Uniform",            "Uniform",     {"-2:3:1"},                                -2.0, 3.0},
     {"UniformSteps",       "Uniform",     {"0:1:0.3", "1:2.5:0.3", "4:5:0.4"},       0.0, 5.0},
     {"LogUniform",         "LogUniform",  {"0.1:10:1"},                              0.1, 10.0},
@@ -69,10 +59,10 @@ class Family : public testing::TestWithParam<Member> {
 };
 
 TEST_P(Family, cumulativeRisesFromZeroToOneOverTheSupport) {
-  EXPECT_EQ(member_->cumulative(-kInfinity), 0.0);
-  EXPECT_EQ(member_->cumulative(kInfinity), 1.0);
-  EXPECT_EQ(member_->cumulative(std::nextafter(GetParam().lower, -kInfinity)), 0.0);
-  EXPECT_NEAR(member_->cumulative(std::nextafter(GetParam().upper, kInfinity)), 1.0, 1e-15);
+  EXPECT_EQ(member_->cumulative(-kInf), 0.0);
+  EXPECT_EQ(member_->cumulative(kInf), 1.0);
+  EXPECT_EQ(member_->cumulative(std::nextafter(GetParam().lower, -kInf)), 0.0);
+  EXPECT_NEAR(member_->cumulative(std::nextafter(GetParam().upper, kInf)), 1.0, 1e-15);
   const double from = member_->table.front().x;
   const double to = member_->table.back().x;
   double before = 0.0;
@@ -120,12 +110,12 @@ TEST_P(Family, inverseStaysInsideTheSupportAndForAnyNumberInsideTheTable) {
     const double x = member_->inverse(u);
     EXPECT_TRUE(x >= GetParam().lower && x <= GetParam().upper) << "u " << u << " x " << x;
   }
-  for (const double u : {-1.0, 2.0, 1e300, -kInfinity, kInfinity, kNan}) {
+  for (const double u : {-1.0, 2.0, 1e300, -kInf, kInf, kNan}) {
     const double x = member_->inverse(u);
     EXPECT_TRUE(x >= member_->table.front().x && x <= member_->table.back().x) << "u " << u << " x " << x;
   }
   EXPECT_FALSE(member_->cumulative(kNan) > 1.0);
-  EXPECT_FALSE(member_->density(kInfinity) > 0.0);
+  EXPECT_FALSE(member_->density(kInf) > 0.0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Members, Family, testing::ValuesIn(kMembers),
@@ -248,9 +238,9 @@ TEST(Distribution, aCumulativeThatIsNoNumberFails) {
    private:
     double nanFrom_;
   };
-  for (const double nanFrom : {kInfinity, 0.0, 0.45, 0.92}) {
+  for (const double nanFrom : {kInf, 0.0, 0.45, 0.92}) {
     Broken broken(nanFrom);
-    EXPECT_EQ(broken.prepareInverse(), nanFrom == kInfinity) << nanFrom;
+    EXPECT_EQ(broken.prepareInverse(), nanFrom == kInf) << nanFrom;
   }
 }
 

@@ -1,9 +1,6 @@
 #include "factors/Equation.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +10,7 @@
 #include "factors/NumberLiteral.h"
 #include "factors/integerPower.h"
 #include "factors/namesInText.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

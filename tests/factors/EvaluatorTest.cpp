@@ -1,11 +1,10 @@
 #include "factors/Evaluator.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
+
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

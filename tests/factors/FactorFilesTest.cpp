@@ -1,88 +1,28 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <set>
-
 #include "base/TextReader.h"
-#include "base/TextWriter.h"
-#include "factors/Distribution.h"
 #include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
-#include "support/Copies.h"
-#include "support/Damage.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
+using test::textOf;
+
 const std::vector<std::string> kGolden{"kinds.fac", "ishigami.fac", "unit4.fac", "pair.fac", "mixed.fac",
                                        "tree.fac",  "matrix.fac",   "stein.fac", "plant.fac"};
 
-std::string textOf(const FactorList& list) {
-  TextWriter out;
-  list.write(out);
-  return out.text();
-}
-
-std::string recordOf(const Factor& factor) {
-  TextWriter out;
-  factor.write(out);
-  return out.text();
-}
-
-// A Stein sample of two rows in the place of 60: one row is damaged like another.
-std::string shortened(std::string text) {
-  const std::size_t rows = text.find("\n60\n");
-  if (rows == std::string::npos) return text;
-  std::size_t end = rows + 1;
-  for (int line = 0; line < 4; ++line) end = text.find('\n', end) + 1;
-  return text.substr(0, end).replace(rows, 4, "\n2\n") + text.substr(text.rfind('\n', text.size() - 2) + 1);
-}
-
-class FactorFiles : public testing::Test {
+class FactorFiles : public test::InDirectory {
  protected:
   FactorFiles() {
     std::unique_ptr<Factor> factor = makeFactor("Normal");
     factor->name = "before";
     list_.addFactor(std::move(factor));
-    before_ = textOf(list_);
   }
   ~FactorFiles() override { EXPECT_TRUE(TruncatedDistribution::setDefaultTruncations(0.001, 0.999)); }
 
-  // Loads the text. A refusal has its message and leaves the list; an accepted list comes back from its own text, and
-  // those of its factors that weren't seen before can be sampled or refuse that.
-  bool loads(const std::string& text) {
-    std::filesystem::remove(path_);  // a fresh file is written faster than a truncated one
-    test::writeFile(path_, text);
-    FactorList list = test::copyOf(list_);
-    std::string message;
-    if (!loadFactorFile(path_, list, message)) {
-      EXPECT_TRUE(message.starts_with("Error reading factors file\n" + path_ + ':')) << message;
-      EXPECT_EQ(textOf(list), before_);
-      return false;
-    }
-    TextReader in = TextReader::fromText(textOf(list));
-    FactorList again;
-    EXPECT_TRUE(again.read(in));
-    EXPECT_TRUE(TruncatedDistribution::setDefaultTruncations(0.001, 0.999));
-    EXPECT_EQ(textOf(list).find("\tinf"), std::string::npos);
-    for (std::int32_t i = 0; i < list.factorCount(); ++i) {
-      auto* distribution = dynamic_cast<Distribution*>(&list.factor(i));
-      if (distribution == nullptr || !records_.insert(recordOf(*distribution)).second) continue;
-      if (distribution->needsTable() && !distribution->prepareInverse()) continue;
-      for (const double u : {1e-9, 0.3, 1.0 - 1e-9}) (void)distribution->value(u);
-    }
-    return true;
-  }
-
-  test::TempDirectory directory_;
-  std::string path_ = directory_.file("list.fac");
+  std::string path_ = file("list.fac");
   FactorList list_;
-  std::string before_;
-  std::set<std::string> records_;
 };
 
 TEST_F(FactorFiles, roundTripsAreByteForByte) {
@@ -103,7 +43,7 @@ TEST_F(FactorFiles, roundTripsAreByteForByte) {
 
 TEST_F(FactorFiles, failuresNameTheReasonAndKeepTheOldFile) {
   std::string message;
-  for (const std::string& path : {directory_.file("none.fac"), directory_.path()}) {
+  for (const std::string& path : {file("none.fac"), directory_.path()}) {
     EXPECT_FALSE(loadFactorFile(path, list_, message));
     EXPECT_TRUE(message.starts_with("Error opening factors file\n" + path + ": ")) << message;
   }
@@ -118,8 +58,7 @@ TEST_F(FactorFiles, failuresNameTheReasonAndKeepTheOldFile) {
 TEST_F(FactorFiles, refusalsSayWhereAndWhat) {
   struct Row {
     const char* from;  // in matrix.fac, replaced once
-    const char* to;
-    const char* problem;
+    const char *to, *problem;
   };
   const std::string sound = test::readFile(test::goldenPath("matrix.fac"));
   const Row rows[] = {
@@ -145,26 +84,6 @@ TEST_F(FactorFiles, refusalsSayWhereAndWhat) {
     std::string message;
     EXPECT_FALSE(loadFactorFile(path_, list_, message)) << from;
     EXPECT_NE(message.find(row.problem), std::string::npos) << message;
-  }
-}
-
-TEST_F(FactorFiles, damagedOnesFailOrGiveAUsableList) {
-  for (const std::string name : {"kinds.fac", "mixed.fac", "tree.fac", "stein.fac"}) {
-    const std::string sound = shortened(test::readFile(test::goldenPath(name)));
-    ASSERT_TRUE(loads(sound)) << name;
-    // Only between two records may a cut text still be a list.
-    const std::size_t records = sound.find("Correlation information");
-    const std::vector<std::string> lines = test::splitLines(sound);
-    test::forEachDamage(sound, [&](const std::string& what, const std::string& text) {
-      SCOPED_TRACE(name + ": " + what);
-      if (!loads(text)) return;
-      EXPECT_TRUE(!what.starts_with("cut") || text.size() < records);
-      if (what.starts_with("long") || what.starts_with("without")) {
-        const std::size_t line = std::stoul(what.substr(what.rfind(' ')));
-        EXPECT_TRUE(lines[line - 1].empty());  // blank lines before numbers aren't missed
-      }
-      EXPECT_TRUE(what != "rubbish" && what != "nothing");
-    });
   }
 }
 

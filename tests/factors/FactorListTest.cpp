@@ -1,24 +1,15 @@
 #include "factors/FactorList.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <limits>
-
 #include "base/TextReader.h"
-#include "base/TextWriter.h"
 #include "factors/IntervalDistribution.h"
 #include "factors/TruncatedDistribution.h"
 #include "support/Copies.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-std::string textOf(const FactorList& list) {
-  TextWriter out;
-  list.write(out);
-  return out.text();
-}
+using test::textOf;
 
 bool readText(const std::string& text, FactorList& list) {
   TextReader in = TextReader::fromText(text);
@@ -124,8 +115,7 @@ TEST(FactorList, matrixGrowsAndCopiesHaveEverything) {
 
 TEST(FactorList, treeOfAFileMustHoldTogether) {
   struct Row {
-    const char* what;
-    const char* types;
+    const char *what, *types;
     std::vector<std::string> lines;
     bool reads;
   };

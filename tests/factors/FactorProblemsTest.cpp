@@ -1,12 +1,11 @@
 #include "factors/FactorProblems.h"
 
-#include <gtest/gtest.h>
-
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
 #include "factors/Normal.h"
 #include "factors/Relation.h"
 #include "factors/Uniform.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

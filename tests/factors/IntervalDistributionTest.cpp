@@ -1,17 +1,11 @@
 #include "factors/IntervalDistribution.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/Discrete.h"
 #include "factors/LogUniform.h"
 #include "factors/TabulatedValues.h"
-#include "support/Numbers.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -135,7 +129,7 @@ TEST(IntervalDistribution, emptyOnesAreRefusedAndHaveNoValue) {
   }
 }
 
-class TabulatedValues : public testing::Test {
+class TabulatedValues : public test::InDirectory {
  protected:
   std::string message(const std::string& text, IntervalDistribution& distribution) {
     test::writeFile(path_, text);
@@ -148,8 +142,7 @@ class TabulatedValues : public testing::Test {
     return reason.substr(0, reason.find('\n'));
   }
 
-  test::TempDirectory directory_;
-  std::string path_ = directory_.file("table.fac");
+  std::string path_ = file("table.fac");
 };
 
 TEST_F(TabulatedValues, comeBackFromTheirFile) {
@@ -187,8 +180,8 @@ TEST_F(TabulatedValues, damagedOnesLeaveTheFactor) {
 TEST_F(TabulatedValues, aMissingFileIsTold) {
   Uniform uniform;
   std::string reason;
-  EXPECT_FALSE(loadTabulatedValues(directory_.file("none"), uniform, reason));
-  EXPECT_EQ(reason, "Error opening tabulated values file\n" + directory_.file("none") + ": No such file or directory");
+  EXPECT_FALSE(loadTabulatedValues(file("none"), uniform, reason));
+  EXPECT_EQ(reason, "Error opening tabulated values file\n" + file("none") + ": No such file or directory");
 }
 
 }  // namespace

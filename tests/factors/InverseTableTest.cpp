@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <fstream>
 #include <sstream>
 
 #include "factors/FactorText.h"
 #include "factors/InverseSearch.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,13 +1,6 @@
 #include "factors/NumericRoutines.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <string>
-#include <vector>
-
-#include "support/Numbers.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,22 +1,13 @@
 #include "factors/Relation.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "base/TextReader.h"
-#include "base/TextWriter.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
+using test::textOf;
 using Names = std::vector<std::string>;
-
-std::string recordOf(const Relation& relation) {
-  TextWriter out;
-  relation.write(out);
-  return out.text();
-}
 
 TEST(RelationTest, RefusedExpressionsKeepTheOldOne) {
   const std::string tooLong(255, 'x');
@@ -33,8 +24,7 @@ TEST(RelationTest, RefusedExpressionsKeepTheOldOne) {
 
 TEST(RelationTest, ValueOfARun) {
   const struct {
-    const char* what;
-    const char* text;
+    const char *what, *text;
     std::vector<double> row;  // of a, b, c
     bool good;
     double value;
@@ -90,7 +80,7 @@ TEST(RelationTest, Record) {
   in.skipLine();
   relation.read(in);
   ASSERT_TRUE(in.ok());
-  EXPECT_EQ(recordOf(relation), record);
+  EXPECT_EQ(textOf(relation), record);
   EXPECT_EQ(relation.factorNames(), (Names{"a", "b", "k"}));
   std::string line;
   in.skipLine();
@@ -114,7 +104,7 @@ TEST(RelationTest, Record) {
     EXPECT_EQ(one.ok(), c.good) << c.what;
     EXPECT_EQ(read.expression(), c.expression) << c.what;
     // What is refused isn't lost when the list is saved.
-    EXPECT_TRUE(!c.good || recordOf(read) == "Relation\nr\n\n1\t\n" + c.text + "\n\n") << c.what;
+    EXPECT_TRUE(!c.good || textOf(read) == "Relation\nr\n\n1\t\n" + c.text + "\n\n") << c.what;
   }
 }
 

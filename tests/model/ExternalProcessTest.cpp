@@ -1,17 +1,14 @@
 #include "model/ExternalProcess.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <filesystem>
 
 #include "support/Processes.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -25,7 +22,7 @@ constexpr milliseconds kLong{10000};
 // Leaves the numbers of itself and of a child in the file "pids" and waits for the child.
 constexpr const char* kWithChild = "sleep 60 &\necho $$ > pids\necho $! >> pids\nwait\n";
 
-class Process : public testing::Test {
+class Process : public test::InDirectory {
  protected:
   void TearDown() override {
     EXPECT_EQ(test::openDescriptors(), descriptors_);
@@ -36,7 +33,6 @@ class Process : public testing::Test {
     test::writeScript(file(name), commands);
     return {file(name), "in.sam", directory_.path(), file("log")};
   }
-  std::string file(const std::string& name) const { return directory_.file(name); }
 
   // What was printed, behind the line that marks a log.
   static std::string logged(const std::string& path) {
@@ -50,14 +46,12 @@ class Process : public testing::Test {
     return std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
   }
 
-  test::TempDirectory directory_;
   int descriptors_ = test::openDescriptors();
 };
 
 TEST_F(Process, endsWithItsCodeOrThatOfASignal) {
   const struct {
-    const char* name;
-    const char* commands;
+    const char *name, *commands;
     int code;
   } cases[] = {{"success", "exit 0\n", 0},
                {"a code", "exit 3\n", 3},
@@ -80,8 +74,7 @@ TEST_F(Process, aStartThatFailsTellsWhy) {
   std::filesystem::permissions(file("bytes"), std::filesystem::perms::owner_all);
   const struct {
     const char* name;
-    std::string executable;
-    std::string directory;
+    std::string executable, directory;
     int error;
   } cases[] = {{"missing", file("nothing"), "", ENOENT},
                {"no name", "", "", ENOENT},

@@ -1,18 +1,12 @@
 #include "model/InternalModel.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "base/TextReader.h"
-#include "base/TextWriter.h"
-#include "support/Damage.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
+
+using test::textOf;
 
 InternalModel modelOf(const std::vector<std::string>& variables,
                       const std::vector<std::pair<std::string, std::string>>& equations) {
@@ -22,12 +16,6 @@ InternalModel modelOf(const std::vector<std::string>& variables,
     EXPECT_TRUE(model.addExpression(model.numExpressions(), name, text, 1)) << name << model.errorText();
   }
   return model;
-}
-
-std::string textOf(InternalModel model) {
-  TextWriter out;
-  model.write(out);
-  return out.text();
 }
 
 TEST(InternalModelTest, NamesThatAreRefused) {
@@ -64,7 +52,7 @@ TEST(InternalModelTest, RefusalsLeaveTheModel) {
       {"The expression is in use, I can't delete it", [](auto& m) { return m.removeExpression(0); }},
       {"Expression not found", [](auto& m) { return m.removeExpression(2); }},
   };
-  const InternalModel original = modelOf({"a", "b", "c"}, {{"y", "a * b"}, {"z", "y + c"}});
+  InternalModel original = modelOf({"a", "b", "c"}, {{"y", "a * b"}, {"z", "y + c"}});
   for (const auto& c : cases) {
     InternalModel model = original;
     EXPECT_FALSE(c.step(model)) << c.text;
@@ -78,8 +66,7 @@ TEST(InternalModelTest, RefusalsLeaveTheModel) {
 
 TEST(InternalModelTest, UsesNameLooksAtTheFirstOccurrence) {
   const struct {
-    const char* name;
-    const char* text;
+    const char *name, *text;
     bool used;
   } cases[] = {
       {"a", "a", true},      {"a", "b+a", true},    {"a", "sin(a)", true},  {"ab", "abc+ab", false},
@@ -168,21 +155,9 @@ TEST(InternalModelTest, LimitsOfExpressions) {
   EXPECT_EQ(textOf(wide), kept);
 }
 
-TEST(InternalModelFileTest, GoldenModelsComeBackByteByByte) {
-  for (const std::string name : {"ishigami.imd", "g.imd", "mixed.imd", "plant.imd"}) {
-    const std::string path = test::goldenPath(name);
-    TextReader in = TextReader::fromFile(path);
-    InternalModel model;
-    model.read(in);
-    ASSERT_TRUE(in.ok()) << name;
-    EXPECT_EQ(textOf(model), test::readFile(path)) << name;
-  }
-}
-
 TEST(InternalModelFileTest, RulesOfTheFile) {
   const struct {
-    const char* what;
-    const char* text;
+    const char *what, *text;
     const char* problem;  // null: it loads
   } cases[] = {
       {"CR LF and no last line end", "m\r\n1\r\na\r\n0\r\n1\r\ny\r\na\r\n1\r\n0\r\nf.imd", nullptr},
@@ -224,20 +199,6 @@ TEST(InternalModelFileTest, LoadKeepsTheModelWhenItFails) {
     EXPECT_EQ(message.substr(0, message.find('\n')), "Error reading the internal model file");
     EXPECT_EQ(textOf(loaded), textOf(model));
   }
-}
-
-TEST(InternalModelFileTest, DamagedFiles) {
-  test::forEachDamage(test::readFile(test::goldenPath("plant.imd")),
-                      [](const std::string& what, const std::string& text) {
-                        TextReader in = TextReader::fromText(text);
-                        InternalModel model;
-                        model.read(in);
-                        EXPECT_TRUE(in.fail() || !what.starts_with("cut before")) << what;
-                        EXPECT_TRUE(in.ok() || model.numVariables() + model.numExpressions() == 0) << what;
-                        TextReader again = TextReader::fromText(textOf(model));
-                        model.read(again);
-                        EXPECT_TRUE(again.ok()) << what;
-                      });
 }
 
 TEST(InternalModelFileTest, ManyVariablesDontTakeForever) {

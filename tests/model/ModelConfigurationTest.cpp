@@ -1,9 +1,6 @@
 #include "model/ModelConfiguration.h"
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
-#include <cmath>
 
 #include "base/RememberedDirectories.h"
 #include "base/TextReader.h"
@@ -12,21 +9,13 @@
 #include "model/InternalRun.h"
 #include "model/ModelOutputReader.h"
 #include "model/linkWarning.h"
-#include "support/Damage.h"
 #include "support/FailingCalls.h"
-#include "support/Golden.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-std::string textOf(const ModelConfiguration& model) {
-  TextWriter out;
-  model.write(out);
-  EXPECT_TRUE(out.ok());
-  return out.text();
-}
+using test::textOf;
 
 // The Model record and what follows it, from the empty line before it on.
 std::string modelPart(const std::string& spcFile, const std::string& sampleName) {
@@ -72,14 +61,6 @@ const std::vector<std::pair<std::string, std::string>> kGolden{
     {"plain-run.spc", "ishigami.sam"},
     {"times-run.spc", "latin-stein.sam"},
 };
-
-TEST_F(ModelConfigurationTest, GoldenRecordsComeBackByteByByte) {
-  for (const auto& [results, sample] : kGolden) {
-    const std::string part = modelPart(results, sample);
-    const std::string written = '\n' + textOf(readRecord(part));
-    EXPECT_EQ(part.substr(0, written.size()), written) << results;
-  }
-}
 
 TEST_F(ModelConfigurationTest, StepsOfAnInternalRun) {
   const sampValues samples = samplesOf(50);
@@ -191,16 +172,11 @@ TEST_F(ModelConfigurationTest, NamesAndGridsOfARecord) {
   EXPECT_TRUE(values[0] == INFINITY && std::isnan(values[1]));
 
   const struct {
-    const char* what;
-    const char* text;
+    const char *what, *text;
   } bad[] = {
-      {"negative run count", "-1\n0\n0\n\n\n"},
-      {"more runs than there are", "2147483647\n1\ny\n0\nRun 0\n1\nt=0\t1\t\n\n\n"},
-      {"more times than there are", "1\n1\ny\n3\nRun 0\n2147483647\nt=0\t1\t\n\n\n"},
       {"unknown time mode", "0\n0\n4\n\n\n"},
       {"no time axis, two times", "1\n1\ny\n0\nRun 0\n2\nt=0\t1\t\nt=1\t1\t\n\n\n"},
       {"one grid, two grids", "2\n1\ny\n3\nRun 0\n1\nt=0\t1\t\nRun 1\n1\nt=1\t1\t\n\n\n"},
-      {"a value beyond all doubles", "1\n1\ny\n0\nRun 0\n1\nt=0\t1e999\t\n\n\n"},
       {"one directory line", "0\n0\n0\n\n"},
   };
   for (const auto& c : bad) {
@@ -219,21 +195,6 @@ TEST_F(ModelConfigurationTest, RecordSetsTheDirectoriesOnlyAsAWhole) {
   EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Model), "");
   EXPECT_EQ(textOf(readRecord(record + '\n')), record.substr(1) + '\n');
   EXPECT_EQ(RememberedDirectories::get(RememberedDirectories::Model), directory.path());
-}
-
-TEST_F(ModelConfigurationTest, DamagedRecords) {
-  for (const auto& golden : {kGolden[0], kGolden[3]}) {
-    const auto& [results, sample] = golden;
-    const std::string name = results;
-    const std::string record = '\n' + textOf(readRecord(modelPart(results, sample)));
-    test::forEachDamage(record, [&, results = results](const std::string& what, const std::string& text) {
-      TextReader in = TextReader::fromText(text);
-      ModelConfiguration model;
-      if (!model.read(in)) return;
-      EXPECT_EQ(textOf(readRecord('\n' + textOf(model))), textOf(model)) << name << ' ' << what;
-      EXPECT_FALSE(what.starts_with("cut before")) << name << ' ' << what;
-    });
-  }
 }
 
 struct Read {
@@ -307,15 +268,9 @@ TEST_F(ModelConfigurationTest, OutputFilesThatFail) {
       {"no outputs", "0\ntime = no\n1\n1\n"},
       {"blank before the name", "1\n y\ntime = no\n1\n1\n"},
       {"name of 256 characters", "1\n" + std::string(256, 'n') + "\ntime = no\n1\n1\n"},
-      {"no equals sign in time", "1\ny\ntime no\n1\n1\n"},
       {"RUN without times", "1\ny\ntime = no\n1\nRUN 0\n1\n"},
-      {"a run too few", "1\ny\ntime = no\n2\n1\n"},
-      {"a value too few", "2\ny\nz\ntime = no\n2\n1 2\n3\n"},
-      {"first run is 1", "1\ny\ntime = yes\n1\nRUN 1\n1\n0 1\n"},
       {"run line of 20 characters", "1\ny\ntime = yes\n1\n" + std::string(18, 'r') + " 0\n1\n0 1\n"},
-      {"no times in a run", "1\ny\ntime = yes\n1\nRUN 0\n0\n"},
       {"t = before a time", "1\ny\ntime = yes\n1\nRUN 0\n1\nt = 0 1\n"},
-      {"counts of a hostile file", "1\ny\ntime = yes\n2147483647\nRUN 0\n2147483647\n0 1\n"},
       {"binary", std::string("1\n\0\xff\x7f=\n\0\0\0", 10)},
   };
   for (const auto& c : cases) {
@@ -395,17 +350,6 @@ TEST_F(ModelConfigurationTest, namesAtOtherPlacesAreWarnedOf) {
   EXPECT_EQ(linkWarning({"a", "b", "c"}, *modelOf({"x", "c", "b"}, "x")),
             "The model takes the factors by position, not by name, and some names are not at the same place:\n"
             "b: factor 2 of the sample, input 3 of the model\nc: factor 3 of the sample, input 2 of the model");
-}
-
-TEST_F(ModelConfigurationTest, DamagedOutputFiles) {
-  const std::string sound = "2\ny\nz\ntime = yes\n2\nRUN 0\n2\n0 1 2\n1 3 4\nRUN 1\n1\n0 5 6\n";
-  ASSERT_TRUE(readOutput(sound).good);
-  test::forEachDamage(sound, [](const std::string& what, const std::string& text) {
-    const Read read = readOutput(text);
-    if (!read.good) return;
-    EXPECT_FALSE(what.starts_with("cut")) << what;
-    EXPECT_EQ(textOf(readRecord('\n' + textOf(read.model))), textOf(read.model)) << what;
-  });
 }
 
 }  // namespace

@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <cerrno>
-#include <filesystem>
 
 #include "factors/Uniform.h"
 #include "model/ModelConfiguration.h"
@@ -9,8 +6,7 @@
 #include "sampling/PrepConfiguration.h"
 #include "support/FailingCalls.h"
 #include "support/ScriptedApplication.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -20,7 +16,7 @@ using Calls = std::vector<std::string>;
 using Cells = test::ScriptedApplication::Cells;
 
 // Three runs of the factors a and b, and a workbook whose outputs are the sum and the product of the inputs.
-class Workbook : public testing::Test {
+class Workbook : public test::InDirectory {
  protected:
   void SetUp() override {
     for (const char* name : {"a", "b"}) {
@@ -70,8 +66,7 @@ class Workbook : public testing::Test {
     return values;
   }
 
-  test::TempDirectory directory_;
-  std::string workbook_ = directory_.file("book.ods");
+  std::string workbook_ = file("book.ods");
   PrepConfiguration prep_;
   ModelConfiguration model_;
   test::ScriptedApplication application_;
@@ -199,10 +194,10 @@ TEST_F(Workbook, whatTheSheetOfOutputsMayHold) {
 TEST_F(Workbook, theFileBehindALinkIsReplacedWithItsPermissions) {
   using std::filesystem::perms;
   std::filesystem::permissions(workbook_, perms::owner_all | perms::group_read);
-  std::filesystem::create_symlink("book.ods", directory_.file("link.ods"));
-  model_.choice.outputFile = directory_.file("link.ods");
+  std::filesystem::create_symlink("book.ods", file("link.ods"));
+  model_.choice.outputFile = file("link.ods");
   ASSERT_TRUE(run());
-  EXPECT_TRUE(std::filesystem::is_symlink(directory_.file("link.ods")));
+  EXPECT_TRUE(std::filesystem::is_symlink(file("link.ods")));
   EXPECT_EQ(test::readFile(workbook_), "computed");
   EXPECT_EQ(std::filesystem::status(workbook_).permissions(), perms::owner_all | perms::group_read);
   EXPECT_EQ(directory_.entries(), (Calls{"book.ods", "link.ods"}));

@@ -1,32 +1,23 @@
-// Histograms of variables and curves of factors.
-
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
-#include <limits>
 #include <set>
 #include <tuple>
 
 #include "factors/Beta.h"
-#include "factors/Constant.h"
 #include "factors/Discrete.h"
 #include "factors/Normal.h"
-#include "factors/Relation.h"
 #include "factors/Weibull.h"
 #include "plots/RunTable.h"
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"
+#include "support/Test.h"
 
+// Histograms of variables and curves of factors.
 namespace tarvex {
 namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 const XyChart& chartOf(const Figure& figure, std::size_t i = 0) {
   return std::get<XyChart>(figure.charts.at(i));
@@ -51,7 +42,6 @@ TEST(HistogramPlot, countsTheRunsOfOneVariable) {
   EXPECT_EQ(area.edges.size(), area.heights.size() + 1);
   EXPECT_EQ(sumOf(area.heights), 1001.0);
   EXPECT_EQ(area.edges[100], 1000.0);
-  EXPECT_EQ(area.colour, namedColour("Medium Slate Blue"));
   EXPECT_GE(chartOf(figure).y.upper, 10.0);
   EXPECT_THAT(figure.subtitle, HasSubstr("1 without a number"));
   EXPECT_THAT(figure.legend, IsEmpty());
@@ -99,8 +89,6 @@ TEST(HistogramPlot, tellsManyVariablesApart) {
   for (const LegendEntry& entry : figure.legend)
     looks.emplace(entry.colour.red, entry.colour.green, static_cast<int>(entry.style));
   EXPECT_EQ(looks.size(), 20u);
-  EXPECT_EQ(figure.legend[2].style, LineStyle::DashDot);
-  EXPECT_EQ(figure.legend[1].text, "V - v1");
   EXPECT_EQ(chartOf(figure).layers.size(), 40u) << "outlines in front of the columns";
 }
 
@@ -159,16 +147,11 @@ TEST(DistributionPlot, edgesOfFamilies) {
   EXPECT_TRUE(steps.steps);
   EXPECT_EQ(steps.y, (std::vector<double>{0.0, 0.25, 1.0, 1.0}));
 
-  Constant constant;
-  constant.setValue(9.81);
-  Relation relation;
-  ASSERT_TRUE(relation.setExpression("2 * a"));
   Normal spike;
   ASSERT_TRUE(spike.setStdDeviation(0.0));
-  EXPECT_EQ(distributionPlot(constant).subtitle, "Constant 9.81");
-  EXPECT_EQ(distributionPlot(relation).subtitle, "Relation: 2 * a");
   EXPECT_THAT(distributionPlot(spike).subtitle, HasSubstr("there is no curve to show"));
-  for (const char* type : {"Factor", "Dummy"}) EXPECT_THAT(distributionPlot(*makeFactor(type)).charts, IsEmpty());
+  for (const char* type : {"Factor", "Dummy", "Constant", "Relation"})
+    EXPECT_THAT(distributionPlot(*makeFactor(type)).charts, IsEmpty());
 }
 
 }  // namespace

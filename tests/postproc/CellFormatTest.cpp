@@ -1,19 +1,13 @@
 #include "postproc/CellFormat.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
 struct CellRow {
   double value;
-  const char* measure;
-  const char* statistic;
+  const char *measure, *statistic;
 };
 
 TEST(CellFormat, Numbers) {

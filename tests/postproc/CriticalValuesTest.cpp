@@ -1,8 +1,6 @@
 #include "postproc/CriticalValues.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -11,8 +9,7 @@ TEST(CriticalValues, StudentQuantile) {
   struct Row {
     const char* name;
     std::int32_t freedom;
-    double confidence;
-    double expected;
+    double confidence, expected;
   };
   const Row rows[] = {
       {"first cell", 1, 0.75, 1.000},

@@ -1,9 +1,6 @@
 #include "postproc/CurveSpectrum.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <vector>
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,9 +1,3 @@
-// Designs that don't fit the results, and results that have nothing to say: a text or nan, never more.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
 #include "postproc/DesignStudy.h"
 #include "postproc/MeasureSupport.h"
 #include "sampling/FastSampler.h"
@@ -11,7 +5,9 @@
 #include "sampling/RandomSampler.h"
 #include "sampling/RepLatinSampler.h"
 #include "sampling/SobolSampler.h"
+#include "support/Test.h"
 
+// Designs that don't fit the results, and results that have nothing to say: a text or nan, never more.
 namespace tarvex {
 namespace {
 
@@ -132,10 +128,7 @@ INSTANTIATE_TEST_SUITE_P(Methods, EveryDesign,
                          [](const auto& row) { return std::string(row.param); });
 
 struct Damage {
-  const char* method;
-  const char* from;
-  const char* to;
-  const char* message;
+  const char *method, *from, *to, *message;
 };
 
 // Of the extended FAST design every block is 12 1 97 97.

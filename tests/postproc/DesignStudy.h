@@ -1,18 +1,13 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "postproc/SensitivityStats.h"
 #include "sampling/PrepConfiguration.h"
 #include "support/AnalyticModels.h"
+#include "support/Test.h"
 
 namespace tarvex {
 

@@ -1,10 +1,4 @@
 // The measures of the structured designs against closed-form decompositions of the variance.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <memory>
-#include <string>
-
 #include "postproc/DesignStudy.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
@@ -12,6 +6,7 @@
 #include "sampling/FastSampler.h"
 #include "sampling/RepLatinSampler.h"
 #include "sampling/SobolSampler.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,11 +1,8 @@
 #include "postproc/MorrisStats.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "postproc/DesignStudy.h"
 #include "sampling/MorrisSampler.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

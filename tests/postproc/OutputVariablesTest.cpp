@@ -1,14 +1,7 @@
 #include "postproc/OutputVariables.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
-#include <vector>
-
 #include "model/ModelConfiguration.h"
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -41,7 +34,7 @@ time = no
 -2 6 inf
 )";
 
-class OutputVariablesTest : public testing::Test {
+class OutputVariablesTest : public test::InDirectory {
  protected:
   void read(const std::string& text) {
     test::writeFile(directory_.path() + "/model.out", text);
@@ -59,7 +52,6 @@ class OutputVariablesTest : public testing::Test {
     return values;
   }
 
-  test::TempDirectory directory_;
   ModelConfiguration model_;
   OutputVariables variables_;
 };

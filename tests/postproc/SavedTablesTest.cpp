@@ -1,11 +1,6 @@
 #include "postproc/SavedTables.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
@@ -15,16 +10,20 @@
 #include "postproc/MorrisStats.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/SobolStats.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
 std::string expected(const std::string& name) {
   return test::readFile(std::string(TARVEX_TEST_DATA) + "/tables/" + name + ".txt");
+}
+
+template <class Write, class... Arguments>
+std::string written(Write write, const Arguments&... arguments) {
+  TextWriter out;
+  write(out, arguments...);
+  return out.text();
 }
 
 constexpr auto kUncertain = FactorKind::Uncertain;
@@ -35,44 +34,33 @@ TEST(SavedTables, Fast) {
                                           {"k", kConstant, {0.0, 0.0}},
                                           {"r", FactorKind::Relation, {0.0, 0.0}},
                                           {"x2", kUncertain, {0.00012, -kNan}}});
-  TextWriter classic, extended;
-  writeFastTable(classic, stats, wholeTable(stats, 1, "y[max]"), false);
-  EXPECT_EQ(classic.text(), expected("fast-classic"));
-  writeFastTable(extended, stats, wholeTable(stats, 1, "y[max]"), true);
-  EXPECT_EQ(extended.text(), expected("fast-extended"));
+  EXPECT_EQ(written(writeFastTable, stats, wholeTable(stats, 1, "y[max]"), false), expected("fast-classic"));
+  EXPECT_EQ(written(writeFastTable, stats, wholeTable(stats, 1, "y[max]"), true), expected("fast-extended"));
 }
 
 TEST(SavedTables, Morris) {
   const auto stats = resultOf<MorrisStats>(
       {{"x1", kUncertain, {12345.678, 4.40367}}, {"k", kConstant, {0.0, 0.0}}, {"x2", kUncertain, {10000.0, kNan}}});
-  TextWriter out;
-  writeMorrisTable(out, stats, wholeTable(stats, 1, "y[max]"));
-  EXPECT_EQ(out.text(), expected("morris"));
+  EXPECT_EQ(written(writeMorrisTable, stats, wholeTable(stats, 1, "y[max]")), expected("morris"));
 }
 
 TEST(SavedTables, Importance) {
   const auto stats = resultOf<ImportanceStats>(
       {{"x1", kUncertain, {-0.0807867}}, {"k", kConstant, {0.0}}, {"a_name_longer_than_a_cell", kUncertain, {kInf}}});
-  TextWriter out;
-  writeImportanceTable(out, stats, wholeTable(stats, 1, "y[max]"));
-  EXPECT_EQ(out.text(), expected("importance"));
+  EXPECT_EQ(written(writeImportanceTable, stats, wholeTable(stats, 1, "y[max]")), expected("importance"));
 }
 
 TEST(SavedTables, Sobol) {
   auto stats =
       resultOf<SobolStats>({{"x1", kUncertain, {0.831426, 0.912348}, {"x1"}}, {"k", kConstant, {0.0, 0.0}, {"k"}}});
   stats.slotMode = SobolStats::kFirstAndTotal;
-  TextWriter firstAndTotal;
-  writeSobolTable(firstAndTotal, stats, wholeTable(stats, 1, "y"));
-  EXPECT_EQ(firstAndTotal.text(), expected("sobol-first-total"));
+  EXPECT_EQ(written(writeSobolTable, stats, wholeTable(stats, 1, "y")), expected("sobol-first-total"));
 
   stats = resultOf<SobolStats>({{"x1", kUncertain, {0.25, 0.5, 0.26}, {"x1"}},
                                 {"x2", kUncertain, {0.5, -0.0005, 0.52}, {"x2"}},
                                 {"x1,x2", kUncertain, {0.25, 1.0}, {"x1", "x2"}}});
   stats.slotMode = SobolStats::kByTerm;
-  TextWriter terms;
-  writeSobolTable(terms, stats, wholeTable(stats, 1, "y"));
-  EXPECT_EQ(terms.text(), expected("sobol-terms"));
+  EXPECT_EQ(written(writeSobolTable, stats, wholeTable(stats, 1, "y")), expected("sobol-terms"));
 }
 
 TEST(SavedTables, Regression) {
@@ -90,9 +78,8 @@ TEST(SavedTables, Regression) {
   RegressionStats stats;
   stats.read(in);
   ASSERT_TRUE(stats.computed);
-  TextWriter out;
-  writeRegressionTable(out, stats, wholeTable(stats, 0, "y"), RegressionStats::kSrc);
-  EXPECT_EQ(out.text(), expected("regression"));
+  EXPECT_EQ(written(writeRegressionTable, stats, wholeTable(stats, 0, "y"), RegressionStats::kSrc),
+            expected("regression"));
 }
 
 TEST(SavedTables, Uncertainty) {
@@ -101,9 +88,7 @@ TEST(SavedTables, Uncertainty) {
   for (const double y : {1.0, 2.0, 5.0, 2.0}) ASSERT_GT(table.addRow(&y), 0);
   UaStats stats;
   ASSERT_TRUE(stats.compute({"y"}, table));
-  TextWriter out;
-  writeUncertaintyTable(out, stats, 0, kLinearScale);
-  EXPECT_EQ(out.text(), expected("uncertainty"));
+  EXPECT_EQ(written(writeUncertaintyTable, stats, 0, kLinearScale), expected("uncertainty"));
 }
 
 }  // namespace

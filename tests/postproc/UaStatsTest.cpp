@@ -1,19 +1,12 @@
 #include "postproc/UaStats.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "postproc/ValueTables.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 UaStats statsOf(const Columns& columns) {
   UaStats stats;
@@ -43,12 +36,12 @@ TEST(UaStats, OddColumns) {
   const Row rows[] = {
       {"one run", {2.5}, 2.5, 2.5, 0.0, 1, 1, false, true},
       {"constant", {0.1, 0.1, 0.1, 0.1, 0.1, 0.1}, 0.1, 0.1, 0.0, 6, 6, false, true},
-      {"a run missing", {1, kNaN, 2}, 1, 2, kNaN, 2, 1, false, true},
-      {"constant but for a gap", {3, 3, kNaN}, 3, 3, kNaN, 2, 2, false, true},
-      {"all missing", {kNaN, kNaN}, kNaN, kNaN, kNaN, 0, 0, false, true},
+      {"a run missing", {1, kNan, 2}, 1, 2, kNan, 2, 1, false, true},
+      {"constant but for a gap", {3, 3, kNan}, 3, 3, kNan, 2, 2, false, true},
+      {"all missing", {kNan, kNan}, kNan, kNan, kNan, 0, 0, false, true},
       {"minimum 0", {0, 1, 3}, 0, 3, std::sqrt(14.0 / 9.0), 3, 1, true, false},
       {"negative", {-2, -1, 1}, -2, 1, std::sqrt(14.0 / 9.0), 3, 1, true, false},
-      {"an infinity", {1, 2, kInf}, 1, kInf, kNaN, 2, 2, false, true},
+      {"an infinity", {1, 2, kInf}, 1, kInf, kNan, 2, 2, false, true},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
@@ -95,7 +88,7 @@ TEST(UaStats, IntervalProbability) {
       {"all runs", linear, 0, -1, 200, 101},
       {"above the maximum", linear, 0, 100, 200, 0},
       {"below the minimum", linear, 0, -5, 0, 0},
-      {"not a number", linear, 0, kNaN, 50, 0},
+      {"not a number", linear, 0, kNan, 50, 0},
       {"within one bin", linear, 0, 10.25, 10.75, 0.5},
       {"from the minimum into the first bin", linear, 0, 0, 0.5, 1},
       {"from bin to bin, the last one twice", linear, 0, 10.5, 20.25, 10.75},

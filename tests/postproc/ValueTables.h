@@ -1,14 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
-#include <string>
-#include <vector>
 
 #include "factors/Factor.h"
 #include "postproc/OutputTable.h"
 #include "sampling/PrepConfiguration.h"
+#include "support/Test.h"
 
 namespace tarvex {
 

@@ -1,22 +1,16 @@
 #include "postproc/VelsConfiguration.h"
 
-#include <gtest/gtest.h>
-
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "postproc/FastStats.h"
 #include "postproc/SobolStats.h"
 #include "postproc/ValueTables.h"
-#include "support/Damage.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-std::string textOf(const VelsConfiguration& vels) {
-  TextWriter out;
-  vels.save(out);
-  return out.text();
-}
+using test::textOf;
 
 bool load(const std::string& text, VelsConfiguration& vels) {
   TextReader in = TextReader::fromText(text);
@@ -63,7 +57,7 @@ VelsConfiguration velsOfType(std::int32_t typeId, bool analysed = true) {
   return vels;
 }
 
-TEST(VelsConfiguration, RecordsAreReadAsWrittenOrRefused) {
+TEST(VelsConfiguration, RecordsAreReadAsWritten) {
   for (const std::int32_t type : {-1, 0, 1, 2, 3, 4})
     for (const bool analysed : {false, true}) {
       SCOPED_TRACE(type);
@@ -72,18 +66,6 @@ TEST(VelsConfiguration, RecordsAreReadAsWrittenOrRefused) {
       ASSERT_TRUE(load(text, back));
       EXPECT_EQ(textOf(back), text);
       ASSERT_EQ(back.sensitivity != nullptr, type >= 0);
-      if (!analysed) continue;
-      test::forEachDamage(text, [](const std::string& what, const std::string& damaged) {
-        VelsConfiguration vels;
-        const bool loaded = load(damaged, vels);
-        const bool inName =
-            damaged.find("\nxword") != std::string::npos || damaged.find("\nx1e999") != std::string::npos;
-        const bool noNumber = what.ends_with("word") || what.ends_with("1e999");
-        const bool fatal = what.starts_with("cut before") || (noNumber && !inName);
-        EXPECT_FALSE(loaded && fatal) << what;
-        VelsConfiguration again;
-        EXPECT_TRUE(!loaded || load(textOf(vels), again)) << what;
-      });
     }
 }
 

@@ -1,11 +1,8 @@
 #include "report/Document.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 
-#include "support/TempDirectory.h"
-#include "support/TextFiles.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

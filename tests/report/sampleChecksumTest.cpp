@@ -1,8 +1,7 @@
 #include "report/sampleChecksum.h"
 
-#include <gtest/gtest.h>
-
 #include "base/sampValues.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,10 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "base/uniformRandom.h"
 #include "sampling/Designs.h"
 #include "sampling/LatinSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/RepLatinSampler.h"
+#include "support/Test.h"
 
 // What the designs that go with a correlation promise in each of its modes: the wanted correlation between columns that
 // are what they would be without it, the same sample in steps of any size, a section that is read back.
@@ -102,17 +101,6 @@ TEST(CorrelatedDesigns, ofARefusedMatrixAreUncorrelatedOrRefused) {
     EXPECT_EQ(generated(*samplerOf(method, 50, 8), factors, 1.0), generated(*samplerOf(method, 50, 8), plain, 1.0));
   }
   EXPECT_EQ(refusal(*samplerOf(kRepLatin, 50, 8), factors), text);
-}
-
-TEST(CorrelatedDesigns, refusals) {
-  FactorList stein = correlated(kSteinSample);
-  for (const MethodId method : {kLatin, kRepLatin})
-    EXPECT_EQ(refusal(*samplerOf(method, 705, 1), stein),
-              "The Stein sample has fewer rows than the sample to generate.");
-  stein.steinInfo.clear();
-  for (const MethodId method : {kLatin, kRepLatin})
-    EXPECT_EQ(refusal(*samplerOf(method, 10, 1), stein),
-              "The Stein correlation sample is empty.\nNo correlation can be calculated.");
 }
 
 // Nothing stochastic, or a table in which single precision can't tell the last cells from the end of a phase.

@@ -1,18 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
 #include "sampling/Sampler.h"
+#include "support/Test.h"
 
 namespace tarvex {
 

@@ -1,12 +1,10 @@
 #include "sampling/FastSampler.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <complex>
 #include <numbers>
 
 #include "sampling/Designs.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
@@ -87,8 +85,7 @@ Frequencies peaks(const Table& runs, std::size_t first, std::size_t length, cons
 
 TEST(FastSampler, sizesItsBlocks) {
   struct Case {
-    const char* name;
-    const char* kinds;
+    const char *name, *kinds;
     std::int32_t mode, runs, generatedRuns;
     Groups groups;
     std::vector<FastBlock> table;

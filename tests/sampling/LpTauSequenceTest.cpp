@@ -1,10 +1,9 @@
 #include "sampling/LpTauSequence.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "sampling/LpTauDirections.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "sampling/Designs.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,16 +1,14 @@
 #include "sampling/MorrisSampler.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <set>
 
 #include "sampling/Designs.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-MorrisSampler configured(std::uint32_t levels, std::int32_t trajectories, std::int32_t k) {
+MorrisSampler morrisOf(std::uint32_t levels, std::int32_t trajectories, std::int32_t k) {
   MorrisSampler sampler;
   EXPECT_TRUE(sampler.setLevels(levels) && sampler.setTrajectories(static_cast<std::uint32_t>(trajectories)));
   EXPECT_TRUE(sampler.setSamples(static_cast<std::int32_t>(MorrisSampler::runCount(trajectories, k))));
@@ -31,7 +29,7 @@ TEST(MorrisSampler, makesTrajectoriesOfOneFactorAStep) {
     const std::vector<std::int32_t> stochastic = stochasticOf(size.kinds);
     const auto k = static_cast<std::int32_t>(stochastic.size());
     const auto trajectoryLength = static_cast<std::size_t>(k) + 1;
-    MorrisSampler sampler = configured(size.levels, size.trajectories, k);
+    MorrisSampler sampler = morrisOf(size.levels, size.trajectories, k);
     FactorList factors = listOf(size.kinds);
     const Table runs = generated(sampler, factors);
     ASSERT_EQ(runs.size(), static_cast<std::size_t>(size.trajectories) * trajectoryLength);
@@ -71,9 +69,9 @@ TEST(MorrisSampler, refusesSettingsThatMakeNoDesign) {
   EXPECT_FALSE(sampler.setTrajectories(0));
   FactorList factors = listOf("ss");
   EXPECT_EQ(refusal(sampler, factors), "  No samples to generate");
-  MorrisSampler flat = configured(1, 4, 2);
+  MorrisSampler flat = morrisOf(1, 4, 2);
   EXPECT_EQ(refusal(flat, factors), "The number of levels must be at least 2");
-  MorrisSampler partial = configured(4, 4, 3);
+  MorrisSampler partial = morrisOf(4, 4, 3);
   EXPECT_EQ(refusal(partial, factors), "The number of executions must be 12: trajectories times factors plus one");
 }
 

@@ -1,8 +1,7 @@
 #include "sampling/RepLatinSampler.h"
 
-#include <gtest/gtest.h>
-
 #include "sampling/Designs.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

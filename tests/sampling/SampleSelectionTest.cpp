@@ -1,14 +1,10 @@
 #include "sampling/SampleSelection.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "sampling/Designs.h"
 #include "sampling/FixedSampler.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
-#include "support/TempDirectory.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {

@@ -1,14 +1,13 @@
 #include "sampling/SobolSampler.h"
 
-#include <gtest/gtest.h>
-
 #include "sampling/Designs.h"
+#include "support/Test.h"
 
 namespace tarvex {
 namespace {
 
-SobolSampler configured(std::int32_t baseSize, std::int32_t k, std::int32_t kind, std::int32_t order = 1,
-                        bool cheap = false) {
+SobolSampler sobolOf(std::int32_t baseSize, std::int32_t k, std::int32_t kind, std::int32_t order = 1,
+                     bool cheap = false) {
   SobolSampler sampler;
   EXPECT_TRUE(sampler.setBaseSize(baseSize) && sampler.setDesignKind(kind) && sampler.setOrder(order));
   EXPECT_TRUE(
@@ -27,16 +26,16 @@ TEST(SobolSampler, countsBlocksOfManyFactors) {
 
 TEST(SobolSampler, refusesWhatItHasNoPointsOrBlocksFor) {
   FactorList most = listOf(std::string(185, 's'));
-  SobolSampler sampler = configured(1, 185, SobolSampler::kFirstAndTotal);
+  SobolSampler sampler = sobolOf(1, 185, SobolSampler::kFirstAndTotal);
   EXPECT_EQ(generated(sampler, most).size(), 372U);
   FactorList tooMany = listOf(std::string(186, 's'));
-  sampler = configured(1, 186, SobolSampler::kFirstAndTotal);
+  sampler = sobolOf(1, 186, SobolSampler::kFirstAndTotal);
   EXPECT_EQ(refusal(sampler, tooMany), "Sample number 1%: generation failed");
 
   FactorList five = listOf("sssss");
-  sampler = configured(16, 5, SobolSampler::kUpToOrder, 6);
+  sampler = sobolOf(16, 5, SobolSampler::kUpToOrder, 6);
   EXPECT_EQ(refusal(sampler, five), "  Incorrect order number, order too big.");
-  sampler = configured(16, 4, SobolSampler::kFirstAndTotal);
+  sampler = sobolOf(16, 4, SobolSampler::kFirstAndTotal);
   EXPECT_EQ(refusal(sampler, five), "The number of executions must be the base size times the number of blocks");
 }
 

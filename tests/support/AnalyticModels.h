@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cmath>
 #include <functional>
 #include <numbers>
@@ -45,22 +44,6 @@ inline AnalyticModel linearModel(const std::vector<double>& c) {
     double sum = 0.0;
     for (std::size_t i = 0; i < c.size(); ++i) sum += c[i] * x[i];
     return sum;
-  };
-  return model;
-}
-
-// Product of the inputs on (0, 1): an input of the term brings its variance 1/12, any other its squared mean 1/4.
-inline AnalyticModel productModel(int inputs) {
-  AnalyticModel model{{inputs}, "product"};
-  model.mean = std::pow(0.5, inputs);
-  model.evaluate = [inputs](const double* x) {
-    double product = 1.0;
-    for (int i = 0; i < inputs; ++i) product *= x[i];
-    return product;
-  };
-  model.partialVariance = [inputs](AnalyticModel::Mask mask) {
-    const int in = std::popcount(mask);
-    return in ? std::pow(1.0 / 12.0, in) * std::pow(0.25, inputs - in) : 0.0;
   };
   return model;
 }

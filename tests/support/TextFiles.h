@@ -1,8 +1,12 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/TextWriter.h"
 
 namespace tarvex::test {
 
@@ -17,5 +21,17 @@ std::vector<std::string> splitLines(std::string_view text);
 
 // The lines of a file, without an empty one behind the last LF.
 std::vector<std::string> readLines(const std::string& path);
+
+// What a value writes of itself.
+template <class Value>
+std::string textOf(Value&& value) {
+  TextWriter out;
+  if constexpr (requires { value.save(out); })
+    value.save(out);
+  else
+    value.write(out);
+  EXPECT_TRUE(out.ok()) << out.problem();
+  return out.text();
+}
 
 }  // namespace tarvex::test
