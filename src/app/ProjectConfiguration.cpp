@@ -33,6 +33,8 @@ bool isHeading(std::string_view line) {
 bool readHeading(TextReader& in, std::string_view heading, bool& known) {
   std::string line;
   if (!in.readLine(line, kMaxHeading)) return false;
+  if (line != heading && !line.empty() && heading.starts_with(line) && in.atEnd())
+    return in.refuse("the file ends within the heading of a section");
   known = known || isHeading(line);
   return line == heading;
 }
