@@ -6,14 +6,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <new>
 #include <string_view>
 
 #include "base/SystemCalls.h"
@@ -33,10 +36,21 @@ struct Announced {
   int lastNumber = 0;
 };
 
-// Never destroyed: the thread that ends the process may come while static objects already go.
+// Never destroyed: the thread that ends the process may come while static objects already go. Takes nothing from the
+// heap: that thread may come because there is no memory.
 Announced& announced() {
-  static auto* const all = new Announced;
+  alignas(Announced) static std::array<std::byte, sizeof(Announced)> place;
+  static auto* const all = new (place.data()) Announced;
   return *all;
+}
+
+// A directory is gone through on the heap. Where that has nothing left, it stays for the next process to delete.
+void deleteWithoutMemory(const std::string& path) {
+  std::error_code error;
+  try {
+    if (::unlink(path.c_str()) != 0) std::filesystem::remove_all(path, error);
+  } catch (const std::bad_alloc&) {
+  }
 }
 
 // Locks what was made and remembers it. False when the cleaner of another machine, which took it for a left-over in the
@@ -144,8 +158,7 @@ void Temporaries::deleteAllForEnd() {
   // Held from now on; a holder that failed in the middle, or waits for a dead disk, is not waited for.
   constexpr std::chrono::milliseconds kPatience{200};
   static_cast<void>(all.mutex.try_lock_for(kPatience));
-  std::error_code error;
-  for (const auto& [path, lockHolder] : all.paths) std::filesystem::remove_all(path, error);
+  for (const auto& [path, lockHolder] : all.paths) deleteWithoutMemory(path);
 }
 
 }  // namespace tarvex

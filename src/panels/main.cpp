@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "panels/main/TarvexApplication.h"
+#include "plots/libraryFailures.h"
 #include "report/versions.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
@@ -42,6 +43,7 @@ int main(int argc, char** argv) {
       return std::printf("tarvex %s\n", tarvex::versionsInUse().front().second.c_str()) < 0 ? 1 : 0;
   }
   if (argc > 2 && std::strcmp(argv[1], "--failed") == 0) return tellFailure(argc, argv, argv[2]);
+  tarvex::endOnLibraryFailure("tarvex");
   tarvex::TarvexApplication application(argc, argv);
   return application.run(std::vector<std::string>(argv + 1, argv + argc));
 }

@@ -85,4 +85,14 @@ for command in "show fifo.sam" "project fifo.spc -o a.psc" "plot fifo.fac -k dis
   stops TERM 0.3 $command
 done
 kill ${feeders-} 2> ../kill
+
+# Memory that ends within the libraries that draw. A build with its own memory checks can't be held so small.
+for kilobytes in 40000 60000; do
+  (ulimit -v $kilobytes && "$batch" --version) > ../out 2>&1 || continue
+  (ulimit -v $kilobytes && "$batch" report small.spc -o a.html) > ../out 2>&1
+  status=$?
+  [ $status = 1 ] && grep -q "There is not enough memory" ../out ||
+    fault "a report in $kilobytes kB: status $status: $(cat ../out)"
+  [ "$(ls -A)" = "$before" ] || fault "a report in $kilobytes kB: left" $(ls -A)
+done
 [ "$faults" = 0 ]
