@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -14,6 +15,7 @@
 #include "base/NumberText.h"
 #include "base/Paths.h"
 #include "base/SystemCalls.h"
+#include "base/Temporaries.h"
 
 namespace tarvex {
 namespace {
@@ -132,7 +134,11 @@ bool TextReader::failStep() {
 }
 
 bool TextReader::failSystem(int error) {
-  if (!failed_) problem_ = std::strerror(error);
+  return failFile(std::strerror(error));
+}
+
+bool TextReader::failFile(const std::string& reason) {
+  if (!failed_) problem_ = reason;
   failed_ = true;
   return false;
 }
@@ -164,7 +170,8 @@ std::string withProblem(const std::string& message, const TextReader& in) {
 }
 
 void TextReader::open(const std::string& path) {
-  fd_ = SystemCalls::current().open(path.c_str(), O_RDONLY, 0);
+  // Without O_NONBLOCK a fifo would be waited for its writer already here.
+  fd_ = SystemCalls::current().open(path.c_str(), O_RDONLY | O_NONBLOCK, 0);
   struct stat status {};
   const bool known = fd_ >= 0 && ::fstat(fd_, &status) == 0;
   if (!known || S_ISDIR(status.st_mode)) {
@@ -173,12 +180,32 @@ void TextReader::open(const std::string& path) {
   }
   if (S_ISREG(status.st_mode))
     unread_ = size_ = static_cast<std::uint64_t>(status.st_size);
-  else
+  else if (!S_ISFIFO(status.st_mode) || awaitWriter())
     readWhole(kLargestPipe);
 }
 
-// remaining() must be known before the first count is read.
+// A fifo that nobody writes to would hold the program for ever: it is waited for its writer, which may have been
+// started a moment later, and refused then. What the first look finds is taken.
+bool TextReader::awaitWriter() {
+  constexpr int kTries = 100;
+  constexpr useconds_t kSlice = 10'000;
+  buffer_.resize(kBlock);
+  for (int i = 0; i < kTries && !Temporaries::cancelled(); ++i) {
+    if (i > 0) ::usleep(kSlice);
+    const ssize_t got = SystemCalls::current().read(fd_, buffer_.data(), buffer_.size());
+    if (got == 0 || (got < 0 && errno == EINTR)) continue;
+    if (got < 0 && errno != EAGAIN) break;
+    buffer_.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    return true;
+  }
+  buffer_.clear();
+  closeFile();
+  return failFile("nobody writes to it");
+}
+
+// remaining() must be known before the first count is read. From here on a read may wait.
 void TextReader::readWhole(std::size_t limit) {
+  static_cast<void>(::fcntl(fd_, F_SETFL, 0) == 0);
   while (buffer_.size() <= limit)
     if (!appendBlock(kBlock)) return;
   closeFile();

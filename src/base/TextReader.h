@@ -21,7 +21,7 @@ namespace tarvex {
 class TextReader {
  public:
   // A path that doesn't exist as it stands is tried with '/' for '\'. A file that can't be opened or read, a directory
-  // included, gives a failed reader.
+  // included, gives a failed reader; so does a fifo that nobody writes to within a second.
   static TextReader fromFile(const std::string& path);
   // The same, of a file that may be long: `progress` hears, block by block, how much of it is taken. A stop is a failed
   // read.
@@ -89,11 +89,13 @@ class TextReader {
 
   TextReader() = default;
   void open(const std::string& path);
+  bool awaitWriter();
   void readWhole(std::size_t limit);
   void skipByteOrderMark();
   void begin(const char* usual);  // a step begins here; `usual` says what it reads unless expect() was called
   bool failStep();                // the step begun last failed; always false
   bool failSystem(int error);     // the system gave no more; always false
+  bool failFile(const std::string& reason);  // whatever the line; always false
   bool refuseLongLine(std::size_t maxChars);
   void closeFile();
   std::size_t available() const { return buffer_.size() - position_; }

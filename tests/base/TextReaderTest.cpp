@@ -222,6 +222,7 @@ TEST_F(LargeFile, WhatCantBeRead) {
 
 TEST_F(LargeFile, APipeIsReadWhole) {
   ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_EQ(TextReader::fromFile(path_).problem(), path_ + ": nobody writes to it");
   std::thread source([this] { test::writeFile(path_, std::string(300000, ' ') + "7\n"); });
   TextReader in = TextReader::fromFile(path_);
   source.join();
