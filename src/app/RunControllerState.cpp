@@ -120,7 +120,10 @@ Outcome RunController::acceptPrep(PrepSettings settings) {
   if (RememberedDirectories::entersWhenSet()) settings.sampleFile = absolutePath(settings.sampleFile);
   if (const std::string problem = PrepConfiguration::kSampleFileRule.problem(settings.sampleFile); !problem.empty())
     return fail(problem);
-  const bool same = project_.hasPrep && project_.prep.external != 1 && settings.describeSampleOf(project_.prep);
+  bool same = false;
+  std::string message;
+  if (project_.hasPrep && project_.prep.external != 1 && !settings.compareWith(project_.prep, same, message))
+    return fail(message);
   if (same) {
     project_.prep.sampleFile = settings.sampleFile;
     static_cast<void>(project_.prep.samples.setOrder(settings.order));  // as another preparation had it

@@ -12,19 +12,18 @@ namespace {
 
 constexpr int kEveryDigit = 17;  // tell any two doubles apart
 
-// Empty when a table can't be read.
-std::string textOf(const FactorList& factors, const Sampler* sampler) {
-  TextWriter out;
+bool writeText(const FactorList& factors, const Sampler* sampler, TextWriter& out, std::string& message) {
   out.setPrecision(kEveryDigit);
   factors.write(out);
-  if (sampler == nullptr) return out.ok() ? out.text() : std::string();
   // A generation counts the factors; settings from a panel may not have come so far.
-  std::string message;
-  const std::unique_ptr<Sampler> counted = sampler->clone(message);
-  if (!counted) return {};
-  counted->setNumFactors(factors.factorCount());
-  counted->write(out);
-  return out.ok() ? out.text() : std::string();
+  const std::unique_ptr<Sampler> counted = sampler != nullptr ? sampler->clone(message) : nullptr;
+  if (counted) {
+    counted->setNumFactors(factors.factorCount());
+    counted->write(out);
+  }
+  if (out.ok()) return counted || sampler == nullptr;
+  message = out.problem();
+  return false;
 }
 
 }  // namespace
@@ -50,9 +49,15 @@ bool PrepSettings::copyFrom(const PrepConfiguration& prep, std::string& message)
   return true;
 }
 
-bool PrepSettings::describeSampleOf(const PrepConfiguration& prep) const {
-  const std::string text = textOf(factors, sampler.get());
-  return !text.empty() && text == textOf(prep.factors, prep.sampler.get());
+bool PrepSettings::compareWith(const PrepConfiguration& prep, bool& same, std::string& message) const {
+  TextWriter mine;
+  TextWriter others;
+  const bool written =
+      writeText(factors, sampler.get(), mine, message) && writeText(prep.factors, prep.sampler.get(), others, message);
+  same = written && mine.text() == others.text();
+  // Settings that no file would take are not those of a sample; of stores that can't be read nothing is known.
+  PrepSettings copy;
+  return written || (copy.copyFrom(*this, message) && copy.copyFrom(prep, message));
 }
 
 PrepConfiguration makePrep(PrepSettings settings) {

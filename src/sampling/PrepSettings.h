@@ -23,8 +23,9 @@ struct PrepSettings {
   std::string sampleFile;            // where the sample will be saved
   std::int32_t order = 0;            // 0 by run, 1 by factor: how that file lists it
 
-  // Whether they describe the sample that `prep` has: the same factors with the same correlation, the same design.
-  bool describeSampleOf(const PrepConfiguration& prep) const;
+  // Whether they describe the sample that `prep` has: the same factors with the same correlation, the same design. On
+  // false nothing is known of it, as a Stein sample or fixed rows can't be read; the message is that of their store.
+  [[nodiscard]] bool compareWith(const PrepConfiguration& prep, bool& same, std::string& message) const;
 
  private:
   [[nodiscard]] bool copyFrom(const FactorList& otherFactors, const Sampler* otherSampler, std::string& message);

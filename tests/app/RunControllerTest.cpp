@@ -3,8 +3,11 @@
 #include "app/Analysis.h"
 #include "app/ScriptedFrontEnd.h"
 #include "app/SmallStudy.h"
+#include "base/WorkingFile.h"
 #include "base/uniformRandom.h"
 #include "postproc/SensitivityStats.h"
+#include "sampling/FixedSampler.h"
+#include "support/FailingCalls.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -64,6 +67,32 @@ TEST_F(Controller, generatesInStepsOfOnePercent) {
   EXPECT_FALSE(controller_.sampleStale());
   EXPECT_FALSE(controller_.busy());
   EXPECT_EQ(directory_.entries(), Calls{"out.sam"});
+}
+
+// Fixed rows beyond what the store holds in memory.
+TEST_F(Controller, settingsThatCannotBeComparedLeaveTheSample) {
+  constexpr std::int32_t kRuns = 140000;
+  edit([](PrepSettings& settings) {
+    auto fixed = std::make_unique<FixedSampler>();
+    fixed->setNumFactors(2);
+    for (std::int32_t i = 0; i < kRuns; ++i) ASSERT_TRUE(fixed->addRow({0.5, i / 2.0}));
+    settings.sampler = std::move(fixed);
+  });
+  ASSERT_TRUE(generate());
+  for (const auto& [call, verb] :
+       {std::pair(test::FailingCalls::kPread, "read"), {test::FailingCalls::kPwrite, "write"}}) {
+    PrepSettings settings;
+    std::string message;
+    ASSERT_TRUE(settings.copyFrom(controller_.project().prep, message)) << message;
+    frontEnd_ = {};
+    test::FailingCalls calls;
+    calls.fail(call, 1, EIO);
+    EXPECT_EQ(controller_.acceptPrep(std::move(settings)), Outcome::Refused);
+    EXPECT_EQ(frontEnd_.calls, Calls{std::string("Error: Cannot ") + verb + " the working file in " +
+                                     WorkingFile::directory() + ": Input/output error"});
+    EXPECT_EQ(controller_.project().prep.samples.rows(), kRuns);
+    EXPECT_FALSE(controller_.sampleStale());
+  }
 }
 
 TEST_F(Controller, asksBeforeItReplacesASample) {
