@@ -1,6 +1,8 @@
 #include "correlation/SteinRanks.h"
 
+#include "base/TextWriter.h"
 #include "factors/FactorList.h"
+#include "support/FailingCalls.h"
 #include "support/Test.h"
 
 namespace tarvex::test {
@@ -46,6 +48,26 @@ TEST(SteinRanks, refusals) {
   const SteinRanks empty(list, 1, 1, 1);
   EXPECT_FALSE(empty.isValid());
   EXPECT_EQ(empty.errorText, "The Stein correlation sample is empty.\nNo correlation can be calculated.");
+}
+
+// A sample beyond what its store holds in memory, on a disk that fails.
+TEST(SteinRanks, aStoreThatCannotBeReadFailsRanksAndRecord) {
+  FactorList list;
+  list.addFactor(makeFactor("Normal"));
+  ASSERT_TRUE(list.steinInfo.allocate(1));
+  for (double value = 0.0; list.steinInfo.rows() <= sampValues::cacheLimit + 1; ++value)
+    ASSERT_GT(list.steinInfo.addRow(&value), 0);
+  for (const auto call : {FailingCalls::kPwrite, FailingCalls::kPread}) {
+    FailingCalls calls;
+    calls.fail(call, 1, EIO);
+    const SteinRanks ranks(list, 8, 8, 1);
+    EXPECT_FALSE(ranks.isValid());
+    EXPECT_NE(ranks.errorText.find("Input/output error"), std::string::npos) << ranks.errorText;
+    TextWriter out;
+    list.write(out);
+    EXPECT_FALSE(out.ok());
+    EXPECT_NE(out.problem().find("Input/output error"), std::string::npos) << out.problem();
+  }
 }
 
 }  // namespace
