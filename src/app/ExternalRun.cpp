@@ -1,5 +1,7 @@
 #include "app/ExternalRun.h"
 
+#include <cstring>
+
 #include "app/FrontEnd.h"
 #include "base/Paths.h"
 #include "model/ExternalProcess.h"
@@ -47,7 +49,8 @@ bool runExternalModel(const ExternalRun& run, FrontEnd& frontEnd) {
                       {"TARVEX_OUTPUT=" + absolutePath(run.outputFile)}})) {
     frontEnd.message(MessageKind::Error, "Error",
                      "The model execution process can't be loaded.\nError " + std::to_string(process.error()) +
-                         "\ncmd: \"" + run.executable + "\" \"" + run.sampleFile + '"');
+                         "\ncmd: \"" + run.executable + "\" \"" + run.sampleFile + "\"\n" + run.executable + ": " +
+                         std::strerror(process.error()));
     return false;
   }
   frontEnd.openAnimation("External model execution", run.executable, run.sampleFile);

@@ -29,8 +29,7 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   }
   const std::optional<Refusal> refusal = acceptModelRequest(request, choice);
   if (!refusal) return true;
-  const std::string& file = request.execute && !request.spreadsheet ? request.executable : request.outputFile;
-  message = aboutFile(refusal->text, request.internal ? options.modelFile : file);
+  message = request.internal ? aboutFile(refusal->text, options.modelFile) : refusal->text;
   return false;
 }
 

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "base/Paths.h"
@@ -10,10 +12,25 @@ namespace tarvex {
 
 namespace {
 
-bool isReadableFile(const std::string& path) {
+// Path and reason, on a line of their own; empty when the file can be read.
+std::string whyNotReadable(const std::string& path) {
   const std::string existing = existingPath(path);
   std::error_code error;
-  return !std::filesystem::is_directory(existing, error) && ::access(existing.c_str(), R_OK) == 0;
+  int reason = ::access(existing.c_str(), R_OK) == 0 ? 0 : errno;
+  if (std::filesystem::is_directory(existing, error)) reason = EISDIR;
+  return reason == 0 ? "" : '\n' + path + ": " + std::strerror(reason);
+}
+
+// An executable's output file needn't exist yet.
+std::optional<Refusal> checkFiles(const ModelRequest& request) {
+  if (!request.execute) {
+    const std::string reason = whyNotReadable(request.outputFile);
+    if (!reason.empty()) return Refusal{"Error: Wrong output file", "   No output model file" + reason};
+  } else if (!request.spreadsheet) {
+    const std::string reason = whyNotReadable(request.executable);
+    if (!reason.empty()) return Refusal{"Error: No executable file", "   Error checking model executable" + reason};
+  }
+  return std::nullopt;
 }
 
 std::optional<Refusal> acceptInternal(ModelChoice& choice) {
@@ -25,11 +42,6 @@ std::optional<Refusal> acceptInternal(ModelChoice& choice) {
 
 }  // namespace
 
-bool checkModelFiles(const std::string& executable, const std::string& outputFile, ModelKind mode, bool spreadsheet) {
-  if (mode == kNoModelToStart) return isReadableFile(outputFile);
-  return spreadsheet || isReadableFile(executable);
-}
-
 std::optional<Refusal> acceptModelRequest(const ModelRequest& request, ModelChoice& choice) {
   if (request.internal) return acceptInternal(choice);
   if ((request.execute && request.executable.empty()) || request.outputFile.empty())
@@ -37,12 +49,9 @@ std::optional<Refusal> acceptModelRequest(const ModelRequest& request, ModelChoi
   ModelChoice external;
   external.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
   if (!external.problem().empty()) return Refusal{"Error: Path too long", external.problem()};
-  const ModelKind kind = request.execute ? kExternalExecutable : kNoModelToStart;
-  if (!checkModelFiles(request.executable, request.outputFile, kind, request.spreadsheet))
-    return request.execute ? Refusal{"Error: No executable file", "   Error checking model executable"}
-                           : Refusal{"Error: Wrong output file", "   No output model file"};
+  if (std::optional<Refusal> refusal = checkFiles(request)) return refusal;
   choice.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
-  choice.kind = kind;
+  choice.kind = request.execute ? kExternalExecutable : kNoModelToStart;
   return std::nullopt;
 }
 

@@ -16,17 +16,11 @@ struct ModelRequest {
   std::string outputFile = {};  // or the workbook
 };
 
-// Why a request is refused.
+// Why a request is refused: of a file its path and the reason stand on the second line.
 struct Refusal {
   std::string title;
   std::string text;
 };
-
-// Whether the files of an external model are there. With the mode kExternalExecutable the executable must be readable,
-// unless a spreadsheet takes its place; the output file needn't exist yet. With kNoModelToStart the output file must be
-// readable.
-[[nodiscard]] bool checkModelFiles(const std::string& executable, const std::string& outputFile, ModelKind mode,
-                                   bool spreadsheet);
 
 // Makes `choice` what the user asks for. A request that is refused leaves it as it was.
 [[nodiscard]] std::optional<Refusal> acceptModelRequest(const ModelRequest& request, ModelChoice& choice);

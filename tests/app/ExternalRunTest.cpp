@@ -1,6 +1,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <cstring>
 
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
@@ -141,12 +142,23 @@ TEST_F(External, theSampleFileHoldsTheSampleInHand) {
 }
 
 TEST_F(External, aModelThatCannotBeStarted) {
-  const std::string missing = file("no such \"model\" é");
-  setModel(missing);
-  frontEnd_.calls.clear();
-  EXPECT_FALSE(runAgain());
-  EXPECT_EQ(frontEnd_.calls, Calls{"Error: The model execution process can't be loaded.\nError " +
-                                   std::to_string(ENOENT) + "\ncmd: \"" + missing + "\" \"" + file("in.sam") + '"'});
+  test::writeFile(file("text"), "exit 0\n");
+  const struct {
+    const char* name;
+    std::string executable;
+    int error;
+  } cases[] = {{"missing", file("no such \"model\" é"), ENOENT},
+               {"not executable", file("text"), EACCES},
+               {"a directory", directory_.path(), EACCES}};
+  for (const auto& c : cases) {
+    setModel(c.executable);
+    frontEnd_.calls.clear();
+    EXPECT_FALSE(runAgain()) << c.name;
+    EXPECT_EQ(frontEnd_.calls, Calls{"Error: The model execution process can't be loaded.\nError " +
+                                     std::to_string(c.error) + "\ncmd: \"" + c.executable + "\" \"" + file("in.sam") +
+                                     "\"\n" + c.executable + ": " + std::strerror(c.error)})
+        << c.name;
+  }
 }
 
 TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {

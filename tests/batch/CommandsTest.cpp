@@ -113,7 +113,7 @@ TEST_F(Batch, runsAndAnalysesThatAreRefused) {
       {"run in/ishigami.sam -o out/a.spc --model in/ishigami.fac", "Error reading the internal model file"},
       {"run in/ishigami.sam -o out/a.spc --model in/g.imd",
        "The number of model inputs differs from the number of factors in the generated sample"},
-      {"run in/ishigami.sam -o out/a.spc --output nothing.out", "   No output model file\nnothing.out"},
+      {"run in/ishigami.sam -o out/a.spc --output nothing.out", "   No output model file\nnothing.out: No such file or directory"},
       {"analyse in/ishigami.sam", "  Error reading UA/SA file"},
       {"analyse in/ishigami-run.spc -o out/a.spc --variable q", "q"},
       {"analyse in/ishigami-run.spc -o out/a.spc --alpha 0.5", "0.5"},

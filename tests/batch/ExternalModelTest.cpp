@@ -59,10 +59,20 @@ TEST_F(ExternalModel, failuresEndWithTheirMessageAndWithoutResults) {
   EXPECT_EQ(run("exit 0\n"), kFailed);
   EXPECT_EQ(errors_, "Error reading model output file\nmodel.out: No such file or directory\n");
   std::filesystem::current_path(case_);
-  EXPECT_EQ(CommandFixture::run(
-                {"run", "my sample.sam", "-o", "run.spc", "--executable", "missing", "--output", "model.out"}),
-            kFailed);
-  EXPECT_EQ(errors_, "   Error checking model executable\nmissing\n");
+  test::writeFile("text", "exit 0\n");
+  const auto start = [this](const std::string& executable, const std::string& output) {
+    const int status =
+        CommandFixture::run({"run", "my sample.sam", "-o", "run.spc", "--executable", executable, "--output", output});
+    std::filesystem::current_path(case_);
+    return status;
+  };
+  EXPECT_EQ(start("text", "model.out"), kFailed);
+  EXPECT_EQ(errors_, "The model execution process can't be loaded.\nError 13\ncmd: \"" + case_ + "/text\" \"" + case_ +
+                         "/my sample.sam\"\n" + case_ + "/text: Permission denied\n");
+  EXPECT_EQ(start("missing", "model.out"), kFailed);
+  EXPECT_EQ(errors_, "   Error checking model executable\nmissing: No such file or directory\n");
+  EXPECT_EQ(start("", "model.out"), kFailed);
+  EXPECT_EQ(errors_, "   Empty fields not admitted\n");
   EXPECT_FALSE(std::filesystem::exists("run.spc"));
 }
 

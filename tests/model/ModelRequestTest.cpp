@@ -13,8 +13,14 @@ TEST(ModelRequest, isRefusedWithTheReasonOrTaken) {
   const std::string missing = directory.file("missing");
   test::writeFile(there, "x");
   const Refusal empty{"Error: Empty field", "   Empty fields not admitted"};
-  const Refusal executable{"Error: No executable file", "   Error checking model executable"};
-  const Refusal output{"Error: Wrong output file", "   No output model file"};
+  const std::string noFile = ": No such file or directory";
+  const std::string isDirectory = directory.path() + ": Is a directory";
+  const auto executable = [](const std::string& reason) {
+    return Refusal{"Error: No executable file", "   Error checking model executable\n" + reason};
+  };
+  const auto output = [](const std::string& reason) {
+    return Refusal{"Error: Wrong output file", "   No output model file\n" + reason};
+  };
   const struct {
     const char* name;
     bool execute, spreadsheet;
@@ -25,10 +31,10 @@ TEST(ModelRequest, isRefusedWithTheReasonOrTaken) {
       {"no executable named", true, false, "", there, kRefused, empty},
       {"no output file named", true, false, there, "", kRefused, empty},
       {"nothing to read named", false, false, there, "", kRefused, empty},
-      {"no such executable", true, false, missing, there, kRefused, executable},
-      {"a directory to execute", true, false, directory.path(), there, kRefused, executable},
-      {"no such output file to read", false, false, "", missing, kRefused, output},
-      {"a directory to read", false, false, there, directory.path(), kRefused, output},
+      {"no such executable", true, false, missing, there, kRefused, executable(missing + noFile)},
+      {"a directory to execute", true, false, directory.path(), there, kRefused, executable(isDirectory)},
+      {"no such output file to read", false, false, "", missing, kRefused, output(missing + noFile)},
+      {"a directory to read", false, false, there, directory.path(), kRefused, output(isDirectory)},
       {"output still to come", true, false, there, missing, kExternalExecutable, {}},
       {"output that is there", false, false, "", there, kNoModelToStart, {}},
       {"a workbook", true, true, "Excel Application", missing, kExternalExecutable, {}},
