@@ -76,7 +76,7 @@ EquationTrial tryEquation(const std::string& text, const std::vector<std::string
     evaluator.clearSymbols();
     const std::string other = withoutQuotients(text);
     if (!bindings.apply(evaluator, values.data()) || !evaluator.evaluate(other))
-      return {Trial::kFailed, failureOf(evaluator, other)};
+      return {Trial::kFailed, failureOf(evaluator, text)};
   }
   const auto isMissing = [](const std::vector<std::string>& names, const std::string& name) {
     return std::ranges::find(names, name) == names.end();

@@ -168,7 +168,7 @@ TEST(InternalModelFileTest, RulesOfTheFile) {
       {"no name", "m\n1\n2x\n0\n0\nf\n", "line 3: '2x' is no name of a variable"},
       {"unknown name", "m\n1\na\n0\n1\ny\nq\n1\n0\nf\n", "line 7: unknown name 'q'"},
       {"unknown function", "m\n1\na\n0\n1\ny\nsin(max(a, 1))\n1\n0\nf\n", "line 7: unknown function 'max'"},
-      {"no end", "m\n1\na\n0\n1\ny\n1 / 0 +\n1\n0\nf\n", "line 7: Missing expression at character 8 of '1 < 0 +'"},
+      {"no end", "m\n1\na\n0\n1\ny\n1 / 0 +\n1\n0\nf\n", "line 7: Missing expression at character 8 of '1 / 0 +'"},
       {"type 2", "m\n1\na\n0\n1\ny\na\n2\n0\nf\n", "line 8: the type must be 0 or 1, not 2"},
       {"negative count", "m\n0\n\n-1\nf\n", "line 4: the number of equations must be at least 0, not -1"},
       {"no count", "m\nx\n", "line 2: expected the number of variables, found 'x'"},
