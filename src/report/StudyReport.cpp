@@ -24,6 +24,7 @@ namespace tarvex {
 namespace {
 
 // Densities stand small, in rows, a few rows a picture so that pages can break between them.
+constexpr const char* kPdf = ".pdf";
 constexpr int kDensityColumns = 3;
 constexpr std::size_t kDensitiesAFigure = 9;
 constexpr double kDensityHeight = 210.0;
@@ -131,13 +132,17 @@ Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& mo
   return out;
 }
 
+bool isReportFile(const std::string& path, std::string& message) {
+  const std::filesystem::path suffix = std::filesystem::path(path).extension();
+  if (suffix == ".html" || suffix == kPdf) return true;
+  message = "A report is a .html or a .pdf file: " + path;
+  return false;
+}
+
 bool saveDocument(const std::string& path, const Document& document, std::string& message) {
-  const std::string suffix = std::filesystem::path(path).extension().string();
-  if (suffix != ".html" && suffix != ".pdf") {
-    message = "A report is a .html or a .pdf file: " + path;
-    return false;
-  }
-  const std::string content = suffix == ".pdf" ? pdfContent(document) : htmlText(document);
+  if (!isReportFile(path, message)) return false;
+  const bool isPdf = std::filesystem::path(path).extension() == kPdf;
+  const std::string content = isPdf ? pdfContent(document) : htmlText(document);
   TextWriter out(path);
   if (content.empty()) out.refuse("its pages can't be drawn");
   out << content;

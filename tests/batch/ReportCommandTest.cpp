@@ -42,7 +42,7 @@ TEST_F(ReportCommand, refusalsLeaveTheOldReport) {
   } cases[] = {
       {"random-none.sam", "a.html", "holds no results"},
       {"nothing.spc", "a.html", "nothing.spc"},
-      {"plant.spc", "a.txt", ".html or a .pdf"},
+      {"nothing.spc", "a.txt", ".html or a .pdf"},  // before anything is read
   };
   test::writeFile(file("a.html"), "old");
   for (const auto& c : cases) {
