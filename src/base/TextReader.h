@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "base/Progress.h"
+#include "base/ReadFailure.h"
+#include "base/TextSource.h"
 
 namespace tarvex {
 
@@ -22,12 +24,9 @@ class TextReader {
  public:
   // A path that doesn't exist as it stands is tried with '/' for '\'. A file that can't be opened or read, a directory
   // included, gives a failed reader; so does a fifo that nobody writes to within a second.
-  static TextReader fromFile(const std::string& path);
-  // The same, of a file that may be long: `progress` hears, block by block, how much of it is taken. A stop is a failed
-  // read.
-  static TextReader fromFile(const std::string& path, const Progress& progress);
+  // Of a file that may be long `progress` hears, block by block, how much of it is taken; a stop is a failed read.
+  static TextReader fromFile(const std::string& path, const Progress& progress = {});
   static TextReader fromText(std::string text);
-  ~TextReader();
   TextReader(TextReader&&) noexcept;
   TextReader& operator=(TextReader&&) noexcept;
 
@@ -88,21 +87,16 @@ class TextReader {
   };
 
   TextReader() = default;
-  void open(const std::string& path);
-  bool awaitWriter();
-  void readWhole(std::size_t limit);
   void skipByteOrderMark();
   void begin(const char* usual);  // a step begins here; `usual` says what it reads unless expect() was called
   bool failStep();                // the step begun last failed; always false
-  bool failSystem(int error);     // the system gave no more; always false
-  bool failFile(const std::string& reason);  // whatever the line; always false
-  bool refuseLongLine(std::size_t maxChars);
-  void closeFile();
-  std::size_t available() const { return buffer_.size() - position_; }
+  bool failSource();              // the source gave no more although there is more; always false
+  std::size_t available() const { return source_.held().size() - position_; }
+  // What is held, from the step begun last on.
+  std::string_view stepText() const;
   // Makes `wanted` bytes available from position_ if the source has them.
   bool fill(std::size_t wanted) { return available() >= wanted || fillMore(wanted); }
   bool fillMore(std::size_t wanted);
-  bool appendBlock(std::size_t size);
   void skipSpace();
   Line findLineEnd(std::size_t limit);
   std::string_view lineText(const Line& line) const;
@@ -111,21 +105,11 @@ class TextReader {
   template <class Integer>
   TextReader& readInteger(Integer& value);
 
-  std::string buffer_;
-  std::size_t position_ = 0;
-  std::uint64_t unread_ = 0;  // bytes of the file behind the buffer
-  std::uint64_t size_ = 0;    // of the whole file
-  Progress progress_;
-  int fd_ = -1;
+  TextSource source_;
+  std::size_t position_ = 0;   // in what the source holds
+  std::size_t stepStart_ = 0;  // there, of the step begun last
   bool failed_ = false;
-
-  std::string name_;               // of the file as the caller gave it; empty for a text
-  std::string problem_;            // of the first failure, without name and line
-  std::int64_t problemLine_ = 0;   // 0: the failure has no line
-  std::int64_t linesDropped_ = 0;  // LFs before buffer_
-  std::size_t stepStart_ = 0;      // in buffer_, of the step begun last
-  const char* expected_ = nullptr;
-  const char* stepReads_ = "";
+  ReadFailure failure_;  // where it has failed
 };
 
 // `message` with, on the line below it, what made `in` fail: how every file that is refused is told.
