@@ -9,8 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace tarvex;
   InternalModel model;
   TextReader in = TextReader::fromText(fuzz::textOf(data, size));
-  model.read(in);
-  if (in.fail()) {
+  if (!model.read(in)) {
     if (model.numVariables() + model.numExpressions() != 0) fuzz::finding("a failed read left something", {});
     return 0;
   }

@@ -6,6 +6,7 @@
 #include "FuzzInput.h"
 #include "batch/RowsFile.h"
 #include "factors/FactorList.h"
+#include "factors/makeFactor.h"
 
 namespace {
 

@@ -16,6 +16,7 @@
 #include "model/ModelOutputReader.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 

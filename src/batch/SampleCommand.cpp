@@ -6,6 +6,7 @@
 #include "factors/FactorProblems.h"
 #include "report/TextTable.h"
 #include "sampling/SampleFiles.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 

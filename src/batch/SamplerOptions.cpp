@@ -10,6 +10,7 @@
 #include "batch/RowsFile.h"
 #include "factors/FactorList.h"
 #include "sampling/FastSampler.h"
+#include "sampling/SamplerFactory.h"
 #include "sampling/SamplerSettings.h"
 
 namespace tarvex {

@@ -81,8 +81,4 @@ class Factor {
   bool assign(double& field, double value, const char* problem);
 };
 
-// The factor class that a file or a panel calls `typeName`, with its defaults; null for an unknown name. "Dummy" is
-// known, "Factor" too.
-std::unique_ptr<Factor> makeFactor(const std::string& typeName);
-
 }  // namespace tarvex

@@ -9,6 +9,7 @@
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
 #include "factors/lineEnd.h"
+#include "factors/makeFactor.h"
 
 namespace tarvex {
 namespace {

@@ -8,6 +8,7 @@
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
 #include "factors/Relation.h"
+#include "factors/makeFactor.h"
 #include "factors/namesInText.h"
 
 namespace tarvex {

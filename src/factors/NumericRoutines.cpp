@@ -46,9 +46,10 @@ class Checks {
   double& bound_;
 };
 
-void setLower(double lower, double& p, double& q) {
-  p = lower;
-  q = 1.0 - lower;
+// One tail as it was computed, and the other.
+void setTails(double computed, double& tail, double& other) {
+  tail = computed;
+  other = 1.0 - computed;
 }
 
 }  // namespace
@@ -58,9 +59,9 @@ void cdfNormal(int which, double& p, double& q, double x, double mean, double sd
   // The smaller tail is computed, the other is its complement: both keep their full precision.
   const double z = (x - mean) / sd;
   if (z <= 0.0) {
-    setLower(0.5 * boost::math::erfc(-z / kSqrt2, kPolicy), p, q);
+    setTails(0.5 * boost::math::erfc(-z / kSqrt2, kPolicy), p, q);
   } else {
-    setLower(0.5 * boost::math::erfc(z / kSqrt2, kPolicy), q, p);
+    setTails(0.5 * boost::math::erfc(z / kSqrt2, kPolicy), q, p);
   }
 }
 
@@ -70,13 +71,13 @@ void cdfGamma(int which, double& p, double& q, double x, double shape, double sc
   if (!checks.passed()) return;
   const double z = x * scale;
   if (z <= 0.0) {
-    setLower(0.0, p, q);
+    setTails(0.0, p, q);
   } else if (std::isinf(z)) {
-    setLower(0.0, q, p);
+    setTails(0.0, q, p);
   } else if (z < shape) {
-    setLower(boost::math::gamma_p(shape, z, kPolicy), p, q);
+    setTails(boost::math::gamma_p(shape, z, kPolicy), p, q);
   } else {
-    setLower(boost::math::gamma_q(shape, z, kPolicy), q, p);
+    setTails(boost::math::gamma_q(shape, z, kPolicy), q, p);
   }
 }
 
@@ -89,13 +90,13 @@ void cdfBeta(int which, double& p, double& q, double x, double y, double a, doub
   checks.require(std::fabs(sum - 0.5 - 0.5) <= 3.0 * kEpsilon, 4, sum < 1.0 ? 0.0 : 1.0);
   if (!checks.passed()) return;
   if (x <= 0.0) {
-    setLower(0.0, p, q);
+    setTails(0.0, p, q);
   } else if (y <= 0.0) {
-    setLower(0.0, q, p);
+    setTails(0.0, q, p);
   } else if (x * b < y * a) {
-    setLower(boost::math::ibeta(a, b, x, kPolicy), p, q);
+    setTails(boost::math::ibeta(a, b, x, kPolicy), p, q);
   } else {
-    setLower(boost::math::ibeta(b, a, y, kPolicy), q, p);
+    setTails(boost::math::ibeta(b, a, y, kPolicy), q, p);
   }
 }
 

@@ -1,3 +1,5 @@
+#include "factors/makeFactor.h"
+
 #include <array>
 
 #include "factors/Beta.h"
@@ -5,7 +7,6 @@
 #include "factors/Discrete.h"
 #include "factors/Dummy.h"
 #include "factors/Exponential.h"
-#include "factors/Factor.h"
 #include "factors/Gamma.h"
 #include "factors/LogNormal.h"
 #include "factors/LogUniform.h"

@@ -83,7 +83,7 @@ class InternalModel {
 
   // The text of a .imd file. A failed read clears the model and fails the reader; after a good one errorText is empty.
   void write(TextWriter& out);
-  void read(TextReader& in);
+  [[nodiscard]] bool read(TextReader& in);
 
  private:
   bool fail(const std::string& text);

@@ -50,7 +50,7 @@ void InternalModel::write(TextWriter& out) {
   kFileNameRule.write(out, fileName_);
 }
 
-void InternalModel::read(TextReader& in) {
+bool InternalModel::read(TextReader& in) {
   clear();
   errorText_ = "Error reading model file";
   std::string line;
@@ -61,11 +61,12 @@ void InternalModel::read(TextReader& in) {
       in.expect("the path of the model").readLine(path, kFileNameRule.maxChars)) {
     fileName_ = path.empty() ? "nofile" : path;
     errorText_.clear();
-    return;
+    return true;
   }
   const std::string reason = errorText_;
   clear();
   errorText_ = reason;
+  return false;
 }
 
 bool InternalModel::readVariables(TextReader& in) {
@@ -129,8 +130,7 @@ bool InternalModel::readExpression(TextReader& in, std::int32_t index) {
 bool loadModelFile(const std::string& path, InternalModel& model, std::string& message) {
   TextReader in = TextReader::fromFile(path);
   InternalModel loaded;
-  loaded.read(in);
-  if (in.fail()) {
+  if (!loaded.read(in)) {
     message = withProblem("Error reading the internal model file", in);
     return false;
   }

@@ -29,7 +29,6 @@ class InternalRun {
 
   // A run whose equations can't be evaluated is stored as nan in all outputs.
   std::int32_t failedRuns() const { return failedRuns_; }
-  std::int32_t firstFailedRun() const { return firstFailed_; }  // -1: none
   // The same for the user, to be told once after the run; empty when all went well.
   std::string failures() const;
 

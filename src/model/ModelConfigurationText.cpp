@@ -97,8 +97,7 @@ bool ModelConfiguration::readChoice(TextReader& in) {
   if (choice.kind != kInternalModel) return true;
   in.skipLine();
   choice.setInternalModel(std::make_unique<InternalModel>());
-  choice.internalModel()->read(in);
-  return in.ok();
+  return choice.internalModel()->read(in);
 }
 
 bool ModelConfiguration::readNames(TextReader& in, std::int32_t count) {

@@ -130,11 +130,6 @@ Rect BarLayout::nameBox(std::size_t category, double gap) const {
   return {area.x, middleOfRow(category) - rowHeight / 2.0, plane.x - gap - area.x, rowHeight};
 }
 
-std::optional<std::size_t> BarLayout::rowAt(double x, double y) const {
-  if (categories == 0 || x < area.x || x > plane.right() || !(y >= plane.y && y < plane.bottom())) return std::nullopt;
-  return std::min(static_cast<std::size_t>((y - plane.y) / rowHeight), categories - 1);
-}
-
 BarLayout layOutChart(Metrics& metrics, const Rect& area, const BarChart& chart,
                       const std::pair<double, double>& visible) {
   BarLayout layout;

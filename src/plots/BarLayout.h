@@ -37,8 +37,6 @@ struct BarLayout {
   // Empty across for a value that isn't finite.
   Rect barBox(std::size_t number, std::size_t category, double value) const;
   Rect nameBox(std::size_t category, double gap) const;
-  // The category whose row holds a place, names included.
-  std::optional<std::size_t> rowAt(double x, double y) const;
 };
 
 // `visible`: what is to be seen of the axis; where lower isn't below upper, the whole.

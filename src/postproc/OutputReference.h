@@ -10,9 +10,8 @@ namespace tarvex {
 
 class ModelConfiguration;
 
-// Names of an output as it is analysed: "%s[max]", its maximum over time, and "%s[%g]", its value at a time.
+// The name of an output's maximum over time, as it is analysed: "%s[max]".
 std::string maximumName(const std::string& output);
-std::string timeName(const std::string& output, double time);
 
 // One value of a run: an output at its first time, at its maximum over time, or at a time.
 class OutputReference {

@@ -120,7 +120,7 @@ bool FastSampler::hasDesign() const {
 bool FastSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
   numStochastic_ = factors.correlatableCount();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   const bool classic = analysisMode_ == kClassic;
   if (isAtStart() && !(classic ? beginClassic(factors) : beginExtended(factors))) return false;
   std::vector<double> row = constantRow(factors);

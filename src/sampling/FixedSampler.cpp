@@ -49,10 +49,10 @@ void FixedSampler::setNumFactors(std::int32_t count) {
 bool FixedSampler::fill(double /*target*/, sampValues& store, FactorList& factors) {
   if (progress >= kComplete) return true;
   numSamples = values_.rows();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   if (values_.columns() != factors.factorCount())
     return refuse("The fixed samples have another number of factors than the list");
-  if (!checkStore(store.assign(values_), store)) return false;
+  if (!checkStore(store.assign(values_, within()), store)) return false;
   setRunProgress(numSamples);
   return true;
 }

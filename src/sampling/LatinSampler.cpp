@@ -32,7 +32,7 @@ std::string LatinSampler::warningBefore(const FactorList& factors) const {
 bool LatinSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
   numStochastic_ = factors.correlatableCount();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   if (isAtStart()) {
     const bool byMatrix = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
     ranked_ = byMatrix || factors.correlationMode == kSteinSample;
@@ -102,7 +102,7 @@ bool LatinSampler::stratifyCell(sampValues& store, const FactorList& factors) {
   if (sampleIndex == 0) column_.start(numSamples);
   if (isRoot) column_[sampleIndex] = stratumPoint();
   nextCell(numSamples);
-  return sampleIndex > 0 || !isRoot || checkStore(column_.finish(store, factor), store);
+  return sampleIndex > 0 || !isRoot || checkStore(column_.finish(store, factor, within()), store);
 }
 
 // The same over all factors, constants included, for columns that a rank table will put in order.
@@ -114,7 +114,7 @@ bool LatinSampler::stratifyCellToOrder(sampValues& store, const FactorList& fact
   else if (factors.isCorrelatable(factor) == 1)
     column_[sampleIndex] = stratumPoint();
   nextCell(numSamples);
-  return sampleIndex > 0 || checkStore(column_.finish(store, factor), store);
+  return sampleIndex > 0 || checkStore(column_.finish(store, factor, within()), store);
 }
 
 double LatinSampler::stratumPoint() {
@@ -132,7 +132,7 @@ bool LatinSampler::exchangePair(sampValues& store, const FactorList& factors) {
     std::swap(column_[a], column_[b]);
   }
   nextExchange();
-  return exchanges_ > 0 || !isRoot || checkStore(column_.finish(store, factor), store);
+  return exchanges_ > 0 || !isRoot || checkStore(column_.finish(store, factor, within()), store);
 }
 
 void LatinSampler::nextExchange() {
@@ -163,15 +163,16 @@ bool LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, con
   nextCell(numSamples);
   // With no stochastic factor the rows are made here.
   const bool hasColumn = parent >= 0 || isConstant || store.rows() == 0;
-  return sampleIndex > 0 || !hasColumn || checkStore(column_.finish(store, factor), store);
+  return sampleIndex > 0 || !hasColumn || checkStore(column_.finish(store, factor, within()), store);
 }
 
 // Factors in list order. False when the Stein sample can't serve.
 bool LatinSampler::orderCell(sampValues& store, const FactorList& factors) {
   const bool byMatrix = factors.correlationMode == kImanConover;
-  if (!ordering_.isStarted() && !(byMatrix ? ordering_.startImanConover(factors, numSamples, errorText)
-                                           : ordering_.startStein(factors, numSamples, errorText)))
+  if (!ordering_.isStarted() && !(byMatrix ? ordering_.startImanConover(factors, numSamples, within(), errorText)
+                                           : ordering_.startStein(factors, numSamples, within(), errorText)))
     return false;
+  if (sampleIndex == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
   const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
   nextCell(numSamples);
   return checkStore(placed, store);

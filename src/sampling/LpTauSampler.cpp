@@ -10,7 +10,7 @@ namespace tarvex {
 
 bool LpTauSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   numFactors = factors.correlatableCount();  // the dimension of the points
   std::vector<double> row = constantRow(factors);
   std::vector<double> point;

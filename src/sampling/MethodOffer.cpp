@@ -1,7 +1,9 @@
+#include "sampling/MethodOffer.h"
+
 #include <array>
 
 #include "factors/FactorList.h"
-#include "sampling/Sampler.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 

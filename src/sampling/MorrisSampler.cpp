@@ -64,7 +64,7 @@ bool MorrisSampler::fill(double target, sampValues& store, FactorList& factors) 
 
 // A design that its settings don't describe would be misread by the measures: a half trajectory, or one without jumps.
 bool MorrisSampler::checkSettings() {
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   if (levels_ < 2) return refuse("The number of levels must be at least 2");
   const std::int64_t needed = runCount(trajectories_, numStochastic_);
   return numSamples == needed ||

@@ -10,6 +10,7 @@
 #include "base/TextRules.h"
 #include "base/TextWriter.h"
 #include "factors/FactorProblems.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 

@@ -19,7 +19,7 @@ std::string RandomSampler::warningBefore(const FactorList& factors) const {
 
 bool RandomSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   if (isAtStart()) ranked_ = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
   const float drawingEnd = ranked_ ? kDrawn : kDone;
   while (progress < target) {
@@ -61,12 +61,13 @@ bool RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
   else if (factors.isConstant(factor) == 1)
     column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
   nextCell(numSamples);
-  return sampleIndex > 0 || checkStore(column_.finish(store, factor), store);
+  return sampleIndex > 0 || checkStore(column_.finish(store, factor, within()), store);
 }
 
 // Factors in list order.
 bool RandomSampler::orderCell(sampValues& store, const FactorList& factors) {
-  if (!ordering_.isStarted() && !ordering_.startImanConover(factors, numSamples, errorText)) return false;
+  if (!ordering_.isStarted() && !ordering_.startImanConover(factors, numSamples, within(), errorText)) return false;
+  if (sampleIndex == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
   const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
   nextCell(numSamples);
   return checkStore(placed, store);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/Memory.h"
 #include "base/uniformRandom.h"
 #include "correlation/ImanConover.h"
 #include "correlation/SteinRanks.h"
@@ -128,11 +129,11 @@ bool RepLatinSampler::begin(const FactorList& factors) {
   synchronise(factors);
   numFactors = factors.factorCount();
   updateSampleCount();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   if (factors.correlationMode == kImanConover) {
     if (const std::string refusal = matrixRefusal(factors); !refusal.empty()) return refuse(refusal);
   } else {
-    const auto steinRanks = std::make_shared<SteinRanks>(factors, numSamples, baseDesign_, replications_);
+    const auto steinRanks = std::make_shared<SteinRanks>(factors, numSamples, baseDesign_, replications_, within());
     if (!steinRanks->isValid()) return refuse(steinRanks->errorText);
     ranks_ = steinRanks;
   }
@@ -161,7 +162,7 @@ bool RepLatinSampler::permuteCell(const FactorList& factors) {
     if (sampleIndex == 0) {
       stochasticIndex_ = stochasticIndexOf(factors, factor);
       sortedColumn_ = column;
-      sortedColumn_.sortAscending();
+      if (!sortedColumn_.sortAscending(within())) return refuse(kNotEnoughMemory);
     }
     const std::int32_t rank = rankOfCell(factors);
     column[sampleIndex] = sortedColumn_[rank];
@@ -175,7 +176,7 @@ bool RepLatinSampler::permuteCell(const FactorList& factors) {
 bool RepLatinSampler::startReplicate(const FactorList& factors) {
   if (factors.correlationMode == kImanConover) {
     const auto seedOfRanks = static_cast<std::int32_t>(uniformRandom(randomState) * kSeedRange);
-    const auto imanConover = std::make_shared<ImanConover>(factors, baseDesign_, seedOfRanks);
+    const auto imanConover = std::make_shared<ImanConover>(factors, baseDesign_, seedOfRanks, within());
     if (!imanConover->isValid())
       return refuse(imanConover->errorText().empty() ? kRefusedMatrix : imanConover->errorText());
     ranks_ = imanConover;
@@ -194,7 +195,7 @@ bool RepLatinSampler::endReplicate(sampValues& store) {
   std::vector<double> row(block_.size());
   for (std::int32_t run = 0; run < baseDesign_; ++run) {
     for (std::size_t factor = 0; factor < block_.size(); ++factor) row[factor] = block_[factor][run];
-    if (!checkStore(store.addRow(row.data()) > 0, store)) return false;
+    if (!addRun(store, row)) return false;
   }
   factorPosition = 0;
   if (++replicate_ < replications_) return true;

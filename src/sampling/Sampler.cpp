@@ -8,6 +8,7 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 
@@ -94,7 +95,7 @@ bool Sampler::refuse(const std::string& text) {
   return false;
 }
 
-bool Sampler::hasSamples() {
+bool Sampler::requireSamples() {
   if (numSamples > 0 && numFactors > 0) return true;
   return refuse("  No samples to generate");
 }

@@ -90,8 +90,8 @@ class Sampler {
 
   // False, with the text.
   bool refuse(const std::string& text);
-  // Whether there is something to generate. Requires: numFactors set.
-  bool hasSamples();
+  // False, with the text, when there is nothing to generate. Requires: numFactors set.
+  [[nodiscard]] bool requireSamples();
   // Passes on whether the store did what it was asked; if not, its reason becomes errorText.
   bool checkStore(bool done, const sampValues& store);
   // Tells who watches the generation, every so many cells; false: stop. Asked for each cell, or each run by addRun().
@@ -100,6 +100,8 @@ class Sampler {
     unreported_ += cells;
     return unreported_ < kCellsAReport || report();
   }
+  // For a step that takes long by itself: tells the same listener, without getting further.
+  Progress within() const { return watched_->part(progress / kComplete, progress / kComplete); }
   bool addRun(sampValues& store, const double* row);
   bool addRun(sampValues& store, const std::vector<double>& row) { return addRun(store, row.data()); }
   bool isAtStart() const { return progress == 0.0f && sampleIndex == 0 && factorPosition == 0; }
@@ -136,16 +138,5 @@ class Sampler {
 
 // Reads a whole number that must be at least `least`; `what` says what it is.
 [[nodiscard]] bool readAtLeast(TextReader& in, const char* what, std::int32_t least, std::int32_t& value);
-
-// The name of a method as files and panels show it; empty for a number outside 0 to 7.
-std::string_view methodNameOf(std::int32_t methodId);
-// A sampler of that method with its class's defaults; null for a number outside 0 to 7.
-std::unique_ptr<Sampler> makeSampler(std::int32_t methodId);
-// Reads the method number, its name line and the section. Null, with the reader failed, for bad content.
-std::unique_ptr<Sampler> readSampler(TextReader& in);
-
-// Whether a method may be used with a list's correlation and number of factors. When not, the reason says what would
-// be possible.
-bool isMethodOffered(std::int32_t methodId, const FactorList& factors, std::string* reason = nullptr);
 
 }  // namespace tarvex

@@ -1,3 +1,5 @@
+#include "sampling/SamplerFactory.h"
+
 #include <array>
 
 #include "base/TextReader.h"

@@ -8,8 +8,10 @@
 #include "factors/FactorList.h"
 #include "sampling/FastSampler.h"
 #include "sampling/FixedSampler.h"
+#include "sampling/MethodOffer.h"
 #include "sampling/MorrisSampler.h"
 #include "sampling/RepLatinSampler.h"
+#include "sampling/SamplerFactory.h"
 #include "sampling/SobolSampler.h"
 
 namespace tarvex {

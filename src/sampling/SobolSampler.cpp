@@ -75,7 +75,7 @@ bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
 bool SobolSampler::begin(const FactorList& factors) {
   stochasticIndex_ = stochasticFactors(factors);
   numFactors = factors.factorCount();
-  if (!hasSamples()) return false;
+  if (!requireSamples()) return false;
   numFactors = static_cast<std::int32_t>(stochasticIndex_.size());
   if (designKind_ == kUpToOrder && order_ > numFactors) return refuse("  Incorrect order number, order too big.");
   const auto fits = [this](bool cheap) {

@@ -16,6 +16,7 @@
 #include "factors/TabulatedValues.h"
 #include "factors/TruncatedDistribution.h"
 #include "factors/Uniform.h"
+#include "factors/makeFactor.h"
 #include "model/InternalModel.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"

@@ -2,6 +2,7 @@
 
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
+#include "factors/makeFactor.h"
 #include "support/FailingCalls.h"
 #include "support/Test.h"
 

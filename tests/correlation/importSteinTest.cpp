@@ -4,6 +4,7 @@
 
 #include "factors/FactorList.h"
 #include "factors/Uniform.h"
+#include "factors/makeFactor.h"
 #include "support/Test.h"
 
 namespace tarvex::test {

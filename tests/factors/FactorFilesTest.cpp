@@ -2,6 +2,9 @@
 #include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
+#include "factors/makeFactor.h"
+#include "support/Copies.h"
+#include "support/Damage.h"
 #include "support/Test.h"
 
 namespace tarvex {

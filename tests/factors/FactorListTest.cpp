@@ -3,6 +3,7 @@
 #include "base/TextReader.h"
 #include "factors/IntervalDistribution.h"
 #include "factors/TruncatedDistribution.h"
+#include "factors/makeFactor.h"
 #include "support/Copies.h"
 #include "support/Test.h"
 

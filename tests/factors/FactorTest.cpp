@@ -8,6 +8,7 @@
 #include "factors/LogNormal.h"
 #include "factors/Triangular.h"
 #include "factors/Weibull.h"
+#include "factors/makeFactor.h"
 #include "support/Test.h"
 
 namespace tarvex {

@@ -6,6 +6,7 @@
 
 #include "base/TextReader.h"
 #include "factors/Distribution.h"
+#include "factors/makeFactor.h"
 
 namespace tarvex {
 

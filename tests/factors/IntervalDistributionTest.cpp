@@ -5,6 +5,7 @@
 #include "factors/Discrete.h"
 #include "factors/LogUniform.h"
 #include "factors/TabulatedValues.h"
+#include "factors/makeFactor.h"
 #include "support/Test.h"
 
 namespace tarvex {

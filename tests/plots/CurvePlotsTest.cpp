@@ -7,6 +7,7 @@
 #include "factors/Discrete.h"
 #include "factors/Normal.h"
 #include "factors/Weibull.h"
+#include "factors/makeFactor.h"
 #include "plots/RunTable.h"
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "factors/makeFactor.h"
 #include "model/InternalModel.h"
 #include "model/InternalRun.h"
 #include "model/ModelConfiguration.h"

@@ -4,8 +4,10 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "factors/makeFactor.h"
 #include "postproc/SensitivityStats.h"
 #include "sampling/PrepConfiguration.h"
+#include "sampling/SamplerFactory.h"
 #include "support/AnalyticModels.h"
 #include "support/Test.h"
 

@@ -5,6 +5,7 @@
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sortPositions.h"
+#include "factors/makeFactor.h"
 #include "postproc/ValueTables.h"
 #include "postproc/smirnovDistance.h"
 #include "support/AnalyticModels.h"

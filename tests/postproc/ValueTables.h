@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "factors/Factor.h"
+#include "factors/makeFactor.h"
 #include "postproc/OutputTable.h"
 #include "sampling/PrepConfiguration.h"
 #include "support/Test.h"

@@ -3,6 +3,7 @@
 #include "sampling/LatinSampler.h"
 #include "sampling/RandomSampler.h"
 #include "sampling/RepLatinSampler.h"
+#include "sampling/SamplerFactory.h"
 #include "support/Test.h"
 
 // What the designs that go with a correlation promise in each of its modes: the wanted correlation between columns that

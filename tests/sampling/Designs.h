@@ -5,6 +5,7 @@
 #include "base/sampValues.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
+#include "factors/makeFactor.h"
 #include "sampling/Sampler.h"
 #include "support/Test.h"
 

@@ -1,4 +1,6 @@
 #include "sampling/Designs.h"
+#include "sampling/MethodOffer.h"
+#include "sampling/SamplerFactory.h"
 #include "support/Test.h"
 
 namespace tarvex {

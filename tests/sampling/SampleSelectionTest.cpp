@@ -4,6 +4,7 @@
 #include "sampling/FixedSampler.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
+#include "sampling/SamplerFactory.h"
 #include "support/Test.h"
 
 namespace tarvex {

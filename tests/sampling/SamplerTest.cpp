@@ -3,6 +3,8 @@
 #include "sampling/Designs.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/PrepSettings.h"
+#include "sampling/SamplerFactory.h"
+#include "support/Damage.h"
 #include "support/Test.h"
 
 // What every method promises: a design can be resumed and repeated at any point, and a section is read back as written
