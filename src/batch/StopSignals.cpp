@@ -6,13 +6,11 @@
 
 #include <cerrno>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
 #include <system_error>
 #include <thread>
+#include <vector>
 
+#include "base/ProcessTable.h"
 #include "base/Temporaries.h"
 #include "batch/Commands.h"
 
@@ -32,26 +30,10 @@ extern "C" void onStopSignal(int) {
   errno = error;
 }
 
-// The parent of a process, by its line in /proc: number (name) state parent ...; the name may hold anything.
-pid_t parentOf(const std::filesystem::path& process) {
-  std::ifstream in(process / "stat");
-  std::string line;
-  std::getline(in, line);
-  std::istringstream fields(line.substr(line.rfind(')') + 1));
-  char state = 'Z';
-  pid_t parent = 0;
-  return fields >> state >> parent ? parent : 0;
-}
-
 // Each child is the head of a group of its own.
 void killChildren() {
-  std::error_code error;
-  std::filesystem::directory_iterator entry("/proc", error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const std::string name = entry->path().filename().native();
-    if (name.find_first_not_of("0123456789") == std::string::npos && parentOf(entry->path()) == ::getpid())
-      ::kill(-std::stoi(name), SIGKILL);
-  }
+  for (const ProcessEntry& process : processTable().value_or(std::vector<ProcessEntry>()))
+    if (process.parent == ::getpid()) ::kill(-process.number, SIGKILL);
 }
 
 // A thread of its own: the one that works may be anywhere, within a library's long call or waiting for a disk.

@@ -10,12 +10,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string_view>
 
 #include "base/Paths.h"
+#include "base/ProcessTable.h"
 #include "base/SystemCalls.h"
 
 namespace tarvex {
@@ -108,31 +106,14 @@ class SpawnSettings {
   int error_ = 0;
 };
 
-// Whether the process of this directory in /proc belongs to the group and still runs. Its line: number (name) state
-// parent group ...; the name may hold anything.
-bool runsInGroup(const std::filesystem::path& directory, pid_t group) {
-  std::ifstream in(directory / "stat");
-  std::string line;
-  std::getline(in, line);
-  std::istringstream fields(line.substr(line.rfind(')') + 1));
-  char processState = 'Z';
-  pid_t parent = 0;
-  pid_t itsGroup = 0;
-  return fields >> processState >> parent >> itsGroup && itsGroup == group && processState != 'Z';
-}
-
 // Whether any process of the group still runs. Those that ended and that nobody waited for count as members for the
 // system, and where the first process of all is slow to wait for orphans, as in a container, they stay long.
 bool groupRuns(pid_t group) {
   if (::kill(-group, 0) != 0) return false;
-  std::error_code error;
-  std::filesystem::directory_iterator entry("/proc", error);
-  if (error) return true;
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const char first = entry->path().filename().native().front();
-    if (first >= '1' && first <= '9' && runsInGroup(entry->path(), group)) return true;
-  }
-  return false;
+  const std::optional<std::vector<ProcessEntry>> processes = processTable();
+  return !processes || std::any_of(processes->begin(), processes->end(), [group](const ProcessEntry& process) {
+    return process.group == group && !process.ended;
+  });
 }
 
 // A program whose own parent ignored the end of its children ignores it too, and then no exit code is to be had.
