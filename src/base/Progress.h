@@ -55,4 +55,7 @@ class Progress {
   double span_ = 1.0;
 };
 
+// What an operation leaves as the reason of its end where it was stopped; nobody is shown it.
+inline constexpr const char* kStoppedText = "stopped";
+
 }  // namespace tarvex

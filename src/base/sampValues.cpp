@@ -4,6 +4,8 @@
 #include <limits>
 #include <utility>
 
+#include "base/WorkPace.h"
+
 namespace tarvex {
 namespace {
 
@@ -61,12 +63,14 @@ void sampValues::clear() {
   order_ = order;
 }
 
-bool sampValues::assign(const sampValues& other) {
+bool sampValues::assign(const sampValues& other, const Progress& progress) {
   if (this == &other) return true;
+  WorkPace pace(progress, other.rows_, other.columns_);
   sampValues copy;
   copy.order_ = other.order_;
   if (other.columns_ > 0 && !copy.allocate(other.columns_)) return setError(copy.errorText_);
   for (std::int32_t row = 0; row < other.rows_; ++row) {
+    if (!pace.step()) return setError(kStoppedText);
     if (!other.ensureMode(false) || !other.ensureRow(row)) return setError(other.errorText_);
     if (copy.addRow(other.windowRow(row)) == 0) return setError(copy.errorText_);
   }
@@ -185,8 +189,8 @@ bool sampValues::setOrder(std::int32_t order) {
   return true;
 }
 
-bool sampValues::setColumnMode(bool columnMode) const {
-  return ensureMode(columnMode);
+bool sampValues::setColumnMode(bool columnMode, const Progress& progress) const {
+  return ensureMode(columnMode, progress);
 }
 
 }  // namespace tarvex

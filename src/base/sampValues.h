@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
 #include "base/WorkingFile.h"
 
 namespace tarvex {
@@ -51,9 +52,11 @@ class sampValues {
   [[nodiscard]] bool setColumn(std::int32_t column, const std::vector<double>& values);
 
   [[nodiscard]] bool setOrder(std::int32_t order);  // 0 by run, 1 by factor: how the text form lists the table
-  [[nodiscard]] bool setColumnMode(bool columnMode) const;
+  // What each operation does by itself before it works on rows (false) or a column (true). Behind changed columns the
+  // way back to rows is a pass through the whole table: who watches it asks for it here. A stop is a failure.
+  [[nodiscard]] bool setColumnMode(bool columnMode, const Progress& progress = {}) const;
   // Makes this a table of its own with the other's `order` and rows, by row.
-  [[nodiscard]] bool assign(const sampValues& other);
+  [[nodiscard]] bool assign(const sampValues& other, const Progress& progress = {});
 
   std::int32_t rows() const { return rows_; }
   std::int32_t columns() const { return columns_; }
@@ -77,14 +80,14 @@ class sampValues {
   bool fitsWindow() const { return rows_ <= blockRows_; }
   double* windowRow(std::int64_t row) const;
 
-  [[nodiscard]] bool ensureMode(bool columnMode) const;
+  [[nodiscard]] bool ensureMode(bool columnMode, const Progress& progress = {}) const;
   [[nodiscard]] bool ensureRow(std::int64_t row) const;
   [[nodiscard]] bool ensureColumn(std::int32_t column) const;
   [[nodiscard]] bool flush() const;
   [[nodiscard]] bool flushRows() const;
   [[nodiscard]] bool flushBlockColumn(std::int32_t column, const std::vector<double>& gathered) const;
   [[nodiscard]] bool flushColumn() const;
-  [[nodiscard]] bool patchRowFile() const;
+  [[nodiscard]] bool patchRowFile(const Progress& progress) const;
   [[nodiscard]] bool patchRows(std::int64_t firstRow, std::vector<double>& part, std::vector<double>& rows) const;
   [[nodiscard]] bool loadRows(std::int64_t firstRow) const;
   [[nodiscard]] bool loadColumn(std::int32_t column) const;

@@ -32,13 +32,13 @@ bool sampValues::writeTo(WorkingFile& file, std::uint64_t offset, const double* 
   return file.write(offset, from, static_cast<std::size_t>(count) * kValueBytes) || setError(file.errorText());
 }
 
-bool sampValues::ensureMode(bool columnMode) const {
+bool sampValues::ensureMode(bool columnMode, const Progress& progress) const {
   if (columnMode == columnMode_) return true;
   if (dirty_ && !flush()) return false;
   cachedColumn_ = -1;
   loaded_ = false;
   cache_ = {};
-  if (!patchRowFile()) return false;
+  if (!patchRowFile(progress)) return false;
   columnMode_ = columnMode;
   firstRow_ = 0;
   lastRow_ = columnMode ? -1 : blockRows_ - 1;
@@ -147,13 +147,14 @@ bool sampValues::flushColumn() const {
 }
 
 // Brings the changed columns into the row file, block by block. After a failure it starts anew.
-bool sampValues::patchRowFile() const {
+bool sampValues::patchRowFile(const Progress& progress) const {
   if (unpatched_.empty()) return true;
   const std::int64_t most = std::min(blockRows_, rows_);
   std::vector<double> part;
   std::vector<double> rows;
   if (!resizeValues(part, most) || !resizeValues(rows, most * columns_)) return false;
   for (std::int64_t row = 0; row < rows_; row += blockRows_) {
+    if (!progress.report(row, std::int64_t{rows_})) return setError(kStoppedText);
     if (!patchRows(row, part, rows)) return false;
   }
   unpatched_ = {};

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -42,52 +43,81 @@ struct Entry {
   std::int32_t position;
 };
 
+// Calls step(i) for 0 to below `count`. False: stopped, in a report of which one comes every some milliseconds.
+template <class Step>
+bool forAll(std::size_t count, const Progress& progress, Step step) {
+  constexpr std::size_t kAtOnce = std::size_t{1} << 18;
+  for (std::size_t first = 0; first < count; first += kAtOnce) {
+    if (first > 0 && !progress.report(first, count)) return false;
+    const std::size_t last = std::min(first + kAtOnce, count);
+    for (std::size_t i = first; i < last; ++i) step(i);
+  }
+  return progress.report(1.0);
+}
+
+enum class Runs { Sorted, Long, Stopped };
+
 // Entries of equal leading bits stand together, in the order of their positions: sorts each such run by the whole key.
-// False when a run is so long that this would take its time.
-bool sortRuns(std::vector<Entry>& entries, int bitsBelow) {
+// Long: a run is so long that this would take its time.
+Runs sortRuns(std::vector<Entry>& entries, int bitsBelow, const Progress& progress) {
   constexpr std::ptrdiff_t kShortRun = 16;
   constexpr std::ptrdiff_t kLongRun = 2000;
+  constexpr std::ptrdiff_t kAtOnce = std::ptrdiff_t{1} << 18;
   const auto less = [](const Entry& a, const Entry& b) { return a.key < b.key; };
+  auto reported = entries.begin();
   for (auto run = entries.begin(); run != entries.end();) {
+    if (run - reported > kAtOnce) {
+      reported = run;
+      if (!progress.report(run - entries.begin(), std::ssize(entries))) return Runs::Stopped;
+    }
     auto end = run + 1;
     while (end != entries.end() && end->key >> bitsBelow == run->key >> bitsBelow) ++end;
     if (end - run <= kShortRun) {
       for (auto next = run + 1; next != end; ++next)
         std::rotate(std::upper_bound(run, next, *next, less), next, next + 1);
     } else if (!std::is_sorted(run, end, less)) {
-      if (end - run > kLongRun) return false;
+      if (end - run > kLongRun) return Runs::Long;
       std::stable_sort(run, end, less);
     }
     run = end;
   }
-  return true;
+  return Runs::Sorted;
 }
 
 // Digits from `first` on, the least significant of them first: each pass keeps the order of the one before, so equal
 // digits stay in place. The leading digits leave few neighbours to be sorted by the rest of the keys; where they leave
-// many, all digits are used.
+// many, all digits are used. Empty after a stop.
 std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, int first, const Progress& progress) {
   std::vector<Entry> entries(values.size());
   std::vector<Entry> sorted(values.size());
   std::array<std::array<std::size_t, kDigitValues>, kDigits> counts{};
-  for (std::size_t i = 0; i < values.size(); ++i) {
+  const int steps = kDigits - first + 3;  // keys, passes, runs, positions
+  int step = 0;
+  const auto nextPart = [&] {
+    ++step;
+    return progress.part((step - 1.0) / steps, static_cast<double>(step) / steps);
+  };
+  bool going = forAll(values.size(), nextPart(), [&](std::size_t i) {
     entries[i] = {sortKey(values[i]), static_cast<std::int32_t>(i)};
     for (int digit = first; digit < kDigits; ++digit)
       ++counts[static_cast<std::size_t>(digit)][digitOf(entries[i].key, digit)];
-  }
-  for (int digit = first; digit < kDigits; ++digit) {
-    if (!progress.report(digit - first, 2 * kDigits)) return {};
+  });
+  for (int digit = first; digit < kDigits && going; ++digit) {
+    const Progress ofPass = nextPart();
     auto& starts = counts[static_cast<std::size_t>(digit)];
     if (starts[digitOf(entries[0].key, digit)] == values.size()) continue;  // all alike
     std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), std::size_t{0});
-    for (const Entry& entry : entries) sorted[starts[digitOf(entry.key, digit)]++] = entry;
+    going = forAll(entries.size(), ofPass,
+                   [&](std::size_t i) { sorted[starts[digitOf(entries[i].key, digit)]++] = entries[i]; });
     entries.swap(sorted);
   }
-  if (first > 0 && !sortRuns(entries, first * kDigitBits)) return sortByDigits(values, 0, progress.part(0.5, 1.0));
-  if (!progress.report(1.0)) return {};
+  const Progress ofRuns = nextPart();
+  const Runs runs = going && first > 0 ? sortRuns(entries, first * kDigitBits, ofRuns) : Runs::Sorted;
+  if (runs == Runs::Long) return sortByDigits(values, 0, progress.part((step - 1.0) / steps, 1.0));
+  if (!going || runs == Runs::Stopped) return {};
   std::vector<std::int32_t> positions(values.size());
-  for (std::size_t p = 0; p < positions.size(); ++p) positions[p] = entries[p].position;
-  return positions;
+  going = forAll(positions.size(), nextPart(), [&](std::size_t p) { positions[p] = entries[p].position; });
+  return going ? positions : std::vector<std::int32_t>();
 }
 
 std::vector<std::int32_t> positionsOf(const std::vector<double>& values, const Progress& progress) {
@@ -117,7 +147,7 @@ bool ranksOf(const std::vector<double>& values, std::vector<std::int32_t>& ranks
   if (!fitsInMemory([&] { ranks.resize(values.size()); })) return false;
   for (std::size_t p = 0; p < positions.size(); ++p)
     ranks[static_cast<std::size_t>(positions[p])] = static_cast<std::int32_t>(p);
-  return true;
+  return progress.report(1.0);
 }
 
 }  // namespace tarvex

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
 #include "correlation/RankTable.h"
 
 namespace tarvex {
@@ -17,26 +18,26 @@ class ImanConover : public RankTable {
  public:
   static constexpr std::int32_t kSeed = 5648423;
 
-  // From the rank correlation matrix of the list, for `rows` rows.
-  ImanConover(const FactorList& factors, std::int32_t rows, std::int32_t seed = kSeed);
+  // From the rank correlation matrix of the list, for `rows` rows. After a stop it isn't valid.
+  ImanConover(const FactorList& factors, std::int32_t rows, std::int32_t seed = kSeed, const Progress& progress = {});
   // From a matrix by row. Without rows it only tells whether the matrix is acceptable.
   ImanConover(const std::vector<float>& matrix, std::int32_t count, std::int32_t rows = 0);
 
   // Whether the list's matrix is positive semidefinite. Draws nothing.
   static bool accepts(const FactorList& factors) { return ImanConover(factors, 0).isValid(); }
 
-  // False for a matrix that isn't positive semidefinite, and when there isn't enough memory.
+  // False for a matrix that isn't positive semidefinite, when there isn't enough memory, and after a stop.
   bool isValid() const override { return !failed_; }
   // What ended a computation that the matrix allows; empty when nothing did.
   const std::string& errorText() const { return errorText_; }
   std::int32_t rankOf(std::int32_t column, std::int32_t row) const override;
 
  private:
-  void compute();
-  void build();
-  void drawShuffledScores();
-  bool factorise();
-  void correlate();
+  void compute(const Progress& progress);
+  [[nodiscard]] bool build(const Progress& progress);
+  [[nodiscard]] bool drawShuffledScores(const Progress& progress);
+  [[nodiscard]] bool factorise();
+  [[nodiscard]] bool correlate(const Progress& progress);
   double& target(std::int32_t row, std::int32_t column) { return target_[index(row, column)]; }
   double& cholesky(std::int32_t row, std::int32_t column) { return cholesky_[index(row, column)]; }
   std::size_t index(std::int32_t row, std::int32_t column) const;

@@ -8,35 +8,41 @@ namespace tarvex {
 
 namespace {
 
-// Appends the ranks of one block by itself.
-void appendRanks(std::vector<double>::const_iterator block, std::int32_t rows, std::vector<std::int32_t>& ranks) {
+// Appends the ranks of one block by itself. False when there isn't enough memory, and after a stop.
+bool appendRanks(std::vector<double>::const_iterator block, std::int32_t rows, std::vector<std::int32_t>& ranks,
+                 const Progress& progress) {
   std::vector<std::int32_t> ofBlock;
-  if (!ranksOf({block, block + rows}, ofBlock)) throw std::bad_alloc();
-  ranks.insert(ranks.end(), ofBlock.begin(), ofBlock.end());
+  return ranksOf({block, block + rows}, ofBlock, progress) &&
+         fitsInMemory([&] { ranks.insert(ranks.end(), ofBlock.begin(), ofBlock.end()); });
 }
 
 }  // namespace
 
-SteinRanks::SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_t blockRows, std::int32_t blocks) {
+SteinRanks::SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_t blockRows, std::int32_t blocks,
+                       const Progress& progress) {
   valid_ = accepts(factors, rows);
+  const double count = factors.factorCount();
   for (std::int32_t i = 0; valid_ && i < factors.factorCount(); ++i)
-    if (factors.isCorrelatable(i) == 1) valid_ = addRanks(factors.steinInfo, i, blockRows, blocks);
+    if (factors.isCorrelatable(i) == 1)
+      valid_ = addRanks(factors.steinInfo, i, blockRows, blocks, progress.part(i / count, (i + 1) / count));
 }
 
 // Of the first blocks of a column, each block by itself.
-bool SteinRanks::addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks) {
+bool SteinRanks::addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
+                          const Progress& progress) {
   std::vector<double> values;
   if (!stein.getColumn(column, values)) {
     errorText = stein.errorText();
     return false;
   }
-  const bool done = fitsInMemory([&] {
-    std::vector<std::int32_t>& ranks = ranks_.emplace_back();
-    for (std::int32_t block = 0; block < blocks; ++block)
-      appendRanks(values.begin() + std::ptrdiff_t{block} * blockRows, blockRows, ranks);
-  });
-  if (!done) errorText = kNotEnoughMemory;
-  return done;
+  std::vector<std::int32_t>& ranks = ranks_.emplace_back();
+  for (std::int32_t block = 0; block < blocks; ++block) {
+    const Progress ofBlock = progress.part(block / (blocks + 0.0), (block + 1) / (blocks + 0.0));
+    if (appendRanks(values.begin() + std::ptrdiff_t{block} * blockRows, blockRows, ranks, ofBlock)) continue;
+    errorText = progress.stopped() ? kStoppedText : kNotEnoughMemory;
+    return false;
+  }
+  return true;
 }
 
 bool SteinRanks::accepts(const FactorList& factors, std::int32_t rows) {

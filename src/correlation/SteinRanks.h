@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
 #include "correlation/RankTable.h"
 
 namespace tarvex {
@@ -16,8 +17,9 @@ class sampValues;
 class SteinRanks : public RankTable {
  public:
   // `blocks` blocks of `blockRows` rows for a sample of `rows` rows. Not valid, with the reason in errorText, when the
-  // Stein sample is empty, too small or can't be read.
-  SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_t blockRows, std::int32_t blocks);
+  // Stein sample is empty, too small or can't be read, and after a stop.
+  SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_t blockRows, std::int32_t blocks,
+             const Progress& progress = {});
 
   bool isValid() const override { return valid_; }
   // The rank within the row's block.
@@ -27,7 +29,8 @@ class SteinRanks : public RankTable {
 
  private:
   bool accepts(const FactorList& factors, std::int32_t rows);
-  bool addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks);
+  bool addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
+                const Progress& progress);
 
   bool valid_ = false;
   std::vector<std::vector<std::int32_t>> ranks_;  // by correlatable factor

@@ -5,8 +5,10 @@
 #include <memory>
 #include <vector>
 
+#include "base/Memory.h"
 #include "base/Names.h"
 #include "base/TextReader.h"
+#include "base/sortPositions.h"
 #include "factors/FactorList.h"
 #include "factors/Uniform.h"
 #include "factors/lineEnd.h"
@@ -68,11 +70,17 @@ bool readCounts(TextReader& in, std::int32_t& rows, std::int32_t& columns) {
 }
 
 // Gives the factor the empirical distribution of a column: between two neighbouring values the share of the steps that
-// lead there. False, with the reason in the factor's errorText, when all values are equal or one is not a number.
-bool setEmpirical(std::vector<double> values, Uniform& factor) {
+// lead there. False, with the reason in the factor's errorText, when all values are equal or one is not a number, and
+// after a stop.
+bool setEmpirical(const std::vector<double>& column, Uniform& factor, const Progress& progress) {
   factor.errorText = "a value is not a finite number";
-  if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) return false;
-  std::sort(values.begin(), values.end());
+  if (!std::all_of(column.begin(), column.end(), [](double value) { return std::isfinite(value); })) return false;
+  std::vector<std::int32_t> positions;
+  factor.errorText = kNotEnoughMemory;
+  if (!sortPositions(column, positions, progress)) return false;
+  std::vector<double> values;
+  values.reserve(positions.size());
+  for (const std::int32_t position : positions) values.push_back(column[static_cast<std::size_t>(position)]);
   const double steps = static_cast<double>(values.size()) - 1.0;
   factor.clear();
   std::int32_t equal = 1;  // values that the next interval stands for
@@ -99,8 +107,10 @@ bool setEmpirical(std::vector<double> values, Uniform& factor) {
 
 }  // namespace
 
-bool importStein(const std::string& path, SteinImport mode, FactorList& list, std::string& message) {
-  TextReader in = TextReader::fromFile(path);
+bool importStein(const std::string& path, SteinImport mode, FactorList& list, std::string& message,
+                 const Progress& progress) {
+  constexpr double kReadShare = 0.7;  // of the time, roughly
+  TextReader in = TextReader::fromFile(path, progress.part(0.0, kReadShare));
   const auto fail = [&in, &message](const char* text) {
     message = withProblem(text, in);
     return false;
@@ -131,13 +141,15 @@ bool importStein(const std::string& path, SteinImport mode, FactorList& list, st
     return true;
   }
   std::vector<double> values;
+  const double share = (1.0 - kReadShare) / columns;
   for (std::int32_t i = 0; i < columns; ++i) {
+    const Progress ofColumn = progress.part(kReadShare + i * share, kReadShare + (i + 1) * share);
     auto& factor = static_cast<Uniform&>(list.factor(i));
     if (!list.steinInfo.getColumn(i, values)) {
       in.refuse(list.steinInfo.errorText());
       return fail(kInconsistent);
     }
-    if (setEmpirical(values, factor)) continue;
+    if (setEmpirical(values, factor, ofColumn)) continue;
     in.refuse("the column " + factor.name + ": " + factor.errorText);
     return fail(kInconsistent);
   }

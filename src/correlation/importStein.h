@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 class FactorList;
@@ -14,7 +16,8 @@ enum SteinImport : std::int32_t { kSteinAttachAny = 0, kSteinReplace = 1, kStein
 // Brings a sample in from a text file. Attaching turns the list to its Stein correlation. Replacing makes a `Uniform`
 // of each column, by its empirical distribution; a list with factors is replaced only by one of as many, so a caller
 // that means to drop the old list empties it first. On failure the message is the system's, with where and what on its
-// second line, and the list is left in the state reached: import into a copy.
-[[nodiscard]] bool importStein(const std::string& path, SteinImport mode, FactorList& list, std::string& message);
+// second line, and the list is left in the state reached, as after a stop: import into a copy.
+[[nodiscard]] bool importStein(const std::string& path, SteinImport mode, FactorList& list, std::string& message,
+                               const Progress& progress = {});
 
 }  // namespace tarvex

@@ -11,10 +11,10 @@ bool ModelConfiguration::copyFrom(const ModelConfiguration& other, std::string& 
   return true;
 }
 
-bool ModelConfiguration::readModelOutput(const Warn& warn, std::string& problem) {
+bool ModelConfiguration::readModelOutput(const Warn& warn, std::string& problem, const Progress& progress) {
   choice.dropInternalModel();
   ModelOutputReader reader(results, warn);
-  if (reader.read(choice.outputFile)) return true;
+  if (reader.read(choice.outputFile, 0, progress)) return true;
   problem = reader.problem();
   return false;
 }

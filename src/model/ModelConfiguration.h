@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/Progress.h"
 #include "model/ModelChoice.h"
 #include "model/ModelResults.h"
 #include "model/OutputNames.h"
@@ -21,8 +22,8 @@ class ModelConfiguration {
   [[nodiscard]] bool copyFrom(const ModelConfiguration& other, std::string& message);
 
   // Reads the output file of the choice into the results; the internal model goes, `kind` stays. False, with
-  // `problem`, for a file that can't be read; there are no results then.
-  [[nodiscard]] bool readModelOutput(const Warn& warn, std::string& problem);
+  // `problem`, for a file that can't be read, and after a stop; there are no results then.
+  [[nodiscard]] bool readModelOutput(const Warn& warn, std::string& problem, const Progress& progress = {});
 
   // The Model record. read() works on this object: read into a temporary. It also sets the remembered directories of
   // the model.

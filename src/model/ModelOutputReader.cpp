@@ -65,13 +65,13 @@ bool readRunLine(TextReader& in, std::int32_t run) {
 
 ModelOutputReader::ModelOutputReader(ModelResults& results, Warn warn) : results_(results), warn_(std::move(warn)) {}
 
-bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun) {
+bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun, const Progress& progress) {
   joins_ = firstRun > 0 && results_.outputCount() > 0;
   const std::int32_t before = joins_ ? results_.runCount() : 0;
   if (!joins_) results_.clear();
   problem_.clear();
   place_.clear();
-  TextReader in = TextReader::fromFile(path);
+  TextReader in = TextReader::fromFile(path, progress);
   if (readFile(in, firstRun)) {
     if (hasTimes_) results_.findTimeMode();
     if (const std::string rest = textBehind(in); !rest.empty()) warn_("Warning", rest);

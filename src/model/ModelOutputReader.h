@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
 #include "model/OutputNames.h"
 
 namespace tarvex {
@@ -21,10 +22,10 @@ class ModelOutputReader {
   // Reads a whole file, whose run 0 becomes run `firstRun` of the results: 0 replaces what was there, a later one adds
   // to it, so that the files of a sample's parts are joined by being read in their order. The runs of a gap are
   // missing, nan at the times of the run behind it. Files that are joined must name the same outputs and agree on
-  // having a time axis. False, with problem(), for a file that can't be read; the results are then as before, or empty
-  // where they were to be replaced.
+  // having a time axis. False, with problem(), for a file that can't be read, and after a stop; the results are then as
+  // before, or empty where they were to be replaced.
   // Requires: firstRun not below the runs that are there, or 0.
-  [[nodiscard]] bool read(const std::string& path, std::int32_t firstRun = 0);
+  [[nodiscard]] bool read(const std::string& path, std::int32_t firstRun = 0, const Progress& progress = {});
 
   // "model.out:12: expected a number, found '1,37' (run 3, output z)"; runs count from 0 in their file.
   const std::string& problem() const { return problem_; }

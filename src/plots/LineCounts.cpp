@@ -42,11 +42,14 @@ bool LineCounts::count(const std::vector<Axis>& axes, const std::vector<std::uin
   const auto work = [&](std::size_t part, std::size_t, std::size_t) {
     const Progress watched = part == 0 ? progress : Progress();
     for (std::size_t i = next++; i < strips; i = next++) {
-      if (!watched.report(i, strips)) next = strips;
+      const double share = static_cast<double>(i) / static_cast<double>(strips);
       const auto columnOf = [&](double x) { return std::clamp(static_cast<int>(std::lround(x)), 0, width_); };
       LineStrip strip(grid, columnOf(axes[i].x), columnOf(axes[i + 1].x), axes[i].x, axes[i + 1].x);
-      strip.count(axes[i].rows, axes[i + 1].rows, classes, palette);
-      strip.write(width_, counts, inks);
+      const Progress ofStrip = watched.part(share, share + 1.0 / static_cast<double>(strips));
+      if (strip.count(axes[i].rows, axes[i + 1].rows, classes, palette, ofStrip))
+        strip.write(width_, counts, inks);
+      else
+        next = strips;
     }
   };
   inParts(strips, classes.size() * strips < kSharedWork ? strips : 1, work);

@@ -133,10 +133,13 @@ void LineStrip::addClass(const Colour& colour) {
   }
 }
 
-void LineStrip::count(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes,
-                      const std::vector<Colour>& palette) {
-  if (columns_ == 0 || rows_ == 0) return;
+bool LineStrip::count(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes,
+                      const std::vector<Colour>& palette, const Progress& progress) {
+  constexpr std::size_t kLinesAReport = 300000;  // a millisecond
+  if (columns_ == 0 || rows_ == 0) return true;
   sort(from, to, classes);
+  if (!progress.report(0.0)) return false;
+  std::size_t passed = 0;
   for (std::vector<std::uint32_t>* hits : {&down_, &up_}) hits->resize(2 * slots_);
   for (std::vector<std::uint32_t>* sums : {&entered_, &left_}) sums->resize(borders_ * rows_);
   covered_.resize(columns_ * rows_);
@@ -145,9 +148,19 @@ void LineStrip::count(std::span<const float> from, std::span<const float> to, st
     const Group& down = groups_[2 * number];
     const Group& up = groups_[2 * number + 1];
     if (down.first == up.last) continue;
-    for (std::size_t border = 0; border < borders_; ++border) countBorder(border, down, up);
+    for (std::size_t border = 0; border < borders_; ++border) {
+      countBorder(border, down, up);
+      passed += up.last - down.first;
+      if (passed < kLinesAReport) continue;
+      passed = 0;
+      const double lines = static_cast<double>(from_.size());
+      const double share = static_cast<double>(border + 1) / static_cast<double>(borders_);
+      const double before = static_cast<double>(down.first);
+      if (!progress.report((before + share * static_cast<double>(up.last - down.first)) / lines)) return false;
+    }
     addClass(number < palette.size() ? palette[number] : Colour{});
   }
+  return true;
 }
 
 void LineStrip::write(int width, std::vector<std::uint32_t>& counts, std::vector<std::uint32_t>& inks) const {

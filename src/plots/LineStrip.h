@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "base/Progress.h"
 #include "plots/Colour.h"
 
 namespace tarvex {
@@ -31,9 +32,10 @@ class LineStrip {
   LineStrip(const LineGrid& grid, int first, int last, double fromX, double toX);
 
   // The lines from `from` to `to`, in pixels; those with an end that isn't finite are passed over.
-  // Requires: as many rows and classes on both sides.
-  void count(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes,
-             const std::vector<Colour>& palette);
+  // False when it was stopped. Requires: as many rows and classes on both sides.
+  [[nodiscard]] bool count(std::span<const float> from, std::span<const float> to,
+                           std::span<const std::uint8_t> classes, const std::vector<Colour>& palette,
+                           const Progress& progress);
   // Coverage and colour of a pixel, row after row of the whole plane of `width` pixels.
   void write(int width, std::vector<std::uint32_t>& counts, std::vector<std::uint32_t>& inks) const;
 

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view kFactorPrefix = "F - ";
 constexpr std::string_view kVariablePrefix = "V - ";
+constexpr double kOutputsShare = 0.7;  // of the time, roughly: a run is read whole
 
 // What a name stands for: a factor of the list, or a variable under a text of its own.
 struct Choice {
@@ -78,7 +79,7 @@ std::string RunColumn::label() const {
 
 bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model,
                   const std::vector<std::string>& outputNames, const std::vector<std::string>& names, RunTable& table,
-                  std::string& message) {
+                  std::string& message, const Progress& progress) {
   std::vector<Choice> choices =
       names.empty() ? everything(prep, outputNames, model.results.hasTimeAxis()) : std::vector<Choice>(names.size());
   for (std::size_t i = 0; i < names.size(); ++i)
@@ -92,12 +93,18 @@ bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model
 
   OutputVariables variables;
   OutputTable outputs;
-  if (!texts.empty() && (!variables.set(texts, outputNames) || !variables.build(model, outputs))) {
+  if (!texts.empty() &&
+      (!variables.set(texts, outputNames) || !variables.build(model, outputs, progress.part(0.0, kOutputsShare)))) {
     message = variables.errorText();
     return false;
   }
   std::int32_t nextVariable = 0;
+  const Progress reading = progress.part(texts.empty() ? 0.0 : kOutputsShare, 1.0);
   for (const Choice& choice : choices) {
+    if (!reading.report(read.columns.size(), choices.size())) {
+      message = kStoppedText;
+      return false;
+    }
     RunColumn& column = read.columns.emplace_back();
     column.isFactor = choice.factor >= 0;
     column.name = column.isFactor ? prep.factors.factor(choice.factor).name : choice.variable;

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Progress.h"
+
 namespace tarvex {
 
 class ModelConfiguration;
@@ -30,10 +32,11 @@ struct RunTable {
 // variable as an analysis knows it (an output, a derived name, an expression); a factor goes first, and "F - " or "V -
 // " in front tells the two apart. No names: all factors, then all outputs at their maximum over time where there is a
 // time axis. `message` is then empty, or tells of expressions that failed in some runs. False, with a sentence for the
-// user, when a name is unknown, a file fails, or results and sample don't belong together; `table` is then as it was.
+// user, when a name is unknown, a file fails, or results and sample don't belong together, and after a stop; `table` is
+// then as it was.
 [[nodiscard]] bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model,
                                 const std::vector<std::string>& outputNames, const std::vector<std::string>& names,
-                                RunTable& table, std::string& message);
+                                RunTable& table, std::string& message, const Progress& progress = {});
 
 // A range that a run's value must lie in.
 struct RunRange {

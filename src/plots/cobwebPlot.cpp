@@ -88,7 +88,8 @@ std::vector<float> positionsOf(const RunColumn& column, const Limits& limits) {
 
 }  // namespace
 
-Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, bool showDropped, ColourSet set) {
+Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, bool showDropped, ColourSet set,
+                  const Progress& progress) {
   constexpr double kPerAxis = 110.0;
   constexpr double kLeastWidth = 800.0;
   constexpr double kMostWidth = 16000.0;
@@ -97,13 +98,20 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
   figure.subtitle = runsText(table.runs);
   if (table.columns.empty()) return figure;
 
+  constexpr double kLimitsShare = 0.3;  // of the time, roughly
+  const Progress measuring = progress.part(0.0, kLimitsShare);
+  const Progress placing = progress.part(kLimitsShare, 1.0);
   std::vector<Limits> limits;
-  for (const RunColumn& column : table.columns) limits.push_back(limitsOf(column));
+  for (const RunColumn& column : table.columns) {
+    if (!measuring.report(limits.size(), table.columns.size())) return figure;
+    limits.push_back(limitsOf(column));
+  }
   CobwebChart chart;
   const RoleColours& colours = roleColours(set);
   chart.markColour = colours.mark;
   chart.palette.assign(colours.classes.begin(), colours.classes.end());
   for (std::size_t i = 0; i < limits.size(); ++i) {
+    if (!placing.report(i, limits.size())) return figure;
     chart.axes.push_back(axisOf(table.columns[i], i, limits[i], filters));
     chart.axes.back().positions = positionsOf(table.columns[i], limits[i]);
   }

@@ -24,6 +24,7 @@ constexpr double kMarkLength = 4.0;        // of axis marks, on each side
 constexpr double kCrowding = 0.2;          // share of the distance of axes that marks and lines of one take at most
 constexpr int kMarkParts = 4;              // an axis is marked at its quarters
 constexpr std::size_t kLinesAtOnce = 500;  // between two reports
+constexpr double kPlacingShare = 0.2;      // of the time until lines are painted, roughly
 
 // More lines, or more points on them, are painted as pixels: a stroke takes some 0.1 ms on a surface of pixels, and in
 // a file its size.
@@ -116,7 +117,9 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
                                const Progress& progress) const {
   PixelLayer layer(canvas_, layout_.plane.grown(1.0));
   std::vector<LineCounts::Axis> axes;
+  const Progress placing = progress.part(0.0, kPlacingShare);
   for (std::size_t axis = 0; axis < chart_.axes.size(); ++axis) {
+    if (!placing.report(axis, chart_.axes.size())) return false;
     LineCounts::Axis& into = axes.emplace_back(LineCounts::Axis{layer.pixelX(layout_.axes[axis].x), {}});
     into.rows.reserve(runs.size());
     const auto foot = static_cast<float>(layer.pixelY(layout_.levelOf(axis, 0.0F)));
@@ -130,7 +133,7 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   palette.push_back(chart_.runs.droppedColour);
   palette.push_back(canvas_.inks().frame);
   LineCounts lines(layer.width(), layer.height(), look.width * layer.perUnit());
-  if (!lines.count(axes, classes, palette, progress)) return false;
+  if (!lines.count(axes, classes, palette, progress.part(kPlacingShare, 1.0))) return false;
   layer.cover(lines, look.opacity);
   layer.paint();
   return true;

@@ -7,8 +7,11 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstddef>
+#include <future>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -51,13 +54,31 @@ CairoSurface vectorSurface(PictureFormat format, std::string& content, double wi
   return nullptr;
 }
 
+constexpr double kDrawnShare = 0.7;  // of the time until the file's content is there, roughly
+
+// Cairo compresses a whole page in one call, which can't be told to stop: the call gets a thread of its own, while this
+// one goes on serving who watches. False after a stop, which waits for the call to end.
+template <class Call>
+bool callWatched(const Progress& progress, Call call) {
+  constexpr std::chrono::milliseconds kLook(10);
+  std::future<void> done;
+  try {
+    done = std::async(std::launch::async, call);
+  } catch (const std::system_error&) {
+    call();  // the system has no thread left
+    return progress.report(1.0);
+  }
+  bool going = true;
+  while (done.wait_for(kLook) != std::future_status::ready) going = progress.report(0.0) && going;
+  return going && progress.report(1.0);
+}
+
 bool draw(cairo_surface_t* surface, const Figure& figure, double unit, const DrawOptions& options,
           const Progress& progress) {
   const CairoContext context(cairo_create(surface));
   cairo_scale(context.get(), unit, unit);
-  if (!drawFigure(context.get(), figure, figure.width, figure.height, options, progress)) return false;
-  if (options.surface == Surface::VectorFile) cairo_show_page(context.get());
-  return cairo_status(context.get()) == CAIRO_STATUS_SUCCESS;
+  return drawFigure(context.get(), figure, figure.width, figure.height, options, progress.part(0.0, kDrawnShare)) &&
+         cairo_status(context.get()) == CAIRO_STATUS_SUCCESS;
 }
 
 bool renderImage(const Figure& figure, double zoom, const Progress& progress, std::string& content) {
@@ -65,8 +86,10 @@ bool renderImage(const Figure& figure, double zoom, const Progress& progress, st
   const int width = std::max(1, static_cast<int>(std::lround(figure.width * zoom)));
   const int height = std::max(1, static_cast<int>(std::lround(figure.height * zoom)));
   const CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
-  return draw(surface.get(), figure, zoom, {Surface::ImageFile, zoom}, progress) &&
-         cairo_surface_write_to_png_stream(surface.get(), appendToString, &content) == CAIRO_STATUS_SUCCESS;
+  if (!draw(surface.get(), figure, zoom, {Surface::ImageFile, zoom}, progress)) return false;
+  cairo_status_t status = CAIRO_STATUS_SUCCESS;
+  const auto write = [&] { status = cairo_surface_write_to_png_stream(surface.get(), appendToString, &content); };
+  return callWatched(progress.part(kDrawnShare, 1.0), write) && status == CAIRO_STATUS_SUCCESS;
 }
 
 // A line that differs from one second to the next.
@@ -100,8 +123,12 @@ bool renderVector(const Figure& figure, PictureFormat format, const Progress& pr
   const CairoSurface surface =
       vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
   const bool drawn = draw(surface.get(), figure, kPointsPerUnit, {Surface::VectorFile, kPrintPixelsPerUnit}, progress);
-  cairo_surface_finish(surface.get());  // what could not be written is known only now
-  return drawn && cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS;
+  const auto write = [&] {
+    cairo_surface_show_page(surface.get());
+    cairo_surface_finish(surface.get());  // what could not be written is known only now
+  };
+  return drawn && callWatched(progress.part(kDrawnShare, 1.0), write) &&
+         cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS;
 }
 
 }  // namespace

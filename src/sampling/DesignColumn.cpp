@@ -1,21 +1,30 @@
 #include "sampling/DesignColumn.h"
 
-#include <algorithm>
+#include "base/Memory.h"
+#include "base/WorkPace.h"
+#include "base/sortPositions.h"
 
 namespace tarvex {
 
-bool DesignColumn::finish(sampValues& store, std::int32_t column) const {
+bool DesignColumn::finish(sampValues& store, std::int32_t column, const Progress& progress) const {
   if (store.rows() > 0 || column >= store.columns()) return store.setColumn(column, values_);
   std::vector<double> row(static_cast<std::size_t>(store.columns()), 0.0);
+  WorkPace pace(progress, size(), store.columns());
   for (const double value : values_) {
     row[static_cast<std::size_t>(column)] = value;
-    if (store.addRow(row.data()) == 0) return false;
+    if (!pace.step() || store.addRow(row.data()) == 0) return false;
   }
   return true;
 }
 
-void DesignColumn::sortAscending() {
-  std::sort(values_.begin(), values_.end());
+bool DesignColumn::sortAscending(const Progress& progress) {
+  std::vector<std::int32_t> positions;
+  std::vector<double> sorted;
+  if (!sortPositions(values_, positions, progress)) return false;
+  if (!fitsInMemory([&] { sorted.reserve(values_.size()); })) return false;
+  for (const std::int32_t position : positions) sorted.push_back(values_[static_cast<std::size_t>(position)]);
+  values_.swap(sorted);
+  return true;
 }
 
 }  // namespace tarvex

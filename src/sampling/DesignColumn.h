@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/Progress.h"
 #include "base/sampValues.h"
 
 namespace tarvex {
@@ -15,14 +16,15 @@ class DesignColumn {
   // Takes the column that the store holds. False when the store refuses.
   [[nodiscard]] bool load(const sampValues& store, std::int32_t column) { return store.getColumn(column, values_); }
   // Hands the column over. The first column of a design makes the rows, with 0.0 in every other cell.
-  // False when the store refuses.
-  [[nodiscard]] bool finish(sampValues& store, std::int32_t column) const;
+  // False when the store refuses, and after a stop.
+  [[nodiscard]] bool finish(sampValues& store, std::int32_t column, const Progress& progress = {}) const;
   void release() { values_ = {}; }
 
   double& operator[](std::int32_t row) { return values_[static_cast<std::size_t>(row)]; }
   double operator[](std::int32_t row) const { return values_[static_cast<std::size_t>(row)]; }
   std::int32_t size() const { return static_cast<std::int32_t>(values_.size()); }
-  void sortAscending();
+  // False, with the values in no order, when there isn't enough memory, and after a stop.
+  [[nodiscard]] bool sortAscending(const Progress& progress);
 
  private:
   std::vector<double> values_;

@@ -11,6 +11,7 @@
 #include "factors/FactorList.h"
 #include "sampling/SampleStatistics.h"
 #include "sampling/Sampler.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 
@@ -76,6 +77,7 @@ class PrepConfiguration {
   bool passDesign(std::int32_t& percent, std::int32_t target, const Progress& progress);
   bool passValues(std::int32_t& percent, std::int32_t target, const Progress& progress);
   static void releaseTable(Factor& factor);
+  bool openColumn(const Factor& factor, const Progress& progress);
   bool passCells(std::int32_t factorIndex, std::int32_t endRow);
   bool passRelation(Relation& relation, std::int32_t factorIndex, std::int32_t endRow);
   bool finishGeneration(const Progress& progress);

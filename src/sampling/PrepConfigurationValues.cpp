@@ -32,6 +32,8 @@ bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target, c
     const double done = (static_cast<double>(nextFactor_) * runs + nextRow_) / cells;
     if (!std::exchange(first, false) && !progress.report(kValuesShare * done)) return false;
     const std::int32_t f = factors.factorAt(nextFactor_);
+    if (nextRow_ == 0 && !openColumn(factors.factor(f), progress.part(kValuesShare * done, kValuesShare * done)))
+      return false;
     // The first cell behind which the target is reached, or the column's last.
     std::int32_t end = nextRow_ + 1;
     for (std::int32_t last = std::min(nextRow_ + kCellsAReport, runs); end < last;) {
@@ -52,9 +54,16 @@ bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target, c
   return percent < kDone || finishGeneration(progress.part(kValuesShare, 1.0));
 }
 
+// Relations need whole rows, all other factors their column.
+bool PrepConfiguration::openColumn(const Factor& factor, const Progress& progress) {
+  return factor.isConstant() || samples.setColumnMode(!factor.isRelation(), progress) || fail(samples.errorText());
+}
+
 bool PrepConfiguration::finishGeneration(const Progress& progress) {
+  constexpr double kModeShare = 0.3;  // of the time, roughly
   SampleStatistics statistics;
-  if (!statistics.compute(samples, progress)) return fail(samples.errorText());
+  if (!samples.setColumnMode(false, progress.part(0.0, kModeShare))) return fail(samples.errorText());
+  if (!statistics.compute(samples, progress.part(kModeShare, 1.0))) return fail(samples.errorText());
   sampleStatistics = std::move(statistics);
   factors.releaseOrder();
   stage_ = Stage::Done;

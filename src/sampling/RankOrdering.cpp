@@ -1,5 +1,6 @@
 #include "sampling/RankOrdering.h"
 
+#include "base/Memory.h"
 #include "correlation/ImanConover.h"
 #include "correlation/SteinRanks.h"
 #include "factors/FactorList.h"
@@ -7,8 +8,9 @@
 
 namespace tarvex {
 
-bool RankOrdering::startImanConover(const FactorList& factors, std::int32_t rows, std::string& errorText) {
-  const auto ranks = std::make_shared<ImanConover>(factors, rows);
+bool RankOrdering::startImanConover(const FactorList& factors, std::int32_t rows, const Progress& progress,
+                                    std::string& errorText) {
+  const auto ranks = std::make_shared<ImanConover>(factors, rows, ImanConover::kSeed, progress);
   if (ranks->isValid()) {
     ranks_ = ranks;
     return true;
@@ -17,8 +19,9 @@ bool RankOrdering::startImanConover(const FactorList& factors, std::int32_t rows
   return false;
 }
 
-bool RankOrdering::startStein(const FactorList& factors, std::int32_t rows, std::string& errorText) {
-  const auto ranks = std::make_shared<SteinRanks>(factors, rows, rows, 1);
+bool RankOrdering::startStein(const FactorList& factors, std::int32_t rows, const Progress& progress,
+                              std::string& errorText) {
+  const auto ranks = std::make_shared<SteinRanks>(factors, rows, rows, 1, progress);
   if (ranks->isValid()) {
     ranks_ = ranks;
     return true;
@@ -27,14 +30,22 @@ bool RankOrdering::startStein(const FactorList& factors, std::int32_t rows, std:
   return false;
 }
 
+bool RankOrdering::openColumn(std::int32_t factor, const sampValues& store, const FactorList& factors,
+                              const Progress& progress, std::string& errorText) {
+  if (factors.isCorrelatable(factor) != 1) return true;
+  stochasticIndex_ = stochasticIndexOf(factors, factor);
+  if (!column_.load(store, factor)) {
+    errorText = store.errorText();
+    return false;
+  }
+  sortedColumn_ = column_;
+  if (sortedColumn_.sortAscending(progress)) return true;
+  errorText = progress.stopped() ? kStoppedText : kNotEnoughMemory;
+  return false;
+}
+
 bool RankOrdering::placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors) {
   if (factors.isCorrelatable(factor) != 1) return true;
-  if (row == 0) {
-    stochasticIndex_ = stochasticIndexOf(factors, factor);
-    if (!column_.load(store, factor)) return false;
-    sortedColumn_ = column_;
-    sortedColumn_.sortAscending();
-  }
   column_[row] = sortedColumn_[ranks_->rankOf(stochasticIndex_, row)];
   return row + 1 < column_.size() || column_.finish(store, factor);
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "base/Progress.h"
 #include "correlation/RankTable.h"
 #include "sampling/DesignColumn.h"
 
@@ -15,12 +16,18 @@ class FactorList;
 class RankOrdering {
  public:
   // Makes the rank table of the list for `rows` rows: by its rank correlation matrix, or by its Stein sample. False,
-  // with the reason, when it can't serve.
-  [[nodiscard]] bool startImanConover(const FactorList& factors, std::int32_t rows, std::string& errorText);
-  [[nodiscard]] bool startStein(const FactorList& factors, std::int32_t rows, std::string& errorText);
+  // with the reason, when it can't serve, and after a stop.
+  [[nodiscard]] bool startImanConover(const FactorList& factors, std::int32_t rows, const Progress& progress,
+                                      std::string& errorText);
+  [[nodiscard]] bool startStein(const FactorList& factors, std::int32_t rows, const Progress& progress,
+                                std::string& errorText);
   bool isStarted() const { return ranks_ != nullptr; }
+  // Takes the column of a factor in hand. False, with the reason, when the store refuses, there isn't enough memory, or
+  // after a stop. Requires: isStarted().
+  [[nodiscard]] bool openColumn(std::int32_t factor, const sampValues& store, const FactorList& factors,
+                                const Progress& progress, std::string& errorText);
   // Gives row `row` of a stochastic factor's column its value, and the column to the store with its last row. Rows come
-  // in rising order. False when the store refuses. Requires: isStarted().
+  // in rising order. False when the store refuses. Requires: openColumn().
   [[nodiscard]] bool placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors);
   void release() { *this = {}; }
 
