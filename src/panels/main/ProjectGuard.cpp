@@ -1,11 +1,13 @@
 #include "panels/main/ProjectGuard.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <algorithm>
 #include <utility>
 
 #include "app/RunController.h"
+#include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
 
 namespace tarvex {
@@ -124,12 +126,25 @@ void ProjectGuard::offerRecovery() {
   if (const QString aside = copy_.putAside(); !aside.isEmpty()) tell_("The copy is kept as " + aside);
 }
 
+// The user goes on meanwhile, with all that leaves the project as it is.
 void ProjectGuard::saveNow() {
+  constexpr int kSlice = 20;  // milliseconds between two looks at the user's events
+  QElapsedTimer served;
+  served.start();
+  save(Progress([&served](double) {
+    if (served.elapsed() < kSlice) return true;
+    Application::drainEvents();
+    served.start();
+    return true;
+  }));
+}
+
+void ProjectGuard::save(const Progress& progress) {
   if (!dirty_ || !controller_.modified() || controller_.busy()) return;
   QElapsedTimer time;
   time.start();
   std::string problem = "no lock can be made beside the project or in the main directory";
-  if (copy_.isHeld() && controller_.saveCopy(copy_.path().toStdString(), problem)) {
+  if (copy_.isHeld() && controller_.saveCopy(copy_.path().toStdString(), problem, progress)) {
     dirty_ = told_ = false;
     pause_ = std::clamp(kPausePerCopy * Milliseconds(time.elapsed()), kPause, kLatest);
     return;
@@ -142,7 +157,7 @@ void ProjectGuard::leave(bool keepCopy) {
   timer_.stop();
   subscription_.reset();
   if (keepCopy)
-    saveNow();
+    save({});
   else if (!unsaved_)
     copy_.remove();
   copy_.release();

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "app/Changes.h"
+#include "base/Progress.h"
 #include "panels/main/SafeCopy.h"
 
 class QWidget;
@@ -42,6 +43,7 @@ class ProjectGuard {
  private:
   using Milliseconds = std::chrono::milliseconds;
 
+  void save(const Progress& progress);
   void follow(Changes changes);
   void followName();
   void plan();
