@@ -1,9 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <initializer_list>
-#include <memory>
-#include <vector>
+
+#include "app/Notifier.h"
 
 namespace tarvex {
 
@@ -33,19 +32,6 @@ class Changes {
   unsigned bits_ = 0;
 };
 
-// Tells whoever wants to know what has changed. A listener is called when an operation is through and everything is
-// consistent again; it may start the next one, and subscribe or leave.
-class ChangeNotifier {
- public:
-  using Listener = std::function<void(Changes)>;
-  // Whoever holds it is told; it may outlive the notifier.
-  using Subscription = std::shared_ptr<const Listener>;
-
-  [[nodiscard]] Subscription subscribe(Listener listener);
-  void tell(Changes changes);
-
- private:
-  std::vector<std::weak_ptr<const Listener>> listeners_;  // in the order of their subscription
-};
+using ChangeNotifier = Notifier<Changes>;
 
 }  // namespace tarvex

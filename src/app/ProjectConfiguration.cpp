@@ -58,7 +58,7 @@ std::uint64_t nextMark() {
 void ProjectConfiguration::setPrep(PrepConfiguration part) {
   prep = std::move(part);
   hasPrep = true;
-  sampleMark_ = nextMark();
+  markSample();
 }
 
 void ProjectConfiguration::setModel(ModelConfiguration part) {
@@ -75,6 +75,7 @@ void ProjectConfiguration::setVels(VelsConfiguration part) {
 void ProjectConfiguration::resetPrep() {
   prep = PrepConfiguration();
   hasPrep = false;
+  markSample();
 }
 
 void ProjectConfiguration::resetModel() {
@@ -99,18 +100,23 @@ void ProjectConfiguration::dropResults() {
   resultMark_ = nextMark();
 }
 
+void ProjectConfiguration::markSample() {
+  sampleMark_ = nextMark();
+}
+
 void ProjectConfiguration::markResults() {
   resultMark_ = sampleMark_;
 }
 
 void ProjectConfiguration::assign(ProjectConfiguration other) {
+  const bool belong = other.resultsBelong();
   resetAll();
   if (other.hasPrep) setPrep(std::move(other.prep));
   if (other.hasModel) setModel(std::move(other.model));
   if (other.hasVels) setVels(std::move(other.vels));
   fileName = std::move(other.fileName);
-  sampleMark_ = other.sampleMark_;
-  resultMark_ = other.resultMark_;
+  markSample();
+  if (belong) markResults();
 }
 
 bool ProjectConfiguration::load(const std::string& path, const Progress& progress) {

@@ -44,6 +44,9 @@ class ProjectConfiguration {
   void dropResults();  // and the measures with them; the model's choice stays
   void markResults();
   bool resultsBelong() const { return sampleMark_ == resultMark_; }
+  // Tells the sample in hand from every other one that was. markSample(): `prep` is about to get another in place.
+  std::uint64_t sampleMark() const { return sampleMark_; }
+  void markSample();
 
   // Takes the other's file name and the parts that it has; the others are reset.
   void assign(ProjectConfiguration other);

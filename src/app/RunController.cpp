@@ -62,6 +62,7 @@ bool RunController::driveGeneration() {
     return refuse(prep.errorText());
   }
   dropResults();
+  project_.markSample();
   heldPath_.clear();
   note(Change::Prep);
   setFlag(modified_, true);
@@ -238,7 +239,13 @@ bool RunController::runSpreadsheet() {
 bool RunController::readOutputs() {
   const auto told = [this](const std::string& title, const std::string& text) { tell(title, text); };
   std::string problem;
-  return project_.model.readModelOutput(told, problem) || refuse("Error reading model output file\n" + problem);
+  bool stopped = false;
+  {
+    const LongOperation operation(frontEnd_, "Reading model output", project_.prep.samples.rows());
+    if (project_.model.readModelOutput(told, problem, operation.progress())) return true;
+    stopped = operation.stopped();
+  }
+  return !stopped && refuse("Error reading model output file\n" + problem);
 }
 
 bool RunController::refuse(const std::string& text) {

@@ -18,6 +18,7 @@ namespace tarvex {
 
 class FrontEnd;
 class InternalRun;
+class Selection;
 class SpreadsheetApplication;
 
 // What a user is asked to give up.
@@ -90,9 +91,9 @@ class RunController {
   // Without a path under the project's own name; refused for a project that has none.
   Outcome saveProject(const std::optional<std::string>& path = std::nullopt);
   Outcome saveProjectAs(const std::string& path);  // as the user chose it: first sees whether a new file can be made
-  // Writes the project as it is now to another file; nothing else changes and nobody is asked or told. On false
-  // `message` says why. Requires: not busy.
-  [[nodiscard]] bool saveCopy(const std::string& path, std::string& message);
+  // Writes the project as it is now to another file, under no display; meanwhile the controller is busy, and else
+  // nothing changes. On false, as after a stop, `message` says why. Requires: not busy.
+  [[nodiscard]] bool saveCopy(const std::string& path, std::string& message, const Progress& progress = {});
   // The project of such a copy, under the name that it had; it has changes that aren't saved.
   Outcome recoverProject(const std::string& copy, const std::string& fileName);
   Outcome quickSave();                               // the same under the project's own name
@@ -136,6 +137,14 @@ class RunController {
   Outcome selectVariables(const std::vector<std::string>& texts);
   Outcome setOutputWeight(std::int32_t output, float weight);
   Outcome analyse(const AnalysisRequest& request);
+
+  // The runs in hand with the columns of these names, as readRunTable() takes them, to look at and to select from. They
+  // stay what they are, whatever becomes of the project.
+  Outcome readRuns(const std::vector<std::string>& names, std::shared_ptr<Selection>& selection);
+  // Saves what is kept of them: as a sample of its own, as long as theirs is the project's sample; the columns as
+  // comma-separated values.
+  Outcome saveSelectedSample(const Selection& selection, const std::string& path);
+  Outcome saveSelectedTable(const Selection& selection, const std::string& path);
 
  private:
   class Scope;

@@ -156,12 +156,14 @@ Outcome RunController::saveProject(const std::optional<std::string>& path) {
 }
 
 Outcome RunController::failWrite(const std::string& path) {
-  return fail("  Error writing output file\n " + path + '\n' + whyNotWritable(path), "Write error");
+  return fail(outputNotWritten(path) + '\n' + whyNotWritable(path), kWriteError);
 }
 
-bool RunController::saveCopy(const std::string& path, std::string& message) {
+bool RunController::saveCopy(const std::string& path, std::string& message, const Progress& progress) {
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
   const std::string name = project_.fileName;
-  const bool saved = project_.save(path);
+  const bool saved = project_.save(path, progress);
   if (!saved) message = project_.errorText();
   project_.fileName = name;
   return saved;

@@ -4,6 +4,8 @@
 
 namespace tarvex {
 
+inline constexpr const char* kWriteError = "Write error";  // the title of what is said of files chosen by the user
+
 // Lasts as long as an operation; at the end of the outermost one its changes are told.
 class RunController::Scope {
  public:

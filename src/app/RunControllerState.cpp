@@ -29,7 +29,7 @@ bool sameModel(const ModelChoice& a, const ModelChoice& b) {
 }  // namespace
 
 void RunController::announce() {
-  notifier_.tell(std::exchange(changes_, {}));
+  if (!changes_.empty()) notifier_.tell(std::exchange(changes_, {}));
 }
 
 void RunController::setFlag(bool& flag, bool value) {

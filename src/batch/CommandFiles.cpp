@@ -1,7 +1,6 @@
 #include "batch/CommandFiles.h"
 
 #include <fmt/format.h>
-#include <fmt/printf.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -17,27 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostLinks = 40;  // followed, as the kernel does
-
-// Where a writer puts the file: links are followed, also one that leads to nothing yet.
 fs::path placeOf(const std::string& path) {
-  std::error_code error;
-  fs::path place = absolutePath(path);
-  for (int i = 0; i < kMostLinks; ++i) {
-    const fs::path to = fs::read_symlink(place, error);
-    if (error) break;
-    place = to.is_absolute() ? to : place.parent_path() / to;
-  }
-  const fs::path canonical = fs::weakly_canonical(place, error);
-  return error ? place.lexically_normal() : canonical;
-}
-
-// Two names of one file, which hard links have too. What goes to a terminal or to nowhere may be written twice.
-bool areOneFile(const std::string& one, const std::string& other) {
-  std::error_code error;
-  if (fs::is_character_file(one, error)) return false;
-  if (fs::equivalent(one, other, error) && !error) return true;
-  return placeOf(one) == placeOf(other);
+  return writtenPath(path);
 }
 
 // The file in the directory that is this one, or that it would be once it is made; empty when it doesn't lie there.
@@ -73,7 +53,7 @@ void CommandFiles::reads(const char* what, const std::string& path) {
   if (!path.empty()) files_.push_back({what, existingPath(path), false});
 }
 
-void CommandFiles::writes(const char* what, const std::string& path, const char* message) {
+void CommandFiles::writes(const char* what, const std::string& path, const std::string& message) {
   if (!path.empty()) files_.push_back({what, path, true, message});
 }
 
@@ -81,13 +61,14 @@ void CommandFiles::leavesToModel(const char* what, const std::string& path) {
   if (!path.empty()) files_.push_back({what, path, true});
 }
 
-void CommandFiles::fills(const char* what, const std::string& directory, std::string suffix, const char* message) {
+void CommandFiles::fills(const char* what, const std::string& directory, std::string suffix,
+                         const std::string& message) {
   if (!directory.empty()) files_.push_back({what, directory, true, message, std::move(suffix)});
 }
 
 bool CommandFiles::checkPair(const File& output, const File& other, std::string& message) const {
   const bool directories = !output.suffix.empty() && !other.suffix.empty();
-  if (!directories && areOneFile(output.path, other.path)) {
+  if (!directories && isSameFile(output.path, other.path)) {
     const std::string paths = output.path == other.path ? output.path : output.path + " and " + other.path;
     message = fmt::format("The {} to write and the {} are one file: {}\nNothing was done: name another file to write.",
                           output.what, other.what, paths);
@@ -108,10 +89,10 @@ bool CommandFiles::check(std::string& message) const {
     for (const File& other : files_)
       if (output.written && &output != &other && !checkPair(output, other, message)) return false;
   for (const File& output : files_) {
-    if (output.message == nullptr) continue;
+    if (output.message.empty()) continue;
     const std::string reason = output.suffix.empty() ? whyNotWritable(output.path) : whyNotFillable(output.path);
     if (reason.empty()) continue;
-    message = fmt::sprintf(output.message, output.path) + '\n' + reason;
+    message = output.message + '\n' + reason;
     return false;
   }
   return true;

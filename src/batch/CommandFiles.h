@@ -14,11 +14,11 @@ class CommandFiles {
   // `what` completes "the ...": "factor file".
   void reads(const char* what, const std::string& path);
   // `message` is the system's for an output that can't be written.
-  void writes(const char* what, const std::string& path, const char* message);
+  void writes(const char* what, const std::string& path, const std::string& message);
   // One that a model of the user's writes, where and how is its own affair.
   void leavesToModel(const char* what, const std::string& path);
   // A directory for files with this suffix, whose names are known only later.
-  void fills(const char* what, const std::string& directory, std::string suffix, const char* message);
+  void fills(const char* what, const std::string& directory, std::string suffix, const std::string& message);
 
   // False, with a sentence for the user, unless the command may begin.
   [[nodiscard]] bool check(std::string& message) const;
@@ -28,17 +28,13 @@ class CommandFiles {
     const char* what;
     std::string path;
     bool written;
-    const char* message = nullptr;  // of a failed write; null: nothing is known of it
-    std::string suffix = {};        // of the files in a directory; empty: no directory
+    std::string message = {};  // of a failed write; empty: nothing is known of it
+    std::string suffix = {};   // of the files in a directory; empty: no directory
   };
 
   [[nodiscard]] bool checkPair(const File& output, const File& other, std::string& message) const;
 
   std::vector<File> files_;
 };
-
-namespace messages {
-inline constexpr const char* kSelection = "  Error writing output file\n %s";  // with the path
-}  // namespace messages
 
 }  // namespace tarvex

@@ -1,6 +1,3 @@
-#include <fmt/format.h>
-#include <fmt/printf.h>
-
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
 #include "batch/CommandFiles.h"
@@ -11,6 +8,7 @@
 #include "plots/savePicture.h"
 #include "postproc/ResultExport.h"
 #include "report/PictureFiles.h"
+#include "sampling/SampleFiles.h"
 #include "sampling/SampleSelection.h"
 
 namespace tarvex {
@@ -49,8 +47,7 @@ int saveRuns(const PrepConfiguration& prep, const RunSelection& selection, const
   const std::vector<std::int32_t> runs = selection.runs();
   std::string message;
   if (!saveSelection(path, prep, runs, message)) return console.fail(message);
-  console.out << fmt::sprintf("Total samples: %ld\nSaved samples: %ld\n", static_cast<long>(prep.samples.rows()),
-                              static_cast<long>(runs.size()));
+  console.out << savedRunsText(prep.samples.rows(), static_cast<std::int32_t>(runs.size())) << '\n';
   return kSucceeded;
 }
 
@@ -66,7 +63,7 @@ int runPlot(const PlotOptions& options, const Console& console) {
   files.reads("file to read", options.input);
   const bool isHistogram = options.kind == "histogram";
   files.writes("picture", output, isHistogram ? kCannotSave : kCannotCreate);
-  files.writes("sample file of the selection", selection, messages::kSelection);
+  files.writes("sample file of the selection", selection, outputNotWritten(selection));
   if (!files.check(message)) return console.fail(message);
   ProjectConfiguration project;
   if (!loadStudyFile(options.input, project, console)) return kFailed;

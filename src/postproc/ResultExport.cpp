@@ -5,6 +5,7 @@
 
 #include "base/NumberText.h"
 #include "base/TextWriter.h"
+#include "base/csvText.h"
 #include "postproc/ResultRows.h"
 #include "postproc/VelsConfiguration.h"
 #include "sampling/PrepConfiguration.h"
@@ -12,14 +13,6 @@
 namespace tarvex {
 
 namespace {
-
-constexpr int kFullPrecision = 17;
-
-std::string quoted(const std::string& text) {
-  std::string field = "\"";
-  for (const char c : text) field += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return field + '"';
-}
 
 bool commit(TextWriter& out, std::string& message) {
   if (out.commit()) return true;
@@ -48,13 +41,13 @@ nlohmann::json jsonSample(const PrepConfiguration& prep) {
 
 bool exportCsv(const VelsConfiguration& vels, const std::string& path, std::string& message) {
   TextWriter out(path);
-  out.setPrecision(kFullPrecision);
+  out.setPrecision(kCsvPrecision);
   out << "block,variable,item,quantity,value,remark\n";
   forEachResult(vels, [&](const ResultRow& row) {
     const std::string& variable = vels.selectedVariables()[static_cast<std::size_t>(row.variable)];
-    out << row.block << ',' << quoted(variable) << ',' << quoted(row.item) << ',' << row.quantity << ',';
+    out << row.block << ',' << csvQuoted(variable) << ',' << csvQuoted(row.item) << ',' << row.quantity << ',';
     if (row.value) out << *row.value;
-    out << ',' << (row.remark.empty() ? "" : quoted(row.remark)) << '\n';
+    out << ',' << (row.remark.empty() ? "" : csvQuoted(row.remark)) << '\n';
   });
   return commit(out, message);
 }

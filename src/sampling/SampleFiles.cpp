@@ -96,6 +96,10 @@ bool holdsOtherText(const std::string& path) {
 
 }  // namespace
 
+std::string outputNotWritten(const std::string& path) {
+  return "  Error writing output file\n " + path;
+}
+
 bool loadSampleFile(const std::string& path, PrepConfiguration& prep, std::string& message, const Progress& progress) {
   TextReader in = TextReader::fromFile(path, progress);
   PrepConfiguration loaded;

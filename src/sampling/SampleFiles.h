@@ -13,6 +13,10 @@ class PrepConfiguration;
 inline constexpr const char* kSampleNotWritten =
     "Error trying to write to the Sample file.\nIs it locked by another application?";
 
+// What is said, before the reason, of a file that the user chose and that can't be written: the system's text with the
+// path.
+std::string outputNotWritten(const std::string& path);
+
 // Sample files as a whole. On failure or a stop `prep`, or the old file, stays as it was; the message is the system's
 // and, on the next line, where and what was found or what the system said.
 

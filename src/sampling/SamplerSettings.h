@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sampling/Sampler.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 
