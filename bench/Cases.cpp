@@ -11,19 +11,22 @@
 #include "sampling/FastSampler.h"
 #include "sampling/MorrisSampler.h"
 #include "sampling/RepLatinSampler.h"
+#include "sampling/SamplerFactory.h"
 #include "sampling/SobolSampler.h"
 
 namespace tarvex::bench {
-namespace {
 
-// A benchmark of something that failed would be a number without a meaning.
-void require(bool good, const char* what) {
+void require(bool good, const std::string& what) {
   if (good) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
+  std::fprintf(stderr, "%s\n", what.c_str());
+  std::exit(1);
 }
 
-}  // namespace
+double millisecondsOf(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+}
 
 FactorList mixedFactors(std::int32_t count) {
   struct Kind {

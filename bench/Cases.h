@@ -1,11 +1,20 @@
 #pragma once
 
+#include <time.h>
+
 #include <cstdint>
+#include <string>
 
 #include "factors/FactorList.h"
 #include "sampling/PrepConfiguration.h"
 
 namespace tarvex::bench {
+
+// Ends the program with the text on a failure: a benchmark of something that failed would be a number without a
+// meaning.
+void require(bool good, const std::string& what);
+// What one of the system's clocks shows.
+double millisecondsOf(clockid_t clock);
 
 // `count` factors of the usual kinds, in turn, named x1, x2, ..., without correlation.
 FactorList mixedFactors(std::int32_t count);

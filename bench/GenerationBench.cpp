@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Cases.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex::bench {
 namespace {

@@ -27,16 +27,8 @@ namespace {
 
 constexpr int kTurns = 3;
 
-void require(bool good, const std::string& what) {
-  if (good) return;
-  std::fprintf(stderr, "%s\n", what.c_str());
-  std::exit(1);
-}
-
 double milliseconds() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+  return millisecondsOf(CLOCK_PROCESS_CPUTIME_ID);
 }
 
 double best(const std::function<double()>& turn) {

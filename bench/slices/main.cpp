@@ -16,6 +16,7 @@
 #include "Cases.h"
 #include "app/PostProcessor.h"
 #include "app/ProjectConfiguration.h"
+#include "app/Selection.h"
 #include "base/WorkingFile.h"
 #include "model/InternalRun.h"
 #include "plots/CairoStream.h"
@@ -26,22 +27,16 @@
 #include "plots/savePicture.h"
 #include "postproc/PostProcessorFile.h"
 #include "sampling/SampleFiles.h"
+#include "sampling/SampleSelection.h"
+#include "sampling/SamplerFactory.h"
 
 namespace tarvex::bench {
 namespace {
 
 constexpr std::int32_t kDone = 100;  // percent
 
-void require(bool good, const std::string& what) {
-  if (good) return;
-  std::fprintf(stderr, "%s\n", what.c_str());
-  std::exit(1);
-}
-
 double milliseconds() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+  return millisecondsOf(CLOCK_THREAD_CPUTIME_ID);
 }
 
 // A row of the table: what an operation does between the object's making and its end.
@@ -74,9 +69,13 @@ class Slices {
   Progress progress_{[this](double) { return mark(); }};
 };
 
-PrepConfiguration generated(std::int32_t method, std::int32_t factors, std::int32_t runs) {
+PrepConfiguration generated(std::int32_t method, std::int32_t factors, std::int32_t runs, bool ranked = false) {
   PrepConfiguration prep = preparedConfiguration(method, factors, runs);
-  Slices slices("generate, " + std::string(methodNameOf(method)));
+  if (ranked) {
+    prep.factors.correlationMode = kImanConover;
+    require(prep.prepareGeneration(), prep.errorText());
+  }
+  Slices slices("generate, " + std::string(methodNameOf(method)) + (ranked ? ", ranked" : ""));
   for (std::int32_t target = 1, percent = 0; percent < kDone; ++target) {
     percent = prep.generate(target, slices.progress());
     require(percent >= 0, prep.errorText());
@@ -177,9 +176,18 @@ void drawLayers(const std::string& name, const Figure& figure) {
     const Slices slices("index of " + name);
     FigureIndex index;
     require(index.build(figure, layout, slices.progress()), "can't build the index");
+    Slices asked("a run under the pointer, " + name);
+    constexpr double kReach = 4.0;
+    static_cast<void>(index.hit(400.0, 300.0, kReach));  // whether one is there doesn't matter
+    asked.mark();
   }
-  const Slices slices("PDF of " + name);
-  require(!renderPicture(figure, PictureFormat::Pdf, 1.0, slices.progress()).empty(), "can't render");
+}
+
+void render(const std::string& name, const Figure& figure) {
+  for (const auto& [format, suffix] : {std::pair(PictureFormat::Pdf, "PDF"), std::pair(PictureFormat::Png, "PNG")}) {
+    const Slices slices(std::string(suffix) + " of " + name);
+    require(!renderPicture(figure, format, 1.0, slices.progress()).empty(), "can't render");
+  }
 }
 
 void pictures(const ProjectConfiguration& project) {
@@ -187,11 +195,36 @@ void pictures(const ProjectConfiguration& project) {
   std::string message;
   {
     const Slices slices("columns of plots");
-    require(readRunTable(project.prep, project.model, project.vels.outputNames(project.model), {}, table, message),
+    require(readRunTable(project.prep, project.model, project.vels.outputNames(project.model), {}, table, message,
+                         slices.progress()),
             message);
   }
-  drawLayers("scattergram", scatterPlot(table.columns.front(), table.columns.back()));
-  drawLayers("cobweb", cobwebPlot(table, {}));
+  const Figure scattergram = scatterPlot(table.columns.front(), table.columns.back());
+  drawLayers("scattergram", scattergram);
+  render("scattergram", scattergram);
+  Figure cobweb;
+  {
+    const Slices slices("figure of cobweb");
+    cobweb = cobwebPlot(table, {}, false, ColourSet::Distinct, slices.progress());
+  }
+  drawLayers("cobweb", cobweb);
+  // In a file each line is inked by itself, a hundred thousand of them in ten seconds.
+  constexpr std::int32_t kInked = 100000;
+  RunTable first = table;
+  first.runs = std::min(first.runs, kInked);
+  for (RunColumn& column : first.columns) column.values.resize(static_cast<std::size_t>(first.runs));
+  render("cobweb of 100000 runs", cobwebPlot(first, {}));
+  const Selection selection(std::make_shared<RunTable>(std::move(table)), 0);
+  {
+    const Slices slices("save a selection as a sample");
+    const std::string path = WorkingFile::directory() + "/tarvex-slices.sam";
+    require(saveSelection(path, project.prep, selection.runs(), message, slices.progress()), message);
+    std::filesystem::remove(path);
+  }
+  const Slices slices("save a selection as a table");
+  const std::string path = WorkingFile::directory() + "/tarvex-slices.csv";
+  require(selection.saveCsv(path, message, slices.progress()), message);
+  std::filesystem::remove(path);
 }
 
 void study(std::int32_t method, std::int32_t factors, std::int32_t runs) {
@@ -225,5 +258,7 @@ int main(int argc, char** argv) {
   std::printf("%-48s %8s %10s %12s\n", "operation", "reports", "longest", "whole");
   for (const std::int32_t method : {kRandom, kLatin, kLpTau, kMorris, kFast, kSobol, kRepLatin})
     bench::study(method, factors, runs);
+  for (const std::int32_t method : {kRandom, kLatin})
+    static_cast<void>(bench::generated(method, factors, runs, true));  // only its row counts
   return 0;
 }
