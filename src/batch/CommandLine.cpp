@@ -62,22 +62,23 @@ void addSample(CLI::App& app, SampleOptions& options, Command& command) {
   sub->add_option("FACTORS", options.factorFile, "Factor file (.fac)")->required();
   sub->add_option("-o,--output", options.output, "Sample file to write (.sam)")->required();
   sub->add_option("-m,--method", options.method, "Sampling method")->required()->check(CLI::IsMember(kMethodWords));
-  addNumber(*sub, "-n,--runs", options.runs, "Number of runs (random, latin, lptau, fast)");
-  addNumber(*sub, "-s,--seed", options.seed, "Seed (random, latin, replicated-latin, morris, fast)");
-  addNumber(*sub, "--base-design", options.baseDesign, "Runs of the base design (replicated-latin)");
-  addNumber(*sub, "--replications", options.replications, "Number of replications (replicated-latin)");
-  addNumber(*sub, "--trajectories", options.trajectories, "Number of trajectories (morris)");
-  addNumber(*sub, "--levels", options.levels, "Levels of the grid (morris)");
+  addNumber(*sub, "-n,--runs", options.settings.runs, "Number of runs (random, latin, lptau, fast)");
+  addNumber(*sub, "-s,--seed", options.settings.seed, "Seed (random, latin, replicated-latin, morris, fast)");
+  addNumber(*sub, "--base-design", options.settings.baseDesign, "Runs of the base design (replicated-latin)");
+  addNumber(*sub, "--replications", options.settings.replications, "Number of replications (replicated-latin)");
+  addNumber(*sub, "--trajectories", options.settings.trajectories, "Number of trajectories (morris)");
+  addNumber(*sub, "--levels", options.settings.levels, "Levels of the grid (morris)");
   sub->add_option("--mode", options.mode, "Indices to compute (fast)")
       ->check(CLI::IsMember({"classic", "extended", "groups"}));
   sub->add_option("--group", options.groups, "A group of factors, NAME=a,b,c; may be repeated (fast, mode groups)")
       ->allow_extra_args(false);
-  addNumber(*sub, "--base-size", options.baseSize, "Rows of a base matrix (sobol)");
-  addNumber(*sub, "--order", options.order, "Indices up to this order; without it first and total order (sobol)");
-  sub->add_flag("--cheap", options.cheap, "Leave out the blocks that their complements stand for (sobol)");
+  addNumber(*sub, "--base-size", options.settings.baseSize, "Rows of a base matrix (sobol)");
+  addNumber(*sub, "--order", options.settings.order,
+            "Indices up to this order; without it first and total order (sobol)");
+  sub->add_flag("--cheap", options.settings.cheap, "Leave out the blocks that their complements stand for (sobol)");
   sub->add_option("--rows", options.rowsFile, "Rows to take as they are: a CSV file with a header of names (fixed)");
   sub->add_option_function<std::string>(
-         "--by", [&options](const std::string& by) { options.byFactor = by == "factor"; },
+         "--by", [&options](const std::string& by) { options.settings.listing = by == "factor" ? 1 : 0; },
          "How the file lists the table (default run)")
       ->check(CLI::IsMember({"run", "factor"}));
   sub->add_flag("--strict", options.strict,

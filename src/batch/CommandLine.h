@@ -8,6 +8,8 @@
 #include <variant>
 #include <vector>
 
+#include "sampling/SamplerSettings.h"
+
 namespace tarvex {
 
 // What the words of the command line ask for, one structure a subcommand. Only what was given is set.
@@ -16,19 +18,10 @@ struct SampleOptions {
   std::string factorFile;
   std::string output;
   std::string method;
-  std::optional<std::int64_t> runs;
-  std::optional<std::int64_t> seed;
-  std::optional<std::int64_t> baseDesign;
-  std::optional<std::int64_t> replications;
-  std::optional<std::int64_t> trajectories;
-  std::optional<std::int64_t> levels;
+  SamplerSettings settings;  // the numbers; the others are words that have yet to be read
   std::optional<std::string> mode;
   std::vector<std::string> groups;  // NAME=a,b,c
-  std::optional<std::int64_t> baseSize;
-  std::optional<std::int64_t> order;
-  bool cheap = false;
   std::optional<std::string> rowsFile;
-  bool byFactor = false;
   bool strict = false;  // what is doubtful is refused
 };
 

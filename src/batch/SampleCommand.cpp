@@ -34,7 +34,7 @@ int runSample(const SampleOptions& options, const Console& console) {
   prep.sampler = makeSampler(options, prep.factors, message);
   if (!prep.sampler) return console.fail(message);
   if (options.strict && !isBeyondDoubt(prep, message)) return console.fail(message);
-  prep.order = options.byFactor ? 1 : 0;
+  prep.order = options.settings.listing;
   prep.sampleFile = options.output;
 
   RunController controller(console.frontEnd);

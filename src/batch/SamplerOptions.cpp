@@ -95,19 +95,9 @@ bool readGroup(const std::string& text, NamedGroup& group, std::string& message)
 
 // All settings but those that have to be read.
 SamplerSettings plainSettings(const SampleOptions& options) {
-  SamplerSettings settings;
+  SamplerSettings settings = options.settings;
   settings.method = numberOf(kMethods, options.method);
-  settings.runs = options.runs;
-  settings.seed = options.seed;
-  settings.baseDesign = options.baseDesign;
-  settings.replications = options.replications;
-  settings.trajectories = options.trajectories;
-  settings.levels = options.levels;
   if (options.mode) settings.mode = numberOf(kModes, *options.mode);
-  settings.baseSize = options.baseSize;
-  settings.order = options.order;
-  settings.cheap = options.cheap;
-  settings.listing = options.byFactor ? 1 : 0;
   return settings;
 }
 
