@@ -45,39 +45,42 @@ std::int32_t generateAll(PrepConfiguration& prep) {
   return percent;
 }
 
-// Within one call, in the design, the values and the statistics; a stop anywhere leaves what a cancel leaves.
+// Within one call, in the design, its rank table, the values and the statistics; a stop anywhere leaves what a cancel
+// leaves.
 TEST(PrepConfiguration, reportsOftenAndStopsAnywhere) {
-  const auto wide = [] {
+  const auto wide = [](CorrelationMode mode) {
     PrepConfiguration prep = uniformPair(4000);
-    for (int i = 0; i < 22; ++i) prep.factors.addFactor(named<Constant>(("c" + std::to_string(i)).c_str()));
+    for (int i = 0; i < 72; ++i) prep.factors.addFactor(named<Constant>(("c" + std::to_string(i)).c_str()));
+    prep.factors.correlationMode = mode;
     return prep;
   };
-  PrepConfiguration unwatched = wide();
-  ASSERT_TRUE(unwatched.prepareGeneration());
-  ASSERT_EQ(unwatched.generate(100), 100);
-  std::vector<double> reports;
-  std::size_t stopAt = 1 << 20;
-  const auto watch = [&](double done) {
-    reports.push_back(done);
-    return reports.size() < stopAt;
-  };
-  PrepConfiguration prep = wide();
-  ASSERT_TRUE(prep.prepareGeneration());
-  EXPECT_EQ(prep.generate(100, Progress(watch)), 100);
-  EXPECT_TRUE(std::ranges::is_sorted(reports));
-  EXPECT_TRUE(textOf(prep) == textOf(unwatched));
-  const std::vector<double> all = std::move(reports);
-  for (const double share : {0.2, 0.7, 0.96}) {  // of the design, the values, the statistics
-    stopAt = static_cast<std::size_t>(std::ranges::lower_bound(all, share) - all.begin()) + 1;
-    ASSERT_LT(stopAt, all.size() + 1) << share;
-    reports.clear();
+  for (const CorrelationMode mode : {kNoCorrelation, kImanConover}) {
+    PrepConfiguration unwatched = wide(mode);
+    ASSERT_TRUE(unwatched.prepareGeneration());
+    ASSERT_EQ(unwatched.generate(100), 100);
+    std::vector<double> reports;
+    std::size_t stopAt = 1 << 20;
+    const auto watch = [&](double done) {
+      reports.push_back(done);
+      return reports.size() < stopAt;
+    };
+    PrepConfiguration prep = wide(mode);
     ASSERT_TRUE(prep.prepareGeneration());
-    EXPECT_EQ(prep.generate(100, Progress(watch)), -1);
-    EXPECT_EQ(reports.size(), stopAt) << share;
-    prep.cancelGeneration();
-    EXPECT_EQ(prep.samples.rows(), 0);
+    EXPECT_EQ(prep.generate(100, Progress(watch)), 100);
+    EXPECT_TRUE(std::ranges::is_sorted(reports));
+    EXPECT_TRUE(textOf(prep) == textOf(unwatched));
+    const std::size_t all = reports.size();
+    for (std::size_t part = 0; part < 11; ++part) {
+      stopAt = part * all / 11 + 1;
+      reports.clear();
+      ASSERT_TRUE(prep.prepareGeneration());
+      EXPECT_EQ(prep.generate(100, Progress(watch)), -1);
+      EXPECT_EQ(reports.size(), stopAt);
+      prep.cancelGeneration();
+      EXPECT_EQ(prep.samples.rows(), 0);
+    }
+    EXPECT_EQ(generateAll(prep), 100);
   }
-  EXPECT_EQ(generateAll(prep), 100);
 }
 
 TEST(PrepConfiguration, aFactorWithoutInverseEndsGeneration) {
