@@ -157,11 +157,16 @@ bool ProjectConfiguration::save(const std::string& path, const Progress& progres
 
 bool ProjectConfiguration::save(const Progress& progress) {
   errorText_ = kProjectNotWritten;
-  return fileName != kNoFile && write(progress);
+  return fileName != kNoFile && write(fileName, progress);
 }
 
-bool ProjectConfiguration::write(const Progress& progress) {
-  TextWriter out(fileName);
+bool ProjectConfiguration::saveCopy(const std::string& path, const Progress& progress) {
+  errorText_ = kProjectNotWritten;
+  return write(path, progress);
+}
+
+bool ProjectConfiguration::write(const std::string& path, const Progress& progress) {
+  TextWriter out(path);
   out.watch(progress, (hasPrep ? recordBytes(prep) : 0) + (hasModel ? recordBytes(model) : 0));
   writeHeading(out, kPrepHeading, hasPrep);
   if (hasPrep) prep.write(out);

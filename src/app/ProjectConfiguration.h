@@ -58,12 +58,14 @@ class ProjectConfiguration {
   // written under its file name, and not at all while it has none.
   [[nodiscard]] bool save(const std::string& path, const Progress& progress = {});
   [[nodiscard]] bool save(const Progress& progress = {});
+  // The same to another file; the file name stays.
+  [[nodiscard]] bool saveCopy(const std::string& path, const Progress& progress = {});
   // Why the last load() or save() failed.
   const std::string& errorText() const { return errorText_; }
 
  private:
   [[nodiscard]] bool read(TextReader& in);
-  [[nodiscard]] bool write(const Progress& progress);
+  [[nodiscard]] bool write(const std::string& path, const Progress& progress);
 
   std::uint64_t sampleMark_ = 0;
   std::uint64_t resultMark_ = 0;

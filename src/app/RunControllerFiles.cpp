@@ -162,10 +162,8 @@ Outcome RunController::failWrite(const std::string& path) {
 bool RunController::saveCopy(const std::string& path, std::string& message, const Progress& progress) {
   const Scope scope(*this);
   const BusyScope inProgress(*this);
-  const std::string name = project_.fileName;
-  const bool saved = project_.save(path, progress);
+  const bool saved = project_.saveCopy(path, progress);
   if (!saved) message = project_.errorText();
-  project_.fileName = name;
   return saved;
 }
 

@@ -84,19 +84,31 @@ PixelLayer::PixelLayer(Canvas& canvas, const Rect& area)
   pixels_.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
 }
 
-void PixelLayer::cover(const DiscCounts& discs, const Colour& colour, double single) {
+// Mixes ink into each pixel that is covered.
+template <class InkAt, class Opacity>
+bool PixelLayer::mixAll(const std::vector<std::uint32_t>& counts, InkAt inkAt, const Opacity& opacity,
+                        const Progress& progress) {
+  constexpr std::size_t kPixelsAReport = std::size_t{1} << 20;
+  for (std::size_t pixel = 0; pixel < counts.size(); ++pixel) {
+    if (pixel % kPixelsAReport == 0 && !progress.report(pixel, counts.size())) return false;
+    if (counts[pixel] != 0) mix(pixels_[pixel], inkAt(pixel), opacity(counts[pixel]));
+  }
+  return progress.report(1.0);
+}
+
+bool PixelLayer::cover(const DiscCounts& discs, const Colour& colour, double single, const Progress& progress) {
   const std::vector<std::uint32_t>& counts = discs.counts();
   const Opacities opacities(*std::max_element(counts.begin(), counts.end()), DiscCounts::kFull, single);
   const std::uint32_t ink = inkOf(colour);
-  for (std::size_t pixel = 0; pixel < counts.size(); ++pixel)
-    if (counts[pixel] != 0) mix(pixels_[pixel], ink, opacities(counts[pixel]));
+  return mixAll(
+      counts, [ink](std::size_t) { return ink; }, opacities, progress);
 }
 
-void PixelLayer::cover(const LineCounts& lines, double single) {
+bool PixelLayer::cover(const LineCounts& lines, double single, const Progress& progress) {
   const std::vector<std::uint32_t>& counts = lines.counts();
   const Opacities opacities(*std::max_element(counts.begin(), counts.end()), lines.parts(), single);
-  for (std::size_t pixel = 0; pixel < counts.size(); ++pixel)
-    if (counts[pixel] != 0) mix(pixels_[pixel], lines.inks()[pixel], opacities(counts[pixel]));
+  return mixAll(
+      counts, [&lines](std::size_t pixel) { return lines.inks()[pixel]; }, opacities, progress);
 }
 
 // The part between two positions of the column (steep: the row) number `step`. Whole pixels of the ink alone: at

@@ -4,6 +4,7 @@
 #include <map>
 #include <vector>
 
+#include "base/Progress.h"
 #include "plots/Figure.h"
 #include "plots/Rect.h"
 
@@ -28,16 +29,19 @@ class PixelLayer {
   double pixelY(double y) const { return (y - y_) * perUnit_; }
 
   // Discs of one colour; the more of them meet, the darker. `single`: the opacity of one alone.
-  // Requires: counts of as many pixels as the layer has.
-  void cover(const DiscCounts& discs, const Colour& colour, double single);
-  // Lines of a palette; where colours meet, they mix by how many lines have each.
-  void cover(const LineCounts& lines, double single);
+  // False when it was stopped. Requires: counts of as many pixels as the layer has.
+  [[nodiscard]] bool cover(const DiscCounts& discs, const Colour& colour, double single, const Progress& progress);
+  // Lines of a palette; where colours meet, they mix by how many lines have each. The same.
+  [[nodiscard]] bool cover(const LineCounts& lines, double single, const Progress& progress);
   // For files: an opaque straight line of whole pixels over what is there. Places are on the canvas.
   void addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour);
 
   void paint();
 
  private:
+  template <class InkAt, class Opacity>
+  [[nodiscard]] bool mixAll(const std::vector<std::uint32_t>& counts, InkAt inkAt, const Opacity& opacity,
+                            const Progress& progress);
   void inkSpan(int step, double from, double to, bool steep, std::uint32_t ink);
   void composeOnWhite();
   void paintMask(std::uint32_t ink);

@@ -134,9 +134,9 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   palette.push_back(canvas_.inks().frame);
   LineCounts lines(layer.width(), layer.height(), look.width * layer.perUnit());
   if (!lines.count(axes, classes, palette, progress.part(kPlacingShare, 1.0))) return false;
-  layer.cover(lines, look.opacity);
+  if (!layer.cover(lines, look.opacity, progress.part(1.0, 1.0))) return false;
   layer.paint();
-  return true;
+  return progress.report(1.0);
 }
 
 bool CobwebPainter::inkLines(const std::vector<std::size_t>& runs, bool dropped, double width,

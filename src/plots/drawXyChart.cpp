@@ -24,6 +24,7 @@ constexpr double kBarGap = 0.12;  // of a separated column, on each side
 constexpr double kOutlinedFrom = 3.0;          // narrower bars would be all outline
 constexpr double kRing = 3.0;                  // around a point that stands out, beyond its radius
 constexpr std::size_t kPointsAtOnce = 100000;  // between two reports
+constexpr double kCountingShare = 0.6;         // of the time until points are painted, roughly
 
 // More points than this let each other through. Alone they must still be seen.
 constexpr std::size_t kMostOpaquePoints = 20000;
@@ -151,8 +152,9 @@ bool PlanePainter::countPoints(const Points& points, std::size_t shown, bool dro
       std::isnormal(shareX) && std::isnormal(shareY) && std::isfinite(startX) && std::isfinite(startY);
   const std::size_t size = std::min(points.x.size(), points.y.size());
   const bool allKept = points.runs.dropped.empty();
+  const Progress counting = progress.part(0.0, kCountingShare);
   for (std::size_t i = 0; i < size; ++i) {
-    if (i % kPointsAtOnce == 0 && !progress.report(i, size)) return false;
+    if (i % kPointsAtOnce == 0 && !counting.report(i, size)) return false;
     const double x = points.x[i];
     const double y = points.y[i];
     if ((allKept ? dropped : points.runs.isDropped(i) != dropped) || !x_.holds(x) || !y_.holds(y)) continue;
@@ -161,10 +163,12 @@ bool PlanePainter::countPoints(const Points& points, std::size_t shown, bool dro
     else
       discs.add(layer.pixelX(x_(x)), layer.pixelY(y_(y)));
   }
-  layer.cover(discs, dropped ? points.runs.droppedColour : points.colour,
-              shown > kMostOpaquePoints ? kCrowdedOpacity : 1.0);
+  const double opacity = shown > kMostOpaquePoints ? kCrowdedOpacity : 1.0;
+  if (!layer.cover(discs, dropped ? points.runs.droppedColour : points.colour, opacity,
+                   progress.part(kCountingShare, 1.0)))
+    return false;
   layer.paint();
-  return true;
+  return progress.report(1.0);
 }
 
 void PlanePainter::drawLine(const Line& line) const {
