@@ -176,6 +176,7 @@ void drawLayers(const std::string& name, const Figure& figure) {
     const Slices slices("index of " + name);
     FigureIndex index;
     require(index.build(figure, layout, slices.progress()), "can't build the index");
+    // Within the row before, whose longest it is where a picture has no grid.
     Slices asked("a run under the pointer, " + name);
     constexpr double kReach = 4.0;
     static_cast<void>(index.hit(400.0, 300.0, kReach));  // whether one is there doesn't matter
@@ -215,15 +216,15 @@ void pictures(const ProjectConfiguration& project) {
   for (RunColumn& column : first.columns) column.values.resize(static_cast<std::size_t>(first.runs));
   render("cobweb of 100000 runs", cobwebPlot(first, {}));
   const Selection selection(std::make_shared<RunTable>(std::move(table)), 0);
+  const std::string path = WorkingFile::directory() + "/tarvex-slices.selection";
   {
     const Slices slices("save a selection as a sample");
-    const std::string path = WorkingFile::directory() + "/tarvex-slices.sam";
     require(saveSelection(path, project.prep, selection.runs(), message, slices.progress()), message);
-    std::filesystem::remove(path);
   }
-  const Slices slices("save a selection as a table");
-  const std::string path = WorkingFile::directory() + "/tarvex-slices.csv";
-  require(selection.saveCsv(path, message, slices.progress()), message);
+  {
+    const Slices slices("save a selection as a table");
+    require(selection.saveCsv(path, message, slices.progress()), message);
+  }
   std::filesystem::remove(path);
 }
 

@@ -163,30 +163,36 @@ void PixelLayer::composeOnWhite() {
   }
 }
 
-void PixelLayer::paint() {
+bool PixelLayer::paint(const Progress& progress) {
   const SavedState state(canvas_.context());
   cairo_translate(canvas_.context(), x_, y_);
   cairo_scale(canvas_.context(), 1.0 / perUnit_, 1.0 / perUnit_);
   if (inks_.empty() || !canvas_.isVector()) {
     if (canvas_.isVector()) composeOnWhite();
     paintImage(pixels_.data(), CAIRO_FORMAT_ARGB32, static_cast<int>(sizeof(std::uint32_t)) * width_);
-    return;
+    return progress.report(1.0);
   }
+  const double share = 1.0 / static_cast<double>(inks_.size());
+  double done = 0.0;
   for (const auto& [ink, colour] : inks_) {
     canvas_.setColour(colour);
-    paintMask(ink);
+    if (!paintMask(ink, progress.part(done, done + share))) return false;
+    done += share;
   }
+  return true;
 }
 
 // All pixels that are left, in the current colour: a bit each, which files hold tightly and soon. Those of the ink are
 // then done; the others lie above them, so that no white shows between neighbours where the image is shrunk.
-void PixelLayer::paintMask(std::uint32_t ink) {
+bool PixelLayer::paintMask(std::uint32_t ink, const Progress& progress) {
+  constexpr int kRowsAReport = 200;
   const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A1, width_);
   std::vector<std::uint32_t> bits(static_cast<std::size_t>(stride) / sizeof(std::uint32_t) *
                                   static_cast<std::size_t>(height_));
   constexpr std::size_t kWord = 32;
   std::uint32_t* pixel = pixels_.data();
   for (int row = 0; row < height_; ++row) {
+    if (row % kRowsAReport == 0 && !progress.report(row, height_)) return false;
     std::uint32_t* words =
         bits.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(stride) / sizeof(std::uint32_t);
     for (std::size_t column = 0; column < static_cast<std::size_t>(width_); ++column, ++pixel) {
@@ -197,6 +203,7 @@ void PixelLayer::paintMask(std::uint32_t ink) {
     }
   }
   paintImage(bits.data(), CAIRO_FORMAT_A1, stride);
+  return progress.report(1.0);
 }
 
 void PixelLayer::paintImage(std::uint32_t* data, int format, int stride) {

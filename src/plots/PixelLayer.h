@@ -36,7 +36,8 @@ class PixelLayer {
   // For files: an opaque straight line of whole pixels over what is there. Places are on the canvas.
   void addLine(double x0, double y0, double x1, double y1, double width, const Colour& colour);
 
-  void paint();
+  // False when it was stopped.
+  [[nodiscard]] bool paint(const Progress& progress);
 
  private:
   template <class InkAt, class Opacity>
@@ -44,7 +45,7 @@ class PixelLayer {
                             const Progress& progress);
   void inkSpan(int step, double from, double to, bool steep, std::uint32_t ink);
   void composeOnWhite();
-  void paintMask(std::uint32_t ink);
+  [[nodiscard]] bool paintMask(std::uint32_t ink, const Progress& progress);
   void paintImage(std::uint32_t* data, int format, int stride);
 
   Canvas& canvas_;

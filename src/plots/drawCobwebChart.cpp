@@ -24,6 +24,7 @@ constexpr double kMarkLength = 4.0;        // of axis marks, on each side
 constexpr double kCrowding = 0.2;          // share of the distance of axes that marks and lines of one take at most
 constexpr int kMarkParts = 4;              // an axis is marked at its quarters
 constexpr std::size_t kLinesAtOnce = 500;  // between two reports
+constexpr double kInkedShare = 0.9;        // of the time until they stand in a file
 constexpr double kPlacingShare = 0.2;      // of the time until lines are painted, roughly
 
 // More lines, or more points on them, are painted as pixels: a stroke takes some 0.1 ms on a surface of pixels, and in
@@ -135,15 +136,15 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   LineCounts lines(layer.width(), layer.height(), look.width * layer.perUnit());
   if (!lines.count(axes, classes, palette, progress.part(kPlacingShare, 1.0))) return false;
   if (!layer.cover(lines, look.opacity, progress.part(1.0, 1.0))) return false;
-  layer.paint();
-  return progress.report(1.0);
+  return layer.paint(progress.part(1.0, 1.0));
 }
 
 bool CobwebPainter::inkLines(const std::vector<std::size_t>& runs, bool dropped, double width,
                              const Progress& progress) const {
   PixelLayer layer(canvas_, layout_.plane.grown(1.0));
+  const Progress inking = progress.part(0.0, kInkedShare);
   for (std::size_t i = 0; i < runs.size(); ++i) {
-    if (i % kLinesAtOnce == 0 && !progress.report(i, runs.size())) return false;
+    if (i % kLinesAtOnce == 0 && !inking.report(i, runs.size())) return false;
     const Colour colour = colourOf(runs[i], dropped);
     const std::vector<Place> points = polyline(runs[i]);
     for (std::size_t axis = 1; axis < points.size(); ++axis) {
@@ -152,8 +153,7 @@ bool CobwebPainter::inkLines(const std::vector<std::size_t>& runs, bool dropped,
       if (clipLine(layout_.plane, x0, y0, x1, y1)) layer.addLine(x0, y0, x1, y1, width, colour);
     }
   }
-  layer.paint();
-  return true;
+  return layer.paint(progress.part(kInkedShare, 1.0));
 }
 
 void CobwebPainter::drawAxes() const {

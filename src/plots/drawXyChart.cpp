@@ -167,8 +167,7 @@ bool PlanePainter::countPoints(const Points& points, std::size_t shown, bool dro
   if (!layer.cover(discs, dropped ? points.runs.droppedColour : points.colour, opacity,
                    progress.part(kCountingShare, 1.0)))
     return false;
-  layer.paint();
-  return progress.report(1.0);
+  return layer.paint(progress.part(1.0, 1.0));
 }
 
 void PlanePainter::drawLine(const Line& line) const {
