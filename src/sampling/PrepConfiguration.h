@@ -78,8 +78,10 @@ class PrepConfiguration {
   bool passValues(std::int32_t& percent, std::int32_t target, const Progress& progress);
   static void releaseTable(Factor& factor);
   bool openColumn(const Factor& factor, const Progress& progress);
-  bool passCells(std::int32_t factorIndex, std::int32_t endRow);
-  bool passRelation(Relation& relation, std::int32_t factorIndex, std::int32_t endRow);
+  std::int32_t passWidth();  // factors that are passed side by side from nextFactor_ on
+  bool passCells(std::int32_t endRow);
+  bool passRelations(std::int32_t endRow);
+  bool passRelation(std::int32_t factorIndex, std::int32_t first, std::int32_t rows);
   bool finishGeneration(const Progress& progress);
   void dropHalfMade();
 

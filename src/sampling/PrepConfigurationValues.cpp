@@ -1,4 +1,5 @@
-// The value pass of a generation: the numbers of the design become factor values, column by column.
+// The value pass of a generation: the numbers of the design become factor values, column by column, and the relations
+// are evaluated over them, run by run.
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -20,35 +21,43 @@ void PrepConfiguration::releaseTable(Factor& factor) {
   if (auto* distribution = dynamic_cast<Distribution*>(&factor)) distribution->clearTable();
 }
 
+// Relations stand last in the order. They are passed side by side: a pass over the rows for each of them would move the
+// whole table as often.
+std::int32_t PrepConfiguration::passWidth() {
+  return factors.factor(factors.factorAt(nextFactor_)).isRelation() ? factors.factorCount() - nextFactor_ : 1;
+}
+
 bool PrepConfiguration::passValues(std::int32_t& percent, std::int32_t target, const Progress& progress) {
   const std::int32_t runs = samples.rows();
   const double cells = static_cast<double>(factors.factorCount()) * runs;
-  const auto percentBefore = [&](std::int32_t row) {
-    return static_cast<std::int32_t>(((static_cast<double>(nextFactor_) * runs + row) / cells + 1.0) *
-                                     (kDone - kSamplerShare));
-  };
   bool first = true;
   while (percent < target) {
-    const double done = (static_cast<double>(nextFactor_) * runs + nextRow_) / cells;
-    if (!std::exchange(first, false) && !progress.report(kValuesShare * done)) return false;
-    const std::int32_t f = factors.factorAt(nextFactor_);
-    if (nextRow_ == 0 && !openColumn(factors.factor(f), progress.part(kValuesShare * done, kValuesShare * done)))
-      return false;
-    // The first cell behind which the target is reached, or the column's last.
+    const std::int32_t width = passWidth();
+    const auto doneBefore = [&](std::int32_t row) {
+      return (static_cast<double>(nextFactor_) * runs + static_cast<double>(row) * width) / cells;
+    };
+    const auto percentBefore = [&](std::int32_t row) {
+      return static_cast<std::int32_t>((doneBefore(row) + 1.0) * (kDone - kSamplerShare));
+    };
+    const double done = kValuesShare * doneBefore(nextRow_);
+    if (!std::exchange(first, false) && !progress.report(done)) return false;
+    const Factor& factor = factors.factor(factors.factorAt(nextFactor_));
+    if (nextRow_ == 0 && !openColumn(factor, progress.part(done, done))) return false;
+    // The first row behind which the target is reached, or the column's last.
     std::int32_t end = nextRow_ + 1;
-    for (std::int32_t last = std::min(nextRow_ + kCellsAReport, runs); end < last;) {
+    for (std::int32_t last = std::min(nextRow_ + std::max(kCellsAReport / width, 1), runs); end < last;) {
       const std::int32_t middle = end + (last - end) / 2;
       if (percentBefore(middle) < target)
         end = middle + 1;
       else
         last = middle;
     }
-    if (!passCells(f, end)) return false;
+    if (!passCells(end)) return false;
     percent = percentBefore(end);
     nextRow_ = end;
     if (nextRow_ < runs) continue;
-    releaseTable(factors.factor(f));
-    ++nextFactor_;
+    releaseTable(factors.factor(factors.factorAt(nextFactor_)));
+    nextFactor_ += width;
     nextRow_ = 0;
   }
   return percent < kDone || finishGeneration(progress.part(kValuesShare, 1.0));
@@ -70,11 +79,13 @@ bool PrepConfiguration::finishGeneration(const Progress& progress) {
   return true;
 }
 
-// Turns the cells of the factor from the run `nextRow_` to before `endRow`, kCellsAReport at most, into factor values.
-bool PrepConfiguration::passCells(std::int32_t factorIndex, std::int32_t endRow) {
+// Turns the cells from the run `nextRow_` to before `endRow`, kCellsAReport at most, into factor values: those of the
+// factor at `nextFactor_`, or of all relations.
+bool PrepConfiguration::passCells(std::int32_t endRow) {
+  const std::int32_t factorIndex = factors.factorAt(nextFactor_);
   Factor& factor = factors.factor(factorIndex);
   if (factor.isConstant()) return true;
-  if (factor.isRelation()) return passRelation(static_cast<Relation&>(factor), factorIndex, endRow);
+  if (factor.isRelation()) return passRelations(endRow);
   // A plain factor, as external samples have them, knows no distribution.
   auto* distribution = dynamic_cast<Distribution*>(&factor);
   const bool refused =
@@ -94,24 +105,36 @@ bool PrepConfiguration::passCells(std::int32_t factorIndex, std::int32_t endRow)
   return true;
 }
 
-bool PrepConfiguration::passRelation(Relation& relation, std::int32_t factorIndex, std::int32_t endRow) {
-  if (nextRow_ == 0) relation.bindNames(factorNames);
-  constexpr std::int32_t kRows = Equation::kBlockRows;
-  std::array<double, kRows> values;
-  for (std::int32_t first = nextRow_; first < endRow; first += kRows) {
-    const std::int32_t count = std::min(kRows, endRow - first);
-    for (std::int32_t i = 0; i < count; ++i) {
-      const double* row = samples.rowPointer(first + i);
-      if (row == nullptr) return fail(samples.errorText());
-      relation.enter(static_cast<std::size_t>(i), row);
-    }
-    failedRows_[static_cast<std::size_t>(factorIndex)] +=
-        relation.evaluateEntered(static_cast<std::size_t>(count), values.data());
-    for (std::int32_t i = 0; i < count; ++i) {
-      double* row = samples.rowPointer(first + i);
-      if (row == nullptr) return fail(samples.errorText());
-      row[factorIndex] = values[static_cast<std::size_t>(i)];
-    }
+// In blocks of rows that end where the store's window does: a window goes forward only, as one that began in the middle
+// of another would leave the table by factor behind.
+bool PrepConfiguration::passRelations(std::int32_t endRow) {
+  const std::int32_t count = factors.factorCount();
+  for (std::int32_t k = nextFactor_; nextRow_ == 0 && k < count; ++k)
+    static_cast<Relation&>(factors.factor(factors.factorAt(k))).bindNames(factorNames);
+  const std::int32_t window = samples.blockRows();
+  std::int32_t rows = 0;
+  for (std::int32_t first = nextRow_; first < endRow; first += rows) {
+    rows = std::min({static_cast<std::int32_t>(Equation::kBlockRows), endRow - first, window - first % window});
+    for (std::int32_t k = nextFactor_; k < count; ++k)
+      if (!passRelation(factors.factorAt(k), first, rows)) return false;
+  }
+  return true;
+}
+
+bool PrepConfiguration::passRelation(std::int32_t factorIndex, std::int32_t first, std::int32_t rows) {
+  auto& relation = static_cast<Relation&>(factors.factor(factorIndex));
+  for (std::int32_t i = 0; i < rows; ++i) {
+    const double* row = samples.rowPointer(first + i);
+    if (row == nullptr) return fail(samples.errorText());
+    relation.enter(static_cast<std::size_t>(i), row);
+  }
+  std::array<double, Equation::kBlockRows> values;
+  failedRows_[static_cast<std::size_t>(factorIndex)] +=
+      relation.evaluateEntered(static_cast<std::size_t>(rows), values.data());
+  for (std::int32_t i = 0; i < rows; ++i) {
+    double* row = samples.rowPointer(first + i);
+    if (row == nullptr) return fail(samples.errorText());
+    row[factorIndex] = values[static_cast<std::size_t>(i)];
   }
   return true;
 }

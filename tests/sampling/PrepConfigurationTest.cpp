@@ -2,6 +2,7 @@
 
 #include <sys/resource.h>
 
+#include <array>
 #include <utility>
 
 #include "factors/Constant.h"
@@ -94,6 +95,30 @@ TEST(PrepConfiguration, aFactorWithoutInverseEndsGeneration) {
     prep.cancelGeneration();
     EXPECT_EQ(prep.samples.rows(), 0);
   }
+}
+
+// A table of several windows, which no block of rows divides. A relation reads 0 of one that comes behind it.
+TEST(PrepConfiguration, relationsAreTheSameByRunAndByFactor) {
+  constexpr std::int32_t kRuns = 140000;
+  const auto relation = [](const char* name, const char* text) {
+    auto made = named<Relation>(name);
+    EXPECT_TRUE(made->setExpression(text));
+    return made;
+  };
+  PrepConfiguration prep = uniformPair(kRuns, relation("sum", "a + b + twice"));
+  prep.factors.addFactor(relation("twice", "2 * sum"));
+  ASSERT_EQ(generateAll(prep), 100);
+  std::array<std::vector<double>, 4> columns;
+  for (std::int32_t i = 0; i < 4; ++i) ASSERT_TRUE(prep.samples.getColumn(i, columns[i]));
+  std::array<double, 4> row{};
+  int other = 0;
+  for (std::int32_t r = 0; r < kRuns; ++r) {
+    ASSERT_TRUE(prep.samples.getRow(r, row.data()));
+    for (std::size_t i = 0; i < 4; ++i) other += row[i] != columns[i][r] ? 1 : 0;
+    ASSERT_NEAR(row[2], row[0] + row[1], 1e-5) << r;
+    ASSERT_NEAR(row[3], 2.0 * row[2], 2e-5) << r;
+  }
+  EXPECT_EQ(other, 0);
 }
 
 TEST(PrepConfiguration, rowsInWhichARelationFailsAreZeroAndCounted) {
