@@ -27,7 +27,6 @@ int main(int argc, char** argv) {
   std::set_terminate(onTerminate);
   tarvex::StopSignals::install();
   tarvex::endOnLibraryFailure("tarvex-batch");
-  tarvex::endOnLibraryFault();
   const std::vector<std::string> words(argv + 1, argv + argc);
   const int status = tarvex::runBatch(words, std::cout, std::cerr, isatty(STDERR_FILENO) != 0);
   std::cout.flush();

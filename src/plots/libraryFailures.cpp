@@ -1,8 +1,11 @@
 #include "plots/libraryFailures.h"
 
+#include <dlfcn.h>
+#include <execinfo.h>
 #include <glib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <csignal>
@@ -46,9 +49,18 @@ GLogWriterOutput take(GLogLevelFlags level, const GLogField* fields, gsize count
   return g_log_writer_default(level, fields, count, nullptr);
 }
 
-// A fault of the first thread stays what it is: the instruction is met again, now without a handler.
+bool isOfFontSearch(void* code) {
+  Dl_info info{};
+  return ::dladdr(code, &info) != 0 && info.dli_fname != nullptr &&
+         std::strstr(info.dli_fname, "fontconfig") != nullptr;
+}
+
+// A fault of anybody else's stays what it is: the instruction is met again, now without a handler.
 extern "C" void onFault(int signalNumber) {
-  if (::gettid() != ::getpid()) end("A thread that looked for fonts failed.");
+  constexpr int kFrames = 8;  // this one, the system's, and those of the fault
+  std::array<void*, kFrames> frames{};
+  const int count = ::backtrace(frames.data(), kFrames);
+  if (std::any_of(frames.begin(), frames.begin() + count, isOfFontSearch)) end("The search for fonts failed.");
   std::signal(signalNumber, SIG_DFL);
 }
 
@@ -56,11 +68,10 @@ extern "C" void onFault(int signalNumber) {
 
 void endOnLibraryFailure(const char* program) {
   programName = program;
-  g_log_set_writer_func(take, nullptr, nullptr);
-}
-
-void endOnLibraryFault() {
+  void* frame = nullptr;
+  static_cast<void>(::backtrace(&frame, 1));  // its first call takes memory
   std::signal(SIGSEGV, onFault);
+  g_log_set_writer_func(take, nullptr, nullptr);
 }
 
 }  // namespace tarvex
