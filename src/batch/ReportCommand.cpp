@@ -18,7 +18,7 @@ int runReport(const ReportOptions& options, const Console& console) {
   files.writes("report", options.output, kCannotCreate);
   ProjectConfiguration project;
   std::string message;
-  if (!isReportFile(options.output, message) || !files.check(message)) return console.fail(message);
+  if (!files.check(message) || !isReportFile(options.output, message)) return console.fail(message);
   if (!loadStudyFile(options.input, project, console)) return kFailed;
   if (!project.hasPrep || !project.hasModel)
     return console.fail("The file holds no results to report: " + options.input);
