@@ -36,6 +36,7 @@ step 1 "are one file" sample flood.fac -o ../study/flood.fac -m random -n 200
 kept flood.fac "$factors"
 step 0 "200 runs of 3 factors, method Random, seed 1: flood.sam" sample flood.fac -o flood.sam -m random -n 0200
 sample=$(sum flood.sam)
+step 0 "Method: Random, 200 runs, seed 1" show flood.sam
 
 # A run, its results under the sample's name first, then where there is no directory: seen before the model runs.
 step 1 "are one file" run flood.sam -o flood.sam --model flood.imd
@@ -43,14 +44,18 @@ step 1 "results/flood.spc: No such file or directory" run flood.sam -o results/f
 kept flood.sam "$sample"
 step 0 "200 runs, 1 output: flood.spc" run flood.sam -o flood.spc --model flood.imd
 results=$(sum flood.spc)
+step 0 "200 runs of 1 output" show flood.spc
 step 0 "Sensitivity of y" analyse flood.spc
+step 0 "Sensitivity measures: not computed" show flood.spc
 
 # A new seed gives a new sample. The results are those of the old one, rows and all, and stay so.
 step 0 "seed 7" sample flood.fac -o flood.sam -m random -n 200 -s 7
 differs flood.sam "$sample"
+step 0 "seed 7" show flood.sam
 kept flood.spc "$results"
 step 0 "seed 1" show flood.spc
 step 0 "Sensitivity of y" analyse flood.spc -o analysed.spc
+step 0 "Sensitivity of y" show analysed.spc
 step 1 "are one file" analyse flood.spc -o flood.spc
 ln -s flood.spc link.spc
 step 1 "are one file" analyse flood.spc -o link.spc
@@ -71,6 +76,18 @@ rm -f flood.out.log
 holds analysed.spc flood.fac flood.imd flood.sam flood.spc slow
 step 0 "200 runs" run flood.sam -o flood.spc --model flood.imd
 differs flood.spc "$results"
+step 0 "seed 7" show flood.spc
+results=$(sum flood.spc)
+
+# The sample was moved: nothing runs, nothing is lost; back in its place it is the one that it was.
+sample=$(sum flood.sam)
+mv flood.sam "$dir/elsewhere"
+step 1 "flood.sam: No such file or directory" run flood.sam -o flood.spc --model flood.imd
+step 1 "flood.sam: No such file or directory" show flood.sam
+kept flood.spc "$results"
+mv "$dir/elsewhere/flood.sam" .
+step 0 "200 runs" run flood.sam -o flood.spc --model flood.imd
+kept flood.spc "$results"
 
 # A program's answer, and the same file read again without the program.
 cat > model <<'END'
@@ -81,6 +98,12 @@ chmod +x model
 step 0 "200 runs, 1 output" run flood.sam -o outside.spc --executable ./model --output flood.out
 step 0 "200 runs, 1 output" run flood.sam -o outside.spc --output flood.out
 step 1 "are one file" run flood.sam -o flood.out --executable ./model --output flood.out
+
+# A smaller sample; the program's file still is of the larger one.
+step 0 "100 runs" sample flood.fac -o small.sam -m random -n 100
+step 1 "100 runs of the sample, 200 of the results" run small.sam -o small.spc --output flood.out
+[ ! -e small.spc ] || fault "results of another sample are saved"
+rm small.sam
 
 # The program forgets to write this time: what it left an hour ago is not its answer, and the results stay.
 printf '#!/bin/sh\n' > model
