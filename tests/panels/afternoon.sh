@@ -90,7 +90,7 @@ start() {
   took=$((($(date +%s%N) - since) / 1000000))
 }
 gone() { ! kill -0 "$program" 2> /dev/null; }
-ended() { until_it gone || quit "it runs on"; wait "$program"; [ $? = "$1" ] || fault "the program ended by $?, not by $1"; }
+ended() { until_it gone || quit "it runs on"; local status=0; wait "$program" || status=$?; [ $status = "$1" ] || fault "the program ended by $status, not by $1"; }
 # over NAME HAVE GOAL
 over() { [ "$2" -le "$3" ] || fault "$1: $2, the goal is $3"; }
 counted() { echo "$1: $clicks clicks, $keys keys"; }

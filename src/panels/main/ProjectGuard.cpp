@@ -154,6 +154,7 @@ void ProjectGuard::save(const Progress& progress) {
 }
 
 void ProjectGuard::leave(bool keepCopy) {
+  if (std::exchange(left_, true)) return;  // also from within its own last copy, which is told as work is
   timer_.stop();
   subscription_.reset();
   if (keepCopy)

@@ -60,7 +60,8 @@ class ProjectGuard {
   bool told_ = false;   // the user, that no copy can be written
   bool saving_ = false;
   bool unsaved_ = false;  // the last save failed, and nothing has changed since
-  QString opening_;       // the project that is being opened, with what was left of it
+  bool left_ = false;
+  QString opening_;  // the project that is being opened, with what was left of it
   ChangeNotifier::Subscription subscription_;
   QElapsedTimer since_;  // the first change that the copy doesn't have
   QTimer timer_;
