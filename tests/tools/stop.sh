@@ -60,13 +60,13 @@ stops() {
 # Each fifo gives the head of its file and then nothing more.
 feed() { (head -c "$1" "$2"; exec sleep 30) > "$3" & feeders="${feeders-} $!"; }
 
-"$batch" sample "$golden/ishigami.fac" -o big.sam -m lptau -n 300000 > ../out || fault "no large sample"
+"$batch" sample "$golden/ishigami.fac" -o big.sam -m lptau -n 1000000 > ../out || fault "no large sample"
 "$batch" run big.sam -o big.spc --model "$golden/ishigami.imd" > ../out || fault "no large results"
 before=$(ls -A)
-stops INT 0.3 sample "$golden/ishigami.fac" -o a.sam -m random -n 9000000
+stops INT 0.2 sample "$golden/ishigami.fac" -o a.sam -m random -n 9000000
 stops TERM 0.3 sample "$golden/plant.fac" -o a.sam -m latin -n 900000
 stops HUP 0.3 sample "$golden/unit4.fac" -o a.sam -m sobol --base-size 400000
-stops TERM 0.2 run big.sam -o a.spc --model "$golden/ishigami.imd"
+stops TERM 0.1 run big.sam -o a.spc --model "$golden/ishigami.imd"
 stops INT 0.3 run small.sam -o a.spc --executable ./model --output a.out
 pgrep -f 'sleep 6[01]$' > ../left && fault "the model's programs run on: $(cat ../left)"
 stops TERM 0.2 analyse big.spc -o a.spc --csv a.csv --tables tables --plots plots
