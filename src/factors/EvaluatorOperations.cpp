@@ -81,4 +81,10 @@ const Function* functionOf(std::string_view name) {
   return function == std::end(kFunctions) ? nullptr : function;
 }
 
+std::vector<std::string_view> functionNames() {
+  std::vector<std::string_view> names;
+  for (const Function& function : kFunctions) names.push_back(function.name);
+  return names;
+}
+
 }  // namespace tarvex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 namespace tarvex {
 
@@ -35,5 +36,7 @@ struct Function {
 
 // Null for a name that is none.
 const Function* functionOf(std::string_view name);
+// Those that there are, sorted.
+std::vector<std::string_view> functionNames();
 
 }  // namespace tarvex

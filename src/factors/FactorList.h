@@ -11,6 +11,9 @@
 
 namespace tarvex {
 
+// What is said to a name that another factor has.
+inline constexpr const char* kNameInUse = "   The name of this factor is already in use";
+
 // The line of a record that holds the path of a Stein file.
 inline constexpr LineRule kSteinFileRule{"the name of the Stein file", 4095};
 
@@ -51,6 +54,22 @@ class FactorList {
   void addFactor(std::unique_ptr<Factor> factor, CorrelationNode node = {});
   void clear();  // no factors, no correlation, no Stein sample
 
+  // Changes of a list that is edited. Links of the tree and cells of the matrix stay with their factors; a Stein sample
+  // stays too, so who changes what its columns stand for drops it first.
+  //
+  // Keeps the factors of these places, in this order, each place at most once. The others go with their links and
+  // cells: their children become roots.
+  void arrange(const std::vector<std::int32_t>& places);
+  // Puts another factor in the place of one. One that isn't sampled loses links and cells.
+  void replaceFactor(std::int32_t i, std::unique_ptr<Factor> factor);
+  // Gives a factor another name, in the expressions of all relations that use it too. False, with the reason, when the
+  // name is refused or in use, or a relation can't follow; nothing is changed then.
+  [[nodiscard]] bool renameFactor(std::int32_t i, const std::string& name, std::string& message);
+  // True when the correlation in force, tree or matrix, says something of the factor.
+  bool isCorrelated(std::int32_t i) const;
+  bool hasStein() const { return steinInfo.rows() > 0; }
+  void dropStein();  // the correlation it was the mode of, too
+
   const CorrelationNode& node(std::int32_t i) const { return nodes_[static_cast<std::size_t>(i)]; }
   // Links `child` below `parent`, away from the parent that it had; a `parent` of -1 makes it a root. False,
   // with nothing changed, when that would close a loop, for factors that are not correlatable and for a correlation
@@ -83,6 +102,11 @@ class FactorList {
 
  private:
   friend class FactorListText;
+
+  // The place of a correlatable factor among those; the matrix with these rows of it, -1 for one of zeros.
+  std::int32_t matrixRowOf(std::int32_t i) const;
+  void takeMatrixRows(const std::vector<std::int32_t>& rows);
+  void unlink(std::int32_t i);
 
   CorrelationNode& nodeAt(std::int32_t i) { return nodes_[static_cast<std::size_t>(i)]; }
   std::size_t matrixPlace(std::int32_t row, std::int32_t column) const {
