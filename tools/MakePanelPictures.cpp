@@ -16,6 +16,7 @@
 #include <cstring>
 
 #include "app/RunController.h"
+#include "factors/factorFields.h"
 #include "panels/help/PHelp.h"
 #include "panels/help/PHelpViewer.h"
 #include "panels/help/PQuickHelp.h"
@@ -25,6 +26,15 @@
 #include "panels/main/PLinkFactors.h"
 #include "panels/main/PLogFile.h"
 #include "panels/main/PMainPanel.h"
+#include "panels/prep/PGraphics.h"
+#include "panels/prep/PInputFactors.h"
+#include "panels/prep/PInspector.h"
+#include "panels/prep/POutputSelection.h"
+#include "panels/prep/PPrepMain.h"
+#include "panels/prep/PTruncation.h"
+#include "panels/prep/PVisInputFactors.h"
+#include "panels/prep/editFactor.h"
+#include "sampling/SamplerFactory.h"
 #include "toolkit/Application.h"
 #include "toolkit/Display.h"
 #include "toolkit/Theme.h"
@@ -124,6 +134,66 @@ class Pictures {
   bool failed_ = false;
 };
 
+// A flood of a river: a factor of most kinds.
+std::shared_ptr<FactorList> floodFactors() {
+  const struct {
+    const char* name;
+    const char* kind;
+    const char* parameters;
+    const char* note;
+  } rows[] = {{"flow", "LogNormal", "7.04 0.6", "m3 a second, yearly maxima"},
+              {"roughness", "Normal", "30 7.5 0.02 0.98", "Strickler"},
+              {"upstream", "Triangular", "54 55 56", "m"},
+              {"downstream", "Beta", "2 3 49 51", "m"},
+              {"dike", "Uniform", "7 8 0.25; 8 9 0.5; 9 10 0.25", "m"},
+              {"width", "Constant", "300", "m"},
+              {"years", "Exponential", "0.05", "until the next flood"},
+              {"gate", "Discrete", "0 0.9; 1 0.08; 2 0.02", "gates that fail"},
+              {"repair", "Gamma", "3 0.5", "days"},
+              {"life", "Weibull", "1.8 40", "years"},
+              {"scale", "LogUniform", "0.01 10", ""},
+              {"slope", "Relation", "sqrt((upstream - downstream) * 0.0002)", ""}};
+  auto list = std::make_shared<FactorList>();
+  std::string message;
+  for (const auto& row : rows) {
+    std::unique_ptr<Factor> factor = readFactorFields(row.kind, row.parameters, nullptr, message);
+    if (!factor) continue;
+    factor->name = row.name;
+    factor->note = row.note;
+    list->addFactor(std::move(factor));
+  }
+  return list;
+}
+
+void drawPrep(const Display& display, Pictures& pictures) {
+  const std::shared_ptr<FactorList> factors = floodFactors();
+  PrepSettings settings;
+  std::string message;
+  if (!settings.factors.copyFrom(*factors, message)) return;
+  settings.sampler = makeSampler(kLatin);
+  PPrepMain prep(display, std::move(settings), {}, false, nullptr);
+  pictures.draw("PPrepMain", prep);
+  PInputFactors list(display, factors, false, nullptr);
+  pictures.draw("PInputFactors", list);
+  PInputFactors none(display, std::make_shared<FactorList>(), false, nullptr);
+  pictures.draw("PInputFactors-empty", none);
+  for (std::int32_t i = 0; i < factors->factorCount(); ++i) {
+    const Factor& factor = factors->factor(i);
+    const auto panel = makeDefinition(display, factor, {factors.get(), i, false}, nullptr);
+    pictures.draw(QString::fromStdString("PDefinition-" + factor.typeName), *panel);
+    PInspector inspector(display, factor, nullptr);
+    pictures.draw(QString::fromStdString("PInspector-" + factor.typeName), inspector);
+  }
+  PGraphics graphics(display, *factors, 0, nullptr);
+  pictures.draw("PGraphics", graphics);
+  PTruncation truncation(display, *factors, nullptr);
+  pictures.draw("PTruncation", truncation);
+  PVisInputFactors view(display, factors, nullptr);
+  pictures.draw("PVisInputFactors", view);
+  POutputSelection output(display, factors, 0, nullptr);
+  pictures.draw("POutputSelection", output);
+}
+
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
   pictures.draw("PMainPanel-start", main);
@@ -150,6 +220,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   viewer.serve(HelpCommand::Topic, "morris");
   wait(kContents);
   pictures.draw("PHelpViewer", viewer);
+  drawPrep(display, pictures);
   InternalModel model;
   std::string message;
   if (!loadModelFile(argv[3], model, message)) {

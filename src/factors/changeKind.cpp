@@ -12,6 +12,7 @@
 #include "factors/LogUniform.h"
 #include "factors/Triangular.h"
 #include "factors/Weibull.h"
+#include "factors/makeFactor.h"
 
 namespace tarvex {
 namespace {

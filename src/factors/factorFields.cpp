@@ -9,6 +9,7 @@
 #include "base/TextReader.h"
 #include "factors/IntervalDistribution.h"
 #include "factors/Relation.h"
+#include "factors/makeFactor.h"
 
 namespace tarvex {
 namespace {

@@ -88,6 +88,12 @@ std::string offeredNames(const FactorList& factors) {
 
 }  // namespace
 
+std::vector<std::int32_t> methodsInOrder() {
+  std::vector<std::int32_t> methods;
+  for (const Offer& offer : kOffers) methods.push_back(offer.method);
+  return methods;
+}
+
 bool isMethodOffered(std::int32_t methodId, const FactorList& factors, std::string* reason) {
   const Offer* offer = offerOf(methodId);
   if (offer && accepts(*offer, factors)) return true;

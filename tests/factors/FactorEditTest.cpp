@@ -11,6 +11,7 @@
 #include "factors/SampledSummary.h"
 #include "factors/changeKind.h"
 #include "factors/factorFields.h"
+#include "factors/makeFactor.h"
 
 namespace tarvex {
 namespace {

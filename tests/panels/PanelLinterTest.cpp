@@ -37,6 +37,10 @@ struct Named {
   const char* more = "";
 };
 
+constexpr const char* kDefinition = "cancel apply distType ok formula reset";
+constexpr const char* kTabulated = "add formula load ok cancel apply save reset del distType";
+constexpr Named kInspector{"LaName TeNote LaFactorType LaDist boundGraph", "dismiss"};
+
 const std::map<QString, Named> kNamed = {
     {"PMainPanel",
      {"MnMenu MlPrepVels TeConfiguration TeExternalConf SelSamplesSource BMonteCarlo BConfigure BGenerate BOld "
@@ -58,6 +62,46 @@ const std::map<QString, Named> kNamed = {
       "back forward home findText findPrevious findNext larger smaller openContents filterIndex openIndex search "
       "openResult"}},
     {"PAbout", {"MLText", "close"}},
+    {"PPrepMain",
+     {"MlSourceInfo MlMethodInfo TInputSelection TOutputSelection SlMethods FMethods BCreate BModify BVisualize "
+      "BInputSelection BOutputSelection BSetting BSpecify BOk",
+      "modify inputSelection cancel select visualize setting create outputSelection ok specify"}},
+    {"PInputFactors",
+     {"MaFactors MnMenu BAdd BDelete BModify BSave BOpen BNew BCorrelate BStein BVisualize",
+      "deletion modify selectItem ok truncation cancel correlate open impStein doppioclick add newFactors save "
+      "visualize",
+      "search undo redo moveUp moveDown"}},
+    {"PVisInputFactors", {"MaFactors", "selectItem exit visualize"}},
+    {"POutputSelection", {"SelOrder MaFactors BScrollUp BScrollDown", "cancel selectFactor scrollDown scrollUp ok"}},
+    {"PTruncation", {"MaFactors NLeftTrunc NRightTrunc MlTruncation", "cancel ok help", "edited"}},
+    {"PGraphics",
+     {"boundGraph", "outline frequency saveImg choose area histogram invCumulative dismiss visualize cumulative"}},
+    {"PConstant", {"TName TNote ODistType NValue", "cancel distType ok reset", "edited"}},
+    {"PDistBeta", {"TName TNote ODistType NAlfa NBeta boundGraph BFormula", kDefinition, "edited"}},
+    {"PDistDisc", {"TName TNote ODistType MaValues BAdd BDel BLoad BSave boundGraph", kTabulated, "edited selectRow"}},
+    {"PDistExp", {"TName TNote ODistType NLambda NRightTrunc boundGraph MlTruncation", kDefinition, "edited"}},
+    {"PDistGamma", {"TName TNote ODistType NLambda NRightTrunc boundGraph MlTruncation", kDefinition, "edited"}},
+    {"PDistNorm",
+     {"TName TNote ODistType NMean NStdDeviation NLeftTrunc NRightTrunc boundGraph BFormula MlTruncation", kDefinition,
+      "edited"}},
+    {"PDistTriang", {"TName TNote ODistType NAlfa NBeta NGamma boundGraph", kDefinition, "edited"}},
+    {"PDistUnif",
+     {"TName TNote ODistType MaValues BAdd BDel BLoad BSave boundGraph BFormula", kTabulated, "edited selectRow"}},
+    {"PDistWeib", {"TName TNote ODistType NBeta NRightTrunc boundGraph MlTruncation", kDefinition, "edited"}},
+    {"PRelation",
+     {"TeRelation SlFactors TName TNote OFunctions BPlus BMinus BMultiply BDivided",
+      "operation cancel selFunction apply power moved closePar openPar number distType ok dot addFactor reset",
+      "edited"}},
+    {"InspectorBeta", kInspector},
+    {"InspectorConst", {"LaName TeNote LaFactorType LaDist", "dismiss"}},
+    {"InspectorDisc", kInspector},
+    {"InspectorExp", kInspector},
+    {"InspectorGamma", kInspector},
+    {"InspectorNorm", kInspector},
+    {"InspectorRelat", {"LaName TeNote LaFactorType LaDist", "dismiss"}},
+    {"InspectorTriang", kInspector},
+    {"InspectorUnif", kInspector},
+    {"InspectorWeib", kInspector},
     {"PLinkFactors", {"MaLinks", "scrollDown scrollUp ok cancel selectElem", "pairNames"}},
 };
 

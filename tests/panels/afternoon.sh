@@ -104,6 +104,32 @@ awk -v took="$took" '/^VmHWM/ { memory = $2 / 1024 } FILENAME ~ /stat$/ { cpu = 
 counted "task a"
 over "clicks and keys of task a" $((clicks + keys)) 0
 window=$(xdotool getactivewindow)
+
+# b: a factor with its distribution. c: other parameters of it. Both in the list of factors, which stays a draft.
+key alt+c
+await '^Statistical Pre Processor'
+key alt+r
+await '^Input Factors Selection'
+recount
+key alt+a
+await '^Normal distribution'
+xdotool type --delay 20 flow
+key Return
+await '^Input Factors Selection.*\*$'
+counted "task b, besides the name"
+over "clicks and keys of task b" $((clicks + keys)) 3
+recount
+key Right Right
+xdotool type --delay 20 "10 2"
+key Return
+counted "task c, besides the numbers"
+over "clicks and keys of task c" $((clicks + keys)) 3
+key Escape
+await '^Exit panel'
+key Escape
+await '^Statistical Pre Processor'
+key Escape
+await '^Tarvex: Simulation'
 key alt+d
 until_it popped_up || quit "no menu"
 click "$popup" 30 12

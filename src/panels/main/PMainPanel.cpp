@@ -9,6 +9,7 @@
 #include "app/RunController.h"
 #include "panels/main/PAbout.h"
 #include "panels/main/PLogFile.h"
+#include "panels/prep/PPrepMain.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/Display.h"
@@ -125,7 +126,15 @@ void PMainPanel::changeSel() {
 void PMainPanel::configure() {
   if (controller_->mayEditPrep() != Outcome::Done) return;
   say("New configuration for sample set creation");
-  notYet("The pre-processor");
+  PrepSettings settings;
+  std::string problem;
+  const ProjectConfiguration& project = controller_->project();
+  if (project.hasPrep && !settings.copyFrom(project.prep, problem)) return say(QString::fromStdString(problem));
+  PPrepMain panel(display(), std::move(settings), factorFile_, controller_->demoMode(), window());
+  panel.centre();
+  if (!panel.runModal() || !panel.accepted() || controller_->demoMode()) return;
+  const QString from = panel.fromFile();
+  if (acceptPrep(panel.takeSettings(), "Configure sample")) factorFile_ = from;
 }
 
 void PMainPanel::generate() {

@@ -114,6 +114,7 @@ class PMainPanel : public Panel {
   QString title_;            // without the star of unsaved changes
   bool logOffered_ = false;  // a run has been tried in this stage
   int endStatus_ = -1;       // of the process, once the system has asked for its end
+  QString factorFile_;       // that the factors were read from; empty for those of a panel
   bool configured_ = false;  // a configuration was made here, so that a sample can be generated from it
 };
 

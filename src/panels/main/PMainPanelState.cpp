@@ -8,6 +8,7 @@
 #include "app/RunController.h"
 #include "panels/main/PMainPanel.h"
 #include "toolkit/Display.h"
+#include "toolkit/allow.h"
 
 namespace tarvex {
 namespace {
@@ -31,13 +32,7 @@ QString PMainPanel::why(Step step) const {
 }
 
 void PMainPanel::allow(const char* gadgetName, const QString& reason) {
-  auto* const object = gadget<QObject>(gadgetName);
-  constexpr const char* kUsual = "usualToolTip";
-  if (!object->property(kUsual).isValid()) object->setProperty(kUsual, object->property("toolTip"));
-  const QString usual = object->property(kUsual).toString();
-  object->setProperty("enabled", reason.isEmpty());
-  object->setProperty("toolTip", reason.isEmpty() ? usual : usual + '\n' + reason);
-  if (auto* const widget = qobject_cast<QWidget*>(object)) widget->setAccessibleDescription(reason);
+  tarvex::allow(*gadget<QObject>(gadgetName), reason);
 }
 
 void PMainPanel::refresh() {

@@ -1,0 +1,47 @@
+#include "panels/prep/PDistribution.h"
+
+#include <QLineEdit>
+#include <cmath>
+
+#include "base/NumberText.h"
+#include "factors/factorFields.h"
+
+namespace tarvex {
+
+PDistribution::PDistribution(const Display& display, const Factor& factor, const DefinitionContext& context,
+                             QWidget* parent)
+    : PDefinition(display, definitionKind(factor.typeName), factor, context, parent) {
+  start({});
+}
+
+// Field by field, and group by group what the kind says of the numbers together.
+std::unique_ptr<Factor> PDistribution::readParameters(Refusal& refusal) {
+  std::unique_ptr<Factor> draft;
+  std::vector<double> numbers;
+  for (const NumberGadget& field : kind().fields) {
+    auto* const edit = gadget<QLineEdit>(field.gadget);
+    double number = 0.0;
+    if (!isNumber(edit->text().toStdString(), number) || !std::isfinite(number)) {
+      refusal = {"Error", field.refused, edit};
+      return nullptr;
+    }
+    numbers.push_back(number);
+    if (!field.closesGroup) continue;
+    draft = makeFactorOf(kind().type, numbers);
+    const std::string problem = draft ? draft->parameterProblem() : std::string(field.refused);
+    if (problem.empty()) continue;
+    refusal = {"Error", (kind().quotesSetter ? "Error: " : "") + QString::fromStdString(problem), edit};
+    return nullptr;
+  }
+  return draft;
+}
+
+void PDistribution::showParameters(const Factor& factor) {
+  constexpr int kDigits = 15;  // as the user wrote them
+  const std::vector<Parameter> parameters = factor.parameters();
+  for (std::size_t i = 0; i < kind().fields.size() && i < parameters.size(); ++i)
+    gadget<QLineEdit>(kind().fields[i].gadget)
+        ->setText(QString::fromStdString(numberText(parameters[i].value, kDigits)));
+}
+
+}  // namespace tarvex

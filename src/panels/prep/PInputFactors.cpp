@@ -1,0 +1,328 @@
+#include "panels/prep/PInputFactors.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <algorithm>
+
+#include "factors/FactorProblems.h"
+#include "factors/makeFactor.h"
+#include "panels/prep/FactorEditing.h"
+#include "panels/prep/FactorTable.h"
+#include "panels/prep/PGraphics.h"
+#include "panels/prep/PTruncation.h"
+#include "panels/prep/editFactor.h"
+#include "panels/prep/factorGraph.h"
+#include "panels/prep/openPanels.h"
+#include "toolkit/ChartView.h"
+#include "toolkit/Dialogs.h"
+#include "toolkit/TableView.h"
+
+namespace tarvex {
+namespace {
+
+constexpr const char* kNoFactorSelected = "   No factor selected";
+constexpr const char* kSteinKept = "The Stein sample stays, and so does the list.";
+
+}  // namespace
+
+PInputFactors::PInputFactors(const Display& display, std::shared_ptr<const FactorList> factors, bool demo,
+                             QWidget* parent)
+    : Panel(display, "PInputFactors", "InputFactors",
+            demo ? "Input factors selection (Demo mode)" : "Input Factors Selection", parent),
+      demo_(demo),
+      editing_(std::make_unique<FactorEditing>(std::move(factors), [this] { refresh(); })) {
+  auto* const view = gadget<TableView>("MaFactors");
+  view->setEmptyText("No factor fits the search.");
+  table_ = std::make_shared<FactorTable>(
+      editing_->shared(),
+      demo ? FactorTable::Changes{}
+           : FactorTable::Changes{[this](int row, int column, const QString& text) { return edit(row, column, text); },
+                                  [this](const std::vector<QStringList>& rows) { return paste(rows); },
+                                  [this](int from, int to) { return moveTo({from}, to > from ? to + 1 : to); }});
+  view->setEditable(table_);
+  // A double click opens the factor's panel.
+  view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+  connect(view, &TableView::refused, this, [this](const QString& why) {
+    if (!why.isEmpty()) say(why);
+  });
+  gadget<ChartView>("boundGraph")->setEmptyText("The density of the selected factor appears here.");
+  registerCallbacks({{"deletion", [this] { deletion(); }},
+                     {"modify", [this] { modify(); }},
+                     {"selectItem", [this] { selectItem(); }},
+                     {"ok", [this] { ok(); }},
+                     {"truncation", [this] { truncation(); }},
+                     {"cancel", [this] { cancel(); }},
+                     {"correlate", [this] { correlate(); }},
+                     {"open", [this] { open(); }},
+                     {"impStein", [this] { impStein(); }},
+                     {"doppioclick", [this] { modify(); }},
+                     {"add", [this] { add(); }},
+                     {"newFactors", [this] { newFactors(); }},
+                     {"save", [this] { save(); }},
+                     {"visualize", [this] { visualize(); }},
+                     {"search", [this] { search(); }},
+                     {"searched", [this] { gadget<TableView>("MaFactors")->setFocus(); }},
+                     {"undo", [this] { undo(); }},
+                     {"redo", [this] { redo(); }},
+                     {"moveUp", [this] { moveBy(-1); }},
+                     {"moveDown", [this] { moveBy(1); }}});
+  gadget<QLineEdit>("TSearch")->setProperty("doubleCallback", "searched");  // Enter leads to what was found
+  bindKey(QKeySequence(Qt::Key_Escape), [this] { escape(); });
+  refresh();
+  if (list().factorCount() > 0) select(0);
+  view->setFocus();
+}
+
+PInputFactors::~PInputFactors() = default;
+
+const FactorList& PInputFactors::list() const {
+  return editing_->list();
+}
+
+std::shared_ptr<const FactorList> PInputFactors::factors() const {
+  return editing_->shared();
+}
+
+void PInputFactors::say(const QString& text) {
+  gadget<QLabel>("MlMessage")->setText(text.trimmed());
+}
+
+bool PInputFactors::done(bool success, const QString& title, const QString& problem) {
+  if (!success) Dialogs::current().message(DialogKind::Error, title, problem, window());
+  return success;
+}
+
+// Selection.
+
+std::vector<int> PInputFactors::selectedPlaces() {
+  auto* const view = gadget<TableView>("MaFactors");
+  std::vector<int> places;
+  for (const QItemSelectionRange& range : view->selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      const int place = view->tableModel().sourceRow(row);
+      if (place < list().factorCount()) places.push_back(place);
+    }
+  std::ranges::sort(places);
+  places.erase(std::unique(places.begin(), places.end()), places.end());
+  return places;
+}
+
+// Of several the one that the cursor is on.
+int PInputFactors::selectedPlace() {
+  const std::vector<int> places = selectedPlaces();
+  if (places.empty()) return -1;
+  auto* const view = gadget<TableView>("MaFactors");
+  const int current = view->currentIndex().isValid() ? view->tableModel().sourceRow(view->currentIndex().row()) : -1;
+  return std::ranges::find(places, current) != places.end() ? current : places.front();
+}
+
+void PInputFactors::select(int place) {
+  auto* const view = gadget<TableView>("MaFactors");
+  for (int row = 0; row < view->tableModel().rowCount(); ++row) {
+    if (view->tableModel().sourceRow(row) != place) continue;
+    view->setCurrentIndex(view->tableModel().index(row, 0));
+    view->scrollTo(view->currentIndex());
+  }
+  selectItem();
+}
+
+std::vector<int> PInputFactors::wantSelection(const char* title) {
+  std::vector<int> places = selectedPlaces();
+  if (places.empty()) static_cast<void>(done(false, title, kNoFactorSelected));  // tells
+  return places;
+}
+
+void PInputFactors::selectItem() {
+  selectedRow_ = selectedPlace();
+  refreshFactor();
+  refreshGadgets();
+}
+
+// Single factors.
+
+void PInputFactors::add() {
+  // A menu item says of which kind.
+  if (const QVariant kind = sender() != nullptr ? sender()->property("kind") : QVariant(); kind.isValid())
+    newKind_ = kind.toString().toStdString();
+  const std::unique_ptr<Factor> fresh = makeFactor(newKind_);
+  fresh->name = newFactorName(list(), newKind_);
+  std::unique_ptr<Factor> factor = editFactor(display(), *fresh, {&list(), -1, demo_}, window());
+  if (!factor || (editing_->dropsStein(-1, *factor) && !giveUpStein())) return;
+  newKind_ = factor->typeName;
+  QString problem;
+  if (!done(editing_->add(std::move(factor), problem), "Error", problem)) return;
+  select(list().factorCount() - 1);
+  gadget<TableView>("MaFactors")->setFocus();
+}
+
+void PInputFactors::modify() {
+  const std::vector<int> places = wantSelection("Error");
+  if (places.empty()) return;
+  const int place = selectedPlace();
+  std::unique_ptr<Factor> factor = editFactor(display(), list().factor(place), {&list(), place, demo_}, window());
+  if (!factor || (editing_->dropsStein(place, *factor) && !giveUpStein())) return;
+  QString problem;
+  const bool inUse = list().indexOf(factor->name) != -1 && list().indexOf(factor->name) != place;
+  if (done(editing_->replace(place, std::move(factor), problem), inUse ? "Error: wrong name" : "Error", problem))
+    select(place);
+}
+
+void PInputFactors::deletion() {
+  constexpr const char* kTitle = "Error deleting factor";
+  const std::vector<int> places = wantSelection("Error");
+  if (places.empty()) return;
+  for (const int place : places)
+    if (list().isCorrelated(place)) {
+      static_cast<void>(
+          done(false, kTitle, "    Can't delete correlated factor.\n  You must erase it from correlation list."));
+      return select(place);
+    }
+  const QString more = places.size() > 1 ? QString("\n%1 factors are selected.").arg(places.size()) : QString();
+  if (!Dialogs::current().question("Delete", "Really delete this factor?" + more, "^Yes", "^No", window())) return;
+  if (list().hasStein() && !giveUpStein()) return;
+  QString problem;
+  if (done(editing_->remove(places, problem), kTitle, problem))
+    select(std::min(places.front(), list().factorCount() - 1));
+}
+
+void PInputFactors::visualize() {
+  const std::vector<int> places = wantSelection("Error");
+  if (places.empty()) return;
+  PGraphics panel(display(), list(), selectedPlace(), window());
+  panel.centre();
+  static_cast<void>(panel.runModal());  // where its file is missing, that has been said
+}
+
+// The grid.
+
+QString PInputFactors::edit(int row, int column, const QString& text) {
+  QString problem;
+  if (row >= list().factorCount()) return paste({{text}});
+  std::vector<int> places{row};
+  const std::vector<int> selected = selectedPlaces();
+  if (column != FactorTable::kName && std::ranges::find(selected, row) != selected.end()) places = selected;
+  return editing_->setCells(places, column, text, problem) ? QString() : problem;
+}
+
+QString PInputFactors::paste(const std::vector<QStringList>& rows) {
+  QString problem;
+  if (list().hasStein() && !giveUpStein()) return kSteinKept;
+  const int before = list().factorCount();
+  if (!editing_->paste(rows, newKind_, problem)) return problem;
+  select(before < list().factorCount() ? list().factorCount() - 1 : selectedRow_);
+  return {};
+}
+
+QString PInputFactors::moveTo(const std::vector<int>& rows, int before) {
+  std::vector<int> places;
+  for (const int row : rows)
+    if (row < list().factorCount()) places.push_back(row);
+  if (demo_ || places.empty()) return "There is nothing to move.";
+  if (list().hasStein() && !giveUpStein()) return kSteinKept;
+  std::ranges::sort(places);
+  const int target = std::min(before, list().factorCount());
+  const auto above = std::ranges::count_if(places, [target](int place) { return place < target; });
+  QString problem;
+  if (!editing_->move(places, target, problem)) return problem;
+  select(target - static_cast<int>(above));
+  return {};
+}
+
+void PInputFactors::moveBy(int by) {
+  const std::vector<int> places = wantSelection("Error");
+  if (places.empty()) return;
+  const int before = by < 0 ? places.front() - 1 : places.back() + 2;
+  if (before < 0 || before > list().factorCount()) return;
+  if (const QString why = moveTo(places, before); !why.isEmpty()) say(why);
+}
+
+void PInputFactors::undo() {
+  const QString name = editing_->undo().undoName();
+  if (editing_->undo().undo()) say("Undone: " + name);
+}
+
+void PInputFactors::redo() {
+  const QString name = editing_->undo().redoName();
+  if (editing_->undo().redo()) say("Done again: " + name);
+}
+
+// The end.
+
+void PInputFactors::ok() {
+  end(true);
+}
+
+bool PInputFactors::leave() {
+  if (editing_->modified() &&
+      Dialogs::current().question("Exit panel", "  Save changes before exiting ?", "^Yes", "^No", window()) &&
+      !saveList())
+    return false;
+  editing_->restoreDefaults();
+  return true;
+}
+
+// Takes the search back first.
+void PInputFactors::escape() {
+  auto* const letters = gadget<QLineEdit>("TSearch");
+  if (letters->text().isEmpty()) return cancel();
+  letters->clear();
+  search();
+}
+
+void PInputFactors::cancel() {
+  if (leave()) end(false);
+}
+
+bool PInputFactors::closing() {
+  return leave() && Panel::closing();
+}
+
+// What the gadgets show.
+
+void PInputFactors::refresh() {
+  const std::vector<int> places = selectedPlaces();
+  const int selected = std::min(selectedRow_, list().factorCount() - 1);
+  refreshTable();
+  select(selected);
+  auto* const view = gadget<TableView>("MaFactors");
+  for (const int place : places)
+    if (places.size() > 1 && view->tableModel().rowCount() > place)
+      view->selectionModel()->select(view->tableModel().index(place, 0),
+                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  const std::vector<FactorProblem> problems = factorProblems(list());
+  const QString more = problems.size() > 1 ? QString(" (and %1 more)").arg(problems.size() - 1) : QString();
+  say(problems.empty() ? QString() : QString::fromStdString(problems.front().text) + more);
+}
+
+void PInputFactors::refreshTable() {
+  auto* const view = gadget<TableView>("MaFactors");
+  table_->setList(factors());
+  view->tableModel().sourceChanged();
+  if (const QString letters = gadget<QLineEdit>("TSearch")->text().trimmed(); !letters.isEmpty())
+    view->tableModel().setRows(table_->rowsWith(letters));
+}
+
+void PInputFactors::search() {
+  refreshTable();
+  auto* const view = gadget<TableView>("MaFactors");
+  select(view->tableModel().rowCount() > 0 ? view->tableModel().sourceRow(0) : -1);
+}
+
+void PInputFactors::refreshFactor() {
+  auto* const chart = gadget<ChartView>("boundGraph");
+  if (selectedRow_ < 0) {
+    gadget<QLabel>("LaName")->clear();
+    gadget<QLabel>("MlSummary")->clear();
+    return chart->show(Figure());
+  }
+  const Factor& factor = list().factor(selectedRow_);
+  gadget<QLabel>("LaName")->setText(QString::fromStdString(factor.name + ": " + factor.typeName));
+  gadget<QLabel>("MlSummary")->setText(sampledText(factor));
+  chart->show(factorGraph(factor), true);
+}
+
+}  // namespace tarvex

@@ -1,0 +1,51 @@
+#include "panels/prep/factorGraph.h"
+
+#include "base/NumberText.h"
+#include "factors/SampledSummary.h"
+#include "factors/TruncatedDistribution.h"
+#include "plots/distributionPlot.h"
+
+namespace tarvex {
+namespace {
+
+QString number(double value) {
+  constexpr int kDigits = 4;  // as much as a look at the curve needs
+  return QString::fromStdString(numberText(value, kDigits));
+}
+
+}  // namespace
+
+Figure factorGraph(const Factor& factor) {
+  Figure figure = distributionPlot(factor);
+  figure.title.clear();
+  figure.subtitle.clear();
+  figure.columns = 1;
+  SampledSummary summary;
+  if (figure.charts.empty() || !summariseSampled(factor, summary)) return figure;
+  const Colour colour = namedColour("Indian Red");
+  for (Chart& chart : figure.charts) {
+    auto& plane = std::get<XyChart>(chart);
+    for (const double x : {summary.low, summary.high})
+      plane.layers.emplace_back(Line{{x, x}, {0.0, plane.y.upper}, colour, LineStyle::DoubleDot, false});
+  }
+  figure.legend.push_back({"5 and 95 % of the sampled values", colour, LegendMark::Line, LineStyle::DoubleDot});
+  return figure;
+}
+
+QString sampledText(const Factor& factor) {
+  SampledSummary summary;
+  if (summariseSampled(factor, summary))
+    return "Sampled: mean " + number(summary.mean) + ", deviation " + number(summary.deviation) + "; 5 % lie below " +
+           number(summary.low) + ", 95 % below " + number(summary.high);
+  if (!factor.isStochastic()) return {};
+  const QString problem = QString::fromStdString(factor.parameterProblem());
+  return "Nothing can be sampled" + (problem.isEmpty() ? QString(" with these parameters.") : ": " + problem);
+}
+
+QString truncationText(const Factor& factor) {
+  const auto* const truncated = dynamic_cast<const TruncatedDistribution*>(&factor);
+  if (truncated == nullptr) return {};
+  return QString::asprintf("%.3f - %.3f", truncated->leftTruncation(), truncated->rightTruncation());
+}
+
+}  // namespace tarvex

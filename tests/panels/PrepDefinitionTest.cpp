@@ -1,0 +1,289 @@
+#include <QAbstractItemModel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+
+#include "factors/Relation.h"
+#include "panels/PrepFixture.h"
+#include "panels/prep/PInspector.h"
+#include "panels/prep/editFactor.h"
+#include "plots/Figure.h"
+#include "toolkit/ChartView.h"
+#include "toolkit/TableView.h"
+
+namespace tarvex {
+namespace {
+
+using test::Texts;
+using Fields = std::vector<std::pair<const char*, const char*>>;
+
+class PrepDefinition : public test::PrepTest {
+ protected:
+  std::unique_ptr<PDefinition> panelOf(const std::string& kind, const DefinitionContext& context = {}) {
+    const std::unique_ptr<Factor> factor = makeFactor(kind);
+    return makeDefinition(display_, *factor, context, nullptr);
+  }
+  static void setRows(PDefinition& panel, const std::vector<std::vector<const char*>>& rows) {
+    auto* const view = panel.gadget<TableView>("MaValues");
+    while (view->model()->rowCount() < static_cast<int>(rows.size())) panel.call("add");
+    for (int row = 0; row < static_cast<int>(rows.size()); ++row)
+      for (int column = 0; column < static_cast<int>(rows[static_cast<std::size_t>(row)].size()); ++column)
+        view->model()->setData(view->model()->index(row, column),
+                               rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]);
+    panel.call("edited");
+  }
+};
+
+constexpr const char* kWrong =
+    "Error: Wrong factor name, The name must begin with a letter and can contain only numbers and letters.";
+
+TEST_F(PrepDefinition, EveryFieldIsReadInItsOrderAndRefusedInItsWords) {
+  const struct {
+    const char* kind;
+    Fields fields;
+    const char* outcome;  // what is said, or the parameters of the factor
+  } rows[] = {
+      {"Normal", {{"TName", "  a1 "}, {"NMean", "10"}, {"NStdDeviation", "2"}}, "10, 2, 0.001, 0.999"},
+      {"Normal", {{"TName", ""}}, "Error: Invalid name:    Empty name field not admitted."},
+      {"Normal", {{"TName", "1a"}, {"NMean", "x"}}, kWrong},
+      {"Normal", {{"TName", "a_b"}}, kWrong},
+      {"Normal", {{"TName", "abcdefghijklmnopqrst"}}, kWrong},
+      {"Normal", {{"NMean", "1,5"}, {"NStdDeviation", "-1"}}, "Error: Mean value out of range!"},
+      {"Normal", {{"NStdDeviation", ""}}, "Error: Standard deviation value out of range!"},
+      {"Normal", {{"NStdDeviation", "-1"}, {"NLeftTrunc", "x"}}, "Error: Error: Standard deviation must be >= 0"},
+      {"Normal", {{"NLeftTrunc", "x"}}, "Error: Left Truncation value out of range!"},
+      {"Normal", {{"NRightTrunc", "inf"}}, "Error: Right Truncation value out of range!"},
+      {"Normal",
+       {{"NLeftTrunc", "0.5"}, {"NRightTrunc", "0.4"}},
+       "Error: Error: Left Truncation must be less than right truncation"},
+      {"LogNormal", {{"NRightTrunc", "1"}}, "Error: Error: Right Truncation must be less than 1"},
+      {"LogNormal", {{"NLeftTrunc", "0.9995"}, {"NRightTrunc", "0.9999"}}, "0, 1, 0.9995, 0.9999"},
+      {"Beta", {{"NAlfa", "a"}}, "Error: Alfa value out of range!"},
+      {"Beta", {{"NAlfa", "0"}, {"NBeta", "b"}}, "Error: Wrong negative value assigned to Alfa"},
+      {"Beta", {{"NBeta", "b"}}, "Error: Beta value out of range!"},
+      {"Beta", {{"NBeta", "-1"}}, "Error: Wrong negative value assigned to Beta"},
+      {"Beta", {{"NLeftBound", ""}}, "Error: Left bound value out of range!"},
+      {"Beta", {{"NRightBound", ""}}, "Error: Right bound value out of range!"},
+      {"Beta",
+       {{"NLeftBound", "10"}, {"NRightBound", "10"}},
+       "Error: Negative or null definition interval: check a and b"},
+      {"Beta", {{"NLeftBound", "10"}, {"NRightBound", "20"}}, "2, 2, 10, 20"},
+      {"Exponential", {{"NLambda", ""}}, "Error: Lambda value out of range!"},
+      {"Exponential", {{"NLambda", "0"}}, "Error: Error: Lambda must be > 0"},
+      {"Exponential", {{"NB", "x"}}, "Error: b value out of range!"},
+      {"Exponential", {{"NB", "-1"}}, "Error: Error: b must be >= 0"},
+      {"Exponential", {{"NRightTrunc", "x"}}, "Error: Right Truncation bound out of range!"},
+      {"Exponential", {{"NRightTrunc", "1"}}, "Error: Error: Truncation must be between 0 and 1"},
+      {"Gamma", {{"NR", "x"}}, "Error: R value out of range!"},
+      {"Gamma", {{"NLambda", "x"}}, "Error: Lambda out of range!"},
+      {"Gamma", {{"NLambda", "0"}}, "Error: Error: Lambda must be >= 0"},
+      {"Gamma", {{"NB", "x"}}, "Error: B value out of range!"},
+      {"Gamma", {{"NRightTrunc", "x"}}, "Error: Right truncation bound out of range!"},
+      {"Weibull", {{"NBeta", "x"}}, "Error: Beta value out of range!"},
+      {"Weibull", {{"NN", "0"}}, "Error: Error: n must be > 0"},
+      {"Weibull", {{"NN", "x"}}, "Error: N value out of range!"},
+      {"Weibull", {{"NB", "x"}}, "Error: B value out of range!"},
+      {"Weibull", {{"NRightTrunc", "x"}}, "Error: Right truncation value out of range!"},
+      {"Triangular", {{"NAlfa", "x"}}, "Error: Alfa value out of range!"},
+      {"Triangular", {{"NAlfa", "10"}, {"NBeta", "15"}, {"NGamma", "20"}}, "10, 15, 20"},
+      {"Triangular",
+       {{"NBeta", "2"}},
+       "Error: Wrong values assigned to the distribution definition interval: check alfa beta and gamma"},
+      {"Triangular", {{"NGamma", "x"}}, "Error: Gamma value out of range!"},
+      {"Constant",
+       {{"TName", "1a"}},
+       "Error: Invalid name:    Invalid factor name. The name must begin vith a letter and must contain numbers and "
+       "letters only"},
+      {"Constant", {{"NValue", "3.5"}}, "3.5"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.outcome);
+    const std::unique_ptr<PDefinition> panel = panelOf(row.kind);
+    ASSERT_EQ(panel->problems(), QStringList());
+    type(*panel->window(), row.fields);
+    const QString line = panel->gadget<QLabel>("MlMessage")->text();
+    const Texts shown = shownBy(*panel, "ok");
+    const bool refused = !shown.empty();
+    EXPECT_EQ(panel->result(), refused ? PDefinition::kCancelled : PDefinition::kAccepted);
+    EXPECT_EQ(refused, !line.isEmpty()) << "the message line tells what ok will say: " << line.toStdString();
+    const std::unique_ptr<Factor> factor = panel->takeFactor();
+    const std::string outcome = refused ? shown.front() : factorFields(*factor);
+    EXPECT_EQ(outcome.substr(0, std::string(row.outcome).size()), row.outcome);
+    if (!refused && factor->name != makeFactor(row.kind)->name) {
+      EXPECT_EQ(factor->name, "a1");
+    }
+  }
+}
+
+TEST_F(PrepDefinition, RowsOfIntervalsAndPointsAreJudgedAsAWhole) {
+  using Rows = std::vector<std::vector<const char*>>;
+  const struct {
+    const char* kind;
+    Rows rows;
+    const char* outcome;
+  } rows[] = {
+      {"Uniform", {{"-1", "3", "1"}}, "-1, 3"},
+      {"Uniform", {{"0", "1", "0.5"}, {"1", "2", "0.25"}, {"5", "6", "0.25"}}, "0, 1, 0.5; 1, 2, 0.25; 5, 6, 0.25"},
+      {"Uniform", {{"0", "1", "0.5"}, {"1", "2", "0.4"}}, "Error: Error: Sum of weights not equal to 1"},
+      {"Uniform", {{"2", "1", "1"}}, "Error: Row 1: left bound >= of right bound"},
+      {"Uniform",
+       {{"0", "2", "0.5"}, {"1", "3", "0.5"}},
+       "Error: Row 2: Interval to insert overloads previous intervals stored"},
+      {"Uniform", {{"0", "1", "1.5"}}, "Error: Row 1: Weight value error"},
+      {"Uniform", {{"0", "1", ""}}, "Error: Row 1: Weight value error"},
+      {"Uniform", {{"0,5", "1", "1"}}, "Error: Row 1: '0,5' is no number"},
+      {"LogUniform", {{"0", "1", "1"}}, "Error: Row 1: left bound < 0"},
+      {"Discrete", {{"1", "0.5"}, {"1", "0.5"}}, "Error: Row 2: The new point already exists"},
+      {"Discrete", {{"1", "0.5"}, {"4", "0.5"}}, "1, 0.5; 4, 0.5"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.outcome);
+    const std::unique_ptr<PDefinition> panel = panelOf(row.kind);
+    setRows(*panel, row.rows);
+    const Texts shown = shownBy(*panel, "ok");
+    EXPECT_EQ(shown.empty() ? factorFields(*panel->takeFactor()) : shown.front(), row.outcome);
+  }
+  const std::unique_ptr<PDefinition> panel = panelOf("Discrete");
+  auto* const view = panel->gadget<TableView>("MaValues");
+  view->clearSelection();
+  EXPECT_EQ(shownBy(*panel, "del"), Texts{"Error: No row selected"});
+  view->selectRow(0);
+  panel->call("del");
+  EXPECT_EQ(view->model()->rowCount(), 1);
+  setRows(*panel, {{"7", "1"}});
+  dialogs_.files = {file("t.fac")};
+  EXPECT_EQ(shownBy(*panel, "save"), Texts{"Save tabulated uniform values file: save *.fac *.*"});
+  EXPECT_EQ(test::readFile(file("t.fac")), "1\n7\t1\n");
+  panel->call("reset");
+  EXPECT_EQ(view->model()->rowCount(), 2);
+  dialogs_.files = {file("none.fac"), file("t.fac")};
+  const Texts failed = shownBy(*panel, "load");
+  ASSERT_EQ(failed.size(), 2U);
+  EXPECT_EQ(failed[0], "Select tabulated uniform values file: open *.fac *.*");
+  EXPECT_EQ(failed[1].rfind("Error: Error opening tabulated values file", 0), 0U);
+  panel->call("load");
+  EXPECT_EQ(view->model()->rowCount(), 1);
+}
+
+TEST_F(PrepDefinition, TheGraphFollowsTheTypingAndDraftsAreNoVetoes) {
+  const std::unique_ptr<PDefinition> panel = panelOf("Triangular");
+  const auto upper = [&] {
+    const Figure& figure = panel->gadget<ChartView>("boundGraph")->figure();
+    return figure.charts.empty() ? 0.0 : std::get<XyChart>(figure.charts.front()).x.upper;
+  };
+  EXPECT_LT(upper(), 3.0);
+  type(*panel->window(), {{"NAlfa", "10"}});  // now above the mode
+  EXPECT_FALSE(panel->gadget<QLabel>("MlMessage")->text().isEmpty());
+  EXPECT_LT(upper(), 3.0);
+  type(*panel->window(), {{"NBeta", "15"}, {"NGamma", "20"}});
+  EXPECT_EQ(panel->gadget<QLabel>("MlMessage")->text(), "");
+  EXPECT_GT(upper(), 19.0);
+  EXPECT_EQ(panel->gadget<QLabel>("MlSummary")->text().toStdString(),
+            "Sampled: mean 15, deviation 2.041; 5 % lie below 11.58, 95 % below 18.42");
+  EXPECT_TRUE(takeShown().empty());
+  panel->call("reset");
+  EXPECT_EQ(panel->gadget<QLineEdit>("NGamma")->text(), "2");
+  const std::unique_ptr<PDefinition> normal = panelOf("Normal");
+  EXPECT_EQ(normal->gadget<QLabel>("MlTruncation")->text(), "0.001 - 0.999");
+  type(*normal->window(), {{"NStdDeviation", "0"}});
+  EXPECT_EQ(shownBy(*normal, "apply"), Texts{"Warning: Warning. Can't display function graph: undeflow error"});
+}
+
+TEST_F(PrepDefinition, AnotherKindGoesOnWithMeanDeviationAndTexts) {
+  const auto list = normals(2, kDependenceTree);
+  ASSERT_TRUE(list->link(1, 0, 0.5));
+  const std::unique_ptr<Factor> start = makeFactorOf("Normal", {10.0, 2.0});
+  whenShown("Normal Distribution", [](QWidget& window) {
+    type(window, {{"TName", "flow"}, {"TNote", "m3 a s"}});
+    auto* const kinds = window.findChild<QComboBox*>("ODistType");
+    kinds->setCurrentText("Gamma");
+    Q_EMIT kinds->activated(kinds->currentIndex());
+  });
+  whenShown("Gamma Distribution", [](QWidget& window) { click(window, "BOk"); });
+  const std::unique_ptr<Factor> gamma = editFactor(display_, *start, {list.get(), -1, false}, nullptr);
+  ASSERT_NE(gamma, nullptr);
+  EXPECT_EQ(gamma->name + ' ' + gamma->note + ' ' + factorFields(*gamma), "flow m3 a s 25, 2.5, 0, 0.999");
+
+  const std::unique_ptr<PDefinition> correlated =
+      makeDefinition(display_, list->factor(1), {list.get(), 1, false}, nullptr);
+  auto* const kinds = correlated->gadget<QComboBox>("ODistType");
+  for (const char* const kind : {"Constant", "Relation"}) {
+    kinds->setCurrentText(kind);
+    EXPECT_EQ(shownBy(*correlated, "distType"),
+              Texts{"Error:    Can't change to Constant\n or Relation a correlated factor"});
+    EXPECT_EQ(kinds->currentText(), "Normal");
+  }
+  type(*correlated->window(), {{"TName", "x1"}});
+  EXPECT_EQ(shownBy(*correlated, "ok"), Texts{"Error: wrong name:    The name of this factor is already in use"});
+}
+
+TEST_F(PrepDefinition, ARelationIsCheckedWhereItIsWrong) {
+  const auto list = normals(3);
+  const struct {
+    const char* text;
+    const char* ok;  // what ok says, from its start; empty: taken
+    const char* apply;
+    int caret;  // after ok; -1: not looked at
+  } rows[] = {
+      {"x1 + 2 * x2", "", "", -1},
+      {"", "Error in expression:  Empty relation field not admitted.",
+       "Error in expression:  Empty relation field not admitted.", -1},
+      {"x1 + y9 * 2", "Error in expression:  Error in expression, unknown factor or wrong expression name.\n'y9' is no",
+       "Error in expression:  Current expression cannot be evaluated.\n  Error in expression or unknown factor.\n'y9'",
+       5},
+      {"x1 + * x2", "Error in expression:  Error in expression, unknown", "Error in expression:  Current", 5},
+      {"x1 / x2", "Error in expression: The expression can't be kept: with every name at 0 it fails.", "", -1},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    const std::unique_ptr<PDefinition> panel = panelOf("Relation", {list.get(), -1, false});
+    auto* const field = panel->gadget<QPlainTextEdit>("TeRelation");
+    field->setPlainText(row.text);
+    const Texts apply = shownBy(*panel, "apply");
+    EXPECT_EQ(apply.empty() ? "" : apply.front().substr(0, std::string(row.apply).size()), row.apply);
+    const Texts ok = shownBy(*panel, "ok");
+    EXPECT_EQ(ok.empty() ? "" : ok.front().substr(0, std::string(row.ok).size()), row.ok);
+    if (row.caret >= 0) {
+      EXPECT_EQ(field->textCursor().position(), row.caret);
+    }
+    EXPECT_EQ(panel->result() == PDefinition::kAccepted, *row.ok == '\0');
+    if (*row.ok == '\0') {
+      EXPECT_EQ(static_cast<const Relation&>(*panel->takeFactor()).expression(), row.text);
+    }
+  }
+  // Put together by clicks.
+  const std::unique_ptr<PDefinition> panel = panelOf("Relation", {list.get(), -1, false});
+  panel->gadget<QListWidget>("SlFactors")->setCurrentRow(1);
+  for (const char* const button : {"BOpenPar", "B4", "B2", "BDot", "B5", "BMultiply"}) click(*panel->window(), button);
+  panel->call("addFactor");
+  for (const char* const button : {"BClosePar", "BPower", "B3", "BMinus"}) click(*panel->window(), button);
+  panel->gadget<QComboBox>("OFunctions")->setCurrentText("exp");
+  panel->call("selFunction");
+  click(*panel->window(), "B1");
+  EXPECT_EQ(panel->gadget<QPlainTextEdit>("TeRelation")->toPlainText(), "(42.5*x2)**3-exp(1)");
+  EXPECT_FALSE(panel->gadget<ChartView>("boundGraph")->figure().charts.empty());
+}
+
+TEST_F(PrepDefinition, DemonstrationsAndInspectorsAreForReading) {
+  const auto list = normals(1);
+  for (const std::string& kind : factorKinds()) {
+    SCOPED_TRACE(kind);
+    const std::unique_ptr<PDefinition> panel = panelOf(kind, {list.get(), -1, true});
+    EXPECT_TRUE(panel->window()->windowTitle().endsWith(" (Demo mode)"));
+    EXPECT_FALSE(panel->gadget<QComboBox>("ODistType")->isEnabled());
+    for (const QLineEdit* const field : panel->window()->findChildren<QLineEdit*>())
+      EXPECT_TRUE(field->isReadOnly() || field->objectName().startsWith("qt_")) << field->objectName().toStdString();
+    panel->call("ok");
+    EXPECT_EQ(panel->result(), PDefinition::kCancelled);
+    std::unique_ptr<Factor> factor = makeFactor(kind);
+    factor->note = "a note";
+    PInspector inspector(display_, *factor, nullptr);
+    EXPECT_EQ(inspector.problems(), QStringList());
+    EXPECT_EQ(inspector.window()->windowTitle().toStdString(), "Inspector: " + kind);
+    EXPECT_EQ(inspector.gadget<QLabel>("LaFactorType")->text().toStdString(), kind);
+    EXPECT_EQ(inspector.gadget<QPlainTextEdit>("TeNote")->toPlainText(), "a note");
+  }
+  EXPECT_EQ(panelOf("Beta", {list.get(), -1, true})->window()->windowTitle(), "Beta distribution (Demo mode)");
+}
+
+}  // namespace
+}  // namespace tarvex

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+#include "base/RememberedDirectories.h"
+#include "factors/FactorList.h"
+#include "factors/TruncatedDistribution.h"
+#include "factors/factorFields.h"
+#include "factors/makeFactor.h"
+#include "qt/ScriptedDialogs.h"
+#include "support/TempDirectory.h"
+#include "support/TextFiles.h"
+#include "toolkit/Display.h"
+#include "toolkit/Panel.h"
+
+namespace tarvex::test {
+
+using Texts = std::vector<std::string>;
+
+// The panels of the pre-processor, driven by the names of their gadgets.
+class PrepTest : public testing::Test {
+ protected:
+  PrepTest() {
+    RememberedDirectories::forget();
+    display_.appendToSearchPath(TARVEX_SHARE "/Tarvex/TarvexPanels");
+  }
+  ~PrepTest() override { EXPECT_TRUE(TruncatedDistribution::setDefaultTruncations(0.001, 0.999)); }
+
+  std::string file(const std::string& name) const { return directory_.file(name); }
+  Texts takeShown() { return std::exchange(dialogs_.shown, {}); }
+  // What is shown while the panel runs the callback.
+  Texts shownBy(Panel& panel, const char* callback) {
+    panel.call(callback);
+    return takeShown();
+  }
+  // Texts of fields as a user types them.
+  static void type(QWidget& window, const std::vector<std::pair<const char*, const char*>>& fields) {
+    for (const auto& [name, text] : fields) {
+      auto* const field = window.findChild<QLineEdit*>(name);
+      ASSERT_NE(field, nullptr) << name;
+      field->selectAll();
+      QTest::keyClick(field, Qt::Key_Delete);
+      QTest::keyClicks(field, text);
+    }
+  }
+  static void click(QWidget& window, const char* button) {
+    auto* const found = window.findChild<QAbstractButton*>(button);
+    ASSERT_NE(found, nullptr) << button;
+    EXPECT_TRUE(found->isEnabled()) << button;
+    found->click();
+  }
+  // Acts on the window as soon as it has the keyboard: once, whatever is modal above it.
+  void whenShown(const QString& window, std::function<void(QWidget&)> act) {
+    auto* const timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [=] {
+      for (QWidget* const top : QApplication::topLevelWidgets()) {
+        if (top->objectName() != window || !top->isActiveWindow()) continue;
+        timer->stop();
+        timer->deleteLater();
+        return act(*top);
+      }
+    });
+    timer->start(1);
+  }
+  // A list of normal factors x1, x2, ...
+  static std::shared_ptr<FactorList> normals(int count, CorrelationMode mode = kNoCorrelation) {
+    auto list = std::make_shared<FactorList>();
+    for (int i = 1; i <= count; ++i) {
+      std::unique_ptr<Factor> factor = makeFactor("Normal");
+      factor->name = "x" + std::to_string(i);
+      list->addFactor(std::move(factor));
+    }
+    list->correlationMode = mode;
+    return list;
+  }
+  // "x1 Normal 0, 1, 0.001, 0.999; ..."
+  static std::string described(const FactorList& list) {
+    std::string text;
+    for (std::int32_t i = 0; i < list.factorCount(); ++i)
+      text += (i == 0 ? "" : " | ") + list.factor(i).name + ' ' + list.factor(i).typeName + ' ' +
+              factorFields(list.factor(i));
+    return text;
+  }
+
+  TempDirectory directory_;
+  ScriptedDialogs dialogs_;
+  Display display_;
+};
+
+}  // namespace tarvex::test

@@ -1,0 +1,302 @@
+#include <QAction>
+#include <QElapsedTimer>
+#include <QMenuBar>
+
+#include "factors/FactorFiles.h"
+#include "factors/Relation.h"
+#include "panels/PrepFixture.h"
+#include "panels/prep/FactorEditing.h"
+#include "panels/prep/PGraphics.h"
+#include "panels/prep/PInputFactors.h"
+#include "panels/prep/PTruncation.h"
+#include "panels/prep/PVisInputFactors.h"
+#include "toolkit/ChartView.h"
+#include "toolkit/TableView.h"
+#include "toolkit/menuItem.h"
+
+namespace tarvex {
+namespace {
+
+using test::Texts;
+
+constexpr const char* kSteinAsked =
+    "Warning: You are trying to modify the list of factors. This will discard the current Stein configuration "
+    "[^Yes/^No]";
+constexpr const char* kDeleteAsked = "Delete: Really delete this factor? [^Yes/^No]";
+
+class PrepList : public test::PrepTest {
+ protected:
+  void open(std::shared_ptr<const FactorList> list, bool demo = false) {
+    panel_ = std::make_unique<PInputFactors>(display_, std::move(list), demo, nullptr);
+    ASSERT_EQ(panel_->problems(), QStringList());
+    panel_->window()->show();
+  }
+  TableView& grid() { return *panel_->gadget<TableView>("MaFactors"); }
+  void select(int row) {
+    grid().clearSelection();
+    if (row >= 0) grid().selectRow(row);
+  }
+  bool setCell(int row, int column, const char* text) {
+    return grid().model()->setData(grid().model()->index(row, column), text);
+  }
+  std::string list() const { return described(panel_->editing().list()); }
+  std::string message() { return panel_->gadget<QLabel>("MlMessage")->text().toStdString(); }
+  Texts by(const char* callback) { return shownBy(*panel_, callback); }
+  std::shared_ptr<FactorList> withStein() {
+    auto list = normals(2, kSteinSample);
+    const double row[] = {1.0, 2.0};
+    EXPECT_TRUE(list->steinInfo.allocate(2) && list->steinInfo.addRow(row) != 0);
+    return list;
+  }
+  // The gadgets that can't be used, buttons and menu items.
+  std::string insensitive() {
+    std::string names;
+    for (const char* const name : {"BAdd", "BDelete", "BModify", "BVisualize", "BSave", "BCorrelate", "ADelete",
+                                   "AModify", "AVisualize", "ASave", "ACorrelate"})
+      if (!panel_->gadget<QObject>(name)->property("enabled").toBool()) names += std::string(name) + ' ';
+    return names;
+  }
+
+  std::unique_ptr<PInputFactors> panel_;
+};
+
+TEST_F(PrepList, AFactorIsAddedByTwoClicksANameAndEnter) {
+  open(std::make_shared<FactorList>());
+  EXPECT_EQ(grid().model()->rowCount(), 5);
+  whenShown("UniformDistribution", [](QWidget& window) {
+    EXPECT_EQ(window.findChild<QLineEdit*>("TName")->selectedText(), "nonameUnif");
+    QTest::keyClicks(window.focusWidget(), "flow");
+    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+  });
+  panel_->gadget<QAction>("AAddUniform")->trigger();
+  EXPECT_EQ(list(), "flow Uniform 0, 1");
+  whenShown("UniformDistribution", [](QWidget& window) { click(window, "BOk"); });
+  click(*panel_->window(), "BAdd");
+  EXPECT_EQ(list(), "flow Uniform 0, 1 | nonameUnif Uniform 0, 1");
+  EXPECT_FALSE(panel_->gadget<ChartView>("boundGraph")->figure().charts.empty());
+  whenShown("UniformDistribution", [](QWidget& window) { click(window, "BCancel"); });
+  by("modify");
+  EXPECT_EQ(panel_->editing().undo().undoName(), "Add nonameUnif");
+  by("undo");
+  EXPECT_EQ(list(), "flow Uniform 0, 1");
+  by("redo");
+  EXPECT_EQ(panel_->editing().list().factorCount(), 2);
+}
+
+TEST_F(PrepList, CellsAndPastedRowsAreTakenOrRefusedAsAWhole) {
+  auto start = normals(3);
+  std::unique_ptr<Factor> y = makeFactor("Relation");
+  y->name = "y";
+  ASSERT_TRUE(static_cast<Relation&>(*y).setExpression("x1 + x2"));
+  start->addFactor(std::move(y));
+  open(start);
+  select(0);
+  EXPECT_TRUE(setCell(0, 0, " flow "));
+  EXPECT_EQ(factorFields(panel_->editing().list().factor(3)), "flow + x2");
+  EXPECT_FALSE(setCell(0, 0, "x2"));
+  EXPECT_EQ(message(), "The name of this factor is already in use");
+  EXPECT_FALSE(setCell(1, 1, "cauchy"));
+  EXPECT_EQ(message(), "'cauchy' is no distribution");
+  grid().selectAll();
+  grid().selectionModel()->select(grid().model()->index(3, 0),
+                                  QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+  EXPECT_TRUE(setCell(1, 2, "5 2"));
+  EXPECT_EQ(list(),
+            "flow Normal 5, 2, 0.001, 0.999 | x2 Normal 5, 2, 0.001, 0.999 | x3 Normal 5, 2, 0.001, 0.999 | "
+            "y Relation flow + x2");
+  by("undo");
+  EXPECT_EQ(factorFields(panel_->editing().list().factor(1)), "0, 1, 0.001, 0.999");
+
+  QString problem;
+  EXPECT_FALSE(panel_->editing().paste({{"a", "Uniform", "0", "1"}, {"b", "Normal", "1,5", "2"}}, "Normal", problem));
+  EXPECT_EQ(problem.left(38), "Nothing was pasted. Row 2: '1,5' is no");
+  EXPECT_TRUE(panel_->editing().paste({{"Name", "Law", "p1"},
+                                       {"a", "uniform", "0", "1", ""},
+                                       {"x3", "log normal", "1", "2", "0.1", "0.9"},
+                                       {"b"},
+                                       {""}},
+                                      "Exponential", problem))
+      << problem.toStdString();
+  EXPECT_EQ(list(),
+            "flow Normal 0, 1, 0.001, 0.999 | x2 Normal 0, 1, 0.001, 0.999 | x3 LogNormal 1, 2, 0.1, 0.9 | "
+            "y Relation flow + x2 | a Uniform 0, 1 | b Exponential 1, 0, 0.999");
+  EXPECT_TRUE(panel_->editing().move({0, 4}, 3, problem));
+  EXPECT_EQ(list().substr(0, 110),
+            std::string("x2 Normal 0, 1, 0.001, 0.999 | x3 LogNormal 1, 2, 0.1, 0.9 | flow Normal "
+                        "0, 1, 0.001, 0.999 | a Uniform 0, 1 | y Relation")
+                .substr(0, 110));
+}
+
+TEST_F(PrepList, DeletionRefusesAsksAndLeavesFiveRows) {
+  open(normals(1));
+  select(-1);
+  EXPECT_EQ(by("deletion"), Texts{"Error:    No factor selected"});
+  EXPECT_EQ(by("modify"), Texts{"Error:    No factor selected"});
+  select(0);
+  EXPECT_EQ(by("deletion"), Texts{kDeleteAsked});
+  dialogs_.answers = {true};
+  by("deletion");
+  EXPECT_EQ(list(), "");
+  EXPECT_EQ(grid().model()->rowCount(), 5);
+  EXPECT_EQ(insensitive(), "BDelete BModify BVisualize BSave BCorrelate ADelete AModify AVisualize ASave ACorrelate ");
+  by("undo");
+  EXPECT_EQ(insensitive(), "BCorrelate ACorrelate ");
+
+  const auto correlated = normals(3, kDependenceTree);
+  ASSERT_TRUE(correlated->link(1, 0, 0.5));
+  open(correlated);
+  EXPECT_EQ(insensitive(), "");
+  select(1);
+  EXPECT_EQ(by("deletion"), Texts{"Error deleting factor:     Can't delete correlated factor.\n  You must erase it "
+                                  "from correlation list."});
+  EXPECT_FALSE(setCell(1, 1, "Constant"));
+  EXPECT_EQ(message(), "Can't change to Constant\n or Relation a correlated factor");
+  select(2);
+  dialogs_.answers = {true};
+  by("deletion");
+  EXPECT_EQ(panel_->editing().list().node(1).parent, 0);
+}
+
+TEST_F(PrepList, AChangedListGivesUpItsSteinSample) {
+  open(withStein());
+  select(0);
+  dialogs_.answers = {true, false};
+  EXPECT_EQ(by("deletion"), (Texts{kDeleteAsked, kSteinAsked}));
+  EXPECT_EQ(panel_->editing().list().factorCount(), 2);
+  dialogs_.answers = {true, true};
+  by("deletion");
+  EXPECT_EQ(list(), "x2 Normal 0, 1, 0.001, 0.999");
+  EXPECT_FALSE(panel_->editing().list().hasStein());
+  EXPECT_EQ(panel_->editing().list().correlationMode, kNoCorrelation);
+  by("undo");
+  EXPECT_EQ(panel_->editing().list().steinInfo.rows(), 1);
+  EXPECT_TRUE(setCell(0, 2, "3 4"));  // which factors there are stays
+  EXPECT_TRUE(panel_->editing().list().hasStein());
+}
+
+TEST_F(PrepList, FilesAreOpenedSavedAndImported) {
+  open(normals(2));
+  dialogs_.files = {file("none/x.fac"), file("x.fac")};
+  const Texts failed = by("save");
+  ASSERT_EQ(failed.size(), 2U);
+  EXPECT_EQ(failed[0], "Save current list of factors: save *.fac *.*");
+  EXPECT_EQ(failed[1].rfind("Write error:   Error writing output file\n " + file("none/x.fac"), 0), 0U);
+  EXPECT_TRUE(setCell(0, 0, "flow"));
+  by("save");
+  FactorList read;
+  std::string problem;
+  ASSERT_TRUE(loadFactorFile(file("x.fac"), read, problem)) << problem;
+  EXPECT_EQ(described(read), list());
+  EXPECT_EQ(by("newFactors"), Texts{":    Really delete ALL factors ? [^Yes/^No]"});
+  dialogs_.answers = {true};
+  by("newFactors");
+  EXPECT_EQ(list(), "");
+  dialogs_.answers = {true};
+  dialogs_.files = {file("x.fac")};
+  EXPECT_EQ(by("open"), (Texts{":    Discard current factors and load from file ? [^Yes/^No]",
+                               "Open the list of factors file:: open *.fac *.*"}));
+  EXPECT_EQ(list(), "flow Normal 0, 1, 0.001, 0.999 | x2 Normal 0, 1, 0.001, 0.999");
+  test::writeFile(file("bad.fac"), "rubbish");
+  dialogs_.files = {file("bad.fac")};
+  const Texts bad = by("open");
+  ASSERT_EQ(bad.size(), 2U);
+  EXPECT_EQ(bad[1].rfind("Error: Error opening factors file. Current data may be inconsistent or corrupt. Resetting "
+                         "Factors\n",
+                         0),
+            0U);
+  EXPECT_EQ(list(), "");
+  by("undo");  // nothing is lost
+
+  test::writeFile(file("s.txt"), "3 2\na\nb\n1 5\n2 7\n3 6\n");
+  dialogs_.files = {file("s.txt"), file("s.txt"), file("none")};
+  dialogs_.answers = {false, true, true, true};
+  const char* const asked =
+      "Warning: overwrite factors configuration: Do you want to discard the factors stored and load the ones found in "
+      "the import file? [^Proceed/^No]";
+  EXPECT_EQ(by("impStein"), (Texts{"Open the list of factors file:: open *.*", asked}));
+  by("impStein");
+  EXPECT_EQ(list(), "a Uniform 1, 2, 0.5; 2, 3, 0.5 | b Uniform 5, 6, 0.5; 6, 7, 0.5");
+  const Texts again = by("impStein");
+  ASSERT_EQ(again.size(), 4U);
+  EXPECT_EQ(again[0], ":    Discard the old Stein configuration ? [^Yes/^No]");
+  EXPECT_EQ(again[3].rfind("Error: Error loading stein file. No factors to import.", 0), 0U) << again[3];
+  EXPECT_EQ(panel_->editing().list().factorCount(), 2);
+}
+
+TEST_F(PrepList, LeavingAsksForWhatIsntSavedAndRestoresTheDefaults) {
+  open(normals(2));
+  EXPECT_TRUE(by("cancel").empty());
+  whenShown("Truncation", [&](QWidget& window) {
+    EXPECT_EQ(window.findChild<QLabel*>("MlTruncation")->text(), "Truncation: 0.001 - 0.999");
+    type(window, {{"NLeftTrunc", "0.9"}, {"NRightTrunc", "0.1"}});
+    click(window, "BOk");
+    type(window, {{"NLeftTrunc", "0.05"}, {"NRightTrunc", "0.95"}});
+    window.findChild<QAbstractButton*>("ChSelected")->click();
+    click(window, "BOk");
+    window.findChild<TableView*>("MaFactors")->selectRow(1);
+    click(window, "BOk");
+  });
+  EXPECT_EQ(by("truncation"), (Texts{"Error: Error setting default truncations", "Error:    No factor selected"}));
+  EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.05);
+  EXPECT_EQ(list(), "x1 Normal 0, 1, 0.001, 0.999 | x2 Normal 0, 1, 0.05, 0.95");
+  EXPECT_EQ(by("cancel"), Texts{"Exit panel:   Save changes before exiting ? [^Yes/^No]"});
+  EXPECT_FALSE(panel_->accepted());
+  EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.001);
+  dialogs_.answers = {true};
+  dialogs_.files = {file("x.fac")};
+  EXPECT_EQ(by("cancel").size(), 2U);
+  EXPECT_NE(test::readFile(file("x.fac")), "");
+}
+
+TEST_F(PrepList, AThousandFactorsAreSearchedAndChangedAtOnce) {
+  open(normals(1000));
+  const auto within = [](const char* what, const std::function<void()>& run) {
+    QElapsedTimer timer;
+    timer.start();
+    run();
+    QCoreApplication::processEvents();
+    RecordProperty(what, static_cast<int>(timer.elapsed()));
+    std::printf("%s: %d ms\n", what, static_cast<int>(timer.elapsed()));
+    EXPECT_LT(timer.elapsed(), 1000) << what;  // 100 ms on a machine of its own
+  };
+  within("list", [this] { open(normals(1000)); });
+  within("search", [this] {
+    type(*panel_->window(), {{"TSearch", "x99"}});
+    EXPECT_EQ(grid().model()->rowCount(), 11);
+  });
+  within("change", [this] { EXPECT_TRUE(setCell(10, 2, "5 2")); });
+  EXPECT_EQ(factorFields(panel_->editing().list().factor(998)), "5, 2, 0.001, 0.999");
+  within("acceptance", [this] { by("ok"); });
+  EXPECT_TRUE(panel_->accepted());
+}
+
+TEST_F(PrepList, OtherViewsOfTheList) {
+  const auto list = normals(2);
+  list->addFactor(makeFactor("Constant"));
+  PVisInputFactors view(display_, list, nullptr);
+  EXPECT_FALSE(view.gadget<QPushButton>("BVisualize")->isEnabled());
+  whenShown("NormInsp", [](QWidget& window) {
+    EXPECT_EQ(window.findChild<QLabel*>("LaName")->text(), "x2");
+    window.close();
+  });
+  view.gadget<TableView>("MaFactors")->selectRow(1);
+  click(*view.window(), "BVisualize");
+  PGraphics graphics(display_, *list, 0, nullptr);
+  const auto& figure = [&]() -> const Figure& { return graphics.gadget<ChartView>("boundGraph")->figure(); };
+  for (const char* const form : {"outline", "area", "histogram", "frequency", "cumulative", "invCumulative"}) {
+    graphics.call(form);
+    EXPECT_EQ(figure().charts.size(), 1U) << form;
+  }
+  graphics.gadget<QComboBox>("SlFactors")->setCurrentIndex(2);
+  graphics.call("choose");
+  EXPECT_TRUE(figure().charts.empty());
+
+  open(normals(2), true);
+  EXPECT_EQ(panel_->window()->windowTitle(), "Input factors selection (Demo mode)[*]");
+  EXPECT_EQ(insensitive(), "BAdd BDelete ADelete ");
+  for (const int item : {0, 1}) EXPECT_FALSE(menuItem(*panel_->gadget<QMenuBar>("MnMenu"), 0, item)->isEnabled());
+  EXPECT_FALSE(setCell(0, 0, "flow"));
+}
+
+}  // namespace
+}  // namespace tarvex
