@@ -125,7 +125,7 @@ TEST(FactorEdit, CorrelationsStayWithTheirFactors) {
   list.replaceFactor(1, makeFactor("Weibull"));
   list.factor(1).name = "b";
   EXPECT_TRUE(list.setMatrix(1, 2, 0.7F));
-  EXPECT_EQ(pairs(list), "bd7 de3 ")
+  EXPECT_EQ(pairs(list), "bd7 de3 ");
   list.correlationMode = kNoCorrelation;
   EXPECT_FALSE(list.isCorrelated(3));
 }

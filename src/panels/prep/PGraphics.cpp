@@ -23,12 +23,12 @@ PGraphics::PGraphics(const Display& display, const FactorList& factors, int plac
   names->setCurrentIndex(place);
   gadget<QPushButton>("BOutline")->setChecked(true);
   gadget<ChartView>("boundGraph")->setEmptyText("A constant or a relation has no distribution of its own.");
-  registerCallbacks({{"outline", [this] { show(Form::Outline); }},
-                     {"frequency", [this] { show(Form::Frequency); }},
+  registerCallbacks({{"outline", [this] { show(Form::Curve); }},
+                     {"frequency", [this] { show(Form::Shares); }},
                      {"saveImg", [this] { saveImg(); }},
                      {"choose", [this] { choose(); }},
-                     {"area", [this] { show(Form::Area); }},
-                     {"histogram", [this] { show(Form::Histogram); }},
+                     {"area", [this] { show(Form::Filled); }},
+                     {"histogram", [this] { show(Form::Counts); }},
                      {"invCumulative", [this] { show(Form::Complement); }},
                      {"dismiss", [this] { end(true); }},
                      {"visualize", [this] { visualize(); }},
@@ -53,7 +53,7 @@ void PGraphics::show(Form form) {
 }
 
 Figure PGraphics::figure() {
-  const bool ofSample = form_ == Form::Histogram || form_ == Form::Frequency;
+  const bool ofSample = form_ == Form::Counts || form_ == Form::Shares;
   return ofSample ? sampleOf(factor()) : curveOf(factor());
 }
 
@@ -61,15 +61,14 @@ Figure PGraphics::sampleOf(const Factor& factor) const {
   constexpr std::size_t kValues = 2000;
   RunColumn column{factor.name, true, std::vector<double>(kValues)};
   if (!stratifiedSample(factor, column.values)) return {};
-  return histogramPlot({&column}, form_ == Form::Histogram ? HistogramForm::Area : HistogramForm::Frequency,
-                       kLinearScale);
+  return histogramPlot({&column}, form_ == Form::Counts ? HistogramForm::Area : HistogramForm::Frequency, kLinearScale);
 }
 
 // One of the two planes of the distribution's picture; the density filled, the cumulative turned over.
 Figure PGraphics::curveOf(const Factor& factor) const {
   Figure figure = distributionPlot(factor);
   if (figure.charts.empty()) return figure;
-  const bool isDensity = form_ == Form::Outline || form_ == Form::Area;
+  const bool isDensity = form_ == Form::Curve || form_ == Form::Filled;
   figure.charts = {figure.charts[isDensity ? 0 : 1]};
   figure.columns = 1;
   auto& plane = std::get<XyChart>(figure.charts.front());
@@ -78,7 +77,7 @@ Figure PGraphics::curveOf(const Factor& factor) const {
   if (form_ == Form::Complement) {
     plane.y.title = "Complement";
     for (double& y : line->y) y = 1.0 - y;
-  } else if (form_ == Form::Area) {
+  } else if (form_ == Form::Filled) {
     Area area{line->x, {}, line->colour, false};
     for (std::size_t i = 1; i < line->y.size(); ++i) area.heights.push_back((line->y[i - 1] + line->y[i]) / 2.0);
     plane.layers.front() = std::move(area);

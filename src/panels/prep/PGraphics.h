@@ -14,7 +14,7 @@ class PGraphics : public Panel {
   PGraphics(const Display& display, const FactorList& factors, int place, QWidget* parent);
 
  private:
-  enum class Form { Outline, Area, Histogram, Frequency, Cumulative, Complement };
+  enum class Form { Curve, Filled, Counts, Shares, Cumulative, Complement };
 
   void show(Form form);
   void choose();
@@ -26,7 +26,7 @@ class PGraphics : public Panel {
   Figure sampleOf(const Factor& factor) const;
 
   const FactorList& factors_;
-  Form form_ = Form::Outline;
+  Form form_ = Form::Curve;
 };
 
 }  // namespace tarvex

@@ -28,8 +28,7 @@ QString parametersOf(const Factor& factor) {
 
 PInspector::PInspector(const Display& display, const Factor& factor, QWidget* parent)
     : Panel(display, definitionKind(factor.typeName).inspectorFile, definitionKind(factor.typeName).inspectorName,
-            definitionKind(factor.typeName).inspectorTitle, parent),
-      topic_(definitionKind(factor.typeName).file) {
+            definitionKind(factor.typeName).inspectorTitle, parent) {
   gadget<QLabel>("LaName")->setText(QString::fromStdString(factor.name));
   gadget<QLabel>("LaFactorType")->setText(QString::fromStdString(factor.typeName));
   gadget<QPlainTextEdit>("LaDist")->setPlainText(parametersOf(factor));

@@ -9,12 +9,7 @@ class Factor;
 // What a factor is, for reading: the definition panel's content without a way to change it.
 class PInspector : public Panel {
  public:
-  QString helpTopic() const override { return topic_; }
-
   PInspector(const Display& display, const Factor& factor, QWidget* parent);
-
- private:
-  QString topic_;  // the page of the definition panel
 };
 
 }  // namespace tarvex

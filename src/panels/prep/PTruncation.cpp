@@ -115,10 +115,9 @@ void PTruncation::ok() {
 void PTruncation::help() {
   if (helpOpen_) return;
   helpOpen_ = true;
-  PHelp hint(display(), "Help - Default Truncation", "Pratictioner's Hint. Default Truncation",
-             "../help/truncation.bmp", "PTruncation", window());
-  hint.centre();
-  static_cast<void>(hint.runModal());  // where its file is missing, that has been said
+  const std::unique_ptr<PHelp> hint = PHelp::hintOf(display(), "PTruncation", window());
+  hint->centre();
+  static_cast<void>(hint->runModal());  // where its file is missing, that has been said
   helpOpen_ = false;
 }
 
