@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
@@ -37,6 +38,7 @@ PInputFactors::PInputFactors(const Display& display, std::shared_ptr<const Facto
       editing_(std::make_unique<FactorEditing>(std::move(factors), [this] { refresh(); })) {
   auto* const view = gadget<TableView>("MaFactors");
   view->setEmptyText("No factor fits the search.");
+  view->horizontalHeader()->setStretchLastSection(true);
   table_ = std::make_shared<FactorTable>(
       editing_->shared(),
       demo ? FactorTable::Changes{}
@@ -295,7 +297,10 @@ void PInputFactors::refresh() {
                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
   const std::vector<FactorProblem> problems = factorProblems(list());
   const QString more = problems.size() > 1 ? QString(" (and %1 more)").arg(problems.size() - 1) : QString();
-  say(problems.empty() ? QString() : QString::fromStdString(problems.front().text) + more);
+  if (list().factorCount() == 0 && !demo_)
+    say("Add a factor, type a name into the first row, or paste rows of a spreadsheet.");
+  else
+    say(problems.empty() ? QString() : QString::fromStdString(problems.front().text) + more);
 }
 
 void PInputFactors::refreshTable() {

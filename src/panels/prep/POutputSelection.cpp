@@ -1,6 +1,7 @@
 #include "panels/prep/POutputSelection.h"
 
 #include <QComboBox>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QPushButton>
 #include <algorithm>
@@ -20,6 +21,7 @@ POutputSelection::POutputSelection(const Display& display, std::shared_ptr<const
   auto* const view = gadget<TableView>("MaFactors");
   const bool empty = factors_->factorCount() == 0;
   view->setEmptyText(kNone);
+  view->horizontalHeader()->setStretchLastSection(true);
   view->setSource(empty ? nullptr : std::make_shared<FactorTable>(factors_));
   gadget<QComboBox>("SelOrder")->setCurrentIndex(order);
   for (const char* const name : {"BScrollUp", "BScrollDown"})

@@ -1,5 +1,6 @@
 #include "panels/prep/PTabulated.h"
 
+#include <QHeaderView>
 #include <QPushButton>
 #include <algorithm>
 
@@ -26,6 +27,7 @@ PTabulated::PTabulated(const Display& display, const Factor& factor, const Defin
     : PDefinition(display, definitionKind(factor.typeName), factor, context, parent) {
   auto* const view = gadget<TableView>("MaValues");
   view->setEmptyText("There is no row yet: add one, or paste some.");
+  view->horizontalHeader()->setStretchLastSection(true);
   if (context.demo)
     for (const char* const name : {"BAdd", "BDel", "BLoad"}) gadget<QPushButton>(name)->setEnabled(false);
   connect(view, &TableView::edited, this, [this] { edited(); });
@@ -64,8 +66,10 @@ void PTabulated::rowsChanged(int selected) {
 }
 
 void PTabulated::add() {
-  const QModelIndexList selected = gadget<TableView>("MaValues")->selectionModel()->selectedRows();
-  const int row = selected.isEmpty() ? table_->rows() : selected.constLast().row() + 1;
+  auto* const view = gadget<TableView>("MaValues");
+  const QModelIndex current = view->currentIndex();
+  const bool isSelected = current.isValid() && view->selectionModel()->hasSelection();
+  const int row = isSelected ? view->tableModel().sourceRow(current.row()) + 1 : table_->rows();
   table_->insertRow(row);
   rowsChanged(row);
   edited();

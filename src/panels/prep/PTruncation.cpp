@@ -1,9 +1,11 @@
 #include "panels/prep/PTruncation.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "base/NumberText.h"
 #include "factors/TruncatedDistribution.h"
@@ -58,6 +60,7 @@ PTruncation::PTruncation(const Display& display, const FactorList& factors, QWid
   }
   auto* const view = gadget<TableView>("MaFactors");
   view->setEmptyText("No factor of the list has truncations.");
+  view->horizontalHeader()->setStretchLastSection(true);
   view->setSource(table);
   const double left = TruncatedDistribution::defaultLeftTruncation();
   const double right = TruncatedDistribution::defaultRightTruncation();
@@ -79,8 +82,11 @@ bool PTruncation::read(double& left, double& right) {
 std::vector<int> PTruncation::selectedPlaces() {
   auto* const view = gadget<TableView>("MaFactors");
   std::vector<int> places;
-  for (const QModelIndex& index : view->selectionModel()->selectedRows())
-    places.push_back(truncated_[static_cast<std::size_t>(view->tableModel().sourceRow(index.row()))]);
+  for (const QItemSelectionRange& range : view->selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row)
+      places.push_back(truncated_[static_cast<std::size_t>(view->tableModel().sourceRow(row))]);
+  std::ranges::sort(places);
+  places.erase(std::unique(places.begin(), places.end()), places.end());
   return places;
 }
 

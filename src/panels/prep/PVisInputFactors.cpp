@@ -1,5 +1,6 @@
 #include "panels/prep/PVisInputFactors.h"
 
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QPushButton>
 
@@ -12,7 +13,9 @@ namespace tarvex {
 
 PVisInputFactors::PVisInputFactors(const Display& display, std::shared_ptr<const FactorList> factors, QWidget* parent)
     : Panel(display, "PVisInputFactors", "VisInputFactors", "Available factors", parent), factors_(std::move(factors)) {
-  gadget<TableView>("MaFactors")->setSource(std::make_shared<FactorTable>(factors_));
+  auto* const view = gadget<TableView>("MaFactors");
+  view->setSource(std::make_shared<FactorTable>(factors_));
+  view->horizontalHeader()->setStretchLastSection(true);
   registerCallbacks({{"selectItem", [this] { selectItem(); }}, {"exit", [this] { end(true); }}, {"visualize", [this] {
                                                                                                    visualize();
                                                                                                  }}});
