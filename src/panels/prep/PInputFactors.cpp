@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QTimer>
 #include <algorithm>
 
 #include "factors/FactorProblems.h"
@@ -203,11 +204,17 @@ void PInputFactors::visualize() {
 
 QString PInputFactors::edit(int row, int column, const QString& text) {
   QString problem;
-  if (row >= list().factorCount()) return paste({{text}});
-  std::vector<int> places{row};
-  const std::vector<int> selected = selectedPlaces();
-  if (column != FactorTable::kName && std::ranges::find(selected, row) != selected.end()) places = selected;
-  return editing_->setCells(places, column, text, problem) ? QString() : problem;
+  inCell_ = true;
+  if (row >= list().factorCount()) {
+    problem = paste({{text}});
+  } else {
+    std::vector<int> places{row};
+    const std::vector<int> selected = selectedPlaces();
+    if (column != FactorTable::kName && std::ranges::find(selected, row) != selected.end()) places = selected;
+    if (editing_->setCells(places, column, text, problem)) problem.clear();
+  }
+  inCell_ = false;
+  return problem;
 }
 
 QString PInputFactors::paste(const std::vector<QStringList>& rows) {
@@ -215,7 +222,8 @@ QString PInputFactors::paste(const std::vector<QStringList>& rows) {
   if (list().hasStein() && !giveUpStein()) return kSteinKept;
   const int before = list().factorCount();
   if (!editing_->paste(rows, newKind_, problem)) return problem;
-  select(before < list().factorCount() ? list().factorCount() - 1 : selectedRow_);
+  if (before < list().factorCount()) selectedRow_ = list().factorCount() - 1;
+  if (!inCell_) select(selectedRow_);
   return {};
 }
 
@@ -286,6 +294,11 @@ bool PInputFactors::closing() {
 // What the gadgets show.
 
 void PInputFactors::refresh() {
+  if (inCell_) {  // the cell's editor goes first
+    table_->setList(factors());
+    QTimer::singleShot(0, this, [this] { refresh(); });
+    return;
+  }
   const std::vector<int> places = selectedPlaces();
   const int selected = std::min(selectedRow_, list().factorCount() - 1);
   refreshTable();
