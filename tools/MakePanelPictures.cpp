@@ -181,9 +181,9 @@ void drawPrep(const Display& display, Pictures& pictures) {
     const Factor& factor = factors->factor(i);
     const auto panel = makeDefinition(display, factor, {factors.get(), i, false}, nullptr);
     pictures.draw(QString::fromStdString("PDefinition-" + factor.typeName), *panel);
-    PInspector inspector(display, factor, nullptr);
-    pictures.draw(QString::fromStdString("PInspector-" + factor.typeName), inspector);
   }
+  PInspector inspector(display, factors->factor(0), nullptr);
+  pictures.draw("PInspector", inspector);
   PGraphics graphics(display, *factors, 0, nullptr);
   pictures.draw("PGraphics", graphics);
   PTruncation truncation(display, *factors, nullptr);
