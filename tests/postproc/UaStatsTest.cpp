@@ -1,7 +1,7 @@
-#include "postproc/UaStats.h"
-
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
+#include "postproc/CriticalValues.h"
+#include "postproc/UaStats.h"
 #include "postproc/ValueTables.h"
 #include "support/Test.h"
 
@@ -27,13 +27,12 @@ double countAll(const Histogram& table) {
 }
 
 TEST(UaStats, OddColumns) {
-  struct Row {
+  const struct {
     const char* name;
     std::vector<double> values;
     double low, high, std, runsInBins, runsInFirstBin;
     bool momentsAreNumbers, logTable;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"one run", {2.5}, 2.5, 2.5, 0.0, 1, 1, false, true},
       {"constant", {0.1, 0.1, 0.1, 0.1, 0.1, 0.1}, 0.1, 0.1, 0.0, 6, 6, false, true},
       {"a run missing", {1, kNan, 2}, 1, 2, kNan, 2, 1, false, true},
@@ -43,7 +42,7 @@ TEST(UaStats, OddColumns) {
       {"negative", {-2, -1, 1}, -2, 1, std::sqrt(14.0 / 9.0), 3, 1, true, false},
       {"an infinity", {1, 2, kInf}, 1, kInf, kNan, 2, 2, false, true},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     const UaStats stats = statsOf({row.values});
     EXPECT_TRUE(stats.minimum(0) == row.low || std::isnan(row.low)) << stats.minimum(0);
@@ -78,13 +77,12 @@ TEST(UaStats, IntervalProbability) {
   const UaStats linear = statsOf({values});
   // Logarithms 0, 0.105, 0.505 and 1: one run in each of the bins 0, 10, 50, 100.
   const UaStats logs = statsOf({{1.0, std::exp(0.105), std::exp(0.505), std::exp(1.0)}});
-  struct Row {
+  const struct {
     const char* name;
     const UaStats& stats;
     int scale;
     double a, b, runs;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"all runs", linear, 0, -1, 200, 101},
       {"above the maximum", linear, 0, 100, 200, 0},
       {"below the minimum", linear, 0, -5, 0, 0},
@@ -96,7 +94,7 @@ TEST(UaStats, IntervalProbability) {
       {"logarithmic, from edge to edge", logs, 1, 0.1, 0.11, 2},
       {"logarithmic, all", logs, 1, -1, 3, 4},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const double runs = row.stats.sampleSize();
     EXPECT_NEAR(row.stats.intervalProbability(row.a, row.b, 0, row.scale), row.runs / runs, 1e-12) << row.name;
   }
@@ -121,6 +119,50 @@ TEST(UaStats, EmptyArraysAreEmptyLines) {
   TextWriter out;
   stats.write(out);
   EXPECT_EQ(out.text(), text);
+}
+
+TEST(CriticalValues, StudentQuantile) {
+  const struct {
+    const char* name;
+    std::int32_t freedom;
+    double confidence, expected;
+  } rows[] = {
+      {"first cell", 1, 0.75, 1.000},
+      {"last column", 1, 0.9995, 636.619},
+      {"the cell that stands as printed", 12, 0.975, 2.189},
+      {"last row with its own freedom", 30, 0.95, 1.697},
+      {"mean of 30 and 40", 35, 0.95, (1.697 + 1.684) / 2},
+      {"end of the first mean", 40, 0.95, (1.697 + 1.684) / 2},
+      {"mean of 40 and 60", 41, 0.99, (2.423 + 2.390) / 2},
+      {"mean of 60 and 120", 120, 0.9, (1.296 + 1.289) / 2},
+      {"beyond the table", 300, 0.75, 0.674},
+      {"single precision level", 10, 0.9995f, 4.587},
+      {"lower limit of a window", 10, 0.74, -1.0},
+      {"upper limit of a window", 10, 0.98, -1.0},
+      {"no window", 10, 0.5, -1.0},
+      {"no freedom", 0, 0.95, -1.0},
+      {"negative freedom", -7, 0.95, -1.0},
+      {"no level", 10, std::nan(""), -1.0},
+  };
+  for (const auto& row : rows) EXPECT_DOUBLE_EQ(studentQuantile(row.freedom, row.confidence), row.expected) << row.name;
+}
+
+// A slip in the printed values would break their order; the deviating cell at 12 keeps it.
+TEST(CriticalValues, StudentTableFallsWithFreedomAndRisesWithConfidence) {
+  const double levels[] = {0.75, 0.9, 0.95, 0.975, 0.99, 0.995, 0.9995};
+  for (std::int32_t freedom = 1; freedom <= 121; ++freedom)
+    for (int i = 0; i < 7; ++i) {
+      EXPECT_GE(studentQuantile(freedom, levels[i]), studentQuantile(freedom + 1, levels[i])) << freedom;
+      if (i == 0) continue;
+      EXPECT_GT(studentQuantile(freedom, levels[i]), studentQuantile(freedom, levels[i - 1])) << freedom;
+    }
+}
+
+TEST(CriticalValues, KolmogorovHalfWidth) {
+  EXPECT_DOUBLE_EQ(kolmogorovHalfWidth(100, 0.8), 0.107);
+  EXPECT_DOUBLE_EQ(kolmogorovHalfWidth(100, 0.99), 0.163);
+  EXPECT_EQ(kolmogorovHalfWidth(100, 0.985), -1.0);  // the limit between two windows
+  EXPECT_EQ(kolmogorovHalfWidth(100, 0.75), -1.0);
 }
 
 }  // namespace

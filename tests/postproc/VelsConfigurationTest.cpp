@@ -2,9 +2,6 @@
 
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
-#include "postproc/FastStats.h"
-#include "postproc/SobolStats.h"
-#include "postproc/ValueTables.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -17,66 +14,13 @@ bool load(const std::string& text, VelsConfiguration& vels) {
   return vels.load(in);
 }
 
-IndexRecord recordOf(const std::string& name, std::vector<double> values, std::vector<std::string> group = {}) {
-  return {name, FactorKind::Uncertain, std::move(values), std::move(group)};
-}
-
-// A record of each class, for two variables, computed where that is quick.
-std::unique_ptr<SensitivityStats> statsOfType(std::int32_t typeId) {
-  std::unique_ptr<SensitivityStats> stats = makeSensitivityOfType(typeId);
-  stats->variableCount = 2;
-  stats->factorCount = 2;
-  stats->records = {recordOf("a", {0.25, -0.5, 1e-9, 4}), recordOf("b", {1, 2, 3, 4})};
-  if (typeId == SensitivityStats::kImportance)
-    for (IndexRecord& record : stats->records) record.values.resize(2);
-  if (auto* fast = dynamic_cast<FastStats*>(stats.get())) fast->recordCount = 2;
-  if (auto* sobol = dynamic_cast<SobolStats*>(stats.get())) {
-    sobol->slotMode = SobolStats::kByTerm;
-    sobol->maxOrder = 2;
-    sobol->extra = 2;
-    sobol->termCount = 2;
-    sobol->records = {recordOf("a", {1, 2, 3, 4, 5, 6}, {"a"}), recordOf("a,b", {1, 2, 3, 4}, {"a", "b"})};
-  }
-  stats->computed = true;
-  if (typeId == SensitivityStats::kRegression) {
-    const PrepConfiguration prep =
-        sampleOf({{1, 2, 3, 5}, {4, 1, 9, 2}, {1, 1, 1, 1}}, {"Uniform", "Beta", "Constant"});
-    EXPECT_TRUE(stats->compute(prep, tableOf({{1, 2, 4, 3}, {0, 1, 0, 0}})));
-  }
-  return stats;
-}
-
-VelsConfiguration velsOfType(std::int32_t typeId, bool analysed = true) {
-  VelsConfiguration vels;
-  std::string message;
-  EXPECT_TRUE(vels.setOutputs({"y", "pressure drop"}, message));
-  EXPECT_TRUE(vels.addVariable("y") && vels.addVariable("pressure drop[max]") && vels.setWeight(1, 0.25f));
-  if (typeId >= 0) vels.sensitivity = statsOfType(typeId);
-  EXPECT_TRUE(!analysed ||
-              vels.uncertainty.compute({"y", "pressure drop[max]"}, tableOf({{1, 2, 4, 3}, {0, 1, 0, 0}})));
-  return vels;
-}
-
-TEST(VelsConfiguration, RecordsAreReadAsWritten) {
-  for (const std::int32_t type : {-1, 0, 1, 2, 3, 4})
-    for (const bool analysed : {false, true}) {
-      SCOPED_TRACE(type);
-      const std::string text = textOf(velsOfType(type, analysed));
-      VelsConfiguration back;
-      ASSERT_TRUE(load(text, back));
-      EXPECT_EQ(textOf(back), text);
-      ASSERT_EQ(back.sensitivity != nullptr, type >= 0);
-    }
-}
-
 TEST(VelsConfiguration, ReaderRules) {
   const std::string tail = "0\n0\n0.9\t0.75\n";
-  struct Row {
+  const struct {
     const char* name;
     std::string text;
     std::string problem = "";
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"complete", "0\n1\ny\n1\n\n-1\n" + tail},
       {"carriage returns, no last line end", "0\r\n1\r\ny\r\n1\r\n\r\n-1\r\n0\r\n0\r\n0.9\t0.75"},
       {"no outputs", "0\n0\n\n-1\n" + tail, "line 2: the number of outputs must be at least 1, not 0"},
@@ -96,7 +40,7 @@ TEST(VelsConfiguration, ReaderRules) {
       {"name of 4096", "0\n1\n" + std::string(4096, 'y') + "\n1\n\n-1\n" + tail,
        "line 3: expected the name of an output, found a line of more than 4095 characters"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     VelsConfiguration vels;
     TextReader in = TextReader::fromText(row.text);
     ASSERT_EQ(vels.load(in), row.problem.empty()) << row.name;
