@@ -1,5 +1,3 @@
-// The comparison with expected files must itself see what it is for.
-
 #include "support/Test.h"
 
 namespace tarvex {

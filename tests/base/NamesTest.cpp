@@ -9,16 +9,15 @@ namespace tarvex {
 namespace {
 
 TEST(Names, RulesOfCharacters) {
-  struct Row {
+  const struct {
     const char* name;
     bool valid;
-  };
-  const Row rows[] = {{"x", true},        {"x1", true},           {"Xy9Z", true},    {"a<b", true},  {"a~b{}", true},
-                      {"", false},        {"1x", false},          {"x_1", false},    {"x y", false}, {" x", false},
-                      {"x.1", false},     {"x-1", false},         {"x:", false},     {"x\\", false}, {"x\"", false},
-                      {"caf\xE9", false}, {"caf\xC3\xA9", false}, {"x[max]", false}, {"x?", false},  {"x'", false},
-                      {"x\n", false},     {"x\ty", false}};
-  for (const Row& row : rows) EXPECT_EQ(isValidName(row.name), row.valid) << row.name;
+  } rows[] = {{"x", true},        {"x1", true},           {"Xy9Z", true},    {"a<b", true},  {"a~b{}", true},
+              {"", false},        {"1x", false},          {"x_1", false},    {"x y", false}, {" x", false},
+              {"x.1", false},     {"x-1", false},         {"x:", false},     {"x\\", false}, {"x\"", false},
+              {"caf\xE9", false}, {"caf\xC3\xA9", false}, {"x[max]", false}, {"x?", false},  {"x'", false},
+              {"x\n", false},     {"x\ty", false}};
+  for (const auto& row : rows) EXPECT_EQ(isValidName(row.name), row.valid) << row.name;
 
   std::string forbidden;
   for (int c = 1; c < 128; ++c)
@@ -36,11 +35,10 @@ TEST(Names, FirstWordOfALine) {
 // What a rule takes comes back from a file as it is; what it refuses is told in the same words when it is set and when
 // it is written, and no file appears.
 TEST(TextRules, acceptedTextsComeBackAndOthersAreRefused) {
-  struct Row {
+  const struct {
     std::string text;
     const char *lineProblem, *nameProblem;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"five5", "", ""},
       {"", "", "the name is empty"},
       {" \xC3\xA9 ", "", "the name ' \xC3\xA9 ' is no name: letters and digits only, a letter first"},
@@ -62,7 +60,7 @@ TEST(TextRules, acceptedTextsComeBackAndOthersAreRefused) {
     EXPECT_TRUE(rule.read(in, back) && in.atEnd());
     EXPECT_EQ(back, text);
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     check(LineRule{"the note", 5}, row.text, row.lineProblem);
     check(NameRule{"the name", 5}, row.text, row.nameProblem);
   }

@@ -173,11 +173,10 @@ TEST(SampValues, CopiesAreTheirOwn) {
 // again the table is what it would have been without that operation.
 TEST(SampValues, AFullDiskLosesNothing) {
   const Table table = tableOf(kRows, kColumns);
-  struct Operation {
+  const struct {
     const char* name;
     bool (*run)(sampValues& store);
-  };
-  const Operation operations[] = {
+  } operations[] = {
       {"to column mode", [](sampValues& s) { return s.setColumnMode(true); }},
       {"add a row", [](sampValues& s) { return s.addRow(tableOf(1, kColumns)[0].data()) != 0; }},
       {"row of another window", [](sampValues& s) { return s.rowPointer(0) != nullptr; }},
@@ -187,7 +186,7 @@ TEST(SampValues, AFullDiskLosesNothing) {
          return s.getColumnValue(0, 3, value);
        }},
   };
-  for (const Operation& operation : operations) {
+  for (const auto& operation : operations) {
     for (const auto call : {FailingCalls::kPwrite, FailingCalls::kPread}) {
       FailingCalls calls;
       for (int n = 1;; n += n < 3 ? 1 : 200) {
