@@ -85,14 +85,13 @@ TEST_F(ImportStein, attachingKeepsTheFactors) {
 }
 
 TEST_F(ImportStein, defects) {
-  struct Defect {
+  const struct {
     const char* name;
     std::string text;
     SteinImport mode;
     int factors;
     std::string message;
-  };
-  const std::vector<Defect> defects{
+  } defects[] = {
       {"empty file", "", kSteinReplace, 0, kNothing},
       {"no rows", "0 2\na\nb\n", kSteinReplace, 0, kNothing},
       {"fewer columns than factors", "2 1\na\n1\n2\n", kSteinAttach, 2, kOtherCount},
@@ -107,7 +106,7 @@ TEST_F(ImportStein, defects) {
       {"one row", "1 1\na\n5\n", kSteinReplace, 0, kInconsistent},
       {"not a number", "3 1\na\n1 nan 2\n", kSteinReplace, 0, kInconsistent},
   };
-  for (const Defect& defect : defects) {
+  for (const auto& defect : defects) {
     SCOPED_TRACE(defect.name);
     list.clear();
     addFactors(defect.factors);
