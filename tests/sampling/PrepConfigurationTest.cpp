@@ -202,11 +202,10 @@ TEST(PrepConfiguration, aSampleBeyondMemoryIsRefused) {
 
 // What stands between the factors and the directory line is a section or nothing.
 TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
-  struct Case {
+  const struct {
     const char *name, *old, *text;
     const char* problem;  // empty: the record reads as it was
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"blanks around the method", "\n5\nRandom", "\n 5 \nRandom", ""},
       {"no method number", "\n5\nRandom\n", "\nRandom\n", "expected the number of the sampling method, found 'Random'"},
       {"unknown method", "\n5\nRandom", "\n9\nRandom", "method must be from 0 to 7, not 9"},
@@ -221,7 +220,7 @@ TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
   const test::TempDirectory directory;
   const std::string path = directory.file("a.sam");
   const std::string record = textOf(prep);
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     std::string text = record;
     ASSERT_NE(text.find(c.old), std::string::npos);
@@ -236,11 +235,10 @@ TEST(SampleFiles, aRecordIsReadAsMeantOrRefusedWithItsLine) {
 }
 
 TEST(ExternalSample, isTakenOrRefused) {
-  struct Case {
+  const struct {
     const char *name, *text;
     const char* problem;  // behind the path; empty: taken
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"plain", "2\n2\na\nb\n1 2\n3 4\n", ""},
       {"numbers on any lines", "2\n2\na\nb\n1\n2 3\n4", ""},
       {"a word behind the name", "1\n1\na note\n5\n", ""},
@@ -254,7 +252,7 @@ TEST(ExternalSample, isTakenOrRefused) {
   };
   const test::TempDirectory directory;
   const std::string path = directory.file("external.txt");
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const bool accepted = *c.problem == 0;
     test::writeFile(path, c.text);

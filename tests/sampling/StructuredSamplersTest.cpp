@@ -1,8 +1,9 @@
-#include "sampling/MorrisSampler.h"
-
 #include <set>
 
 #include "sampling/Designs.h"
+#include "sampling/MorrisSampler.h"
+#include "sampling/RepLatinSampler.h"
+#include "sampling/SobolSampler.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -73,6 +74,66 @@ TEST(MorrisSampler, refusesSettingsThatMakeNoDesign) {
   EXPECT_EQ(refusal(flat, factors), "The number of levels must be at least 2");
   MorrisSampler partial = morrisOf(4, 4, 3);
   EXPECT_EQ(refusal(partial, factors), "The number of executions must be 12: trajectories times factors plus one");
+}
+
+TEST(RepLatinSampler, settingsThatGiveNoDesign) {
+  FactorList factors = listOf("ss");
+  factors.correlationMode = kImanConover;
+  RepLatinSampler sampler;
+  EXPECT_FALSE(sampler.setBaseDesign(0));
+  for (const auto& [m, r] : {std::pair{6, 0}, {2147483647, 2147483647}}) {
+    EXPECT_TRUE(sampler.setBaseDesign(m));
+    sampler.setReplications(r);
+    EXPECT_EQ(refusal(sampler, factors), "  No samples to generate");
+  }
+  // A change of the settings behind a design must not read beyond its table.
+  RepLatinSampler made;
+  EXPECT_TRUE(made.setBaseDesign(4));
+  generated(made, factors);
+  EXPECT_TRUE(made.hasRunTable());
+  made.setReplications(50);
+  EXPECT_FALSE(made.hasRunTable());
+  EXPECT_EQ(made.runOf(0, 0), nullptr);
+
+  sampler.setChoice(1);
+  sampValues store;
+  ASSERT_TRUE(store.allocate(2));
+  factors.prepareOrder();
+  EXPECT_EQ(sampler.generate(50.0, store, factors), 0.0);
+  EXPECT_FALSE(sampler.hasRunTable());
+}
+
+SobolSampler sobolOf(std::int32_t baseSize, std::int32_t k, std::int32_t kind, std::int32_t order = 1,
+                     bool cheap = false) {
+  SobolSampler sampler;
+  EXPECT_TRUE(sampler.setBaseSize(baseSize) && sampler.setDesignKind(kind) && sampler.setOrder(order));
+  EXPECT_TRUE(
+      sampler.setSamples(static_cast<std::int32_t>(baseSize * SobolSampler::blockCount(k, order, kind, cheap))));
+  return sampler;
+}
+
+TEST(SobolSampler, countsBlocksOfManyFactors) {
+  const auto count = [](std::int32_t k, std::int32_t order) {
+    return SobolSampler::blockCount(k, order, SobolSampler::kUpToOrder, false);
+  };
+  EXPECT_EQ(count(4, 4), 2 + 4 + 6 + 4) << "the order of all factors has no block";
+  EXPECT_EQ(count(185, 3), 2 + 185 + 17020 + 1038220);
+  EXPECT_EQ(count(185, 90), SobolSampler::kManyBlocks);
+}
+
+TEST(SobolSampler, refusesWhatItHasNoPointsOrBlocksFor) {
+  FactorList most = listOf(std::string(185, 's'));
+  SobolSampler sampler = sobolOf(1, 185, SobolSampler::kFirstAndTotal);
+  EXPECT_EQ(generated(sampler, most).size(), 372U);
+  FactorList tooMany = listOf(std::string(186, 's'));
+  sampler = sobolOf(1, 186, SobolSampler::kFirstAndTotal);
+  EXPECT_EQ(refusal(sampler, tooMany), "Sample number 1%: generation failed");
+
+  FactorList five = listOf("sssss");
+  sampler = sobolOf(16, 5, SobolSampler::kUpToOrder, 6);
+  EXPECT_EQ(refusal(sampler, five), "  Incorrect order number, order too big.");
+  sampler = sobolOf(16, 4, SobolSampler::kFirstAndTotal);
+  EXPECT_EQ(refusal(sampler, five), "The number of executions must be the base size times the number of blocks");
 }
 
 }  // namespace
