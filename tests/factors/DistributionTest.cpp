@@ -185,13 +185,12 @@ TEST(Distribution, extremeParameters) {
 
 // Parameters that no search can bracket fail, quickly, with an empty table; extreme but proper ones can be sampled.
 TEST(Distribution, improperParametersAndFarEnds) {
-  struct Row {
+  const struct {
     const char* type;
     std::vector<std::string> fields;
     double median;  // nan: refused
     double tolerance = 0.0;
-  };
-  const std::vector<Row> rows{
+  } rows[] = {
       {"Normal", {"0", "0", "0.001", "0.999"}, kNan},
       {"Normal", {"0", "-1", "0.001", "0.999"}, kNan},
       {"Normal", {"nan", "1", "0.001", "0.999"}, kNan},
@@ -211,7 +210,7 @@ TEST(Distribution, improperParametersAndFarEnds) {
       {"Gamma", {"1e8", "1", "0", "1"}, 1e8 - 1.0 / 3.0, 0.1},
       {"Uniform", {"0:1e-100:1"}, 5e-101, 1e-108},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.type + (' ' + row.fields[0]));
     const auto distribution = distributionOf(row.type, row.fields);
     ASSERT_NE(distribution, nullptr);

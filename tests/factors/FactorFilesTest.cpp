@@ -3,8 +3,6 @@
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
 #include "factors/makeFactor.h"
-#include "support/Copies.h"
-#include "support/Damage.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -59,12 +57,11 @@ TEST_F(FactorFiles, failuresNameTheReasonAndKeepTheOldFile) {
 }
 
 TEST_F(FactorFiles, refusalsSayWhereAndWhat) {
-  struct Row {
+  const std::string sound = test::readFile(test::goldenPath("matrix.fac"));
+  const struct {
     const char* from;  // in matrix.fac, replaced once
     const char *to, *problem;
-  };
-  const std::string sound = test::readFile(test::goldenPath("matrix.fac"));
-  const Row rows[] = {
+  } rows[] = {
       {"Default", "Other", "1: expected the line 'Default Truncations:', found 'Other Truncations:'"},
       {"6 Dist", "-6 Dist", "4: the number of factors must not be negative, as -6 is"},
       {"Normal", "Gauss", "5: expected the type of a factor, found 'Gauss'"},
@@ -78,7 +75,7 @@ TEST_F(FactorFiles, refusalsSayWhereAndWhat) {
       {"\n1\n", "\n4\n", ": the correlation mode must be 0 to 3, not 4"},
       {"\n1\n", "\n1\n\nmore", ": expected the end of the file, found 'more'"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     std::string text = sound;
     const std::string from = row.from;
     const std::size_t at = from == "\n1\n" ? text.rfind(from) : text.find(from);

@@ -115,12 +115,11 @@ TEST(FactorList, matrixGrowsAndCopiesHaveEverything) {
 }
 
 TEST(FactorList, treeOfAFileMustHoldTogether) {
-  struct Row {
+  const struct {
     const char *what, *types;
     std::vector<std::string> lines;
     bool reads;
-  };
-  const std::vector<Row> rows{
+  } rows[] = {
       {"chain", "nnnn", {"0 -1 1 1", "0.5 0 1 2", "0.5 1 1 3", "0.5 2 0"}, true},
       {"two children", "nnnn", {"0 -1 2 3 1", "0.5 0 0", "0 -1 0", "0.5 0 0"}, true},
       {"loop of two", "nnnn", {"0.5 1 1 1", "0.5 0 1 0", "0 -1 0", "0 -1 0"}, false},
@@ -135,7 +134,7 @@ TEST(FactorList, treeOfAFileMustHoldTogether) {
       {"link that is no number", "nnnn", {"0 -1 1 1", "nan 0 0", "0 -1 0", "0 -1 0"}, false},
       {"huge count", "nnnn", {"0 -1 2147483647", "0 -1 0", "0 -1 0", "0 -1 0"}, false},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     FactorList list;
     EXPECT_EQ(readText(treeText(row.types, row.lines), list), row.reads) << row.what;
   }
@@ -156,17 +155,16 @@ TEST(FactorList, fewerRecordsThanAnnouncedAreTaken) {
 }
 
 TEST(FactorList, weightsOfAFileAreScaledWithinTheirRounding) {
-  struct Row {
+  const struct {
     const char* what;
     std::string intervals;
     bool proper;
-  };
-  const std::vector<Row> rows{
+  } rows[] = {
       {"thirds", "3\n0 1 0.333333\n1 2 0.333333\n2 3 0.333333\n", true},
       {"just above", "2\n0 1 0.500001\n1 2 0.5\n", true},
       {"beyond rounding", "2\n0 1 0.500002\n1 2 0.500001\n", false},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     for (const char* type : {"Uniform", "LogUniform", "Discrete"}) {
       TextReader in = TextReader::fromText("x\n\n1\t" + row.intervals);
       const std::unique_ptr<Factor> factor = makeFactor(type);

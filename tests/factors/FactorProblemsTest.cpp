@@ -28,11 +28,10 @@ FactorList listOf(const std::vector<std::pair<std::string, std::string>>& relati
 }
 
 TEST(FactorProblems, relationsAreLookedThrough) {
-  struct Row {
+  const struct {
     std::vector<std::pair<std::string, std::string>> relations;
     std::string warnings;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {{{"y", "a + b"}, {"z", "y * 2"}}, ""},
       {{{"y", "y = t = a; t + 1"}}, ""},
       {{{"y", ""}}, "y: no expression: the value is 0"},
@@ -45,7 +44,7 @@ TEST(FactorProblems, relationsAreLookedThrough) {
        "z: the expression closes a circle of relations: y z"},
       {{{"a", "b"}}, "a: factor 1 has the same name, and relations read that one"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const auto problems = factorProblems(listOf(row.relations));
     EXPECT_EQ(problemLines(problems, false), row.warnings);
     EXPECT_EQ(problemLines(problems, true), "");

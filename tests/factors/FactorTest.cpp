@@ -17,11 +17,10 @@ namespace {
 using test::textOf;
 
 TEST(Factor, pairsOfTruncationsAreChecked) {
-  struct Row {
+  const struct {
     double left, right;
     const char* text;  // empty: accepted
-  };
-  const std::vector<Row> rows{
+  } rows[] = {
       {0.1, 0.9, ""},
       {0.5, 0.5, ""},
       {0.6, 0.5, "Left Truncation must be less than right truncation"},
@@ -29,7 +28,7 @@ TEST(Factor, pairsOfTruncationsAreChecked) {
       {0.0, 0.5, "Left Truncation must be greater than 0"},
       {0.0, 1.0, "Right Truncation must be less than 1"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     LogNormal factor;
     EXPECT_EQ(factor.setTruncations(row.left, row.right), *row.text == '\0') << row.left << ' ' << row.right;
     EXPECT_EQ(factor.errorText, *row.text == '\0' ? "No errors" : row.text);
@@ -89,13 +88,12 @@ TEST(Factor, parametersOfShapesAreCheckedTogether) {
 
 // What a file brings in against the rules of the setters is told, keeps what it had and is written as it was.
 TEST(Factor, unusableParametersAreTold) {
-  struct Row {
-    const char *type, *parameters;
-    const char* problem;  // empty: usable
-  };
   const char* const order = "Wrong values assigned to the distribution definition interval: check alfa beta and gamma";
   // clang-format off
-  const Row rows[] = {
+  const struct {
+    const char *type, *parameters;
+    const char* problem;  // empty: usable
+  } rows[] = {
       {"Normal",      "0\t-1\t0.001\t0.999",     "Standard deviation must be >= 0"},
       {"Normal",      "0\t1\t0.9\t0.1",          "Left Truncation must be less than right truncation"},
       {"Normal",      "nan\t1\t0.001\t0.999",    "mean is not a finite number: nan"},
@@ -124,7 +122,7 @@ TEST(Factor, unusableParametersAreTold) {
       {"Constant",    "inf",                     "value is not a finite number: inf"},
   };
   // clang-format on
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const std::unique_ptr<Factor> factor = makeFactor(row.type);
     const std::string record = std::string("x\n\n1\t") + row.parameters + '\n';
     TextReader in = TextReader::fromText(record);
@@ -165,14 +163,13 @@ TEST(Factor, kindsAndTheirDefaults) {
 }
 
 TEST(Factor, recordLinesHaveTheirRules) {
-  struct Row {
+  const std::string tail = "\n\n1\t2.5\n";
+  const struct {
     const char* what;
     std::string text;
     bool reads;
     std::string name, note;
-  };
-  const std::string tail = "\n\n1\t2.5\n";
-  const std::vector<Row> rows{
+  } rows[] = {
       {"19 characters", std::string(19, 'a') + tail, true, std::string(19, 'a'), ""},
       {"20 characters", std::string(20, 'a') + tail, false, "", ""},
       {"cut at the blank", "one two" + tail, true, "one", ""},
@@ -181,7 +178,7 @@ TEST(Factor, recordLinesHaveTheirRules) {
       {"CR LF", "x\r\nnote\r\n1\t2.5\r\n", true, "x", "note"},
       {"not a number", "x\n\n1\tnan\n", true, "x", ""},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     TextReader in = TextReader::fromText(row.text);
     Constant factor;
     factor.read(in);
