@@ -1,7 +1,6 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <cstring>
 
 #include "app/RunController.h"
 #include "app/ScriptedFrontEnd.h"
@@ -14,7 +13,6 @@ namespace tarvex {
 namespace {
 
 using Calls = std::vector<std::string>;
-using std::chrono::steady_clock;
 
 constexpr const char* kThreeRuns = "1\ny\ntime = no\n3\n1.5\n2.5\n3.5\n";
 
@@ -141,51 +139,6 @@ TEST_F(External, theSampleFileHoldsTheSampleInHand) {
   descriptors_ = test::openDescriptors();  // of another sample
 }
 
-TEST_F(External, aModelThatCannotBeStarted) {
-  test::writeFile(file("text"), "exit 0\n");
-  const struct {
-    const char* name;
-    std::string executable;
-    int error;
-  } cases[] = {{"missing", file("no such \"model\" é"), ENOENT},
-               {"not executable", file("text"), EACCES},
-               {"a directory", directory_.path(), EACCES}};
-  for (const auto& c : cases) {
-    setModel(c.executable);
-    frontEnd_.calls.clear();
-    EXPECT_FALSE(runAgain()) << c.name;
-    EXPECT_EQ(frontEnd_.calls, Calls{"Error: The model execution process can't be loaded.\nError " +
-                                     std::to_string(c.error) + "\ncmd: \"" + c.executable + "\" \"" + file("in.sam") +
-                                     "\"\n" + c.executable + ": " + std::strerror(c.error)})
-        << c.name;
-  }
-}
-
-TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
-  ASSERT_TRUE(run("echo '1\ny\ntime = no\n2\n1\n2' > model.out\n"));
-  EXPECT_TRUE(controller_.project().hasVels);
-  EXPECT_FALSE(controller_.analyse(AnalysisRequest()) == Outcome::Done);
-  EXPECT_EQ(frontEnd_.calls.back(),
-            "Error: The generated sample cardinality is different from model outputs size\n3 runs of the sample, 2 of "
-            "the results");
-}
-
-TEST_F(External, aStopEndsTheModelAndItsChildren) {
-  steady_clock::time_point pressed;
-  frontEnd_.stopAtFrame = 2;
-  frontEnd_.frame = [&] {
-    EXPECT_TRUE(test::waitForLines(file("pids"), 2));
-    EXPECT_EQ(controller_.generateSample(), Outcome::Busy) << "nothing else starts meanwhile";
-    pressed = steady_clock::now();
-  };
-  EXPECT_FALSE(run("sleep 60 &\necho $$ > pids\necho $! >> pids\nwait\n"));
-  EXPECT_LT(steady_clock::now() - pressed, std::chrono::seconds(1));
-  EXPECT_EQ(frontEnd_.calls, (Calls{opened(), "close"}));
-  EXPECT_EQ(frontEnd_.frames, 2);
-  EXPECT_EQ(test::livingProcesses(file("pids")), std::vector<int>());
-  EXPECT_FALSE(controller_.project().hasVels);
-}
-
 TEST_F(External, aLostModelIsTold) {
   frontEnd_.frame = [] { wait(nullptr); };  // somebody else takes the exit code
   EXPECT_FALSE(run("exit 0\n"));
@@ -221,7 +174,6 @@ class WorkbookRun : public test::InDirectory {
     controller_.makeSpreadsheetApplication = [this](const std::function<bool()>& serve) {
       auto application = std::make_unique<test::ScriptedApplication>();
       application->sheets = {{"Outputs", {{{0, 0}, "y"}, {{1, 0}, 1.0}, {{2, 0}, 2.0}, {{3, 0}, 3.0}}}};
-      application->failing = failing_;
       application->user = [this, serve] {
         EXPECT_EQ(controller_.generateSample(), Outcome::Busy) << "nothing else starts meanwhile";
         while (serve())
@@ -233,7 +185,6 @@ class WorkbookRun : public test::InDirectory {
   }
 
   std::string workbook_ = file("book.ods");
-  std::string failing_;
   test::ScriptedFrontEnd frontEnd_;
   RunController controller_{frontEnd_};
   const std::string opened_ = "open External model execution: Excel Application, " + workbook_;
@@ -247,19 +198,6 @@ TEST_F(WorkbookRun, servesTheUserUntilTheApplicationIsClosed) {
   EXPECT_EQ(controller_.project().model.results.runCount(), 3);
   ASSERT_TRUE(controller_.project().hasVels);
   EXPECT_EQ(controller_.project().vels.outputs().front().name, "y");
-}
-
-TEST_F(WorkbookRun, whateverFailsIsAFailedRun) {
-  for (const std::string failing : {"write", ""}) {  // "": the user stops
-    failing_ = failing;
-    frontEnd_.calls.clear();
-    frontEnd_.stopAtFrame = 3;
-    EXPECT_EQ(controller_.runModel(RunController::SampleUse::Existing), Outcome::Refused) << failing;
-    Calls expected{opened_, "close", "Error: Error in the Excel model execution"};
-    if (!failing.empty()) expected.insert(expected.begin() + 1, "Error: write failed");
-    EXPECT_EQ(frontEnd_.calls, expected) << failing;
-    EXPECT_FALSE(controller_.busy() || controller_.project().hasVels) << failing;
-  }
 }
 
 }  // namespace

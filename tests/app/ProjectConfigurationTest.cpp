@@ -1,6 +1,5 @@
 #include "app/ProjectConfiguration.h"
 
-#include "app/Analysis.h"
 #include "app/ScriptedFrontEnd.h"
 #include "base/RememberedDirectories.h"
 #include "postproc/PostProcessorFile.h"

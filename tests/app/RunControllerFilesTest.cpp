@@ -124,29 +124,6 @@ TEST_F(Workflow, savesUnderTheNameWhereverTheUserIs) {
   EXPECT_FALSE(std::filesystem::exists(ProjectConfiguration::kNoFile));
 }
 
-TEST_F(Workflow, asksBeforeSomethingIsLost) {
-  const std::string buttons = " ^Yes ^No";
-  const struct {
-    Discard purpose;
-    const char* question;
-  } cases[] = {{Discard::ForProject, "Entering demo mode?   Discard current configuration\n and load a new one ?"},
-               {Discard::ForDemo, "Entering demo mode?   Discard current configuration\n and switch to demo mode ?"},
-               {Discard::ForReset, "Warning?   Discard current configuration ?"}};
-  for (const auto& c : cases) {
-    setFlags(false);
-    EXPECT_EQ(controller_.mayDiscard(c.purpose), Outcome::Done);
-    EXPECT_TRUE(frontEnd_.calls.empty());
-    setFlags(true);
-    for (const bool answer : {true, false}) {
-      frontEnd_.answer = answer;
-      EXPECT_EQ(controller_.mayDiscard(c.purpose), answer ? Outcome::Done : Outcome::Refused);
-      EXPECT_EQ(frontEnd_.calls.back(), c.question + buttons);
-    }
-  }
-  setFlags(false);
-  EXPECT_EQ(controller_.mayEditPrep(), Outcome::Done);
-}
-
 // Whatever the order of calls: an imported sample is not generated and its file not written.
 TEST_F(Workflow, anExternalSampleStaysAsItWasImported) {
   const std::string rows = test::readFile(file("rows.txt"));

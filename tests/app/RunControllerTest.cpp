@@ -1,6 +1,5 @@
 #include "app/RunController.h"
 
-#include "app/Analysis.h"
 #include "app/ScriptedFrontEnd.h"
 #include "app/SmallStudy.h"
 #include "base/WorkingFile.h"
@@ -215,25 +214,20 @@ TEST_F(Controller, refusedAnalysesChangeNothing) {
   const ProjectConfiguration& project = controller_.project();
   AnalysisRequest request;
   ASSERT_TRUE(analyse(request));
-  const auto refuse = [&](const char* name, const AnalysisRequest& refused, const std::string& text) {
+  const struct {
+    const char* text;
+    AnalysisRequest request;
+  } rows[] = {{"nothing", {.variables = {"nothing"}}},
+              {"   Expression can't be evaluated.", {.variables = {"y * (2"}}},
+              {"0.8", {.tchebyConfidence = 0.8}},
+              {"1.5", {.alpha = 1.5}}};
+  for (const auto& row : rows) {
     frontEnd_ = {};
-    EXPECT_FALSE(analyse(refused)) << name;
-    EXPECT_NE(frontEnd_.calls.back().find(text), std::string::npos) << name << ": " << frontEnd_.calls.back();
-    EXPECT_EQ(project.vels.selectedVariables(), Calls{"y"}) << name;
-    EXPECT_TRUE(project.vels.sensitivity->computed) << name;
-  };
-  AnalysisRequest noOutput;
-  noOutput.variables = {"nothing"};
-  refuse("an output that there is not", noOutput, "nothing");
-  AnalysisRequest unbalanced;
-  unbalanced.variables = {"y * (2"};
-  refuse("unbalanced parentheses", unbalanced, "   Expression can't be evaluated.");
-  AnalysisRequest level;
-  level.tchebyConfidence = 0.8;
-  refuse("a level of no table", level, "0.8");
-  AnalysisRequest alpha;
-  alpha.alpha = 1.5;
-  refuse("a confidence above 1", alpha, "1.5");
+    EXPECT_FALSE(analyse(row.request)) << row.text;
+    EXPECT_NE(frontEnd_.calls.back().find(row.text), std::string::npos) << frontEnd_.calls.back();
+    EXPECT_EQ(project.vels.selectedVariables(), Calls{"y"}) << row.text;
+    EXPECT_TRUE(project.vels.sensitivity->computed) << row.text;
+  }
 }
 
 }  // namespace
