@@ -3,7 +3,6 @@
 #include <functional>
 
 #include "app/LaunchRequest.h"
-#include "base/TextWriter.h"
 #include "batch/CommandFixture.h"
 #include "correlation/importStein.h"
 #include "factors/FactorList.h"
@@ -33,18 +32,14 @@ std::string steinRead(const std::string& path) {
   FactorList list;
   std::string message;
   EXPECT_TRUE(importStein(path, kSteinReplace, list, message)) << message;
-  TextWriter out;
-  list.write(out);
-  return out.text();
+  return test::textOf(list);
 }
 
 std::string tableRead(const std::string& path) {
   Uniform table;
   std::string message;
   EXPECT_TRUE(loadTabulatedValues(path, table, message)) << message;
-  TextWriter out;
-  table.write(out);
-  return out.text();
+  return test::textOf(table);
 }
 
 // Editors of other systems put one at the start of what they save.

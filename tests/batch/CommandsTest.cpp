@@ -126,14 +126,6 @@ TEST_F(Batch, runsAndAnalysesThatAreRefused) {
   for (const auto& c : cases) refuses(c.command, kFailed, c.text);
 }
 
-TEST_F(Batch, importsSamples) {
-  const test::TempDirectory inputs;
-  test::writeFile(inputs.file("good.txt"), "3\n2\na\nb\n5 1\n6 2\n7 4\n");
-  EXPECT_EQ(run({"import", inputs.file("good.txt"), "-o", "out/a.sam"}), kSucceeded);
-  EXPECT_EQ(run({"show", "out/a.sam"}), kSucceeded);
-  EXPECT_NE(out_.find("External sample\n3 runs of 2 factors"), std::string::npos) << out_;
-}
-
 TEST_F(Batch, aStopEndsWith130AndLeavesNothing) {
   StopSignals::request(true);
   for (const char* command : {"sample in/mixed.fac -o out/a.sam --method random --runs 500",

@@ -1,3 +1,4 @@
+#include "base/NumberText.h"
 #include "batch/CommandFixture.h"
 #include "batch/PlotWords.h"
 #include "model/ModelConfiguration.h"
@@ -6,6 +7,7 @@
 #include "postproc/VelsConfiguration.h"
 #include "sampling/PrepConfiguration.h"
 #include "sampling/SampleFiles.h"
+#include "sampling/SampleSelection.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -79,7 +81,7 @@ TEST_F(PlotCommand, writesEveryFormat) {
   EXPECT_EQ(test::readFile(file("picture")).substr(16, 8), std::string("\0\0\2\x58\0\0\1\x90", 8));
 }
 
-// The runs of a saved selection against a count by hand.
+// Within the bounds, of which the upper one of a filter belongs to it and that of a region doesn't.
 TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
   PrepConfiguration prep;
   ModelConfiguration model;
@@ -88,34 +90,22 @@ TEST_F(PlotCommand, savesTheRunsWithinTheBounds) {
   ASSERT_TRUE(loadPostProcessorFile(test::goldenPath("ishigami.spc"), prep, model, vels, message));
   RunTable table;
   ASSERT_TRUE(readRunTable(prep, model, model.results.outputNames(), {"x1", "y"}, table, message));
-  double highest = -1e300;  // of the first runs, as a bound that a value meets exactly
-  for (int run = 0; run < 20; ++run) highest = std::max(highest, table.columns[1].values[run]);
-  char upper[40];
-  std::snprintf(upper, sizeof upper, "%.17g", highest);
+  const auto& y = table.columns[1].values;
+  const double highest = *std::max_element(y.begin(), y.begin() + 20);  // a bound that a value meets exactly
+  const std::string upper = "y=1:" + numberText(highest, 17);
   for (const bool region : {false, true}) {
-    std::vector<std::vector<double>> kept;
-    for (std::int32_t run = 0; run < table.runs; ++run) {
-      const double x = table.columns[0].values[run];
-      const double y = table.columns[1].values[run];
-      if (!(x >= -1.0 && x < 2.0 && y >= 1.0 && (region ? y < highest : y <= highest))) continue;
-      ASSERT_TRUE(prep.samples.getRow(run, kept.emplace_back(3).data()));
-    }
+    const std::vector<std::int32_t> kept = runsWithin(table, {{0, -1.0, 2.0, !region}, {1, 1.0, highest, !region}});
     ASSERT_GT(kept.size(), 5u);
     Words words{"plot", test::goldenPath("ishigami.spc"), "--save-selection", file("kept.sam")};
-    if (region)
-      words.insert(words.end(), {"--region", std::string("x1=-1:2,y=1:") + upper});
-    else
-      words.insert(words.end(), {"--filter", "x1=-1:2", "--filter", std::string("y=1:") + upper});
+    for (const std::string& word :
+         region ? Words{"--region", "x1=-1:2," + upper} : Words{"--filter", "x1=-1:2", "--filter", upper})
+      words.push_back(word);
     ASSERT_EQ(run(words), kSucceeded) << errors_;
     EXPECT_EQ(out_, "Total samples: 200\nSaved samples: " + std::to_string(kept.size()) + "\n");
-    PrepConfiguration saved;
-    ASSERT_TRUE(loadSampleFile(file("kept.sam"), saved, message)) << message;
-    ASSERT_EQ(saved.samples.rows(), static_cast<std::int32_t>(kept.size()));
-    for (std::size_t run = 0; run < kept.size(); ++run) {
-      double row[3];
-      ASSERT_TRUE(saved.samples.getRow(static_cast<std::int32_t>(run), row));
-      for (int i = 0; i < 3; ++i) EXPECT_NEAR(row[i], kept[run][i], 1e-9);
-    }
+    PrepConfiguration selected, saved;
+    ASSERT_TRUE(selectRuns(prep, kept, selected, message) && loadSampleFile(file("kept.sam"), saved, message))
+        << message;
+    EXPECT_EQ(test::textOf(saved.samples), test::textOf(selected.samples));
   }
   const Words none{"plot",     test::goldenPath("ishigami.spc"), "--save-selection", file("no/such.sam"), "--filter",
                    "y=900:901"};

@@ -18,11 +18,6 @@ TEST_F(ProjectCommand, thereAndBackChangesNothing) {
     EXPECT_TRUE(test::readFile(file("a.psc")) == test::readFile(file("b.psc"))) << name;
     EXPECT_TRUE(test::readFile(file("a.spc")).starts_with(test::readFile(file("a.sam")))) << name;
   }
-  for (const char* name : {"random-none.sam", "fixed.sam", "latin-stein.sam", "random-by-factor.sam"}) {
-    ASSERT_EQ(run({"project", test::goldenPath(name), "-o", file("a.psc")}), kSucceeded) << errors_;
-    ASSERT_EQ(run({"project", file("a.psc"), "--sample", file("a.sam")}), kSucceeded) << errors_;
-    EXPECT_TRUE(test::readFile(file("a.sam")) == test::readFile(test::goldenPath(name))) << name;
-  }
 }
 
 TEST_F(ProjectCommand, whatIsRefusedWritesNothing) {
@@ -81,6 +76,86 @@ TEST_F(ProjectCommand, showsTheSections) {
   ASSERT_EQ(run({"project", test::goldenPath("sobol.sam"), "-o", file("b.psc")}), kSucceeded);
   ASSERT_EQ(run({"show", file("b.psc")}), kSucceeded);
   EXPECT_TRUE(out_.ends_with("\nNo Model Configuration\n\nNo Vels Configuration\n")) << errors_;
+}
+
+class ReportCommand : public test::CommandFixture {
+ protected:
+  int report(const std::string& input, const std::string& output) {
+    return run({"report", input, "-o", output, "--title", "Reactor <3>"});
+  }
+};
+
+TEST_F(ReportCommand, everyResultOnOnePage) {
+  const struct {
+    const char* input;
+    std::vector<std::string> holds;
+  } cases[] = {
+      {"plant.spc", {"Reactor &lt;3&gt;", "Densities", "Latin Hypercube", "SHA-256", "Boost.Math", "PRCC"}},
+      {"morris-run.spc", {"trajectories on", "Sensitivity of", "Sigma"}},  // neither statistics nor measures yet
+      {"times.spc", {"dose[max]", "times from"}},
+      {"unit-order2.spc", {"indices up to order 2"}},
+      {"fast-groups.spc", {"Group one", "first order"}},
+  };
+  for (const auto& c : cases) {
+    const std::string page = file("a.html");
+    ASSERT_EQ(report(test::goldenPath(c.input), page), kSucceeded) << c.input << errors_;
+    const std::string text = test::readFile(page);
+    for (const std::string& part : c.holds) EXPECT_NE(text.find(part), std::string::npos) << c.input << ": " << part;
+    EXPECT_NE(text.find("<img "), std::string::npos) << c.input;
+    EXPECT_EQ(text.find("http://"), std::string::npos) << "a page needs nothing but itself";
+  }
+  ASSERT_EQ(report(test::goldenPath("plant.spc"), file("a.pdf")), kSucceeded) << errors_;
+  EXPECT_EQ(test::readFile(file("a.pdf")).substr(0, 5), "%PDF-");
+}
+
+TEST_F(ReportCommand, refusalsLeaveTheOldReport) {
+  const struct {
+    const char* input;
+    std::string output;
+    const char* message;
+  } cases[] = {
+      {"random-none.sam", "a.html", "holds no results"},
+      {"nothing.spc", "a.html", "nothing.spc"},
+      {"nothing.spc", "a.txt", ".html or a .pdf"},  // before anything is read
+  };
+  test::writeFile(file("a.html"), "old");
+  for (const auto& c : cases) {
+    EXPECT_EQ(report(test::goldenPath(c.input), file(c.output)), kFailed) << c.output;
+    EXPECT_NE(errors_.find(c.message), std::string::npos) << errors_;
+  }
+  EXPECT_EQ(test::readFile(file("a.html")), "old");
+  EXPECT_EQ(directory_.entries(), std::vector<std::string>{"a.html"});
+}
+
+class CheckCommand : public test::CommandFixture {};
+
+TEST_F(CheckCommand, listsWhatIsWrongAndWhatIsDoubtful) {
+  test::writeFile(file("gap.out"), "1\ny\ntime = no\n2\n1\nnan\n");
+  test::writeFile(file("bad.out"), "1\ny\ntime = no\n2\n1\n1,37\n");
+  const struct {
+    test::Words words;
+    int status;
+    std::string text;
+  } cases[] = {
+      {{test::goldenPath("tree.fac"), test::goldenPath("times.spc")}, kSucceeded, "tree.fac: nothing wrong, factors\n"},
+      {{"--kind", "output", file("gap.out")}, kSucceeded, "doubtful: 1 of 2 runs"},
+      {{"--kind", "output", file("bad.out")},
+       kFailed,
+       "wrong: Error reading model output file\n  " + file("bad.out") + ":6"},
+      {{"--kind", "stein", file("bad.out")}, kFailed, "wrong: "},
+      {{"--kind", "rows", "--factors", test::goldenPath("mixed.fac"), test::goldenPath("rows.csv")},
+       kSucceeded,
+       "rows\n"},
+      {{"--kind", "rows", test::goldenPath("rows.csv")}, kWrongUsage, ""},
+      {{test::goldenPath("rows.csv"), test::goldenPath("tree.fac")}, kFailed, "--kind names it"},
+      {{"none.psc"}, kFailed, "none.psc: wrong: "},
+  };
+  for (const auto& c : cases) {
+    test::Words words = c.words;
+    words.insert(words.begin(), "check");
+    EXPECT_EQ(run(words), c.status) << c.words[0] << '\n' << out_ << errors_;
+    EXPECT_NE(out_.find(c.text), std::string::npos) << c.words[0] << '\n' << out_;
+  }
 }
 
 }  // namespace
