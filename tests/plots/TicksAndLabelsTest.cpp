@@ -1,5 +1,9 @@
-#include "plots/Ticks.h"
+#include <cstddef>
+#include <cstdint>
 
+#include "base/uniformRandom.h"
+#include "plots/Ticks.h"
+#include "plots/labelPlacement.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -21,14 +25,13 @@ std::string textsOf(const Axis& axis, int wanted) {
 }
 
 TEST(Ticks, linearAxes) {
-  struct Case {
+  // clang-format off
+  const struct {
     double lower, upper;
     NumberForm form;
     int wanted;
     const char* texts;
-  };
-  // clang-format off
-  const std::vector<Case> cases = {
+  } cases[] = {
       {0.0,       1.0,        kTwo,                      5, "0 0.20 0.40 0.60 0.80 1.00"},
       {-1.0,      1.0,        NumberForm::ThreeDecimals, 4, "-1.000 -0.500 0 0.500 1.000"},
       {0.0,       0.003,      kTwo,                      3, "0 0.001 0.002 0.003"},
@@ -46,25 +49,24 @@ TEST(Ticks, linearAxes) {
       {0.0,       kInf,  kTwo,                      4, ""},
   };
   // clang-format on
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(textsOf({"", c.lower, c.upper, AxisScale::Linear, c.form}, c.wanted), c.texts);
   }
 }
 
 TEST(Ticks, logarithmAxes) {
-  struct Case {
+  const struct {
     double lower, upper;
     int wanted;
     const char* texts;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {0.1, 10.0, 6, "0.1 0.2 ' ' 0.5 ' ' ' ' 1 2 ' ' 5 ' ' ' ' 10"},
       {0.5, 20.0, 3, "' ' ' ' ' 1 ' ' ' ' ' ' ' ' 10 '"},
       {1e-4, 1e5, 4, "0.0001 0.01 1 100 10000"},
       {1e-300, 1e300, 6, "1e-300 1e-200 1e-100 1 1e+100 1e+200 1e+300"},
       {3.0, 5.0, 5, "3 3.5 4 4.5 5"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const Axis axis{"", std::log(c.lower), std::log(c.upper), AxisScale::Logarithms, kTwo};
     EXPECT_EQ(textsOf(axis, c.wanted), c.texts);
   }
@@ -88,16 +90,58 @@ TEST(Ticks, axesHoldTheirValues) {
 }
 
 TEST(Ticks, numbersInTheirForm) {
-  struct Case {
+  const struct {
     double value;
     NumberForm form;
     const char* text;
-  };
-  const std::vector<Case> cases = {
-      {0.5, kTwo, "0.50"},           {0.0005, kTwo, "0.0005"}, {10000.0, kTwo, "10000.00"},
-      {-12345.0, kTwo, "-1.23e+04"}, {0.5, kShort, "0.5"},     {-0.0, kTwo, "0"},
-      {kNan, kTwo, "nan"},           {-kInf, kTwo, "-inf"},    {2.0, NumberForm::FourDecimals, "2.0000"}};
-  for (const Case& c : cases) EXPECT_EQ(formNumber(c.value, c.form), c.text);
+  } cases[] = {{0.5, kTwo, "0.50"},           {0.0005, kTwo, "0.0005"}, {10000.0, kTwo, "10000.00"},
+               {-12345.0, kTwo, "-1.23e+04"}, {0.5, kShort, "0.5"},     {-0.0, kTwo, "0"},
+               {kNan, kTwo, "nan"},           {-kInf, kTwo, "-inf"},    {2.0, NumberForm::FourDecimals, "2.0000"}};
+  for (const auto& c : cases) EXPECT_EQ(formNumber(c.value, c.form), c.text);
+}
+
+constexpr double kRadius = 3.0;
+constexpr Rect kBounds{10.0, 20.0, 600.0, 400.0};
+
+// Random marks; the texts are of three to nineteen wide letters.
+std::vector<LabelToPlace> randomLabels(std::size_t count, double width) {
+  restoreInitialRandomState();
+  std::int32_t state = 17;
+  std::vector<LabelToPlace> labels(count);
+  for (LabelToPlace& label : labels) {
+    label = {kBounds.x + kBounds.width * uniformRandom(state), kBounds.y + kBounds.height * uniformRandom(state), width,
+             13.0};
+  }
+  return labels;
+}
+
+void expectNoOverlaps(std::size_t count, double width) {
+  const std::vector<LabelToPlace> labels = randomLabels(count, width);
+  const std::vector<PlacedLabel> placed = placeLabels(labels, kRadius, kBounds);
+  ASSERT_EQ(placed.size(), labels.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!placed[i].placed) continue;
+    EXPECT_TRUE(placed[i].box.within(kBounds));
+    for (std::size_t j = 0; j < count; ++j) {
+      const Rect mark = Rect{labels[j].x, labels[j].y, 0.0, 0.0}.grown(kRadius);
+      EXPECT_FALSE(placed[i].box.overlaps(mark)) << i << " on the mark of " << j;
+      if (i == j || !placed[j].placed) continue;
+      EXPECT_FALSE(placed[i].box.overlaps(placed[j].box)) << i << " on " << j;
+      if (!placed[j].led) continue;
+      for (double part = 0.0; part < 1.0; part += 0.05) {
+        const double x = labels[j].x + (placed[j].lineX - labels[j].x) * part;
+        const double y = labels[j].y + (placed[j].lineY - labels[j].y) * part;
+        EXPECT_FALSE(placed[i].box.holds(x, y)) << "the line of " << j << " through " << i;
+      }
+    }
+  }
+}
+
+TEST(LabelPlacement, nothingOverlapsAndAllIsPlacedWhereThereIsRoom) {
+  for (const auto& [count, width] : {std::pair(20, 210.0), {371, 30.0}, {2000, 30.0}})
+    expectNoOverlaps(static_cast<std::size_t>(count), width);
+  const std::vector<PlacedLabel> placed = placeLabels(randomLabels(40, 30.0), kRadius, kBounds);
+  EXPECT_TRUE(std::all_of(placed.begin(), placed.end(), [](const PlacedLabel& label) { return label.placed; }));
 }
 
 }  // namespace
