@@ -55,13 +55,6 @@ class ModelConfigurationTest : public testing::Test {
   test::ScopedCurrentDirectory current_;
 };
 
-const std::vector<std::pair<std::string, std::string>> kGolden{
-    {"ishigami-run.spc", "ishigami.sam"},
-    {"plant-run.spc", "plant.sam"},
-    {"plain-run.spc", "ishigami.sam"},
-    {"times-run.spc", "latin-stein.sam"},
-};
-
 TEST_F(ModelConfigurationTest, StepsOfAnInternalRun) {
   const sampValues samples = samplesOf(50);
   ModelConfiguration model;
