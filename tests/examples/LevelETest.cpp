@@ -113,32 +113,6 @@ TEST(ChainTransport, equalRetentionSeparatesDecay) {
   }
 }
 
-// With hardly any dispersion, leached at once and through one layer: a daughter that moves ten times as fast, seen at
-// t, comes from a decay at a place and time that t tells.
-TEST(ChainTransport, plugFlowGivesTheDaughter) {
-  const double parent = 1e-5, daughter = 3e-5, passing = 1000.0;  // yr, without retention
-  const ChainTransport transport({{1, parent, 1, 100}, {0, daughter, 1, 10}}, 1e3, 0,
-                                 {{{0.1, 100, 1, 0.05}, {1, 1e-3, 1, 1e-4}}});
-  for (const double t : {1.5e4, 3e4, 5e4, 8e4}) {
-    const double asParent = (t - 10 * passing) / (1.0 - 10.0 / 100.0);
-    const double expected = parent * std::exp(-parent * asParent - daughter * (t - asParent)) / (1.0 - 10.0 / 100.0);
-    EXPECT_TRUE(agrees(transport.outflow(t, {0, 1}), expected, 2e-3)) << t;
-  }
-}
-
-// Three nuclides of which only the last one is stable: all atoms come out in the end, as whatever they are by then.
-TEST(ChainTransport, noAtomIsLost) {
-  const std::vector<Nuclide> chain = {{7, 1e-4, 1, 100}, {2, 3e-4, 1, 10}, {1, 1e-15, 1, 100}};
-  for (const double containment : {0.0, 1e4}) {
-    const ChainTransport transport(chain, 1e-3, containment, {{{0.1, 100, 1, 10}, {0.1, 200, 2, 5}}});
-    double mol = 0.0;
-    const double step = 0.02;
-    for (double u = std::log(1e2); u < std::log(1e8); u += step)
-      mol += step * std::exp(u) * transport.outflow(containment + std::exp(u), {1, 1, 1});
-    EXPECT_TRUE(agrees(mol, 10.0, 1e-6)) << containment;
-  }
-}
-
 TEST(LevelEModel, halvedStepsChangeNothing) {
   // Ends and middles of the twelve ranges, put together at random.
   const Inputs low = {100, 1e-3, 1e-6, 1e-3, 1e-2, 100, 50, 1, 1, 3, 3, 1e5};
