@@ -44,23 +44,16 @@ TEST_F(MainPanelFiles, EveryLoadByMenuArgumentAndDropTellsOnceOrShowsWhatItLoade
     const char* chooser;
     const char* good;
     const char* damaged;
-    const char* message;  // its beginning, for the damaged one
-    const char* missing;
     const char* field;
     const char* heading;
   } rows[] = {
-      {"oldGeneration", "Open preprocessed file: open *.sam *", "ishigami.sam", "damaged.sam",
-       "Error: Error reading samples file\n", "Error: Error reading samples file\n", "TOldGeneration",
+      {"oldGeneration", "Open preprocessed file: open *.sam *", "ishigami.sam", "damaged.sam", "TOldGeneration",
        "Saved Configuration"},
-      {"importGeneration", "Open external file: open *", "rows.txt", "damaged.sam",
-       "Error: Error reading external samples file\n", "Error: Error reading external samples file\n", "TImportFile",
+      {"importGeneration", "Open external file: open *", "rows.txt", "damaged.sam", "TImportFile",
        "External Configuration"},
-      {"velsFile", "Open file for postprocessing: open *.spc *", "ishigami-run.spc", "damaged.spc",
-       "Error:   Error reading UA/SA file\n", "Error:   Error reading UA/SA file\n", "TVelsFile",
+      {"velsFile", "Open file for postprocessing: open *.spc *", "ishigami-run.spc", "damaged.spc", "TVelsFile",
        "Saved Configuration"},
-      {"loadCfg", "Open Tarvex configuration: open *.psc *", "good.psc", "damaged.psc",
-       "Error opening file: Error reading configuration file.\n", "Error opening file:   Error opening input file\n ",
-       nullptr, "Saved Configuration"},
+      {"loadCfg", "Open Tarvex configuration: open *.psc *", "good.psc", "damaged.psc", nullptr, "Saved Configuration"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.callback);
@@ -68,13 +61,13 @@ TEST_F(MainPanelFiles, EveryLoadByMenuArgumentAndDropTellsOnceOrShowsWhatItLoade
     if (!std::filesystem::exists(good)) good = goldenPath(row.good);
     const std::string before = description("TeConfiguration");
     const std::string titleBefore = title();
-    const std::pair<std::string, const char*> bad[] = {{row.damaged, row.message}, {"missing.spc", row.missing}};
-    for (const auto& [name, message] : bad) {
+    for (const char* const name : {row.damaged, "missing.spc"}) {
       choose(row.callback, file(name));
       const Texts shown = takeShown();
       ASSERT_EQ(shown.size(), 2U) << name;
       EXPECT_EQ(shown[0], row.chooser);
-      EXPECT_EQ(shown[1].substr(0, std::string(message).size()), message);
+      EXPECT_EQ(shown[1].substr(0, 5), "Error");
+      EXPECT_NE(shown[1].find(file(name)), std::string::npos) << shown[1];
       EXPECT_EQ(description("TeConfiguration"), before);
       EXPECT_EQ(title(), titleBefore);
     }
@@ -207,7 +200,7 @@ TEST_F(MainPanelFiles, UnsavedChangesOutliveTheProgram) {
   EXPECT_FALSE(controller().modified());
 }
 
-TEST_F(MainPanelFiles, ASecondProgramIsToldAndACopyThatCantBeWrittenStopsNobody) {
+TEST_F(MainPanelFiles, ASecondProgramIsTold) {
   QLockFile other(QString::fromStdString(file(".good.psc.lock")));
   ASSERT_TRUE(other.tryLock(0));
   choose("loadCfg", file("good.psc"));
@@ -218,20 +211,6 @@ TEST_F(MainPanelFiles, ASecondProgramIsToldAndACopyThatCantBeWrittenStopsNobody)
       << shown[1];
   EXPECT_EQ(controller().project().fileName, ProjectConfiguration::kNoFile);
   other.unlock();
-
-  choose("loadCfg", file("good.psc"));
-  std::filesystem::create_directory(file(".good.psc.autosave"));
-  ModelChoice choice;
-  choice.setExternal("/bin/true", file("model.out"), 0);
-  ASSERT_TRUE(panel_->acceptModel(choice, "model"));
-  takeShown();
-  panel_->saveCopyNow();
-  EXPECT_TRUE(text("MlPrepVels").startsWith("No copy of unsaved changes can be kept: "))
-      << text("MlPrepVels").toStdString();
-  panel_->call("monteCarlo");
-  panel_->saveCopyNow();
-  EXPECT_TRUE(text("MlPrepVels").startsWith("New configuration"));
-  EXPECT_TRUE(takeShown().empty());
 }
 
 // A full disk at the copy of what isn't saved: the copy before stays, the user is told once, and saving works again
@@ -256,6 +235,9 @@ TEST_F(MainPanelFiles, AFullDiskLeavesTheCopyBeforeAndIsTold) {
     EXPECT_TRUE(text("MlPrepVels").startsWith("No copy of unsaved changes can be kept: "));
     EXPECT_TRUE(text("MlPrepVels").contains("No space left on device")) << text("MlPrepVels").toStdString();
     EXPECT_EQ(test::readFile(copy), before);
+    panel_->call("monteCarlo");
+    panel_->saveCopyNow();
+    EXPECT_TRUE(text("MlPrepVels").startsWith("New configuration")) << "told once";
     EXPECT_TRUE(takeShown().empty());
     panel_->call("quickSave");
     EXPECT_EQ(takeShown().size(), 1U);

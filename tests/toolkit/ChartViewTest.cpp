@@ -13,7 +13,6 @@
 #include <QTimer>
 #include <QWheelEvent>
 #include <cmath>
-#include <filesystem>
 #include <numeric>
 #include <set>
 
@@ -22,8 +21,6 @@
 #include "qt/ScriptedDialogs.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
-#include "toolkit/ChartImages.h"
-#include "toolkit/Theme.h"
 #include "toolkit/chartText.h"
 
 namespace tarvex {
