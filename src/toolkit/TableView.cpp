@@ -190,6 +190,10 @@ void TableView::findNext() {
   if (row >= 0) setCurrentIndex(model_.index(row, column));
 }
 
+void TableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  if (editor == nullptr || !editor->isHidden()) QTableView::closeEditor(editor, hint);
+}
+
 void TableView::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return copy();
   if (event->matches(QKeySequence::Find)) return openSearch();

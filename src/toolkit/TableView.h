@@ -43,6 +43,8 @@ class TableView : public QTableView {
   void refused(const QString& why);
 
  protected:
+  // What is typed may fill the table anew, which takes the editor away before it is asked to close.
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
