@@ -18,7 +18,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr int kGrace = 1500;  // milliseconds; with the cleaning up less than two seconds
+constexpr int kGrace = 1250;  // milliseconds; with the cleaning up less than two seconds on a busy machine, too
 
 int requestPipe[2] = {-1, -1};
 
