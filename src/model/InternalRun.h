@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "base/Progress.h"
+#include "model/InternalModel.h"
 
 namespace tarvex {
 
-class InternalModel;
 class ModelResults;
 class sampValues;
 

@@ -15,7 +15,7 @@ class ChartAccess : public QAccessibleWidget {
   explicit ChartAccess(ChartView* view) : QAccessibleWidget(view, QAccessible::Chart), view_(view) {}
 
   QString text(QAccessible::Text kind) const override {
-    const QString own = QAccessibleWidget::text(kind);
+    QString own = QAccessibleWidget::text(kind);
     if (!own.isEmpty()) return own;
     if (kind == QAccessible::Name)
       return view_->figure().title.empty() ? "Chart" : QString::fromStdString(view_->figure().title);

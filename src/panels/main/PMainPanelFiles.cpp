@@ -206,8 +206,7 @@ void PMainPanel::loadModel(const QString& path) {
   }
   ModelChoice choice;
   choice.setInternalModel(std::move(model));
-  static_cast<void>(
-      acceptModel(std::move(choice), "model " + QFileInfo(path).fileName()));  // the message has been shown
+  static_cast<void>(acceptModel(choice, "model " + QFileInfo(path).fileName()));  // the message has been shown
 }
 
 // In the place of the factors in hand; the rest of the configuration stays.

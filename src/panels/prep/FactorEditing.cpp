@@ -104,7 +104,7 @@ void FactorEditing::set(const State& state) {
   changed_();
 }
 
-void FactorEditing::enter(const QString& name, State after) {
+void FactorEditing::enter(const QString& name, const State& after) {
   const State before = state_;
   const auto setter = [this](const State& state) {
     return [this, state] {

@@ -52,7 +52,7 @@ class FactorEditing {
   };
   using Operation = std::function<bool(FactorList&, QString&)>;
   bool change(const QString& name, const Operation& operation, QString& problem);
-  void enter(const QString& name, State after);
+  void enter(const QString& name, const State& after);
   void set(const State& state);
 
   State state_;

@@ -64,7 +64,7 @@ std::string PRelation::expression() {
 
 // Judges the expression and marks the character at which it is wrong.
 ExpressionCheck PRelation::check() {
-  const ExpressionCheck found = checkExpression(expression(), names_);
+  ExpressionCheck found = checkExpression(expression(), names_);
   QList<QTextEdit::ExtraSelection> marks;
   if (found.outcome != Trial::kGood) {
     QTextEdit::ExtraSelection mark;
