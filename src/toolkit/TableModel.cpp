@@ -34,7 +34,7 @@ void TableModel::setSource(std::shared_ptr<const TableSource> source) {
   source_ = std::move(source);
   editable_.reset();
   order_.clear();
-  chosen_ = false;
+  choice_.reset();
   endResetModel();
 }
 
@@ -49,15 +49,20 @@ void TableModel::sourceChanged() {
 
 void TableModel::setRows(std::vector<int> rows) {
   beginResetModel();
-  order_ = std::move(rows);
-  chosen_ = true;
+  order_ = rows;
+  choice_ = std::move(rows);
   endResetModel();
+}
+
+void TableModel::unsort() {
+  if (choice_) return setRows(*choice_);
+  showAllRows();
 }
 
 void TableModel::showAllRows() {
   beginResetModel();
   order_.clear();
-  chosen_ = false;
+  choice_.reset();
   endResetModel();
 }
 
@@ -87,7 +92,8 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || source_ == nullptr) return {};
-  if (role == Qt::DisplayRole || role == Qt::EditRole) return source_->text(sourceRow(index.row()), index.column());
+  if (role == Qt::DisplayRole) return source_->shownText(sourceRow(index.row()), index.column());
+  if (role == Qt::EditRole) return source_->text(sourceRow(index.row()), index.column());
   if (role == Qt::TextAlignmentRole)
     return QVariant(Qt::AlignVCenter | (source_->isNumeric(index.column()) ? Qt::AlignRight : Qt::AlignLeft));
   if (editable_ == nullptr || (role != Qt::ToolTipRole && role != Qt::DecorationRole)) return {};
@@ -150,8 +156,13 @@ void TableModel::sort(int column, Qt::SortOrder order) {
     sortRows(order_, keys, ascending, less);
   } else {
     std::vector<QString> keys(order_.size());
-    std::transform(order_.begin(), order_.end(), keys.begin(), [&](int row) { return source_->text(row, column); });
-    sortRows(order_, keys, ascending, [](const QString& a, const QString& b) { return a.localeAwareCompare(b) < 0; });
+    std::transform(order_.begin(), order_.end(), keys.begin(),
+                   [&](int row) { return source_->shownText(row, column); });
+    const auto less = [ascending](const QString& a, const QString& b) {
+      if (a.isEmpty() || b.isEmpty()) return ascending ? b.isEmpty() && !a.isEmpty() : a.isEmpty() && !b.isEmpty();
+      return a.localeAwareCompare(b) < 0;
+    };
+    sortRows(order_, keys, ascending, less);
   }
   endResetModel();
 }

@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "toolkit/TableSource.h"
@@ -27,6 +28,8 @@ class TableModel : public QAbstractTableModel {
   // Shows these rows of the source alone; an empty choice shows none.
   void setRows(std::vector<int> rows);
   void showAllRows();
+  // The rows that are shown, in the order of the source or of the choice.
+  void unsort();
   // The row of the source that stands in row `row` of the table.
   int sourceRow(int row) const;
   // The row of the table, or -1, whose first cell at or behind (row, column) contains `text`, whatever its case; the
@@ -42,7 +45,7 @@ class TableModel : public QAbstractTableModel {
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
   // All rows are shown, in the source's order.
-  bool isWhole() const { return !chosen_ && order_.empty(); }
+  bool isWhole() const { return !choice_ && order_.empty(); }
 
  Q_SIGNALS:
   // The user changed the source.
@@ -56,7 +59,7 @@ class TableModel : public QAbstractTableModel {
   std::shared_ptr<const TableSource> source_;
   std::shared_ptr<EditableTableSource> editable_;  // the source, if it can be changed
   std::vector<int> order_;  // rows of the source as they are shown; empty while all stand in their own order
-  bool chosen_ = false;     // order_ is a choice, which may be empty
+  std::optional<std::vector<int>> choice_;  // the rows that are shown alone
 };
 
 }  // namespace tarvex

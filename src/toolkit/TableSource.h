@@ -18,6 +18,8 @@ class TableSource {
   // What a column means; empty: its name says all.
   virtual QString headerToolTip(int /*column*/) const { return {}; }
   virtual QString text(int row, int column) const = 0;
+  // What stands in the cell, where its text is longer than anybody reads.
+  virtual QString shownText(int row, int column) const { return text(row, column); }
   // Numbers stand to the right and are sorted as numbers.
   virtual bool isNumeric(int /*column*/) const { return true; }
   // The value that rows are sorted by. Requires: a numeric column. Not-a-numbers sort last.

@@ -34,6 +34,7 @@ TableView::TableView(QWidget* parent) : QTableView(parent), search_(new QLineEdi
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) { turnOrder(column); });
   connect(verticalHeader(), &QHeaderView::sectionMoved, this,
           [this](int, int from, int to) { followHeader(from, to); });
+  connect(&model_, &TableModel::modelReset, this, [this] { forgetOrder(); });
   connect(&model_, &TableModel::edited, this, &TableView::edited);
   connect(&model_, &TableModel::refused, this, &TableView::refused);
   search_->setObjectName("tableSearch");
@@ -45,8 +46,6 @@ TableView::TableView(QWidget* parent) : QTableView(parent), search_(new QLineEdi
 }
 
 void TableView::setSource(std::shared_ptr<const TableSource> source) {
-  sortedColumn_ = -1;
-  horizontalHeader()->setSortIndicatorShown(false);
   model_.setSource(std::move(source));
   verticalHeader()->setSectionsMovable(false);
 }
@@ -73,16 +72,19 @@ QSize TableView::sizeHint() const {
 
 void TableView::turnOrder(int column) {
   const bool same = column == sortedColumn_;
-  if (same && sortOrder_ == Qt::DescendingOrder) {
-    sortedColumn_ = -1;
-    model_.showAllRows();
-  } else {
-    sortOrder_ = same ? Qt::DescendingOrder : Qt::AscendingOrder;
-    sortedColumn_ = column;
-    model_.sort(column, sortOrder_);
-  }
-  horizontalHeader()->setSortIndicatorShown(sortedColumn_ >= 0);
-  if (sortedColumn_ >= 0) horizontalHeader()->setSortIndicator(sortedColumn_, sortOrder_);
+  if (same && sortOrder_ == Qt::DescendingOrder) return model_.unsort();
+  const Qt::SortOrder order = same ? Qt::DescendingOrder : Qt::AscendingOrder;
+  model_.sort(column, order);
+  sortOrder_ = order;
+  sortedColumn_ = column;
+  horizontalHeader()->setSortIndicatorShown(true);
+  horizontalHeader()->setSortIndicator(column, order);
+}
+
+// Rows that come anew stand in their own order.
+void TableView::forgetOrder() {
+  sortedColumn_ = -1;
+  horizontalHeader()->setSortIndicatorShown(false);
 }
 
 qint64 TableView::selectedCells() const {
@@ -192,6 +194,19 @@ void TableView::findNext() {
 
 void TableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
   if (editor == nullptr || !editor->isHidden()) QTableView::closeEditor(editor, hint);
+}
+
+// While the search is open its keys go before those of the panel.
+bool TableView::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride && search_->isVisible()) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (key == Qt::Key_Escape || (isEnter && search_->hasFocus())) {
+      event->accept();
+      return true;
+    }
+  }
+  return QTableView::event(event);
 }
 
 void TableView::keyPressEvent(QKeyEvent* event) {

@@ -45,6 +45,7 @@ class TableView : public QTableView {
  protected:
   // What is typed may fill the table anew, which takes the editor away before it is asked to close.
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -57,6 +58,7 @@ class TableView : public QTableView {
   void openSearch();
   void findNext();
   void turnOrder(int column);
+  void forgetOrder();
   qint64 selectedCells() const;
 
   TableModel model_;
