@@ -81,7 +81,9 @@ std::optional<ChosenFile> Dialogs::chooseFile(const FileChoice& choice, QWidget*
   dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   QStringList filters;
-  for (const FileFilter& filter : choice.filters) filters << filter.description + " (" + filter.pattern + ')';
+  // "All files" are those without a dot, too.
+  for (const FileFilter& filter : choice.filters)
+    filters << filter.description + " (" + (filter.pattern == "*.*" ? "*" : filter.pattern) + ')';
   dialog.setNameFilters(filters);
   if (saving) dialog.setDefaultSuffix(choice.suffix);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
