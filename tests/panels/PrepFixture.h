@@ -34,7 +34,10 @@ class PrepTest : public testing::Test {
     RememberedDirectories::forget();
     display_.appendToSearchPath(TARVEX_SHARE "/Tarvex/TarvexPanels");
   }
-  ~PrepTest() override { EXPECT_TRUE(TruncatedDistribution::setDefaultTruncations(0.001, 0.999)); }
+  ~PrepTest() override {
+    RememberedDirectories::forget();
+    EXPECT_TRUE(TruncatedDistribution::setDefaultTruncations(0.001, 0.999));
+  }
 
   std::string file(const std::string& name) const { return directory_.file(name); }
   Texts takeShown() { return std::exchange(dialogs_.shown, {}); }
@@ -53,6 +56,10 @@ class PrepTest : public testing::Test {
       QTest::keyClicks(field, text);
     }
   }
+  // Keys into what has the keyboard, which a key may change.
+  static void keys(const QString& text) {
+    for (const QChar key : text) QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
+  }
   static void click(QWidget& window, const char* button) {
     auto* const found = window.findChild<QAbstractButton*>(button);
     ASSERT_NE(found, nullptr) << button;
@@ -61,7 +68,7 @@ class PrepTest : public testing::Test {
   }
   // Acts on the window as soon as it has the keyboard: once, whatever is modal above it.
   void whenShown(const QString& window, std::function<void(QWidget&)> act) {
-    auto* const timer = new QTimer(qApp);
+    auto* const timer = new QTimer(&waiting_);
     QObject::connect(timer, &QTimer::timeout, timer, [=] {
       for (QWidget* const top : QApplication::topLevelWidgets()) {
         if (top->objectName() != window || !top->isActiveWindow()) continue;
@@ -92,9 +99,11 @@ class PrepTest : public testing::Test {
     return text;
   }
 
+  ScopedCurrentDirectory stay_;
   TempDirectory directory_;
   ScriptedDialogs dialogs_;
   Display display_;
+  QObject waiting_;  // for windows that may never come
 };
 
 }  // namespace tarvex::test

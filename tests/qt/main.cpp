@@ -1,8 +1,23 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QTimer>
 #include <cstdlib>
 
 #include "toolkit/Application.h"
+
+namespace {
+
+// After the end of the program, which a test may ask for, every loop ends at once until that of the application has run
+// again.
+class NewLoop : public testing::EmptyTestEventListener {
+  void OnTestStart(const testing::TestInfo&) override {
+    QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
+    QApplication::exec();
+  }
+};
+
+}  // namespace
 
 // The application object lives as long as the tests. Offscreen, one font, no blinking: pictures are the same
 // everywhere.
@@ -11,5 +26,6 @@ int main(int argc, char** argv) {
   ::setenv("XDG_RUNTIME_DIR", "/tmp", 0);
   testing::InitGoogleTest(&argc, argv);
   const tarvex::Application application(argc, argv, "Tarvex", "test");
+  testing::UnitTest::GetInstance()->listeners().Append(new NewLoop);  // which owns it
   return RUN_ALL_TESTS();
 }
