@@ -134,9 +134,16 @@ TEST_F(PrepMain, TheFormatIsTakenAndDemonstrationsAreForReading) {
   EXPECT_TRUE(sensitive("BModify") && sensitive("BVisualize"));
 }
 
-TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFile) {
+TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFileAndACancelLeavesIt) {
   display_.keepIn(QString::fromStdString(file("desktop.ini")));
   PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
+  const auto truncate = [this](QWidget& factors, const char* left) {
+    whenShown("Truncation", [left](QWidget& window) {
+      type(window, {{"NLeftTrunc", left}});
+      click(window, "BOk");
+    });
+    factors.findChild<QAction*>("ATruncation")->trigger();
+  };
   whenShown("PrepMain", [&](QWidget& window) {
     whenShown("InputFactors", [&](QWidget& factors) {
       whenShown("Normal Distribution", [](QWidget& normal) {
@@ -144,6 +151,7 @@ TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFile) {
         click(normal, "BOk");
       });
       click(factors, "BAdd");
+      truncate(factors, "0.05");
       click(factors, "BOk");
     });
     click(window, "BCreate");
@@ -160,20 +168,48 @@ TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFile) {
   EXPECT_EQ(prep.sampler->methodName + ' ' + prep.sampleFile, "Random " + file("x.sam"));
   main.call("undo");
   EXPECT_FALSE(main.controller().project().hasPrep);
+  EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.001);
   main.call("redo");
-  const std::string before = described(main.controller().project().prep.factors);
-  whenShown("PrepMain", [this](QWidget& window) {
+  EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.05);
+
+  const auto bytes = [&] {
+    EXPECT_EQ(main.controller().saveProjectAs(file("p.psc")), Outcome::Done);
+    return test::readFile(file("p.psc"));
+  };
+  const std::string before = bytes();
+  std::string problem;
+  {
+    ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.2, 0.8));
+    ASSERT_TRUE(saveFactorFile(file("y.fac"), *normals(3), problem)) << problem;
+    ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.05, 0.999));
+  }
+  whenShown("PrepMain", [&](QWidget& window) {
     EXPECT_EQ(window.findChild<QLabel*>("MlMethodInfo")->text(), "Currently selected: Random");
-    whenShown("InputFactors", [](QWidget& factors) {
-      auto* const grid = factors.findChild<TableView*>("MaFactors");
-      EXPECT_TRUE(grid->model()->setData(grid->model()->index(0, 0), "other"));
-      click(factors, "BOk");
-    });
-    click(window, "BModify");
+    for (const char* const end : {"BCancel", "BOk"}) {
+      whenShown("InputFactors", [&](QWidget& factors) {
+        whenShown("Normal Distribution", [](QWidget& normal) { click(normal, "BCancel"); });
+        click(factors, "BModify");
+        truncate(factors, "0.3");
+        auto* const grid = factors.findChild<TableView*>("MaFactors");
+        EXPECT_TRUE(grid->model()->setData(grid->model()->index(0, 0), "other"));
+        dialogs_.answers = {true};
+        dialogs_.files = {file("y.fac")};
+        click(factors, "BOpen");
+        click(factors, end);
+      });
+      click(window, "BModify");
+    }
+    dialogs_.files = {file("y.fac")};
+    click(window, "BInputSelection");
     click(window, "BCancel");
   });
   main.call("configure");
-  EXPECT_EQ(described(main.controller().project().prep.factors), before);
+  EXPECT_EQ(bytes(), before);
+  // A file of factors brings its own defaults, which go with it.
+  main.openFile(QString::fromStdString(file("y.fac")));
+  EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.2);
+  main.call("undo");
+  EXPECT_EQ(bytes(), before);
   takeShown();
 }
 

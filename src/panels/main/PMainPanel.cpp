@@ -124,17 +124,20 @@ void PMainPanel::changeSel() {
 }
 
 void PMainPanel::configure() {
+  const ProjectConfiguration& project = controller_->project();
+  const bool isExternal = project.prep.external == 1;
   if (controller_->mayEditPrep() != Outcome::Done) return;
+  if (isExternal) showProject();
   say("New configuration for sample set creation");
   PrepSettings settings;
   std::string problem;
-  const ProjectConfiguration& project = controller_->project();
   if (project.hasPrep && !settings.copyFrom(project.prep, problem)) return say(QString::fromStdString(problem));
+  const DefaultTruncations before;
   PPrepMain panel(display(), std::move(settings), factorFile_, controller_->demoMode(), window());
   panel.centre();
   if (!panel.runModal() || !panel.accepted() || controller_->demoMode()) return;
   const QString from = panel.fromFile();
-  if (acceptPrep(panel.takeSettings(), "Configure sample")) factorFile_ = from;
+  if (!acceptPrep(panel.takeSettings(), "Configure sample", from, before)) before.restore();
 }
 
 void PMainPanel::generate() {
@@ -227,83 +230,6 @@ void PMainPanel::endBySignal(int signal) {
   frontEnd_.stop();
   if (!controller_->busy()) guard_->leave(true);
   Application::exit(endStatus_);
-}
-
-// What a panel edited, and undo.
-
-bool PMainPanel::acceptPrep(PrepSettings settings, const QString& name) {
-  const ProjectConfiguration& project = controller_->project();
-  const bool had = project.hasPrep && project.prep.external != 1;
-  const auto before = std::make_shared<PrepSettings>();
-  const auto after = std::make_shared<PrepSettings>();
-  std::string problem;
-  const bool copied = (!had || before->copyFrom(project.prep, problem)) && after->copyFrom(settings, problem);
-  const bool fromNothing = !project.hasPrep;
-  if (controller_->acceptPrep(std::move(settings)) != Outcome::Done) return false;
-  configured_ = true;
-  describePrep(PrepOrigin::Configured);
-  refresh();
-  if (!copied || (!had && !fromNothing)) {
-    changes_.clear();  // what was there can't be had back
-    if (!copied) say("This change can't be undone: " + QString::fromStdString(problem));
-  } else {
-    const auto withdraw = [this] {
-      if (controller_->withdrawPrep() != Outcome::Done) return false;
-      showProject();
-      return true;
-    };
-    changes_.push(
-        name, [=, this] { return fromNothing ? withdraw() : applyPrep(*before); },
-        [=, this] { return applyPrep(*after); });
-  }
-  refreshUndo();
-  return true;
-}
-
-bool PMainPanel::acceptModel(const ModelChoice& choice, const QString& name) {
-  const bool had = controller_->project().hasModel;
-  const ModelChoice before = had ? controller_->project().model.choice : ModelChoice();
-  if (!applyModel(choice)) return false;
-  const auto withdraw = [this] {
-    if (controller_->withdrawModel() != Outcome::Done) return false;
-    showProject();
-    return true;
-  };
-  changes_.push(
-      name, [=, this] { return had ? applyModel(before) : withdraw(); }, [=, this] { return applyModel(choice); });
-  refreshUndo();
-  return true;
-}
-
-bool PMainPanel::applyPrep(const PrepSettings& settings) {
-  PrepSettings copy;
-  std::string problem;
-  if (!copy.copyFrom(settings, problem)) {
-    say(QString::fromStdString(problem));
-    return false;
-  }
-  if (controller_->acceptPrep(std::move(copy)) != Outcome::Done) return false;
-  describePrep(PrepOrigin::Configured);
-  return true;
-}
-
-bool PMainPanel::applyModel(const ModelChoice& choice) {
-  if (controller_->acceptModel(choice) != Outcome::Done) return false;
-  describeModel();
-  say(QString::fromStdString(modelSelectionText(controller_->project().model)));
-  return true;
-}
-
-void PMainPanel::undo() {
-  const QString name = changes_.undoName();
-  if (!controller_->busy() && changes_.undo()) say("Undone: " + name);
-  refreshUndo();
-}
-
-void PMainPanel::redo() {
-  const QString name = changes_.redoName();
-  if (!controller_->busy() && changes_.redo()) say("Done again: " + name);
-  refreshUndo();
 }
 
 }  // namespace tarvex

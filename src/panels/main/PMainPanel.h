@@ -5,6 +5,7 @@
 #include "app/Changes.h"
 #include "app/Descriptions.h"
 #include "app/LaunchRequest.h"
+#include "factors/DefaultTruncations.h"
 #include "model/ModelChoice.h"
 #include "panels/main/PanelFrontEnd.h"
 #include "panels/main/ProjectGuard.h"
@@ -38,7 +39,10 @@ class PMainPanel : public Panel {
   void endBySignal(int signal);
 
   // Takes over what a panel edited, as a change of that name which can be undone. False: refused, as it was said.
-  bool acceptPrep(PrepSettings settings, const QString& name);
+  // `factorFile` is where the factors come from, if that is a file; `defaults` what the default truncations were
+  // before.
+  bool acceptPrep(PrepSettings settings, const QString& name, const QString& factorFile = {},
+                  const DefaultTruncations& defaults = {});
   bool acceptModel(const ModelChoice& choice, const QString& name);
 
   // Keeps a copy of what isn't saved, now.
@@ -88,6 +92,7 @@ class PMainPanel : public Panel {
   void fileOpened(const QString& path);
   bool applyPrep(const PrepSettings& settings);
   bool applyModel(const ModelChoice& choice);
+  void forgetChanges();
   void say(const QString& text);
   void tellStop();
   void describePrep(PrepOrigin origin);

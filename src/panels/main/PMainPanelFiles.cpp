@@ -138,7 +138,7 @@ void PMainPanel::showProject() {
 
 // Another file's content is in hand: what was changed before can't be had back.
 void PMainPanel::fileOpened(const QString& path) {
-  changes_.clear();
+  forgetChanges();
   recent_->add(path);
   refresh();
 }
@@ -170,7 +170,7 @@ void PMainPanel::resetConfiguration() {
 
 void PMainPanel::resetPanel() {
   static_cast<void>(controller_->clearAll());  // refused only while busy
-  changes_.clear();
+  forgetChanges();
   configured_ = false;
   title_ = "Tarvex";
   gadget<QPlainTextEdit>("TeConfiguration")->setPlainText("No data available");
@@ -181,7 +181,7 @@ void PMainPanel::resetPanel() {
 
 void PMainPanel::demo(const char* caseName) {
   if (controller_->openDemo(caseName) != Outcome::Done) return;
-  changes_.clear();
+  forgetChanges();
   title_ = QString("Tarvex (Demo mode - %1)").arg(caseName);
   monteCarlo();
   describePrep(PrepOrigin::Demo);
@@ -211,21 +211,26 @@ void PMainPanel::loadModel(const QString& path) {
 
 // In the place of the factors in hand; the rest of the configuration stays.
 void PMainPanel::loadFactors(const QString& path) {
+  const DefaultTruncations before;
   FactorList factors;
   std::string message;
   if (!loadFactorFile(path.toStdString(), factors, message))
     return Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(message), window());
-  if (const QString against = why(Step::ConfigurePrep); !against.isEmpty()) return say(against);
-  if (controller_->mayEditPrep() != Outcome::Done) return;
+  const QString against = why(Step::ConfigurePrep);
+  const ProjectConfiguration& project = controller_->project();
   PrepSettings settings;
   std::string problem;
-  const ProjectConfiguration& project = controller_->project();
-  if (project.hasPrep && !settings.copyFrom(project.prep, problem)) return say(QString::fromStdString(problem));
+  if (!against.isEmpty() || controller_->mayEditPrep() != Outcome::Done ||
+      (project.hasPrep && !settings.copyFrom(project.prep, problem))) {
+    before.restore();
+    const QString reason = against + QString::fromStdString(problem);
+    return reason.isEmpty() ? void() : say(reason);
+  }
   settings.factors = std::move(factors);
   const QFileInfo file(path);
   if (settings.sampleFile.empty())
     settings.sampleFile = QDir(file.absolutePath()).filePath(file.completeBaseName() + ".sam").toStdString();
-  if (!acceptPrep(std::move(settings), "factors of " + file.fileName())) return;
+  if (!acceptPrep(std::move(settings), "factors of " + file.fileName(), path, before)) return before.restore();
   say("Factors of " + path + " loaded");
   if (!message.empty())
     Dialogs::current().message(DialogKind::Warning, "Warning", QString::fromStdString(message), window());

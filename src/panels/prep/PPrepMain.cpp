@@ -7,13 +7,12 @@
 #include <QListWidget>
 #include <QPushButton>
 
-#include "base/RememberedDirectories.h"
 #include "factors/FactorFiles.h"
-#include "factors/TruncatedDistribution.h"
 #include "panels/help/PQuickHelp.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/POutputSelection.h"
 #include "panels/prep/PVisInputFactors.h"
+#include "panels/prep/choosePrepFile.h"
 #include "panels/prep/openPanels.h"
 #include "sampling/MethodOffer.h"
 #include "sampling/PrepConfiguration.h"
@@ -24,14 +23,6 @@
 
 namespace tarvex {
 namespace {
-
-FileChoice fileOf(const char* title, FileFilter filter, FileChoice::Purpose purpose, const char* suffix) {
-  return {title,
-          {std::move(filter), {"*.*", "all files"}},
-          QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Prep)),
-          purpose,
-          suffix};
-}
 
 // As this panel says it, in fewer capitals than files do.
 QString methodText(std::int32_t methodId) {
@@ -49,9 +40,7 @@ PPrepMain::PPrepMain(const Display& display, PrepSettings settings, const QStrin
       fromFile_(fromFile),
       demo_(demo),
       methodChosen_(settings_.sampler != nullptr),
-      outputChosen_(!settings_.sampleFile.empty()),
-      left_(TruncatedDistribution::defaultLeftTruncation()),
-      right_(TruncatedDistribution::defaultRightTruncation()) {
+      outputChosen_(!settings_.sampleFile.empty()) {
   quickHelp_ = std::make_unique<PQuickHelp>(display, window());
   gadget<QLineEdit>("TOutputSelection")->setText(QString::fromStdString(settings_.sampleFile));
   fillMethods();
@@ -123,12 +112,10 @@ void PPrepMain::takeFactors(FactorList factors, const QString& fromFile) {
 void PPrepMain::inputSelection() {
   if (busy_) return;
   busy_ = true;
-  const auto chosen = Dialogs::current().chooseFile(
-      fileOf("Open list of factors file", {"*.fac", "factors' files"}, FileChoice::Purpose::Open, ""), window());
+  const auto chosen = choosePrepFile("Open list of factors file", FileChoice::Purpose::Open,
+                                     {{"*.fac", "factors' files"}}, "", window());
   busy_ = false;
   if (!chosen) return;
-  // One that can't be entered leaves the old one.
-  static_cast<void>(RememberedDirectories::set(RememberedDirectories::Prep, chosen->directory.toStdString()));
   FactorList loaded;
   std::string message;
   if (!loadFactorFile(chosen->path.toStdString(), loaded, message))
@@ -197,8 +184,8 @@ void PPrepMain::outputSelection() {
   if (busy_) return;
   while (true) {
     busy_ = true;
-    const auto chosen = Dialogs::current().chooseFile(
-        fileOf("Output file for sample", {"*.sam", "sample files"}, FileChoice::Purpose::Save, "sam"), window());
+    const auto chosen = choosePrepFile("Output file for sample", FileChoice::Purpose::Save, {{"*.sam", "sample files"}},
+                                       "sam", window());
     busy_ = false;
     if (!chosen) return;
     const std::string path = chosen->path.toStdString();
@@ -229,7 +216,7 @@ void PPrepMain::ok() {
 
 // Lists that were opened meanwhile may have brought default truncations of their own.
 void PPrepMain::cancel() {
-  static_cast<void>(TruncatedDistribution::setDefaultTruncations(left_, right_));  // they were in force
+  defaults_.restore();
   quickHelp_->hide();
   end(false);
 }
@@ -240,7 +227,8 @@ bool PPrepMain::closing() {
 }
 
 void PPrepMain::refresh() {
-  const bool some = settings_.factors.correlatableCount() > 0;
+  // A file's list is one whatever it holds; that of a panel has to hold something that is sampled.
+  const bool some = settings_.factors.correlatableCount() > 0 || !fromFile_.isEmpty();
   const bool fromPanel = fromFile_.isEmpty();
   gadget<QLabel>("MlSourceInfo")
       ->setText(!some       ? "No factors"
@@ -257,10 +245,10 @@ void PPrepMain::refresh() {
   gadget<QLabel>("MlMethodInfo")
       ->setText(methodChosen_ ? methodText(settings_.sampler->methodId) : QString("No Method"));
   allow(*gadget<QPushButton>("BSpecify"), selectedMethod() < 0 ? "Select a method first." : QString());
-  const QString missing = !some            ? "Make a list of factors or open one."
-                          : !methodChosen_ ? "Select a method and specify it."
-                          : !outputChosen_ ? "Choose the file that the sample is written to."
-                                           : "";
+  const QString missing = settings_.factors.correlatableCount() == 0 ? "Make a list of factors or open one."
+                          : !methodChosen_                           ? "Select a method and specify it."
+                          : !outputChosen_                           ? "Choose the file that the sample is written to."
+                                                                     : "";
   allow(*gadget<QPushButton>("BOk"), missing);
   gadget<QLabel>("MlMessage")->setText(missing);
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "factors/DefaultTruncations.h"
 #include "sampling/PrepSettings.h"
 #include "toolkit/Panel.h"
 
@@ -52,7 +53,7 @@ class PPrepMain : public Panel {
   bool methodChosen_ = false;
   bool outputChosen_ = false;
   std::unique_ptr<PQuickHelp> quickHelp_;
-  double left_, right_;  // default truncations at the start
+  DefaultTruncations defaults_;  // at the start
 };
 
 }  // namespace tarvex
