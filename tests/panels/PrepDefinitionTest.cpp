@@ -178,7 +178,7 @@ TEST_F(PrepDefinition, TheGraphFollowsTheTypingAndDraftsAreNoVetoes) {
   EXPECT_EQ(panel->gadget<QLabel>("MlMessage")->text(), "");
   EXPECT_GT(upper(), 19.0);
   EXPECT_EQ(panel->gadget<QLabel>("MlSummary")->text().toStdString(),
-            "Sampled: mean 15, deviation 2.041; 5 % lie below 11.58, 95 % below 18.42");
+            "Sampled: mean 15, deviation 2.041; 5\u00a0% lie below 11.58, 95\u00a0% below 18.42");
   EXPECT_TRUE(takeShown().empty());
   panel->call("reset");
   EXPECT_EQ(panel->gadget<QLineEdit>("NGamma")->text(), "2");

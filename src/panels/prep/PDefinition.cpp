@@ -67,6 +67,7 @@ void PDefinition::start(std::vector<PanelCallback> table) {
 void PDefinition::showFactor(const Factor& factor) {
   gadget<QLineEdit>("TName")->setText(QString::fromStdString(factor.name));
   gadget<QLineEdit>("TNote")->setText(QString::fromStdString(factor.note));
+  gadget<QLineEdit>("TNote")->setCursorPosition(0);  // its beginning is what is read
   gadget<QComboBox>("ODistType")->setCurrentText(QString::fromStdString(kind_.type));
   showParameters(factor);
   edited();
@@ -90,12 +91,14 @@ std::unique_ptr<Factor> PDefinition::read(Refusal& refusal) {
   if (!name.empty()) refusal = nameRefusal(name);
   refusal.where = nameField;
   if (!refusal.isEmpty()) return nullptr;
-  std::unique_ptr<Factor> draft = readParameters(refusal);
-  if (!draft) return nullptr;
-  if (!draft->setNote(noteField->text().toStdString())) {
-    refusal = {"Error", QString::fromStdString("Error: " + draft->errorText), noteField};
+  const std::string note = noteField->text().toStdString();
+  if (const std::string problem = Factor::kNoteRule.problem(note); !problem.empty()) {
+    refusal = {"Error", QString::fromStdString("Error: " + problem), noteField};
     return nullptr;
   }
+  std::unique_ptr<Factor> draft = readParameters(refusal);
+  if (!draft) return nullptr;
+  draft->note = note;
   draft->name = name;
   return draft;
 }

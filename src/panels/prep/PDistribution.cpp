@@ -5,6 +5,7 @@
 
 #include "base/NumberText.h"
 #include "factors/factorFields.h"
+#include "factors/makeFactor.h"
 
 namespace tarvex {
 
@@ -14,18 +15,18 @@ PDistribution::PDistribution(const Display& display, const Factor& factor, const
   start({});
 }
 
-// Field by field, and group by group what the kind says of the numbers together.
+// Field by field, and group by group what the kind says of the numbers together; those not read yet are the defaults.
 std::unique_ptr<Factor> PDistribution::readParameters(Refusal& refusal) {
-  std::unique_ptr<Factor> draft;
   std::vector<double> numbers;
+  for (const Parameter& parameter : makeFactor(kind().type)->parameters()) numbers.push_back(parameter.value);
+  std::unique_ptr<Factor> draft;
   for (const NumberGadget& field : kind().fields) {
     auto* const edit = gadget<QLineEdit>(field.gadget);
-    double number = 0.0;
+    double& number = numbers[field.parameter];
     if (!isNumber(edit->text().toStdString(), number) || !std::isfinite(number)) {
       refusal = {"Error", field.refused, edit};
       return nullptr;
     }
-    numbers.push_back(number);
     if (!field.closesGroup) continue;
     draft = makeFactorOf(kind().type, numbers);
     const std::string problem = draft ? draft->parameterProblem() : std::string(field.refused);
@@ -39,9 +40,9 @@ std::unique_ptr<Factor> PDistribution::readParameters(Refusal& refusal) {
 void PDistribution::showParameters(const Factor& factor) {
   constexpr int kDigits = 15;  // as the user wrote them
   const std::vector<Parameter> parameters = factor.parameters();
-  for (std::size_t i = 0; i < kind().fields.size() && i < parameters.size(); ++i)
-    gadget<QLineEdit>(kind().fields[i].gadget)
-        ->setText(QString::fromStdString(numberText(parameters[i].value, kDigits)));
+  for (const NumberGadget& field : kind().fields)
+    gadget<QLineEdit>(field.gadget)
+        ->setText(QString::fromStdString(numberText(parameters[field.parameter].value, kDigits)));
 }
 
 }  // namespace tarvex

@@ -20,6 +20,7 @@ PVisInputFactors::PVisInputFactors(const Display& display, std::shared_ptr<const
                                                                                                    visualize();
                                                                                                  }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
+  view->selectRow(0);
   selectItem();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -8,8 +9,9 @@ namespace tarvex {
 // A field of numbers on a definition panel.
 struct NumberGadget {
   const char* gadget;
-  const char* refused;  // what is said to a text that is no number
-  bool closesGroup;     // the kind's setters judge the parameters up to here once this one is read
+  std::size_t parameter;  // its place in Factor::parameters()
+  const char* refused;    // what is said to a text that is no number
+  bool closesGroup;       // the kind's setters judge the parameters up to here once this one is read
 };
 
 // What the members of the family of definition panels differ by: one row a kind of factor.
@@ -24,7 +26,7 @@ struct DefinitionKind {
   const char* defaultName;           // of a new factor
   bool quotesSetter;                 // a refused value gives "Error: " and the setter's text, else that text alone
   const char* formulaButton;         // null: the one of the file
-  std::vector<NumberGadget> fields;  // in the order of Factor::parameters(); empty: the panel has others
+  std::vector<NumberGadget> fields;  // in the order in which they are read; empty: the panel has others
   const char* formula;               // density and parametrisation
 };
 

@@ -35,8 +35,9 @@ Figure factorGraph(const Factor& factor) {
 QString sampledText(const Factor& factor) {
   SampledSummary summary;
   if (summariseSampled(factor, summary))
-    return "Sampled: mean " + number(summary.mean) + ", deviation " + number(summary.deviation) + "; 5 % lie below " +
-           number(summary.low) + ", 95 % below " + number(summary.high);
+    return "Sampled: mean " + number(summary.mean) + ", deviation " + number(summary.deviation) +
+           QString::fromUtf8("; 5\u00a0% lie below ") + number(summary.low) + QString::fromUtf8(", 95\u00a0% below ") +
+           number(summary.high);
   if (!factor.isStochastic()) return {};
   const QString problem = QString::fromStdString(factor.parameterProblem());
   return "Nothing can be sampled" + (problem.isEmpty() ? QString(" with these parameters.") : ": " + problem);
