@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <algorithm>
 #include <chrono>
@@ -20,10 +21,14 @@
 #include <string>
 #include <vector>
 
+#include "factors/FactorList.h"
+#include "factors/makeFactor.h"
 #include "panels/main/PAbout.h"
 #include "panels/main/PGenerate.h"
 #include "panels/main/PLogFile.h"
 #include "panels/main/TarvexApplication.h"
+#include "panels/prep/PInputFactors.h"
+#include "panels/prep/editFactor.h"
 #include "plots/runPlots.h"
 #include "toolkit/Application.h"
 #include "toolkit/ChartView.h"
@@ -191,6 +196,85 @@ void measurePanel(const char* name, const std::function<std::unique_ptr<MadePane
         50.0);
 }
 
+std::shared_ptr<FactorList> manyFactors() {
+  constexpr int kFactors = 1000;
+  auto list = std::make_shared<FactorList>();
+  for (int i = 1; i <= kFactors; ++i) {
+    std::unique_ptr<Factor> factor = makeFactor("Normal");
+    factor->name = "x" + std::to_string(i);
+    list->addFactor(std::move(factor));
+  }
+  return list;
+}
+
+void measureFactors(const Display& display) {
+  constexpr double kBudget = 100.0;
+  const std::shared_ptr<FactorList> list = manyFactors();
+  std::unique_ptr<PInputFactors> panel;
+  print("a list of 1,000 factors opens", taken([&] {
+          panel = std::make_unique<PInputFactors>(display, list, false, nullptr);
+          if (panel->show()) panel->window()->repaint();
+        }),
+        kBudget);
+  int round = 0;
+  print("it is searched", taken([&] {
+          panel->gadget<QLineEdit>("TSearch")->setText(QString::number(++round));
+          panel->call("search");
+        }),
+        kBudget);
+  panel->gadget<QLineEdit>("TSearch")->clear();
+  panel->call("search");
+  QAbstractItemModel& rows = *panel->gadget<TableView>("MaFactors")->model();
+  print("a parameter changes", taken([&] { rows.setData(rows.index(7, 2), QString("%1 1").arg(++round)); }), kBudget);
+  print("it is accepted", taken([&] {
+          FactorList accepted;
+          std::string message;
+          panel->call("ok");
+          static_cast<void>(accepted.copyFrom(*panel->factors(), message));  // only how long it takes counts
+        }),
+        kBudget);
+}
+
+void measurePoints(const Display& display) {
+  constexpr double kBudget = 100.0;
+  constexpr int kPoints = 10'000;
+  std::vector<QStringList> block;
+  for (int i = 0; i < kPoints; ++i) block.push_back({QString::number(i), "0.0001"});
+  const std::unique_ptr<Factor> factor = makeFactor("Discrete");
+  std::unique_ptr<PDefinition> panel;
+  const auto paste = [&] {
+    auto* const view = panel->gadget<TableView>("MaValues");
+    static_cast<void>(view->tableModel().editable()->setBlock(0, 0, block));  // all of it is numbers
+    view->tableModel().sourceChanged();
+    panel->call("edited");
+  };
+  panel = makeDefinition(display, *factor, {}, nullptr);
+  if (panel->show()) print("10,000 points are pasted", taken(paste), kBudget);
+  panel->call("ok");
+  const std::unique_ptr<Factor> large = panel->takeFactor();
+  print("their panel opens", taken([&] {
+          panel = makeDefinition(display, *large, {}, nullptr);
+          if (panel->show()) panel->window()->repaint();
+        }),
+        kBudget);
+  QAbstractItemModel& rows = *panel->gadget<TableView>("MaValues")->model();
+  int round = 0;
+  print("one of them changes", taken([&] { rows.setData(rows.index(5000, 0), 5000.0 + 0.1 * ++round); }), kBudget);
+  print("they are accepted", taken([&] { panel->call("ok"); }), kBudget);
+  const auto list = std::make_shared<FactorList>();
+  list->addFactor(large->clone());
+  PInputFactors factors(display, list, false, nullptr);
+  print("a list with them is shown", taken([&] {
+          if (factors.show()) factors.window()->repaint();
+        }),
+        kBudget);
+  print("a factor beside them is added", taken([&] {
+          QAbstractItemModel& grid = *factors.gadget<TableView>("MaFactors")->model();
+          grid.setData(grid.index(factors.factors()->factorCount(), 0), QString("y%1").arg(++round));
+        }),
+        kBudget);
+}
+
 int measure(int argc, char** argv) {
   if (!measureStart(argv[0])) {
     std::fprintf(stderr, "the program doesn't start here\n");
@@ -205,6 +289,8 @@ int measure(int argc, char** argv) {
       "PGenerate", [&] { return std::make_unique<PGenerate>(display, "generation", "Generation", 1000, nullptr); });
   measureTable();
   measureCharts();
+  measureFactors(display);
+  measurePoints(display);
   return 0;
 }
 

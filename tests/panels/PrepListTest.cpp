@@ -1,4 +1,5 @@
 #include <QAction>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QMenuBar>
 
@@ -38,6 +39,11 @@ class PrepList : public test::PrepTest {
   }
   bool setCell(int row, int column, const char* text) {
     return grid().model()->setData(grid().model()->index(row, column), text);
+  }
+  void paste(int row, int column, const char* block) {
+    QApplication::clipboard()->setText(block);
+    grid().setCurrentIndex(grid().model()->index(row, column));
+    QTest::keyClick(&grid(), Qt::Key_V, Qt::ControlModifier);
   }
   std::string list() const { return described(panel_->editing().list()); }
   std::string message() { return panel_->gadget<QLabel>("MlMessage")->text().toStdString(); }
@@ -107,22 +113,41 @@ TEST_F(PrepList, CellsAndPastedRowsAreTakenOrRefusedAsAWhole) {
   by("undo");
   EXPECT_EQ(factorFields(panel_->editing().list().factor(1)), "0, 1, 0.001, 0.999");
 
-  QString problem;
-  EXPECT_FALSE(panel_->editing().paste({{"a", "Uniform", "0", "1"}, {"b", "Normal", "1,5", "2"}}, "Normal", problem));
-  EXPECT_EQ(problem.left(38), "Nothing was pasted. Row 2: '1,5' is no");
-  EXPECT_TRUE(panel_->editing().paste({{"Name", "Law", "p1"},
-                                       {"a", "uniform", "0", "1", ""},
-                                       {"x3", "log normal", "1", "2", "0.1", "0.9"},
-                                       {"b"},
-                                       {""}},
-                                      "Exponential", problem))
-      << problem.toStdString();
+  const struct {
+    int column;
+    const char* block;
+    const char* why;
+  } refused[] = {
+      {0, "a\tUniform\t0\t1\nb\tNormal\t1,5\t2", "Row 2: '1,5' is no number: decimals stand behind a point"},
+      {0, "a\tUniform\t0\t1\na\tNormal\t1\t2", "Row 2: another row has the name a"},
+      {0, "Dear all,\nplease find below\n\tour factors", "Row 1: the factor name"},
+      {0, "a\tNormal\t\t2", "Row 1: a cell between the parameters is empty"},
+      {0, "a\tNormal\t1\t2\t3\t4\t5", "Row 1: 5 numbers where 4 are expected"},
+      {0, "a\tNormal\t1\t-2", "Row 1: Standard deviation must be >= 0"},
+      {1, "Normal\t1\t2\nGauss\t3", "Row 2: 'Gauss' is no distribution"},
+      {2, "1\n2\n3\nx2\n5", "Row 5: there is no factor to take it"},
+  };
+  const std::string before = list();
+  for (const auto& [column, block, why] : refused) {
+    paste(0, column, block);
+    EXPECT_EQ(message().substr(0, 20 + std::string(why).size()), "Nothing was pasted. " + std::string(why));
+    EXPECT_EQ(list(), before);
+  }
+  panel_->gadget<QAction>("AAddExponential")->setProperty("kind", "Exponential");
+  whenShown("Exponential Distribution", [](QWidget& window) { click(window, "BCancel"); });
+  panel_->gadget<QAction>("AAddExponential")->trigger();
+  paste(0, 0, "Name\tLaw\tp1\na\tuniform\t0\t1\t\r\nx3\tlog normal\t1\t2\t\t0.1\t0.9\r\nb\r\n\nx2\tUniform\nflow\n");
   EXPECT_EQ(list(),
-            "flow Normal 0, 1, 0.001, 0.999 | x2 Normal 0, 1, 0.001, 0.999 | x3 LogNormal 1, 2, 0.1, 0.9 | "
-            "y Relation flow + x2 | a Uniform 0, 1 | b Exponential 1, 0, 0.999");
+            "flow Normal 0, 1, 0.001, 0.999 | x2 Uniform -1.73205080756888, 1.73205080756888 | "
+            "x3 LogNormal 1, 2, 0.1, 0.9 | y Relation flow + x2 | a Uniform 0, 1 | b Exponential 1, 0, 0.999");
+  EXPECT_EQ(panel_->editing().undo().undoName(), "Paste 7 factors");
+  paste(1, 1, "normal\t4\t2\nNormal\t5\t1");
+  EXPECT_NE(list().find("| x2 Normal 4, 2, 0.001, 0.999 | x3 Normal 5, 1, 0.1, 0.9 |"), std::string::npos) << list();
+  by("undo");
+  QString problem;
   EXPECT_TRUE(panel_->editing().move({0, 4}, 3, problem));
   EXPECT_EQ(list().substr(0, 110),
-            std::string("x2 Normal 0, 1, 0.001, 0.999 | x3 LogNormal 1, 2, 0.1, 0.9 | flow Normal "
+            std::string("x2 Uniform -1.73205080756888, 1.73205080756888 | x3 LogNormal 1, 2, 0.1, 0.9 | flow Normal "
                         "0, 1, 0.001, 0.999 | a Uniform 0, 1 | y Relation")
                 .substr(0, 110));
 }
@@ -172,6 +197,47 @@ TEST_F(PrepList, AChangedListGivesUpItsSteinSample) {
   EXPECT_EQ(panel_->editing().list().steinInfo.rows(), 1);
   EXPECT_TRUE(setCell(0, 2, "3 4"));  // which factors there are stays
   EXPECT_TRUE(panel_->editing().list().hasStein());
+  takeShown();
+  const std::string before = list();
+  const std::pair<const char*, std::function<void()>> ways[] = {
+      {"a kind typed", [&] { setCell(0, 1, "Constant"); }},
+      {"a kind of several", [&] { grid().selectAll(), setCell(0, 1, "Relation"); }},
+      {"a name typed", [&] { setCell(2, 0, "more"); }},
+      {"a kind pasted", [&] { paste(0, 1, "constant\t3"); }},
+      {"factors pasted", [&] { paste(0, 0, "x1\tconstant\t3"); }},
+      {"an order", [&] { select(0), panel_->call("moveDown"); }},
+      {"a file", [&] { panel_->editing().setSaved(), panel_->call("open"); }},
+  };
+  for (const auto& [way, act] : ways) {
+    act();
+    EXPECT_EQ(takeShown(), Texts{kSteinAsked}) << way;
+    EXPECT_EQ(list(), before) << way;
+    EXPECT_TRUE(panel_->editing().list().hasStein()) << way;
+  }
+  dialogs_.answers = {true};
+  EXPECT_TRUE(setCell(0, 1, "Constant"));
+  EXPECT_FALSE(panel_->editing().list().hasStein());
+  // With the real question, for which the cell's editor loses the keyboard.
+  by("undo");
+  Dialogs* const scripted = Dialogs::exchange(nullptr);
+  int asked = 0;
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, [&asked] {
+    QWidget* const box = QApplication::activeModalWidget();
+    if (box == nullptr || box->objectName() != "message") return;
+    ++asked;
+    click(*box, "cancel");
+  });
+  answer.start(1);
+  panel_->window()->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(panel_->window()));
+  grid().setFocus();
+  grid().setCurrentIndex(grid().model()->index(0, 1));
+  keys("Constant\r");
+  QCoreApplication::processEvents();
+  Dialogs::exchange(scripted);
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(list(), before);
 }
 
 TEST_F(PrepList, FilesAreOpenedSavedAndImported) {
@@ -274,7 +340,7 @@ TEST_F(PrepList, OtherViewsOfTheList) {
   const auto list = normals(2);
   list->addFactor(makeFactor("Constant"));
   PVisInputFactors view(display_, list, nullptr);
-  EXPECT_FALSE(view.gadget<QPushButton>("BVisualize")->isEnabled());
+  EXPECT_TRUE(view.gadget<QPushButton>("BVisualize")->isEnabled());
   whenShown("NormInsp", [](QWidget& window) {
     EXPECT_EQ(window.findChild<QLabel*>("LaName")->text(), "x2");
     window.close();

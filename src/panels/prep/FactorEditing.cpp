@@ -1,107 +1,47 @@
 #include "panels/prep/FactorEditing.h"
 
 #include <algorithm>
+#include <string>
 
-#include "factors/TruncatedDistribution.h"
-#include "factors/changeKind.h"
 #include "factors/factorFields.h"
-#include "factors/makeFactor.h"
-#include "panels/prep/FactorTable.h"
-#include "panels/prep/PDefinition.h"
+#include "panels/prep/FactorCells.h"
 
 namespace tarvex {
 namespace {
-
-double defaultLeft() {
-  return TruncatedDistribution::defaultLeftTruncation();
-}
-
-double defaultRight() {
-  return TruncatedDistribution::defaultRightTruncation();
-}
 
 QString counted(std::size_t count, const QString& one) {
   return count == 1 ? one : QString::number(count) + " factors";
 }
 
-// False, with the reason, where the factor of the place can't become this one.
-bool mayBecome(const FactorList& list, int place, const Factor& factor, QString& problem) {
-  if (factor.isStochastic() || !list.isCorrelated(place)) return true;
-  problem = kCorrelatedKind;
-  return false;
-}
-
-// The factor of the place with another name, kind or parameters.
-bool setCell(FactorList& list, int place, int column, const QString& text, QString& problem) {
-  const Factor& old = list.factor(place);
-  std::string message;
-  if (column == FactorTable::kName) {
-    if (list.renameFactor(place, text.trimmed().toStdString(), message)) return true;
-    problem = QString::fromStdString(message);
-    return false;
-  }
-  std::unique_ptr<Factor> factor;
-  if (column == FactorTable::kKind) {
-    const std::string kind = kindOfWord(text.toStdString());
-    if (kind == old.typeName) return true;
-    factor = changeKind(old, kind);
-    if (!factor) problem = '\'' + text + "' is no distribution";
-  } else {
-    factor = readFactorFields(old.typeName, text.toStdString(), &old, message);
-    problem = QString::fromStdString(message);
-  }
-  if (!factor || !mayBecome(list, place, *factor, problem)) return false;
-  factor->name = old.name;
-  factor->note = old.note;
-  list.replaceFactor(place, std::move(factor));
+// Whether the columns of a Stein sample, one a factor, stand for what they stood for.
+bool fitsStein(const FactorList& before, const FactorList& after) {
+  if (before.factorCount() != after.factorCount()) return false;
+  for (std::int32_t i = 0; i < before.factorCount(); ++i)
+    if (before.isCorrelatable(i) != after.isCorrelatable(i)) return false;
   return true;
 }
 
-bool isHeading(const QStringList& row) {
-  const QString first = row.value(0).trimmed().toLower();
-  return (first == "name" || first == "factor") && kindOfWord(row.value(1).toStdString()).empty();
-}
-
-bool pasteRow(FactorList& list, const QStringList& row, const std::string& usualKind, QString& problem) {
-  const std::string name = row.value(0).trimmed().toStdString();
-  const int place = list.indexOf(name);
-  const Factor* const old = place == -1 ? nullptr : &list.factor(place);
-  std::string message = Factor::kNameRule.problem(name);
-  std::string kind = row.value(1).trimmed().isEmpty() ? old != nullptr ? old->typeName : usualKind
-                                                      : kindOfWord(row.value(1).toStdString());
-  QStringList cells;
-  for (const QString& cell : row.mid(2))
-    if (!cell.trimmed().isEmpty()) cells << cell.trimmed();
-  std::unique_ptr<Factor> factor;
-  if (message.empty() && kind.empty()) message = '\'' + row.value(1).trimmed().toStdString() + "' is no distribution";
-  if (message.empty())
-    factor = cells.isEmpty() ? makeFactor(kind) : readFactorFields(kind, cells.join(' ').toStdString(), old, message);
-  problem = QString::fromStdString(message);
-  if (!factor || (old != nullptr && !mayBecome(list, place, *factor, problem))) return false;
-  factor->name = name;
-  if (old == nullptr) {
-    list.addFactor(std::move(factor));
-    return true;
+// All rows of a block but empty ones, from `first` on; false, with the row and its reason, at the first that isn't
+// taken.
+bool allRows(const std::vector<QStringList>& rows, std::size_t first, const std::function<bool(std::size_t)>& paste,
+             QString& problem) {
+  for (std::size_t i = first; i < rows.size(); ++i) {
+    if (rows[i].join("").trimmed().isEmpty() || paste(i)) continue;
+    problem = QString("Nothing was pasted. Row %1: ").arg(i + 1) + problem.trimmed();
+    return false;
   }
-  factor->note = old->note;
-  list.replaceFactor(place, std::move(factor));
   return true;
 }
 
 }  // namespace
 
-FactorEditing::FactorEditing(std::shared_ptr<const FactorList> list, std::function<void()> changed)
-    : state_{std::move(list), defaultLeft(), defaultRight()}, start_(state_), changed_(std::move(changed)) {}
-
-void FactorEditing::restoreDefaults() const {
-  static_cast<void>(TruncatedDistribution::setDefaultTruncations(start_.left, start_.right));  // they were in force
-}
+FactorEditing::FactorEditing(std::shared_ptr<const FactorList> list, Asks asks)
+    : state_{std::move(list)}, saved_(state_.list), asks_(std::move(asks)) {}
 
 void FactorEditing::set(const State& state) {
   state_ = state;
-  static_cast<void>(TruncatedDistribution::setDefaultTruncations(state.left, state.right));  // they were in force
-  modified_ = true;
-  changed_();
+  state_.defaults.restore();
+  asks_.changed();
 }
 
 void FactorEditing::enter(const QString& name, const State& after) {
@@ -116,21 +56,21 @@ void FactorEditing::enter(const QString& name, const State& after) {
   set(after);
 }
 
-bool FactorEditing::change(const QString& name, const Operation& operation, QString& problem) {
+bool FactorEditing::change(const QString& name, const Operation& operation, QString& problem, Order order) {
   const auto list = std::make_shared<FactorList>();
   std::string message;
-  if (!list->copyFrom(*state_.list, message)) {
-    problem = QString::fromStdString(message);
-    return false;
+  bool done = list->copyFrom(*state_.list, message);
+  if (!done) problem = QString::fromStdString(message);
+  done = done && operation(*list, problem);
+  if (done && list->hasStein() && (order == Order::Changed || !fitsStein(*state_.list, *list))) {
+    done = asks_.mayDropStein();
+    list->dropStein();
   }
-  if (!operation(*list, problem)) return false;
-  enter(name, {list, defaultLeft(), defaultRight()});
-  return true;
-}
-
-bool FactorEditing::dropsStein(int place, const Factor& factor) const {
-  if (!list().hasStein()) return false;
-  return place < 0 || list().factor(place).isStochastic() != factor.isStochastic();
+  if (done)
+    enter(name, {list});
+  else
+    state_.defaults.restore();
+  return done;
 }
 
 bool FactorEditing::add(std::unique_ptr<Factor> factor, QString& problem) {
@@ -138,7 +78,6 @@ bool FactorEditing::add(std::unique_ptr<Factor> factor, QString& problem) {
   return change(
       "Add " + name,
       [&](FactorList& list, QString&) {
-        list.dropStein();
         list.addFactor(std::move(factor));
         return true;
       },
@@ -151,12 +90,11 @@ bool FactorEditing::replace(int place, std::unique_ptr<Factor> factor, QString& 
       "Change " + name,
       [&](FactorList& list, QString& why) {
         std::string message;
-        if (!mayBecome(list, place, *factor, why)) return false;
+        if (!FactorCells::mayBecome(list, place, *factor, why)) return false;
         if (!list.renameFactor(place, factor->name, message)) {
           why = QString::fromStdString(message);
           return false;
         }
-        if (dropsStein(place, *factor)) list.dropStein();
         list.replaceFactor(place, std::move(factor));
         return true;
       },
@@ -167,12 +105,9 @@ bool FactorEditing::setCells(const std::vector<int>& places, int column, const Q
   static constexpr const char* kNames[] = {"Rename ", "Distribution of ", "Parameters of "};
   const auto set = [&](FactorList& list, QString& why) {
     for (const int place : places) {
-      const bool was = list.isCorrelatable(place) == 1;
-      if (!setCell(list, place, column, text, why)) {
-        if (places.size() > 1) why = QString::fromStdString(list.factor(place).name) + ": " + why.trimmed();
-        return false;
-      }
-      if (list.hasStein() && was != (list.isCorrelatable(place) == 1)) list.dropStein();
+      if (FactorCells(list).set(place, column, text, why)) continue;
+      if (places.size() > 1) why = QString::fromStdString(list.factor(place).name) + ": " + why.trimmed();
+      return false;
     }
     return true;
   };
@@ -182,17 +117,22 @@ bool FactorEditing::setCells(const std::vector<int>& places, int column, const Q
 
 bool FactorEditing::paste(const std::vector<QStringList>& rows, const std::string& kind, QString& problem) {
   const auto set = [&](FactorList& list, QString& why) {
-    const std::int32_t sampled = list.correlatableCount();
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i].join("").trimmed().isEmpty() || (i == 0 && isHeading(rows[i]))) continue;
-      if (pasteRow(list, rows[i], kind, why)) continue;
-      why = QString("Nothing was pasted. Row %1: ").arg(i + 1) + why.trimmed();
-      return false;
-    }
-    if (list.correlatableCount() != sampled) list.dropStein();
-    return true;
+    FactorCells cells(list);
+    const auto paste = [&](std::size_t i) { return cells.pasteFactor(rows[i], kind, why); };
+    return allRows(rows, FactorCells::isHeading(rows.front()) ? 1 : 0, paste, why);
   };
   return change("Paste " + counted(rows.size(), "a factor"), set, problem);
+}
+
+bool FactorEditing::pasteCells(int place, int column, const std::vector<QStringList>& rows, QString& problem) {
+  const auto set = [&](FactorList& list, QString& why) {
+    FactorCells cells(list);
+    const auto paste = [&](std::size_t i) {
+      return cells.pasteParameters(place + static_cast<int>(i), column, rows[i], why);
+    };
+    return allRows(rows, 0, paste, why);
+  };
+  return change("Paste " + counted(rows.size(), "cells of a factor"), set, problem);
 }
 
 bool FactorEditing::remove(const std::vector<int>& places, QString& problem) {
@@ -202,8 +142,7 @@ bool FactorEditing::remove(const std::vector<int>& places, QString& problem) {
       [&](FactorList& list, QString&) {
         std::vector<std::int32_t> kept;
         for (std::int32_t i = 0; i < list.factorCount(); ++i)
-          if (std::ranges::find(places, i) == places.end()) kept.push_back(i);
-        list.dropStein();
+          if (!std::ranges::binary_search(places, i)) kept.push_back(i);
         list.arrange(kept);
         return true;
       },
@@ -213,7 +152,7 @@ bool FactorEditing::remove(const std::vector<int>& places, QString& problem) {
 bool FactorEditing::move(const std::vector<int>& places, int before, QString& problem) {
   const int count = list().factorCount();
   std::vector<std::int32_t> order;
-  const auto isMoved = [&](int place) { return std::ranges::find(places, place) != places.end(); };
+  const auto isMoved = [&](int place) { return std::ranges::binary_search(places, place); };
   for (int i = 0; i <= count; ++i) {
     if (i == before) order.insert(order.end(), places.begin(), places.end());
     if (i < count && !isMoved(i)) order.push_back(i);
@@ -223,15 +162,14 @@ bool FactorEditing::move(const std::vector<int>& places, int before, QString& pr
   return change(
       "Move " + counted(places.size(), one),
       [&](FactorList& list, QString&) {
-        list.dropStein();
         list.arrange(order);
         return true;
       },
-      problem);
+      problem, Order::Changed);
 }
 
 void FactorEditing::take(const QString& name, FactorList list) {
-  enter(name, {std::make_shared<FactorList>(std::move(list)), defaultLeft(), defaultRight()});
+  enter(name, {std::make_shared<FactorList>(std::move(list))});
 }
 
 bool FactorEditing::setTruncations(const std::vector<int>& places, double left, double right, QString& problem) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "factors/DefaultTruncations.h"
 #include "factors/FactorList.h"
 #include "toolkit/UndoStack.h"
 
@@ -14,18 +15,23 @@ namespace tarvex {
 // makes none. The default truncations, which a list's file holds too, are part of what changes.
 class FactorEditing {
  public:
-  // `changed` is called after each change, also of undo and redo.
-  FactorEditing(std::shared_ptr<const FactorList> list, std::function<void()> changed);
+  struct Asks {
+    std::function<void()> changed;       // called after each change, also of undo and redo
+    std::function<bool()> mayDropStein;  // whether the user gives up the Stein sample for the change
+  };
+  FactorEditing(std::shared_ptr<const FactorList> list, Asks asks);
 
   const FactorList& list() const { return *state_.list; }
   std::shared_ptr<const FactorList> shared() const { return state_.list; }
-  bool modified() const { return modified_; }
-  void setSaved() { modified_ = false; }
+  // A change that was undone is none.
+  bool modified() const { return state_.list != saved_; }
+  void setSaved() { saved_ = state_.list; }
   UndoStack& undo() { return undo_; }
   // Puts the default truncations back to what they were at the start.
-  void restoreDefaults() const;
+  void restoreDefaults() const { start_.restore(); }
 
-  // Each drops a Stein sample whose columns it would change the meaning of: dropsStein() says so beforehand.
+  // Each asks before it gives up a Stein sample, which it does where the sample's columns would stand for other
+  // factors. A no is a refusal without a reason.
   bool add(std::unique_ptr<Factor> factor, QString& problem);
   bool replace(int place, std::unique_ptr<Factor> factor, QString& problem);
   // What is written into the cells of one column of some rows; the name of one row alone.
@@ -33,33 +39,32 @@ class FactorEditing {
   // Rows of cells: name, distribution, parameters with truncations. A name that is known changes that factor, another
   // adds one; a name alone adds one of `kind`. A row of headings is passed over.
   bool paste(const std::vector<QStringList>& rows, const std::string& kind, QString& problem);
+  // The same from a column behind the name on: distributions or parameters of the factors from `place` on.
+  bool pasteCells(int place, int column, const std::vector<QStringList>& rows, QString& problem);
   bool remove(const std::vector<int>& places, QString& problem);
   // Moves factors, which keep their order, in front of the one at `before`.
   bool move(const std::vector<int>& places, int before, QString& problem);
-  // Another list, and the default truncations as they now are: of a file, of a panel.
-  void take(const QString& name, FactorList list);
   // The change of default truncations that has just been made, and truncations of factors.
   bool setTruncations(const std::vector<int>& places, double left, double right, QString& problem);
-
-  // Whether a factor of this kind in this place would change what the Stein sample stands for; a place of -1 is a new
-  // one.
-  bool dropsStein(int place, const Factor& factor) const;
+  // Another list, and the default truncations as they now are: of a file, of a panel. Nothing is asked.
+  void take(const QString& name, FactorList list);
 
  private:
   struct State {
     std::shared_ptr<const FactorList> list;
-    double left, right;  // default truncations
+    DefaultTruncations defaults = {};
   };
   using Operation = std::function<bool(FactorList&, QString&)>;
-  bool change(const QString& name, const Operation& operation, QString& problem);
+  enum class Order { Kept, Changed };
+  bool change(const QString& name, const Operation& operation, QString& problem, Order order = Order::Kept);
   void enter(const QString& name, const State& after);
   void set(const State& state);
 
   State state_;
-  State start_;
-  std::function<void()> changed_;
+  DefaultTruncations start_;
+  std::shared_ptr<const FactorList> saved_;
+  Asks asks_;
   UndoStack undo_;
-  bool modified_ = false;
 };
 
 }  // namespace tarvex

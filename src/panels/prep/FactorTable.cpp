@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "factors/FactorList.h"
+#include "factors/IntervalDistribution.h"
 #include "factors/factorFields.h"
 
 namespace tarvex {
@@ -31,12 +32,25 @@ QString FactorTable::text(int row, int column) const {
                                                   : factorFields(factor));
 }
 
+const IntervalDistribution* FactorTable::longList(int row) const {
+  constexpr std::size_t kMostInCell = 200;  // intervals; a cell's editor takes 32,767 characters
+  const auto* const list = row < factors() ? dynamic_cast<const IntervalDistribution*>(&list_->factor(row)) : nullptr;
+  return list != nullptr && list->count() > kMostInCell ? list : nullptr;
+}
+
+QString FactorTable::shownText(int row, int column) const {
+  const IntervalDistribution* const list = column == kParameters ? longList(row) : nullptr;
+  if (list == nullptr) return text(row, column);
+  return QString::number(list->count()) + (list->holdsPoints() ? " points" : " intervals");
+}
+
 double FactorTable::number(int /*row*/, int /*column*/) const {
   return std::numeric_limits<double>::quiet_NaN();  // no column has numbers
 }
 
 bool FactorTable::isEditable(int row, int column) const {
-  return changes_.edit && (row < factors() || (row == factors() && column == kName));
+  if (!changes_.edit || (column == kParameters && longList(row) != nullptr)) return false;
+  return row < factors() || (row == factors() && column == kName);
 }
 
 QString FactorTable::setText(int row, int column, const QString& text) {
@@ -53,8 +67,7 @@ bool FactorTable::moveRow(int from, int to) {
 }
 
 QString FactorTable::setBlock(int row, int column, const std::vector<QStringList>& block) {
-  if (column == kName && changes_.paste) return changes_.paste(block);
-  return EditableTableSource::setBlock(row, column, block);
+  return changes_.paste ? changes_.paste(row, column, block) : QString("This list is for reading.");
 }
 
 std::vector<int> FactorTable::rowsWith(const QString& letters) const {
@@ -62,7 +75,7 @@ std::vector<int> FactorTable::rowsWith(const QString& letters) const {
   for (int row = 0; row < factors(); ++row) {
     bool holds = QString::fromStdString(list_->factor(row).note).contains(letters, Qt::CaseInsensitive);
     for (int column = 0; column < kColumns && !holds; ++column)
-      holds = text(row, column).contains(letters, Qt::CaseInsensitive);
+      holds = shownText(row, column).contains(letters, Qt::CaseInsensitive);
     if (holds) found.push_back(row);
   }
   return found;

@@ -9,6 +9,7 @@
 namespace tarvex {
 
 class FactorList;
+class IntervalDistribution;
 
 // The factors of a list, a row each: name, distribution, parameters. A grid of five rows stands there for an empty list
 // too.
@@ -21,7 +22,7 @@ class FactorTable : public EditableTableSource {
   // What a user does in the grid; each answers why not, or nothing.
   struct Changes {
     std::function<QString(int row, int column, const QString& text)> edit;
-    std::function<QString(const std::vector<QStringList>& rows)> paste;
+    std::function<QString(int row, int column, const std::vector<QStringList>& block)> paste;
     std::function<QString(int from, int to)> move;
   };
 
@@ -33,6 +34,7 @@ class FactorTable : public EditableTableSource {
   int columns() const override { return kColumns; }
   QString header(int column) const override;
   QString text(int row, int column) const override;
+  QString shownText(int row, int column) const override;
   bool isNumeric(int /*column*/) const override { return false; }
   double number(int row, int column) const override;
 
@@ -41,7 +43,7 @@ class FactorTable : public EditableTableSource {
   QString problem(int row, int column) const override;
   bool canMoveRows() const override { return static_cast<bool>(changes_.move); }
   bool moveRow(int from, int to) override;
-  // Rows that begin with a name are pasted as factors, whatever stands there.
+  // All or nothing. Rows that begin with a name are pasted as factors, whatever stands there.
   QString setBlock(int row, int column, const std::vector<QStringList>& block) override;
 
   // The rows whose name, distribution, parameters or note hold the letters, whatever their case.
@@ -49,6 +51,8 @@ class FactorTable : public EditableTableSource {
 
  private:
   int factors() const;
+  // A list of so many rows that no cell holds them.
+  const IntervalDistribution* longList(int row) const;
 
   std::shared_ptr<const FactorList> list_;
   Changes changes_;

@@ -24,19 +24,14 @@
 #include "toolkit/TableView.h"
 
 namespace tarvex {
-namespace {
-
-constexpr const char* kNoFactorSelected = "   No factor selected";
-constexpr const char* kSteinKept = "The Stein sample stays, and so does the list.";
-
-}  // namespace
 
 PInputFactors::PInputFactors(const Display& display, std::shared_ptr<const FactorList> factors, bool demo,
                              QWidget* parent)
     : Panel(display, "PInputFactors", "InputFactors",
             demo ? "Input factors selection (Demo mode)" : "Input Factors Selection", parent),
       demo_(demo),
-      editing_(std::make_unique<FactorEditing>(std::move(factors), [this] { refresh(); })) {
+      editing_(std::make_unique<FactorEditing>(
+          std::move(factors), FactorEditing::Asks{[this] { refresh(); }, [this] { return giveUpStein(); }})) {
   auto* const view = gadget<TableView>("MaFactors");
   view->setEmptyText("No factor fits the search.");
   view->horizontalHeader()->setStretchLastSection(true);
@@ -44,8 +39,14 @@ PInputFactors::PInputFactors(const Display& display, std::shared_ptr<const Facto
       editing_->shared(),
       demo ? FactorTable::Changes{}
            : FactorTable::Changes{[this](int row, int column, const QString& text) { return edit(row, column, text); },
-                                  [this](const std::vector<QStringList>& rows) { return paste(rows); },
-                                  [this](int from, int to) { return moveTo({from}, to > from ? to + 1 : to); }});
+                                  [this](int row, int column, const std::vector<QStringList>& block) {
+                                    return paste(row, column, block);
+                                  },
+                                  [this](int from, int to) {
+                                    const QString why = moveRow(from, to);
+                                    if (!why.isEmpty()) say(why);
+                                    return why;
+                                  }});
   view->setEditable(table_);
   // A double click opens the factor's panel.
   view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
@@ -76,7 +77,7 @@ PInputFactors::PInputFactors(const Display& display, std::shared_ptr<const Facto
   gadget<QLineEdit>("TSearch")->setProperty("doubleCallback", "searched");  // Enter leads to what was found
   bindKey(QKeySequence(Qt::Key_Escape), [this] { escape(); });
   refresh();
-  if (list().factorCount() > 0) select(0);
+  if (list().factorCount() > 0) select({0});
   view->setFocus();
 }
 
@@ -95,54 +96,8 @@ void PInputFactors::say(const QString& text) {
 }
 
 bool PInputFactors::done(bool success, const QString& title, const QString& problem) {
-  if (!success) Dialogs::current().message(DialogKind::Error, title, problem, window());
+  if (!success && !problem.isEmpty()) Dialogs::current().message(DialogKind::Error, title, problem, window());
   return success;
-}
-
-// Selection.
-
-std::vector<int> PInputFactors::selectedPlaces() {
-  auto* const view = gadget<TableView>("MaFactors");
-  std::vector<int> places;
-  for (const QItemSelectionRange& range : view->selectionModel()->selection())
-    for (int row = range.top(); row <= range.bottom(); ++row) {
-      const int place = view->tableModel().sourceRow(row);
-      if (place < list().factorCount()) places.push_back(place);
-    }
-  std::ranges::sort(places);
-  places.erase(std::unique(places.begin(), places.end()), places.end());
-  return places;
-}
-
-// Of several the one that the cursor is on.
-int PInputFactors::selectedPlace() {
-  const std::vector<int> places = selectedPlaces();
-  if (places.empty()) return -1;
-  auto* const view = gadget<TableView>("MaFactors");
-  const int current = view->currentIndex().isValid() ? view->tableModel().sourceRow(view->currentIndex().row()) : -1;
-  return std::ranges::find(places, current) != places.end() ? current : places.front();
-}
-
-void PInputFactors::select(int place) {
-  auto* const view = gadget<TableView>("MaFactors");
-  for (int row = 0; row < view->tableModel().rowCount(); ++row) {
-    if (view->tableModel().sourceRow(row) != place) continue;
-    view->setCurrentIndex(view->tableModel().index(row, 0));
-    view->scrollTo(view->currentIndex());
-  }
-  selectItem();
-}
-
-std::vector<int> PInputFactors::wantSelection(const char* title) {
-  std::vector<int> places = selectedPlaces();
-  if (places.empty()) static_cast<void>(done(false, title, kNoFactorSelected));  // tells
-  return places;
-}
-
-void PInputFactors::selectItem() {
-  selectedRow_ = selectedPlace();
-  refreshFactor();
-  refreshGadgets();
 }
 
 // Single factors.
@@ -154,11 +109,11 @@ void PInputFactors::add() {
   const std::unique_ptr<Factor> fresh = makeFactor(newKind_);
   fresh->name = newFactorName(list(), newKind_);
   std::unique_ptr<Factor> factor = editFactor(display(), *fresh, {&list(), -1, demo_}, window());
-  if (!factor || (editing_->dropsStein(-1, *factor) && !giveUpStein())) return;
+  if (!factor) return;
   newKind_ = factor->typeName;
   QString problem;
   if (!done(editing_->add(std::move(factor), problem), "Error", problem)) return;
-  select(list().factorCount() - 1);
+  select({list().factorCount() - 1});
   gadget<TableView>("MaFactors")->setFocus();
 }
 
@@ -167,11 +122,11 @@ void PInputFactors::modify() {
   if (places.empty()) return;
   const int place = selectedPlace();
   std::unique_ptr<Factor> factor = editFactor(display(), list().factor(place), {&list(), place, demo_}, window());
-  if (!factor || (editing_->dropsStein(place, *factor) && !giveUpStein())) return;
+  if (!factor) return;
   QString problem;
   const bool inUse = list().indexOf(factor->name) != -1 && list().indexOf(factor->name) != place;
   if (done(editing_->replace(place, std::move(factor), problem), inUse ? "Error: wrong name" : "Error", problem))
-    select(place);
+    select({place});
 }
 
 void PInputFactors::deletion() {
@@ -182,14 +137,13 @@ void PInputFactors::deletion() {
     if (list().isCorrelated(place)) {
       static_cast<void>(
           done(false, kTitle, "    Can't delete correlated factor.\n  You must erase it from correlation list."));
-      return select(place);
+      return select({place});
     }
   const QString more = places.size() > 1 ? QString("\n%1 factors are selected.").arg(places.size()) : QString();
   if (!Dialogs::current().question("Delete", "Really delete this factor?" + more, "^Yes", "^No", window())) return;
-  if (list().hasStein() && !giveUpStein()) return;
   QString problem;
   if (done(editing_->remove(places, problem), kTitle, problem))
-    select(std::min(places.front(), list().factorCount() - 1));
+    select({std::min(places.front(), list().factorCount() - 1)});
 }
 
 void PInputFactors::visualize() {
@@ -200,55 +154,7 @@ void PInputFactors::visualize() {
   static_cast<void>(panel.runModal());  // where its file is missing, that has been said
 }
 
-// The grid.
-
-QString PInputFactors::edit(int row, int column, const QString& text) {
-  QString problem;
-  inCell_ = true;
-  if (row >= list().factorCount()) {
-    problem = paste({{text}});
-  } else {
-    std::vector<int> places{row};
-    const std::vector<int> selected = selectedPlaces();
-    if (column != FactorTable::kName && std::ranges::find(selected, row) != selected.end()) places = selected;
-    if (editing_->setCells(places, column, text, problem)) problem.clear();
-  }
-  inCell_ = false;
-  return problem;
-}
-
-QString PInputFactors::paste(const std::vector<QStringList>& rows) {
-  QString problem;
-  if (list().hasStein() && !giveUpStein()) return kSteinKept;
-  const int before = list().factorCount();
-  if (!editing_->paste(rows, newKind_, problem)) return problem;
-  if (before < list().factorCount()) selectedRow_ = list().factorCount() - 1;
-  if (!inCell_) select(selectedRow_);
-  return {};
-}
-
-QString PInputFactors::moveTo(const std::vector<int>& rows, int before) {
-  std::vector<int> places;
-  for (const int row : rows)
-    if (row < list().factorCount()) places.push_back(row);
-  if (demo_ || places.empty()) return "There is nothing to move.";
-  if (list().hasStein() && !giveUpStein()) return kSteinKept;
-  std::ranges::sort(places);
-  const int target = std::min(before, list().factorCount());
-  const auto above = std::ranges::count_if(places, [target](int place) { return place < target; });
-  QString problem;
-  if (!editing_->move(places, target, problem)) return problem;
-  select(target - static_cast<int>(above));
-  return {};
-}
-
-void PInputFactors::moveBy(int by) {
-  const std::vector<int> places = wantSelection("Error");
-  if (places.empty()) return;
-  const int before = by < 0 ? places.front() - 1 : places.back() + 2;
-  if (before < 0 || before > list().factorCount()) return;
-  if (const QString why = moveTo(places, before); !why.isEmpty()) say(why);
-}
+// The list as a whole.
 
 void PInputFactors::undo() {
   const QString name = editing_->undo().undoName();
@@ -259,8 +165,6 @@ void PInputFactors::redo() {
   const QString name = editing_->undo().redoName();
   if (editing_->undo().redo()) say("Done again: " + name);
 }
-
-// The end.
 
 void PInputFactors::ok() {
   end(true);
@@ -302,32 +206,13 @@ void PInputFactors::refresh() {
   const std::vector<int> places = selectedPlaces();
   const int selected = std::min(selectedRow_, list().factorCount() - 1);
   refreshTable();
-  select(selected);
-  auto* const view = gadget<TableView>("MaFactors");
-  for (const int place : places)
-    if (places.size() > 1 && view->tableModel().rowCount() > place)
-      view->selectionModel()->select(view->tableModel().index(place, 0),
-                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  select(places.size() > 1 ? places : std::vector<int>{selected});
   const std::vector<FactorProblem> problems = factorProblems(list());
   const QString more = problems.size() > 1 ? QString(" (and %1 more)").arg(problems.size() - 1) : QString();
   if (list().factorCount() == 0 && !demo_)
     say("Add a factor, type a name into the first row, or paste rows of a spreadsheet.");
   else
     say(problems.empty() ? QString() : QString::fromStdString(problems.front().text) + more);
-}
-
-void PInputFactors::refreshTable() {
-  auto* const view = gadget<TableView>("MaFactors");
-  table_->setList(factors());
-  view->tableModel().sourceChanged();
-  if (const QString letters = gadget<QLineEdit>("TSearch")->text().trimmed(); !letters.isEmpty())
-    view->tableModel().setRows(table_->rowsWith(letters));
-}
-
-void PInputFactors::search() {
-  refreshTable();
-  auto* const view = gadget<TableView>("MaFactors");
-  select(view->tableModel().rowCount() > 0 ? view->tableModel().sourceRow(0) : -1);
 }
 
 void PInputFactors::refreshFactor() {

@@ -49,7 +49,9 @@ class PInputFactors : public Panel {
   const FactorList& list() const;
   std::vector<int> selectedPlaces();
   int selectedPlace();
-  void select(int place);
+  // Selects the factors of these places, which ascend; leaves the selection where none of them is shown.
+  void select(const std::vector<int>& places);
+  void selectLater(const std::vector<int>& places);
   // The places of the selected factors; empty, after the message, when there is none.
   std::vector<int> wantSelection(const char* title);
   bool giveUpStein();
@@ -57,8 +59,10 @@ class PInputFactors : public Panel {
   bool leave();
   // What is done in the grid; each answers why not, or nothing.
   QString edit(int row, int column, const QString& text);
-  QString paste(const std::vector<QStringList>& rows);
-  QString moveTo(const std::vector<int>& rows, int before);
+  QString paste(int row, int column, const std::vector<QStringList>& block);
+  QString moveRow(int from, int to);
+  QString moveTo(const std::vector<int>& places, int before);
+  static QString refusal(bool taken, const QString& problem);
   // Shows a refusal; true when there is none.
   bool done(bool success, const QString& title, const QString& problem);
 

@@ -5,13 +5,12 @@
 #include <QMenuBar>
 #include <QPushButton>
 
-#include "base/RememberedDirectories.h"
 #include "correlation/importStein.h"
 #include "factors/FactorFiles.h"
-#include "factors/TruncatedDistribution.h"
 #include "panels/prep/FactorEditing.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/PTruncation.h"
+#include "panels/prep/choosePrepFile.h"
 #include "panels/prep/openPanels.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/Display.h"
@@ -21,11 +20,7 @@
 namespace tarvex {
 namespace {
 
-FileChoice listFile(const char* title, FileChoice::Purpose purpose, std::vector<FileFilter> filters) {
-  filters.push_back({"*.*", "all files"});
-  return {title, std::move(filters), QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Prep)),
-          purpose, purpose == FileChoice::Purpose::Save ? "fac" : ""};
-}
+constexpr const char* kOpenTitle = "Open the list of factors file:";
 
 }  // namespace
 
@@ -36,9 +31,8 @@ bool PInputFactors::giveUpStein() {
 }
 
 void PInputFactors::newFactors() {
-  if (list().factorCount() > 0 &&
-      !Dialogs::current().question({}, "   Really delete ALL factors ?", "^Yes", "^No", window()))
-    return;
+  if (list().factorCount() == 0) return;
+  if (!Dialogs::current().question({}, "   Really delete ALL factors ?", "^Yes", "^No", window())) return;
   if (list().hasStein() && !giveUpStein()) return;
   editing_->take("New list", FactorList());
 }
@@ -47,8 +41,9 @@ void PInputFactors::open() {
   if (editing_->modified() &&
       !Dialogs::current().question({}, "   Discard current factors and load from file ?", "^Yes", "^No", window()))
     return;
-  const auto chosen = Dialogs::current().chooseFile(
-      listFile("Open the list of factors file:", FileChoice::Purpose::Open, {{"*.fac", "factors' files"}}), window());
+  if (list().hasStein() && !giveUpStein()) return;
+  const auto chosen =
+      choosePrepFile(kOpenTitle, FileChoice::Purpose::Open, {{"*.fac", "factors' files"}}, "", window());
   if (!chosen) return;
   FactorList loaded;
   std::string message;
@@ -67,8 +62,8 @@ void PInputFactors::open() {
 }
 
 bool PInputFactors::saveList() {
-  const auto chosen = Dialogs::current().chooseFile(
-      listFile("Save current list of factors", FileChoice::Purpose::Save, {{"*.fac", "factor files"}}), window());
+  const auto chosen = choosePrepFile("Save current list of factors", FileChoice::Purpose::Save,
+                                     {{"*.fac", "factor files"}}, "fac", window());
   if (!chosen) return false;
   std::string message;
   const bool saved = saveFactorFile(chosen->path.toStdString(), list(), message);
@@ -90,8 +85,7 @@ void PInputFactors::impStein() {
   if (list().hasStein() &&
       !Dialogs::current().question({}, "   Discard the old Stein configuration ?", "^Yes", "^No", window()))
     return;
-  const auto chosen = Dialogs::current().chooseFile(
-      listFile("Open the list of factors file:", FileChoice::Purpose::Open, {}), window());
+  const auto chosen = choosePrepFile(kOpenTitle, FileChoice::Purpose::Open, {}, "", window());
   if (!chosen) return;
   if (list().factorCount() > 0 &&
       !Dialogs::current().question(

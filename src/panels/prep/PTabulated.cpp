@@ -4,24 +4,12 @@
 #include <QPushButton>
 #include <algorithm>
 
-#include "base/RememberedDirectories.h"
 #include "factors/TabulatedValues.h"
 #include "factors/makeFactor.h"
-#include "toolkit/Dialogs.h"
+#include "panels/prep/choosePrepFile.h"
 #include "toolkit/TableView.h"
 
 namespace tarvex {
-namespace {
-
-FileChoice tableFile(const char* title, FileChoice::Purpose purpose) {
-  return {title,
-          {{"*.fac", "factors' files"}, {"*.*", "all files"}},
-          QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Prep)),
-          purpose,
-          "fac"};
-}
-
-}  // namespace
 
 PTabulated::PTabulated(const Display& display, const Factor& factor, const DefinitionContext& context, QWidget* parent)
     : PDefinition(display, definitionKind(factor.typeName), factor, context, parent) {
@@ -89,8 +77,8 @@ void PTabulated::del() {
 }
 
 void PTabulated::load() {
-  const auto chosen = Dialogs::current().chooseFile(
-      tableFile("Select tabulated uniform values file", FileChoice::Purpose::Open), window());
+  const auto chosen = choosePrepFile("Select tabulated uniform values file", FileChoice::Purpose::Open,
+                                     {{"*.fac", "factors' files"}}, "", window());
   if (!chosen) return;
   const std::unique_ptr<Factor> loaded = makeFactor(kind().type);
   std::string message;
@@ -105,8 +93,8 @@ void PTabulated::save() {
   Refusal refusal;
   const std::unique_ptr<Factor> draft = readParameters(refusal);
   if (!draft) return refuse(refusal);
-  const auto chosen = Dialogs::current().chooseFile(
-      tableFile("Save tabulated uniform values file", FileChoice::Purpose::Save), window());
+  const auto chosen = choosePrepFile("Save tabulated uniform values file", FileChoice::Purpose::Save,
+                                     {{"*.fac", "factors' files"}}, "fac", window());
   if (!chosen) return;
   std::string message;
   if (!saveTabulatedValues(chosen->path.toStdString(), static_cast<IntervalDistribution&>(*draft), message))
