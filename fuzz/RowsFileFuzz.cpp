@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "FuzzInput.h"
-#include "batch/RowsFile.h"
 #include "factors/FactorList.h"
 #include "factors/makeFactor.h"
+#include "sampling/RowsFile.h"
 
 namespace {
 

@@ -7,7 +7,6 @@
 #include <cmath>
 
 #include "app/ProjectConfiguration.h"
-#include "batch/RowsFile.h"
 #include "batch/StudyFile.h"
 #include "correlation/importStein.h"
 #include "factors/FactorFiles.h"
@@ -15,6 +14,7 @@
 #include "factors/FactorProblems.h"
 #include "model/ModelOutputReader.h"
 #include "postproc/PostProcessorFile.h"
+#include "sampling/RowsFile.h"
 #include "sampling/SampleFiles.h"
 #include "sampling/SamplerFactory.h"
 

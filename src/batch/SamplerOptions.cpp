@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "batch/CommandLine.h"
-#include "batch/RowsFile.h"
 #include "factors/FactorList.h"
 #include "sampling/FastSampler.h"
+#include "sampling/RowsFile.h"
 #include "sampling/SamplerFactory.h"
 #include "sampling/SamplerSettings.h"
 

@@ -1,9 +1,8 @@
-#include "batch/RowsFile.h"
-
-#include <fmt/format.h>
+#include "sampling/RowsFile.h"
 
 #include "base/NumberText.h"
 #include "base/TextReader.h"
+#include "base/TextWriter.h"
 #include "factors/FactorList.h"
 
 namespace tarvex {
@@ -37,16 +36,16 @@ std::vector<std::int32_t> readHeader(const std::vector<std::string>& names, cons
   for (const std::string& name : names) {
     const std::int32_t index = factors.indexOf(name);
     if (index < 0)
-      message = fmt::format("'{}' is no factor of the list", name);
+      message = "'" + name + "' is no factor of the list";
     else if (seen[static_cast<std::size_t>(index)])
-      message = fmt::format("the factor '{}' stands twice", name);
+      message = "the factor '" + name + "' stands twice";
     if (!message.empty()) return {};
     seen[static_cast<std::size_t>(index)] = true;
     columns.push_back(index);
   }
   for (std::int32_t i = 0; i < factors.factorCount(); ++i)
     if (!seen[static_cast<std::size_t>(i)]) {
-      message = fmt::format("the column of the factor '{}' is missing", factors.factor(i).name);
+      message = "the column of the factor '" + factors.factor(i).name + "' is missing";
       return {};
     }
   return columns;
@@ -55,13 +54,13 @@ std::vector<std::int32_t> readHeader(const std::vector<std::string>& names, cons
 bool readRow(const std::vector<std::string>& fields, const std::vector<std::int32_t>& columns, std::vector<double>& row,
              std::string& message) {
   if (fields.size() != columns.size()) {
-    message = fmt::format("{} values for {} factors", fields.size(), columns.size());
+    message = std::to_string(fields.size()) + " values for " + std::to_string(columns.size()) + " factors";
     return false;
   }
   row.resize(fields.size());
   for (std::size_t k = 0; k < fields.size(); ++k)
     if (!isNumber(fields[k], row[static_cast<std::size_t>(columns[k])])) {
-      message = fmt::format("'{}' is not a number", fields[k]);
+      message = "'" + fields[k] + "' is not a number";
       return false;
     }
   return true;
@@ -84,13 +83,29 @@ bool readRowsFile(const std::string& path, const FactorList& factors, std::vecto
   while (fault.empty() && !in.atEnd()) {
     ++lineNumber;
     if (!in.readLine(line, kLineLimit))
-      fault = fmt::format("a line must not have more than {} characters", kLineLimit);
+      fault = "a line must not have more than " + std::to_string(kLineLimit) + " characters";
     else if (!trimmed(line).empty())
       readRow(splitFields(line), columns, rows.emplace_back(), fault);
   }
   if (fault.empty() && in.fail()) fault = "the file cannot be read";
   if (fault.empty()) return true;
-  message = fmt::format("{}:{}: {}.", path, lineNumber, fault);
+  message = path + ':' + std::to_string(lineNumber) + ": " + fault + '.';
+  return false;
+}
+
+bool saveRowsFile(const std::string& path, const FactorList& factors, const std::vector<std::vector<double>>& rows,
+                  std::string& message) {
+  constexpr int kDigits = 15;  // as a user wrote them
+  TextWriter out(path);
+  out.setPrecision(kDigits);
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) out << (i == 0 ? "" : ",") << factors.factor(i).name;
+  out << '\n';
+  for (const std::vector<double>& row : rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) out << (i == 0 ? "" : ",") << row[i];
+    out << '\n';
+  }
+  if (out.commit()) return true;
+  message = out.problem();
   return false;
 }
 
