@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -40,6 +41,7 @@ class Assignment {
   template <class Setter>
   void take(Setting setting, const std::optional<std::int64_t>& value, const Sampler& sampler, Setter set);
   void takeDesignSize(Sampler& sampler, std::int64_t runs);
+  void takeElements(RepLatinSampler& sampler);
   void takeGroups(FastSampler& sampler);
 
   const SamplerSettings& settings_;
@@ -90,8 +92,17 @@ void Assignment::pass(RepLatinSampler& sampler) {
     sampler.setReplications(r);
     return true;
   });
-  sampler.synchronise(factors_);
+  takeElements(sampler);
   takeDesignSize(sampler, static_cast<std::int64_t>(sampler.baseDesign()) * sampler.replications());
+}
+
+void Assignment::takeElements(RepLatinSampler& sampler) {
+  sampler.synchronise(factors_);
+  sampler.setChoice(settings_.choice);
+  for (std::int32_t i = 0; i < factors_.factorCount(); ++i) {
+    const bool isChosen = std::ranges::find(settings_.chosen, factors_.factor(i).name) != settings_.chosen.end();
+    if (ok_ && isChosen && sampler.elementFlag(i) == 0 && !sampler.setElementFlag(i, 1)) refuse(sampler.errorText);
+  }
 }
 
 void Assignment::pass(MorrisSampler& sampler) {
@@ -111,6 +122,9 @@ void Assignment::takeGroups(FastSampler& sampler) {
       if (ok_ && !sampler.addElement(group.name, factor)) refuse(sampler.errorText);
   }
   if (ok_ && !sampler.checkGroups(factors_)) refuse(sampler.errorText);
+  const std::ptrdiff_t loose = factors_.correlatableCount() - std::ssize(sampler.elementNames());
+  if (std::ssize(sampler.groupNames()) + loose < 2)
+    refuse("The test on groups needs at least two groups, or a group and a factor in none.");
 }
 
 void Assignment::pass(FastSampler& sampler) {
@@ -224,6 +238,9 @@ SamplerSettings settingsFrom(const Sampler& sampler) {
   if (const auto* replicated = dynamic_cast<const RepLatinSampler*>(&sampler)) {
     settings.baseDesign = replicated->baseDesign();
     settings.replications = replicated->replications();
+    settings.choice = replicated->choice();
+    for (const RepElement& element : replicated->elements())
+      if (element.flag > 0) settings.chosen.push_back(element.name);
   } else if (const auto* morris = dynamic_cast<const MorrisSampler*>(&sampler)) {
     settings.trajectories = morris->trajectories();
     settings.levels = morris->levels();
@@ -239,6 +256,27 @@ SamplerSettings settingsFrom(const Sampler& sampler) {
     settings.listing = fixed->values().order();
   }
   return settings;
+}
+
+std::int64_t designSize(const SamplerSettings& settings, std::int32_t stochasticCount) {
+  const auto size = [](const std::optional<std::int64_t>& value) {
+    return std::clamp<std::int64_t>(value.value_or(0), 0, kMostRuns);
+  };
+  switch (settings.method) {
+    case kRepLatin:
+      return size(settings.baseDesign) * size(settings.replications);
+    case kMorris:
+      return MorrisSampler::runCount(size(settings.trajectories), stochasticCount);
+    case kSobol: {
+      const auto kind = settings.order ? SobolSampler::kUpToOrder : SobolSampler::kFirstAndTotal;
+      const auto order = settings.order ? static_cast<std::int32_t>(size(settings.order)) : 1;
+      return size(settings.baseSize) * SobolSampler::blockCount(stochasticCount, order, kind, settings.cheap);
+    }
+    case kFixed:
+      return settings.rows ? std::ssize(*settings.rows) : 0;
+    default:
+      return size(settings.runs);
+  }
 }
 
 std::unique_ptr<Sampler> makeSampler(const SamplerSettings& settings, const FactorList& factors, std::string& message,

@@ -41,6 +41,8 @@ struct SamplerSettings {
   std::optional<std::int64_t> seed;                      // all but lp-tau, Sobol and fixed
   std::optional<std::int64_t> baseDesign;                // replicated Latin
   std::optional<std::int64_t> replications;              // replicated Latin
+  std::int32_t choice = 0;                               // replicated Latin: anything but 0 makes no runs
+  std::vector<std::string> chosen;                       // replicated Latin: the factors that are flagged
   std::optional<std::int64_t> trajectories;              // Morris
   std::optional<std::int64_t> levels;                    // Morris
   std::optional<std::int64_t> mode;                      // Fast: FastSampler::AnalysisMode
@@ -62,6 +64,10 @@ std::string settingName(Setting setting);
 const std::vector<Setting>& settingsOf(std::int32_t method);
 // Those that a sampler has, each given but the rows: of a fresh one its class's defaults.
 SamplerSettings settingsFrom(const Sampler& sampler);
+
+// The runs of a design with these settings over so many stochastic factors, before anything is checked; 0 where a
+// setting that they depend on isn't given.
+std::int64_t designSize(const SamplerSettings& settings, std::int32_t stochasticCount);
 
 // A sampler with these settings for a generation over the list. Null, with a message in the user's words, for settings
 // that the method doesn't have or refuses, that contradict each other or give no design, and for a method that isn't on

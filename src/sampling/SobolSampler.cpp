@@ -53,6 +53,15 @@ std::int64_t SobolSampler::blockCount(std::int32_t stochasticCount, std::int32_t
   return std::min(blocks, kManyBlocks);
 }
 
+// numSamples is that of the design, whole or cheap.
+bool SobolSampler::fits(std::int32_t stochasticCount, bool cheap) const {
+  return std::int64_t{baseSize_} * blockCount(stochasticCount, order_, designKind_, cheap) == numSamples;
+}
+
+bool SobolSampler::isCheap(std::int32_t stochasticCount) const {
+  return designKind_ == kUpToOrder && !fits(stochasticCount, false) && fits(stochasticCount, true);
+}
+
 bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
   if (isAtStart() && !begin(factors)) return false;
   const std::int32_t end = runsUntil(target);
@@ -78,10 +87,7 @@ bool SobolSampler::begin(const FactorList& factors) {
   if (!requireSamples()) return false;
   numFactors = static_cast<std::int32_t>(stochasticIndex_.size());
   if (designKind_ == kUpToOrder && order_ > numFactors) return refuse("  Incorrect order number, order too big.");
-  const auto fits = [this](bool cheap) {
-    return std::int64_t{baseSize_} * blockCount(numFactors, order_, designKind_, cheap) == numSamples;
-  };
-  if (baseSize_ < 1 || !(fits(false) || (designKind_ == kUpToOrder && fits(true))))
+  if (baseSize_ < 1 || !(fits(numFactors, false) || isCheap(numFactors)))
     return refuse("The number of executions must be the base size times the number of blocks");
 
   row_ = constantRow(factors);

@@ -36,6 +36,8 @@ class SobolSampler : public Sampler {
   // the number of factors: their terms follow from the complements. Counts beyond kManyBlocks come as kManyBlocks.
   static std::int64_t blockCount(std::int32_t stochasticCount, std::int32_t order, std::int32_t kind, bool cheap);
   static constexpr std::int64_t kManyBlocks = std::int64_t{1} << 31;
+  // Whether numSamples is that of the cheap design over so many factors, and of no other.
+  bool isCheap(std::int32_t stochasticCount) const;
 
   void reset() override;
   void writeSection(TextWriter& out) const override;
@@ -46,6 +48,7 @@ class SobolSampler : public Sampler {
   void restoreDefaults() override;
 
   bool begin(const FactorList& factors);
+  bool fits(std::int32_t stochasticCount, bool cheap) const;
   bool makeBasePoint(std::size_t baseRow);
   void openBlock(std::int32_t block);
   const double* rowOf(std::int32_t block, std::size_t baseRow);
