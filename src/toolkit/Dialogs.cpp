@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <utility>
@@ -72,6 +73,15 @@ bool Dialogs::question(const QString& title, const QString& text, const QString&
   box.setEscapeButton(cancel);
   box.exec();
   return box.clickedButton() == apply;
+}
+
+std::optional<QString> Dialogs::askText(const QString& title, const QString& label, QWidget* parent) {
+  QInputDialog dialog(parent);
+  dialog.setObjectName("textInput");
+  dialog.setWindowTitle(title);
+  dialog.setLabelText(buttonLabel(label));
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.textValue();
 }
 
 std::optional<ChosenFile> Dialogs::chooseFile(const FileChoice& choice, QWidget* parent) {

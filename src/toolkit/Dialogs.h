@@ -41,6 +41,8 @@ class Dialogs {
   // ("^Yes").
   virtual bool question(const QString& title, const QString& text, const QString& yes, const QString& no,
                         QWidget* parent);
+  // A line of text that the user writes; nothing when it was cancelled. `label` may carry the mark of a message, too.
+  virtual std::optional<QString> askText(const QString& title, const QString& label, QWidget* parent);
   // Nothing when the user cancelled. A file that would be replaced has been asked for.
   virtual std::optional<ChosenFile> chooseFile(const FileChoice& choice, QWidget* parent);
 

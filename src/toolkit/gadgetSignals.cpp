@@ -28,6 +28,8 @@ bool connectKind(QObject* gadget, Signal signal, QObject* context, const std::fu
 bool connectView(QObject* gadget, QObject* context, const std::function<void()>& run) {
   auto* const view = qobject_cast<QAbstractItemView*>(gadget);
   if (view == nullptr || view->selectionModel() == nullptr) return false;
+  if (gadget->property("when").toString() == "pressed")
+    return connectKind<QAbstractItemView>(gadget, &QAbstractItemView::pressed, context, run);
   QObject::connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, context, [run] { run(); });
   return true;
 }

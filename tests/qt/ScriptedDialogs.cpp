@@ -17,6 +17,14 @@ bool ScriptedDialogs::question(const QString& title, const QString& text, const 
   return answer;
 }
 
+std::optional<QString> ScriptedDialogs::askText(const QString& title, const QString& label, QWidget*) {
+  shown.push_back((title + ": " + label + " [?]").toStdString());
+  if (texts.empty()) return std::nullopt;
+  const QString text = QString::fromStdString(texts.front());
+  texts.pop_front();
+  return text;
+}
+
 std::optional<ChosenFile> ScriptedDialogs::chooseFile(const FileChoice& choice, QWidget*) {
   QString line = choice.title + (choice.purpose == FileChoice::Purpose::Save ? ": save" : ": open");
   for (const FileFilter& filter : choice.filters) line += ' ' + filter.pattern;

@@ -19,11 +19,13 @@ class ScriptedDialogs : public Dialogs {
 
   std::deque<bool> answers;        // of the questions to come
   std::deque<std::string> files;   // paths for the choosers to come; empty: cancel
+  std::deque<std::string> texts;   // for the lines that will be asked for; none left: cancel
   std::vector<std::string> shown;  // "title: text", "title: text [yes/no]", "title: open *.psc" in their order
 
   void message(DialogKind kind, const QString& title, const QString& text, QWidget* parent) override;
   bool question(const QString& title, const QString& text, const QString& yes, const QString& no,
                 QWidget* parent) override;
+  std::optional<QString> askText(const QString& title, const QString& label, QWidget* parent) override;
   std::optional<ChosenFile> chooseFile(const FileChoice& choice, QWidget* parent) override;
 
  private:
