@@ -34,7 +34,10 @@
 #include "panels/prep/PTruncation.h"
 #include "panels/prep/PVisInputFactors.h"
 #include "panels/prep/editFactor.h"
-#include "sampling/SamplerFactory.h"
+#include "panels/sampling/PGroupSelect.h"
+#include "panels/sampling/makeMethodPanel.h"
+#include "sampling/FastSampler.h"
+#include "sampling/SamplerSettings.h"
 #include "toolkit/Application.h"
 #include "toolkit/Display.h"
 #include "toolkit/Theme.h"
@@ -194,6 +197,39 @@ void drawPrep(const Display& display, Pictures& pictures) {
   pictures.draw("POutputSelection", output);
 }
 
+// Each method's panel, with settings that have something to say.
+void drawMethods(const Display& display, Pictures& pictures) {
+  const std::shared_ptr<FactorList> factors = floodFactors();
+  std::vector<SamplerSettings> designs(kMethodCount);
+  for (std::int32_t method = 0; method < kMethodCount; ++method) {
+    SamplerSettings& design = designs[static_cast<std::size_t>(method)];
+    design.method = method;
+    for (const Setting setting : settingsOf(method)) {
+      if (setting == Setting::Runs) design.runs = kRuns;
+      if (setting == Setting::Seed) design.seed = 1;
+    }
+  }
+  designs[kFast].mode = FastSampler::kGroups;
+  designs[kFast].groups = {{"river", {"flow", "roughness"}}, {"levels", {"upstream", "downstream"}}};
+  designs[kMorris].trajectories = 8;
+  designs[kMorris].levels = 4;
+  designs[kRepLatin].baseDesign = 100;
+  designs[kRepLatin].replications = 10;
+  designs[kSobol].baseSize = 256;
+  designs[kSobol].order = 2;
+  designs[kFixed].rows.emplace();
+  for (const SamplerSettings& design : designs) {
+    factors->correlationMode = design.method == kRepLatin ? kImanConover : kNoCorrelation;
+    std::string message;
+    const std::unique_ptr<Sampler> sampler = makeSampler(design, *factors, message);
+    if (!sampler) std::fprintf(stderr, "%s\n", message.c_str());
+    const auto panel = makeMethodPanel(display, design.method, {factors.get(), sampler.get(), false}, nullptr);
+    if (panel) pictures.draw(methodKind(design.method).file, *panel);
+  }
+  PGroupSelect members(display, designs[kFast].groups.front(), {"dike", "years", "gate"}, nullptr);
+  pictures.draw("PGroupSelect", members);
+}
+
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
   pictures.draw("PMainPanel-start", main);
@@ -221,6 +257,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   wait(kContents);
   pictures.draw("PHelpViewer", viewer);
   drawPrep(display, pictures);
+  drawMethods(display, pictures);
   InternalModel model;
   std::string message;
   if (!loadModelFile(argv[3], model, message)) {

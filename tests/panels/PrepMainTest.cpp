@@ -31,7 +31,12 @@ class PrepMain : public test::PrepTest {
   }
   std::string label(const char* name) { return panel_->gadget<QLabel>(name)->text().toStdString(); }
   bool sensitive(const char* name) { return panel_->gadget<QWidget>(name)->isEnabled(); }
-  void choose(const char* method) {
+  // Sets a method whose panel has that name; one that asks for a number of runs gets some.
+  void choose(const char* method, const char* window) {
+    whenShown(window, [](QWidget& settings) {
+      if (settings.findChild<QLineEdit*>("NExecution") != nullptr) type(settings, {{"NExecution", "10"}});
+      click(settings, "BOk");
+    });
     auto* const list = panel_->gadget<QListWidget>("SlMethods");
     for (int i = 0; i < list->count(); ++i)
       if (list->item(i)->text() == method) list->setCurrentRow(i);
@@ -76,7 +81,7 @@ TEST_F(PrepMain, MethodAndFileAreAskedForAgainWhenFactorsChange) {
   open(*normals(2), false, "/somewhere/x.fac");
   EXPECT_EQ(label("MlSourceInfo") + label("MlMethodInfo"), "Using factors from fileNo Method");
   EXPECT_EQ(panel_->gadget<QLineEdit>("TInputSelection")->text(), "/somewhere/x.fac");
-  choose("QuasiRandom LpTau");
+  choose("QuasiRandom LpTau", "LpTau");
   EXPECT_EQ(label("MlMethodInfo"), "Currently selected: QuasiRandom LpTau");
   EXPECT_FALSE(sensitive("BOk"));
   EXPECT_EQ(label("MlMessage"), "Choose the file that the sample is written to.");
@@ -99,7 +104,7 @@ TEST_F(PrepMain, MethodAndFileAreAskedForAgainWhenFactorsChange) {
   EXPECT_FALSE(sensitive("BOk"));
 
   whenShown("InputFactors", [](QWidget& window) { click(window, "BOk"); });
-  choose("Random");
+  choose("Random", "Random");
   EXPECT_TRUE(sensitive("BOk"));
   panel_->call("modify");
   EXPECT_EQ(label("MlSourceInfo") + label("MlMethodInfo"), "Using factors from panelNo Method");
@@ -156,6 +161,10 @@ TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFileAndACancelLeavesIt) {
     });
     click(window, "BCreate");
     window.findChild<QListWidget*>("SlMethods")->setCurrentRow(0);
+    whenShown("Random", [](QWidget& settings) {
+      type(settings, {{"NExecution", "10"}});
+      click(settings, "BOk");
+    });
     click(window, "BSpecify");
     dialogs_.files = {file("x.sam")};
     click(window, "BOutputSelection");

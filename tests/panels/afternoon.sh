@@ -108,7 +108,7 @@ counted "task a"
 over "clicks and keys of task a" $((clicks + keys)) 0
 window=$(xdotool getactivewindow)
 
-# b: a factor with its distribution. c: other parameters of it. Both in the list of factors, which stays a draft.
+# b: a factor with its distribution. c: other parameters of it.
 key alt+c
 await '^Statistical Pre Processor'
 key alt+r
@@ -127,10 +127,19 @@ xdotool type --delay 20 "10 2"
 key Return
 counted "task c, besides the numbers"
 over "clicks and keys of task c" $((clicks + keys)) 3
-key Escape
-await '^Exit panel'
-key Escape
+key alt+k
 await '^Statistical Pre Processor'
+
+# e: a method with 1000 samples: the list of methods, its first, its panel.
+recount
+click "$(xdotool getactivewindow)" 60 270
+key Home alt+s
+await '^Parameters for Random generation'
+xdotool type --delay 20 1000
+key Return
+await '^Statistical Pre Processor'
+counted "task e, besides the number"
+over "clicks and keys of task e" $((clicks + keys)) 4
 key Escape
 await '^Tarvex: Simulation'
 key alt+d

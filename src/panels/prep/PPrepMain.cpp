@@ -16,6 +16,7 @@
 #include "panels/prep/openPanels.h"
 #include "sampling/MethodOffer.h"
 #include "sampling/PrepConfiguration.h"
+#include "sampling/Sampler.h"
 #include "sampling/SamplerFactory.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/Display.h"
@@ -103,6 +104,7 @@ void PPrepMain::editFactors(std::shared_ptr<const FactorList> list) {
 void PPrepMain::takeFactors(FactorList factors, const QString& fromFile) {
   settings_.factors = std::move(factors);
   fromFile_ = fromFile;
+  if (settings_.sampler) settings_.sampler->reset();  // its record is of a sample of the old factors
   methodChosen_ = false;
   gadget<QPushButton>("BSpecify")->setEnabled(false);
   fillMethods();

@@ -2,8 +2,8 @@
 
 #include <QString>
 
+#include "panels/sampling/makeMethodPanel.h"
 #include "sampling/Sampler.h"
-#include "sampling/SamplerFactory.h"
 #include "toolkit/Dialogs.h"
 
 namespace tarvex {
@@ -20,14 +20,15 @@ bool correlateFactors(const Display&, FactorList&, bool, QWidget* parent) {
   return false;
 }
 
-bool specifyMethod(const Display&, std::int32_t methodId, const FactorList&, std::unique_ptr<Sampler>& sampler, bool,
-                   QWidget* parent) {
-  if (sampler && sampler->methodId == methodId) return true;
-  sampler = makeSampler(methodId);
-  if (!sampler) return false;
-  tell("The settings of " + QString::fromStdString(sampler->methodName) +
-           " have no panel yet; its usual ones are taken: " + QString::number(sampler->numSamples) + " runs.",
-       parent);
+bool specifyMethod(const Display& display, std::int32_t methodId, const FactorList& factors,
+                   std::unique_ptr<Sampler>& sampler, bool demo, QWidget* parent) {
+  const bool isCurrent = sampler && sampler->methodId == methodId;
+  const std::unique_ptr<PMethod> panel =
+      makeMethodPanel(display, methodId, {&factors, isCurrent ? sampler.get() : nullptr, demo}, parent);
+  if (!panel) return false;
+  panel->centre();
+  if (!panel->runModal() || !panel->accepted()) return false;
+  sampler = panel->takeSampler();
   return true;
 }
 
