@@ -118,7 +118,7 @@ void PFixed::load() {
   FixedTable::Rows rows;
   std::string message;
   if (!readRowsFile(chosen->path.toStdString(), factors(), rows, message))
-    return tell("Error", QString::fromStdString(message));
+    return tell("Error", "Error reading samples file\n" + QString::fromStdString(message));
   table_->take(rows);
   rowsChanged(0);
 }
@@ -131,7 +131,7 @@ void PFixed::save() {
       Dialogs::current().chooseFile(rowsFile("Save the runs of the sample", FileChoice::Purpose::Save), window());
   std::string message;
   if (chosen && !saveRowsFile(chosen->path.toStdString(), factors(), *settings.rows, message))
-    tell("Error", QString::fromStdString(message));
+    tell("Error", "I cannot save the file\n" + QString::fromStdString(message));
 }
 
 // What the cell that is selected says of its factor; the factor's title is brought into view with it.

@@ -157,8 +157,9 @@ void PMethod::edited() {
   if (sampler) {
     const DesignFacts facts = designFacts(*sampler, factors());
     cost = QString::number(facts.runs) + (facts.runs == 1 ? " run" : " runs");
-    if (facts.runs != sampler->numSamples) cost += " of " + QString::number(sampler->numSamples) + " asked for";
-    cost += ": " + QString::fromStdString(facts.results) + '.';
+    if (facts.runs > 0 && facts.runs != sampler->numSamples)
+      cost += " of " + QString::number(sampler->numSamples) + " asked for";
+    cost += (facts.runs > 0 ? ": " + QString::fromStdString(facts.results) : QString()) + '.';
     lines = {unlisted_};
     for (const std::string& caution : facts.cautions) lines << QString::fromStdString(caution);
   }
