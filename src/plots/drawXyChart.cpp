@@ -12,6 +12,7 @@
 #include "plots/DiscCounts.h"
 #include "plots/PixelLayer.h"
 #include "plots/chartDrawing.h"
+#include "plots/pixelColumns.h"
 
 namespace tarvex {
 
@@ -85,6 +86,7 @@ void PlanePainter::fillColumns(const Area& area) const {
   std::vector<Place> outline;
   const auto flush = [&] {
     if (outline.empty()) return;
+    if (!canvas_.isVector()) outline = pixelColumns(std::move(outline), canvas_.pixelsPerUnit());
     canvas_.setColour(area.colour);
     cairo_move_to(context, outline.front().first, zero_);
     for (const auto& [x, y] : outline) cairo_line_to(context, x, y);
@@ -178,6 +180,7 @@ void PlanePainter::drawLine(const Line& line) const {
     if (line.steps && !places.empty()) places.emplace_back(place.first, places.back().second);
     places.push_back(place);
   }
+  if (!canvas_.isVector()) places = pixelColumns(std::move(places), canvas_.pixelsPerUnit());
   canvas_.setColour(line.colour);
   strokePolyline(canvas_, plane_, places, kLineWidth * canvas_.scale(), line.style);
 }

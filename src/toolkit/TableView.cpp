@@ -19,6 +19,10 @@ constexpr int kCellPadding = 10;                // beside and above a text, pixe
 constexpr int kSearchWidth = 220;
 constexpr int kMargin = 8;
 
+bool isEnter(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
 }  // namespace
 
 TableView::TableView(QWidget* parent) : QTableView(parent), search_(new QLineEdit(this)) {
@@ -199,9 +203,8 @@ void TableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint 
 // While the search is open its keys go before those of the panel.
 bool TableView::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride && search_->isVisible()) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (key == Qt::Key_Escape || (isEnter && search_->hasFocus())) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (key.key() == Qt::Key_Escape || (isEnter(key) && search_->hasFocus())) {
       event->accept();
       return true;
     }
@@ -210,6 +213,7 @@ bool TableView::event(QEvent* event) {
 }
 
 void TableView::keyPressEvent(QKeyEvent* event) {
+  if (search_->hasFocus() && isEnter(*event)) return;  // the search has done what it says
   if (event->matches(QKeySequence::Copy)) return copy();
   if (event->matches(QKeySequence::Find)) return openSearch();
   if (event->matches(QKeySequence::Paste)) return paste();

@@ -48,26 +48,14 @@ class PrepMain : public test::PrepTest {
 };
 
 TEST_F(PrepMain, OffersTheMethodsThatFactorsAndCorrelationAllow) {
-  const std::string few = "Random, Latin Hypercube, Fixed samples, Morris";
   const struct {
     CorrelationMode mode;
     int factors;
     std::string methods;
   } rows[] = {
       {kNoCorrelation, 0, ""},
-      {kSteinSample, 0, ""},
-      {kNoCorrelation, 1, few + ", QuasiRandom LpTau"},
-      {kNoCorrelation, 2, few + ", Fast, QuasiRandom LpTau, Sobol"},
-      {kNoCorrelation, 370, few + ", Fast, QuasiRandom LpTau, Sobol"},
-      {kNoCorrelation, 371, few + ", Fast"},
-      {kDependenceTree, 1, "Random, Latin Hypercube, Fixed samples"},
-      {kDependenceTree, 371, "Random, Latin Hypercube, Fixed samples"},
-      {kImanConover, 1, "Random, Latin Hypercube, Fixed samples"},
+      {kNoCorrelation, 371, "Random, Latin Hypercube, Fixed samples, Morris, Fast"},
       {kImanConover, 2, "Random, Latin Hypercube, Replicated Latin Hypercube, Fixed samples"},
-      {kImanConover, 371, "Random, Latin Hypercube, Replicated Latin Hypercube, Fixed samples"},
-      {kSteinSample, 1, "Latin Hypercube"},
-      {kSteinSample, 2, "Latin Hypercube, Replicated Latin Hypercube"},
-      {kSteinSample, 371, "Latin Hypercube, Replicated Latin Hypercube"},
   };
   for (const auto& row : rows) {
     open(*normals(row.factors, row.mode));
@@ -75,6 +63,10 @@ TEST_F(PrepMain, OffersTheMethodsThatFactorsAndCorrelationAllow) {
     EXPECT_EQ(sensitive("SlMethods") && sensitive("BModify") && sensitive("BVisualize"), row.factors > 0);
     EXPECT_FALSE(sensitive("BSpecify") || sensitive("BOk"));
   }
+  // A file's list can be changed although nothing of it is sampled.
+  open(*normals(0), false, "/somewhere/x.fac");
+  EXPECT_TRUE(sensitive("BModify") && sensitive("SlMethods"));
+  EXPECT_EQ(label("MlSourceInfo") + methods(), "Using factors from file");
 }
 
 TEST_F(PrepMain, MethodAndFileAreAskedForAgainWhenFactorsChange) {
@@ -187,11 +179,9 @@ TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFileAndACancelLeavesIt) {
   };
   const std::string before = bytes();
   std::string problem;
-  {
-    ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.2, 0.8));
-    ASSERT_TRUE(saveFactorFile(file("y.fac"), *normals(3), problem)) << problem;
-    ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.05, 0.999));
-  }
+  ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.2, 0.8));
+  ASSERT_TRUE(saveFactorFile(file("y.fac"), *normals(3), problem)) << problem;
+  ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.05, 0.999));
   whenShown("PrepMain", [&](QWidget& window) {
     EXPECT_EQ(window.findChild<QLabel*>("MlMethodInfo")->text(), "Currently selected: Random");
     for (const char* const end : {"BCancel", "BOk"}) {
