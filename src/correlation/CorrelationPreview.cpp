@@ -6,7 +6,9 @@
 #include "base/uniformRandom.h"
 #include "correlation/DiagonalBand.h"
 #include "correlation/ImanConover.h"
+#include "correlation/SteinRanks.h"
 #include "factors/Distribution.h"
+#include "factors/FactorList.h"
 
 namespace tarvex {
 
@@ -15,8 +17,8 @@ namespace {
 constexpr std::int32_t kRankSeed = -5648423;
 constexpr std::int32_t kParentSeed = -1;  // not that of the diagonal band, whose draws would repeat the parents'
 
-std::vector<double> uniformColumn(std::int32_t& state) {
-  std::vector<double> column(CorrelationPreview::kPoints);
+std::vector<double> uniformColumn(std::int32_t& state, std::int32_t rows = CorrelationPreview::kPoints) {
+  std::vector<double> column(static_cast<std::size_t>(rows));
   for (double& value : column) value = uniformRandom(state);
   return column;
 }
@@ -24,8 +26,8 @@ std::vector<double> uniformColumn(std::int32_t& state) {
 void orderByRanks(const RankTable& ranks, std::int32_t column, std::vector<double>& values) {
   std::vector<double> sorted = values;
   std::sort(sorted.begin(), sorted.end());
-  for (std::int32_t row = 0; row < CorrelationPreview::kPoints; ++row)
-    values[static_cast<std::size_t>(row)] = sorted[static_cast<std::size_t>(ranks.rankOf(column, row))];
+  for (std::size_t row = 0; row < values.size(); ++row)
+    values[row] = sorted[static_cast<std::size_t>(ranks.rankOf(column, static_cast<std::int32_t>(row)))];
 }
 
 // Turns uniform numbers into values of the factor. False when it has no inverse.
@@ -73,6 +75,23 @@ bool previewTreeLink(Distribution& parent, Distribution& child, double correlati
   diagonalBand.setCorrelation(correlation);
   diagonalBand.sampleConditional(preview.y);
   return mapPair(parent, child, preview, message);
+}
+
+bool previewSteinRanks(Distribution& first, Distribution& second, const FactorList& stein, std::int32_t firstColumn,
+                       std::int32_t secondColumn, CorrelationPreview& preview, std::string& message) {
+  preview = {};
+  const std::int32_t rows = std::min(stein.steinInfo.rows(), std::int32_t{CorrelationPreview::kPoints});
+  const SteinRanks ranks(stein, rows, rows, 1);
+  if (!ranks.isValid()) {
+    message = ranks.errorText;
+    return false;
+  }
+  std::int32_t state = kRankSeed;
+  preview.x = uniformColumn(state, rows);
+  preview.y = uniformColumn(state, rows);
+  orderByRanks(ranks, firstColumn, preview.x);
+  orderByRanks(ranks, secondColumn, preview.y);
+  return mapPair(first, second, preview, message);
 }
 
 }  // namespace tarvex

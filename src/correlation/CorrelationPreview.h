@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace tarvex {
 
 class Distribution;
+class FactorList;
 
 // The points that show what a correlation between two factors looks like.
 struct CorrelationPreview {
@@ -22,5 +24,10 @@ struct CorrelationPreview {
 // A parent and its child in the dependence tree.
 [[nodiscard]] bool previewTreeLink(Distribution& parent, Distribution& child, double correlation,
                                    CorrelationPreview& preview, std::string& message);
+// Two factors in the order of the first rows of a Stein sample, as many as there are up to kPoints. The columns count
+// correlatable factors of `stein` alone.
+[[nodiscard]] bool previewSteinRanks(Distribution& first, Distribution& second, const FactorList& stein,
+                                     std::int32_t firstColumn, std::int32_t secondColumn, CorrelationPreview& preview,
+                                     std::string& message);
 
 }  // namespace tarvex

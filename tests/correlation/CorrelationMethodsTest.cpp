@@ -5,6 +5,7 @@
 #include "correlation/DiagonalBand.h"
 #include "correlation/ImanConover.h"
 #include "correlation/SteinRanks.h"
+#include "correlation/rankCorrelation.h"
 #include "factors/FactorList.h"
 #include "factors/Normal.h"
 #include "factors/Uniform.h"
@@ -236,6 +237,17 @@ TEST(CorrelationPreview, refusals) {
   CorrelationPreview points;
   std::string message;
   Normal good;
+  const FactorList stein = listWithStein();
+  ASSERT_TRUE(previewSteinRanks(good, good, stein, 0, 1, points, message)) << message;
+  EXPECT_EQ(points.x.size(), 6u);
+  // b's missing value ranks last, its two equal ones in row order.
+  EXPECT_NEAR(tarvex::rankCorrelation(points.x, points.y),
+              tarvex::rankCorrelation({2, 0, 1, -1, 9, 8}, {4, 5, 6, 3, 1, 2}), 1e-12);
+  EXPECT_NEAR(tarvex::rankCorrelation({1, 2, 2, 5}, {0, 1, 1, 0}), 0.0, 1e-12);
+  EXPECT_NEAR(tarvex::rankCorrelation({1, 2, 2, 5}, {10, 20, 20, 21}), 1.0, 1e-12);
+  EXPECT_EQ(tarvex::rankCorrelation({1, 1}, {1, 2}), 0.0);
+  EXPECT_FALSE(previewSteinRanks(good, good, FactorList(), 0, 1, points, message));
+  EXPECT_EQ(message, "The Stein correlation sample is empty.\nNo correlation can be calculated.");
   Normal flat;
   ASSERT_TRUE(flat.setStdDeviation(0.0));
   EXPECT_FALSE(previewRankCorrelation(good, good, 1.5f, points, message));
