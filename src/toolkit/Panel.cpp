@@ -115,6 +115,10 @@ void Panel::connectGadgets() {
     const QString twice = gadget->property("doubleCallback").toString();
     if (!twice.isEmpty() && !connectDoubleClick(gadget, this, [this, twice] { call(twice); }))
       missing("gadget " + gadget->objectName() + " can't have a double click");
+    const QStringList drag = gadget->property("dragCallbacks").toString().split(' ', Qt::SkipEmptyParts);
+    const auto part = [this, drag](int i) { return [this, callback = drag.value(i)] { call(callback); }; };
+    if (!drag.isEmpty() && (drag.size() != 3 || !connectDrag(gadget, this, part(0), part(1), part(2))))
+      missing("gadget " + gadget->objectName() + " can't be dragged from");
   }
 }
 

@@ -24,7 +24,8 @@ struct PanelCallback {
 
 // A window that is described by a file. The file <name>.ui on the display's search path says which gadgets the panel
 // has, each under its name; a gadget with the dynamic property "callback" calls the callback of that name, and one with
-// "doubleCallback" does so when a row of it is double-clicked; the property "bitmap" names its picture. A panel
+// "doubleCallback" does so when a row of it is double-clicked; "dragCallbacks" are three, apart by blanks, for the
+// start, the course and the end of a drag from a tree; the property "bitmap" names its picture. A panel
 // registers what it implements in one table; a callback that it doesn't implement prints a line that says so.
 //
 // A file or a gadget that is missing is no crash: the panel's code then works on a stand-in, and where the panel would
@@ -76,6 +77,8 @@ class Panel : public QObject {
   // The panel's table of callbacks; called once, in the constructor, after the gadgets were fetched.
   void registerCallbacks(std::vector<PanelCallback> table);
   void bindKey(const QKeySequence& key, std::function<void()> run);
+  // One more problem, as of a page of a notebook that can't be loaded.
+  void missing(const QString& what);
   // Ends a modal panel and hides it.
   void end(bool accept);
   // The user closes the window: false keeps it open. Without a say of the panel's own it ends without acceptance.
@@ -85,7 +88,6 @@ class Panel : public QObject {
 
  private:
   QObject* findGadget(const char* gadgetName) const;
-  void missing(const QString& what);
   void restorePlace();
   void keepPlace() const;
   void connectGadgets();

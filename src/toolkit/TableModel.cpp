@@ -131,7 +131,9 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
   }
   if (role != Qt::DisplayRole) return {};
   if (orientation == Qt::Horizontal) return source_->header(section);
-  return section < rowCount() ? sourceRow(section) + 1 : QVariant();
+  if (section >= rowCount()) return {};
+  const QString named = source_->rowName(sourceRow(section));
+  return named.isEmpty() ? QVariant(sourceRow(section) + 1) : named;
 }
 
 void TableModel::fillOrder() {

@@ -15,6 +15,8 @@ class TableSource {
   virtual int rows() const = 0;
   virtual int columns() const = 0;
   virtual QString header(int column) const = 0;
+  // What stands beside a row; empty: its number.
+  virtual QString rowName(int /*row*/) const { return {}; }
   // What a column means; empty: its name says all.
   virtual QString headerToolTip(int /*column*/) const { return {}; }
   virtual QString text(int row, int column) const = 0;

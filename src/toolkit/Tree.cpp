@@ -25,7 +25,7 @@ QString dragType() {
 
 // What is being moved: one item at a time in the whole program.
 struct Picked {
-  QPointer<const Tree> tree;
+  QPointer<Tree> tree;
   int id = kNoItem;
 };
 Picked& dragged() {
@@ -136,8 +136,8 @@ QStringList Tree::mimeTypes() const {
 
 QMimeData* Tree::mimeData(const QList<QTreeWidgetItem*>& items) const {
   if (items.isEmpty()) return nullptr;
-  dragged() = {this, idOf(items.front())};
-  auto* const dragData = new QMimeData;  // the drag takes it over
+  dragged() = {const_cast<Tree*>(this), idOf(items.front())};  // it is told how the drag goes on
+  auto* const dragData = new QMimeData;                        // the drag takes it over
   dragData->setData(dragType(), QByteArray::number(idOf(items.front())));
   return dragData;
 }
@@ -149,6 +149,7 @@ TreeDrop Tree::dropAt(const QMimeData& carried, const QPoint& place) const {
   const QTreeWidgetItem* const parent = item->parent() != nullptr ? item->parent() : invisibleRootItem();
   const int number = parent->indexOfChild(const_cast<QTreeWidgetItem*>(item));
   DropIndicatorPosition where = dropIndicatorPosition();
+  if (dragDropOverwriteMode()) where = OnItem;
   if (where == OnItem && !nesting_) where = AboveItem;
   if (where == OnItem) return {drop.source, drop.id, idOf(item), item->childCount()};
   return {drop.source, drop.id, item->parent() != nullptr ? idOf(item->parent()) : kNoParent,
@@ -166,8 +167,16 @@ QString Tree::whyNot(const TreeDrop& drop) const {
 bool Tree::offer(const TreeDrop& drop) {
   const QString why = whyNot(drop);
   Q_EMIT refused(why);
-  if (why.isEmpty()) Q_EMIT dropped(drop);
-  return why.isEmpty();
+  if (!why.isEmpty()) return false;
+  const QPointer<Tree> source = drop.source;
+  Q_EMIT dropped(drop);
+  if (source) Q_EMIT source->dragEnded();
+  return true;
+}
+
+void Tree::startDrag(Qt::DropActions actions) {
+  Q_EMIT dragStarted();
+  QTreeWidget::startDrag(actions);
 }
 
 void Tree::dragEnterEvent(QDragEnterEvent* event) {
@@ -181,8 +190,11 @@ void Tree::dragMoveEvent(QDragMoveEvent* event) {
   QTreeWidget::dragMoveEvent(event);  // scrolls, and finds where the item would stand
   if (!event->mimeData()->hasFormat(dragType()) || dragDropMode() != QAbstractItemView::DragDrop)
     return event->ignore();
-  const QString why = whyNot(dropAt(*event->mimeData(), event->position().toPoint()));
+  const TreeDrop drop = dropAt(*event->mimeData(), event->position().toPoint());
+  const QString why = whyNot(drop);
   Q_EMIT refused(why);
+  Q_EMIT hovered(drop);
+  if (drop.source != nullptr) Q_EMIT drop.source->dragMoved();
   if (why.isEmpty())
     event->acceptProposedAction();
   else

@@ -21,7 +21,7 @@ class Tree;
 
 // What a user wants to be moved, and where to.
 struct TreeDrop {
-  const Tree* source = nullptr;  // the tree in which the item is; maybe another one
+  Tree* source = nullptr;  // the tree in which the item is; maybe another one
   int id = 0;
   int parent = kNoParent;
   int place = 0;  // among the parent's children as they are before the move, 0 to their number
@@ -34,7 +34,8 @@ struct TreeDrop {
 // By keyboard: Alt with up and down moves among siblings, Alt+Right below the item above, Alt+Left out of its parent;
 // Ctrl+X picks an item up, and Ctrl+V, in whatever Tree of the program, puts it below the current item.
 //
-// In a panel's file: class Tree, base QTreeWidget; the property "nesting" says whether items may have children.
+// In a panel's file: class Tree, base QTreeWidget; the property "nesting" says whether items may have children, and
+// with "dragDropOverwriteMode" an item is put on the one under the pointer only, never between two.
 class Tree : public QTreeWidget {
   Q_OBJECT
   Q_PROPERTY(bool nesting MEMBER nesting_)
@@ -67,8 +68,15 @@ class Tree : public QTreeWidget {
   void dropped(const tarvex::TreeDrop& drop);
   // Why what the user tries can't be, for the status line; empty when it can.
   void refused(const QString& why);
+  // What is held over the tree.
+  void hovered(const tarvex::TreeDrop& drop);
+  // Told by the tree that the item comes from, whichever it is held over: behind hovered() and dropped() of that one.
+  void dragStarted();
+  void dragMoved();
+  void dragEnded();
 
  protected:
+  void startDrag(Qt::DropActions actions) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;

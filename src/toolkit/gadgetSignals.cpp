@@ -13,6 +13,8 @@
 #include <QTabWidget>
 #include <QTextEdit>
 
+#include "toolkit/Tree.h"
+
 namespace tarvex {
 namespace {
 
@@ -53,6 +55,13 @@ bool connectGadget(QObject* gadget, QObject* context, const std::function<void()
 
 bool connectDoubleClick(QObject* gadget, QObject* context, const std::function<void()>& run) {
   return connectKind<QAbstractItemView>(gadget, &QAbstractItemView::activated, context, run);
+}
+
+bool connectDrag(QObject* gadget, QObject* context, const std::function<void()>& start,
+                 const std::function<void()>& during, const std::function<void()>& end) {
+  return connectKind<Tree>(gadget, &Tree::dragStarted, context, start) &&
+         connectKind<Tree>(gadget, &Tree::dragMoved, context, during) &&
+         connectKind<Tree>(gadget, &Tree::dragEnded, context, end);
 }
 
 }  // namespace tarvex

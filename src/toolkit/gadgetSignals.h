@@ -15,4 +15,8 @@ bool connectGadget(QObject* gadget, QObject* context, const std::function<void()
 // The same for a double click, or Enter, on a row of a list, table or tree.
 bool connectDoubleClick(QObject* gadget, QObject* context, const std::function<void()>& run);
 
+// The same for the start, the course and the end of a drag from a tree.
+bool connectDrag(QObject* gadget, QObject* context, const std::function<void()>& start,
+                 const std::function<void()>& during, const std::function<void()>& end);
+
 }  // namespace tarvex
