@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QList>
 #include <QPalette>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
@@ -26,6 +27,8 @@
 #include "panels/main/PLinkFactors.h"
 #include "panels/main/PLogFile.h"
 #include "panels/main/PMainPanel.h"
+#include "panels/prep/PCorrelation.h"
+#include "panels/prep/PCorrelationValue.h"
 #include "panels/prep/PGraphics.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/PInspector.h"
@@ -168,6 +171,35 @@ std::shared_ptr<FactorList> floodFactors() {
   return list;
 }
 
+// A tree, a matrix that contradicts itself, a Stein sample, and what they look like.
+void drawCorrelations(const Display& display, Pictures& pictures) {
+  const std::shared_ptr<FactorList> list = floodFactors();
+  const bool linked = list->link(2, 0, 0.7) && list->link(3, 2, 0.45) && list->link(1, 0, -0.3);
+  bool written = true;
+  const struct {
+    int row, column;
+    float value;
+  } cells[] = {{0, 1, 0.9F}, {0, 2, 0.9F}, {1, 2, -0.9F}, {4, 5, 0.25F}, {6, 8, -0.6F}};
+  for (const auto& cell : cells) written = list->setMatrix(cell.row, cell.column, cell.value) && written;
+  const double rows[][12] = {{950.2, 31.5, 55.01, 49.92, 7.4, 300, 12.5, 0, 1.2, 44.1, 0.5, 0.03},
+                             {1210.7, 27.1, 55.3, 50.2, 8.2, 300, 3.1, 0, 2.6, 31.6, 0.07, 0.031},
+                             {804.9, 35.2, 54.6, 49.7, 7.9, 300, 25.8, 1, 4.4, 12.9, 2.1, 0.031}};
+  written = list->steinInfo.allocate(12) && written;
+  for (const auto& row : rows) written = list->steinInfo.addRow(row) > 0 && written;
+  if (!linked || !written) return;
+  list->steinFileName = "flood.txt";
+  const char* const pages[] = {"tree", "matrix", "Stein", "preview"};
+  for (int page = 0; page < 4; ++page) {
+    list->correlationMode = page < 2 ? page : page == 2 ? kSteinSample : kDependenceTree;
+    PCorrelation panel(display, *list, false, nullptr);
+    if (page == 3) panel.call("plot");
+    panel.gadget<QTabWidget>("NoCorrelation")->setCurrentIndex(page);
+    pictures.draw(QString("PCorrelation-") + pages[page], panel);
+  }
+  PCorrelationValue value(display, "roughness with flow", -0.3, nullptr);
+  pictures.draw("PCorrelationValue", value);
+}
+
 void drawPrep(const Display& display, Pictures& pictures) {
   const std::shared_ptr<FactorList> factors = floodFactors();
   PrepSettings settings;
@@ -185,6 +217,7 @@ void drawPrep(const Display& display, Pictures& pictures) {
     const auto panel = makeDefinition(display, factor, {factors.get(), i, false}, nullptr);
     pictures.draw(QString::fromStdString("PDefinition-" + factor.typeName), *panel);
   }
+  drawCorrelations(display, pictures);
   PInspector inspector(display, factors->factor(0), nullptr);
   pictures.draw("PInspector", inspector);
   PGraphics graphics(display, *factors, 0, nullptr);

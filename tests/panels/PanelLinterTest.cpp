@@ -73,6 +73,17 @@ const std::map<QString, Named> kNamed = {
       "search undo redo moveUp moveDown"}},
     {"PVisInputFactors", {"MaFactors", "selectItem exit visualize"}},
     {"POutputSelection", {"SelOrder MaFactors BScrollUp BScrollDown", "cancel selectFactor scrollDown scrollUp ok"}},
+    {"PCorrelation",
+     {"SeCorrType NoCorrelation MnMenu MlMessage BOk AUndo ARedo AClear", "changeCorrType plot apply cancel",
+      "pageChanged undo redo clear"}},
+    {"PCorrelationPage1",
+     {"SlFactors TrCorrelation",
+      "startDragFacTree doubleClick duringDragFacList duringDragFacTree startDragFacList endDragFacList endDragFacTree",
+      "takeFactor"}},
+    {"PCorrelationPage2", {"MaCorrelations MlPair BNearest", "checkValue saveCorrTable", "nearest"}},
+    {"PCorrelationPage3", {"MaSamples MlStein BStein BPrevious BNext", "steinCorr previous next"}},
+    {"PCorrelationPage4", {"ScPoints OFirst OSecond MlOutcome", "", "choosePair"}},
+    {"PCorrelationValue", {"FTitle NValue MlPair MlMessage", "cancel apply", "edited"}},
     {"PTruncation", {"MaFactors NLeftTrunc NRightTrunc MlTruncation", "cancel ok help", "edited"}},
     {"PGraphics",
      {"boundGraph", "outline frequency saveImg choose area histogram invCumulative dismiss visualize cumulative"}},
@@ -191,9 +202,8 @@ TEST_F(PanelLinter, EveryPanelHasWhatIsNamedAndNothingUnknown) {
       EXPECT_NE(window.findChild<QObject*>(gadget), nullptr) << gadget.toStdString();
     std::set<QString> called;
     for (const QObject* const object : window.findChildren<QObject*>())
-      for (const char* const property : {"callback", "doubleCallback"})
-        if (const QString callback = object->property(property).toString(); !callback.isEmpty())
-          called.insert(callback);
+      for (const char* const property : {"callback", "doubleCallback", "dragCallbacks"})
+        called.merge(words(object->property(property).toString().toUtf8().constData()));
     std::set<QString> known = words(named.callbacks);
     known.merge(words(named.more));
     EXPECT_EQ(QStringList(called.begin(), called.end()).join(' ').toStdString(),

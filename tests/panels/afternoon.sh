@@ -72,6 +72,7 @@ click() {
   xdotool mousemove --window "$1" $((($2 + WIDTH) % WIDTH)) $((($3 + HEIGHT) % HEIGHT)) click 1
   clicks=$((clicks + 1))
 }
+double_click() { click "$@" && xdotool click 1; }  # counts once
 # A key that is refused as long as the program is at work, until its window comes.
 insist() {
   for _ in {1..30}; do
@@ -127,6 +128,30 @@ xdotool type --delay 20 "10 2"
 key Return
 counted "task c, besides the numbers"
 over "clicks and keys of task c" $((clicks + keys)) 3
+
+# d: two factors are correlated, and the list is saved.
+key alt+a
+await '^Normal distribution'
+xdotool type --delay 20 rain
+key Return
+await '^Input Factors Selection.*\*$'
+key alt+c
+await '^Correlate factors$'
+recount
+double_click "$(xdotool getactivewindow)" 230 150
+xdotool type --delay 20 0.5
+key Return
+await '^Correlate factors\*$'
+counted "task d, besides the number"
+over "double clicks and keys of task d" $((clicks + keys)) 2
+key Return
+await '^Input Factors Selection.*\*$'
+key alt+v
+await '^Save current list of factors'
+xdotool type --delay 20 "$study/two.fac"
+key Return
+await '^Input Factors Selection$'
+[ "$(tail -n 8 "$study/two.fac" | tr '\n\t' '; ')" = '1 0.5 ;0.5 1 ;Stein Information:;;0;0;0;1;' ] || fault "the two aren't correlated: $(cat "$study/two.fac")"
 key alt+k
 await '^Statistical Pre Processor'
 

@@ -2,21 +2,20 @@
 
 #include <QString>
 
+#include "panels/prep/PCorrelation.h"
 #include "panels/sampling/makeMethodPanel.h"
 #include "sampling/Sampler.h"
 #include "toolkit/Dialogs.h"
 
 namespace tarvex {
-namespace {
 
-void tell(const QString& text, QWidget* parent) {
-  Dialogs::current().message(DialogKind::Information, "Tarvex", text, parent);
-}
-
-}  // namespace
-
-bool correlateFactors(const Display&, FactorList&, bool, QWidget* parent) {
-  tell("Correlations have no panel yet; tarvex-batch takes them from a file of factors.", parent);
+bool correlateFactors(const Display& display, FactorList& list, bool demo, QWidget* parent) {
+  PCorrelation panel(display, list, demo, parent);
+  panel.centre();
+  if (!panel.runModal() || !panel.accepted() || !panel.modified()) return false;
+  std::string message;
+  if (panel.draft().applyTo(list, message)) return true;
+  Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(message), parent);
   return false;
 }
 

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "factors/FactorList.h"
+
+namespace tarvex {
+
+inline constexpr int kNoParentFactor = -1;  // of a root of the tree
+
+// A number of the matrix, both orders of the two meant.
+struct CorrelationCell {
+  int row = 0;
+  int column = 0;
+  float value = 0.0F;
+};
+
+// The correlations of a list while a user edits them: a value that is copied for each step, in which the matrix and the
+// Stein sample are shared. Factors are told by their places in the list; rows and columns of the matrix count
+// correlatable factors alone.
+class CorrelationDraft {
+ public:
+  // `factors` stays as it is, and outlives the draft and its copies.
+  explicit CorrelationDraft(const FactorList& factors);
+
+  const FactorList& factors() const { return *factors_; }
+  QString name(int place) const { return QString::fromStdString(factors_->factor(place).name); }
+  // The places of the factors that can be correlated, a matrix row each.
+  const std::vector<int>& places() const { return places_; }
+  QStringList names() const;
+
+  std::int32_t mode = kNoCorrelation;
+
+  // The tree. A factor stands in it as a root or below another, or outside of it.
+  bool isInTree(int place) const { return inTree_[static_cast<std::size_t>(place)]; }
+  const CorrelationNode& node(int place) const { return nodes_[static_cast<std::size_t>(place)]; }
+  bool isWithin(int place, int ancestor) const;
+  // Puts a factor below another, as its child number `at`. Requires: that one isn't within the first.
+  void link(int child, int parent, std::size_t at, double correlation);
+  void makeRoot(int place);
+  // Out of the tree; children become roots.
+  void takeOut(int place);
+  int links() const;
+
+  // The matrix.
+  int order() const { return static_cast<int>(places_.size()); }
+  float at(int row, int column) const;
+  const std::shared_ptr<const std::vector<float>>& matrix() const { return matrix_; }
+  void setCells(const std::vector<CorrelationCell>& cells);
+  void setMatrix(std::vector<float> matrix) { matrix_ = std::make_shared<const std::vector<float>>(std::move(matrix)); }
+  int correlatedPairs() const;
+
+  // The Stein sample, with the name of its file, in a list of the same factors.
+  const FactorList& stein() const { return *stein_; }
+  const std::shared_ptr<const FactorList>& sharedStein() const { return stein_; }
+  // Reads another sample and chooses its correlation. On false the draft is as it was, and the message is the system's.
+  [[nodiscard]] bool importStein(const std::string& path, std::string& message);
+
+  // Gives a list of these factors the correlations. On false the list is as it was.
+  [[nodiscard]] bool applyTo(FactorList& list, std::string& message) const;
+
+ private:
+  CorrelationNode& nodeAt(int place) { return nodes_[static_cast<std::size_t>(place)]; }
+  void unlink(int place);
+
+  const FactorList* factors_;
+  std::vector<int> places_;
+  std::vector<CorrelationNode> nodes_;
+  std::vector<bool> inTree_;
+  std::shared_ptr<const std::vector<float>> matrix_;  // by row
+  std::shared_ptr<const FactorList> stein_;
+};
+
+}  // namespace tarvex
