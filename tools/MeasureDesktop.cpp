@@ -26,10 +26,12 @@
 #include "panels/main/PAbout.h"
 #include "panels/main/PGenerate.h"
 #include "panels/main/PLogFile.h"
+#include "panels/main/PMainPanel.h"
 #include "panels/main/TarvexApplication.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/editFactor.h"
 #include "plots/runPlots.h"
+#include "sampling/SamplerFactory.h"
 #include "toolkit/Application.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Display.h"
@@ -226,11 +228,14 @@ void measureFactors(const Display& display) {
   panel->call("search");
   QAbstractItemModel& rows = *panel->gadget<TableView>("MaFactors")->model();
   print("a parameter changes", taken([&] { rows.setData(rows.index(7, 2), QString("%1 1").arg(++round)); }), kBudget);
-  print("it is accepted", taken([&] {
-          FactorList accepted;
+  PMainPanel main(display, "PMainPanel", "Tarvex", ".");
+  print("it is accepted, by the project too", taken([&] {
+          PrepSettings settings;
           std::string message;
           panel->call("ok");
-          static_cast<void>(accepted.copyFrom(*panel->factors(), message));  // only how long it takes counts
+          settings.sampler = makeSampler(kRandom);
+          if (settings.factors.copyFrom(*panel->factors(), message))
+            main.acceptPrep(std::move(settings), "factors " + QString::number(++round));
         }),
         kBudget);
 }
