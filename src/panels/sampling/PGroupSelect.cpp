@@ -21,6 +21,9 @@ PGroupSelect::PGroupSelect(const Display& display, const NamedGroup& group, cons
                      {"left", [this] { move("SlSelected", "SlAvailable"); }},
                      {"cancel", [this] { end(false); }},
                      {"ok", [this] { end(true); }}});
+  // Not by Enter, which accepts.
+  connect(gadget<QListWidget>("SlAvailable"), &QListWidget::itemDoubleClicked, this, [this] { call("right"); });
+  connect(gadget<QListWidget>("SlSelected"), &QListWidget::itemDoubleClicked, this, [this] { call("left"); });
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(false); });
   gadget<QListWidget>("SlAvailable")->setFocus();
 }
