@@ -32,7 +32,7 @@ class FixedPanel : public test::PrepTest {
     return text;
   }
   std::string shownCell(int row, int column) {
-    view_->setCurrentIndex(view_->model()->index(row, column));
+    view_->selectionModel()->setCurrentIndex(view_->model()->index(row, column), QItemSelectionModel::ClearAndSelect);
     std::string text = panel_->gadget<QLabel>("MlFactorType")->text().toStdString();
     for (const char* const name : {"NValue", "NDensity", "NProbability"})
       text += ' ' + panel_->gadget<QLineEdit>(name)->text().toStdString();

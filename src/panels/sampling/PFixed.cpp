@@ -62,7 +62,7 @@ PFixed::PFixed(const Display& display, const MethodContext& context, const std::
          {"save", [this] { save(); }},
          {"scrollTitle", [this] { scrollTitle(); }}});
   view()->setFocus();
-  view()->setCurrentIndex(view()->model()->index(0, 0));
+  selectRow(0);
 }
 
 TableView* PFixed::view() {
@@ -86,9 +86,14 @@ std::unique_ptr<Sampler> PFixed::draft(Refusal& refusal) {
   return sampler;
 }
 
+// Whatever keys are held down.
+void PFixed::selectRow(int row) {
+  view()->selectionModel()->setCurrentIndex(view()->model()->index(row, 0), QItemSelectionModel::ClearAndSelect);
+}
+
 void PFixed::rowsChanged(int selected) {
   view()->tableModel().sourceChanged();
-  if (selected >= 0 && selected < table_->rows()) view()->setCurrentIndex(view()->model()->index(selected, 0));
+  if (selected >= 0 && selected < table_->rows()) selectRow(selected);
   edited();
   scrollTitle();
 }

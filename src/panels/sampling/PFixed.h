@@ -23,6 +23,7 @@ class PFixed : public PMethod {
   void load();
   void save();
   void scrollTitle();
+  void selectRow(int row);
   void rowsChanged(int selected);
   TableView* view();
 
