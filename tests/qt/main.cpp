@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTest>
 #include <QTimer>
+#include <QWidget>
 #include <cstdlib>
 
 #include "toolkit/Application.h"
@@ -14,6 +16,8 @@ class NewLoop : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override {
     QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
     QApplication::exec();
+    QWidget none;
+    QTest::keyRelease(&none, Qt::Key_Control);  // which the last key of another test may have left pressed
   }
 };
 
