@@ -224,7 +224,8 @@ void PMainPanel::loadFactors(const QString& path) {
       (project.hasPrep && !settings.copyFrom(project.prep, problem))) {
     before.restore();
     const QString reason = against + QString::fromStdString(problem);
-    return reason.isEmpty() ? void() : say(reason);
+    if (!reason.isEmpty()) say(reason);
+    return;
   }
   settings.factors = std::move(factors);
   const QFileInfo file(path);
