@@ -1,3 +1,4 @@
+#include <QAction>
 #include <QClipboard>
 #include <QComboBox>
 
@@ -109,6 +110,7 @@ TEST_F(Correlation, SteinSamplesAreTakenOrNothingChanges) {
   EXPECT_EQ(ok(), std::pair(Texts{kEmptyStein}, false));
   EXPECT_EQ(label("MlMessage"), "The Stein correlation sample is empty. No correlation can be calculated.");
   panel_->call("undo");
+  EXPECT_FALSE(panel_->window()->isWindowModified() || panel_->gadget<QAction>("AUndo")->isEnabled());
   for (const auto& row : bad) {
     if (row.text != nullptr) test::writeFile(file("s.txt"), row.text);
     dialogs_.files = {file("s.txt")};

@@ -139,17 +139,24 @@ void PCorrelation::enter(const QString& name, const CorrelationDraft& after) {
     };
   };
   undo_.push(name, setter(draft_), setter(after));
+  ++steps_;
   set(after);
 }
 
 void PCorrelation::takeBack() {
   const QString name = undo_.undoName();
-  if (undo_.undo()) say("Undone: " + name);
+  if (!undo_.undo()) return;
+  --steps_;
+  refreshGadgets();
+  say("Undone: " + name);
 }
 
 void PCorrelation::makeAgain() {
   const QString name = undo_.redoName();
-  if (undo_.redo()) say("Done again: " + name);
+  if (!undo_.redo()) return;
+  ++steps_;
+  refreshGadgets();
+  say("Done again: " + name);
 }
 
 void PCorrelation::clear() {

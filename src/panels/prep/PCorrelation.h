@@ -27,7 +27,7 @@ class PCorrelation : public Panel {
   const CorrelationDraft& draft() const { return draft_; }
   UndoStack& undo() { return undo_; }
   // Whether anything was changed.
-  bool modified() const { return !undo_.undoName().isEmpty(); }
+  bool modified() const { return steps_ > 0; }
   QString helpTopic() const override;
 
  protected:
@@ -96,6 +96,7 @@ class PCorrelation : public Panel {
   bool demo_;
   CorrelationDraft draft_;
   UndoStack undo_;
+  int steps_ = 0;  // from the list as it was; more than the stack remembers, maybe
   std::shared_ptr<CorrelationTable> table_;
   std::shared_ptr<SteinTable> stein_;
   std::shared_ptr<const FactorList> shownStein_;

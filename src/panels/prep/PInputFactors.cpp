@@ -158,12 +158,16 @@ void PInputFactors::visualize() {
 
 void PInputFactors::undo() {
   const QString name = editing_->undo().undoName();
-  if (editing_->undo().undo()) say("Undone: " + name);
+  if (!editing_->undo().undo()) return;
+  refreshGadgets();  // the names have changed once more
+  say("Undone: " + name);
 }
 
 void PInputFactors::redo() {
   const QString name = editing_->undo().redoName();
-  if (editing_->undo().redo()) say("Done again: " + name);
+  if (!editing_->undo().redo()) return;
+  refreshGadgets();
+  say("Done again: " + name);
 }
 
 void PInputFactors::ok() {
