@@ -143,6 +143,7 @@ TEST_F(PrepList, DeletionRefusesAsksAndLeavesFiveRows) {
   EXPECT_EQ(insensitive(), "BDelete BModify BVisualize BSave BCorrelate ADelete AModify AVisualize ASave ACorrelate ");
   by("undo");
   EXPECT_EQ(insensitive(), "BCorrelate ACorrelate ");
+  EXPECT_FALSE(panel_->gadget<QAction>("AUndo")->isEnabled());
   by("redo");
   EXPECT_EQ(list(), "");
 
