@@ -5,10 +5,8 @@
 #include "factors/namesInText.h"
 
 namespace tarvex {
-namespace {
 
-// The byte at a line and a column as the evaluator counts them: from 1, with tabs at every eighth column.
-std::size_t placeOf(const std::string& text, int line, int column) {
+std::size_t placeInText(const std::string& text, int line, int column) {
   constexpr int kTab = 8;
   std::size_t at = 0;
   for (; line > 1 && at < text.size(); ++at)
@@ -17,8 +15,6 @@ std::size_t placeOf(const std::string& text, int line, int column) {
     reached = text[at] == '\t' ? (reached - 1) / kTab * kTab + kTab + 1 : reached + 1;
   return at;
 }
-
-}  // namespace
 
 ExpressionCheck checkExpression(const std::string& text, const std::vector<std::string>& names) {
   const Trial outcome = tryExpression(text, names);
@@ -37,7 +33,8 @@ ExpressionCheck checkExpression(const std::string& text, const std::vector<std::
   for (const auto& [name, isAssigned] : namesInText(text))
     static_cast<void>(evaluator.bind(name, 0.5));  // if it fails: a full table
   if (evaluator.evaluate(text)) return {outcome, "The expression can't be computed at every value", 0};
-  return {outcome, evaluator.evalErrorText(), placeOf(text, evaluator.evalErrorLine(), evaluator.evalErrorColumn())};
+  return {outcome, evaluator.evalErrorText(),
+          placeInText(text, evaluator.evalErrorLine(), evaluator.evalErrorColumn())};
 }
 
 }  // namespace tarvex

@@ -18,4 +18,7 @@ struct ExpressionCheck {
 // tryExpression() with the place of what it found.
 ExpressionCheck checkExpression(const std::string& text, const std::vector<std::string>& names);
 
+// The byte at a line and a column as the evaluator counts them: from 1, with tabs at every eighth column.
+std::size_t placeInText(const std::string& text, int line, int column);
+
 }  // namespace tarvex

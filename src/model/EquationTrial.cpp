@@ -5,8 +5,10 @@
 
 #include "base/uniformRandom.h"
 #include "factors/Evaluator.h"
+#include "factors/ExpressionCheck.h"
 #include "factors/NumberLiteral.h"
 #include "factors/ValueBindings.h"
+#include "factors/namesInText.h"
 
 namespace tarvex {
 
@@ -45,6 +47,16 @@ std::string failureOf(const Evaluator& evaluator, std::string_view text) {
   return reason + " at character " + std::to_string(evaluator.evalErrorColumn()) + " of " + quoted(text);
 }
 
+std::size_t placeOf(const Evaluator& evaluator, const std::string& text) {
+  return placeInText(text, evaluator.evalErrorLine(), evaluator.evalErrorColumn());
+}
+
+std::size_t placeOfName(const std::string& name, const std::string& text) {
+  const auto names = namesInText(text);
+  const auto found = names.find(name);
+  return found == names.end() ? 0 : static_cast<std::size_t>(found->first.data() - text.data());
+}
+
 // The text with comparisons in place of its quotients: as good or bad as the text itself whatever the values are, as
 // "<" may stand wherever "/" may and never fails.
 std::string withoutQuotients(std::string text) {
@@ -72,18 +84,19 @@ EquationTrial tryEquation(const std::string& text, const std::vector<std::string
   EquationTrial trial;
   if (!evaluator.evaluate(text)) {
     trial.reason = failureOf(evaluator, text);
-    if (evaluator.evalErrorText() != kNoQuotient) return {Trial::kFailed, trial.reason};
+    trial.place = placeOf(evaluator, text);
+    if (evaluator.evalErrorText() != kNoQuotient) return {Trial::kFailed, trial.reason, trial.place};
     evaluator.clearSymbols();
     const std::string other = withoutQuotients(text);
     if (!bindings.apply(evaluator, values.data()) || !evaluator.evaluate(other))
-      return {Trial::kFailed, failureOf(evaluator, text)};
+      return {Trial::kFailed, failureOf(evaluator, text), placeOf(evaluator, text)};
   }
   const auto isMissing = [](const std::vector<std::string>& names, const std::string& name) {
     return std::ranges::find(names, name) == names.end();
   };
   for (const Evaluator::Symbol& symbol : evaluator.symbolTable())
     if (isMissing(bound, symbol.name) && isMissing(known, symbol.name))
-      return {Trial::kUnknownName, "unknown name " + quoted(symbol.name)};
+      return {Trial::kUnknownName, "unknown name " + quoted(symbol.name), placeOfName(symbol.name, text)};
   return trial;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,8 @@ struct EquationTrial {
   Trial outcome = Trial::kGood;
   // Of a failure: "unknown function 'max'". Of a good outcome: why the equation couldn't be computed at these values
   // ("Divide by Zero"), though it can at others; mostly empty.
-  std::string reason;
+  std::string reason = {};
+  std::size_t place = 0;  // of what is wrong, in bytes from the start of the text
 };
 
 // As tryExpression has it, but for an equation that fails only because of the values that it met: that one is good.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/Names.h"
+#include "factors/namesInText.h"
 #include "model/EquationTrial.h"
 
 namespace tarvex {
@@ -178,6 +179,32 @@ bool InternalModel::removeExpression(std::int32_t index) {
   dropUses(expressions_, expressions_.size(), index);
   // Kept: the uses noted under higher indices stay as they are until the model is loaded again.
   expressions_.erase(expressions_.begin() + index);
+  prepared_ = false;
+  return true;
+}
+
+bool InternalModel::moveExpression(std::int32_t from, std::int32_t to) {
+  if (!isIndex(expressions_, from) || !isIndex(expressions_, to)) return fail("Index out of range");
+  const ModelExpression& moved = expressions_[static_cast<std::size_t>(from)];
+  for (std::int32_t i = std::min(from, to); i <= std::max(from, to); ++i) {
+    const ModelExpression& passed = expressions_[static_cast<std::size_t>(i)];
+    const ModelExpression& user = to < from ? moved : passed;
+    const ModelExpression& used = to < from ? passed : moved;
+    if (i != from && namesInText(user.text).contains(used.name))
+      return fail(user.name + " uses " + used.name + " and has to stay below it.");
+  }
+  const auto place = expressions_.begin() + from;
+  if (to < from)
+    std::rotate(expressions_.begin() + to, place, place + 1);
+  else
+    std::rotate(place, place + 1, expressions_.begin() + to + 1);
+  for (ModelVariable& variable : variables_) variable.usedBy.clear();
+  for (ModelExpression& expression : expressions_) expression.usedBy.clear();
+  for (std::size_t i = 0; i < expressions_.size(); ++i) {
+    const std::string& text = expressions_[i].text;
+    addUses(variables_, variables_.size(), text, static_cast<std::int32_t>(i));
+    addUses(expressions_, i, text, static_cast<std::int32_t>(i));
+  }
   prepared_ = false;
   return true;
 }

@@ -45,6 +45,9 @@ class InternalModel {
   bool addExpression(std::int32_t position, const std::string& name, const std::string& text, std::int16_t type);
   bool modifyExpression(std::int32_t position, const std::string& name, const std::string& text, std::int16_t type);
   bool removeExpression(std::int32_t index);
+  // Puts an equation into another place. Refused, with the two names in errorText, where an equation would then stand
+  // above one that it uses. The uses are noted afresh.
+  bool moveExpression(std::int32_t from, std::int32_t to);
   bool getExpression(std::int32_t index, ModelExpression& out);
   bool expressionName(std::int32_t index, std::string& out);
   bool expressionText(std::int32_t index, std::string& out);
