@@ -41,19 +41,18 @@ State waitForEnd(ExternalProcess& process, FrontEnd& frontEnd) {
 
 bool runExternalModel(const ExternalRun& run, FrontEnd& frontEnd) {
   ExternalProcess process;
-  if (!process.start({existingPath(run.executable),
-                      run.sampleFile,
+  if (!process.start({existingPath(run.command.program),
+                      run.command.arguments,
                       run.directory,
                       run.logFile,
                       -1,
                       {"TARVEX_OUTPUT=" + absolutePath(run.outputFile)}})) {
     frontEnd.message(MessageKind::Error, "Error",
-                     "The model execution process can't be loaded.\nError " + std::to_string(process.error()) +
-                         "\ncmd: \"" + run.executable + "\" \"" + run.sampleFile + "\"\n" + run.executable + ": " +
-                         std::strerror(process.error()));
+                     std::string(kNotLoaded) + "\nError " + std::to_string(process.error()) + "\ncmd: " +
+                         run.command.text() + '\n' + run.command.program + ": " + std::strerror(process.error()));
     return false;
   }
-  frontEnd.openAnimation("External model execution", run.executable, run.sampleFile);
+  frontEnd.openAnimation("External model execution", run.command.program, run.sampleFile);
   const State state = waitForEnd(process, frontEnd);
   if (state == State::Running) process.stop();
   if (state == State::Lost) frontEnd.message(MessageKind::Error, "Error", "Lost connection to model execution");

@@ -188,9 +188,11 @@ bool RunController::runExternal() {
   if (!provideSampleFile()) return false;
   const std::string output = absolutePath(model.outputFile);
   const OutputFileStamp before(output);
-  if (!runExternalModel({absolutePath(model.executable), heldPath_, output + ".log", modelDirectory, output},
-                        frontEnd_))
-    return false;
+  ModelCommand command;
+  std::string message;
+  if (!makeModelCommand(model.executable, heldPath_, output, command, message))
+    return refuse(std::string(kNotLoaded) + '\n' + message);
+  if (!runExternalModel({command, heldPath_, output + ".log", modelDirectory, output}, frontEnd_)) return false;
   const std::string problem = before.problem();
   return problem.empty() || refuse("Error reading model output file\n" + problem);
 }

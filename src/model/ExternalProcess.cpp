@@ -89,11 +89,14 @@ class SpawnSettings {
   }
 
   // 0, or the errno of what failed, the start of the program in the child included.
-  int spawn(pid_t& pid, std::string executable, std::string argument, std::vector<std::string> variables) {
-    char* const words[] = {executable.data(), argument.data(), nullptr};
+  int spawn(pid_t& pid, std::string executable, std::vector<std::string> arguments,
+            std::vector<std::string> variables) {
+    std::vector<char*> words = {executable.data()};
+    for (std::string& argument : arguments) words.push_back(argument.data());
+    words.push_back(nullptr);
     std::vector<char*> environment = environmentWith(variables);
     if (error_ != 0) return error_;
-    return posix_spawn(&pid, executable.c_str(), &actions_, &attributes_, words, environment.data());
+    return posix_spawn(&pid, executable.c_str(), &actions_, &attributes_, words.data(), environment.data());
   }
 
  private:
@@ -135,7 +138,7 @@ bool ExternalProcess::start(const Start& start) {
   settings.setSignals();
   settings.setDescriptors(log_.descriptor(), start.stream);
   settings.setDirectory(start.directory);
-  error_ = settings.spawn(pid_, absolutePath(start.executable), absolutePath(start.argument), start.variables);
+  error_ = settings.spawn(pid_, absolutePath(start.executable), start.arguments, start.variables);
   if (error_ != 0) log_.close();
   if (error_ != 0) return false;
   state_ = State::Running;

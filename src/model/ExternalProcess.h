@@ -19,10 +19,10 @@ class ExternalProcess {
 
   struct Start {
     std::string executable;
-    std::string argument;
-    std::string directory;  // in which it runs; empty: the current one
-    std::string logFile;    // gets standard output and error; a file that can't be made costs the log, not the run
-    int stream = -1;        // 3 or more: a descriptor that becomes standard input and output
+    std::vector<std::string> arguments;  // as the program gets them
+    std::string directory;               // in which it runs; empty: the current one
+    std::string logFile;  // gets standard output and error; a file that can't be made costs the log, not the run
+    int stream = -1;      // 3 or more: a descriptor that becomes standard input and output
     std::vector<std::string> variables = {};  // "NAME=value", besides those of this process's environment
   };
 

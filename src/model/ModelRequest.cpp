@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "base/Paths.h"
+#include "model/ModelCommand.h"
 
 namespace tarvex {
 
@@ -22,34 +23,40 @@ std::string whyNotReadable(const std::string& path) {
 }
 
 // An executable's output file needn't exist yet.
-std::optional<Refusal> checkFiles(const ModelRequest& request) {
+std::optional<ModelRefusal> checkFiles(const ModelRequest& request) {
   if (!request.execute) {
     const std::string reason = whyNotReadable(request.outputFile);
-    if (!reason.empty()) return Refusal{"Error: Wrong output file", "   No output model file" + reason};
+    if (!reason.empty()) return ModelRefusal{"Error: Wrong output file", "   No output model file" + reason};
   } else if (!request.spreadsheet) {
-    const std::string reason = whyNotReadable(request.executable);
-    if (!reason.empty()) return Refusal{"Error: No executable file", "   Error checking model executable" + reason};
+    const std::string program = programOf(request.executable);
+    const std::string reason = whyNotReadable(program);
+    if (!reason.empty())
+      return ModelRefusal{"Error: No executable file", "   Error checking model executable" + reason};
+    if (isSameFile(existingPath(program), request.outputFile))
+      return ModelRefusal{"Error: Wrong output file",
+                          "   No output model file\n" + request.outputFile + ": this is the program itself"};
   }
   return std::nullopt;
 }
 
-std::optional<Refusal> acceptInternal(ModelChoice& choice) {
-  if (choice.internalModel() == nullptr) return Refusal{"Error: No model loaded", "   No internal model loaded"};
-  if (choice.internalModel()->numOutputs() == 0) return Refusal{"Error: Empty model", "   Model produces no result"};
+std::optional<ModelRefusal> acceptInternal(ModelChoice& choice) {
+  if (choice.internalModel() == nullptr) return ModelRefusal{"Error: No model loaded", "   No internal model loaded"};
+  if (choice.internalModel()->numOutputs() == 0)
+    return ModelRefusal{"Error: Empty model", "   Model produces no result"};
   choice.kind = kInternalModel;
   return std::nullopt;
 }
 
 }  // namespace
 
-std::optional<Refusal> acceptModelRequest(const ModelRequest& request, ModelChoice& choice) {
+std::optional<ModelRefusal> acceptModelRequest(const ModelRequest& request, ModelChoice& choice) {
   if (request.internal) return acceptInternal(choice);
   if ((request.execute && request.executable.empty()) || request.outputFile.empty())
-    return Refusal{"Error: Empty field", "   Empty fields not admitted"};
+    return ModelRefusal{"Error: Empty field", "   Empty fields not admitted"};
   ModelChoice external;
   external.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
-  if (!external.problem().empty()) return Refusal{"Error: Path too long", external.problem()};
-  if (std::optional<Refusal> refusal = checkFiles(request)) return refusal;
+  if (!external.problem().empty()) return ModelRefusal{"Error: Path too long", external.problem()};
+  if (std::optional<ModelRefusal> refusal = checkFiles(request)) return refusal;
   choice.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
   choice.kind = request.execute ? kExternalExecutable : kNoModelToStart;
   return std::nullopt;

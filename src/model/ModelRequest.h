@@ -17,12 +17,12 @@ struct ModelRequest {
 };
 
 // Why a request is refused: of a file its path and the reason stand on the second line.
-struct Refusal {
+struct ModelRefusal {
   std::string title;
   std::string text;
 };
 
 // Makes `choice` what the user asks for. A request that is refused leaves it as it was.
-[[nodiscard]] std::optional<Refusal> acceptModelRequest(const ModelRequest& request, ModelChoice& choice);
+[[nodiscard]] std::optional<ModelRefusal> acceptModelRequest(const ModelRequest& request, ModelChoice& choice);
 
 }  // namespace tarvex

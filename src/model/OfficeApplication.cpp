@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "base/Paths.h"
 #include "base/Temporaries.h"
 #include "base/WorkingFile.h"
 
@@ -66,7 +67,7 @@ bool OfficeApplication::startHelper() {
     errorText = "LibreOffice cannot be started: there is no place for its files in " + WorkingFile::directory() + '.';
     return false;
   }
-  const bool started = process_.start({helper_, directory_, "", "", channel_.otherEnd()});
+  const bool started = process_.start({helper_, {absolutePath(directory_)}, "", "", channel_.otherEnd()});
   channel_.closeOtherEnd();
   if (started) return true;
   errorText =

@@ -31,7 +31,7 @@ class Process : public test::InDirectory {
 
   ExternalProcess::Start script(const std::string& commands, const std::string& name = "model") {
     test::writeScript(file(name), commands);
-    return {file(name), "in.sam", directory_.path(), file("log")};
+    return {file(name), {"in.sam"}, directory_.path(), file("log")};
   }
 
   // What was printed, behind the line that marks a log.
@@ -84,7 +84,7 @@ TEST_F(Process, aStartThatFailsTellsWhy) {
                {"no directory to run in", good.executable, file("nowhere"), ENOENT}};
   for (const auto& c : cases) {
     ExternalProcess process;
-    EXPECT_FALSE(process.start({c.executable, "in.sam", c.directory, file("log")})) << c.name;
+    EXPECT_FALSE(process.start({c.executable, {"in.sam"}, c.directory, file("log")})) << c.name;
     EXPECT_EQ(process.error(), c.error) << c.name;
     EXPECT_EQ(process.poll(), State::NotStarted) << c.name;
   }
@@ -95,13 +95,12 @@ TEST_F(Process, getsItsArgumentItsDirectoryAndNoInput) {
   const test::ScopedCurrentDirectory stay;
   std::filesystem::create_directory(file(odd));
   std::filesystem::current_path(file(odd));
-  test::writeScript(odd, "echo \"$#:$1\"\npwd\ncat\necho failure >&2\n");
+  test::writeScript(odd, "echo \"$#:$1:$2\"\npwd\ncat\necho failure >&2\n");
   ExternalProcess process;
-  ASSERT_TRUE(process.start({odd, odd + ".sam", directory_.path(), odd + ".log"}));
+  ASSERT_TRUE(process.start({odd, {odd, "second word"}, directory_.path(), odd + ".log"}));
   process.wait(kLong);
   ASSERT_EQ(process.poll(), State::Ended);
-  EXPECT_EQ(logged(file(odd + '/' + odd + ".log")),
-            "1:" + file(odd + '/' + odd + ".sam") + '\n' + directory_.path() + "\nfailure\n");
+  EXPECT_EQ(logged(file(odd + '/' + odd + ".log")), "2:" + odd + ":second word\n" + directory_.path() + "\nfailure\n");
 }
 
 TEST_F(Process, inheritsNeitherDescriptorsNorSignals) {

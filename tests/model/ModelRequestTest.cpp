@@ -12,21 +12,21 @@ TEST(ModelRequest, isRefusedWithTheReasonOrTaken) {
   const std::string there = directory.file("there");
   const std::string missing = directory.file("missing");
   test::writeFile(there, "x");
-  const Refusal empty{"Error: Empty field", "   Empty fields not admitted"};
+  const ModelRefusal empty{"Error: Empty field", "   Empty fields not admitted"};
   const std::string noFile = ": No such file or directory";
   const std::string isDirectory = directory.path() + ": Is a directory";
   const auto executable = [](const std::string& reason) {
-    return Refusal{"Error: No executable file", "   Error checking model executable\n" + reason};
+    return ModelRefusal{"Error: No executable file", "   Error checking model executable\n" + reason};
   };
   const auto output = [](const std::string& reason) {
-    return Refusal{"Error: Wrong output file", "   No output model file\n" + reason};
+    return ModelRefusal{"Error: Wrong output file", "   No output model file\n" + reason};
   };
   const struct {
     const char* name;
     bool execute, spreadsheet;
     std::string executable, outputFile;
     std::int32_t kind;
-    Refusal refusal;
+    ModelRefusal refusal;
   } cases[] = {
       {"no executable named", true, false, "", there, kRefused, empty},
       {"no output file named", true, false, there, "", kRefused, empty},
@@ -46,7 +46,7 @@ TEST(ModelRequest, isRefusedWithTheReasonOrTaken) {
         {.execute = c.execute, .spreadsheet = c.spreadsheet, .executable = c.executable, .outputFile = c.outputFile},
         model);
     EXPECT_EQ(refusal.has_value(), c.kind == kRefused) << c.name;
-    const Refusal told = refusal.value_or(Refusal());
+    const ModelRefusal told = refusal.value_or(ModelRefusal());
     EXPECT_EQ(told.title + told.text, c.refusal.title + c.refusal.text) << c.name;
     EXPECT_EQ(model.executable, refusal ? "before" : c.executable) << c.name;
     EXPECT_EQ(model.outputFile, refusal ? "before" : c.outputFile) << c.name;
@@ -58,7 +58,7 @@ TEST(ModelRequest, isRefusedWithTheReasonOrTaken) {
 TEST(ModelRequest, equationsMustBeThereAndGiveResults) {
   ModelChoice model;
   const ModelRequest internal{.internal = true};
-  std::optional<Refusal> refusal = acceptModelRequest(internal, model);
+  std::optional<ModelRefusal> refusal = acceptModelRequest(internal, model);
   ASSERT_TRUE(refusal);
   EXPECT_EQ(refusal->title + refusal->text, "Error: No model loaded   No internal model loaded");
 
