@@ -20,6 +20,7 @@ class FrontEnd;
 class InternalRun;
 class Selection;
 class SpreadsheetApplication;
+struct TrialReport;
 
 // What a user is asked to give up.
 enum class Discard { ForProject, ForDemo, ForReset };
@@ -132,6 +133,10 @@ class RunController {
   // post-processor configuration of the run's size. Results and measures of an earlier run are dropped at the start.
   enum class SampleUse { Existing, Generated, Replaced };
   Outcome runModel(SampleUse use);
+
+  // Tries `model` on one run of the sample, or on the means, as it would be run: nothing of the project changes.
+  // `serve` is called meanwhile and gives false to stop it.
+  Outcome tryModel(const ModelChoice& model, std::int32_t row, const std::function<bool()>& serve, TrialReport& report);
 
   // The analysis of the results in hand.
   Outcome selectVariables(const std::vector<std::string>& texts);

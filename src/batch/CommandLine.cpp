@@ -100,11 +100,16 @@ void addImport(CLI::App& app, ImportOptions& options, Command& command) {
 void addRun(CLI::App& app, RunOptions& options, Command& command) {
   CLI::App* sub = app.add_subcommand("run", "Run a model over a sample");
   sub->add_option("SAMPLE", options.sampleFile, "Sample file (.sam)")->required();
-  sub->add_option("-o", options.output, "Post-processor file to write (.spc)")->required();
+  auto* result = sub->add_option_group("result", "What becomes of it");
+  result->add_option("-o", options.output, "Post-processor file to write (.spc)");
+  result->add_option("--try", options.tryRow,
+                     "Try the model on one run, a row of the sample or \"means\", and say what came of it");
+  result->require_option(1);
   auto* kind = sub->add_option_group("model", "What to run");
   auto* equations = kind->add_option("--model", options.modelFile, "Internal model, a file of equations (.imd)");
   auto* executable = kind->add_option("--executable", options.executable,
-                                      "Program to start, with the path of the sample file as its argument");
+                                      "Program to start, with the path of the sample file as its argument, or words "
+                                      "with {sample} and {output}");
   auto* file = kind->add_option("--output", options.modelOutput,
                                 "File that the program writes; without a program, that it wrote elsewhere");
   executable->needs(file);

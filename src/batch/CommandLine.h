@@ -38,6 +38,7 @@ struct RunOptions {
   std::string modelOutput;                // the file that it writes, or wrote elsewhere, or
   std::optional<std::string> workbook;    // one to compute, or
   bool readOnly = false;                  // only to read
+  std::string tryRow;                     // "3", "means": only this run is tried, and nothing is written
 };
 
 struct AnalyseOptions {

@@ -1,9 +1,14 @@
+#include <charconv>
 #include <utility>
 
+#include "app/ModelTrial.h"
 #include "app/RunController.h"
 #include "base/Paths.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
+#include "batch/StopSignals.h"
+#include "batch/TrialFigures.h"
+#include "model/ModelCommand.h"
 #include "model/ModelRequest.h"
 #include "postproc/PostProcessorFile.h"
 #include "report/TextTable.h"
@@ -27,7 +32,7 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
     if (!loadModelFile(options.modelFile, *equations, message)) return false;
     choice.setInternalModel(std::move(equations));
   }
-  const std::optional<Refusal> refusal = acceptModelRequest(request, choice);
+  const std::optional<ModelRefusal> refusal = acceptModelRequest(request, choice);
   if (!refusal) return true;
   message = request.internal ? aboutFile(refusal->text, options.modelFile) : refusal->text;
   return false;
@@ -47,7 +52,7 @@ bool checkFiles(const RunOptions& options, std::string& message) {
   CommandFiles files;
   files.reads("sample file", options.sampleFile);
   files.reads("internal model", options.modelFile);
-  files.reads("program", options.executable.value_or(""));
+  files.reads("program", programOf(options.executable.value_or("")));
   files.reads("workbook", options.workbook.value_or(""));
   if (options.executable && !options.modelOutput.empty()) {
     files.leavesToModel("output file of the model", options.modelOutput);
@@ -55,8 +60,31 @@ bool checkFiles(const RunOptions& options, std::string& message) {
   } else {
     files.reads("output file of the model", options.modelOutput);
   }
-  files.writes("post-processor file", options.output, kResultsNotWritten);
+  if (options.tryRow.empty()) files.writes("post-processor file", options.output, kResultsNotWritten);
   return files.check(message);
+}
+
+// Row 1 is 0. False for what is neither a row nor the means.
+bool rowOf(const std::string& word, std::int32_t& row) {
+  const char* const end = word.data() + word.size();
+  const auto parsed = std::from_chars(word.data(), end, row);
+  if (parsed.ec == std::errc() && parsed.ptr == end && row-- >= 1) return true;
+  row = TrialRow::kMeans;
+  return word == "means";
+}
+
+int tryOneRun(const RunOptions& options, const ModelChoice& model, const Console& console) {
+  std::int32_t row = 0;
+  if (!rowOf(options.tryRow, row)) return console.fail("--try takes a row of the sample or \"means\"");
+  RunController controller(console.frontEnd);
+  controller.modelDirectory = absolutePath(".");
+  controller.userAtWorkbook = false;
+  if (controller.loadSampleFile(options.sampleFile) != Outcome::Done) return kFailed;
+  TrialReport report;
+  const auto serve = [] { return !StopSignals::requested(); };
+  const bool isGood = controller.tryModel(model, row, serve, report) == Outcome::Done;
+  printTrial(report, console.out);
+  return isGood ? kSucceeded : console.fail(report.problem);
 }
 
 }  // namespace
@@ -67,6 +95,7 @@ int runRun(const RunOptions& options, const Console& console) {
   std::string message;
   if (!checkFiles(options, message) || !chooseModel(options, model, message)) return console.fail(message);
   console.warn(std::exchange(message, {}));
+  if (!options.tryRow.empty()) return tryOneRun(options, model, console);
   if (!runOverSample(options, std::move(model), controller) ||
       controller.saveResultsFile(options.output) != Outcome::Done)
     return kFailed;
