@@ -96,6 +96,12 @@ QVariant TableModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::EditRole) return source_->text(sourceRow(index.row()), index.column());
   if (role == Qt::TextAlignmentRole)
     return QVariant(Qt::AlignVCenter | (source_->isNumeric(index.column()) ? Qt::AlignRight : Qt::AlignLeft));
+  if (role == Qt::ForegroundRole || role == Qt::BackgroundRole) {
+    const int row = sourceRow(index.row());
+    const QColor own =
+        role == Qt::ForegroundRole ? source_->ink(row, index.column()) : source_->paper(row, index.column());
+    return own.isValid() ? QVariant(own) : QVariant();
+  }
   if (editable_ == nullptr || (role != Qt::ToolTipRole && role != Qt::DecorationRole)) return {};
   const QString wrong = editable_->problem(sourceRow(index.row()), index.column());
   if (wrong.isEmpty()) return {};

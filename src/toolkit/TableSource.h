@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -26,6 +27,9 @@ class TableSource {
   virtual bool isNumeric(int /*column*/) const { return true; }
   // The value that rows are sorted by. Requires: a numeric column. Not-a-numbers sort last.
   virtual double number(int row, int column) const = 0;
+  // Colours of a cell that has its own; invalid ones are the table's.
+  virtual QColor ink(int /*row*/, int /*column*/) const { return {}; }
+  virtual QColor paper(int /*row*/, int /*column*/) const { return {}; }
 };
 
 // A table that a user changes. Every change is asked of the source, which takes it or says why not in a sentence; it

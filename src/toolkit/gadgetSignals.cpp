@@ -54,7 +54,8 @@ bool connectGadget(QObject* gadget, QObject* context, const std::function<void()
 }
 
 bool connectDoubleClick(QObject* gadget, QObject* context, const std::function<void()>& run) {
-  return connectKind<QAbstractItemView>(gadget, &QAbstractItemView::activated, context, run);
+  return connectKind<QLineEdit>(gadget, &QLineEdit::returnPressed, context, run) ||
+         connectKind<QAbstractItemView>(gadget, &QAbstractItemView::activated, context, run);
 }
 
 bool connectDrag(QObject* gadget, QObject* context, const std::function<void()>& start,

@@ -12,7 +12,7 @@ namespace tarvex {
 // `context`.
 bool connectGadget(QObject* gadget, QObject* context, const std::function<void()>& run);
 
-// The same for a double click, or Enter, on a row of a list, table or tree.
+// The same for a double click, or Enter, on a row of a list, table or tree, and for Enter in a text field.
 bool connectDoubleClick(QObject* gadget, QObject* context, const std::function<void()>& run);
 
 // The same for the start, the course and the end of a drag from a tree.
