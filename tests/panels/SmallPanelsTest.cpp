@@ -1,10 +1,9 @@
-#include <QTableWidget>
-
 #include "panels/MainPanelFixture.h"
 #include "panels/main/PExternalModel.h"
 #include "panels/main/PGenerate.h"
 #include "panels/main/PLinkFactors.h"
 #include "panels/main/PLogFile.h"
+#include "toolkit/TableView.h"
 
 namespace tarvex {
 namespace {
@@ -21,10 +20,11 @@ TEST_F(SmallPanels, LinkMovesInputsAndCancelLeavesThem) {
   choose("oldGeneration", test::goldenPath("ishigami.sam"));
   takeShown();
   PLinkFactors link(display_, controller().project().prep.factors, model, nullptr);
-  auto* const table = link.gadget<QTableWidget>("MaLinks");
+  auto* const table = link.gadget<TableView>("MaLinks");
   const auto inputs = [&] {
     std::string names;
-    for (int row = 0; row < table->rowCount(); ++row) names += table->item(row, 1)->text().toStdString() + ' ';
+    for (int row = 0; row < table->tableModel().rowCount(); ++row)
+      names += table->tableModel().index(row, 1).data().toString().toStdString() + ' ';
     return names;
   };
   EXPECT_EQ(inputs(), "x1 x2 x3 ");
@@ -38,6 +38,10 @@ TEST_F(SmallPanels, LinkMovesInputsAndCancelLeavesThem) {
   link.call("scrollDown");
   EXPECT_EQ(inputs(), "x2 x3 x1 ");
   EXPECT_EQ(link.model().variables()[2].name, "x1");
+  table->setCurrentIndex(table->tableModel().index(2, 1));
+  QTest::keyClick(table, Qt::Key_Up, Qt::AltModifier);  // as a drag does
+  EXPECT_EQ(inputs(), "x2 x1 x3 ");
+  EXPECT_EQ(link.gadget<QLabel>("MlWarning")->text(), "Inputs beside a factor of another name: x2, x1.");
   EXPECT_FALSE(link.gadget<QLabel>("MlWarning")->text().isEmpty());
   link.call("pairNames");
   EXPECT_EQ(inputs(), "x1 x2 x3 ");

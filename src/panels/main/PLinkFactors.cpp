@@ -3,11 +3,12 @@
 #include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
-#include <QTableWidget>
 #include <algorithm>
 
 #include "factors/FactorList.h"
+#include "panels/main/LinkTable.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/TableView.h"
 
 namespace tarvex {
 
@@ -15,11 +16,16 @@ PLinkFactors::PLinkFactors(const Display& display, const FactorList& factors, co
                            QWidget* parent)
     : Panel(display, "PLinkFactors", "PLinkFactors", "Link between model and sample factors", parent), model_(model) {
   for (std::int32_t i = 0; i < factors.factorCount(); ++i) factors_.push_back(factors.factor(i).name);
-  auto* const links = gadget<QTableWidget>("MaLinks");
-  links->setColumnCount(2);
-  links->setHorizontalHeaderLabels({"Sample factor", "Model input"});
-  links->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  auto* const links = gadget<TableView>("MaLinks");
+  table_ = std::make_shared<LinkTable>([this](int from, int to) {
+    model_.moveVariable(from, to);
+    showRows(to);
+  });
+  links->setEditable(table_);
+  links->setSelectionBehavior(QAbstractItemView::SelectRows);
+  links->setSelectionMode(QAbstractItemView::SingleSelection);
   showRows(-1);
+  links->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   registerCallbacks({{"scrollUp", [this] { move(-1); }},
                      {"scrollDown", [this] { move(1); }},
                      {"pairNames", [this] { pairNames(); }},
@@ -30,8 +36,9 @@ PLinkFactors::PLinkFactors(const Display& display, const FactorList& factors, co
 }
 
 int PLinkFactors::selectedRow() {
-  const QList<QTableWidgetItem*> selected = gadget<QTableWidget>("MaLinks")->selectedItems();
-  return selected.isEmpty() ? -1 : selected.constFirst()->row();
+  auto* const links = gadget<TableView>("MaLinks");
+  const QModelIndexList rows = links->selectionModel()->selectedRows();
+  return rows.isEmpty() ? -1 : links->tableModel().sourceRow(rows.constFirst().row());
 }
 
 void PLinkFactors::move(int by) {
@@ -58,19 +65,15 @@ void PLinkFactors::pairNames() {
 }
 
 void PLinkFactors::showRows(int selected) {
-  auto* const links = gadget<QTableWidget>("MaLinks");
-  const int rows = static_cast<int>(factors_.size());
-  links->setRowCount(rows);
-  QStringList apart;
-  for (int row = 0; row < rows; ++row) {
-    const std::string& factor = factors_[static_cast<std::size_t>(row)];
-    const std::string& input = model_.variables()[static_cast<std::size_t>(row)].name;
-    links->setItem(row, 0, new QTableWidgetItem(QString::fromStdString(factor)));
-    links->setItem(row, 1, new QTableWidgetItem(QString::fromStdString(input)));
-    if (input != factor && std::find(factors_.begin(), factors_.end(), input) != factors_.end())
-      apart << QString::fromStdString(input);
-  }
+  auto* const links = gadget<TableView>("MaLinks");
+  std::vector<std::string> inputs;
+  for (const ModelVariable& input : model_.variables()) inputs.push_back(input.name);
+  table_->setRows(factors_, inputs);
+  links->tableModel().sourceChanged();
   if (selected >= 0) links->selectRow(selected);
+  QStringList apart;
+  for (int row = 0; row < table_->rows(); ++row)
+    if (!table_->problem(row, 1).isEmpty()) apart << table_->text(row, 1);
   gadget<QLabel>("MlWarning")
       ->setText(apart.isEmpty() ? QString() : "Inputs beside a factor of another name: " + apart.join(", ") + '.');
 }

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "model/InternalModel.h"
 #include "toolkit/Panel.h"
 
 namespace tarvex {
 
 class FactorList;
+class LinkTable;
 
 // Puts the inputs of a model of equations into the order of the sample's factors: row by row, since an input takes the
 // column of its place. Works on a copy; model() is the result once the panel was accepted.
@@ -24,6 +29,7 @@ class PLinkFactors : public Panel {
 
   std::vector<std::string> factors_;
   InternalModel model_;
+  std::shared_ptr<LinkTable> table_;
 };
 
 }  // namespace tarvex
