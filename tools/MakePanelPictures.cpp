@@ -27,6 +27,12 @@
 #include "panels/main/PLinkFactors.h"
 #include "panels/main/PLogFile.h"
 #include "panels/main/PMainPanel.h"
+#include "panels/model/PExternal.h"
+#include "panels/model/PIntModFacList.h"
+#include "panels/model/PIntModel.h"
+#include "panels/model/PNewExpression.h"
+#include "panels/model/PTryRun.h"
+#include "panels/model/PnewFactorName.h"
 #include "panels/prep/PCorrelation.h"
 #include "panels/prep/PCorrelationValue.h"
 #include "panels/prep/PGraphics.h"
@@ -51,6 +57,7 @@ namespace {
 constexpr int kFontPixels = 12;
 constexpr double kSomeWay = 42.0;  // percent
 constexpr int kRuns = 10'000;
+constexpr double kSomeSeconds = 1.25;
 constexpr int kSomeMethod = 4;
 constexpr int kContents = 500;  // ms; the table of contents is made beside
 
@@ -263,6 +270,49 @@ void drawMethods(const Display& display, Pictures& pictures) {
   pictures.draw("PGroupSelect", members);
 }
 
+void drawModel(const Display& display, const InternalModel& model, const PrepConfiguration& prep, Pictures& pictures) {
+  ModelContext context;
+  for (const ModelVariable& input : model.variables()) context.factors.push_back(input.name);
+  context.rows = prep.samples.rows();
+  context.trialRow = [&](std::int32_t row, TrialRow& trial, std::string& message) {
+    return readTrialRow(prep, row, trial, message);
+  };
+  context.tryModel = [](const ModelChoice&, std::int32_t, const std::function<bool()>&, TrialReport& report) {
+    report.row.title = "row 1 of the sample";
+    report.command = "\"/home/user/flood\" \"/tmp/trial.sam\"";
+    report.directory = "/home/user";
+    report.printed = "flood 2.1: reading /tmp/trial.sam, 1 run of 5 factors\nwritten: flood.out\n";
+    report.exitCode = 0;
+    report.seconds = kSomeSeconds;
+    report.outputFile = "/home/user/flood.out";
+    report.lines = {"2", "level", "overflow", "time = no", "1", "52.31 none"};
+    report.badLine = report.lines.size();
+    report.problem =
+        "Error reading model output file\n/home/user/flood.out:6: expected a number, found 'none' (run 0, output "
+        "overflow)";
+  };
+  ModelChoice choice;
+  choice.setExternal("/home/user/flood", "/home/user/flood.out", 0);
+  choice.kind = kExternalExecutable;
+  PExternal external(display, choice, context, nullptr);
+  pictures.draw("PExternal", external);
+  PTryRun attempt(display, choice, context, nullptr);
+  attempt.call("tryRun");
+  pictures.draw("PTryRun", attempt);
+  PIntModel editor(display, model, context, nullptr);
+  pictures.draw("PIntModel", editor);
+  TrialRow trial;
+  std::string message;
+  if (!readTrialRow(prep, 0, trial, message)) return;
+  PNewExpression equation(display, {model, 0, inputsOf(model, trial), trial.title}, nullptr);
+  pictures.draw("PNewExpression", equation);
+  PIntModFacList inputs(display, model, nullptr);
+  pictures.draw("PIntModFacList", inputs);
+  PnewFactorName name(
+      display, "x1", "x1 is used by y.", [](const QString&) { return QString(); }, nullptr);
+  pictures.draw("PnewFactorName", name);
+}
+
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
   pictures.draw("PMainPanel-start", main);
@@ -299,6 +349,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   }
   PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
   pictures.draw("PLinkFactors", link);
+  drawModel(display, model, main.controller().project().prep, pictures);
   return !pictures.failed();
 }
 

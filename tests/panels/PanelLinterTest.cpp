@@ -129,6 +129,27 @@ const std::map<QString, Named> kNamed = {
     {"PSobol",
      {"TOSwitchSel LUserOrder TOrder ChCheapDesign OExecutions", "minimize orderIns ok cancel help changeSel",
       "edited"}},
+    {"PExternal",
+     {"SeSwitchModel FExtModel FIntModel CModel BModel TModelName TExecute TOutFile TExcelLabel TExistConf TModelExe "
+      "TExcel "
+      "TOutput BOutputFile TIntModelFile BInternalModel BCreateNewIntModel BModifyInternalModel MlMessage",
+      "NewIntModel switchModel switchExcel modelSelect modIntModel switchExternalExe ok loadIntModel cancel "
+      "outputSelect changeIntModelFile",
+      "loadTyped edited tryRun formatHelp"}},
+    {"PTryRun",
+     {"OTrial NTrialRow BRun BStop MlOutcome MlCommand TePrinted TeOutput MaUnderstood MlMessage", "",
+      "trialRow tryRun stop close"}},
+    {"PIntModel",
+     {"TModelName OInFactors MaExpress OTrial NTrialRow MlMessage",
+      "exit textModified open saveAs doubleClick save newModel modifyExpression addExpression deleteExpression "
+      "modifyFactors click ok",
+      "trialRow undo redo moveUp moveDown"}},
+    {"PIntModFacList",
+     {"MaIntModFactors TeNewFactor MlMessage", "addFactor cancel moveDown moveUp modify textEdit delAll deleteFac ok"}},
+    {"PNewExpression",
+     {"TExprName TExpr SeOutType SlFactors SlResults OFunctions MlValue MlMessage",
+      "add changeResultType operation selResCalc cancel power openPar closePar selFunction selFactors", "edited"}},
+    {"PnewFactorName", {"TeNewName MlUses", "cancel ok"}},
     {"PLinkFactors", {"MaLinks", "scrollDown scrollUp ok cancel selectElem", "pairNames"}},
 };
 

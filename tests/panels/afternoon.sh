@@ -63,6 +63,7 @@ in_front() { [[ $(front) =~ $1 ]]; }
 await() { until_it in_front "$1" || quit "no window '$1'"; }
 windows() { timeout 5 xdotool search --onlyvisible --class '^tarvex$' 2> /dev/null; }
 popped_up() { popup=$(windows | grep -vx "$window" | tail -1) && [ -n "$popup" ]; }
+no_model() { ! kill -0 "$(cat "$study/model.pid")" 2> /dev/null; }
 keys=0 clicks=0
 key() { xdotool key --clearmodifiers "$@"; keys=$((keys + $#)); }
 # click WINDOW X Y: from its right and lower edge where negative.
@@ -189,6 +190,45 @@ xdotool type --delay 20 "$study/ishigami.psc"
 key Return
 await 'study/ishigami.psc$'
 key alt+n
+
+# g: a program as the model, tried although it hangs. f: an equation. Both stay drafts.
+insist alt+m '^Model Selection'
+recount
+key ctrl+a
+xdotool type --delay 20 "$study/model"
+key alt+u
+xdotool type --delay 20 "$study/y.out"
+counted "task g, besides the paths"
+over "clicks and keys of task g" $((clicks + keys)) 4
+key alt+t
+await '^Try one run'
+key Return
+until_it test -s "$study/model.pid" || quit "the model isn't tried"
+since=$(date +%s%N)
+key Escape
+until_it no_model || fault "the model runs on after its trial"
+over "milliseconds to stop a trial" $((($(date +%s%N) - since) / 1000000)) 2000
+rm "$study/model.pid"
+insist Escape '^Model Selection'
+key alt+d Down alt+n
+await '^Internal Model'
+recount
+key alt+a
+await '^Expression Editor'
+xdotool type --delay 20 z
+key alt+e
+xdotool type --delay 20 "x1*sin(x2)"
+key Return
+await '^Internal Model.*\*$'
+counted "task f, besides name and equation"
+over "clicks and keys of task f" $((clicks + keys)) 4
+key Return
+await '^Warning: model edited'
+key Escape
+await '^Model Selection'
+key Escape
+await 'study/ishigami.psc$'
+
 insist F5 '^Warning'
 key Escape
 await '^External model execution'

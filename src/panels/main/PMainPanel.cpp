@@ -152,10 +152,6 @@ void PMainPanel::visualize() {
   notYet("The plots of samples");
 }
 
-void PMainPanel::selectInput() {
-  notYet("The model selection");
-}
-
 void PMainPanel::start() {
   guard_->saveNow();     // it may take its time
   frontEnd_.takeStop();  // of something before

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QCompleter>
+#include <QObject>
+
+class QPlainTextEdit;
+
+namespace tarvex {
+
+// Offers, while a user types an expression, the names that go on as the word before the caret does. Tab takes the first
+// or the chosen one, Enter only a chosen one, Esc goes on without.
+class NameCompletion : public QObject {
+ public:
+  // The field owns it.
+  NameCompletion(QPlainTextEdit& field, const QStringList& names);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QString word() const;
+  void offer();
+  void insert(const QString& name);
+
+  QPlainTextEdit& field_;
+  QCompleter completer_;
+  bool inserting_ = false;
+};
+
+}  // namespace tarvex

@@ -1,0 +1,372 @@
+#include <QAbstractItemView>
+#include <QListWidget>
+
+#include "panels/ModelFixture.h"
+#include "panels/model/PIntModFacList.h"
+#include "panels/model/PNewExpression.h"
+#include "panels/model/PnewFactorName.h"
+
+namespace tarvex {
+namespace {
+
+using test::Texts;
+
+constexpr const char* kAsked = "Warning: model edited: The model has been edited.\nDo you want to ";
+
+class ModelEquations : public test::ModelTest {
+ protected:
+  std::unique_ptr<PIntModel> editor(const InternalModel& model) {
+    auto panel = std::make_unique<PIntModel>(display_, model, study(), nullptr);
+    EXPECT_EQ(panel->problems(), QStringList());
+    panel->window()->show();
+    return panel;
+  }
+  // Fills the editor of one equation in, once it is shown, and presses ok, or cancel where that is refused.
+  void writeEquation(const char* name, const char* text, int type = 1) {
+    whenShown("PNewExpression", [=](QWidget& window) {
+      window.findChild<QLineEdit*>("TExprName")->setText(name);
+      window.findChild<QPlainTextEdit*>("TExpr")->setPlainText(text);
+      window.findChild<QComboBox*>("SeOutType")->setCurrentIndex(type);
+      click(window, "BOk");
+      if (window.isVisible()) click(window, "BCancel");
+    });
+  }
+};
+
+TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
+  const struct {
+    const char* name;
+    std::function<void(PIntModel&)> act;
+    Texts shown;
+    const char* after;
+  } rows[] = {
+      {"no name",
+       [&](PIntModel& p) { writeEquation("", "x1"), p.call("addExpression"); },
+       {"Error: Expression name field empty"},
+       ""},
+      {"no text",
+       [&](PIntModel& p) { writeEquation("z", " "), p.call("addExpression"); },
+       {"Error: Expression field empty"},
+       ""},
+      {"a bad name",
+       [&](PIntModel& p) { writeEquation("2z", "x1"), p.call("addExpression"); },
+       {"Error: Incorrect expression name"},
+       ""},
+      {"a name in use",
+       [&](PIntModel& p) { writeEquation("y", "x1"), p.call("addExpression"); },
+       {"Error: Expression name already in the list"},
+       ""},
+      {"bad syntax",
+       [&](PIntModel& p) { writeEquation("z", "x1 +"), p.call("addExpression"); },
+       {"Error: Current expression cannot be evaluated\n Syntax error.\nMissing expression at character 5 of 'x1 +'"},
+       ""},
+      {"an unknown name",
+       [&](PIntModel& p) { writeEquation("z", "x1 + q"), p.call("addExpression"); },
+       {"Error: Current expression cannot be evaluated.\n Unknown Variable.\nunknown name 'q'"},
+       ""},
+      {"another equation",
+       [&](PIntModel& p) { writeEquation("z", "y / t", 0), p.call("addExpression"); },
+       {},
+       "x1 x2 x3 | t := x1 * x2 | y = t + x3 | z := y / t "},
+      {"modify without a row",
+       [&](PIntModel& p) { select(p, "MaExpress", -1), p.call("modifyExpression"); },
+       {"Error: No row selected"},
+       ""},
+      {"modify",
+       [&](PIntModel& p) { select(p, "MaExpress", 0), writeEquation("u", "x1", 0), p.call("doubleClick"); },
+       {},
+       "x1 x2 x3 | u := x1 | y = u + x3 "},
+      {"delete without a row",
+       [&](PIntModel& p) { select(p, "MaExpress", -1), p.call("deleteExpression"); },
+       {"Error: No row selected"},
+       ""},
+      {"delete, no",
+       [&](PIntModel& p) { select(p, "MaExpress", 1), p.call("deleteExpression"); },
+       {"Delete expression: Do you really want to delete the expression? [^Proceed/^Cancel]"},
+       ""},
+      {"delete what is used",
+       [&](PIntModel& p) { select(p, "MaExpress", 0), dialogs_.answers = {true}, p.call("deleteExpression"); },
+       {"Delete expression: Do you really want to delete the expression?\nt is used by y. [^Proceed/^Cancel]",
+        "Error: The expression is in use, I can't delete it\nt is used by y."},
+       ""},
+      {"delete",
+       [&](PIntModel& p) { select(p, "MaExpress", 1), dialogs_.answers = {true}, p.call("deleteExpression"); },
+       {"Delete expression: Do you really want to delete the expression? [^Proceed/^Cancel]"},
+       "x1 x2 x3 | t := x1 * x2 "},
+      {"up above what it uses", [&](PIntModel& p) { select(p, "MaExpress", 1), p.call("moveUp"); }, {}, ""},
+      {"a name with a blank",
+       [&](PIntModel& p) { p.gadget<QLineEdit>("TModelName")->setText("a b"), p.call("ok"); },
+       {"Error: the name holds white space"},
+       ""},
+      {"new, though loaded",
+       [&](PIntModel& p) { p.call("newModel"); },
+       {"Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it? "
+        "[^Proceed/^Cancel]"},
+       ""},
+      {"new", [&](PIntModel& p) { dialogs_.answers = {true}, p.call("newModel"), takeShown(); }, {}, "x1 x2 x3 "},
+      {"a damaged file",
+       [&](PIntModel& p) {
+         test::writeFile(file("bad.imd"), "name\nx\n");
+         dialogs_.files = {file("bad.imd")};
+         p.call("open");
+       },
+       {"Select the internal model to load: open *.imd", "Error: Error reading the internal model file\n" +
+                                                             file("bad.imd") +
+                                                             ":2: expected the number of variables, found 'x'"},
+       ""},
+      {"a cell",
+       [&](PIntModel& p) {
+         auto* const grid = p.gadget<TableView>("MaExpress")->model();
+         EXPECT_FALSE(grid->setData(grid->index(1, 1), "t + "));
+         EXPECT_FALSE(grid->setData(grid->index(1, 2), "input"));
+         EXPECT_TRUE(grid->setData(grid->index(1, 1), "t - x3"));
+         EXPECT_TRUE(grid->setData(grid->index(0, 2), "output"));
+       },
+       {},
+       "x1 x2 x3 | t = x1 * x2 | y = t - x3 "},
+  };
+  const InternalModel model = modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}});
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const auto panel = editor(model);
+    row.act(*panel);
+    EXPECT_EQ(takeShown(), row.shown);
+    QApplication::processEvents();
+    const bool stays = std::string(row.after).empty();
+    EXPECT_EQ(described(panel->model()), stays ? described(model) : row.after);
+    EXPECT_EQ(panel->window()->isWindowModified(), !stays);
+    if (!stays) panel->call("undo");
+    EXPECT_EQ(panel->window()->isVisible(), true);
+    QApplication::processEvents();
+  }
+}
+
+TEST_F(ModelEquations, ValuesFollowTheTrialRowAndFailuresSayWhy) {
+  const auto panel = editor(modelOf({{"-t", "x1 / x2"}, {"y", "t + x3"}, {"late", "x1"}}));
+  EXPECT_EQ(column(*panel, "MaExpress", 3), "0.5 3.5 1 ");
+  panel->gadget<QSpinBox>("NTrialRow")->setValue(2);
+  EXPECT_EQ(column(*panel, "MaExpress", 3), "Divide by Zero t has no value 4 ");
+  panel->gadget<QComboBox>("OTrial")->setCurrentIndex(1);
+  panel->call("trialRow");
+  EXPECT_EQ(column(*panel, "MaExpress", 3), "2.5 7 2.5 ");
+  select(*panel, "MaExpress", 0);
+  EXPECT_EQ(label(*panel, "MlMessage"), "t is used by y.");
+  QTest::keyClick(panel->gadget<TableView>("MaExpress"), Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(label(*panel, "MlMessage"), "y uses t and has to stay below it.");
+  select(*panel, "MaExpress", 2);
+  panel->call("moveUp");
+  panel->call("moveUp");
+  EXPECT_EQ(column(*panel, "MaExpress", 0), "late t y ");
+  panel->call("undo");
+  panel->call("undo");
+  EXPECT_EQ(column(*panel, "MaExpress", 0), "t y late ");
+  EXPECT_FALSE(panel->window()->isWindowModified());
+  panel->call("redo");
+  EXPECT_EQ(column(*panel, "MaExpress", 0), "t late y ");
+}
+
+TEST_F(ModelEquations, TheEndAsksForChangesAndFilesKeepThem) {
+  const auto panel = editor(modelOf({{"y", "x1"}}));
+  panel->call("exit");
+  EXPECT_EQ(takeShown(), Texts{});  // without a change nothing is asked
+  panel->window()->show();
+  auto* const grid = panel->gadget<TableView>("MaExpress")->model();
+  EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 1"));
+  EXPECT_EQ(shownBy(*panel, "exit"), Texts{kAsked + std::string("lose changes? [^Proceed/^Cancel]")});
+  EXPECT_TRUE(panel->isVisible());
+  dialogs_.files = {file("a.imd")};
+  panel->call("save");
+  EXPECT_EQ(takeShown(), Texts{"Save the internal model: save *.imd"});
+  EXPECT_FALSE(panel->window()->isWindowModified());
+  EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 2"));
+  dialogs_.answers = {true};
+  EXPECT_EQ(shownBy(*panel, "ok"), Texts{kAsked + std::string("save changes in a file? [^Yes/^No]")});
+  EXPECT_TRUE(panel->accepted());
+  InternalModel saved;
+  std::string message;
+  EXPECT_TRUE(loadModelFile(file("a.imd"), saved, message)) << message;
+  EXPECT_EQ(described(saved), "x1 x2 x3 | y = x1 + 2 ");
+  // A directory in the file's place.
+  std::filesystem::create_directory(file("b.imd"));
+  dialogs_.files = {file("b.imd")};
+  panel->call("saveAs");
+  EXPECT_EQ(takeShown().back().rfind("Error: Error writing the internal model file\n", 0), 0U);
+  EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 3"));
+  dialogs_.answers = {true};
+  dialogs_.files = {file("a.imd")};
+  panel->call("open");  // saved first, then read again
+  EXPECT_EQ(described(panel->model()), "x1 x2 x3 | y = x1 + 3 ");
+}
+
+TEST_F(ModelEquations, AnEquationIsJudgedMarkedAndComputedWhileItIsTyped) {
+  const struct {
+    const char* name;
+    const char* text;
+    const char* message;
+    int caret;  // after a refusal; -1: not refused
+    const char* value;
+  } rows[] = {
+      {"z", "x1 * y", "", -1, "At row 1: 3"},
+      {"z", "x1 + * x2", "Unexpected '*' at character 6 of 'x1 + * x2'", 5, ""},
+      {"z", "x1 + q9 + 1", "unknown name 'q9', at character 6", 5, ""},
+      {"z", "max(x1, 2)", "unknown function 'max', at character", -2, ""},
+      {"z", "1 / (x1 - 1)", "", -1, "At row 1: Divide by Zero"},
+      {"y", "x1", "Expression name already in the list", -2, "At row 1: 1"},
+      {"x1", "x2", "x1 is an input, too: equations below this one read the input.", -1, "At row 1: 2"},
+  };
+  const InternalModel model = modelOf({{"y", "x3"}});
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    QString refused = "No";
+    PNewExpression panel(display_,
+                         {model,
+                          1,
+                          {1.0, 2.0, 3.0},
+                          "row 1",
+                          [&](const EquationDraft& draft, QString& problem) {
+                            InternalModel copy = model;
+                            const bool taken = copy.addExpression(1, draft.name, draft.text, draft.type);
+                            refused = taken ? "" : QString::fromStdString(copy.errorText());
+                            problem = refused;
+                            return taken;
+                          }},
+                         nullptr);
+    EXPECT_EQ(panel.problems(), QStringList());
+    panel.gadget<QLineEdit>("TExprName")->setText(row.name);
+    panel.gadget<QPlainTextEdit>("TExpr")->setPlainText(row.text);
+    panel.call("edited");
+    EXPECT_EQ(label(panel, "MlMessage").rfind(row.message, 0), 0U) << label(panel, "MlMessage");
+    EXPECT_EQ(label(panel, "MlValue"), row.value);
+    panel.call("add");
+    EXPECT_EQ(panel.accepted(), row.caret == -1);
+    EXPECT_EQ(takeShown().size(), row.caret == -1 ? 0U : 1U);
+    if (row.caret >= 0) {
+      EXPECT_EQ(panel.gadget<QPlainTextEdit>("TExpr")->textCursor().position(), row.caret);
+    }
+  }
+}
+
+TEST_F(ModelEquations, NamesAreOfferedAndPutAtTheCaret) {
+  const InternalModel model = modelOf({{"yield", "x3"}, {"last", "x1"}});
+  PNewExpression panel(display_, {model, 1}, nullptr);
+  panel.window()->show();
+  auto* const field = panel.gadget<QPlainTextEdit>("TExpr");
+  field->clear();
+  field->setFocus();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(panel.window()));
+  QTest::keyClicks(field, "2 * yi");
+  QWidget* const popup = QApplication::activePopupWidget();
+  ASSERT_NE(popup, nullptr);
+  QTest::keyClick(popup, Qt::Key_Tab);
+  EXPECT_EQ(field->toPlainText(), "2 * yield");
+  panel.gadget<QListWidget>("SlFactors")->setCurrentRow(1);
+  panel.call("power");
+  panel.call("selFactors");
+  panel.call("openPar");
+  panel.gadget<QComboBox>("OFunctions")->setCurrentText("sqrt");
+  panel.call("selFunction");
+  EXPECT_EQ(field->toPlainText(), "2 * yield**x2(sqrt()");
+  EXPECT_EQ(panel.gadget<QListWidget>("SlResults")->count(), 1);  // none of itself and those below
+  EXPECT_EQ(label(panel, "MlValue"), "There are no factors to try it with.");
+}
+
+TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
+  const struct {
+    const char* name;
+    std::function<void(PIntModFacList&)> act;
+    Texts shown;
+    const char* after;
+  } rows[] = {
+      {"empty", [](auto& p) { p.call("textEdit"); }, {"Error: New Factor text field empty"}, ""},
+      {"bad",
+       [](auto& p) { p.template gadget<QLineEdit>("TeNewFactor")->setText("a b"), p.call("addFactor"); },
+       {"Error: Incorrect factor name"},
+       ""},
+      {"twice",
+       [](auto& p) { p.template gadget<QLineEdit>("TeNewFactor")->setText("x1"), p.call("textEdit"); },
+       {"Error: Factor already inserted in the list"},
+       ""},
+      {"added",
+       [](auto& p) { p.template gadget<QLineEdit>("TeNewFactor")->setText(" b "), p.call("textEdit"); },
+       {},
+       "x1 x2 x3 b | x12 = x2 | y = x1 * x1 + x12 "},
+      {"no row",
+       [](auto& p) { p.call("moveUp"), p.call("moveDown"), p.call("deleteFac"), p.call("modify"); },
+       {"Error: No Factor selected", "Error: No Factor selected", "Error: No Factor selected",
+        "Error: No Factor selected"},
+       ""},
+      {"moved",
+       [](auto& p) { select(p, "MaIntModFactors", 0), p.call("moveUp"), p.call("moveDown"); },
+       {},
+       "x2 x1 x3 | x12 = x2 | y = x1 * x1 + x12 "},
+      {"not deleted",
+       [](auto& p) { select(p, "MaIntModFactors", 2), p.call("deleteFac"); },
+       {"Delete: Do you really want to delete the selected factor [^Yes/^No]"},
+       ""},
+      {"in use",
+       [&](auto& p) { select(p, "MaIntModFactors", 0), dialogs_.answers = {true}, p.call("deleteFac"); },
+       {"Delete: Do you really want to delete the selected factor\nx1 is used by y. [^Yes/^No]",
+        "Error: Factor currently in use, I can't delete it\nx1 is used by y."},
+       ""},
+      {"deleted",
+       [&](auto& p) { select(p, "MaIntModFactors", 2), dialogs_.answers = {true}, p.call("deleteFac"); },
+       {"Delete: Do you really want to delete the selected factor [^Yes/^No]"},
+       "x1 x2 | x12 = x2 | y = x1 * x1 + x12 "},
+      {"all, up to one in use",
+       [&](auto& p) {
+         select(p, "MaIntModFactors", 2), p.call("moveUp"), p.call("moveUp"), dialogs_.answers = {true},
+                                                                              p.call("delAll");
+       },
+       {"Delete: Do you really want to delete all factors [^Yes/^No]",
+        "Error: Factor currently in use, I can't delete it\nx1 is used by y."},
+       "x1 x2 | x12 = x2 | y = x1 * x1 + x12 "},
+  };
+  const InternalModel model = modelOf({{"x12", "x2"}, {"y", "x1 * x1 + x12"}});
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    PIntModFacList panel(display_, model, nullptr);
+    EXPECT_EQ(panel.problems(), QStringList());
+    row.act(panel);
+    EXPECT_EQ(takeShown(), row.shown);
+    EXPECT_EQ(described(panel.model()), *row.after == '\0' ? described(model) : row.after);
+    EXPECT_EQ(panel.changed(), *row.after != '\0');
+    EXPECT_EQ(shownBy(panel, "cancel").size(), panel.changed() ? 1U : 0U);
+  }
+  PIntModFacList panel(display_, model, nullptr);
+  panel.window()->show();
+  select(panel, "MaIntModFactors", 0);
+  whenShown("PnewFactorName", [&](QWidget& window) {
+    EXPECT_EQ(window.findChild<QLabel*>("MlUses")->text().toStdString().rfind("x1 is used by y.", 0), 0U);
+    for (const char* const name : {"", "x2", "a"}) {
+      window.findChild<QLineEdit*>("TeNewName")->setText(name);
+      click(window, "BOk");
+    }
+  });
+  panel.call("modify");
+  EXPECT_EQ(takeShown(), (Texts{"Error: New Factor text field empty", "Error: Factor already inserted in the list"}));
+  EXPECT_EQ(described(panel.model()), "a x2 x3 | x12 = x2 | y = a * x1 + x12 ");
+  EXPECT_EQ(label(panel, "MlMessage"), "x1 still stands in y, and reads as 0 there.");
+  panel.window()->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(panel.window()));
+  QTest::keySequence(panel.window(), QKeySequence::Undo);
+  EXPECT_EQ(described(panel.model()), described(model));
+}
+
+TEST_F(ModelEquations, LargeModelsAreEditedAsSmallOnes) {
+  InternalModel model;  // without inputs: a table of the language holds 499 names
+  for (int i = 0; i < InternalModel::kMaxExpressions; ++i)
+    ASSERT_TRUE(model.addExpression(i, "y" + std::to_string(i), std::to_string(i), 1)) << i;
+  const auto panel = editor(model);
+  writeEquation("more", "1");
+  EXPECT_EQ(shownBy(*panel, "addExpression"), Texts{"Error: Too much expressions: max number of expression 500"});
+  auto* const grid = panel->gadget<TableView>("MaExpress")->model();
+  EXPECT_EQ(grid->data(grid->index(498, 3)).toString(), "498");
+  std::string longOne = "y1";
+  while (longOne.size() < 100'000) longOne += " + 2 * 3.5";
+  EXPECT_TRUE(grid->setData(grid->index(2, 1), QString::fromStdString(longOne)));
+  EXPECT_FALSE(grid->setData(grid->index(2, 1), QString::fromStdString(longOne + " +")));
+  EXPECT_EQ(panel->model().expressions()[2].text, longOne);
+}
+
+}  // namespace
+}  // namespace tarvex

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+
+#include "panels/PrepFixture.h"
+#include "panels/model/PIntModel.h"
+#include "toolkit/TableView.h"
+
+namespace tarvex::test {
+
+// The panels of the model, over a study of the factors x1, x2, x3 with a sample of two rows.
+class ModelTest : public PrepTest {
+ protected:
+  static ModelContext study() {
+    return {{"x1", "x2", "x3"}, 2, [](std::int32_t row, TrialRow& trial, std::string& message) {
+              const std::vector<double> rows[] = {{1.0, 2.0, 3.0}, {4.0, 0.0, 6.0}};
+              if (row >= 2) {
+                message = "The sample has 2 rows.";
+                return false;
+              }
+              trial = {row < 0 ? "the means" : "row " + std::to_string(row + 1),
+                       {"x1", "x2", "x3"},
+                       row < 0 ? std::vector<double>{2.5, 1.0, 4.5} : rows[row]};
+              return true;
+            }};
+  }
+  // name, text, type (output unless it begins with a '-')
+  static InternalModel modelOf(const std::vector<std::pair<std::string, std::string>>& equations) {
+    InternalModel model;
+    for (const char* const name : {"x1", "x2", "x3"}) EXPECT_TRUE(model.addVariable(name));
+    for (const auto& [name, text] : equations) {
+      const bool isInternal = name.front() == '-';
+      EXPECT_TRUE(
+          model.addExpression(model.numExpressions(), isInternal ? name.substr(1) : name, text, isInternal ? 0 : 1))
+          << model.errorText();
+    }
+    return model;
+  }
+  static std::string described(const InternalModel& model) {
+    std::string text;
+    for (const ModelVariable& variable : model.variables()) text += variable.name + ' ';
+    for (const ModelExpression& equation : model.expressions())
+      text += "| " + equation.name + (equation.type == 1 ? " = " : " := ") + equation.text + ' ';
+    return text;
+  }
+  // The cells of a column, apart by blanks.
+  static std::string column(Panel& panel, const char* table, int column) {
+    auto& model = panel.gadget<TableView>(table)->tableModel();
+    std::string text;
+    for (int row = 0; row < model.rowCount(); ++row)
+      text += model.data(model.index(row, column), Qt::DisplayRole).toString().toStdString() + ' ';
+    return text;
+  }
+  static void select(Panel& panel, const char* table, int row) {
+    auto* const view = panel.gadget<TableView>(table);
+    view->clearSelection();
+    if (row >= 0) view->selectRow(row);
+  }
+  static std::string label(Panel& panel, const char* name) { return panel.gadget<QLabel>(name)->text().toStdString(); }
+};
+
+}  // namespace tarvex::test
