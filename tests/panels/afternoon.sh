@@ -222,7 +222,7 @@ key Return
 await '^Internal Model.*\*$'
 counted "task f, besides name and equation"
 over "clicks and keys of task f" $((clicks + keys)) 4
-key Return
+key alt+k
 await '^Warning: model edited'
 key Escape
 await '^Model Selection'
