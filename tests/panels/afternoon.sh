@@ -190,45 +190,6 @@ xdotool type --delay 20 "$study/ishigami.psc"
 key Return
 await 'study/ishigami.psc$'
 key alt+n
-
-# g: a program as the model, tried although it hangs. f: an equation. Both stay drafts.
-insist alt+m '^Model Selection'
-recount
-key ctrl+a
-xdotool type --delay 20 "$study/model"
-key alt+u
-xdotool type --delay 20 "$study/y.out"
-counted "task g, besides the paths"
-over "clicks and keys of task g" $((clicks + keys)) 4
-key alt+t
-await '^Try one run'
-key Return
-until_it test -s "$study/model.pid" || quit "the model isn't tried"
-since=$(date +%s%N)
-key Escape
-until_it no_model || fault "the model runs on after its trial"
-over "milliseconds to stop a trial" $((($(date +%s%N) - since) / 1000000)) 2000
-rm "$study/model.pid"
-insist Escape '^Model Selection'
-key alt+d Down alt+n
-await '^Internal Model'
-recount
-key alt+a
-await '^Expression Editor'
-xdotool type --delay 20 z
-key alt+e
-xdotool type --delay 20 "x1*sin(x2)"
-key Return
-await '^Internal Model.*\*$'
-counted "task f, besides name and equation"
-over "clicks and keys of task f" $((clicks + keys)) 4
-key alt+k
-await '^Warning: model edited'
-key Escape
-await '^Model Selection'
-key Escape
-await 'study/ishigami.psc$'
-
 insist F5 '^Warning'
 key Escape
 await '^External model execution'
@@ -278,11 +239,54 @@ key Return
 ended 0
 [ -s "$dir/said" ] && fault "it said: $(cat "$dir/said")"
 
+# g: a program as the model, tried although it hangs. f: an equation. Both stay drafts.
+model_panels() {
+  rm "$study/model.licence" "$study/model.pid"
+  insist alt+m '^Model Selection'
+  recount
+  key ctrl+a
+  xdotool type --delay 20 "$study/model"
+  key alt+u
+  xdotool type --delay 20 "$study/y.out"
+  counted "task g, besides the paths"
+  over "clicks and keys of task g" $((clicks + keys)) 4
+  key alt+t
+  await '^Try one run'
+  key Return
+  until_it test -s "$study/model.pid" || quit "the model isn't tried"
+  since=$(date +%s%N)
+  key Escape
+  until_it no_model || fault "the model runs on after its trial"
+  over "milliseconds to stop a trial" $((($(date +%s%N) - since) / 1000000)) 2000
+  rm "$study/model.pid"
+  insist Escape '^Model Selection'
+  key alt+d Down alt+n
+  await '^Internal Model'
+  recount
+  key alt+a
+  await '^Expression Editor'
+  xdotool type --delay 20 z
+  key alt+e
+  xdotool type --delay 20 "x1*sin(x2)"
+  key alt+o
+  await '^Internal Model.*\*$'
+  counted "task f, besides name and equation"
+  over "clicks and keys of task f" $((clicks + keys)) 4
+  key alt+k
+  await '^Warning: model edited'
+  key Escape
+  await '^Model Selection'
+  key Escape
+  await 'study/case.psc$'
+  touch "$study/model.licence"
+}
+
 # With the project as argument: a change, and the end by the system, and by force.
 copy=$study/.case.psc.autosave
 for signal in TERM KILL; do
   start 'study/case.psc$' "$study/case.psc"
   key alt+n
+  [ $signal = KILL ] || model_panels
   changed
   # Before the end that the system asks for a copy is made; for what no program can see coming there is that of the
   # last pause.
