@@ -16,12 +16,11 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 constexpr auto kStep = 500ms;  // from frame to frame of the animation
-constexpr auto kSlice = 20ms;  // between two looks at the user's events: half of what a hand would feel
 
 // Until the next frame is due, the process has ended or the user wants to stop.
 void waitForFrame(ExternalProcess& process, FrontEnd& frontEnd) {
   const auto due = steady_clock::now() + kStep;
-  while (steady_clock::now() < due && frontEnd.continueRun() && !process.wait(kSlice)) frontEnd.drainEvents();
+  while (steady_clock::now() < due && frontEnd.continueRun() && !process.wait(kEventSlice)) frontEnd.drainEvents();
 }
 
 // Running: the user wants to stop.

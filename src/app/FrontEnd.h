@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -7,6 +8,9 @@ namespace tarvex {
 
 class FactorList;
 class InternalModel;
+
+// Between two looks at the user's events: half of what a hand would feel.
+inline constexpr std::chrono::milliseconds kEventSlice{20};
 
 enum class MessageKind { Information, Warning, Error };
 

@@ -12,7 +12,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kShownAfter = 200ms;  // a display of less than that only flickers
-constexpr auto kSlice = 20ms;        // between two looks at the user's events: half of what a hand would feel
 constexpr double kPercents = 100.0;
 
 }  // namespace
@@ -32,7 +31,7 @@ bool LongOperation::serve(double done) {
   const bool shown = !title_.empty() && now - start_ >= kShownAfter;
   if (shown && percent_ < 0) frontEnd_.openProgress(title_, rows_);
   if (shown && percent != percent_) frontEnd_.progress(percent_ = percent);
-  if (now - served_ >= kSlice) {
+  if (now - served_ >= kEventSlice) {
     frontEnd_.drainEvents();
     served_ = Clock::now();
   }

@@ -4,21 +4,21 @@ namespace tarvex {
 
 namespace {
 
-std::string mainDirectory;
+std::string current;
 
 }  // namespace
 
 const std::string& MainDirectory::get() {
-  return mainDirectory;
+  return current;
 }
 
 void MainDirectory::set(const std::string& directory) {
-  mainDirectory = directory;
+  current = directory;
 }
 
 std::vector<std::string> MainDirectory::panelDirectories() {
-  return {mainDirectory + "/Preprocessor/PrepPanels", mainDirectory + "/Tarvex/TarvexPanels",
-          mainDirectory + "/Postprocessor/VelsPanels"};
+  return {current + "/Preprocessor/PrepPanels", current + "/Tarvex/TarvexPanels",
+          current + "/Postprocessor/VelsPanels"};
 }
 
 }  // namespace tarvex

@@ -7,12 +7,12 @@
 namespace tarvex {
 namespace {
 
-constexpr std::size_t kShown = 40;  // characters of a refused name
+constexpr std::size_t kShownOfName = 40;  // characters of a refused name
 
-std::string shown(std::string_view name) {
+std::string shownName(std::string_view name) {
   std::string result = "'";
-  for (const char c : name.substr(0, kShown)) result += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-  return result + (name.size() > kShown ? "...'" : "'");
+  for (const char c : name.substr(0, kShownOfName)) result += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+  return result + (name.size() > kShownOfName ? "...'" : "'");
 }
 
 template <class Rule>
@@ -43,7 +43,7 @@ bool LineRule::read(TextReader& in, std::string& text) const {
 }
 
 std::string NameRule::problem(std::string_view name) const {
-  const std::string subject = std::string(what) + ' ' + shown(name);
+  const std::string subject = std::string(what) + ' ' + shownName(name);
   if (name.empty()) return std::string(what) + " is empty";
   if (!isValidName(name)) return subject + " is no name: letters and digits only, a letter first";
   if (name.size() <= maxChars) return {};

@@ -17,7 +17,7 @@
 namespace tarvex {
 namespace {
 
-constexpr std::size_t kBlock = 256 * 1024;          // read at once
+constexpr std::size_t kReadBlock = 256 * 1024;      // read at once
 constexpr int kUnfed = EPIPE;                       // no reading fails by it: of a fifo that nobody writes to
 constexpr std::size_t kLargestPipe = 1024UL << 20;  // a pipe's size isn't known, so its text is held whole
 
@@ -90,7 +90,7 @@ bool TextSource::open(const std::string& path, const Progress& progress) {
 bool TextSource::awaitWriter() {
   constexpr int kTries = 100;
   constexpr useconds_t kSlice = 10'000;
-  held_.resize(kBlock);
+  held_.resize(kReadBlock);
   for (int i = 0; i < kTries && !Temporaries::cancelled(); ++i) {
     if (i > 0) ::usleep(kSlice);
     const ssize_t got = SystemCalls::current().read(fd_, held_.data(), held_.size());
@@ -107,7 +107,7 @@ bool TextSource::awaitWriter() {
 bool TextSource::readWhole() {
   static_cast<void>(::fcntl(fd_, F_SETFL, 0) == 0);
   while (held_.size() <= kLargestPipe)
-    if (!appendBlock(kBlock)) return error_ == 0 && !stopped();
+    if (!appendBlock(kReadBlock)) return error_ == 0 && !stopped();
   held_.clear();
   return fail(EFBIG);
 }
@@ -131,7 +131,7 @@ bool TextSource::hold(std::size_t wanted) {
   while (held_.size() < wanted) {
     if (fd_ < 0) return false;
     // A small file gets a small buffer; the byte more finds its end.
-    const auto rest = static_cast<std::size_t>(std::min<std::uint64_t>(unread_ + 1, kBlock));
+    const auto rest = static_cast<std::size_t>(std::min<std::uint64_t>(unread_ + 1, kReadBlock));
     if (!appendBlock(std::max(rest, wanted - held_.size()))) return false;
   }
   return true;

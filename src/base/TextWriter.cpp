@@ -22,8 +22,8 @@
 namespace tarvex {
 namespace {
 
-constexpr std::size_t kBlock = 256 * 1024;  // written at once
-constexpr mode_t kNewFileMode = 0666;       // before the user's mask
+constexpr std::size_t kWriteBlock = 256 * 1024;  // written at once
+constexpr mode_t kNewFileMode = 0666;            // before the user's mask
 constexpr mode_t kModeBits = 07777;
 constexpr int kMostLinks = 40;  // followed, as the kernel does
 
@@ -114,7 +114,7 @@ TextWriter& TextWriter::operator<<(std::string_view text) {
     setError(ENOMEM);
     return *this;
   }
-  if (buffer_.size() >= kBlock && !target_.empty()) flush();
+  if (buffer_.size() >= kWriteBlock && !target_.empty()) flush();
   return *this;
 }
 

@@ -15,7 +15,7 @@ namespace tarvex {
 namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
-constexpr int kMostNames = 1000;
+constexpr int kMostTries = 1000;
 
 // Seconds cut to 16 bits and milliseconds, and what keeps two files of one millisecond apart.
 std::string fileName() {
@@ -58,7 +58,7 @@ bool WorkingFile::create() {
   SystemCalls& calls = SystemCalls::current();
   directory_ = directory();
   int error = EEXIST;
-  for (int i = 0; i < kMostNames && error == EEXIST; ++i) {
+  for (int i = 0; i < kMostTries && error == EEXIST; ++i) {
     const std::string path = directory_ + '/' + fileName();
     fd_ = calls.open(path.c_str(), O_RDWR | O_CREAT | O_EXCL, kOwnerOnly);
     if (fd_ >= 0 && calls.unlink(path.c_str()) == 0) return true;

@@ -8,7 +8,7 @@
 namespace tarvex {
 namespace {
 
-const char* lambdaProblem(double lambda) {
+const char* rateProblem(double lambda) {
   return aboveZero(lambda, "Lambda must be > 0");
 }
 
@@ -27,7 +27,7 @@ std::vector<Parameter> Exponential::parameters() const {
 }
 
 bool Exponential::setLambda(double value) {
-  return assign(lambda_, value, lambdaProblem(value));
+  return assign(lambda_, value, rateProblem(value));
 }
 
 bool Exponential::setB(double value) {
@@ -39,7 +39,7 @@ bool Exponential::setRightTruncation(double value) {
 }
 
 const char* Exponential::brokenRule() const {
-  return firstProblem({lambdaProblem(lambda_), locationProblem(b_), truncationProblem(rightTruncation_)});
+  return firstProblem({rateProblem(lambda_), locationProblem(b_), truncationProblem(rightTruncation_)});
 }
 
 double Exponential::mean() const {

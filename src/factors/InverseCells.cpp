@@ -10,7 +10,7 @@
 namespace tarvex {
 namespace {
 
-constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+constexpr double kUnit = std::numeric_limits<double>::epsilon();
 
 constexpr int kUsesBefore = 2;      // searches in a cell that are bisected before its pieces pay
 constexpr int kMaxDepth = 6;        // halvings of a cell into pieces
@@ -87,7 +87,7 @@ bool InverseCells::interpolate(const Distribution& distribution, const Part& par
     steepest = std::max(steepest, found.slope);
   }
   if (!(flattest > 0.0 && steepest < kSteepness * flattest)) return false;
-  const double rounding = kEpsilon * size(part.low, part.high);
+  const double rounding = kUnit * size(part.low, part.high);
   piece.reach = kSafety * error + kRoundings * rounding;
   // The slope within a last bracket, by its change over the piece, and the error of the slope itself.
   const double bend = (steepest / flattest - 1.0) / (piece.high - piece.low);
@@ -243,7 +243,7 @@ void InverseCells::find(const Distribution& distribution, const Search* searches
     if (!isInterpolated[k]) {
       x[k] = distribution.bisect(search, distribution.inverseRule());
     } else if (Lanes::at(lanes.open, k) == 0.0 && lo != table[search.cell].x && hi != table[search.cell + 1].x &&
-               hi - lo >= kRoundings * kEpsilon * size(lo, hi)) {
+               hi - lo >= kRoundings * kUnit * size(lo, hi)) {
       x[k] = middle(lo, hi);
     } else {
       const Quantile quantile{Lanes::at(lanes.x, k), Lanes::at(lanes.reach, k), Lanes::at(lanes.narrow, k),

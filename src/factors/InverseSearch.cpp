@@ -7,7 +7,7 @@
 namespace tarvex {
 namespace {
 
-constexpr double kTolerance = 1e-11;         // of a cumulative, and the lower end's own cumulative
+constexpr double kSearchTolerance = 1e-11;   // of a cumulative, and the lower end's own cumulative
 constexpr double kUpperEnd = 0.99999999999;  // the upper end's
 constexpr double kPercent = 0.01;
 
@@ -41,7 +41,7 @@ class CountedSearch {
   bool bracket() {
     const double mean = distribution_.mean();
     lo_ = mean - stdDev_;
-    for (PassCounter counter; cumulative(lo_) > kTolerance;) {
+    for (PassCounter counter; cumulative(lo_) > kSearchTolerance;) {
       lo_ -= stdDev_;
       if (counter.expired()) return false;
     }
@@ -57,7 +57,7 @@ class CountedSearch {
     x_ = lo_ + stdDev_;
     double step = x_ - lo_;
     p_ = cumulative(x_);
-    for (PassCounter counter; p_ > kTolerance;) {
+    for (PassCounter counter; p_ > kSearchTolerance;) {
       p_ = cumulative(x_);
       for (PassCounter inner; p_ <= 0.0;) {
         x_ += step;
@@ -101,7 +101,7 @@ class CountedSearch {
 
   // Bisects the last step.
   bool narrow() {
-    for (PassCounter counter; std::fabs(p_ - pPrevious_) > kTolerance;) {
+    for (PassCounter counter; std::fabs(p_ - pPrevious_) > kSearchTolerance;) {
       const double m = (xPrevious_ + x_) / 2.0;
       const double pm = cumulative(m);
       if (pm < target_) {
@@ -119,7 +119,7 @@ class CountedSearch {
   bool upperEnd() {
     double step = (hi_ - x_) * 0.1;
     // The target is what the sum of a hundred percents came to: just above 1.
-    for (PassCounter counter; std::fabs(p_ - target_) > kTolerance;) {
+    for (PassCounter counter; std::fabs(p_ - target_) > kSearchTolerance;) {
       p_ = cumulative(x_);
       for (PassCounter inner; p_ >= 1.0;) {
         x_ -= step;
@@ -190,7 +190,7 @@ bool boundedSearch(const Distribution& distribution, std::vector<TablePoint>& po
   TablePoint lowest;
   TablePoint highest;
   if (!findEnd(
-          distribution, -stdDev, [](double p) { return p >= 0.0 && p <= kTolerance; }, lowest))
+          distribution, -stdDev, [](double p) { return p >= 0.0 && p <= kSearchTolerance; }, lowest))
     return false;
   if (!findEnd(
           distribution, stdDev, [](double p) { return p >= kUpperEnd; }, highest))
@@ -200,21 +200,23 @@ bool boundedSearch(const Distribution& distribution, std::vector<TablePoint>& po
   Bracket bracket{lowest, highest};
   if (!bisect(
           distribution, bracket, [](double p) { return p <= 0.0; },
-          [](const Bracket& b) { return b.hi.p <= kTolerance; }))
+          [](const Bracket& b) { return b.hi.p <= kSearchTolerance; }))
     return false;
   points.push_back(bracket.hi);
   for (double target = kPercent; target < 1.0; target += kPercent) {
     bracket.hi = highest;
     if (!bisect(
             distribution, bracket, [target](double p) { return p < target; },
-            [target](const Bracket& b) { return b.hi.p - target <= kTolerance || b.hi.p - b.lo.p <= kTolerance; }))
+            [target](const Bracket& b) {
+              return b.hi.p - target <= kSearchTolerance || b.hi.p - b.lo.p <= kSearchTolerance;
+            }))
       return false;
     points.push_back(bracket.hi);
   }
   bracket.hi = highest;
   if (!bisect(
           distribution, bracket, [](double p) { return p < 1.0; },
-          [](const Bracket& b) { return 1.0 - b.lo.p <= kTolerance; }))
+          [](const Bracket& b) { return 1.0 - b.lo.p <= kSearchTolerance; }))
     return false;
   points.push_back(bracket.lo);
   return true;

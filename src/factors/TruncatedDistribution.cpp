@@ -5,7 +5,7 @@
 namespace tarvex {
 namespace {
 
-constexpr double kTolerance = 1e-6;  // of a cumulative's size
+constexpr double kTailTolerance = 1e-6;  // of a cumulative's size
 
 }  // namespace
 
@@ -57,7 +57,7 @@ double TruncatedDistribution::inverse(double u) const {
 }
 
 InverseRule TruncatedDistribution::inverseRule() const {
-  return {kTolerance, std::numeric_limits<int>::max()};
+  return {kTailTolerance, std::numeric_limits<int>::max()};
 }
 
 bool TruncatedDistribution::searchFor(double u, InverseCells::Search& search, double& x) const {

@@ -10,7 +10,7 @@
 namespace tarvex {
 namespace {
 
-const char* shapeProblem(double beta) {
+const char* betaProblem(double beta) {
   return aboveZero(beta, "Beta must be > 0");
 }
 
@@ -65,7 +65,7 @@ std::vector<Parameter> Weibull::parameters() const {
 }
 
 bool Weibull::setBeta(double value) {
-  return assign(beta_, value, shapeProblem(value));
+  return assign(beta_, value, betaProblem(value));
 }
 
 bool Weibull::setN(double value) {
@@ -77,7 +77,7 @@ bool Weibull::setB(double value) {
 }
 
 const char* Weibull::brokenRule() const {
-  return firstProblem({shapeProblem(beta_), scaleProblem(n_), locationProblem(b_), rightTruncationProblem()});
+  return firstProblem({betaProblem(beta_), scaleProblem(n_), locationProblem(b_), rightTruncationProblem()});
 }
 
 // gamma(1 + 1/beta) n + b; the product by logarithms where the gamma function overflows and a small n brings it back.

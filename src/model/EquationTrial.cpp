@@ -22,7 +22,7 @@ bool isNameCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   return '\'' + std::string(text.substr(0, kShown)) + (text.size() > kShown ? "...'" : "'");
 }
 
@@ -43,8 +43,8 @@ std::string_view unknownFunction(std::string_view text) {
 
 std::string failureOf(const Evaluator& evaluator, std::string_view text) {
   const std::string& reason = evaluator.evalErrorText();
-  if (reason == kNoFunction) return "unknown function " + quoted(unknownFunction(text));
-  return reason + " at character " + std::to_string(evaluator.evalErrorColumn()) + " of " + quoted(text);
+  if (reason == kNoFunction) return "unknown function " + inQuotes(unknownFunction(text));
+  return reason + " at character " + std::to_string(evaluator.evalErrorColumn()) + " of " + inQuotes(text);
 }
 
 std::size_t placeOf(const Evaluator& evaluator, const std::string& text) {
@@ -96,7 +96,7 @@ EquationTrial tryEquation(const std::string& text, const std::vector<std::string
   };
   for (const Evaluator::Symbol& symbol : evaluator.symbolTable())
     if (isMissing(bound, symbol.name) && isMissing(known, symbol.name))
-      return {Trial::kUnknownName, "unknown name " + quoted(symbol.name), placeOfName(symbol.name, text)};
+      return {Trial::kUnknownName, "unknown name " + inQuotes(symbol.name), placeOfName(symbol.name, text)};
   return trial;
 }
 

@@ -20,7 +20,7 @@ constexpr std::size_t kMaxNumber = 1023;   // characters; no sensible number is 
 constexpr std::uint64_t kBytesOfItem = 2;  // at least: a character and what parts it from the next
 
 // A whole number that white space ends.
-bool readCount(TextReader& in, const char* what, std::int32_t& count) {
+bool readWholeNumber(TextReader& in, const char* what, std::int32_t& count) {
   std::string_view word;
   if (!in.expect(what).readWord(word, kMaxNumber)) return false;
   if (word.starts_with('+')) word.remove_prefix(1);
@@ -107,7 +107,7 @@ bool ModelOutputReader::store(std::int32_t gap) {
 
 bool ModelOutputReader::readNames(TextReader& in) {
   std::int32_t count = 0;
-  if (!readCount(in, "the number of variables", count)) return false;
+  if (!readWholeNumber(in, "the number of variables", count)) return false;
   if (count < 1) return in.refuse("the number of variables must be at least 1, not " + std::to_string(count));
   if (!in.checkCount(count, kBytesOfItem)) return false;
   in.readLinePart(nullptr, kShortLine);
@@ -131,7 +131,7 @@ bool ModelOutputReader::takeTimeMode(TextReader& in) {
 }
 
 bool ModelOutputReader::takeRunCount(TextReader& in, std::int32_t& runs) {
-  if (!readCount(in, "the number of runs", runs)) return false;
+  if (!readWholeNumber(in, "the number of runs", runs)) return false;
   if (runs < 1) return in.refuse("the number of runs must be at least 1, not " + std::to_string(runs));
   if (!in.checkCount(runs, kBytesOfItem * names_.size() - 1)) return false;
   in.readLinePart(nullptr, kShortLine);
@@ -141,7 +141,7 @@ bool ModelOutputReader::takeRunCount(TextReader& in, std::int32_t& runs) {
 bool ModelOutputReader::readRun(TextReader& in, std::int32_t run) {
   std::int32_t points = 1;
   if (hasTimes_) {
-    if (!readRunLine(in, run) || !readCount(in, "the number of times", points)) return false;
+    if (!readRunLine(in, run) || !readWholeNumber(in, "the number of times", points)) return false;
     if (points < 1) return in.refuse("the number of times must be at least 1, not " + std::to_string(points));
     if (!in.checkCount(points, kBytesOfItem * names_.size() + 1)) return false;
   }

@@ -12,7 +12,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::int32_t kHeader = 1;  // rows above the runs
 constexpr std::int32_t kNameColumns = 64;
 constexpr std::int32_t kNotFound = -1;
 
@@ -20,7 +19,7 @@ constexpr std::int32_t kNotFound = -1;
 // with a text among its numbers may end there or not.
 std::int32_t countRuns(CellReader& cells, std::int32_t columns) {
   std::int32_t run = 0;
-  while (cells.number(run + kHeader, run % columns) != nullptr) ++run;
+  while (cells.number(run + OutputSheet::kHeaderRows, run % columns) != nullptr) ++run;
   return run;
 }
 
@@ -49,7 +48,7 @@ bool OutputSheet::read(ModelResults& results) {
 }
 
 bool OutputSheet::readNames(ModelResults& results) {
-  CellReader cells(application_, sheet_, kNameColumns, kHeader);
+  CellReader cells(application_, sheet_, kNameColumns, OutputSheet::kHeaderRows);
   OutputNames names(warn_);
   const auto column = [&names] { return static_cast<std::int32_t>(names.size()); };
   while (const auto* text = std::get_if<std::string>(cells.at(0, column()))) {
@@ -69,16 +68,16 @@ bool OutputSheet::readRuns(ModelResults& results) {
   const std::int32_t runs = countRuns(counted, columns);
   if (counted.failed()) return false;
   if (runs == 0) {
-    problem_ = counted.mismatch(kHeader, 0, "a number");
+    problem_ = counted.mismatch(OutputSheet::kHeaderRows, 0, "a number");
     return false;
   }
   CellReader cells(application_, sheet_, columns);
   std::vector<double> row(static_cast<std::size_t>(columns));
   for (std::int32_t run = 0; run < runs; ++run) {
     for (std::int32_t column = 0; column < columns; ++column) {
-      const double* value = cells.number(run + kHeader, column);
+      const double* value = cells.number(run + OutputSheet::kHeaderRows, column);
       if (value == nullptr) {
-        if (!cells.failed()) problem_ = cells.mismatch(run + kHeader, column, "a number");
+        if (!cells.failed()) problem_ = cells.mismatch(run + OutputSheet::kHeaderRows, column, "a number");
         return false;
       }
       row[static_cast<std::size_t>(column)] = *value;

@@ -13,6 +13,8 @@ class SpreadsheetApplication;
 // Reads the cells in which a workbook left its results: a row of names, below it a row for each run.
 class OutputSheet {
  public:
+  static constexpr std::int32_t kHeaderRows = 1;  // above the runs, in the sheet of inputs too
+
   OutputSheet(SpreadsheetApplication& application, std::int32_t sheet, Warn warn);
 
   // Replaces the results. On false there are none; problem() then names the cell, or is empty where the application

@@ -7,17 +7,17 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::string_view kSpecial = "\t\n\r\\";
-constexpr std::string_view kLetters = "tnr\\";
-constexpr std::size_t kMaxNumber = 32;  // characters of the shortest text of a double
+constexpr std::string_view kEscaped = "\t\n\r\\";
+constexpr std::string_view kEscapes = "tnr\\";
+constexpr std::size_t kMostDigits = 32;  // characters of the shortest text of a double
 
 void escape(std::string& line, std::string_view text) {
   for (const char c : text) {
-    const std::size_t place = kSpecial.find(c);
+    const std::size_t place = kEscaped.find(c);
     if (place == std::string_view::npos)
       line += c;
     else
-      line.append({'\\', kLetters[place]});
+      line.append({'\\', kEscapes[place]});
   }
 }
 
@@ -26,8 +26,8 @@ std::string unescaped(std::string_view field) {
   text.reserve(field.size());
   for (std::size_t i = 0; i < field.size(); ++i) {
     const std::size_t place =
-        field[i] == '\\' && i + 1 < field.size() ? kLetters.find(field[i + 1]) : std::string_view::npos;
-    text += place == std::string_view::npos ? field[i] : kSpecial[place];
+        field[i] == '\\' && i + 1 < field.size() ? kEscapes.find(field[i + 1]) : std::string_view::npos;
+    text += place == std::string_view::npos ? field[i] : kEscaped[place];
     if (place != std::string_view::npos) ++i;
   }
   return text;
@@ -41,8 +41,8 @@ bool parseNumber(std::string_view text, Number& number) {
 
 template <class Number>
 void addNumber(std::string& line, Number number) {
-  char text[kMaxNumber];
-  line.append(text, std::to_chars(text, text + kMaxNumber, number).ptr);
+  char text[kMostDigits];
+  line.append(text, std::to_chars(text, text + kMostDigits, number).ptr);
 }
 
 // Calls `use` with each field; stops when it gives false.

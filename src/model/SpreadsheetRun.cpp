@@ -20,7 +20,6 @@ namespace {
 
 constexpr const char* kInputs = "Inputs";
 constexpr const char* kOutputs = "Outputs";
-constexpr std::int32_t kHeader = 1;  // rows above the runs
 
 // The emptied sheet "Inputs"; without one it is made.
 bool prepareInputs(SpreadsheetApplication& application, std::int32_t& sheet) {
@@ -33,12 +32,12 @@ bool writeSample(SpreadsheetApplication& application, const PrepConfiguration& p
   std::int32_t sheet = -1;
   if (!prepareInputs(application, sheet)) return false;
   const std::int32_t columns = prep.samples.columns();
-  CellBlock block{0, 0, kHeader, columns};
+  CellBlock block{0, 0, OutputSheet::kHeaderRows, columns};
   for (std::int32_t i = 0; i < columns; ++i) block.cells.emplace_back(prep.factors.factor(i).name);
   if (!application.writeCells(sheet, block)) return false;
   std::vector<double> row(static_cast<std::size_t>(columns));
   for (std::int32_t first = 0; first < prep.samples.rows(); first += block.rows) {
-    block = {first + kHeader, 0, std::min(rowsOfBlock(columns), prep.samples.rows() - first), columns};
+    block = {first + OutputSheet::kHeaderRows, 0, std::min(rowsOfBlock(columns), prep.samples.rows() - first), columns};
     block.cells.reserve(block.size());
     for (std::int32_t i = 0; i < block.rows; ++i) {
       if (!prep.samples.getRow(first + i, row.data())) {

@@ -20,7 +20,6 @@ constexpr double kTickLength = 5.0;
 constexpr double kMinorTickLength = 3.0;
 // Share of the area that the plane takes at least; titles, then texts, give way.
 constexpr double kLeastShare = 0.45;
-constexpr double kFarOutside = 1e6;  // on the canvas; beyond any picture, and safe to compute with
 
 // The texts of neighbours don't touch: `extent` is a text's size along the axis, with its gap.
 template <class Extent>

@@ -6,11 +6,7 @@
 
 namespace tarvex {
 
-namespace {
-
-constexpr double kFarOutside = 1e6;  // on the canvas; beyond any picture, and safe to compute with
-
-}  // namespace
+namespace {}  // namespace
 
 AxisMap::AxisMap(const Axis& axis, double from, double to)
     : lower_(axis.lower), upper_(axis.upper), from_(from), to_(to) {}

@@ -4,6 +4,9 @@
 
 namespace tarvex {
 
+// On the canvas; beyond any picture, and safe to compute with.
+inline constexpr double kFarOutside = 1e6;
+
 // From values of an axis to positions on the canvas, and back.
 class AxisMap {
  public:

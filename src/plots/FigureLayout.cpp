@@ -14,7 +14,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kMargin = 10.0;
+constexpr double kPageMargin = 10.0;
 constexpr double kChartGap = 18.0;
 // Below this size of a chart, texts and marks shrink with it; no further than what can still be read.
 constexpr double kFullWidth = 380.0;
@@ -148,7 +148,7 @@ FigureLayout layOut(const Figure& figure, const LayoutOptions& options) {
   layout.scale = scaleFor(figure, layout.page);
   const MeasuringContext context;
   Metrics metrics(context.get(), layout.scale);
-  Rect area = layout.page.grown(-std::min(kMargin, std::min(layout.page.width, layout.page.height) / 20.0));
+  Rect area = layout.page.grown(-std::min(kPageMargin, std::min(layout.page.width, layout.page.height) / 20.0));
   placeTitles(metrics, figure, area, layout);
   placeLegend(metrics, figure, area, layout);
   placeCharts(metrics, figure, area, options, layout);

@@ -15,7 +15,7 @@ constexpr double kMarkWidth = 28.0;  // a dash pattern and a half
 constexpr double kBoxWidth = 14.0;
 constexpr double kMarkHeight = 10.0;
 constexpr double kPointRadius = 3.0;
-constexpr double kLineWidth = 1.8;
+constexpr double kSampleWidth = 1.8;
 constexpr double kRowHeight = 1.25;  // in heights of a text
 
 double markWidth(const LegendEntry& entry) {
@@ -31,7 +31,7 @@ void drawMark(Canvas& canvas, const Rect& box, const LegendEntry& entry) {
       return;
     case LegendMark::Line:
       canvas.setColour(entry.colour);
-      canvas.setLine(kLineWidth * canvas.scale(), entry.style);
+      canvas.setLine(kSampleWidth * canvas.scale(), entry.style);
       cairo_move_to(context, box.x, box.centreY());
       cairo_line_to(context, box.right(), box.centreY());
       cairo_stroke(context);

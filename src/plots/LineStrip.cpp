@@ -9,7 +9,7 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kClasses = 256;
-constexpr int kMargin = 2 * LineStrip::kMostBeyond;  // slots beyond the plane, on each side
+constexpr int kSlotsBeyond = 2 * LineStrip::kMostBeyond;  // slots beyond the plane, on each side
 // Lines further away than this, in pixels, are as good as upright; beyond it single precision would fail.
 constexpr float kFarAway = 1e6F;
 constexpr std::size_t kBlock = 64;  // lines at a time: the arithmetic of a block takes vector instructions
@@ -48,7 +48,7 @@ LineStrip::LineStrip(const LineGrid& grid, int first, int last, double fromX, do
       first_(first),
       columns_(static_cast<std::size_t>(std::max(last - first, 0))),
       rows_(static_cast<std::size_t>(grid.height)),
-      slots_(rows_ * static_cast<std::size_t>(grid.subRows) + 2 * static_cast<std::size_t>(kMargin)),
+      slots_(rows_ * static_cast<std::size_t>(grid.subRows) + 2 * static_cast<std::size_t>(kSlotsBeyond)),
       borders_(columns_ * static_cast<std::size_t>(grid.subColumns) + 1),
       fromX_(fromX),
       toX_(toX),
@@ -74,7 +74,7 @@ void LineStrip::sort(std::span<const float> from, std::span<const float> to, std
     if (!isLine(line)) continue;
     const std::size_t place = groups_[groupOf(line)].last++;
     const float start = std::clamp(from[line], -kFarAway, kFarAway) * subRows;
-    from_[place] = start + static_cast<float>(kMargin);
+    from_[place] = start + static_cast<float>(kSlotsBeyond);
     rise_[place] = std::clamp(to[line], -kFarAway, kFarAway) * subRows - start;
   }
 }
@@ -101,8 +101,8 @@ void LineStrip::countBorder(std::size_t border, const Group& down, const Group& 
   addHits(from_.data() + up.first, rise_.data() + up.first, up.last - up.first, t, slots_, up_.data());
   sumUp();
   const auto subRows = static_cast<std::size_t>(grid_.subRows);
-  const std::size_t entering = static_cast<std::size_t>(kMargin + grid_.above) - 1;
-  const std::size_t leaving = static_cast<std::size_t>(kMargin - grid_.below) - 2;
+  const std::size_t entering = static_cast<std::size_t>(kSlotsBeyond + grid_.above) - 1;
+  const std::size_t leaving = static_cast<std::size_t>(kSlotsBeyond - grid_.below) - 2;
   std::uint32_t* entered = entered_.data() + border * rows_;
   std::uint32_t* left = left_.data() + border * rows_;
   // Differences of unsigned sums are right even where the sums have run over.

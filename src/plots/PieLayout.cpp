@@ -9,9 +9,9 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kLeastRadius = 0.18;  // of the chart's smaller side
-constexpr double kWidestLabel = 0.36;  // of the chart
-constexpr double kLinePitch = 1.12;    // of labels below each other, in heights of a text
+constexpr double kLeastRadius = 0.18;       // of the chart's smaller side
+constexpr double kWidestSliceLabel = 0.36;  // of the chart
+constexpr double kLinePitch = 1.12;         // of labels below each other, in heights of a text
 
 std::vector<PieLayout::Piece> piecesOf(const std::vector<Slice>& slices) {
   double largest = 0.0;
@@ -115,7 +115,7 @@ PieLayout layOutChart(Metrics& metrics, const Rect& area, const PieChart& chart)
     const Slice& slice = chart.slices[piece.slice];
     widest = std::max(widest, metrics.pen().width(slice.label, style) + metrics.pen().width(slice.text, style) + gap);
   }
-  widest = std::min(widest, body.width * kWidestLabel);
+  widest = std::min(widest, body.width * kWidestSliceLabel);
   const double byWidth = (body.width / 2.0 - widest - 3.0 * gap) / PieLayout::kElbow;
   const double byHeight = (body.height / 2.0 - pitch) / PieLayout::kElbow;
   layout.centreX = body.centreX();

@@ -8,28 +8,28 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kCell = 8.0;                  // about twice the reach of a pointer
-constexpr std::size_t kPointsAtOnce = 200000;  // between two reports
+constexpr double kGridCell = 8.0;              // about twice the reach of a pointer
+constexpr std::size_t kSortedAtOnce = 200000;  // between two reports
 constexpr std::uint32_t kNowhere = 0xffffffffU;
 
 }  // namespace
 
 std::size_t PointGrid::cellOf(double distance, std::size_t count) {
   if (!(distance > 0.0)) return 0;
-  return std::min(static_cast<std::size_t>(std::min(distance / kCell, 1e6)), count - 1);
+  return std::min(static_cast<std::size_t>(std::min(distance / kGridCell, 1e6)), count - 1);
 }
 
 bool PointGrid::build(const std::vector<double>& xs, const std::vector<double>& ys, const AxisMap& x, const AxisMap& y,
                       const Rect& plane, const Progress& progress) {
   PointGrid grid;
   grid.plane_ = plane;
-  grid.columns_ = static_cast<std::size_t>(std::ceil(std::max(plane.width, 1.0) / kCell));
-  grid.rows_ = static_cast<std::size_t>(std::ceil(std::max(plane.height, 1.0) / kCell));
+  grid.columns_ = static_cast<std::size_t>(std::ceil(std::max(plane.width, 1.0) / kGridCell));
+  grid.rows_ = static_cast<std::size_t>(std::ceil(std::max(plane.height, 1.0) / kGridCell));
   grid.starts_.resize(grid.columns_ * grid.rows_ + 1);
   const std::size_t size = std::min({xs.size(), ys.size(), static_cast<std::size_t>(kNowhere)});
   std::vector<std::uint32_t> cells(size, kNowhere);
   for (std::size_t i = 0; i < size; ++i) {
-    if (i % kPointsAtOnce == 0 && !progress.report(i, size)) return false;
+    if (i % kSortedAtOnce == 0 && !progress.report(i, size)) return false;
     if (!x.holds(xs[i]) || !y.holds(ys[i])) continue;
     const std::size_t row = cellOf(y(ys[i]) - plane.y, grid.rows_);
     cells[i] = static_cast<std::uint32_t>(row * grid.columns_ + cellOf(x(xs[i]) - plane.x, grid.columns_));

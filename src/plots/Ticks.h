@@ -7,6 +7,9 @@
 
 namespace tarvex {
 
+// Above the largest of a chart, so that curves and bars don't run on its frame.
+inline constexpr double kHeadroom = 1.03;
+
 struct Tick {
   double at = 0.0;   // in the axis's coordinates
   std::string text;  // no two texts of an axis are alike; empty for a minor tick

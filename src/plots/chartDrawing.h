@@ -8,6 +8,9 @@ namespace tarvex {
 
 class Canvas;
 
+inline constexpr double kThinLine = 0.8;
+inline constexpr double kOutlinedFrom = 3.0;  // narrower bars would be all outline
+
 // Each draws one layer of a chart where its layout says. False when it was stopped.
 bool drawChart(Canvas& canvas, FigureLayer layer, const XyChart& chart, const PlaneLayout& layout,
                const Progress& progress);

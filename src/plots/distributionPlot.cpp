@@ -16,10 +16,9 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kHeadroom = 1.03;  // above curves, so that they don't run on the frame
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kGap = std::numeric_limits<double>::quiet_NaN();  // interrupts a line
-constexpr int kGridPoints = 400;                                   // about one a unit of the picture's width
+constexpr double kInterruption = std::numeric_limits<double>::quiet_NaN();  // interrupts a line
+constexpr int kGridPoints = 400;                                            // about one a unit of the picture's width
 
 // What both charts show: the density over x, the cumulative over x, and where the sampled part ends.
 struct Curves {
@@ -144,7 +143,7 @@ Curves continuousCurves(const Distribution& prepared) {
     const bool inside = x >= first && x <= last;
     curves.density.push_back(inside ? prepared.density(x) : 0.0);
     const double p = inside ? prepared.cumulative(x) : x < first ? 0.0 : 1.0;
-    curves.cumulative.push_back(p < 0.0 ? kGap : p);
+    curves.cumulative.push_back(p < 0.0 ? kInterruption : p);
   }
   curves.top = densityTop(prepared, curves);
   if (dynamic_cast<const TruncatedDistribution*>(&prepared) == nullptr) return curves;
@@ -174,8 +173,8 @@ XyChart densityChart(const Curves& curves, const std::string& name) {
     const double x = curves.x[i];
     bars.edges.insert(bars.edges.end(), {x - half, x + half});
     bars.heights.insert(bars.heights.end(), {curves.density[i], 0.0});
-    stems.x.insert(stems.x.end(), {x, x, kGap});
-    stems.y.insert(stems.y.end(), {0.0, curves.density[i], kGap});
+    stems.x.insert(stems.x.end(), {x, x, kInterruption});
+    stems.y.insert(stems.y.end(), {0.0, curves.density[i], kInterruption});
   }
   if (!bars.heights.empty()) bars.heights.pop_back();
   chart.layers.emplace_back(std::move(bars));

@@ -11,9 +11,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kOutlinedFrom = 3.0;  // thinner bars would be all outline
-constexpr double kThinLine = 0.8;
-constexpr double kMarkedLine = 2.0;  // around a bar that stands out
+constexpr double kMarkedBarLine = 2.0;  // around a bar that stands out
 
 void drawTexts(Canvas& canvas, const BarChart& chart, const BarLayout& layout) {
   TextPen& pen = canvas.pen();
@@ -84,7 +82,7 @@ bool drawChart(Canvas& canvas, FigureLayer layer, const BarChart& chart, const B
       break;
     case FigureLayer::Overlay:
       forEachBar(chart, layout, [&](const Bar&, std::size_t category, const Rect& box) {
-        if (canvas.isMarked(chart.recordOf(category))) canvas.outline(box, canvas.inks().text, kMarkedLine);
+        if (canvas.isMarked(chart.recordOf(category))) canvas.outline(box, canvas.inks().text, kMarkedBarLine);
       });
       break;
     case FigureLayer::Dropped:

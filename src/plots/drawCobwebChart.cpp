@@ -16,8 +16,8 @@ namespace {
 
 constexpr double kWidestLine = 1.0;
 constexpr double kThinnestLine = 0.55;
-constexpr double kLeastOpacity = 0.4;  // of a line alone
-constexpr double kMarkedLine = 2.2;    // of a run that stands out
+constexpr double kLeastOpacity = 0.4;   // of a line alone
+constexpr double kMarkedRunLine = 2.2;  // of a run that stands out
 constexpr double kAxisWidth = 1.2;
 constexpr double kFilterWidth = 4.0;
 constexpr double kMarkLength = 4.0;        // of axis marks, on each side
@@ -29,11 +29,11 @@ constexpr double kPlacingShare = 0.2;      // of the time until lines are painte
 
 // More lines, or more points on them, are painted as pixels: a stroke takes some 0.1 ms on a surface of pixels, and in
 // a file its size.
-struct Limits {
+struct SingleLines {
   std::size_t lines, points;
 };
-Limits limitsOf(Surface surface) {
-  return surface == Surface::Screen ? Limits{60, 1000} : Limits{300, 20000};
+SingleLines limitsOf(Surface surface) {
+  return surface == Surface::Screen ? SingleLines{60, 1000} : SingleLines{300, 20000};
 }
 
 class CobwebPainter {
@@ -97,7 +97,7 @@ bool CobwebPainter::drawRuns(bool dropped, const Progress& progress) const {
     if (isDropped == dropped) runs.push_back(run);
     if (!isDropped || chart_.runs.showDropped) ++shown;
   }
-  const Limits limits = limitsOf(canvas_.surface());
+  const SingleLines limits = limitsOf(canvas_.surface());
   if (shown <= limits.lines && shown * chart_.axes.size() <= limits.points) {
     for (const std::size_t run : runs) {
       canvas_.setColour(colourOf(run, dropped));
@@ -204,7 +204,7 @@ void CobwebPainter::drawOverlay() const {
   const std::size_t count = chart_.runCount();
   for (std::size_t run = 0; run < count; ++run)
     if (canvas_.isMarked(chart_.runs.numberOf(run)))
-      strokePolyline(canvas_, layout_.plane, polyline(run), kMarkedLine * canvas_.scale(), LineStyle::Solid);
+      strokePolyline(canvas_, layout_.plane, polyline(run), kMarkedRunLine * canvas_.scale(), LineStyle::Solid);
 }
 
 }  // namespace

@@ -12,8 +12,8 @@ namespace tarvex {
 namespace {
 
 constexpr double kOutlineWidth = 1.0;
-constexpr double kMarkedLine = 2.5;  // around a slice that stands out
-constexpr double kLeastName = 4.0;   // of a shortened name, in ems
+constexpr double kMarkedSliceLine = 2.5;  // around a slice that stands out
+constexpr double kLeastName = 4.0;        // of a shortened name, in ems
 
 bool isDark(const Colour& colour) {
   constexpr int kDark = 3 * 12000;
@@ -87,7 +87,7 @@ void markSlices(Canvas& canvas, const PieChart& chart, const PieLayout& layout) 
     if (!canvas.isMarked(chart.recordOf(piece.slice))) continue;
     slicePath(canvas, layout, piece);
     canvas.setColour(canvas.inks().text);
-    canvas.setLine(kMarkedLine * canvas.scale());
+    canvas.setLine(kMarkedSliceLine * canvas.scale());
     cairo_stroke(canvas.context());
   }
 }

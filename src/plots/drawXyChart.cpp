@@ -19,10 +19,8 @@ namespace tarvex {
 namespace {
 
 constexpr double kLineWidth = 1.6;
-constexpr double kThinLine = 0.8;
 constexpr double kBarGap = 0.12;  // of a separated column, on each side
 
-constexpr double kOutlinedFrom = 3.0;          // narrower bars would be all outline
 constexpr double kRing = 3.0;                  // around a point that stands out, beyond its radius
 constexpr std::size_t kPointsAtOnce = 100000;  // between two reports
 constexpr double kCountingShare = 0.6;         // of the time until points are painted, roughly

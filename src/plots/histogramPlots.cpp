@@ -25,8 +25,6 @@ constexpr std::array<Colour, kLineStyles> kColours = {{
     {22102, 46260, 59881},  // sky blue
 }};
 
-constexpr double kHeadroom = 1.03;  // above the largest, so that it doesn't run on the frame
-
 // What is drawn of one variable, over edges in the units of the scale.
 struct Series {
   std::string name;

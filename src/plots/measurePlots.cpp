@@ -142,10 +142,10 @@ Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const s
     return figure;
   }
   const auto axis = [](const char* title, std::vector<double> values) {
-    constexpr double kHeadroom = 1.05;  // for the marks of the largest
+    constexpr double kMarkRoom = 1.05;  // for the marks of the largest
     values.push_back(0.0);              // effects are compared with none
     Axis over = axisOver(title, values, NumberForm::Short);
-    if (over.upper * kHeadroom > over.upper && std::isfinite(over.upper * kHeadroom)) over.upper *= kHeadroom;
+    if (over.upper * kMarkRoom > over.upper && std::isfinite(over.upper * kMarkRoom)) over.upper *= kMarkRoom;
     return over;
   };
   XyChart chart;

@@ -12,7 +12,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::size_t kMaxTextChars = UaStats::kMaxNameChars;  // the text names the variable in the record
+constexpr std::size_t kMaxExpressionChars = UaStats::kMaxNameChars;  // the text names the variable in the record
 constexpr const char* kNotEvaluated = "   Expression can't be evaluated.";
 // Digits at which an output's value enters an expression.
 constexpr int kValueDigits = 15;
@@ -96,8 +96,8 @@ class VariableNames {
 bool OutputExpression::set(const std::string& text, const std::vector<std::string>& outputNames, std::string& reason) {
   references_.clear();
   single_ = true;
-  if (text.size() > kMaxTextChars || text.find_first_of("\r\n") != std::string::npos) {
-    reason = "A variable is one line of at most " + std::to_string(kMaxTextChars) + " characters.";
+  if (text.size() > kMaxExpressionChars || text.find_first_of("\r\n") != std::string::npos) {
+    reason = "A variable is one line of at most " + std::to_string(kMaxExpressionChars) + " characters.";
     return false;
   }
   OutputReference reference;

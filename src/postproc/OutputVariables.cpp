@@ -12,7 +12,7 @@ namespace tarvex {
 namespace {
 
 // Reading a run, evaluating an expression: for the pace of progress.
-constexpr std::int64_t kOperationsARun = 1000;
+constexpr std::int64_t kOperationsAnExpression = 1000;
 constexpr std::int64_t kOperationsAValue = 5;
 
 }  // namespace
@@ -52,7 +52,7 @@ bool OutputVariables::build(const ModelConfiguration& model, OutputTable& table,
     return false;
   }
   const std::int64_t values = runs_ > 0 ? std::int64_t{model.results.timeCount(0)} * model.results.outputCount() : 0;
-  WorkPace pace(progress, runs_, kOperationsARun + kOperationsAValue * values);
+  WorkPace pace(progress, runs_, kOperationsAnExpression + kOperationsAValue * values);
   for (std::int32_t run = 0; run < runs_; ++run) {
     if (pace.step() && addRun(model, run, table)) continue;
     if (progress.stopped()) errorText_ = "The computation was stopped.";

@@ -17,7 +17,7 @@ namespace {
 constexpr double kCollinear = 0.99;  // correlation above which the later of two factors is left out
 constexpr double kLowOutputs = 0.9;  // share of the runs whose outputs aren't high ones
 constexpr std::int64_t kOperationsARank = 10;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kUndefined = std::numeric_limits<double>::quiet_NaN();
 
 double* slotsOfVariable(IndexRecord& record, std::int32_t variable) {
   return record.values.data() + static_cast<std::size_t>(variable) * RegressionStats::kSlots;
@@ -115,7 +115,7 @@ bool RegressionStats::computeSmirnov(const RankColumns& ranks, std::int32_t runs
       if (!pace.step()) return false;
       const bool gap = ranks.hasGap(factor) || ranks.hasGap(static_cast<std::size_t>(factorCount) + v);
       slotsOfVariable(records[factor], static_cast<std::int32_t>(v))[kSmirnov] =
-          gap ? kNaN : smirnovDistance(rowsByRank, isHigh[v]);
+          gap ? kUndefined : smirnovDistance(rowsByRank, isHigh[v]);
     }
   }
   return true;

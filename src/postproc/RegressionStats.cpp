@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::string_view kMeasureNames[RegressionStats::kMeasures] = {"PEAR", "SPEA", "PCC",    "PRCC",
                                                                         "SRC",  "SRRC", "Smirnov"};
-constexpr std::uint64_t kMinNumberBytes = 2;  // a digit and a blank
 // Shares of the progress, as long as the steps take for twenty factors.
 constexpr double kCorrelated = 0.2;
 constexpr double kRawDone = 0.22;

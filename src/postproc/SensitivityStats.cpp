@@ -22,7 +22,6 @@ constexpr LineRule kRecordRule{"the name of a factor, group or term", kMaxTextCh
 constexpr LineRule kMemberRule{"the name of a member of a term", kMaxTextChars};
 constexpr std::string_view kIndexesFollow = "indexes = yes";
 constexpr std::string_view kNoIndexes = "indexes = no";
-constexpr std::uint64_t kMinNumberBytes = 2;  // a digit and a blank
 
 FactorKind kindOf(const Factor& factor) {
   if (factor.isConstant()) return FactorKind::Constant;

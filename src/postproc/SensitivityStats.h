@@ -64,6 +64,8 @@ class SensitivityStats {
   virtual std::int32_t slotsOf(const IndexRecord& record) const = 0;
 
  protected:
+  static constexpr std::uint64_t kMinNumberBytes = 2;  // of a number in a file: a digit and a blank
+
   explicit SensitivityStats(TypeId id) : typeId_(id) {}
   SensitivityStats(const SensitivityStats&) = default;
 

@@ -16,8 +16,6 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kNoExtreme = 1e308;  // minimum, and negated maximum, of a column without a number
 
-constexpr LineRule kNameRule{"the name of a variable", UaStats::kMaxNameChars};
-
 // Shares of the progress, and the work on a run that they follow from.
 constexpr double kMomentsDone = 0.6;
 constexpr double kLinearDone = 0.7;
@@ -65,7 +63,7 @@ void UaStats::clear() {
 bool UaStats::compute(const std::vector<std::string>& names, const OutputTable& table, const Progress& progress) {
   errorText = "No errors";
   for (const std::string& name : names)
-    if (const std::string problem = kNameRule.problem(name); !problem.empty()) {
+    if (const std::string problem = UaStats::kNameRule.problem(name); !problem.empty()) {
       errorText = problem;
       return false;
     }

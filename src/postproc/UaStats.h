@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/Progress.h"
+#include "base/TextRules.h"
 #include "postproc/OutputTable.h"
 
 namespace tarvex {
@@ -67,6 +68,7 @@ class UaStats {
 
   // How many characters the name of a variable may have: what a record of the statistics holds.
   static constexpr std::size_t kMaxNameChars = 999;
+  static constexpr LineRule kNameRule{"the name of a variable", kMaxNameChars};
 
   // The uncertainty block. read() works on a fresh object; a failed reader leaves it without variables.
   void write(TextWriter& out) const;

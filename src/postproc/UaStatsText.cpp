@@ -9,7 +9,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr LineRule kNameRule{"the name of a variable", UaStats::kMaxNameChars};
 // The least that a variable takes: an empty name's line and two tables, a digit and a tab for each number.
 constexpr std::uint64_t kMinVariableBytes = 1 + 2 * 2 * kHistogramEntries * 2;
 
@@ -18,7 +17,7 @@ constexpr std::uint64_t kMinVariableBytes = 1 + 2 * 2 * kHistogramEntries * 2;
 void UaStats::write(TextWriter& out) const {
   out << variableCount() << '\n' << sampleSize_ << '\n' << kolmogorovConfidence << '\t' << tchebyConfidence << '\n';
   if (names_.empty()) return;
-  for (const std::string& name : names_) kNameRule.write(out, name);
+  for (const std::string& name : names_) UaStats::kNameRule.write(out, name);
   for (const auto* values : {&minima_, &maxima_, &means_, &stds_, &skewness_, &kurtosis_}) {
     for (const double value : *values) out << value << '\t';
     out << '\n';
@@ -49,7 +48,7 @@ void UaStats::readBlock(TextReader& in, std::int32_t count) {
   if (!in.checkCount(count, kMinVariableBytes)) return;
   const auto size = static_cast<std::size_t>(count);
   names_.resize(size);
-  for (std::string& name : names_) kNameRule.read(in, name);
+  for (std::string& name : names_) UaStats::kNameRule.read(in, name);
   for (auto* values : {&minima_, &maxima_, &means_, &stds_, &skewness_, &kurtosis_}) {
     if (!in.peekLine(1).empty()) values->resize(size);  // an empty line stands for an empty array
     for (double& value : *values) in.expect("a statistic of a variable") >> value;

@@ -13,7 +13,6 @@ namespace {
 // Percents at which the phases end.
 constexpr float kStratified = 25.0f;
 constexpr float kShuffled = 45.0f;
-constexpr float kDone = 50.0f;
 
 constexpr int kExchangesPerRow = 2;  // random exchanges that shuffle a column, for each row
 
@@ -44,7 +43,7 @@ bool LatinSampler::fill(double target, sampValues& store, FactorList& factors) {
     const bool done = ranked_ ? rankedStep(store, factors) : independentStep(diagonalBand, store, factors);
     if (!done) return false;
   }
-  if (progress == kDone) releaseColumns();
+  if (progress == kComplete) releaseColumns();
   return true;
 }
 
@@ -63,7 +62,7 @@ bool LatinSampler::independentStep(DiagonalBand& diagonalBand, sampValues& store
       break;
     case kFinish:
       if (!finishCell(diagonalBand, store, factors)) return false;
-      endStep(kFinish, kDone, numFactors, visited(rows, sampleIndex) / (numFactors * rows) * 5.0 + 45.0);
+      endStep(kFinish, kComplete, numFactors, visited(rows, sampleIndex) / (numFactors * rows) * 5.0 + 45.0);
       break;
   }
   return true;
@@ -77,7 +76,7 @@ bool LatinSampler::rankedStep(sampValues& store, const FactorList& factors) {
     return true;
   }
   if (!orderCell(store, factors)) return false;
-  endStep(kFinish, kDone, numFactors, (visited(rows, sampleIndex) / (numFactors * rows) + 1.0) * 25.0);
+  endStep(kFinish, kComplete, numFactors, (visited(rows, sampleIndex) / (numFactors * rows) + 1.0) * 25.0);
   return true;
 }
 

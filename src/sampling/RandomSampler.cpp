@@ -9,7 +9,6 @@ namespace tarvex {
 namespace {
 
 constexpr float kDrawn = 25.0f;  // percent at which drawn columns are put in order, where a rank table asks for it
-constexpr float kDone = 50.0f;
 
 }  // namespace
 
@@ -21,7 +20,7 @@ bool RandomSampler::fill(double target, sampValues& store, FactorList& factors) 
   numFactors = factors.factorCount();
   if (!requireSamples()) return false;
   if (isAtStart()) ranked_ = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
-  const float drawingEnd = ranked_ ? kDrawn : kDone;
+  const float drawingEnd = ranked_ ? kDrawn : kComplete;
   while (progress < target) {
     if (!goesOn(1)) return false;
     if (progress < drawingEnd) {
@@ -29,11 +28,11 @@ bool RandomSampler::fill(double target, sampValues& store, FactorList& factors) 
       setProgress(share() * drawingEnd, drawingEnd, factorPosition == numFactors);
     } else {
       if (!orderCell(store, factors)) return false;
-      setProgress((share() + 1.0) * 25.0, kDone, factorPosition == numFactors);
+      setProgress((share() + 1.0) * 25.0, kComplete, factorPosition == numFactors);
     }
     if (factorPosition == numFactors) factorPosition = 0;
   }
-  if (progress == kDone) releaseColumns();
+  if (progress == kComplete) releaseColumns();
   return true;
 }
 

@@ -18,7 +18,6 @@ namespace {
 
 // Percents at which the phases end.
 constexpr float kBlockMade = 10.0f;
-constexpr float kDone = 50.0f;
 
 constexpr double kSeedRange = 30000.0;  // of the seeds of the replicates' ranks
 
@@ -118,7 +117,7 @@ bool RepLatinSampler::fill(double target, sampValues& store, FactorList& factors
       if (!permuteCell(factors)) return false;
       if (factorPosition == numFactors && !endReplicate(store)) return false;
       const double before = static_cast<double>(replicate_) * numFactors * baseDesign_;
-      setProgress((before + visited()) / (static_cast<double>(numSamples) * numFactors) * 40.0 + 10.0, kDone,
+      setProgress((before + visited()) / (static_cast<double>(numSamples) * numFactors) * 40.0 + 10.0, kComplete,
                   replicate_ == replications_);
     }
   }

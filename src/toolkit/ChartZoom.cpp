@@ -12,7 +12,7 @@ namespace tarvex {
 namespace {
 
 // The least part of an axis that can be seen: below it, neighbouring values of the axis are the same number.
-constexpr double kLeastPart = 1e-9;
+constexpr double kLeastZoom = 1e-9;
 
 }  // namespace
 
@@ -68,7 +68,7 @@ bool ChartZoom::set(const Shown& axis, Span span) {
   if (span.lower < whole.lower) span = {whole.lower, whole.lower + size};
   if (span.upper > whole.upper) span = {std::max(whole.lower, whole.upper - size), whole.upper};
   const double largest = std::max(std::abs(whole.lower), std::abs(whole.upper));
-  if (!(span.upper - span.lower > kLeastPart * std::max(largest, whole.upper - whole.lower))) return false;
+  if (!(span.upper - span.lower > kLeastZoom * std::max(largest, whole.upper - whole.lower))) return false;
   if (span.lower == axis.map.lower() && span.upper == axis.map.upper()) return false;
   std::erase_if(visible_,
                 [&](const VisibleRange& range) { return range.chart == axis.chart && range.axis == axis.axis; });

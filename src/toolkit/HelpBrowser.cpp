@@ -11,7 +11,7 @@
 namespace tarvex {
 namespace {
 
-constexpr double kMargin = 16.0;
+constexpr double kPageMargin = 16.0;
 constexpr double kSmallest = 6.0;  // letters, in points
 constexpr double kLargest = 32.0;
 
@@ -19,7 +19,7 @@ constexpr double kLargest = 32.0;
 
 HelpBrowser::HelpBrowser(QWidget* parent) : QTextBrowser(parent), usualSize_(font().pointSizeF()) {
   setOpenExternalLinks(false);
-  document()->setDocumentMargin(kMargin);
+  document()->setDocumentMargin(kPageMargin);
   setColours();
 }
 

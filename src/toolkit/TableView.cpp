@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 kMostCopiedCells = 1'000'000;  // beyond, a clipboard takes seconds and hundreds of megabytes
 constexpr int kCellPadding = 10;                // beside and above a text, pixels in all
 constexpr int kSearchWidth = 220;
-constexpr int kMargin = 8;
+constexpr int kCellMargin = 8;
 
 bool isEnter(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -232,15 +232,16 @@ void TableView::paintEvent(QPaintEvent* event) {
   if (model_.rowCount() > 0 || emptyText_.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
-  painter.drawText(viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
+  painter.drawText(viewport()->rect().adjusted(kCellMargin, kCellMargin, -kCellMargin, -kCellMargin),
                    Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }
 
 void TableView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   const QRect area = viewport()->geometry();
-  search_->setGeometry(area.right() - kSearchWidth - kMargin, area.bottom() - search_->sizeHint().height() - kMargin,
-                       kSearchWidth, search_->sizeHint().height());
+  search_->setGeometry(area.right() - kSearchWidth - kCellMargin,
+                       area.bottom() - search_->sizeHint().height() - kCellMargin, kSearchWidth,
+                       search_->sizeHint().height());
 }
 
 }  // namespace tarvex

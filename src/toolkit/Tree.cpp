@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kIdRole = Qt::UserRole;
 constexpr int kNoItem = -1;
-constexpr int kMargin = 8;
+constexpr int kItemMargin = 8;
 
 // Items are moved within the program: the type of what is dragged is its own.
 QString dragType() {
@@ -126,7 +126,7 @@ void Tree::paintEvent(QPaintEvent* event) {
   if (topLevelItemCount() > 0 || emptyText_.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
-  painter.drawText(viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
+  painter.drawText(viewport()->rect().adjusted(kItemMargin, kItemMargin, -kItemMargin, -kItemMargin),
                    Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }
 

@@ -25,10 +25,6 @@ std::string titleOr(const Axis& axis, const char* otherwise) {
   return axis.title.empty() ? otherwise : axis.title;
 }
 
-double valueOn(const Axis& axis, double coordinate) {
-  return axis.scale == AxisScale::Logarithms ? std::exp(coordinate) : coordinate;
-}
-
 std::string runNumber(const RunMarks& runs, std::size_t place) {
   return std::to_string(std::int64_t{runs.numberOf(place)} + 1);
 }

@@ -18,10 +18,6 @@ QString text(double value) {
   return QString::fromStdString(numberText(value));
 }
 
-double valueOn(const Axis& axis, double coordinate) {
-  return axis.scale == AxisScale::Logarithms ? std::exp(coordinate) : coordinate;
-}
-
 QString nameOf(const Axis& axis, const char* otherwise) {
   return axis.title.empty() ? QString(otherwise) : QString::fromStdString(axis.title);
 }
@@ -157,6 +153,10 @@ struct ChartWords {
 };
 
 }  // namespace
+
+double valueOn(const Axis& axis, double coordinate) {
+  return axis.scale == AxisScale::Logarithms ? std::exp(coordinate) : coordinate;
+}
 
 QString groupedNumber(std::int64_t number) {
   QString digits = QString::number(number);

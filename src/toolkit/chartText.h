@@ -5,6 +5,7 @@
 
 namespace tarvex {
 
+struct Axis;
 struct Figure;
 struct Hit;
 
@@ -22,6 +23,9 @@ QString figureText(const Figure& figure);
 QString figureData(const Figure& figure, QChar separator);
 // How many fields figureData() writes.
 std::int64_t figureDataFields(const Figure& figure);
+
+// The value at a coordinate of an axis, which has logarithms where its scale says so.
+double valueOn(const Axis& axis, double coordinate);
 
 // 10000 as "10,000".
 QString groupedNumber(std::int64_t number);

@@ -27,11 +27,11 @@ Ending inChild(const std::function<int()>& work) {
   return ending;
 }
 
-constexpr std::int32_t kRows = 2000000;
-constexpr std::int32_t kColumns = 20;
-constexpr long kColumnKilobytes = kRows * 8L / 1024;
+constexpr std::int32_t kManyRows = 2000000;
+constexpr std::int32_t kFewColumns = 20;
+constexpr long kColumnKilobytes = kManyRows * 8L / 1024;
 
-double cell(std::int32_t row, std::int32_t column) {
+double largeCell(std::int32_t row, std::int32_t column) {
   return row * 32.0 + column;
 }
 
@@ -39,23 +39,23 @@ double cell(std::int32_t row, std::int32_t column) {
 // wrong.
 int largePasses() {
   sampValues store;
-  if (!store.allocate(kColumns)) return 1;
-  double row[kColumns];
-  for (std::int32_t r = 0; r < kRows; ++r) {
-    for (std::int32_t c = 0; c < kColumns; ++c) row[c] = cell(r, c);
+  if (!store.allocate(kFewColumns)) return 1;
+  double row[kFewColumns];
+  for (std::int32_t r = 0; r < kManyRows; ++r) {
+    for (std::int32_t c = 0; c < kFewColumns; ++c) row[c] = largeCell(r, c);
     if (store.addRow(row) != r + 1) return 2;
   }
   double value = 0;
-  for (std::int32_t c = 0; c < kColumns; ++c) {
-    for (std::int32_t r = 0; r < kRows; ++r) {
-      if (!store.getColumnValue(r, c, value) || value != cell(r, c)) return 3;
-      if (!store.setColumnValue(r, c, -cell(r, c))) return 4;
+  for (std::int32_t c = 0; c < kFewColumns; ++c) {
+    for (std::int32_t r = 0; r < kManyRows; ++r) {
+      if (!store.getColumnValue(r, c, value) || value != largeCell(r, c)) return 3;
+      if (!store.setColumnValue(r, c, -largeCell(r, c))) return 4;
     }
   }
-  for (std::int32_t r = 0; r < kRows; ++r) {
+  for (std::int32_t r = 0; r < kManyRows; ++r) {
     if (!store.getRow(r, row)) return 5;
-    for (std::int32_t c = 0; c < kColumns; ++c)
-      if (row[c] != -cell(r, c)) return 6;
+    for (std::int32_t c = 0; c < kFewColumns; ++c)
+      if (row[c] != -largeCell(r, c)) return 6;
   }
   return 0;
 }

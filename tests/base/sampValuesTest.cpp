@@ -13,18 +13,18 @@ using test::FailingCalls;
 using Table = std::vector<std::vector<double>>;  // by row: what the store must hold
 
 // 512 columns make blocks of 513 rows, so that a few megabytes already fill several windows.
-constexpr std::int32_t kColumns = 512;
+constexpr std::int32_t kBlockColumns = 512;
 constexpr std::int32_t kBlock = 513;
-constexpr std::int32_t kRows = 1600;
+constexpr std::int32_t kWindowedRows = 1600;
 
-double cell(std::int32_t row, std::int32_t column) {
+double cellOf(std::int32_t row, std::int32_t column) {
   return row + column / 1024.0;
 }
 
 Table tableOf(std::int32_t rows, std::int32_t columns) {
   Table table(static_cast<std::size_t>(rows), std::vector<double>(static_cast<std::size_t>(columns)));
   for (std::int32_t r = 0; r < rows; ++r)
-    for (std::int32_t c = 0; c < columns; ++c) table[r][c] = cell(r, c);
+    for (std::int32_t c = 0; c < columns; ++c) table[r][c] = cellOf(r, c);
   return table;
 }
 
@@ -100,14 +100,14 @@ TEST(SampValues, OperationsOfBothFamiliesMix) {
 }
 
 TEST(SampValues, PassesOverManyWindows) {
-  Table table = tableOf(kRows, kColumns);
+  Table table = tableOf(kWindowedRows, kBlockColumns);
   sampValues store = storeOf(table);
   ASSERT_EQ(store.blockRows(), kBlock);
   expectColumns(store, table);
-  for (std::int32_t c = 0; c < kColumns; c += 7)
-    for (std::int32_t r = 0; r < kRows; r += 3) ASSERT_TRUE(store.setColumnValue(r, c, table[r][c] = -r - c));
+  for (std::int32_t c = 0; c < kBlockColumns; c += 7)
+    for (std::int32_t r = 0; r < kWindowedRows; r += 3) ASSERT_TRUE(store.setColumnValue(r, c, table[r][c] = -r - c));
   expectRows(store, table);
-  for (std::int32_t r = 0; r < kRows; ++r) store.rowPointer(r)[5] = table[r][5] = r * 0.5;
+  for (std::int32_t r = 0; r < kWindowedRows; ++r) store.rowPointer(r)[5] = table[r][5] = r * 0.5;
   // Added after a change of family, behind the first window.
   for (int i = 0; i < kBlock; ++i) {
     table.push_back(table[i]);
@@ -120,13 +120,13 @@ TEST(SampValues, PassesOverManyWindows) {
 // A window that begins at row 600 ends in the third block. What it holds of that block, rows 1026 to 1112, goes to the
 // column file at ((q + 1) * blockRows + c) * columns = (2 * 513 + c) * 512: c * 512 values behind the block's start.
 TEST(SampValues, UnalignedWindowsLandWhereTheyAlwaysDid) {
-  Table table = tableOf(kRows, kColumns);
+  Table table = tableOf(kWindowedRows, kBlockColumns);
   sampValues store = storeOf(table);
   ASSERT_TRUE(store.setValue(600, 0, table[600][0] = -1));
   Table columns = table;
-  for (std::int32_t c = 0; c < kColumns; ++c)
+  for (std::int32_t c = 0; c < kBlockColumns; ++c)
     for (std::int32_t k = 0; k < 600 - kBlock; ++k)
-      columns[1026 + (c * 512 + k) % 513][(c * 512 + k) / 513] = cell(1026 + k, c);
+      columns[1026 + (c * 512 + k) % 513][(c * 512 + k) / 513] = cellOf(1026 + k, c);
   expectColumns(store, columns);
   expectRows(store, table);
 }
@@ -134,19 +134,19 @@ TEST(SampValues, UnalignedWindowsLandWhereTheyAlwaysDid) {
 // A window at row 1100 reaches beyond the last row: one value less than it holds of the fourth block is written, of
 // rows 1539 to 1611; those from 1600 on are nobody's.
 TEST(SampValues, UnalignedWindowBeyondTheLastRow) {
-  Table table = tableOf(kRows, kColumns);
+  Table table = tableOf(kWindowedRows, kBlockColumns);
   sampValues store = storeOf(table);
   store.rowPointer(1100)[1] = table[1100][1] = -1;
   ASSERT_TRUE(store.setColumnMode(true));
   Table columns = table;
   std::vector<std::pair<int, int>> undefined;
-  for (std::int32_t c = 0; c < kColumns; ++c) {
+  for (std::int32_t c = 0; c < kBlockColumns; ++c) {
     for (std::int32_t k = 0; k < 1100 - 2 * kBlock - 1; ++k) {
       const std::int32_t row = 1539 + (c * 512 + k) % 513;
-      if (row >= kRows) continue;
+      if (row >= kWindowedRows) continue;
       const std::int32_t column = (c * 512 + k) / 513;
-      if (1539 + k < kRows)
-        columns[row][column] = cell(1539 + k, c);
+      if (1539 + k < kWindowedRows)
+        columns[row][column] = cellOf(1539 + k, c);
       else
         ASSERT_TRUE(store.getColumnValue(row, column, columns[row][column]));
     }
@@ -156,12 +156,12 @@ TEST(SampValues, UnalignedWindowBeyondTheLastRow) {
 }
 
 TEST(SampValues, CopiesAreTheirOwn) {
-  const Table table = tableOf(kRows, kColumns);
+  const Table table = tableOf(kWindowedRows, kBlockColumns);
   sampValues store = storeOf(table);
   ASSERT_TRUE(store.setColumnMode(true));
   sampValues copy;
   ASSERT_TRUE(copy.assign(store));
-  ASSERT_TRUE(store.setColumn(2, std::vector<double>(kRows, -3)));
+  ASSERT_TRUE(store.setColumn(2, std::vector<double>(kWindowedRows, -3)));
   ASSERT_TRUE(store.setValue(0, 0, 77));
   expectRows(copy, table);
   sampValues assigned = storeOf(tableOf(2, 2));
@@ -172,13 +172,13 @@ TEST(SampValues, CopiesAreTheirOwn) {
 // Whichever call of the system fails, and whether it recovers or not: the operation says so, and once the disk has room
 // again the table is what it would have been without that operation.
 TEST(SampValues, AFullDiskLosesNothing) {
-  const Table table = tableOf(kRows, kColumns);
+  const Table table = tableOf(kWindowedRows, kBlockColumns);
   const struct {
     const char* name;
     bool (*run)(sampValues& store);
   } operations[] = {
       {"to column mode", [](sampValues& s) { return s.setColumnMode(true); }},
-      {"add a row", [](sampValues& s) { return s.addRow(tableOf(1, kColumns)[0].data()) != 0; }},
+      {"add a row", [](sampValues& s) { return s.addRow(tableOf(1, kBlockColumns)[0].data()) != 0; }},
       {"row of another window", [](sampValues& s) { return s.rowPointer(0) != nullptr; }},
       {"value of a column",
        [](sampValues& s) {
@@ -194,7 +194,7 @@ TEST(SampValues, AFullDiskLosesNothing) {
         sampValues store = storeOf(table);
         const bool addsRow = operation.name[0] == 'a';
         if (addsRow) {
-          ASSERT_TRUE(store.setColumnMode(true) && store.setColumnValue(7, 7, cell(7, 7)));
+          ASSERT_TRUE(store.setColumnMode(true) && store.setColumnValue(7, 7, cellOf(7, 7)));
         }
         calls.fail(call, n);
         const bool done = operation.run(store);

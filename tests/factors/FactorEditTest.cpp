@@ -74,7 +74,7 @@ TEST(FactorEdit, MomentsOfWhatIsSampled) {
 }
 
 // A list of factors a, b, c, ... of these kinds.
-FactorList listOf(const std::vector<std::string>& kinds) {
+FactorList lettered(const std::vector<std::string>& kinds) {
   FactorList list;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     list.addFactor(makeFactor(kinds[i]));
@@ -102,7 +102,7 @@ std::string pairs(const FactorList& list) {
 
 TEST(FactorEdit, CorrelationsStayWithTheirFactors) {
   const auto make = [] {
-    FactorList list = listOf({"Normal", "Constant", "Uniform", "Gamma", "Beta"});
+    FactorList list = lettered({"Normal", "Constant", "Uniform", "Gamma", "Beta"});
     list.correlationMode = kImanConover;
     EXPECT_TRUE(list.link(2, 0, 0.5) && list.link(3, 2, 0.5) && list.link(4, 2, 0.5));
     EXPECT_TRUE(list.setMatrix(0, 1, 0.5F) && list.setMatrix(2, 3, 0.3F));
@@ -131,7 +131,7 @@ TEST(FactorEdit, CorrelationsStayWithTheirFactors) {
 }
 
 TEST(FactorEdit, ARenamedFactorIsFollowedOrNothingChanges) {
-  FactorList list = listOf({"Normal", "Uniform", "Relation"});
+  FactorList list = lettered({"Normal", "Uniform", "Relation"});
   auto& relation = static_cast<Relation&>(list.factor(2));
   ASSERT_TRUE(relation.setExpression("a + b"));
   std::string message;
@@ -191,7 +191,7 @@ TEST(FactorEdit, FieldsAreReadAsTheyAreWrittenAndNothingElse) {
 }
 
 TEST(FactorEdit, ARelationIsTriedOnASmallSample) {
-  FactorList list = listOf({"Uniform", "Constant", "Relation", "Relation", "Normal"});
+  FactorList list = lettered({"Uniform", "Constant", "Relation", "Relation", "Normal"});
   ASSERT_TRUE(static_cast<Relation&>(list.factor(2)).setExpression("a + b"));
   RelationPreview preview;
   std::string message;

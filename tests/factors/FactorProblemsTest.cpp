@@ -11,7 +11,7 @@ namespace tarvex {
 namespace {
 
 // A list of the relations "name: expression", behind the normal factors a and b.
-FactorList listOf(const std::vector<std::pair<std::string, std::string>>& relations) {
+FactorList checkedList(const std::vector<std::pair<std::string, std::string>>& relations) {
   FactorList list;
   for (const char* name : {"a", "b"}) {
     auto normal = std::make_unique<Normal>();
@@ -45,14 +45,14 @@ TEST(FactorProblems, relationsAreLookedThrough) {
       {{{"a", "b"}}, "a: factor 1 has the same name, and relations read that one"},
   };
   for (const auto& row : rows) {
-    const auto problems = factorProblems(listOf(row.relations));
+    const auto problems = factorProblems(checkedList(row.relations));
     EXPECT_EQ(problemLines(problems, false), row.warnings);
     EXPECT_EQ(problemLines(problems, true), "");
   }
 }
 
 TEST(FactorProblems, whatCannotBeSampledOrWrittenIsAnError) {
-  FactorList list = listOf({});
+  FactorList list = checkedList({});
   list.addFactor(std::make_unique<Constant>());
   dynamic_cast<Constant&>(list.factor(2)).setValue(1.0 / 0.0);
   list.addFactor(std::make_unique<Uniform>());

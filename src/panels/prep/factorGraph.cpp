@@ -8,7 +8,7 @@
 namespace tarvex {
 namespace {
 
-QString number(double value) {
+QString curveNumber(double value) {
   constexpr int kDigits = 4;  // as much as a look at the curve needs
   return QString::fromStdString(numberText(value, kDigits));
 }
@@ -35,9 +35,9 @@ Figure factorGraph(const Factor& factor) {
 QString sampledText(const Factor& factor) {
   SampledSummary summary;
   if (summariseSampled(factor, summary))
-    return "Sampled: mean " + number(summary.mean) + ", deviation " + number(summary.deviation) +
-           QString::fromUtf8("; 5\u00a0% lie below ") + number(summary.low) + QString::fromUtf8(", 95\u00a0% below ") +
-           number(summary.high);
+    return "Sampled: mean " + curveNumber(summary.mean) + ", deviation " + curveNumber(summary.deviation) +
+           QString::fromUtf8("; 5\u00a0% lie below ") + curveNumber(summary.low) +
+           QString::fromUtf8(", 95\u00a0% below ") + curveNumber(summary.high);
   if (!factor.isStochastic()) return {};
   const QString problem = QString::fromStdString(factor.parameterProblem());
   return "Nothing can be sampled" + (problem.isEmpty() ? QString(" with these parameters.") : ": " + problem);
