@@ -13,6 +13,13 @@ option(TARVEX_ASSERTIONS "Check subscripts and the like in the standard library"
 option(TARVEX_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(TARVEX_PCH "Use precompiled headers; without them a build proves that includes are complete" ON)
 
+# A first build takes less than half of the time. The price: names in unnamed namespaces are told apart in a whole folder.
+option(TARVEX_UNITY "Compile several sources of a folder at once" OFF)
+if(TARVEX_UNITY)
+  set(CMAKE_UNITY_BUILD ON)
+  set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+endif()
+
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
@@ -78,7 +85,7 @@ function(tarvex_library name)
 endfunction()
 
 # The precompiled headers are made once, by the lowest library, and used by all others: they share every option that
-# counts. Qt asks for options of its own, so its folders have theirs.
+# counts. Qt asks for options of its own, so its folders have theirs. Tests that are compiled at once don't need any.
 function(tarvex_precompile target)
   if(NOT TARVEX_PCH)
     return()
@@ -107,7 +114,7 @@ function(tarvex_test name)
   target_compile_definitions(${name}_tests PRIVATE TARVEX_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
   list(TRANSFORM ARG_USES PREPEND tarvex_)
   target_link_libraries(${name}_tests PRIVATE ${ARG_USES} tarvex_test_support GTest::gtest GTest::gmock)
-  if(TARVEX_PCH)
+  if(TARVEX_PCH AND NOT TARVEX_UNITY)
     target_precompile_headers(${name}_tests REUSE_FROM tarvex_test_support)
   endif()
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
@@ -120,7 +127,7 @@ function(tarvex_qt_test name)
   add_executable(${name}_tests ${sources})
   list(TRANSFORM ARG_USES PREPEND tarvex_)
   target_link_libraries(${name}_tests PRIVATE ${ARG_USES} tarvex_qt_support)
-  if(TARVEX_PCH)
+  if(TARVEX_PCH AND NOT TARVEX_UNITY)
     # Of its own: Qt's library for tests defines its directory for each program.
     target_precompile_headers(${name}_tests PRIVATE
       <gtest/gtest.h> <QtWidgets/QWidget> <QtTest/QTest> <functional> <memory> <string> <vector>)
