@@ -76,7 +76,117 @@ void transform(std::vector<Wave>& values, const std::vector<Wave>& roots) {
       }
 }
 
+// The quantile at equal steps of u, from the sums of the density at equal steps of x.
+std::vector<double> quantileTable(const Quantile& column) {
+  constexpr std::size_t kSteps = 1 << 14;
+  std::vector<double> sums(kSteps + 1), table(kSteps + 1, column.upper);
+  const double step = (column.upper - column.lower) / kSteps;
+  for (std::size_t i = 0; i < kSteps; ++i)
+    sums[i + 1] = sums[i] + column.density(column.lower + (static_cast<double>(i) + 0.5) * step);
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < kSteps; ++i) {
+    const double wanted = sums[kSteps] * static_cast<double>(i) / kSteps;
+    while (sums[at + 1] < wanted) ++at;
+    table[i] = column.lower + (static_cast<double>(at) + (wanted - sums[at]) / (sums[at + 1] - sums[at])) * step;
+  }
+  return table;
+}
+
+class Random {
+ public:
+  std::uint64_t operator()() {  // splitmix64
+    std::uint64_t z = state_ += 0x9e3779b97f4a7c15U;
+    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
+    z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
+    return z ^ (z >> 31);
+  }
+  double unit() { return static_cast<double>((*this)() >> 11) * 0x1p-53; }
+
+ private:
+  std::uint64_t state_ = 4711;
+};
+
+template <class T>
+void shuffle(std::vector<T>& values, Random& random) {
+  for (std::size_t i = values.size() - 1; i > 0; --i)
+    std::swap(values[i], values[static_cast<std::size_t>(random.unit() * static_cast<double>(i + 1))]);
+}
+
+std::vector<double> latinColumn(std::size_t runs, const Quantile& column, Random& random) {
+  std::vector<std::uint32_t> strata(runs);
+  std::iota(strata.begin(), strata.end(), 0U);
+  shuffle(strata, random);
+  const std::vector<double> table = column.density != nullptr ? quantileTable(column) : std::vector<double>();
+  std::vector<double> values(runs);
+  for (std::size_t i = 0; i < runs; ++i) {
+    const double u = (strata[i] + random.unit()) / static_cast<double>(runs);
+    if (table.empty()) {
+      values[i] = column.inverse(u);
+      continue;
+    }
+    const double place = u * static_cast<double>(table.size() - 1);
+    const auto cell = static_cast<std::size_t>(place);
+    values[i] = table[cell] + (place - static_cast<double>(cell)) * (table[cell + 1] - table[cell]);
+  }
+  return values;
+}
+
+// Where each column's values go by the ranks of scores with a correlation of 0.5 between neighbours.
+void reorder(std::vector<std::vector<double>>& columns, Random& random) {
+  constexpr double kNearby = 0.5;
+  const double rest = std::sqrt(1.0 - kNearby * kNearby);
+  const std::size_t runs = columns[0].size();
+  const Quantile normal{-6.0, 6.0, [](double x) { return std::exp(-x * x / 2.0); }, nullptr};
+  std::vector<double> scores = latinColumn(runs, normal, random);
+  std::vector<double> before(runs), unit(runs), moved(runs);
+  for (std::vector<double>& column : columns) {
+    shuffle(scores, random);
+    for (std::size_t i = 0; i < runs; ++i) before[i] = kNearby * before[i] + rest * scores[i];
+    for (std::size_t i = 0; i < runs; ++i) unit[i] = std::clamp((before[i] + 8.0) / 16.0, 0.0, 0.999999);
+    const std::vector<std::uint32_t> order = sorted(unit);
+    const auto [low, high] = std::minmax_element(column.begin(), column.end());
+    const double lower = *low, span = (*high - *low) * 1.000001;
+    for (std::size_t i = 0; i < runs; ++i) unit[i] = (column[i] - lower) / span;
+    const std::vector<std::uint32_t> upwards = sorted(unit);
+    for (std::size_t i = 0; i < runs; ++i) moved[order[i]] = column[upwards[i]];
+    column = moved;
+  }
+}
+
 }  // namespace
+
+double latin(std::int32_t runs, const std::vector<Quantile>& columns, bool ranked) {
+  Random random;
+  std::vector<std::vector<double>> values;
+  for (const Quantile& column : columns) values.push_back(latinColumn(static_cast<std::size_t>(runs), column, random));
+  if (ranked) reorder(values, random);
+  double sum = 0.0;
+  for (const std::vector<double>& column : values) sum += column.front() + column.back();
+  return sum;
+}
+
+double ishigami(const std::vector<double>& inputs) {
+  double sum = 0.0;
+  for (std::size_t at = 0; at < inputs.size(); at += 3) {
+    const double* x = inputs.data() + at;
+    const double second = std::sin(x[1]);
+    const double square = x[2] * x[2];
+    sum += std::sin(x[0]) * (1.0 + 0.1 * square * square) + 7.0 * second * second;
+  }
+  return sum;
+}
+
+double gFunction(const std::vector<double>& inputs) {
+  constexpr std::array kA = {0.0, 1.0, 4.5, 9.0, 99.0, 99.0, 99.0, 99.0};
+  double sum = 0.0;
+  for (std::size_t at = 0; at < inputs.size(); at += kA.size()) {
+    double product = 1.0;
+    for (std::size_t j = 0; j < kA.size(); ++j)
+      product *= (std::abs(4.0 * inputs[at + j] - 2.0) + kA[j]) / (1.0 + kA[j]);
+    sum += product;
+  }
+  return sum;
+}
 
 double sobolDesign(std::int32_t baseSize, std::int32_t factors) {
   const auto k = static_cast<std::size_t>(factors);

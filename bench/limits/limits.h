@@ -8,8 +8,22 @@
 // progress. Written by hand, without the libraries of this repository.
 namespace tarvex::limits {
 
+// A column of a Latin hypercube: the density over its support, or the quantile where that is a formula.
+struct Quantile {
+  double lower = 0.0;  // of the support, or of what is nearly all of it
+  double upper = 1.0;
+  double (*density)(double x) = nullptr;
+  double (*inverse)(double u) = nullptr;
+};
+
 // Each returns a number that depends on all results, so that nothing is left out.
 
+// A permutation of strata a column, its values by a table of the quantile. `ranked`: in the order of correlated normal
+// scores.
+double latin(std::int32_t runs, const std::vector<Quantile>& columns, bool ranked);
+// Three inputs by row, and eight.
+double ishigami(const std::vector<double>& inputs);
+double gFunction(const std::vector<double>& inputs);
 // Blocks A, B, B with a column of A, A with a column of B over quasi-random points of dimension 2 * `factors`, at most
 // 20.
 double sobolDesign(std::int32_t baseSize, std::int32_t factors);
