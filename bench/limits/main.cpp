@@ -22,6 +22,7 @@
 #include "limits.h"
 #include "model/InternalModel.h"
 #include "model/InternalRun.h"
+#include "model/ModelResults.h"
 #include "postproc/SensitivityStats.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SampleStatistics.h"
@@ -31,6 +32,7 @@ namespace tarvex::bench {
 namespace {
 
 constexpr int kTurns = 3;
+constexpr std::int32_t kAll = 100;  // percent of a generation
 
 using Turn = std::function<double()>;
 
@@ -132,7 +134,7 @@ void latinRows() {
         ranked ? "the same with a rank correlation matrix" : "Latin hypercube 1M x 10, design and values",
         [ranked] {
           PrepConfiguration prep = preparedConfiguration(kLatin, tenFactors(ranked), kRuns);
-          require(prep.generate(PrepConfiguration::kDone) >= PrepConfiguration::kDone, prep.errorText());
+          require(prep.generate(kAll) >= kAll, prep.errorText());
           return 1.0 * prep.samples.rows();
         },
         [ranked] { return limits::latin(kRuns, tenQuantiles(), ranked); });

@@ -12,11 +12,11 @@
 namespace tarvex::test {
 namespace {
 
-using Matrix = std::vector<double>;
+using Square = std::vector<double>;
 
 // Symmetric with a diagonal of 1 and numbers of up to `size` beside it.
-Matrix randomMatrix(std::size_t order, double size, std::int32_t seed) {
-  Matrix matrix(order * order, 1.0);
+Square randomMatrix(std::size_t order, double size, std::int32_t seed) {
+  Square matrix(order * order, 1.0);
   for (std::size_t row = 0; row < order; ++row)
     for (std::size_t column = 0; column < row; ++column)
       matrix[row * order + column] = matrix[column * order + row] = size * (2.0 * uniformRandom(seed) - 1.0);
@@ -24,10 +24,10 @@ Matrix randomMatrix(std::size_t order, double size, std::int32_t seed) {
 }
 
 TEST(SymmetricEigen, valuesAndVectorsAreThoseOfTheMatrix) {
-  std::vector<std::pair<std::size_t, Matrix>> rows{{0, {}},
+  std::vector<std::pair<std::size_t, Square>> rows{{0, {}},
                                                    {1, {-3.0}},
                                                    {2, {1, 1, 1, 1}},
-                                                   {3, Matrix(9, 0.0)},
+                                                   {3, Square(9, 0.0)},
                                                    {4, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -2, 0, 0, 0, 0, 1e-9}}};
   for (const std::size_t order : {3u, 7u, 40u}) rows.emplace_back(order, randomMatrix(order, 1.0, -5));
   for (const auto& [order, matrix] : rows) {
@@ -102,7 +102,7 @@ TEST(NearestCorrelation, publishedAndClosedForms) {
 TEST(NearestCorrelation, isValidWhateverWasAsked) {
   for (const std::int32_t order : {2, 3, 5, 12, 40})
     for (const double size : {0.3, 1.0}) {
-      const Matrix asked = randomMatrix(static_cast<std::size_t>(order), size, -order);
+      const Square asked = randomMatrix(static_cast<std::size_t>(order), size, -order);
       std::vector<float> nearest;
       ASSERT_TRUE(nearestCorrelation({asked.begin(), asked.end()}, order, nearest)) << order;
       for (float& number : nearest) {

@@ -35,13 +35,13 @@ class PrepStudy : public test::PrepTest {
 // A kind of each panel, typed as far as its parameters aren't the defaults; the file is the one that a shell samples
 // from.
 TEST_F(PrepStudy, AFactorOfEveryKindIsTypedAndSavedToTheLastByte) {
-  using Fields = std::vector<std::pair<const char*, const char*>>;
+  using Typed = std::vector<std::pair<const char*, const char*>>;
   const struct {
     const char* menuKeys;
     const char* window;
     const char* name;
     const char* note;
-    Fields fields;  // a table's rows are pasted, but for a single one, which is typed
+    Typed fields;  // a table's rows are pasted, but for a single one, which is typed
   } rows[] = {
       {"FAN", "Normal Distribution", "norm", "first of all", {{"NMean", "1.5"}, {"NStdDeviation", ".25"}}},
       {"FAL", "LogNormal Distribution", "lognorm", "", {{"NMean", "0.2"}, {"NStdDeviation", "0.4"}}},
