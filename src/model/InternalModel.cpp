@@ -287,7 +287,7 @@ bool InternalModel::setName(const std::string& name) {
 bool InternalModel::setFileName(const std::string& path) {
   const std::string problem = kFileNameRule.problem(path);
   if (!problem.empty()) return fail(problem);
-  fileName_ = path.empty() ? "nofile" : path;
+  fileName_ = path.empty() ? kNoFile : path;
   return true;
 }
 

@@ -29,6 +29,8 @@ struct ModelExpression {
 // The studied model as a list of equations over named inputs, evaluated in order for each run.
 class InternalModel {
  public:
+  static constexpr const char* kNoFile = "nofile";  // the name of one that no file holds
+
   static constexpr std::int32_t kMaxExpressions = 500;
 
   // What a line of the file takes, asked by setters, writer and reader.
@@ -64,7 +66,7 @@ class InternalModel {
 
   bool setName(const std::string& name);  // empty: "noname"; a name with white space is refused
   const std::string& name() const { return name_; }
-  bool setFileName(const std::string& path);  // empty: "nofile"
+  bool setFileName(const std::string& path);  // empty: kNoFile
   const std::string& fileName() const { return fileName_; }
 
   // One run: `values` holds a double per variable, `outputs` takes one per expression of type 1. Values and
@@ -100,7 +102,7 @@ class InternalModel {
   bool readExpression(TextReader& in, std::int32_t index);
 
   std::string name_ = "noname";
-  std::string fileName_ = "nofile";
+  std::string fileName_ = kNoFile;
   std::string errorText_ = "noerror";
   std::string problem_;
   std::string warningText_;

@@ -59,7 +59,7 @@ bool InternalModel::read(TextReader& in) {
   std::string path;
   if (in.ok() && readVariables(in) && readExpressions(in) &&
       in.expect("the path of the model").readLine(path, kFileNameRule.maxChars)) {
-    fileName_ = path.empty() ? "nofile" : path;
+    fileName_ = path.empty() ? kNoFile : path;
     errorText_.clear();
     return true;
   }

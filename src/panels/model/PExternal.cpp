@@ -27,7 +27,6 @@ namespace {
 
 constexpr const char* kWorkbook = "Excel Application";  // in the place of the program
 constexpr const char* kLoaded = "Internal Model loaded";
-constexpr const char* kNoFile = "nofile";
 
 }  // namespace
 
@@ -88,7 +87,7 @@ void PExternal::showChoice() {
   gadget<QLineEdit>("TOutput")->setText(QString::fromStdString(choice_.outputFile));
   if (const InternalModel* const model = choice_.internalModel())
     gadget<QLineEdit>("TIntModelFile")
-        ->setText(model->fileName() == kNoFile ? kLoaded : QString::fromStdString(model->fileName()));
+        ->setText(model->fileName() == InternalModel::kNoFile ? kLoaded : QString::fromStdString(model->fileName()));
 }
 
 bool PExternal::isInternal() {
@@ -173,7 +172,7 @@ bool PExternal::edit(const InternalModel& model) {
   editor.centre();
   if (!editor.runModal() || !editor.accepted()) return false;
   const std::string& file = editor.model().fileName();
-  takeModel(editor.model(), file == kNoFile ? kLoaded : QString::fromStdString(file));
+  takeModel(editor.model(), file == InternalModel::kNoFile ? kLoaded : QString::fromStdString(file));
   return true;
 }
 

@@ -18,7 +18,6 @@ namespace tarvex {
 namespace {
 
 constexpr const char* kEdited = "Warning: model edited";
-constexpr const char* kNoFile = "nofile";
 
 }  // namespace
 
@@ -76,7 +75,8 @@ void PIntModel::saveAs() {
 }
 
 bool PIntModel::saveFile() {
-  return model().fileName() == kNoFile ? saveAsFile() : saveTo(QString::fromStdString(model().fileName()));
+  return model().fileName() == InternalModel::kNoFile ? saveAsFile()
+                                                      : saveTo(QString::fromStdString(model().fileName()));
 }
 
 bool PIntModel::saveAsFile() {
@@ -132,7 +132,8 @@ bool PIntModel::closing() {
 }
 
 void PIntModel::refreshGadgets() {
-  const QString file = model().fileName() == kNoFile ? QString() : QString::fromStdString(model().fileName());
+  const QString file =
+      model().fileName() == InternalModel::kNoFile ? QString() : QString::fromStdString(model().fileName());
   setTitle("Internal Model" + (file.isEmpty() ? QString() : " - " + file) + "[*]");
   window()->setWindowModified(editing_->edited());
   gadget<QLineEdit>("TModelName")->setText(QString::fromStdString(model().name()));
