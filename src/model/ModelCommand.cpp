@@ -67,7 +67,7 @@ std::string alongPath(const std::string& name) {
   const std::string_view path = variable;
   for (std::size_t start = 0; start <= path.size();) {
     const std::size_t end = std::min(path.find(':', start), path.size());
-    const std::string candidate = std::string(path.substr(start, end - start)) + '/' + name;
+    std::string candidate = std::string(path.substr(start, end - start)) + '/' + name;
     if (end > start && ::access(candidate.c_str(), X_OK) == 0) return candidate;
     start = end + 1;
   }
