@@ -245,7 +245,7 @@ QString PCorrelation::showPreview() {
   PairPreview preview;
   std::string message;
   if (!previewPair(draft_, first, second, preview, message)) {
-    const QString why = QString::fromStdString(message);
+    QString why = QString::fromStdString(message);
     chart->setEmptyText(QString(why).replace('\n', ' '));
     chart->show(Figure());
     gadget<QLabel>("MlOutcome")->clear();

@@ -43,7 +43,7 @@ PInputFactors::PInputFactors(const Display& display, std::shared_ptr<const Facto
                                     return paste(row, column, block);
                                   },
                                   [this](int from, int to) {
-                                    const QString why = moveRow(from, to);
+                                    QString why = moveRow(from, to);
                                     if (!why.isEmpty()) say(why);
                                     return why;
                                   }});
