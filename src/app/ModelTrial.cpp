@@ -8,9 +8,10 @@
 #include <fstream>
 
 #include "app/ExternalRun.h"
+#include "app/FrontEnd.h"
 #include "app/KeptFile.h"
 #include "base/Paths.h"
-#include "base/Temporaries.h"
+#include "base/ScratchDirectory.h"
 #include "base/TextWriter.h"
 #include "base/WorkingFile.h"
 #include "model/EquationValues.h"
@@ -28,29 +29,9 @@ namespace tarvex {
 
 namespace {
 
-using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kSlice = 20ms;  // between two looks at the user's events
 constexpr const char* kOutputError = "Error reading model output file";
-
-// A directory that is gone at the end, with what is in it.
-class TrialDirectory {
- public:
-  TrialDirectory() : path_(Temporaries::createDirectory(WorkingFile::directory())) {}
-  ~TrialDirectory() {
-    std::error_code error;
-    if (!path_.empty()) std::filesystem::remove_all(path_, error);
-    Temporaries::forget(path_);
-  }
-  TrialDirectory(const TrialDirectory&) = delete;
-  TrialDirectory& operator=(const TrialDirectory&) = delete;
-
-  const std::string& path() const { return path_; }  // empty: none could be made
-
- private:
-  std::string path_;
-};
 
 std::string beginningOf(const std::string& path, std::size_t most) {
   std::ifstream in(path, std::ios::binary);
@@ -151,7 +132,7 @@ bool ModelTrial::writeSample(const std::string& path) {
 }
 
 bool ModelTrial::tryProgram() {
-  const TrialDirectory scratch;
+  const ScratchDirectory scratch;
   const std::string sample = scratch.path() + "/trial.sam";
   if (scratch.path().empty()) return fail("No directory can be made in " + WorkingFile::directory());
   if (!writeSample(sample)) return false;
@@ -181,7 +162,7 @@ bool ModelTrial::startProgram(const std::string& sample, const std::string& dire
   bool isStopped = false;
   while (process.poll() == ExternalProcess::State::Running && !isStopped) {
     isStopped = means_.serve && !means_.serve();
-    if (!isStopped) process.wait(kSlice);
+    if (!isStopped) process.wait(kEventSlice);
   }
   const ExternalProcess::State state = process.poll();
   if (isStopped) process.stop();
@@ -235,7 +216,7 @@ void ModelTrial::readLines(const std::string& path) {
 
 // On a copy: the user's workbook stays as it is.
 bool ModelTrial::tryWorkbook() {
-  const TrialDirectory scratch;
+  const ScratchDirectory scratch;
   const std::filesystem::path book = absolutePath(existingPath(choice_.outputFile));
   if (scratch.path().empty()) return fail("No directory can be made in " + WorkingFile::directory());
   ModelChoice copy = choice_;

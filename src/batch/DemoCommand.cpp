@@ -7,8 +7,7 @@
 #include "app/FrontEnd.h"
 #include "app/RunController.h"
 #include "app/ShareDirectory.h"
-#include "base/Temporaries.h"
-#include "base/WorkingFile.h"
+#include "base/ScratchDirectory.h"
 #include "batch/Commands.h"
 #include "demo/DemoComparison.h"
 #include "report/TimeReport.h"
@@ -17,24 +16,6 @@
 namespace tarvex {
 
 namespace {
-
-// A main directory for one case, gone with the object.
-class ScratchDirectory {
- public:
-  ScratchDirectory() { path_ = Temporaries::createDirectory(WorkingFile::directory()); }
-  ~ScratchDirectory() {
-    if (path_.empty()) return;
-    std::error_code error;
-    std::filesystem::remove_all(path_, error);
-    Temporaries::forget(path_);
-  }
-  ScratchDirectory(const ScratchDirectory&) = delete;
-  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 std::string unknownCase(const std::string& name) {
   std::string text = "There is no demonstration case '" + name + "'. The cases are:";

@@ -34,6 +34,7 @@ std::vector<double> meansOf(const FactorList& factors, const std::vector<std::st
   return means;
 }
 
+// The statistics of a sample have others: sums divided by n - 1.
 bool readMeans(const sampValues& samples, std::vector<double>& means) {
   const auto width = static_cast<std::size_t>(samples.columns());
   std::vector<double> row(width);

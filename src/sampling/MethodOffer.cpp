@@ -3,13 +3,13 @@
 #include <array>
 
 #include "factors/FactorList.h"
+#include "sampling/LpTauDirections.h"
 #include "sampling/SamplerFactory.h"
 
 namespace tarvex {
 
 namespace {
 
-constexpr std::int32_t kMaxSequenceFactors = 370;  // dimensions of the quasi-random sequence
 constexpr std::int32_t kAnyCount = 0x7fffffff;
 
 constexpr unsigned modes(std::initializer_list<CorrelationMode> accepted) {
@@ -39,8 +39,8 @@ constexpr std::array<Offer, kMethodCount> kOffers{{
     {kFixed,    kAllButStein,  1, kAnyCount},
     {kMorris,   kUncorrelated, 1, kAnyCount},
     {kFast,     kUncorrelated, 2, kAnyCount},
-    {kLpTau,    kUncorrelated, 1, kMaxSequenceFactors},
-    {kSobol,    kUncorrelated, 2, kMaxSequenceFactors},
+    {kLpTau,    kUncorrelated, 1, kLpTauDimensions},
+    {kSobol,    kUncorrelated, 2, kLpTauDimensions},
 }};
 
 constexpr std::array<const char*, 4> kCorrelationTexts{

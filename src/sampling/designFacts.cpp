@@ -4,6 +4,7 @@
 
 #include "factors/FactorList.h"
 #include "sampling/FastSampler.h"
+#include "sampling/LpTauDirections.h"
 #include "sampling/MorrisSampler.h"
 #include "sampling/RankOrdering.h"
 #include "sampling/RepLatinSampler.h"
@@ -15,8 +16,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr std::int32_t kMaxPointDimensions = 370;  // of the quasi-random sequence
-constexpr std::int32_t kMostNames = 5;             // that a sentence lists
+constexpr std::int32_t kMostNames = 5;  // that a sentence lists
 
 bool isPowerOfTwo(std::int32_t count) {
   return count > 0 && std::has_single_bit(static_cast<std::uint32_t>(count));
@@ -69,8 +69,8 @@ void addCorrelation(const Sampler& sampler, const FactorList& factors, Texts& ca
 }
 
 void addSequence(std::int32_t points, std::int64_t dimensions, Texts& cautions) {
-  if (dimensions > kMaxPointDimensions)
-    cautions.push_back("The sequence has " + std::to_string(kMaxPointDimensions) + " dimensions; this design takes " +
+  if (dimensions > kLpTauDimensions)
+    cautions.push_back("The sequence has " + std::to_string(kLpTauDimensions) + " dimensions; this design takes " +
                        std::to_string(dimensions) + " and can't be generated.");
   if (!isPowerOfTwo(points))
     cautions.push_back(std::to_string(points) + " points of the sequence aren't balanced: take a power of 2.");

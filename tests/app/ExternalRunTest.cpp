@@ -139,6 +139,14 @@ TEST_F(External, theSampleFileHoldsTheSampleInHand) {
   descriptors_ = test::openDescriptors();  // of another sample
 }
 
+TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
+  ASSERT_TRUE(run("echo '1\ny\ntime = no\n2\n1\n2' > model.out\n"));
+  EXPECT_EQ(controller_.analyse(AnalysisRequest()), Outcome::Refused);
+  EXPECT_EQ(frontEnd_.calls.back(),
+            "Error: The generated sample cardinality is different from model outputs size\n3 runs of the sample, 2 of "
+            "the results");
+}
+
 TEST_F(External, aLostModelIsTold) {
   frontEnd_.frame = [] { wait(nullptr); };  // somebody else takes the exit code
   EXPECT_FALSE(run("exit 0\n"));
