@@ -167,7 +167,7 @@ std::string gEquation() {
   int input = 0;
   for (const char* a : {"0", "1", "4.5", "9", "99", "99", "99", "99"}) {
     if (!text.empty()) text += " * ";
-    text += "(abs(4 * x" + std::to_string(++input) + " - 2) + " + a + ") / (1 + " + a + ")";
+    text += "(fabs(4 * x" + std::to_string(++input) + " - 2) + " + a + ") / (1 + " + a + ")";
   }
   return text;
 }

@@ -10,6 +10,7 @@
 #include "panels/main/PAbout.h"
 #include "panels/main/PLogFile.h"
 #include "panels/prep/PPrepMain.h"
+#include "panels/vels/ResultDesk.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/Display.h"
@@ -33,6 +34,7 @@ PMainPanel::PMainPanel(const Display& display, const QString& name, const QStrin
     : Panel(display, "PMainPanel", name, title),
       frontEnd_(display),
       controller_(std::make_unique<RunController>(frontEnd_, mainDirectory, RunController::CurrentDirectory::Follows)),
+      results_(std::make_unique<ResultDesk>(display, *controller_, window())),
       title_(title) {
   if (!hasPlace()) window()->resize(kWidth, kHeight);
   window()->setAcceptDrops(true);

@@ -16,6 +16,7 @@
 
 namespace tarvex {
 
+class ResultDesk;
 class RunController;
 enum class Step;
 
@@ -112,6 +113,7 @@ class PMainPanel : public Panel {
 
   PanelFrontEnd frontEnd_;
   std::unique_ptr<RunController> controller_;
+  std::unique_ptr<ResultDesk> results_;  // what shows samples and results, side by side
   ChangeNotifier::Subscription subscription_;
   UndoStack changes_;  // of settings, as long as the project is the same
   std::unique_ptr<ProjectGuard> guard_;
