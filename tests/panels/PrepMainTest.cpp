@@ -1,4 +1,6 @@
+#include <QAction>
 #include <QListWidget>
+#include <QTabWidget>
 
 #include "app/RunController.h"
 #include "factors/FactorFiles.h"
@@ -6,7 +8,11 @@
 #include "panels/main/PMainPanel.h"
 #include "panels/prep/POutputSelection.h"
 #include "panels/prep/PPrepMain.h"
-#include "toolkit/TableView.h"
+#include "panels/prep/definitionKinds.h"
+#include "sampling/Sampler.h"
+#include "sampling/SamplerFactory.h"
+#include "support/Golden.h"
+#include "toolkit/Tree.h"
 
 namespace tarvex {
 namespace {
@@ -42,6 +48,44 @@ class PrepMain : public test::PrepTest {
       if (list->item(i)->text() == method) list->setCurrentRow(i);
     panel_->call("specify");
     takeShown();
+  }
+  // What the project is saved as.
+  std::string bytes(PMainPanel& main) {
+    EXPECT_EQ(main.controller().saveProjectAs(file("p.psc")), Outcome::Done);
+    return test::readFile(file("p.psc"));
+  }
+  // Changes whatever can be changed in the window.
+  static void disturb(QWidget& window) {
+    for (auto* const list : window.findChildren<QComboBox*>()) {
+      if (!list->isEnabled() || list->objectName() == "ODistType") continue;
+      list->setCurrentIndex(list->count() - 1);
+      Q_EMIT list->activated(list->currentIndex());
+    }
+    for (auto* const field : window.findChildren<QLineEdit*>())
+      if (field->isEnabled() && !field->isReadOnly() && field->property("callback").isValid() &&
+          field->objectName() != "TSearch")
+        type(window, {{field->objectName().toLatin1(), field->objectName() == "TName" ? "other" : "7"}});
+    for (auto* const table : window.findChildren<TableView*>())
+      static_cast<void>(table->model()->setData(table->model()->index(0, 0), "other"));  // where it is for typing
+  }
+  // By a button, a menu item, or an item of a tree.
+  static void open(QWidget& window, const char* name) {
+    auto* const found = window.findChild<QObject*>(name);
+    ASSERT_NE(found, nullptr) << name;
+    if (auto* const action = qobject_cast<QAction*>(found)) return action->trigger();
+    if (auto* const button = qobject_cast<QAbstractButton*>(found)) return button->click();
+    window.findChild<QTabWidget*>("NoCorrelation")->setCurrentIndex(0);
+    auto* const tree = static_cast<Tree*>(found);
+    tree->setCurrent(0);
+    tree->setFocus();
+    QTest::keyClick(tree, Qt::Key_Return);
+  }
+  enum Leaving { kOk, kCancel, kEscape, kClose, kWays };
+  static void leave(QWidget& window, int way) {
+    auto* const button = window.findChild<QAbstractButton*>(way == kOk ? "BOk" : "BCancel");
+    if (way == kEscape) QTest::keyClick(&window, Qt::Key_Escape);
+    if (way <= kCancel && button != nullptr) button->click();
+    if (window.isVisible()) window.close();
   }
 
   std::unique_ptr<PPrepMain> panel_;
@@ -131,16 +175,9 @@ TEST_F(PrepMain, TheFormatIsTakenAndDemonstrationsAreForReading) {
   EXPECT_TRUE(sensitive("BModify") && sensitive("BVisualize"));
 }
 
-TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFileAndACancelLeavesIt) {
+TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFile) {
   display_.keepIn(QString::fromStdString(file("desktop.ini")));
   PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
-  const auto truncate = [this](QWidget& factors, const char* left) {
-    whenShown("Truncation", [left](QWidget& window) {
-      type(window, {{"NLeftTrunc", left}});
-      click(window, "BOk");
-    });
-    factors.findChild<QAction*>("ATruncation")->trigger();
-  };
   whenShown("PrepMain", [&](QWidget& window) {
     whenShown("InputFactors", [&](QWidget& factors) {
       whenShown("Normal Distribution", [](QWidget& normal) {
@@ -148,7 +185,11 @@ TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFileAndACancelLeavesIt) {
         click(normal, "BOk");
       });
       click(factors, "BAdd");
-      truncate(factors, "0.05");
+      whenShown("Truncation", [](QWidget& defaults) {
+        type(defaults, {{"NLeftTrunc", "0.05"}});
+        click(defaults, "BOk");
+      });
+      factors.findChild<QAction*>("ATruncation")->trigger();
       click(factors, "BOk");
     });
     click(window, "BCreate");
@@ -173,43 +214,85 @@ TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFileAndACancelLeavesIt) {
   main.call("redo");
   EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.05);
 
-  const auto bytes = [&] {
-    EXPECT_EQ(main.controller().saveProjectAs(file("p.psc")), Outcome::Done);
-    return test::readFile(file("p.psc"));
-  };
-  const std::string before = bytes();
+  // A file of factors brings its own defaults, which go with it.
+  const std::string before = bytes(main);
   std::string problem;
   ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.2, 0.8));
   ASSERT_TRUE(saveFactorFile(file("y.fac"), *normals(3), problem)) << problem;
   ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.05, 0.999));
-  whenShown("PrepMain", [&](QWidget& window) {
-    EXPECT_EQ(window.findChild<QLabel*>("MlMethodInfo")->text(), "Currently selected: Random");
-    for (const char* const end : {"BCancel", "BOk"}) {
-      whenShown("InputFactors", [&](QWidget& factors) {
-        whenShown("Normal Distribution", [](QWidget& normal) { click(normal, "BCancel"); });
-        click(factors, "BModify");
-        truncate(factors, "0.3");
-        auto* const grid = factors.findChild<TableView*>("MaFactors");
-        EXPECT_TRUE(grid->model()->setData(grid->model()->index(0, 0), "other"));
-        dialogs_.answers = {true};
-        dialogs_.files = {file("y.fac")};
-        click(factors, "BOpen");
-        click(factors, end);
-      });
-      click(window, "BModify");
-    }
-    dialogs_.files = {file("y.fac")};
-    click(window, "BInputSelection");
-    click(window, "BCancel");
-  });
-  main.call("configure");
-  EXPECT_EQ(bytes(), before);
-  // A file of factors brings its own defaults, which go with it.
   main.openFile(QString::fromStdString(file("y.fac")));
   EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.2);
   main.call("undo");
-  EXPECT_EQ(bytes(), before);
+  EXPECT_EQ(bytes(main), before);
   takeShown();
+}
+
+// However the last panel of a way is left, whatever was changed in it and in those above: a cancel above leaves all.
+TEST_F(PrepMain, ACancelAtEveryPanelLeavesTheProjectsBytes) {
+  using Way = std::vector<std::pair<const char*, const char*>>;  // what opens a panel, and its name
+  struct Row {
+    const char* factors;
+    Way way;
+    int selected = 0;  // of the factors, or of the methods
+    int leaving = -1;  // -1: in each way
+  };
+  const Way list{{"BModify", "InputFactors"}};
+  const auto below = [&list](const char* opens, const char* name) { return Way{list.front(), {opens, name}}; };
+  std::vector<Row> rows{{"kinds.fac", list},
+                        {"kinds.fac", {{"BCreate", "InputFactors"}}},
+                        {"kinds.fac", {{"BSetting", "OutSelection"}}},
+                        {"kinds.fac", {{"BVisualize", "VisInputFactors"}}},
+                        {"kinds.fac", below("ATruncation", "Truncation")},
+                        {"kinds.fac", below("BVisualize", "Graphics")},
+                        {"stein.fac", below("BCorrelate", "Correlation")},
+                        {"tree.fac", {list.front(), {"BCorrelate", "Correlation"}, {"TrCorrelation", "CorrVal"}}},
+                        {"mixed.fac", {{"BSpecify", "Fast"}, {"BNewGroup", "selGroup"}}, 4}};
+  const char* const methods[] = {"Random", "Latin", "Fixed", "Morris", "Fast", "LpTau", "Sobol"};
+  for (int i = 0; i < 7; ++i) rows.push_back({"mixed.fac", {{"BSpecify", methods[i]}}, i, i % kWays});
+  rows.push_back({"matrix.fac", {{"BSpecify", "Replicated Latin Hypercube"}}, 2});
+  FactorList kinds;
+  std::string problem;
+  ASSERT_TRUE(loadFactorFile(test::goldenPath("kinds.fac"), kinds, problem)) << problem;
+  for (int i = 0; i < kinds.factorCount(); ++i)
+    rows.push_back({"kinds.fac", below("BModify", definitionKind(kinds.factor(i).typeName).name), i, i % kWays});
+
+  display_.keepIn(QString::fromStdString(file("desktop.ini")));
+  PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
+  int left = 0;
+  std::function<void(QWidget&, const Row&, std::size_t, int)> visit = [&](QWidget& window, const Row& row,
+                                                                          std::size_t depth, int leaving) {
+    disturb(window);
+    if (auto* const all = window.findChild<QListWidget*>("SlMethods")) all->setCurrentRow(row.selected);
+    if (auto* const grid = window.findChild<TableView*>("MaFactors")) grid->selectRow(row.selected);
+    if (depth < row.way.size()) {
+      dialogs_.texts = {"group"};
+      whenShown(row.way[depth].second, [&, depth](QWidget& next) { visit(next, row, depth + 1, leaving); });
+      open(window, row.way[depth].first);
+    }
+    leave(window, depth == row.way.size() ? leaving : kCancel);
+    ++left;
+  };
+  std::string shown;
+  std::string before;
+  for (const Row& row : rows)
+    for (int leaving = 0; leaving < kWays; ++leaving) {
+      if (row.leaving != -1 && row.leaving != leaving) continue;
+      SCOPED_TRACE(std::string(row.factors) + ' ' + row.way.back().second + std::to_string(leaving));
+      if (shown != row.factors) {
+        PrepSettings settings;
+        ASSERT_TRUE(loadFactorFile(test::goldenPath(row.factors), settings.factors, problem)) << problem;
+        settings.sampler = makeSampler(kLatin);
+        settings.sampleFile = file("x.sam");
+        main.acceptPrep(std::move(settings), "factors");
+        shown = row.factors;
+        before = bytes(main);
+      }
+      left = 0;
+      whenShown("PrepMain", [&](QWidget& window) { visit(window, row, 0, leaving); });
+      main.call("configure");
+      EXPECT_EQ(static_cast<std::size_t>(left), row.way.size() + 1) << testing::PrintToString(takeShown());
+      EXPECT_EQ(bytes(main), before);
+    }
 }
 
 }  // namespace
