@@ -10,14 +10,12 @@ bool isCorrelation(double value) {
   return value >= -1.0 && value <= 1.0;
 }
 
-// The unit matrix of one order more than that of `matrix`, whose cells it takes over.
-std::vector<float> grown(const std::vector<float>& matrix, std::size_t order) {
-  const std::size_t newOrder = order + 1;
+// The unit matrix of that order, but for the cells of `matrix`, which come first.
+std::vector<float> grown(const std::vector<float>& matrix, std::size_t order, std::size_t newOrder) {
   std::vector<float> result(newOrder * newOrder, 0.0F);
-  for (std::size_t row = 0; row < order; ++row) {
+  for (std::size_t i = 0; i < newOrder; ++i) result[i * (newOrder + 1)] = 1.0F;
+  for (std::size_t row = 0; row < order; ++row)
     std::copy_n(matrix.data() + row * order, order, result.data() + row * newOrder);
-  }
-  result.back() = 1.0F;
   return result;
 }
 
@@ -67,9 +65,6 @@ std::int32_t FactorList::isConstant(std::int32_t i) const {
 }
 
 void FactorList::addFactor(std::unique_ptr<Factor> factor, CorrelationNode node) {
-  if (factor->isStochastic() && !matrix_.empty()) {
-    matrix_ = grown(matrix_, matrixOrder_++);
-  }
   factors_.push_back(std::move(factor));
   nodes_.push_back(std::move(node));
 }
@@ -94,17 +89,19 @@ bool FactorList::link(std::int32_t child, std::int32_t parent, double correlatio
   return true;
 }
 
+// The matrix holds the rows of the first factors, up to one that is correlated: those added since are still as in a
+// unit matrix, so that many are added in no time.
 float FactorList::matrixAt(std::int32_t row, std::int32_t column) const {
-  if (matrix_.empty()) return row == column ? 1.0F : 0.0F;
+  if (static_cast<std::size_t>(std::max(row, column)) >= matrixOrder_) return row == column ? 1.0F : 0.0F;
   return matrix_[matrixPlace(row, column)];
 }
 
 bool FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlation) {
   if (!isCorrelation(correlation) || (row == column && correlation != 1.0F)) return false;
-  if (matrix_.empty()) {
-    matrixOrder_ = static_cast<std::size_t>(correlatableCount());
-    matrix_.assign(matrixOrder_ * matrixOrder_, 0.0F);
-    for (std::size_t i = 0; i < matrixOrder_; ++i) matrix_[i * (matrixOrder_ + 1)] = 1.0F;
+  if (static_cast<std::size_t>(std::max(row, column)) >= matrixOrder_) {
+    const auto order = static_cast<std::size_t>(correlatableCount());
+    matrix_ = grown(matrix_, matrixOrder_, order);
+    matrixOrder_ = order;
   }
   matrix_[matrixPlace(row, column)] = correlation;
   matrix_[matrixPlace(column, row)] = correlation;

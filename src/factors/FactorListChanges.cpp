@@ -21,7 +21,7 @@ void FactorList::takeMatrixRows(const std::vector<std::int32_t>& rows) {
   for (std::size_t row = 0; row < order; ++row)
     for (std::size_t column = 0; column < order; ++column) {
       const bool known = rows[row] >= 0 && rows[column] >= 0;
-      taken[row * order + column] = row == column ? 1.0F : known ? matrix_[matrixPlace(rows[row], rows[column])] : 0.0F;
+      taken[row * order + column] = row == column ? 1.0F : known ? matrixAt(rows[row], rows[column]) : 0.0F;
     }
   matrix_ = std::move(taken);
   matrixOrder_ = order;
@@ -102,8 +102,9 @@ bool FactorList::renameFactor(std::int32_t i, const std::string& name, std::stri
 bool FactorList::isCorrelated(std::int32_t i) const {
   if (isCorrelatable(i) != 1) return false;
   if (correlationMode == kDependenceTree) return node(i).parent != -1 || !node(i).children.empty();
-  if (correlationMode != kImanConover || matrix_.empty()) return false;
-  const float* const cells = matrix_.data() + matrixPlace(matrixRowOf(i), 0);
+  const std::int32_t row = matrixRowOf(i);
+  if (correlationMode != kImanConover || static_cast<std::size_t>(row) >= matrixOrder_) return false;
+  const float* const cells = matrix_.data() + matrixPlace(row, 0);
   return std::count_if(cells, cells + matrixOrder_, [](float cell) { return cell != 0.0F; }) > 1;
 }
 

@@ -5,6 +5,13 @@
 #include "correlation/importStein.h"
 
 namespace tarvex {
+namespace {
+
+bool standsBefore(const CorrelationCell& one, const CorrelationCell& other) {
+  return one.row != other.row ? one.row < other.row : one.column < other.column;
+}
+
+}  // namespace
 
 CorrelationDraft::CorrelationDraft(const FactorList& factors)
     : mode(factors.correlationMode), factors_(&factors), stein_(std::shared_ptr<void>(), &factors) {
@@ -13,11 +20,11 @@ CorrelationDraft::CorrelationDraft(const FactorList& factors)
     nodes_.push_back(factors.node(i));
     inTree_.push_back(nodes_.back().parent != kNoParentFactor || !nodes_.back().children.empty());
   }
-  std::vector<float> matrix;
-  matrix.reserve(places_.size() * places_.size());
+  std::vector<CorrelationCell> pairs;
   for (int row = 0; row < order(); ++row)
-    for (int column = 0; column < order(); ++column) matrix.push_back(factors.matrixAt(row, column));
-  setMatrix(std::move(matrix));
+    for (int column = row + 1; column < order(); ++column)
+      if (const float value = factors.matrixAt(row, column); value != 0.0F) pairs.push_back({row, column, value});
+  pairs_ = std::make_shared<const std::vector<CorrelationCell>>(std::move(pairs));
 }
 
 QStringList CorrelationDraft::names() const {
@@ -69,30 +76,48 @@ int CorrelationDraft::links() const {
 }
 
 float CorrelationDraft::at(int row, int column) const {
-  return (*matrix_)[static_cast<std::size_t>(row) * places_.size() + static_cast<std::size_t>(column)];
+  if (row == column) return 1.0F;
+  const CorrelationCell cell{std::min(row, column), std::max(row, column)};
+  const auto found = std::ranges::lower_bound(*pairs_, cell, standsBefore);
+  return found != pairs_->end() && !standsBefore(cell, *found) ? found->value : 0.0F;
 }
 
 void CorrelationDraft::setCells(const std::vector<CorrelationCell>& cells) {
-  std::vector<float> matrix = *matrix_;
-  for (const CorrelationCell& cell : cells) {
-    const auto row = static_cast<std::size_t>(cell.row);
-    const auto column = static_cast<std::size_t>(cell.column);
-    matrix[row * places_.size() + column] = cell.value;
-    matrix[column * places_.size() + row] = cell.value;
+  std::vector<CorrelationCell> all = *pairs_;
+  for (const CorrelationCell& cell : cells)
+    all.push_back({std::min(cell.row, cell.column), std::max(cell.row, cell.column), cell.value});
+  std::ranges::stable_sort(all, standsBefore);
+  std::vector<CorrelationCell> pairs;
+  for (const CorrelationCell& cell : all) {
+    if (!pairs.empty() && !standsBefore(pairs.back(), cell)) pairs.pop_back();
+    pairs.push_back(cell);
   }
-  setMatrix(std::move(matrix));
+  std::erase_if(pairs, [](const CorrelationCell& cell) { return cell.value == 0.0F; });
+  pairs_ = std::make_shared<const std::vector<CorrelationCell>>(std::move(pairs));
 }
 
-int CorrelationDraft::correlatedPairs() const {
-  int pairs = 0;
+std::vector<int> CorrelationDraft::correlatedRows() const {
+  std::vector<bool> holds(places_.size());
+  for (const CorrelationCell& cell : *pairs_)
+    holds[static_cast<std::size_t>(cell.row)] = holds[static_cast<std::size_t>(cell.column)] = true;
+  std::vector<int> rows;
   for (int row = 0; row < order(); ++row)
-    for (int column = 0; column < row; ++column) pairs += at(row, column) != 0.0F ? 1 : 0;
-  return pairs;
+    if (holds[static_cast<std::size_t>(row)]) rows.push_back(row);
+  return rows;
 }
 
-bool CorrelationDraft::importStein(const std::string& path, std::string& message) {
+std::vector<float> CorrelationDraft::matrixOf(const std::vector<int>& rows) const {
+  std::vector<float> matrix;
+  matrix.reserve(rows.size() * rows.size());
+  for (const int row : rows)
+    for (const int column : rows) matrix.push_back(at(row, column));
+  return matrix;
+}
+
+bool CorrelationDraft::importStein(const std::string& path, std::string& message, const Progress& progress) {
   const auto list = std::make_shared<FactorList>();
-  if (!list->copyFrom(*factors_, message) || !tarvex::importStein(path, kSteinAttach, *list, message)) return false;
+  if (!list->copyFrom(*factors_, message) || !tarvex::importStein(path, kSteinAttach, *list, message, progress))
+    return false;
   stein_ = list;
   mode = kSteinSample;
   return true;
@@ -113,9 +138,9 @@ bool CorrelationDraft::applyTo(FactorList& list, std::string& message) const {
   for (const int place : places_)
     for (const std::int32_t child : node(place).children)
       taken = copy.link(child, place, node(child).correlation) && taken;
-  for (int row = 0; row < order(); ++row)
-    for (int column = 0; column < row; ++column)
-      if (copy.matrixAt(row, column) != at(row, column)) taken = copy.setMatrix(row, column, at(row, column)) && taken;
+  for (const CorrelationCell& cell : *CorrelationDraft(list).pairs())
+    if (at(cell.row, cell.column) == 0.0F) taken = copy.setMatrix(cell.row, cell.column, 0.0F) && taken;
+  for (const CorrelationCell& cell : *pairs_) taken = copy.setMatrix(cell.row, cell.column, cell.value) && taken;
   if (!taken) {
     message = "The correlations don't belong to these factors.";
     return false;

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Progress.h"
 #include "factors/FactorList.h"
 
 namespace tarvex {
@@ -47,19 +48,24 @@ class CorrelationDraft {
   void takeOut(int place);
   int links() const;
 
-  // The matrix.
+  // The matrix. A list may have thousands of factors, of which few are correlated: what takes memory and time are those
+  // few, and not the square of all.
   int order() const { return static_cast<int>(places_.size()); }
   float at(int row, int column) const;
-  const std::shared_ptr<const std::vector<float>>& matrix() const { return matrix_; }
+  // The pairs that are correlated, each once; another object after each change.
+  const std::shared_ptr<const std::vector<CorrelationCell>>& pairs() const { return pairs_; }
+  // The last of several numbers for a pair counts; 0 takes the correlation away.
   void setCells(const std::vector<CorrelationCell>& cells);
-  void setMatrix(std::vector<float> matrix) { matrix_ = std::make_shared<const std::vector<float>>(std::move(matrix)); }
-  int correlatedPairs() const;
+  // The rows that hold a correlation, and the matrix of these alone, by row. It says whether the whole is valid: the
+  // other rows are those of a unit matrix.
+  std::vector<int> correlatedRows() const;
+  std::vector<float> matrixOf(const std::vector<int>& rows) const;
 
   // The Stein sample, with the name of its file, in a list of the same factors.
   const FactorList& stein() const { return *stein_; }
   const std::shared_ptr<const FactorList>& sharedStein() const { return stein_; }
   // Reads another sample and chooses its correlation. On false the draft is as it was, and the message is the system's.
-  [[nodiscard]] bool importStein(const std::string& path, std::string& message);
+  [[nodiscard]] bool importStein(const std::string& path, std::string& message, const Progress& progress = {});
 
   // Gives a list of these factors the correlations. On false the list is as it was.
   [[nodiscard]] bool applyTo(FactorList& list, std::string& message) const;
@@ -72,7 +78,7 @@ class CorrelationDraft {
   std::vector<int> places_;
   std::vector<CorrelationNode> nodes_;
   std::vector<bool> inTree_;
-  std::shared_ptr<const std::vector<float>> matrix_;  // by row
+  std::shared_ptr<const std::vector<CorrelationCell>> pairs_;  // by row, then by column, which is above the row
   std::shared_ptr<const FactorList> stein_;
 };
 

@@ -231,7 +231,7 @@ QString PCorrelation::situation() {
   if (draft_.mode == kDependenceTree) return QString("Links in the tree: %1.").arg(draft_.links());
   if (draft_.mode == kImanConover) {
     const int order = draft_.order();
-    return QString("%1 of %2 pairs are correlated.").arg(draft_.correlatedPairs()).arg(order * (order - 1) / 2);
+    return QString("%1 of %2 pairs are correlated.").arg(draft_.pairs()->size()).arg(order * (order - 1) / 2);
   }
   return demo_ ? "The factors are independent."
                : "The factors are independent. Type a number into the matrix, or drag factors into the tree.";

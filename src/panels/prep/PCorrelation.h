@@ -71,7 +71,7 @@ class PCorrelation : public Panel {
   bool cellIsTaken();
   void checkValue();
   void nearest();
-  bool findNearest(std::vector<float>& matrix);
+  bool findNearest(const std::vector<float>& matrix, std::vector<float>& nearest);
   void judge();
   void saveCorrTable();
 
@@ -100,13 +100,13 @@ class PCorrelation : public Panel {
   std::shared_ptr<CorrelationTable> table_;
   std::shared_ptr<SteinTable> stein_;
   std::shared_ptr<const FactorList> shownStein_;
-  std::int32_t opened_;                               // the mode of the list
-  TreeDrop drop_;                                     // held or dropped last
-  bool onTree_ = false;                               // where
-  QString refusedCell_;                               // why a cell was refused, until it is told
-  bool busy_ = false;                                 // at work on the nearest matrix,
-  bool stopped_ = false;                              // which the user has stopped
-  std::shared_ptr<const std::vector<float>> judged_;  // the matrix that the next two are of
+  std::int32_t opened_;                                         // the mode of the list
+  TreeDrop drop_;                                               // held or dropped last
+  bool onTree_ = false;                                         // where
+  QString refusedCell_;                                         // why a cell was refused, until it is told
+  bool busy_ = false;                                           // at work on the nearest matrix,
+  bool stopped_ = false;                                        // which the user has stopped
+  std::shared_ptr<const std::vector<CorrelationCell>> judged_;  // of the matrix that the next two are of
   bool valid_ = true;
   double smallest_ = 0.0;  // eigenvalue of one that isn't valid
 };

@@ -19,6 +19,7 @@
 #include "correlation/ImanConover.h"
 #include "correlation/nearestCorrelation.h"
 #include "correlation/rankCorrelation.h"
+#include "panels/main/PanelWork.h"
 #include "panels/prep/CorrelationTable.h"
 #include "panels/prep/PCorrelation.h"
 #include "panels/prep/correlationCells.h"
@@ -47,11 +48,14 @@ FileChoice fileChoice(const char* title, FileChoice::Purpose purpose) {
 // The matrix.
 
 void PCorrelation::judge() {
-  if (judged_ == draft_.matrix()) return;
-  judged_ = draft_.matrix();
-  valid_ = ImanConover(*judged_, draft_.order()).isValid();
+  if (judged_ == draft_.pairs()) return;
+  judged_ = draft_.pairs();
+  const std::vector<int> rows = draft_.correlatedRows();
+  const std::vector<float> matrix = draft_.matrixOf(rows);
+  const auto order = static_cast<std::int32_t>(rows.size());
+  valid_ = rows.empty() || ImanConover(matrix, order).isValid();
   // Where it can't be had the matrix is refused all the same.
-  if (!valid_ && !smallestEigenvalue(*judged_, draft_.order(), smallest_)) smallest_ = 0.0;
+  if (!valid_ && !smallestEigenvalue(matrix, order, smallest_)) smallest_ = 0.0;
 }
 
 QString PCorrelation::edit(int row, int column, const QString& text) {
@@ -124,7 +128,7 @@ void PCorrelation::checkValue() {
 }
 
 // Some seconds for hundreds of factors: meanwhile Esc, and nothing else, works.
-bool PCorrelation::findNearest(std::vector<float>& matrix) {
+bool PCorrelation::findNearest(const std::vector<float>& matrix, std::vector<float>& nearest) {
   auto* const view = gadget<TableView>("MaCorrelations");
   const auto allowWork = [this](bool allowed) {
     for (const char* const part : {"centre", "MnMenu"}) gadget<QWidget>(part)->setEnabled(allowed);
@@ -141,7 +145,8 @@ bool PCorrelation::findNearest(std::vector<float>& matrix) {
     served.restart();
     return !stopped_;
   });
-  const bool found = nearestCorrelation(*draft_.matrix(), draft_.order(), matrix, progress);
+  const auto order = static_cast<std::int32_t>(draft_.correlatedRows().size());
+  const bool found = nearestCorrelation(matrix, order, nearest, progress);
   allowWork(true);
   busy_ = false;
   view->setFocus();
@@ -151,14 +156,22 @@ bool PCorrelation::findNearest(std::vector<float>& matrix) {
 }
 
 void PCorrelation::nearest() {
-  std::vector<float> matrix;
-  if (!cellIsTaken() || !findNearest(matrix)) return;
+  if (!cellIsTaken()) return;
+  const std::vector<int> rows = draft_.correlatedRows();
+  const std::vector<float> matrix = draft_.matrixOf(rows);
+  std::vector<float> nearest;
+  if (!findNearest(matrix, nearest)) return;
   float change = 0.0F;
-  for (std::size_t i = 0; i < matrix.size(); ++i)
-    change = std::max(change, std::abs(matrix[i] - (*draft_.matrix())[i]));
+  std::vector<CorrelationCell> cells;
+  for (std::size_t i = 0; i < nearest.size(); ++i) {
+    const std::size_t row = i / rows.size();
+    const std::size_t column = i % rows.size();
+    if (column > row) cells.push_back({rows[row], rows[column], nearest[i]});
+    change = std::max(change, std::abs(nearest[i] - matrix[i]));
+  }
   CorrelationDraft after = draft_;
   after.mode = kImanConover;
-  after.setMatrix(std::move(matrix));
+  after.setCells(cells);
   enter("Nearest valid matrix", after);
   checkValue();
   say(QString("This matrix is valid. No number has moved by more than %1.")
@@ -193,7 +206,13 @@ void PCorrelation::steinCorr() {
   if (!chosen) return;
   CorrelationDraft after = draft_;
   std::string message;
-  if (!after.importStein(chosen->path.toStdString(), message)) return tell("Error", QString::fromStdString(message));
+  bool taken = false;
+  {
+    const PanelWork work(display(), "Reading a Stein sample", window());
+    taken = after.importStein(chosen->path.toStdString(), message, work.progress());
+    if (work.stopped()) return say("Stopped: nothing was imported.");
+  }
+  if (!taken) return tell("Error", QString::fromStdString(message));
   enter("Import " + chosen->path.section('/', -1), after);
 }
 

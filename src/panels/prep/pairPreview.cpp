@@ -63,11 +63,14 @@ bool previewPair(const CorrelationDraft& draft, int first, int second, PairPrevi
       return previewLink(draft, firstPlace, secondPlace, *one, *other, preview, message);
     case kSteinSample:
       return previewStein(draft, first, second, *one, *other, preview, message);
-    case kImanConover:
+    case kImanConover: {
+      const std::vector<int> rows = draft.correlatedRows();
       message = kNotDefinite;
-      if (!ImanConover(*draft.matrix(), draft.order()).isValid()) return false;
+      if (!rows.empty() && !ImanConover(draft.matrixOf(rows), static_cast<std::int32_t>(rows.size())).isValid())
+        return false;
       preview.asked = static_cast<double>(draft.at(first, second));
       break;
+    }
     default:
       break;
   }
