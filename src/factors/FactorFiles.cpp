@@ -10,8 +10,8 @@
 
 namespace tarvex {
 
-bool loadFactorFile(const std::string& path, FactorList& list, std::string& message) {
-  TextReader in = TextReader::fromFile(path);
+bool loadFactorFile(const std::string& path, FactorList& list, std::string& message, const Progress& progress) {
+  TextReader in = TextReader::fromFile(path, progress);
   if (in.fail()) {
     message = withProblem("Error opening factors file", in);
     return false;
@@ -25,8 +25,11 @@ bool loadFactorFile(const std::string& path, FactorList& list, std::string& mess
   return true;
 }
 
-bool saveFactorFile(const std::string& path, const FactorList& list, std::string& message) {
+bool saveFactorFile(const std::string& path, const FactorList& list, std::string& message, const Progress& progress) {
+  constexpr std::uint64_t kCell = 2;  // bytes, of the matrix, which is most of a long list
+  const auto order = static_cast<std::uint64_t>(list.correlatableCount());
   TextWriter out(path);
+  out.watch(progress, order * order * kCell);
   list.write(out);
   if (!out.commit()) {
     message = withProblem("Error opening file for output", out);

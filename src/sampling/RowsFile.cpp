@@ -69,8 +69,8 @@ bool readRow(const std::vector<std::string>& fields, const std::vector<std::int3
 }  // namespace
 
 bool readRowsFile(const std::string& path, const FactorList& factors, std::vector<std::vector<double>>& rows,
-                  std::string& message) {
-  TextReader in = TextReader::fromFile(path);
+                  std::string& message, const Progress& progress) {
+  TextReader in = TextReader::fromFile(path, progress);
   std::string line;
   if (in.fail() || !in.readLine(line, kLineLimit)) {
     message = in.problem();

@@ -37,14 +37,6 @@ class CorrelationPanelTest : public PrepTest {
     QCoreApplication::processEvents();
     return takeShown();
   }
-  // By the keyboard, over what stands there.
-  static void typeCell(TableView& view, int row, int column, const char* text) {
-    view.setFocus();
-    view.setCurrentIndex(view.model()->index(row, column));
-    QTest::keyClick(&view, Qt::Key_F2);
-    QTest::keyClicks(view.window()->focusWidget(), text);
-    QTest::keyClick(view.window()->focusWidget(), Qt::Key_Return);
-  }
   // The pairs of the matrix that are correlated.
   std::string numbers() {
     std::string text;
@@ -89,20 +81,6 @@ class CorrelationPanelTest : public PrepTest {
     QCoreApplication::sendEvent(to.viewport(), &drop);
     QCoreApplication::processEvents();
     return takeShown();
-  }
-  // Types the value where the next panel asks for one, and leaves that by Esc when it is refused.
-  void answerValue(const char* value) {
-    whenShown("CorrVal", [value](QWidget& window) {
-      QTest::keyClicks(window.focusWidget(), value);
-      QTest::keyClick(window.focusWidget(), Qt::Key_Return);
-      if (window.isVisible()) QTest::keyClick(&window, Qt::Key_Escape);
-    });
-  }
-  // A button's letter, once the window has the keyboard again.
-  static void press(QWidget& window, Qt::Key letter) {
-    window.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(&window, letter, Qt::AltModifier);
   }
   // What is shown by ok, and whether the panel was left with acceptance.
   std::pair<Texts, bool> ok() {

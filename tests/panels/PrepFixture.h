@@ -22,6 +22,7 @@
 #include "support/TextFiles.h"
 #include "toolkit/Display.h"
 #include "toolkit/Panel.h"
+#include "toolkit/TableView.h"
 
 namespace tarvex::test {
 
@@ -78,6 +79,28 @@ class PrepTest : public testing::Test {
       }
     });
     timer->start(1);
+  }
+  // A button's letter, once the window has the keyboard again.
+  static void pressLetter(QWidget& window, Qt::Key letter) {
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, letter, Qt::AltModifier);
+  }
+  // By the keyboard, over what stands in the cell.
+  static void typeCell(TableView& view, int row, int column, const char* text) {
+    view.setFocus();
+    view.setCurrentIndex(view.model()->index(row, column));
+    QTest::keyClick(&view, Qt::Key_F2);
+    QTest::keyClicks(view.window()->focusWidget(), text);
+    QTest::keyClick(view.window()->focusWidget(), Qt::Key_Return);
+  }
+  // Types the value where the next panel asks for a correlation, and leaves that by Esc when it is refused.
+  void answerValue(const char* value) {
+    whenShown("CorrVal", [value](QWidget& window) {
+      QTest::keyClicks(window.focusWidget(), value);
+      QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+      if (window.isVisible()) QTest::keyClick(&window, Qt::Key_Escape);
+    });
   }
   // A list of normal factors x1, x2, ...
   static std::shared_ptr<FactorList> normals(int count, CorrelationMode mode = kNoCorrelation) {

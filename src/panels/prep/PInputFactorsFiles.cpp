@@ -7,6 +7,7 @@
 
 #include "correlation/importStein.h"
 #include "factors/FactorFiles.h"
+#include "panels/main/PanelWork.h"
 #include "panels/prep/FactorEditing.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/PTruncation.h"
@@ -21,6 +22,7 @@ namespace tarvex {
 namespace {
 
 constexpr const char* kOpenTitle = "Open the list of factors file:";
+constexpr const char* kReading = "Reading factors";
 
 }  // namespace
 
@@ -47,7 +49,13 @@ void PInputFactors::open() {
   if (!chosen) return;
   FactorList loaded;
   std::string message;
-  if (!loadFactorFile(chosen->path.toStdString(), loaded, message)) {
+  bool taken = false;
+  {
+    const PanelWork work(display(), kReading, window());
+    taken = loadFactorFile(chosen->path.toStdString(), loaded, message, work.progress());
+    if (work.stopped()) return say("Stopped: the list stays.");
+  }
+  if (!taken) {
     static_cast<void>(done(false, "Error",
                            "Error opening factors file. Current data may be inconsistent or corrupt. "
                            "Resetting Factors\n" +
@@ -66,7 +74,15 @@ bool PInputFactors::saveList() {
                                      {{"*.fac", "factor files"}}, "fac", window());
   if (!chosen) return false;
   std::string message;
-  const bool saved = saveFactorFile(chosen->path.toStdString(), list(), message);
+  bool saved = false;
+  {
+    const PanelWork work(display(), "Writing factors", window());
+    saved = saveFactorFile(chosen->path.toStdString(), list(), message, work.progress());
+    if (work.stopped()) {
+      say("Stopped: what was saved before stays.");
+      return false;
+    }
+  }
   if (!done(saved, "Write error",
             "  Error writing output file\n " + chosen->path + '\n' + QString::fromStdString(message)))
     return false;
@@ -95,7 +111,12 @@ void PInputFactors::impStein() {
     return;
   FactorList imported;
   std::string message;
-  const bool taken = importStein(chosen->path.toStdString(), kSteinReplace, imported, message);
+  bool taken = false;
+  {
+    const PanelWork work(display(), "Reading a Stein sample", window());
+    taken = importStein(chosen->path.toStdString(), kSteinReplace, imported, message, work.progress());
+    if (work.stopped()) return say("Stopped: nothing was imported.");
+  }
   if (done(taken, "Error", QString::fromStdString(message)))
     editing_->take("Import " + chosen->path.section('/', -1), std::move(imported));
 }

@@ -9,6 +9,7 @@
 
 #include "factors/FactorFiles.h"
 #include "panels/help/PQuickHelp.h"
+#include "panels/main/PanelWork.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/POutputSelection.h"
 #include "panels/prep/PVisInputFactors.h"
@@ -120,8 +121,13 @@ void PPrepMain::inputSelection() {
   if (!chosen) return;
   FactorList loaded;
   std::string message;
-  if (!loadFactorFile(chosen->path.toStdString(), loaded, message))
-    return fail("Error", "Error reading factors file\n" + QString::fromStdString(message));
+  bool taken = false;
+  {
+    const PanelWork work(display(), "Reading factors", window());
+    taken = loadFactorFile(chosen->path.toStdString(), loaded, message, work.progress());
+    if (work.stopped()) return;
+  }
+  if (!taken) return fail("Error", "Error reading factors file\n" + QString::fromStdString(message));
   takeFactors(std::move(loaded), chosen->path);
   if (!message.empty())
     Dialogs::current().message(DialogKind::Warning, "Warning", QString::fromStdString(message), window());

@@ -9,6 +9,7 @@
 #include "base/RememberedDirectories.h"
 #include "factors/Distribution.h"
 #include "factors/FactorList.h"
+#include "panels/main/PanelWork.h"
 #include "sampling/FixedSampler.h"
 #include "sampling/RowsFile.h"
 #include "toolkit/Dialogs.h"
@@ -122,8 +123,13 @@ void PFixed::load() {
   if (!chosen) return;
   FixedTable::Rows rows;
   std::string message;
-  if (!readRowsFile(chosen->path.toStdString(), factors(), rows, message))
-    return tell("Error", "Error reading samples file\n" + QString::fromStdString(message));
+  bool taken = false;
+  {
+    const PanelWork work(display(), "Reading a sample", window());
+    taken = readRowsFile(chosen->path.toStdString(), factors(), rows, message, work.progress());
+    if (work.stopped()) return;
+  }
+  if (!taken) return tell("Error", "Error reading samples file\n" + QString::fromStdString(message));
   table_->take(rows);
   rowsChanged(0);
 }

@@ -1,0 +1,325 @@
+// Whole studies by mouse and keys over the real panels: from an empty project to the files of its factors and of its
+// sample.
+
+#include <QClipboard>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QListWidget>
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include "base/uniformRandom.h"
+#include "batch/Commands.h"
+#include "panels/PrepFixture.h"
+#include "panels/main/PMainPanel.h"
+#include "support/Golden.h"
+#include "toolkit/Tree.h"
+
+namespace tarvex {
+namespace {
+
+using Uses = std::vector<std::pair<const char*, const char*>>;
+
+constexpr const char* kEach = "All first and total order effect calculation";
+constexpr const char* kOnGroups = "All first and total order effect calculation on groups";
+
+struct Study {
+  const char* sample;  // one of the expected files
+  const char* method;
+  const char* panel;                                                  // its name
+  Uses settings = {};                                                 // fields, entries of lists, or buttons
+  std::vector<std::pair<const char*, std::vector<int>>> groups = {};  // with the rows that are selected
+};
+
+void PrintTo(const Study& study, std::ostream* out) {
+  *out << study.sample;
+}
+
+// clang-format off
+const Study kStudies[] = {
+    {"random-none.sam", "Random", "Random", {{"NExecution", "100"}}},
+    {"random-tree.sam", "Random", "Random", {{"NExecution", "120"}, {"NSeed", "31"}}},
+    {"random-matrix.sam", "Random", "Random", {{"NExecution", "150"}, {"NSeed", "5648423"}}},
+    {"latin-tree.sam", "Latin Hypercube", "Latin", {{"NExecution", "110"}, {"NSeed", "12"}}},
+    {"latin-stein.sam", "Latin Hypercube", "Latin", {{"NExecution", "48"}, {"NSeed", "8"}}},
+    {"replatin-matrix.sam", "Replicated Latin Hypercube", "Replicated Latin Hypercube",
+     {{"NBaseDesign", "20"}, {"NReplications", "6"}}},
+    {"fixed.sam", "Fixed samples", "Fixed", {{"BLoad", ""}}},
+    {"morris.sam", "Morris", "Morris", {{"OExecution", "48"}, {"OLevels", "4"}, {"NSeed", "21"}}},
+    {"fast-classic.sam", "Fast", "Fast", {{"NExecution", "315"}, {"NSeed", "2"}}},
+    {"fast-extended.sam", "Fast", "Fast", {{"OSettings", kEach}, {"NExecution", "345"}, {"NSeed", "2"}}},
+    {"fast-groups.sam", "Fast", "Fast", {{"NExecution", "400"}, {"NSeed", "6"}, {"OSettings", kOnGroups}},
+     {{"one", {0, 2}}, {"two", {1}}}},
+    {"lptau.sam", "QuasiRandom LpTau", "LpTau", {{"OExecutions", "128"}}},
+    {"sobol.sam", "Sobol", "Sobol"},
+    {"sobol-order2.sam", "Sobol", "Sobol", {{"TOSwitchSel", ""}, {"TOrder", "2"}}},
+};
+
+// The rows of a spreadsheet that these lists are pasted from.
+const std::map<std::string, const char*> kRows = {
+    {"mixed.fac", "Name\tLaw\nx1\tuniform\t0\t1\nk1\tconstant\t0.5\nx2\tnormal\t2\t0.5\nr1\trelation\tx1 + k1 * x3\n"
+                  "x3\ttriangular\t0\t1\t3\nk2\tconstant\t-3\nx4\tbeta\t2\t5\nx5\tlog uniform\t1\t2.71828\n"},
+    {"tree.fac", "child\tNormal\t0\t1\nk\tConstant\t7\nroot\tUniform\nrel\tRelation\tchild * k\n"
+                 "grandchild\tGamma\t2\t1\t0\nother\tExponential\t1\t0\t0.999\nagainst\tBeta\t2\t2\t0\t1\n"},
+    {"matrix.fac", "a\tNormal\t10\t2\nk\tConstant\t2\nb\tUniform\t0\t1\nr\tRelation\ta / (1 + b) + k\n"
+                   "c\tWeibull\t2\t1\t0\nd\tDiscrete\t1 0.25; 2 0.25; 3 0.5\n"},
+    {"stein.fac", "a\tNormal\t5\t1\r\nk\tConstant\t2\r\nb\tLogNormal\t0\t0.3\r\nc\tUniform\t1\t2\r\n"
+                  "r\tRelation\ta * b - k\r\n"},
+};
+
+// A kind of each panel, typed as far as its parameters aren't the defaults.
+const struct {
+  const char* menuKeys;
+  const char* window;
+  const char* name;
+  const char* note;
+  Uses fields;  // a table's rows are pasted, but for a single one, which is typed
+} kTyped[] = {
+    {"FAN", "Normal Distribution", "norm", "first of all", {{"NMean", "1.5"}, {"NStdDeviation", ".25"}}},
+    {"FAL", "LogNormal Distribution", "lognorm", "", {{"NMean", "0.2"}, {"NStdDeviation", "0.4"}}},
+    {"FAU", "UniformDistribution", "flat", "", {{"MaValues", "-2\t3\t1"}}},
+    {"FAU", "UniformDistribution", "steps", "",
+     {{"MaValues", "0\t1\t0.333333333333333\n1\t2.5\t0.333333333333333\n4\t5\t0.333333333333334\n"}}},
+    {"FAO", "LogUniformDistribution", "logflat", "", {{"MaValues", "0.1\t10\t1"}}},
+    {"FAO", "LogUniformDistribution", "logsteps", "", {{"MaValues", "1\t10\t0.7\r\n20\t200\t0.3\r\n"}}},
+    {"FAW", "Weibull Distribution", "weib", "", {{"NBeta", "1.8"}, {"NN", "2"}, {"NB", "0.5"}}},
+    {"FAC", "Constant", "gravity", "", {{"NValue", "9.81"}}},
+    {"FAE", "Exponential Distribution", "expo", "", {{"NLambda", "0.5"}, {"NB", "1"}}},
+    {"FAG", "Gamma Distribution", "gam", "", {{"NR", "2.5"}, {"NLambda", "15e-1"}, {"NB", "0.25"}}},
+    {"FAB", "BetaDistribution", "bet", "", {{"NAlfa", "2"}, {"NBeta", "3.5"}}},
+    {"FAB", "BetaDistribution", "betshift", "", {{"NBeta", "2"}, {"NLeftBound", "10"}, {"NRightBound", "20"}}},
+    {"FAT", "Triangular Distribution", "tri", "", {{"NAlfa", "0"}, {"NBeta", "1"}, {"NGamma", "4"}}},
+    {"FAR", "Relation", "rel", "", {{"TeRelation", "norm * gravity + sqrt(tri)"}}},
+    {"FAD", "Discrete Distribution", "disc", "  blanks  ", {{"MaValues", "1\t0.2\n2\t0.3\n4\t0.5"}}},
+    {"FAD", "Discrete Distribution", "sevenths", "",
+     {{"MaValues", "0\t0.142857142857143\n0.5\t0.142857142857143\n1\t0.142857142857143\n1.5\t0.142857142857143\n"
+                   "2\t0.142857142857143\n2.5\t0.142857142857143\n3\t0.142857142857142"}}},
+    {"FAN", "Normal Distribution", "cut", "", {{"NLeftTrunc", "0.05"}, {"NRightTrunc", "0.9"}}},
+    {"FAR", "Relation", "branch", "", {{"TeRelation", "disc > 1 ? exp(-bet) : log10(1 + flat ** 2)"}}},
+};
+// clang-format on
+
+class PrepStudies : public test::PrepTest, public testing::WithParamInterface<Study> {
+ protected:
+  static void press(QWidget& window, const char* button) {
+    auto* const found = window.findChild<QAbstractButton*>(button);
+    ASSERT_NE(found, nullptr) << button;
+    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
+  }
+  static void pick(QListWidget& list, const QListWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
+    ASSERT_NE(item, nullptr);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, list.visualItemRect(item).center());
+  }
+  // Keys into what has the keyboard, after Tab led there.
+  static void keysInto(QWidget& window, const char* gadget, const QString& text) {
+    constexpr int kMostTabs = 30;
+    for (int i = 0; i < kMostTabs && window.focusWidget()->objectName() != gadget; ++i)
+      QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    ASSERT_EQ(window.focusWidget()->objectName(), gadget);
+    QTest::keyClicks(window.focusWidget(), text);
+  }
+  static void pasteInto(QWidget& window, const char* gadget, const char* rows) {
+    keysInto(window, gadget, {});
+    QApplication::clipboard()->setText(rows);
+    QTest::keyClick(window.focusWidget(), Qt::Key_V, Qt::ControlModifier);
+  }
+
+  // Factors and their correlations.
+
+  static void typeFields(QWidget& definition, const Uses& fields) {
+    for (const auto& [gadget, text] : fields) {
+      const bool isTable = gadget == std::string("MaValues");
+      if (isTable && QString(text).contains('\n')) {
+        pasteInto(definition, gadget, text);
+      } else if (isTable) {
+        // From cell to cell, the last one as Enter takes it.
+        keysInto(definition, gadget, {});
+        for (const QString& cell : QString(text).split('\t')) {
+          keys(cell);
+          QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+      } else {
+        keysInto(definition, gadget, text);
+      }
+    }
+  }
+  void typeFactors(QWidget& window) {
+    for (const auto& row : kTyped) {
+      SCOPED_TRACE(row.name);
+      window.activateWindow();  // as a window manager does when the panel above goes
+      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+      whenShown(row.window, [&row](QWidget& definition) {
+        keysInto(definition, "TName", row.name);
+        keysInto(definition, "TNote", row.note);
+        typeFields(definition, row.fields);
+        press(definition, "BOk");
+        if (!definition.isVisible()) return;
+        ADD_FAILURE() << definition.findChild<QLabel*>("MlMessage")->text().toStdString();
+        definition.close();
+      });
+      QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
+      for (const char* key = row.menuKeys + 1; *key != '\0'; ++key)
+        QTest::keyClick(QApplication::activePopupWidget(), *key);
+    }
+  }
+  void correlate(QWidget& window, const std::string& factors) {
+    auto* const methods = window.findChild<QComboBox*>("SeCorrType");
+    if (factors == "matrix.fac") {
+      auto* const view = window.findChild<TableView*>("MaCorrelations");
+      for (const auto& [row, column, text] : {std::tuple{0, 1, "0.7"}, {2, 0, "-0.4"}, {1, 3, "0.3"}, {2, 3, ".2"}})
+        typeCell(*view, row, column, text);
+    } else if (factors == "stein.fac") {
+      QTest::keyClick(methods, Qt::Key_End);
+      pressLetter(window, Qt::Key_I);
+    } else {
+      QTest::keyClick(methods, Qt::Key_Home);
+      auto* const outside = window.findChild<Tree*>("SlFactors");
+      auto* const tree = window.findChild<Tree*>("TrCorrelation");
+      QTest::keyClick(outside, Qt::Key_Home);
+      const std::tuple<Qt::Key, Qt::Key, const char*> links[] = {// child, root, grandchild, other, against
+                                                                 {Qt::Key_Down, Qt::Key_Home, nullptr},
+                                                                 {Qt::Key_Home, Qt::Key_Home, "0.8"},
+                                                                 {Qt::Key_Home, Qt::Key_End, "0.6"},
+                                                                 {Qt::Key_End, Qt::Key_Home, "-0.7"}};
+      for (const auto& [factor, parent, value] : links) {
+        tree->setFocus();
+        QTest::keyClick(tree, parent);
+        outside->setFocus();
+        QTest::keyClick(outside, factor);
+        if (value != nullptr) answerValue(value);
+        QTest::keyClick(outside, Qt::Key_Return);
+      }
+    }
+    pressLetter(window, Qt::Key_O);
+  }
+  void makeFactors(QWidget& window, const std::string& factors) {
+    const auto rows = kRows.find(factors);
+    if (rows == kRows.end())
+      typeFactors(window);
+    else
+      pasteInto(window, "MaFactors", rows->second);
+    if (rows != kRows.end() && factors != "mixed.fac") {
+      whenShown("Correlation", [this, factors](QWidget& panel) { correlate(panel, factors); });
+      press(window, "BCorrelate");
+    }
+    press(window, "BSave");
+    press(window, "BOk");
+  }
+  void writeSteinFile() {
+    const std::vector<std::string> lines = test::splitLines(test::readFile(test::goldenPath("stein.fac")));
+    const auto block = std::ranges::find(lines, "Stein Information:") + 5;
+    std::string text = "60 5\na\nk\nb\nc\nr\n";
+    for (int row = 0; row < 60; ++row) text += block[row] + '\n';
+    test::writeFile(file("stein.txt"), text);
+    dialogs_.files.push_back("stein.txt");
+  }
+
+  // The method.
+
+  // Entries are chosen as a user does without the mouse.
+  static void set(QWidget& window, const char* name, const char* text) {
+    if (auto* const list = window.findChild<QComboBox*>(name)) {
+      list->setFocus();
+      QTest::keyClick(list, Qt::Key_Home);
+      for (int i = 0; i < list->count() && list->currentText() != text; ++i) QTest::keyClick(list, Qt::Key_Down);
+      EXPECT_EQ(list->currentText(), text);
+    } else if (*text == '\0') {
+      press(window, name);
+    } else {
+      type(window, {{name, text}});
+    }
+  }
+  void makeGroups(QWidget& window) {
+    for (const auto& [name, rows] : GetParam().groups) {
+      dialogs_.texts = {name};
+      whenShown("selGroup", [rows = rows](QWidget& members) {
+        auto* const list = members.findChild<QListWidget*>("SlAvailable");
+        for (const int row : rows) pick(*list, list->item(row), Qt::ControlModifier);
+        press(members, "BRight");
+        press(members, "BOk");
+      });
+      press(window, "BNewGroup");
+    }
+  }
+  void specify(QWidget& window) {
+    whenShown(GetParam().panel, [this](QWidget& panel) {
+      for (const auto& [name, text] : GetParam().settings) set(panel, name, text);
+      makeGroups(panel);
+      press(panel, "BOk");
+    });
+    auto* const methods = window.findChild<QListWidget*>("SlMethods");
+    const auto found = methods->findItems(GetParam().method, Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1);
+    pick(*methods, found.front());
+    press(window, "BSpecify");
+  }
+
+  // The words with which a shell makes the sample, and the list of factors that they name.
+  std::vector<std::string> command(std::string& factors) {
+    QFile cases(QString::fromStdString(test::goldenPath("cases.json")));
+    EXPECT_TRUE(cases.open(QIODevice::ReadOnly));
+    std::vector<std::string> words;
+    for (const QJsonValue& one : QJsonDocument::fromJson(cases.readAll()).array()) {
+      if (one["name"].toString() + ".sam" != GetParam().sample || one["command"][0].toString() != "sample") continue;
+      for (const QJsonValue& word : one["command"].toArray()) words.push_back(word.toString().toStdString());
+      factors = words[1].substr(3);
+      for (std::string& word : words)
+        if (word.starts_with("in/"))
+          word = test::goldenPath(word.substr(3));
+        else if (word.starts_with("out/"))
+          word = file(word.substr(4));
+    }
+    return words;
+  }
+  // The lines that say where a sample was written, and where the user last was, as of a shell in the place itself.
+  std::string withoutPlaces(std::string text) const {
+    for (const std::string& place : {directory_.path() + '/', directory_.path()})
+      for (std::size_t at = text.find(place); at != std::string::npos; at = text.find(place))
+        text.erase(at, place.size());
+    return text;
+  }
+};
+
+TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
+  std::filesystem::current_path(directory_.path());
+  const std::string sample = file(GetParam().sample);
+  std::string factors;
+  const std::vector<std::string> words = command(factors);
+  std::ostringstream out;
+  restoreInitialRandomState();
+  ASSERT_EQ(runBatch(words, out, out, false), kSucceeded) << out.str();
+  const std::string ofShell = test::readFile(sample);
+  std::filesystem::remove(sample);
+  RememberedDirectories::forget();
+
+  display_.keepIn(QString::fromStdString(file("desktop.ini")));
+  PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
+  if (factors == "stein.fac") writeSteinFile();
+  dialogs_.files.push_back(file(factors));
+  if (GetParam().panel == std::string("Fixed")) dialogs_.files.push_back(test::goldenPath("rows.csv"));
+  dialogs_.files.push_back(sample);
+  whenShown("PrepMain", [&](QWidget& window) {
+    whenShown("InputFactors", [&](QWidget& list) { makeFactors(list, factors); });
+    press(window, "BCreate");
+    specify(window);
+    press(window, "BOutputSelection");
+    press(window, "BOk");
+  });
+  main.window()->show();
+  press(*main.window(), "BConfigure");
+  restoreInitialRandomState();
+  press(*main.window(), "BGenerate");
+  EXPECT_EQ(test::readFile(file(factors)), test::readFile(test::goldenPath(factors)))
+      << testing::PrintToString(takeShown());
+  const std::string made = withoutPlaces(test::readFile(sample));
+  EXPECT_EQ(made, withoutPlaces(ofShell)) << testing::PrintToString(takeShown());
+  EXPECT_EQ(made, test::readFile(test::goldenPath(GetParam().sample)));
+}
+
+INSTANTIATE_TEST_SUITE_P(, PrepStudies, testing::ValuesIn(kStudies));
+
+}  // namespace
+}  // namespace tarvex
