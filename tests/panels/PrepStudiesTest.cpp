@@ -6,13 +6,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QListWidget>
+#include <QProcess>
+#include <QRegularExpression>
 #include <algorithm>
 #include <filesystem>
 #include <map>
-#include <sstream>
 
 #include "base/uniformRandom.h"
-#include "batch/Commands.h"
 #include "panels/PrepFixture.h"
 #include "panels/main/PMainPanel.h"
 #include "support/Golden.h"
@@ -258,19 +258,16 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
   }
 
   // The words with which a shell makes the sample, and the list of factors that they name.
-  std::vector<std::string> command(std::string& factors) {
+  QStringList command(std::string& factors) {
     QFile cases(QString::fromStdString(test::goldenPath("cases.json")));
     EXPECT_TRUE(cases.open(QIODevice::ReadOnly));
-    std::vector<std::string> words;
+    QStringList words;
     for (const QJsonValue& one : QJsonDocument::fromJson(cases.readAll()).array()) {
       if (one["name"].toString() + ".sam" != GetParam().sample || one["command"][0].toString() != "sample") continue;
-      for (const QJsonValue& word : one["command"].toArray()) words.push_back(word.toString().toStdString());
-      factors = words[1].substr(3);
-      for (std::string& word : words)
-        if (word.starts_with("in/"))
-          word = test::goldenPath(word.substr(3));
-        else if (word.starts_with("out/"))
-          word = file(word.substr(4));
+      for (const QJsonValue& word : one["command"].toArray()) words << word.toString();
+      factors = words[1].mid(3).toStdString();
+      words.replaceInStrings(QRegularExpression("^in/"), QString::fromStdString(test::goldenPath("")));
+      words.replaceInStrings(QRegularExpression("^out/"), QString::fromStdString(file("")));
     }
     return words;
   }
@@ -287,14 +284,9 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
   std::filesystem::current_path(directory_.path());
   const std::string sample = file(GetParam().sample);
   std::string factors;
-  const std::vector<std::string> words = command(factors);
-  std::ostringstream out;
-  restoreInitialRandomState();
-  ASSERT_EQ(runBatch(words, out, out, false), kSucceeded) << out.str();
+  ASSERT_EQ(QProcess::execute(TARVEX_BATCH_PROGRAM, command(factors)), 0);
   const std::string ofShell = test::readFile(sample);
   std::filesystem::remove(sample);
-  RememberedDirectories::forget();
-
   display_.keepIn(QString::fromStdString(file("desktop.ini")));
   PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
   if (factors == "stein.fac") writeSteinFile();
