@@ -15,6 +15,7 @@
 #include <QWidget>
 #include <cstdio>
 #include <cstring>
+#include <numeric>
 
 #include "app/RunController.h"
 #include "factors/factorFields.h"
@@ -33,6 +34,13 @@
 #include "panels/model/PNewExpression.h"
 #include "panels/model/PTryRun.h"
 #include "panels/model/PnewFactorName.h"
+#include "panels/plots/PCobSelect.h"
+#include "panels/plots/PCobwebs.h"
+#include "panels/plots/PHistogram.h"
+#include "panels/plots/PPicture.h"
+#include "panels/plots/PPlots.h"
+#include "panels/plots/PScatter.h"
+#include "panels/plots/PSingleFactor.h"
 #include "panels/prep/PCorrelation.h"
 #include "panels/prep/PCorrelationValue.h"
 #include "panels/prep/PGraphics.h"
@@ -45,9 +53,12 @@
 #include "panels/prep/editFactor.h"
 #include "panels/sampling/PGroupSelect.h"
 #include "panels/sampling/makeMethodPanel.h"
+#include "panels/vels/ResultDesk.h"
+#include "plots/runPlots.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SamplerSettings.h"
 #include "toolkit/Application.h"
+#include "toolkit/ChartView.h"
 #include "toolkit/Display.h"
 #include "toolkit/Theme.h"
 
@@ -59,6 +70,8 @@ constexpr double kSomeWay = 42.0;  // percent
 constexpr int kRuns = 10'000;
 constexpr double kSomeSeconds = 1.25;
 constexpr int kSomeMethod = 4;
+constexpr int kSlice = 20;  // ms
+constexpr int kTries = 500;
 constexpr int kContents = 500;  // ms; the table of contents is made beside
 
 // Small files: as a table of colours where there are few enough, and without transparency.
@@ -123,6 +136,9 @@ class Pictures {
       return;
     }
     Application::drainEvents();
+    // Large charts are drawn slice by slice.
+    for (const ChartView* const chart : panel.window()->findChildren<ChartView*>())
+      for (int tries = 0; tries < kTries && chart->isVisible() && !chart->isReady(); ++tries) wait(kSlice);
     const QString path = directory_ + '/' + name + suffix_ + ".png";
     if (!smallest(panel.window()->grab().toImage()).save(path, "PNG", kStrongest)) failedTo(path);
     if (suffix_ == "-light-1x") {
@@ -313,6 +329,43 @@ void drawModel(const Display& display, const InternalModel& model, const PrepCon
   pictures.draw("PnewFactorName", name);
 }
 
+// The runs of the study, brushed: one selection in all of them.
+void drawPlots(ResultDesk& desk, Pictures& pictures) {
+  const std::shared_ptr<Selection> selection = desk.selection();
+  if (!selection) return;
+  const auto count = selection->table()->columns.size();
+  PPlots plots(desk, selection);
+  pictures.draw("PPlots", plots);
+  const auto turnTo = [&](int page, const char* name) {
+    plots.gadget<QTabWidget>("NoPlots")->setCurrentIndex(page);
+    pictures.draw(name, plots);
+  };
+  std::vector<std::size_t> all(count);
+  std::iota(all.begin(), all.end(), 0);
+  const RunColumn& output = selection->table()->columns.back();
+  const auto [lower, upper] = finiteRange(output);
+  std::string message;
+  PScatter whole(desk, selection, 0, count - 1);
+  pictures.draw("PScatter", whole);
+  if (!selection->setFilter(count - 1, (lower + upper) / 2.0, upper, message)) return;
+  turnTo(1, "PPlots-runs");
+  turnTo(2, "PPlots-correlations");
+  PCobwebs cobwebs(desk, selection, all);
+  pictures.draw("PCobwebs", cobwebs);
+  PCobSelect bounds(desk.display(), *selection->table(), all, selection->filters(), nullptr);
+  pictures.draw("PCobSelect", bounds);
+  PScatter brushed(desk, selection, 0, count - 1);
+  pictures.draw("PScatter-brushed", brushed);
+  PHistogram histogram(desk, selection, all);
+  pictures.draw("PHistogram", histogram);
+  PSingleFactor single(desk, selection, count - 1);
+  pictures.draw("PSingleFactor", single);
+  std::vector<const RunColumn*> columns;
+  for (const RunColumn& column : selection->table()->columns) columns.push_back(&column);
+  PPicture matrix(desk, selection, "Scattergrams", scatterMatrix(columns), all);
+  pictures.draw("PPicture", matrix);
+}
+
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
   pictures.draw("PMainPanel-start", main);
@@ -350,6 +403,8 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
   pictures.draw("PLinkFactors", link);
   drawModel(display, model, main.controller().project().prep, pictures);
+  ResultDesk desk(display, main.controller(), nullptr);
+  drawPlots(desk, pictures);
   return !pictures.failed();
 }
 

@@ -150,6 +150,10 @@ class RunController {
   // comma-separated values.
   Outcome saveSelectedSample(const Selection& selection, const std::string& path);
   Outcome saveSelectedTable(const Selection& selection, const std::string& path);
+  // Does a panel's own work on runs under a display of progress; meanwhile the controller is busy, and nothing else
+  // changes. Done when the work says so; what it says against itself is shown.
+  using Work = std::function<bool(const Progress& progress, std::string& message)>;
+  Outcome perform(const std::string& title, std::int32_t runs, const Work& work);
 
  private:
   class Scope;

@@ -50,4 +50,14 @@ Outcome RunController::saveSelectedTable(const Selection& selection, const std::
   return operation.stopped() ? Outcome::Refused : fail(message, kWriteError);
 }
 
+Outcome RunController::perform(const std::string& title, std::int32_t runs, const Work& work) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
+  const LongOperation operation(frontEnd_, title, runs);
+  std::string message;
+  if (work(operation.progress(), message)) return Outcome::Done;
+  return operation.stopped() ? Outcome::Refused : fail(message);
+}
+
 }  // namespace tarvex

@@ -102,6 +102,13 @@ void Selection::clear() {
   update();
 }
 
+void Selection::addColumns(const RunTable& more) {
+  auto table = std::make_shared<RunTable>(*table_);
+  table->columns.insert(table->columns.end(), more.columns.begin(), more.columns.end());
+  table_ = std::move(table);
+  notifier_.tell();
+}
+
 bool Selection::saveCsv(const std::string& path, std::string& message, const Progress& progress) const {
   constexpr std::uint64_t kBytesANumber = 20;  // about
   TextWriter out(path);

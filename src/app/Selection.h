@@ -49,6 +49,9 @@ class Selection {
   void complement();
   // All runs, no filters.
   void clear();
+  // More columns of the same runs behind those that there are, which keep their places. The table is then another one.
+  // Requires: as many runs.
+  void addColumns(const RunTable& more);
 
   // Calls the listener after every change, as long as the subscription is held.
   [[nodiscard]] Changed::Subscription subscribe(Changed::Listener listener) {

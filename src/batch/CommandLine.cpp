@@ -15,8 +15,8 @@ namespace tarvex {
 namespace {
 
 const std::vector<std::string> kFormatWords = {"svg", "pdf", "ps", "eps", "png"};
-const std::vector<std::string> kKindWords = {"scatter", "cobweb",   "histogram", "bars",        "pie",
-                                             "morris",  "forecast", "preview",   "distribution"};
+const std::vector<std::string> kKindWords = {"scatter",  "cobweb",  "histogram",    "bars",   "pie",         "morris",
+                                             "forecast", "preview", "distribution", "matrix", "correlations"};
 const std::vector<std::string> kMethodWords = {"random", "latin", "replicated-latin", "lptau", "morris", "fast",
                                                "sobol",  "fixed"};
 
@@ -157,8 +157,16 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
   sub->add_option("--region", options.region, "Frame x=LOWER:UPPER,y=LOWER:UPPER (scatter), its upper edges excluded");
   sub->add_flag("--show-dropped", options.showDropped, "Leave the runs outside the bounds in the background (cobweb)");
   sub->add_option("--form", options.form, "Form of the curves (histogram; default area)")
-      ->check(CLI::IsMember({"area", "outline", "frequency", "cumulative", "complement"}));
+      ->check(CLI::IsMember({"area", "outline", "bars", "frequency", "cumulative", "complement"}));
   sub->add_flag("--log", options.logScale, "Logarithmic scale (histogram)");
+  sub->add_option("--bins", options.bins, "As many as suit the runs, or all of the saved table (histogram)")
+      ->check(CLI::IsMember({"suited", "all"}));
+  sub->add_flag("--log-x", options.logX, "Logarithmic axis across (scatter)");
+  sub->add_flag("--log-y", options.logY, "Logarithmic axis up (scatter)");
+  sub->add_flag("--jitter", options.jitter, "Move points of discrete factors a little apart (scatter)");
+  sub->add_option("--shade", options.shade, "Colours by the density of points (scatter; default: where they are many)")
+      ->check(CLI::IsMember({"yes", "no"}));
+  sub->add_flag("--ranks", options.ranks, "Of ranks (correlations)");
   sub->add_option("--measure", options.measure, "Measures by their words (bars, pie, forecast)");
   sub->add_option("--colours", options.colours, "Colours of cobwebs, bars and pies (default distinct)")
       ->check(CLI::IsMember({"distinct", "system"}));
@@ -170,6 +178,8 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
       ->check(CLI::IsMember(kFormatWords));
   sub->add_option("--width", options.width, "Width in units of which 96 are an inch")->check(size);
   sub->add_option("--height", options.height, "Height in the same units")->check(size);
+  sub->add_option("--width-mm", options.widthMillimetres, "Width in millimetres")->check(between(5.0, 8000.0));
+  sub->add_option("--height-mm", options.heightMillimetres, "Height in millimetres")->check(between(5.0, 8000.0));
   sub->add_option("--zoom", options.zoom, "Pixels a unit of a PNG (default 1)")->check(between(0.1, 16.0));
   sub->callback([&] { command = options; });
 }

@@ -70,10 +70,17 @@ struct PlotOptions {
   std::string colours;        // of a set; empty: those that can be told apart
   std::string form = "area";  // of a histogram
   bool logScale = false;
+  std::string bins;                 // of a histogram; empty: as many as suit the runs
+  bool logX = false, logY = false;  // of a scattergram, as all that follow
+  bool jitter = false;
+  std::string shade;    // "yes", "no"; empty: where there are many points
+  bool ranks = false;   // of a map of correlations
   std::string measure;  // words of measures; empty: the usual ones
   std::string format;   // empty: by the suffix
   std::optional<double> width;
   std::optional<double> height;
+  std::optional<double> widthMillimetres;  // go before the others
+  std::optional<double> heightMillimetres;
   double zoom = 1.0;
 };
 

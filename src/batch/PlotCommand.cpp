@@ -27,7 +27,8 @@ bool chooseFormat(const PlotOptions& options, PictureFormat& format, std::string
 }
 
 bool isOfRuns(const std::string& kind) {
-  return kind.empty() || kind == "scatter" || kind == "cobweb" || kind == "histogram";
+  return kind.empty() || kind == "scatter" || kind == "cobweb" || kind == "histogram" || kind == "matrix" ||
+         kind == "correlations";
 }
 
 bool makeFigure(const PlotOptions& options, const RunSelection& runs, ProjectConfiguration& project,
@@ -36,6 +37,15 @@ bool makeFigure(const PlotOptions& options, const RunSelection& runs, ProjectCon
   if (options.kind == "distribution" || options.kind == "preview")
     return makeFactorFigure(options, project.prep.factors, figure, message);
   return makeMeasureFigure(options, project, console.frontEnd, figure, message);
+}
+
+void setSize(const PlotOptions& options, Figure& figure) {
+  constexpr double kUnitsAMillimetre = 96.0 / 25.4;
+  const auto chosen = [](const std::optional<double>& millimetres, const std::optional<double>& units, double own) {
+    return millimetres ? *millimetres * kUnitsAMillimetre : units.value_or(own);
+  };
+  figure.width = chosen(options.widthMillimetres, options.width, figure.width);
+  figure.height = chosen(options.heightMillimetres, options.height, figure.height);
 }
 
 int refuse(const Console& console, const std::string& message) {
@@ -77,8 +87,7 @@ int runPlot(const PlotOptions& options, const Console& console) {
   Figure figure;
   if (!output.empty()) {
     if (!makeFigure(options, runs, project, console, figure, message)) return refuse(console, message);
-    figure.width = options.width.value_or(figure.width);
-    figure.height = options.height.value_or(figure.height);
+    setSize(options, figure);
     const PictureKind kind = isHistogram ? PictureKind::Uncertainty : PictureKind::Other;
     if (!writePicture(output, figure, format, options.zoom, kind, message)) return console.fail(message);
   }

@@ -5,6 +5,7 @@
 #include "batch/CommandLine.h"
 #include "batch/PlotFigures.h"
 #include "batch/PlotWords.h"
+#include "plots/columnCorrelations.h"
 #include "plots/histogramPlots.h"
 #include "plots/runPlots.h"
 
@@ -52,7 +53,7 @@ RunTable keptOf(const RunTable& table, std::size_t columns, const std::vector<st
   kept.runs = static_cast<std::int32_t>(runs.size());
   for (std::size_t c = 0; c < columns; ++c) {
     const RunColumn& column = table.columns[c];
-    RunColumn& copy = kept.columns.emplace_back(RunColumn{column.name, column.isFactor, {}});
+    RunColumn& copy = kept.columns.emplace_back(RunColumn{column.name, column.isFactor, {}, column.unit});
     copy.values.reserve(runs.size());
     for (const std::int32_t run : runs) copy.values.push_back(column.values[static_cast<std::size_t>(run)]);
   }
@@ -64,10 +65,11 @@ HistogramForm formOf(const std::string& word) {
   if (word == "frequency") return HistogramForm::Frequency;
   if (word == "cumulative") return HistogramForm::Cumulative;
   if (word == "complement") return HistogramForm::Complement;
+  if (word == "bars") return HistogramForm::Bars;
   return HistogramForm::Area;
 }
 
-bool makeScatter(const RunSelection& selection, Figure& figure, std::string& message) {
+bool makeScatter(const PlotOptions& options, const RunSelection& selection, Figure& figure, std::string& message) {
   if (selection.shown != 2) {
     message = "A scattergram shows two factors or variables: --variables a,b.";
     return false;
@@ -83,12 +85,18 @@ bool makeScatter(const RunSelection& selection, Figure& figure, std::string& mes
     }
     region = Region{x->lower, x->upper, y->lower, y->upper, namedColour("Indian Red")};
   }
+  ScatterLook look;
+  look.region = region;
+  look.jitter = options.jitter;
+  look.logarithmicX = options.logX;
+  look.logarithmicY = options.logY;
+  if (options.shade == "yes" || options.shade == "no") look.shaded = options.shade == "yes";
   if (selection.filters.empty()) {
-    figure = scatterPlot(selection.table.columns[0], selection.table.columns[1], region);
+    figure = scatterPlot(selection.table.columns[0], selection.table.columns[1], look);
     return true;
   }
   const RunTable kept = keptOf(selection.table, 2, runsWithin(selection.table, selection.filters));
-  figure = scatterPlot(kept.columns[0], kept.columns[1], region);
+  figure = scatterPlot(kept.columns[0], kept.columns[1], look);
   return true;
 }
 
@@ -101,7 +109,30 @@ Figure makeHistogram(const PlotOptions& options, const RunSelection& selection) 
   }
   std::vector<const RunColumn*> columns;
   for (std::size_t c = 0; c < selection.shown; ++c) columns.push_back(&table->columns[c]);
-  return histogramPlot(columns, formOf(options.form), options.logScale ? kLogScale : kLinearScale);
+  return histogramPlot(columns, formOf(options.form), options.logScale ? kLogScale : kLinearScale,
+                       options.bins == "all" ? HistogramBins::All : HistogramBins::Suited);
+}
+
+bool makeMatrix(const RunSelection& selection, Figure& figure, std::string& message) {
+  constexpr std::size_t kMost = 8;  // for which a page has room
+  if (selection.shown < 2 || selection.shown > kMost) {
+    message = "A matrix of scattergrams shows two to eight factors or variables: --variables a,b,c.";
+    return false;
+  }
+  const RunTable kept = keptOf(selection.table, selection.shown, selection.runs());
+  std::vector<const RunColumn*> columns;
+  for (const RunColumn& column : kept.columns) columns.push_back(&column);
+  figure = scatterMatrix(columns);
+  return true;
+}
+
+bool makeCorrelations(const PlotOptions& options, const RunSelection& selection, Figure& figure, std::string& message) {
+  RunTable kept = keptOf(selection.table, selection.shown, selection.runs());
+  CorrelationMatrix matrix;
+  if (!correlateColumns(kept, {}, options.ranks ? CorrelationKind::Ranks : CorrelationKind::Values, matrix, message))
+    return false;
+  figure = correlationMap(matrix);
+  return true;
 }
 
 // Without names a histogram shows the outputs where there are any, and all factors of a sample.
@@ -152,7 +183,9 @@ bool readRunSelection(const PlotOptions& options, const ProjectConfiguration& pr
 }
 
 bool makeRunFigure(const PlotOptions& options, const RunSelection& selection, Figure& figure, std::string& message) {
-  if (options.kind == "scatter") return makeScatter(selection, figure, message);
+  if (options.kind == "scatter") return makeScatter(options, selection, figure, message);
+  if (options.kind == "matrix") return makeMatrix(selection, figure, message);
+  if (options.kind == "correlations") return makeCorrelations(options, selection, figure, message);
   if (options.kind == "histogram") {
     figure = makeHistogram(options, selection);
     return true;

@@ -46,8 +46,8 @@ CobwebLayout::AxisPlace placeOf(const CobwebAxis& axis, const Axis& shown, const
   return place;
 }
 
-std::string limitText(const CobwebAxis& axis, double own, double shown, NumberForm form) {
-  return formNumber(axis.lower < axis.upper ? shown : own, form);
+std::string limitText(const CobwebAxis& axis, double own, double shown, double span) {
+  return axis.lower < axis.upper ? limitNumber(shown, span) : limitNumber(own, 0.0);
 }
 
 }  // namespace
@@ -73,8 +73,9 @@ CobwebLayout layOutChart(Metrics& metrics, const Rect& area, const CobwebChart& 
     const CobwebAxis& axis = chart.axes[i];
     shown.push_back(axisOf(axis, i < visible.size() ? visible[i] : std::pair(0.0, 0.0)));
     names.push_back(axis.name);
-    uppers.push_back(limitText(axis, axis.upper, shown[i].upper, chart.form));
-    lowers.push_back(limitText(axis, axis.lower, shown[i].lower, chart.form));
+    const double span = shown[i].upper - shown[i].lower;
+    uppers.push_back(limitText(axis, axis.upper, shown[i].upper, span));
+    lowers.push_back(limitText(axis, axis.lower, shown[i].lower, span));
   }
   const double spacing = area.width / static_cast<double>(count);
   const double tallest = area.height * kTallestTexts / 2.0;

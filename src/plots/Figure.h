@@ -31,6 +31,7 @@ struct Axis {
   double upper = 1.0;
   AxisScale scale = AxisScale::Linear;
   NumberForm form = NumberForm::TwoDecimals;
+  std::vector<std::string> names = {};  // where there are some, the i-th, from 0, stands at i + 1/2 in place of numbers
 };
 
 // The styles of lines that share a chart, in the order of use.
@@ -55,6 +56,20 @@ struct Points {  // parallel vectors
   std::vector<double> x, y;
   Colour colour;
   RunMarks runs = {};
+  // How far points that would hide each other are drawn from where they are, to either side at most; the same for a
+  // point in every picture.
+  double jitterX = 0.0, jitterY = 0.0;
+  bool shaded = false;  // the colours of an ordered quantity tell how many points lie on a place
+
+  double shownX(std::size_t i) const { return jitterX == 0.0 ? x[i] : x[i] + jitterX * spread(i, 0.6180339887498949); }
+  double shownY(std::size_t i) const { return jitterY == 0.0 ? y[i] : y[i] + jitterY * spread(i, 0.7548776662466927); }
+
+ private:
+  // From -1 to 1, evenly over any runs that follow each other: multiples of an irrational number have no gaps.
+  static double spread(std::size_t i, double irrational) {
+    const double turned = static_cast<double>(i + 1) * irrational;
+    return 2.0 * (turned - static_cast<double>(static_cast<std::uint64_t>(turned))) - 1.0;
+  }
 };
 
 struct Line {  // through the points in their order; interrupted where one isn't finite
@@ -81,14 +96,22 @@ struct LabelledPoints {  // a mark and its text at each point; the texts are pla
   }
 };
 
-struct Region {  // a frame around part of the plane, over all data
+// Squares of one unit in rows from the top of the plane, each of a colour and with a text that is shown where it fits.
+struct Cells {
+  std::size_t columns = 0;
+  std::vector<double> values;  // row by row
+  std::vector<std::string> texts;
+  std::vector<Colour> colours;
+};
+
+struct Region {  // a frame around part of the plane, over all data; nothing where a bound isn't finite
   double lowerX = 0.0, upperX = 0.0, lowerY = 0.0, upperY = 0.0;
   Colour colour;
 };
 
 // A plane with two axes. Layers are drawn in their order; what lies outside the axes is cut off.
 struct XyChart {
-  using Layer = std::variant<Area, Points, Line, LabelledPoints, Region>;
+  using Layer = std::variant<Area, Points, Line, LabelledPoints, Region, Cells>;
   std::string title;  // empty: none
   Axis x, y;
   std::vector<Layer> layers;
@@ -104,7 +127,6 @@ struct CobwebAxis {
 };
 struct CobwebChart {
   std::vector<CobwebAxis> axes;
-  NumberForm form = NumberForm::TwoDecimals;
   std::vector<std::uint8_t> colours;  // a run's place in the palette
   std::vector<Colour> palette;
   Colour markColour;  // of axis marks and filters
@@ -172,6 +194,7 @@ struct Figure {
   std::vector<Chart> charts;
   int columns = 1;
   std::vector<LegendEntry> legend;  // empty: none
+  std::string emptyText = {};       // why there are no charts
   double width = 800.0;
   double height = 600.0;
 };

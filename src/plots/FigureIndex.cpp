@@ -18,8 +18,7 @@ bool buildGrids(const XyChart& chart, const PlaneLayout& layout, std::vector<Poi
   for (std::size_t i = 0; i < chart.layers.size(); ++i) {
     const auto* points = std::get_if<Points>(&chart.layers[i]);
     const Progress part = progress.part(share(i), share(i + 1));
-    if (points != nullptr && !grids[i].build(points->x, points->y, layout.x, layout.y, layout.frame.plane, part))
-      return false;
+    if (points != nullptr && !grids[i].build(*points, layout.x, layout.y, layout.frame.plane, part)) return false;
   }
   return true;
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "plots/Canvas.h"
+#include "plots/ColourSet.h"
 
 namespace tarvex {
 
@@ -22,7 +23,7 @@ double markWidth(const LegendEntry& entry) {
   return entry.mark == LegendMark::Line ? kMarkWidth : kBoxWidth;
 }
 
-void drawMark(Canvas& canvas, const Rect& box, const LegendEntry& entry) {
+void drawMark(Canvas& canvas, const Rect& box, const LegendEntry& entry, const Colour& lineColour) {
   cairo_t* context = canvas.context();
   switch (entry.mark) {
     case LegendMark::Box:
@@ -30,7 +31,7 @@ void drawMark(Canvas& canvas, const Rect& box, const LegendEntry& entry) {
       canvas.outline(box, outlineOf(entry.colour), 0.8);
       return;
     case LegendMark::Line:
-      canvas.setColour(entry.colour);
+      canvas.setColour(lineColour);
       canvas.setLine(kSampleWidth * canvas.scale(), entry.style);
       cairo_move_to(context, box.x, box.centreY());
       cairo_line_to(context, box.right(), box.centreY());
@@ -103,7 +104,8 @@ LegendLayout layOutLegend(Metrics& metrics, const std::vector<LegendEntry>& entr
 void drawLegend(Canvas& canvas, const std::vector<LegendEntry>& entries, const LegendLayout& layout) {
   for (const LegendLayout::Place& place : layout.places) {
     const LegendEntry& entry = entries[place.entry];
-    drawMark(canvas, place.mark, entry);
+    // As lines of cobwebs are.
+    drawMark(canvas, place.mark, entry, isDark(canvas.inks()) ? onDarkPage(entry.colour) : entry.colour);
     canvas.setColour(canvas.inks().text);
     canvas.pen().draw(entry.text, canvas.bodyStyle(), place.text.x, place.text.centreY(), Anchor::Left,
                       place.text.width, Shorten::InMiddle);

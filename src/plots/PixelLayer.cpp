@@ -104,6 +104,22 @@ bool PixelLayer::cover(const DiscCounts& discs, const Colour& colour, double sin
       counts, [ink](std::size_t) { return ink; }, opacities, progress);
 }
 
+bool PixelLayer::cover(const DiscCounts& discs, const std::vector<Colour>& colours, const Progress& progress) {
+  const std::vector<std::uint32_t>& counts = discs.counts();
+  const std::uint32_t most = *std::max_element(counts.begin(), counts.end());
+  const double logMost = std::log(std::max(static_cast<double>(most) / DiscCounts::kFull, 2.0));
+  std::vector<std::uint32_t> inks;
+  for (const Colour& colour : colours) inks.push_back(inkOf(colour));
+  const auto last = static_cast<double>(inks.size() - 1);
+  const auto inkAt = [&](std::size_t pixel) {
+    const double met = static_cast<double>(counts[pixel]) / DiscCounts::kFull;
+    return met <= 1.0 ? inks.front() : inks[static_cast<std::size_t>(std::min(std::log(met) / logMost, 1.0) * last)];
+  };
+  // A disc's edge is faint, what lies further in is opaque.
+  const auto opacity = [](std::uint32_t count) { return std::min<std::uint32_t>(count, kFull); };
+  return mixAll(counts, inkAt, opacity, progress);
+}
+
 bool PixelLayer::cover(const LineCounts& lines, double single, const Progress& progress) {
   const std::vector<std::uint32_t>& counts = lines.counts();
   const Opacities opacities(*std::max_element(counts.begin(), counts.end()), lines.parts(), single);

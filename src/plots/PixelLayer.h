@@ -31,6 +31,9 @@ class PixelLayer {
   // Discs of one colour; the more of them meet, the darker. `single`: the opacity of one alone.
   // False when it was stopped. Requires: counts of as many pixels as the layer has.
   [[nodiscard]] bool cover(const DiscCounts& discs, const Colour& colour, double single, const Progress& progress);
+  // The same, but opaque: each pixel in the colour of how many discs meet there, from the first of `colours` for one to
+  // the last for the most, by the logarithm of the count.
+  [[nodiscard]] bool cover(const DiscCounts& discs, const std::vector<Colour>& colours, const Progress& progress);
   // Lines of a palette; where colours meet, they mix by how many lines have each. The same.
   [[nodiscard]] bool cover(const LineCounts& lines, double single, const Progress& progress);
   // For files: an opaque straight line of whole pixels over what is there. Places are on the canvas.

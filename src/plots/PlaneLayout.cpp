@@ -18,7 +18,7 @@ std::size_t pointsWithin(const Points& points, const AxisMap& x, const AxisMap& 
   std::size_t count = 0;
   const std::size_t size = std::min(points.x.size(), points.y.size());
   for (std::size_t i = 0; i < size; ++i)
-    count += static_cast<std::size_t>(x.holds(points.x[i])) & static_cast<std::size_t>(y.holds(points.y[i]));
+    count += static_cast<std::size_t>(x.holds(points.shownX(i))) & static_cast<std::size_t>(y.holds(points.shownY(i)));
   return count;
 }
 

@@ -19,20 +19,22 @@ std::size_t PointGrid::cellOf(double distance, std::size_t count) {
   return std::min(static_cast<std::size_t>(std::min(distance / kGridCell, 1e6)), count - 1);
 }
 
-bool PointGrid::build(const std::vector<double>& xs, const std::vector<double>& ys, const AxisMap& x, const AxisMap& y,
-                      const Rect& plane, const Progress& progress) {
+bool PointGrid::build(const Points& points, const AxisMap& x, const AxisMap& y, const Rect& plane,
+                      const Progress& progress) {
   PointGrid grid;
   grid.plane_ = plane;
   grid.columns_ = static_cast<std::size_t>(std::ceil(std::max(plane.width, 1.0) / kGridCell));
   grid.rows_ = static_cast<std::size_t>(std::ceil(std::max(plane.height, 1.0) / kGridCell));
   grid.starts_.resize(grid.columns_ * grid.rows_ + 1);
-  const std::size_t size = std::min({xs.size(), ys.size(), static_cast<std::size_t>(kNowhere)});
+  const std::size_t size = std::min({points.x.size(), points.y.size(), static_cast<std::size_t>(kNowhere)});
   std::vector<std::uint32_t> cells(size, kNowhere);
   for (std::size_t i = 0; i < size; ++i) {
     if (i % kSortedAtOnce == 0 && !progress.report(i, size)) return false;
-    if (!x.holds(xs[i]) || !y.holds(ys[i])) continue;
-    const std::size_t row = cellOf(y(ys[i]) - plane.y, grid.rows_);
-    cells[i] = static_cast<std::uint32_t>(row * grid.columns_ + cellOf(x(xs[i]) - plane.x, grid.columns_));
+    const double atX = points.shownX(i);
+    const double atY = points.shownY(i);
+    if (!x.holds(atX) || !y.holds(atY)) continue;
+    const std::size_t row = cellOf(y(atY) - plane.y, grid.rows_);
+    cells[i] = static_cast<std::uint32_t>(row * grid.columns_ + cellOf(x(atX) - plane.x, grid.columns_));
     ++grid.starts_[cells[i] + 1];
   }
   std::partial_sum(grid.starts_.begin(), grid.starts_.end(), grid.starts_.begin());

@@ -14,8 +14,8 @@ namespace tarvex {
 class PointGrid {
  public:
   // False when it was stopped; the grid is then as it was. Points outside of the axes are not part of it.
-  [[nodiscard]] bool build(const std::vector<double>& xs, const std::vector<double>& ys, const AxisMap& x,
-                           const AxisMap& y, const Rect& plane, const Progress& progress);
+  [[nodiscard]] bool build(const Points& points, const AxisMap& x, const AxisMap& y, const Rect& plane,
+                           const Progress& progress);
 
   // Calls `visit` with the number of each point that may lie within `reach` of a place, in ascending order in a cell.
   template <class Visit>

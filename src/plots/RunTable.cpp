@@ -1,6 +1,8 @@
 #include "plots/RunTable.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <utility>
 
 #include "model/ModelConfiguration.h"
@@ -73,6 +75,26 @@ bool readColumn(const sampValues& values, std::int32_t column, RunColumn& into, 
 
 }  // namespace
 
+std::string unitOf(const std::string& note) {
+  const std::size_t open = note.find('[');
+  const std::size_t close = note.find(']', open == std::string::npos ? note.size() : open);
+  return close == std::string::npos ? std::string() : note.substr(open + 1, close - open - 1);
+}
+
+std::pair<double, double> finiteRange(const RunColumn& column) {
+  std::pair range{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+  for (const double value : column.values) {
+    if (!std::isfinite(value)) continue;
+    range.first = std::min(range.first, value);
+    range.second = std::max(range.second, value);
+  }
+  return range;
+}
+
+std::string RunColumn::axisTitle() const {
+  return unit.empty() ? name : name + " [" + unit + ']';
+}
+
 std::string RunColumn::label() const {
   return std::string(isFactor ? kFactorPrefix : kVariablePrefix) + name;
 }
@@ -108,6 +130,7 @@ bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model
     RunColumn& column = read.columns.emplace_back();
     column.isFactor = choice.factor >= 0;
     column.name = column.isFactor ? prep.factors.factor(choice.factor).name : choice.variable;
+    if (column.isFactor) column.unit = unitOf(prep.factors.factor(choice.factor).note);
     const bool done = column.isFactor ? readColumn(prep.samples, choice.factor, column, message)
                                       : readColumn(outputs, nextVariable++, column, message);
     if (!done) return false;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/Progress.h"
@@ -18,10 +19,18 @@ struct RunColumn {
   std::string name;
   bool isFactor = true;
   std::vector<double> values;
+  std::string unit = {};  // of a factor, when its note names one in brackets: "yearly maxima [m3/s]"
 
   // "F - x1" or "V - Y": how lists name it that hold both.
   std::string label() const;
+  // "flow [m3/s]": the title of an axis.
+  std::string axisTitle() const;
 };
+
+// The smallest and the largest finite value; the first is the greater one where there is none.
+std::pair<double, double> finiteRange(const RunColumn& column);
+// What a note says of the unit: the text between its first pair of square brackets.
+std::string unitOf(const std::string& note);
 
 struct RunTable {
   std::vector<RunColumn> columns;

@@ -16,6 +16,7 @@ namespace {
 // Sizes that are written in decimals; others in "%g" form.
 constexpr double kFixedFrom = 0.001;
 constexpr double kFixedTo = 10000.0;
+constexpr double kPlainTo = 1e6;  // of ticks, which have no decimals there
 constexpr int kShortDigits = 3;
 constexpr int kAllDigits = 17;  // tell any two doubles apart
 
@@ -69,7 +70,7 @@ std::vector<std::string> textsOf(const std::vector<double>& values, double step,
   for (; digits <= kAllDigits; ++digits) {
     bool close = true;
     for (std::size_t i = 0; i < values.size(); ++i) {
-      texts[i] = values[i] == 0.0 ? "0" : write(values[i], digits);
+      texts[i] = values[i] == 0.0 && digits == 0 ? "0" : write(values[i], digits);
       close = close && !(std::abs(textValue(texts[i]) - values[i]) > kTextTolerance * step);
     }
     if (close && tellApart(texts)) break;
@@ -77,12 +78,19 @@ std::vector<std::string> textsOf(const std::vector<double>& values, double step,
   return texts;
 }
 
-// A form for the axis as a whole: decimals and powers of ten side by side are hard to compare.
-std::vector<std::string> linearTexts(const std::vector<double>& values, double step, NumberForm form) {
+std::string scientificText(double value, int decimals) {
+  char buffer[64];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, decimals);
+  return {buffer, end.ptr};
+}
+
+// One form for the axis as a whole, with as few decimals as name every tick: decimals and powers of ten side by side
+// are hard to compare.
+std::vector<std::string> linearTexts(const std::vector<double>& values, double step) {
   double largest = 0.0;
   for (const double value : values) largest = std::max(largest, std::abs(value));
-  if (form != NumberForm::Short && inFixedRange(largest)) return textsOf(values, step, decimalsOf(form), fixedText);
-  return textsOf(values, step, kShortDigits, numberText);
+  const bool plain = largest >= kFixedFrom && largest < kPlainTo;
+  return plain ? textsOf(values, step, 0, fixedText) : textsOf(values, step, 0, scientificText);
 }
 
 // The nearest of 1, 2 and 5 times a power of ten.
@@ -164,15 +172,25 @@ std::vector<Tick> logarithmTicks(const Axis& axis, int wanted) {
   return ticks;
 }
 
+std::vector<Tick> nameTicks(const Axis& axis) {
+  std::vector<Tick> ticks;
+  for (std::size_t i = 0; i < axis.names.size(); ++i) {
+    const double at = static_cast<double>(i) + 0.5;
+    if (at >= axis.lower && at <= axis.upper) ticks.push_back({at, axis.names[i]});
+  }
+  return ticks;
+}
+
 }  // namespace
 
 std::vector<Tick> axisTicks(const Axis& axis, int wanted) {
   wanted = std::clamp(wanted, 1, kMostTicks / 10);
   if (!std::isfinite(axis.lower) || !std::isfinite(axis.upper) || !(axis.lower < axis.upper)) return {};
+  if (!axis.names.empty()) return nameTicks(axis);
   if (axis.scale == AxisScale::Logarithms) return logarithmTicks(axis, wanted);
   double step = 0.0;
   const std::vector<double> values = roundValues(axis.lower, axis.upper, wanted, step);
-  std::vector<std::string> texts = linearTexts(values, step, axis.form);
+  std::vector<std::string> texts = linearTexts(values, step);
   std::vector<Tick> ticks(values.size());
   for (std::size_t i = 0; i < values.size(); ++i) ticks[i] = {values[i], std::move(texts[i])};
   return ticks;
@@ -197,6 +215,20 @@ Axis axisOver(std::string title, const std::vector<double>& values, NumberForm f
   axis.lower = std::max(value - room, -kLargest);
   axis.upper = std::min(value + room, kLargest);
   return axis;
+}
+
+std::string limitNumber(double value, double span) {
+  constexpr int kDigits = 3;  // of the span
+  constexpr int kMostDecimals = 9;
+  const double size = std::max(std::abs(value), std::abs(span));
+  if (value == 0.0) return "0";
+  if (!(size >= kFixedFrom && size < kPlainTo) || !(span > 0.0)) return numberText(value, kDigits + 1);
+  const int decimals = std::clamp(kDigits - 1 - static_cast<int>(std::floor(std::log10(span))), 0, kMostDecimals);
+  std::string text = fixedText(value, decimals);
+  if (text.find('.') == std::string::npos) return text;
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') text.pop_back();
+  return text == "-0" ? "0" : text;
 }
 
 std::string formNumber(double value, NumberForm form) {

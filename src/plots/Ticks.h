@@ -22,6 +22,9 @@ std::vector<Tick> axisTicks(const Axis& axis, int wanted);
 // or none is finite, with room around.
 Axis axisOver(std::string title, const std::vector<double>& values, NumberForm form);
 
+// The end of an axis in as few digits as tell it from its neighbours over that span: "3.14", "2000", "0.056".
+std::string limitNumber(double value, double span);
+
 // A number in a form, without padding: "nan", "inf" and "-inf" for what isn't finite.
 std::string formNumber(double value, NumberForm form);
 

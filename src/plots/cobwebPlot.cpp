@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 
 #include "plots/Ticks.h"
 #include "plots/runPlots.h"
@@ -19,13 +18,8 @@ struct Limits {
 
 // From the smallest to the largest finite value; 0 and 0 without one.
 Limits limitsOf(const RunColumn& column) {
-  Limits limits{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
-  for (const double value : column.values) {
-    if (!std::isfinite(value)) continue;
-    limits.lower = std::min(limits.lower, value);
-    limits.upper = std::max(limits.upper, value);
-  }
-  return limits.lower <= limits.upper ? limits : Limits{};
+  const auto [lower, upper] = finiteRange(column);
+  return lower <= upper ? Limits{lower, upper} : Limits{};
 }
 
 // 0 at the lower limit, 1 at the upper one; not finite for a value that isn't, nor where the limits are equal.
@@ -49,7 +43,8 @@ std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits,
     legend.push_back({text, colour, LegendMark::Line, LineStyle::Solid});
   };
   const auto edge = [&](std::size_t i) {
-    return formNumber(limits.lower + kClassLimits[i] * (limits.upper - limits.lower), NumberForm::TwoDecimals);
+    const double span = limits.upper - limits.lower;
+    return limitNumber(limits.lower + kClassLimits[i] * span, span);
   };
   if (limits.lower == limits.upper) {
     add(name + " is the same in all runs", colours.classes.back());
@@ -96,7 +91,10 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
   Figure figure;
   figure.title = "Cobwebs plot";
   figure.subtitle = runsText(table.runs);
-  if (table.columns.empty()) return figure;
+  figure.emptyText = table.columns.empty() ? "No factor or variable is shown."
+                     : table.runs == 0     ? "There are no runs."
+                                           : "The drawing was stopped.";
+  if (table.columns.empty() || table.runs == 0) return figure;
 
   constexpr double kLimitsShare = 0.3;  // of the time, roughly
   const Progress measuring = progress.part(0.0, kLimitsShare);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "plots/Canvas.h"
+#include "plots/ColourSet.h"
 #include "plots/LineCounts.h"
 #include "plots/PixelLayer.h"
 #include "plots/chartDrawing.h"
@@ -53,6 +54,7 @@ class CobwebPainter {
 
   std::size_t classOf(std::size_t run, bool dropped) const;
   Colour colourOf(std::size_t run, bool dropped) const;
+  Colour onPage(const Colour& colour) const { return isDark(canvas_.inks()) ? onDarkPage(colour) : colour; }
   std::vector<Place> polyline(std::size_t run) const;
   // How far a mark of the wanted size may go.
   double uncrowded(double size) const {
@@ -76,7 +78,7 @@ std::size_t CobwebPainter::classOf(std::size_t run, bool dropped) const {
 
 Colour CobwebPainter::colourOf(std::size_t run, bool dropped) const {
   const std::size_t place = classOf(run, dropped);
-  if (place < chart_.palette.size()) return chart_.palette[place];
+  if (place < chart_.palette.size()) return onPage(chart_.palette[place]);
   return dropped ? chart_.runs.droppedColour : canvas_.inks().frame;
 }
 
@@ -130,7 +132,8 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   std::vector<std::uint8_t> classes;
   classes.reserve(runs.size());
   for (const std::size_t run : runs) classes.push_back(static_cast<std::uint8_t>(classOf(run, dropped)));
-  std::vector<Colour> palette = chart_.palette;
+  std::vector<Colour> palette;
+  for (const Colour& colour : chart_.palette) palette.push_back(onPage(colour));
   palette.push_back(chart_.runs.droppedColour);
   palette.push_back(canvas_.inks().frame);
   LineCounts lines(layer.width(), layer.height(), look.width * layer.perUnit());

@@ -32,6 +32,12 @@ void drawTitles(Canvas& canvas, const Figure& figure, const FigureLayout& layout
   }
 }
 
+void drawEmptyText(Canvas& canvas, const Figure& figure, const FigureLayout& layout) {
+  canvas.setColour(canvas.inks().faintText);
+  canvas.pen().draw(figure.emptyText, canvas.bodyStyle(), layout.page.centreX(), layout.page.centreY(), Anchor::Centre,
+                    layout.page.width - 2.0 * canvas.gap());
+}
+
 // The layer of one chart, if its layout is of its kind.
 bool drawChartLayer(Canvas& canvas, FigureLayer layer, const Chart& chart, const ChartLayout& layout,
                     const Progress& progress) {
@@ -56,6 +62,7 @@ bool drawLayer(cairo_t* context, const Figure& figure, const FigureLayout& layou
   Canvas canvas(context, layout.scale, options);
   if (layer == FigureLayer::Frame) {
     drawTitles(canvas, figure, layout);
+    if (figure.charts.empty()) drawEmptyText(canvas, figure, layout);
     drawLegend(canvas, figure.legend, layout.legend);
   }
   const std::size_t charts = std::min(figure.charts.size(), layout.charts.size());

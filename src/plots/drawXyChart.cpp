@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "plots/Canvas.h"
+#include "plots/ColourSet.h"
 #include "plots/DiscCounts.h"
 #include "plots/PixelLayer.h"
 #include "plots/chartDrawing.h"
@@ -50,6 +51,7 @@ class PlanePainter {
   void drawLine(const Line& line) const;
   void drawLabelled(const LabelledPoints& points, std::size_t layer) const;
   void drawRegion(const Region& region) const;
+  void drawCells(const Cells& cells) const;
   void ringMarked(const Points& points, std::size_t shown) const;
   void ringMarked(const LabelledPoints& points, std::size_t layer) const;
 
@@ -126,12 +128,15 @@ void PlanePainter::fillBars(const Area& area) const {
 
 bool PlanePainter::drawPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const {
   if (dropped && !points.runs.showDropped) return true;
-  if (shown > mostSinglePoints(canvas_.surface())) return countPoints(points, shown, dropped, progress);
+  if (points.shaded || shown > mostSinglePoints(canvas_.surface()))
+    return countPoints(points, shown, dropped, progress);
   const double radius = pointRadius(shown, canvas_.scale());
   canvas_.setColour(dropped ? points.runs.droppedColour : points.colour);
   for (std::size_t i = 0; i < std::min(points.x.size(), points.y.size()); ++i) {
-    if (points.runs.isDropped(i) != dropped || !x_.holds(points.x[i]) || !y_.holds(points.y[i])) continue;
-    cairo_arc(canvas_.context(), x_(points.x[i]), y_(points.y[i]), radius, 0.0, 2.0 * M_PI);
+    const double x = points.shownX(i);
+    const double y = points.shownY(i);
+    if (points.runs.isDropped(i) != dropped || !x_.holds(x) || !y_.holds(y)) continue;
+    cairo_arc(canvas_.context(), x_(x), y_(y), radius, 0.0, 2.0 * M_PI);
     cairo_fill(canvas_.context());
   }
   return progress.report(1.0);
@@ -155,18 +160,20 @@ bool PlanePainter::countPoints(const Points& points, std::size_t shown, bool dro
   const Progress counting = progress.part(0.0, kCountingShare);
   for (std::size_t i = 0; i < size; ++i) {
     if (i % kPointsAtOnce == 0 && !counting.report(i, size)) return false;
-    const double x = points.x[i];
-    const double y = points.y[i];
+    const double x = points.shownX(i);
+    const double y = points.shownY(i);
     if ((allKept ? dropped : points.runs.isDropped(i) != dropped) || !x_.holds(x) || !y_.holds(y)) continue;
     if (straight)
       discs.add(startX + x * shareX, startY + y * shareY);
     else
       discs.add(layer.pixelX(x_(x)), layer.pixelY(y_(y)));
   }
+  const Progress covering = progress.part(kCountingShare, 1.0);
+  if (points.shaded && !dropped) {
+    return layer.cover(discs, densityColours(canvas_.inks()), covering) && layer.paint(progress.part(1.0, 1.0));
+  }
   const double opacity = shown > kMostOpaquePoints ? kCrowdedOpacity : 1.0;
-  if (!layer.cover(discs, dropped ? points.runs.droppedColour : points.colour, opacity,
-                   progress.part(kCountingShare, 1.0)))
-    return false;
+  if (!layer.cover(discs, dropped ? points.runs.droppedColour : points.colour, opacity, covering)) return false;
   return layer.paint(progress.part(1.0, 1.0));
 }
 
@@ -216,6 +223,27 @@ void PlanePainter::drawRegion(const Region& region) const {
   strokePolyline(canvas_, plane_, corners, kLineWidth * canvas_.scale(), LineStyle::Solid);
 }
 
+void PlanePainter::drawCells(const Cells& cells) const {
+  constexpr double kInset = 3.0;       // of a text, on each side
+  constexpr double kDarkBelow = 0.45;  // of full lightness, on which white is read better than black
+  const TextStyle style = canvas_.tickStyle();
+  const double tall = canvas_.pen().height(style);
+  for (std::size_t i = 0; cells.columns > 0 && i < std::min(cells.values.size(), cells.colours.size()); ++i) {
+    const auto row = static_cast<double>(i / cells.columns);
+    const auto column = static_cast<double>(i % cells.columns);
+    const double left = x_.clamped(column);
+    const double top = y_.clamped(y_.upper() - row);
+    const Rect cell{left, top, x_.clamped(column + 1.0) - left, y_.clamped(y_.upper() - row - 1.0) - top};
+    canvas_.fill(cell, cells.colours[i]);
+    if (i >= cells.texts.size() || cell.height < tall ||
+        canvas_.pen().width(cells.texts[i], style) + 2.0 * kInset > cell.width)
+      continue;
+    const bool dark = lightness(cells.colours[i]) < kDarkBelow;
+    canvas_.setColour(dark ? namedColour("White") : Inks().text);
+    canvas_.pen().draw(cells.texts[i], style, cell.centreX(), cell.centreY(), Anchor::Centre, cell.width);
+  }
+}
+
 void PlanePainter::ring(double x, double y, double radius) const {
   canvas_.setColour(canvas_.inks().text);
   canvas_.setLine(kLineWidth * canvas_.scale());
@@ -225,8 +253,8 @@ void PlanePainter::ring(double x, double y, double radius) const {
 
 void PlanePainter::ringMarked(const Points& points, std::size_t shown) const {
   for (std::size_t i = 0; i < std::min(points.x.size(), points.y.size()); ++i)
-    if (canvas_.isMarked(points.runs.numberOf(i)) && x_.holds(points.x[i]) && y_.holds(points.y[i]))
-      ring(x_(points.x[i]), y_(points.y[i]), pointRadius(shown, canvas_.scale()));
+    if (canvas_.isMarked(points.runs.numberOf(i)) && x_.holds(points.shownX(i)) && y_.holds(points.shownY(i)))
+      ring(x_(points.shownX(i)), y_(points.shownY(i)), pointRadius(shown, canvas_.scale()));
 }
 
 void PlanePainter::ringMarked(const LabelledPoints& points, std::size_t layer) const {
@@ -259,6 +287,7 @@ bool drawChart(Canvas& canvas, FigureLayer figureLayer, const XyChart& chart, co
       if (const auto* area = std::get_if<Area>(&layer)) painter.drawArea(*area);
       if (const auto* line = std::get_if<Line>(&layer)) painter.drawLine(*line);
       if (labelled != nullptr) painter.drawLabelled(*labelled, i);
+      if (const auto* cells = std::get_if<Cells>(&layer)) painter.drawCells(*cells);
     }
     if (figureLayer == FigureLayer::Overlay) {
       if (const auto* region = std::get_if<Region>(&layer)) painter.drawRegion(*region);

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <optional>
 
+#include "plots/ColourSet.h"
 #include "plots/RunTable.h"
 #include "plots/Ticks.h"
 #include "postproc/UaCurves.h"
@@ -12,18 +14,6 @@
 namespace tarvex {
 
 namespace {
-
-// For several variables: apart in hue for every kind of colour vision, and most of them in gray (M. Okabe, K. Ito,
-// Color Universal Design, 2008). The line styles tell all of them apart.
-constexpr std::array<Colour, kLineStyles> kColours = {{
-    {0, 29298, 45746},      // blue
-    {59110, 40863, 0},      // orange
-    {0, 0, 0},              // black
-    {52428, 31097, 42919},  // reddish purple
-    {0, 40606, 29555},      // bluish green
-    {54741, 24158, 0},      // vermilion
-    {22102, 46260, 59881},  // sky blue
-}};
 
 // What is drawn of one variable, over edges in the units of the scale.
 struct Series {
@@ -34,6 +24,7 @@ struct Series {
   Colour colour;
   LineStyle style = LineStyle::Solid;
   bool constant = false;  // one value: the first edge
+  bool folded = false;    // the last edge is the largest value
 };
 
 bool isCurve(HistogramForm form) {
@@ -71,6 +62,44 @@ std::optional<Series> seriesOf(const UaStats& stats, std::int32_t variable, Hist
   series.edges.push_back(high + (high - low) / (kHistogramEntries - 1));
   series.heights = heightsOf(stats, variable, form, scale);
   return series;
+}
+
+// How many of a hundred neighbouring columns are taken together: what divides them evenly, and is nearest to Scott's
+// width of 3.49 deviations over the cube root of the count.
+std::size_t suitedGroup(const std::vector<double>& heights) {
+  constexpr double kScott = 3.49;
+  constexpr std::array<std::size_t, 6> kGroups = {1, 2, 4, 5, 10, 20};
+  double count = 0.0;
+  double sum = 0.0;
+  double squares = 0.0;
+  for (std::size_t i = 0; i < heights.size(); ++i) {
+    const auto at = static_cast<double>(i);
+    count += heights[i];
+    sum += heights[i] * at;
+    squares += heights[i] * at * at;
+  }
+  if (!(count > 0.0)) return 1;
+  const double variance = std::max(squares / count - sum / count * (sum / count), 0.0);
+  const double width = std::max(kScott * std::sqrt(variance) / std::cbrt(count), 1.0);
+  return *std::ranges::min_element(
+      kGroups, {}, [width](std::size_t group) { return std::abs(std::log(static_cast<double>(group) / width)); });
+}
+
+// The last of the bins holds what equals the largest value: it joins the one before, so that columns end there.
+void takeTogether(Series& series, std::size_t group) {
+  constexpr std::size_t kWhole = kHistogramEntries - 1;
+  if (series.constant || series.heights.size() != kHistogramEntries) return;
+  std::vector<double> edges, heights;
+  for (std::size_t first = 0; first < kWhole; first += group) {
+    edges.push_back(series.edges[first]);
+    heights.push_back(std::accumulate(series.heights.begin() + static_cast<std::ptrdiff_t>(first),
+                                      series.heights.begin() + static_cast<std::ptrdiff_t>(first + group), 0.0));
+  }
+  edges.push_back(series.edges[kWhole]);
+  heights.back() += series.heights[kWhole];
+  series.edges = std::move(edges);
+  series.heights = std::move(heights);
+  series.folded = true;
 }
 
 // A column of some width in the middle of the axis where a variable has one value.
@@ -121,6 +150,7 @@ const char* titleOf(HistogramForm form) {
   switch (form) {
     case HistogramForm::Area:
     case HistogramForm::Outline:
+    case HistogramForm::Bars:
       return "Histogram";
     case HistogramForm::Frequency:
       return "Frequencies";
@@ -136,6 +166,7 @@ const char* heightTitleOf(HistogramForm form) {
   switch (form) {
     case HistogramForm::Area:
     case HistogramForm::Outline:
+    case HistogramForm::Bars:
       return "Runs";
     case HistogramForm::Frequency:
       return "Share of the runs";
@@ -158,7 +189,7 @@ void addLayers(XyChart& chart, std::vector<Series>& all, HistogramForm form) {
     if (series.constant) widenConstant(series, chart.x);
     if (form == HistogramForm::Outline) continue;
     chart.layers.emplace_back(Area{series.edges, series.heights, several ? paler(series.colour) : series.colour,
-                                   form == HistogramForm::Frequency});
+                                   form == HistogramForm::Frequency || form == HistogramForm::Bars});
   }
   // Outlines in front of all columns: none hides another.
   if (several || form == HistogramForm::Outline)
@@ -171,7 +202,7 @@ XyChart chartOf(std::vector<Series>& all, HistogramForm form, HistogramScale sca
   double largest = 0.0;
   for (const Series& series : all) {
     // The last bin has its width in a histogram; curves end at its edge, the largest value.
-    const bool isWide = !isCurve(form) && !series.constant;
+    const bool isWide = series.folded || (!isCurve(form) && !series.constant);
     ends.push_back(series.edges.front());
     ends.push_back(isWide ? series.edges.back() : series.edges[series.edges.size() - 2]);
     for (const double height : series.heights)
@@ -208,46 +239,53 @@ std::string subtitleOf(const UaStats& stats, const std::vector<Series>& all, con
 }
 
 Figure figureOf(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
-                HistogramScale scale, std::int64_t infinite) {
+                HistogramScale scale, HistogramBins bins, std::int64_t infinite,
+                const std::vector<std::string>& titles) {
   std::vector<Series> all;
   std::vector<std::string> without;
   for (const std::int32_t variable : variables) {
     std::optional<Series> series = seriesOf(stats, variable, form, scale);
-    if (series)
+    if (series) {
+      if (bins == HistogramBins::Suited && !isCurve(form)) takeTogether(*series, suitedGroup(series->heights));
       all.push_back(std::move(*series));
-    else if (const std::string* name = stats.name(variable))
+    } else if (const std::string* name = stats.name(variable)) {
       without.push_back(*name);
+    }
   }
   Figure figure;
   figure.title = titleOf(form);
   if (variables.size() == 1 && stats.name(variables.front()) != nullptr)
     figure.title += " of " + *stats.name(variables.front());
   figure.subtitle = subtitleOf(stats, all, without, scale, infinite);
+  figure.emptyText = "No values to show. " + figure.subtitle;
   if (all.empty()) return figure;
 
   if (all.size() == 1) all.front().colour = namedColour("Medium Slate Blue");
   for (std::size_t i = 0; i < all.size() && all.size() > 1; ++i) {
-    all[i].colour = kColours[i % kLineStyles];
+    all[i].colour = factorColour(i);
     // From the eighth on the styles go with other colours.
     all[i].style = static_cast<LineStyle>((i + i / kLineStyles) % kLineStyles);
     figure.legend.push_back({all[i].name, all[i].colour, LegendMark::Line, all[i].style});
   }
   figure.charts.emplace_back(chartOf(all, form, scale));
+  if (all.size() == 1 && titles.size() == 1 && scale != kLogScale)
+    std::get<XyChart>(figure.charts.front()).x.title = titles.front();
   return figure;
 }
 
 }  // namespace
 
 Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
-                     HistogramScale scale) {
-  return figureOf(stats, variables, form, scale, 0);
+                     HistogramScale scale, HistogramBins bins) {
+  return figureOf(stats, variables, form, scale, bins, 0, {});
 }
 
 bool isWithoutBins(const UaStats& stats, std::int32_t variable) {
   return std::isinf(stats.minimum(variable)) || std::isinf(stats.maximum(variable));
 }
 
-Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale) {
+Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale,
+                     HistogramBins bins) {
   const auto isFactor = [](const RunColumn* column) { return column->isFactor; };
   const bool mixed = std::ranges::any_of(columns, isFactor) && !std::ranges::all_of(columns, isFactor);
   std::vector<std::string> names;
@@ -273,7 +311,9 @@ Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm
     stored = table.addRow(row.data()) > 0;
   }
   UaStats stats;
-  if (stored && stats.compute(names, table)) return figureOf(stats, variables, form, scale, infinite);
+  std::vector<std::string> titles;
+  for (const RunColumn* const column : columns) titles.push_back(column->axisTitle());
+  if (stored && stats.compute(names, table)) return figureOf(stats, variables, form, scale, bins, infinite, titles);
   Figure figure;
   figure.title = titleOf(form);
   figure.subtitle = "No values: " + table.errorText();

@@ -58,7 +58,7 @@ void offerPoints(const Points& points, std::size_t layer, const PlaneLayout& lay
     const bool dropped = points.runs.isDropped(i);
     if (dropped && !points.runs.showDropped) return;
     nearest.offerPoint({Hit::Kind::Run, 0, layer, points.runs.numberOf(i)},
-                       {layout.x(points.x[i]), layout.y(points.y[i])}, dropped);
+                       {layout.x(points.shownX(i)), layout.y(points.shownY(i))}, dropped);
   });
 }
 

@@ -10,6 +10,7 @@
 #include <variant>
 
 #include "plots/CairoStream.h"
+#include "plots/ColourSet.h"
 
 namespace tarvex {
 namespace {
@@ -34,10 +35,6 @@ void visitRuns(Figure& figure, const Visit& visit) {
       if (auto* const points = std::get_if<Points>(&layer))
         visit(points->runs, std::min(points->x.size(), points->y.size()));
   }
-}
-
-bool isDark(const Inks& inks) {
-  return inks.page.green < inks.text.green;
 }
 
 }  // namespace
@@ -99,6 +96,23 @@ void ChartImages::setFilter(std::size_t chart, std::size_t axis,
   if (chart >= scene_->figure.charts.size()) return;
   auto* const cobweb = std::get_if<CobwebChart>(&change({FigureLayer::Overlay}).figure.charts[chart]);
   if (cobweb != nullptr && axis < cobweb->axes.size()) cobweb->axes[axis].filter = filter;
+}
+
+void ChartImages::setRegion(std::size_t chart, const std::array<double, 4>& bounds) {
+  if (chart >= scene_->figure.charts.size()) return;
+  auto* const plane = std::get_if<XyChart>(&change({FigureLayer::Overlay}).figure.charts[chart]);
+  if (plane == nullptr) return;
+  const auto on = [](const Axis& axis, double value) {
+    return axis.scale == AxisScale::Logarithms ? std::log(value) : value;
+  };
+  for (XyChart::Layer& layer : plane->layers) {
+    auto* const region = std::get_if<Region>(&layer);
+    if (region == nullptr) continue;
+    region->lowerX = on(plane->x, bounds[0]);
+    region->upperX = on(plane->x, bounds[1]);
+    region->lowerY = on(plane->y, bounds[2]);
+    region->upperY = on(plane->y, bounds[3]);
+  }
 }
 
 bool ChartImages::isReady() const {

@@ -39,6 +39,10 @@ class ChartImages {
   // The range that is marked on an axis of a cobweb; nothing takes the mark away.
   void setFilter(std::size_t chart, std::size_t axis, const std::optional<std::pair<double, double>>& filter);
 
+  // The bounds of the region of a plane that has one, in the values of its axes: lower and upper across, lower and
+  // upper up. Not-a-numbers take the frame away.
+  void setRegion(std::size_t chart, const std::array<double, 4>& bounds);
+
   // Counts what was changed since the object was made.
   int changes() const { return changes_; }
   bool isReady() const;

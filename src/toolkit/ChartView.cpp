@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QTimer>
 #include <algorithm>
+#include <array>
+#include <limits>
 #include <utility>
 #include <variant>
 
@@ -74,6 +76,11 @@ void ChartView::setEmptyText(const QString& sentence, const QString& buttonLabel
   update();
 }
 
+// The figure knows best.
+QString ChartView::emptyText() const {
+  return figure().emptyText.empty() ? emptyText_ : QString::fromStdString(figure().emptyText);
+}
+
 void ChartView::placeButton() {
   if (emptyButton_ == nullptr) return;
   emptyButton_->setVisible(isEmpty());
@@ -103,6 +110,13 @@ void ChartView::setShowDropped(bool show) {
 void ChartView::setBrush(std::vector<BrushRange> ranges) {
   brush_.set(std::move(ranges));
   applyBrush(false);
+}
+
+void ChartView::setRegion(std::size_t chart, const std::optional<Box>& box) {
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+  images_->setRegion(chart, box ? std::array{box->lowerX, box->upperX, box->lowerY, box->upperY}
+                                : std::array{kNone, kNone, kNone, kNone});
+  update();
 }
 
 const CobwebChart* ChartView::cobweb(std::size_t& chart) const {
@@ -175,7 +189,7 @@ void ChartView::paintEmpty(QPainter& painter) const {
   const bool over = emptyButton_ != nullptr;
   painter.drawText(over ? QRect(area.left(), area.top(), area.width(), area.height() / 2) : area,
                    (over ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter) | Qt::TextWordWrap,
-                   hasFont() ? emptyText_ : QString());
+                   hasFont() ? emptyText() : QString());
 }
 
 // A frame around the chart that keys work on, and a mark at the axis.

@@ -56,6 +56,14 @@ class ChartView : public QWidget {
   void setDropped(const std::vector<std::uint8_t>& dropped);
   // Whether runs that are left out stand behind the others, and don't vanish. True at first.
   void setShowDropped(bool show);
+  // Part of a plane, in the values of its axes.
+  struct Box {
+    double lowerX = 0.0, upperX = 0.0, lowerY = 0.0, upperY = 0.0;
+  };
+  // A drag in a plane then frames a region, told by framed(), and doesn't zoom.
+  void setFraming(bool frames) { framing_ = frames; }
+  // The frame of a chart that has a region; nothing takes it away.
+  void setRegion(std::size_t chart, const std::optional<Box>& box);
   // Numbers of runs or records that stand out.
   void setMarked(std::vector<std::int32_t> numbers);
 
@@ -78,6 +86,8 @@ class ChartView : public QWidget {
   void pointed(const QString& text);
   // The ranges were changed by the user; `kept` of the runs lie in all of them, `text` says so: "214 of 10,000 runs".
   void brushed(const std::vector<tarvex::BrushRange>& ranges, int kept, const QString& text);
+  // The user framed a region of the plane of that number.
+  void framed(std::size_t chart, const tarvex::ChartView::Box& box);
   // The number of the run, from 0.
   void runClicked(int run);
   // The number of the record: of a bar, a slice, a named point.
@@ -101,6 +111,7 @@ class ChartView : public QWidget {
   enum class Drag { None, Pressed, Box, Range };
 
   bool isEmpty() const;
+  QString emptyText() const;
   void lay();  // the page as it is to be seen now
   void drawLater();
   void drawSlowly();
@@ -113,6 +124,7 @@ class ChartView : public QWidget {
   void applyBrush(bool tell);
   void dragTo(const QPointF& place);
   void click(const QPointF& place);
+  void frame(const QRectF& box);
   void point(const QPointF& place);
   bool pressKey(int key);
   bool pressBrushKey(const CobwebChart& chart, int key);
@@ -124,6 +136,7 @@ class ChartView : public QWidget {
   ChartZoom zoom_;
   ChartBrush brush_;
   bool showDropped_ = true;
+  bool framing_ = false;
   bool drawing_ = false;
   bool drawSoon_ = false;
   std::size_t current_ = 0;      // the chart that keys work on

@@ -101,9 +101,24 @@ void ChartView::mouseReleaseEvent(QMouseEvent* event) {
   const Drag was = std::exchange(drag_, Drag::None);
   if (was == Drag::Pressed) click(event->position());
   const QRectF box = QRectF(pressed_, event->position()).normalized();
-  if (was == Drag::Box && box.width() > 1.0 && box.height() > 1.0)
+  if (was == Drag::Box && framing_ && box.width() > 1.0 && box.height() > 1.0)
+    frame(box);
+  else if (was == Drag::Box && box.width() > 1.0 && box.height() > 1.0)
     zoom_.showBox(figure(), images_->layout(), current_, {box.x(), box.y(), box.width(), box.height()});
   update();
+}
+
+void ChartView::frame(const QRectF& box) {
+  if (current_ >= images_->layout().charts.size()) return;
+  const auto* const plane = std::get_if<PlaneLayout>(&images_->layout().charts[current_]);
+  if (plane == nullptr) return;
+  const QRectF within = box.intersected(
+      QRectF(plane->frame.plane.x, plane->frame.plane.y, plane->frame.plane.width, plane->frame.plane.height));
+  if (within.isEmpty()) return;
+  Q_EMIT framed(current_, {valueOn(plane->xAxis, plane->x.inverse(within.left())),
+                           valueOn(plane->xAxis, plane->x.inverse(within.right())),
+                           valueOn(plane->yAxis, plane->y.inverse(within.bottom())),
+                           valueOn(plane->yAxis, plane->y.inverse(within.top()))});
 }
 
 void ChartView::click(const QPointF& place) {

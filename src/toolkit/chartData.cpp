@@ -59,6 +59,17 @@ struct LayerBlock {
               return column == 0 ? points.labels[row] : coordinate(points, row, column == 1);
             }};
   }
+  Block operator()(const Cells& cells) const {
+    std::vector<std::string> names{""};
+    for (std::size_t i = 0; i < cells.columns; ++i)
+      names.push_back(i < chart.x.names.size() ? chart.x.names[i] : std::to_string(i + 1));
+    return {std::move(names), cells.columns == 0 ? 0 : cells.values.size() / cells.columns,
+            [this, &cells](std::size_t row, std::size_t column) {
+              if (column > 0) return numberText(cells.values[row * cells.columns + column - 1]);
+              const std::vector<std::string>& up = chart.y.names;
+              return row < up.size() ? up[up.size() - 1 - row] : std::to_string(row + 1);
+            }};
+  }
   Block operator()(const Region& region) const {
     const std::string x = titleOr(chart.x, "x");
     const std::string y = titleOr(chart.y, "y");

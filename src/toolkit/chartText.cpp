@@ -64,6 +64,7 @@ struct LayerHit {
     return {};
   }
   QString operator()(const Region&) const { return {}; }
+  QString operator()(const Cells&) const { return {}; }
 };
 
 struct ChartHit {
@@ -113,13 +114,19 @@ struct LayerWords {
   QString operator()(const LabelledPoints& points) const {
     return groupedNumber(std::ssize(points.x)) + " named points";
   }
-  QString operator()(const Region&) const { return "a marked region"; }
+  QString operator()(const Region& region) const {
+    return std::isfinite(region.lowerX) ? QString("a marked region") : QString();
+  }
+  QString operator()(const Cells& cells) const {
+    return "a square for each of " + groupedNumber(std::ssize(cells.values)) + " values";
+  }
 };
 
 struct ChartWords {
   QString operator()(const XyChart& chart) const {
     QStringList parts;
     for (const XyChart::Layer& layer : chart.layers) parts << std::visit(LayerWords{}, layer);
+    parts.removeAll(QString());
     return titled(chart.title) + rangeText(chart.x, "x") + ", " + rangeText(chart.y, "y") + ": " + parts.join(", ");
   }
   QString operator()(const CobwebChart& chart) const {

@@ -60,7 +60,7 @@ TEST(SavePicture, otherProgramsReadTheFiles) {
   EXPECT_NE(eps.find("%%BoundingBox: 0 0 240 180\n"), std::string::npos) << "the white page is part of the picture";
   EXPECT_EQ(eps.find("CreationDate"), std::string::npos);
   if (!missing.empty()) GTEST_SKIP() << "not installed:" << missing;
-  for (const char* word : {"Title", "Sizes of the indices", "x5", "-0.50", "Constant", "not"})
+  for (const char* word : {"Title", "Sizes of the indices", "x5", "-0.5", "Constant", "not"})
     EXPECT_NE(readFile(text).find(word), std::string::npos) << word;
 }
 

@@ -9,6 +9,7 @@
 #include "app/RunController.h"
 #include "panels/main/PAbout.h"
 #include "panels/main/PLogFile.h"
+#include "panels/plots/openPlots.h"
 #include "panels/prep/PPrepMain.h"
 #include "panels/vels/ResultDesk.h"
 #include "toolkit/Application.h"
@@ -151,7 +152,7 @@ void PMainPanel::generate() {
 
 void PMainPanel::visualize() {
   say("Visualize the samples created");
-  notYet("The plots of samples");
+  openPlots(*results_);
 }
 
 void PMainPanel::start() {

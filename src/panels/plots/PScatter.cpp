@@ -1,0 +1,105 @@
+#include "panels/plots/PScatter.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <algorithm>
+#include <limits>
+
+#include "base/NumberText.h"
+#include "plots/runPlots.h"
+#include "toolkit/Dialogs.h"
+#include "toolkit/allow.h"
+
+namespace tarvex {
+namespace {
+
+QString rangeOf(const RunColumn& column) {
+  const auto [lower, upper] = finiteRange(column);
+  if (!(lower <= upper)) return QString::fromStdString(column.name) + ": no numbers";
+  return QString::fromStdString(column.name + ": " + numberText(lower) + " to " + numberText(upper));
+}
+
+}  // namespace
+
+PScatter::PScatter(ResultDesk& desk, std::shared_ptr<Selection> selection, std::size_t x, std::size_t y)
+    : RunPanel(desk, std::move(selection), "PScatter", "Scattergram", "Scattergram") {
+  fillColumns();
+  gadget<QComboBox>("OFirst")->setCurrentIndex(static_cast<int>(x));
+  gadget<QComboBox>("OSecond")->setCurrentIndex(static_cast<int>(y));
+  auto* const chart = gadget<ChartView>("SpSamples");
+  connect(chart, &ChartView::pointed, this, [this](const QString& text) { say(text); });
+  connect(chart, &ChartView::framed, this, [this](std::size_t, const ChartView::Box& box) { frame(box); });
+  chart->setFraming(true);
+  start({{"choose", [this] { choose(); }},
+         {"scale", [this] { draw(); }},
+         {"frame", [this, chart] { chart->setFraming(gadget<QPushButton>("RSelected")->isChecked()); }},
+         {"saveImg", [chart] { chart->exportPicture(); }},
+         {"close", [this] { hide(); }}});
+  choose();
+}
+
+std::size_t PScatter::column(bool across) {
+  return static_cast<std::size_t>(std::max(0, gadget<QComboBox>(across ? "OFirst" : "OSecond")->currentIndex()));
+}
+
+// Analysed variables join the table; those that were there keep their places.
+void PScatter::fillColumns() {
+  for (; listed_ < table().columns.size(); ++listed_)
+    for (const char* const list : {"OFirst", "OSecond"})
+      gadget<QComboBox>(list)->addItem(QString::fromStdString(table().columns[listed_].label()));
+}
+
+void PScatter::choose() {
+  const RunColumn& x = table().columns[column(true)];
+  const RunColumn& y = table().columns[column(false)];
+  gadget<QLabel>("MlFirstVar")->setText(rangeOf(x));
+  gadget<QLabel>("MlSecondVar")->setText(rangeOf(y));
+  setTitle("Scattergram: " + QString::fromStdString(y.name + " against " + x.name));
+  const auto scale = [this](const char* box, const RunColumn& of) {
+    const QString why = canBeLogarithmic(of) ? QString() : "Not all its values are above 0.";
+    allow(*gadget<QCheckBox>(box), why);
+    if (!why.isEmpty()) gadget<QCheckBox>(box)->setChecked(false);
+  };
+  scale("TLogFirst", x);
+  scale("TLogSecond", y);
+  const bool discrete = isDiscrete(x) || isDiscrete(y);
+  allow(*gadget<QCheckBox>("TJitter"), discrete ? QString() : "Neither column has only a few values.");
+  gadget<QCheckBox>("TJitter")->setChecked(discrete);
+  gadget<QCheckBox>("TShade")->setChecked(isCrowded(table().runs));
+  draw();
+}
+
+void PScatter::draw() {
+  ScatterLook look;
+  look.logarithmicX = gadget<QCheckBox>("TLogFirst")->isChecked();
+  look.logarithmicY = gadget<QCheckBox>("TLogSecond")->isChecked();
+  look.jitter = gadget<QCheckBox>("TJitter")->isChecked();
+  look.shaded = gadget<QCheckBox>("TShade")->isChecked();
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN();  // where it is, showSelection() says
+  look.region = Region{kNone, kNone, kNone, kNone, namedColour("Indian Red")};
+  auto* const chart = gadget<ChartView>("SpSamples");
+  chart->setEmptyText("No run has a number in both columns.");
+  chart->show(scatterPlot(table().columns[column(true)], table().columns[column(false)], look));
+  showSelection();
+}
+
+void PScatter::showSelection() {
+  fillColumns();
+  auto* const chart = gadget<ChartView>("SpSamples");
+  chart->setDropped(selection().dropped());
+  const std::vector<RunRange>& region = selection().region();
+  const bool here = region.size() == 2 && region[0].column == column(true) && region[1].column == column(false);
+  chart->setRegion(
+      0, here ? std::optional(ChartView::Box{region[0].lower, region[0].upper, region[1].lower, region[1].upper})
+              : std::nullopt);
+}
+
+void PScatter::frame(const ChartView::Box& box) {
+  std::string message;
+  if (!selection().setRegion({column(true), box.lowerX, box.upperX}, {column(false), box.lowerY, box.upperY}, message))
+    Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(message), window());
+}
+
+}  // namespace tarvex
