@@ -6,6 +6,7 @@
 
 #include "app/ProjectConfiguration.h"
 #include "base/NumberText.h"
+#include "postproc/CriticalValues.h"
 #include "postproc/OutputVariables.h"
 #include "postproc/RegressionStats.h"
 
@@ -13,8 +14,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::array kStudentLevels = {0.75, 0.9, 0.95, 0.975, 0.99, 0.995, 0.9995};
-constexpr std::array kKolmogorovLevels = {0.9, 0.95, 0.98, 0.99};
 constexpr double kTableShare = 0.3;        // of the time of an analysis, roughly
 constexpr double kUncertaintyShare = 0.5;  // up to the end of the statistics
 

@@ -81,6 +81,16 @@ TableSelection wholeTable(const SensitivityStats& stats, std::int32_t variable, 
   return selection;
 }
 
+std::vector<std::array<std::string, 5>> curvePoints(const UaStats& stats, std::int32_t variable, HistogramScale scale) {
+  const UaCurves curves = makeUaCurves(stats, variable, scale);
+  std::vector<std::array<std::string, 5>> points;
+  for (std::size_t i = 0; i < curves.x.size(); ++i)
+    points.push_back({statisticCell(curves.x[i]), std::to_string(std::lround(curves.density[i])),
+                      statisticCell(curves.density[i]), statisticCell(curves.cumulative[i]),
+                      statisticCell(curves.complement[i])});
+  return points;
+}
+
 void writeUncertaintyTable(TextWriter& out, const UaStats& stats, std::int32_t variable, HistogramScale scale) {
   const std::string* name = stats.name(variable);
   out << "Uncertainty analysis for var " << (name ? *name : std::string()) << "\n\n";
@@ -91,12 +101,8 @@ void writeUncertaintyTable(TextWriter& out, const UaStats& stats, std::int32_t v
   out << "     Tcheb: " << shortNumber(stats.tchebyBound(variable)) << '\n';
   out << "     TTest: " << shortNumber(stats.tTestBound(variable)) << "\n\n";
 
-  const UaCurves curves = makeUaCurves(stats, variable, scale);
-  writeRow(out, {"Value", "Count", "Density", "Cumulative", "Complement"});
-  for (std::size_t i = 0; i < curves.x.size(); ++i)
-    writeRow(out, {statisticCell(curves.x[i]), std::to_string(std::lround(curves.density[i])),
-                   statisticCell(curves.density[i]), statisticCell(curves.cumulative[i]),
-                   statisticCell(curves.complement[i])});
+  writeRow(out, Row(kPointHeadings.begin(), kPointHeadings.end()));
+  for (const auto& point : curvePoints(stats, variable, scale)) writeRow(out, Row(point.begin(), point.end()));
 }
 
 void writeRegressionTable(TextWriter& out, const RegressionStats& stats, const TableSelection& selection,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -30,6 +31,10 @@ struct TableSelection {
 };
 // All records of a result.
 TableSelection wholeTable(const SensitivityStats& stats, std::int32_t variable, const std::string& name);
+
+// The points of a variable's curves, a row each, under the headings: value, count, density, cumulative, complement.
+inline constexpr std::array<const char*, 5> kPointHeadings = {"Value", "Count", "Density", "Cumulative", "Complement"};
+std::vector<std::array<std::string, 5>> curvePoints(const UaStats& stats, std::int32_t variable, HistogramScale scale);
 
 // Statistics, bounds on the mean and the 101 points of the curves.
 void writeUncertaintyTable(TextWriter& out, const UaStats& stats, std::int32_t variable, HistogramScale scale);

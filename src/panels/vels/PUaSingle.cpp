@@ -1,0 +1,305 @@
+#include "panels/vels/PUaSingle.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTabWidget>
+#include <charconv>
+#include <numeric>
+#include <utility>
+
+#include "app/RunController.h"
+#include "base/NumberText.h"
+#include "base/RememberedDirectories.h"
+#include "base/TextWriter.h"
+#include "panels/vels/CellTable.h"
+#include "panels/vels/PUaSelect.h"
+#include "panels/vels/ResultDesk.h"
+#include "plots/RunTable.h"
+#include "postproc/CellFormat.h"
+#include "postproc/ResultExport.h"
+#include "postproc/SavedTables.h"
+#include "postproc/UaCurves.h"
+#include "toolkit/ChartView.h"
+#include "toolkit/Dialogs.h"
+#include "toolkit/Notebook.h"
+#include "toolkit/TableView.h"
+#include "toolkit/allow.h"
+
+namespace tarvex {
+namespace {
+
+enum Page { kChartPage, kPointsPage, kQuantilePage };
+
+QString cellText(double value) {
+  return QString::fromStdString(statisticCell(value)).trimmed();
+}
+
+// The shortest text that is read back as this number.
+QString singleText(float value) {
+  char text[kMaxNumberText];
+  return QString::fromLatin1(text, std::to_chars(text, text + sizeof text, value).ptr - text);
+}
+
+}  // namespace
+
+PUaSingle::PUaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> analysis, std::int32_t variable)
+    : Panel(desk.display(), "PUaSingle", "SelVar",
+            desk.controller().demoMode() ? "Uncertainty analisys (Demo mode)" : "Uncertainty analysis", desk.parent()),
+      desk_(desk),
+      analysis_(std::move(analysis)),
+      statistics_(analysis_->uncertainty),
+      methodId_(desk.controller().project().prep.methodId()) {
+  addPages();
+  for (const std::string& name : analysis_->variables)
+    gadget<QComboBox>("OVariable")->addItem(QString::fromStdString(name));
+  gadget<QComboBox>("OVariable")->setCurrentIndex(variable);
+  allow(*gadget<QPushButton>("BSelect"),
+        analysis_->variables.size() > 1 ? QString() : "A single variable was analysed.");
+  gadget<QPushButton>("BArea")->setChecked(true);
+  prepareQuantiles();
+  registerAll();
+  subscription_ = controller().subscribe([this](Changes changes) { changed(changes); });
+  show(variable);
+}
+
+PUaSingle::~PUaSingle() = default;
+
+void PUaSingle::addPages() {
+  const struct {
+    const char* file;
+    const char* label;
+  } pages[] = {{"PUaSinglePage1", "Cha&rt"}, {"PUaSinglePage2", "Po&ints"}, {"PUaSinglePage3", "&Quantiles"}};
+  QString problem;
+  for (const auto& [file, label] : pages)
+    if (!gadget<Notebook>("NoVariable")->addPage(display(), file, label, problem)) missing(problem);
+}
+
+void PUaSingle::registerAll() {
+  registerCallbacks({{"outline", [this] { showForm(HistogramForm::Outline); }},
+                     {"cumulative", [this] { showForm(HistogramForm::Cumulative); }},
+                     {"saveImg", [this] { gadget<ChartView>("TBackground")->exportPicture(); }},
+                     {"boundSet", [this] { boundSet(); }},
+                     {"histogram", [this] { showForm(HistogramForm::Area, true); }},
+                     {"saveTable", [this] { saveTable(); }},
+                     {"invCumulative", [this] { showForm(HistogramForm::Complement); }},
+                     {"dismiss",
+                      [this] {
+                        if (closing()) hide();
+                      }},
+                     {"area", [this] { showForm(HistogramForm::Area); }},
+                     {"frequency", [this] { showForm(HistogramForm::Frequency); }},
+                     {"choose", [this] { choose(); }},
+                     {"chooseVariable", [this] { chooseVariable(); }},
+                     {"select", [this] { chooseSeveral(); }},
+                     {"settings", [this] { settings(); }},
+                     {"quantiles", [this] { quantiles(); }},
+                     {"pageChanged", [this] { pageChanged(); }}});
+  bindKey(QKeySequence(Qt::Key_Escape), [this] { call("dismiss"); });
+}
+
+RunController& PUaSingle::controller() {
+  return desk_.controller();
+}
+
+QString PUaSingle::helpTopic() const {
+  const auto* const notebook = window()->findChild<QTabWidget*>("NoVariable");
+  return "PUaSinglePage" + QString::number((notebook != nullptr ? notebook->currentIndex() : 0) + 1);
+}
+
+void PUaSingle::say(const QString& text) {
+  gadget<QLabel>("MlMessage")->setText(text);
+}
+
+// What is shown stays; only what is said of it changes.
+void PUaSingle::changed(Changes changes) {
+  if (past_ || (!changes.contains(Change::Results) && controller().whyNot(Step::Analyse).empty())) return;
+  if (controller().busy() && !changes.contains(Change::Results)) return;
+  past_ = true;
+  setTitle(window()->windowTitle() + ", of earlier results");
+  say("These are earlier results: the project has others by now, or none.");
+}
+
+bool PUaSingle::closing() {
+  if (working_) say("Stop what is in progress first.");
+  return !working_;
+}
+
+// One variable.
+
+void PUaSingle::show(std::int32_t variable) {
+  variable_ = variable;
+  inChart_ = {variable};
+  showStatistics();
+  showChart();
+  showPoints();
+  showBounds();
+  pageChanged();
+}
+
+void PUaSingle::showStatistics() {
+  const double deviation = statistics_.std(variable_);
+  const double tTest = statistics_.tTestBound(variable_);
+  const QString level = QString::fromStdString(numberText(statistics_.tchebyConfidence));
+  const std::vector<std::pair<QString, QString>> rows = {
+      {"Mean", cellText(statistics_.mean(variable_))},
+      {"Variance", cellText(deviation * deviation)},
+      {"Standard deviation", cellText(deviation)},
+      {"Skewness", cellText(statistics_.skewness(variable_))},
+      {"Kurtosis", cellText(statistics_.kurtosis(variable_))},
+      {"Tchebycheff bound, " + level, cellText(statistics_.tchebyBound(variable_))},
+      {"t-test bound, " + level, tTest < 0.0 ? "no such level" : cellText(tTest)},
+      {"Minimum", cellText(statistics_.minimum(variable_))},
+      {"Maximum", cellText(statistics_.maximum(variable_))},
+      {"Runs", QString::number(statistics_.sampleSize())}};
+  std::vector<QStringList> cells;
+  for (const auto& [name, value] : rows) cells.push_back({name, value});
+  auto* const table = gadget<TableView>("MaStatistics");
+  table->setSource(std::make_shared<CellTable>(std::vector<CellTable::Column>{{"Statistic", false}, {"Value"}}, cells));
+  table->resizeColumnsToContents();
+}
+
+void PUaSingle::showForm(HistogramForm form, bool separated) {
+  form_ = form;
+  separated_ = separated;
+  showChart();
+}
+
+Figure PUaSingle::figure() {
+  const std::int32_t withoutBins = inChart_.size() == 1 && isWithoutBins(statistics_, variable_) ? variable_ : -1;
+  if (withoutBins < 0) return histogramPlot(statistics_, inChart_, form_, scale_);
+  RunColumn column{analysis_->variables[static_cast<std::size_t>(withoutBins)], false, {}};
+  if (!analysis_->table->getColumn(withoutBins, column.values)) return {};
+  return histogramPlot({&column}, form_, scale_);
+}
+
+void PUaSingle::showChart() {
+  Figure made = figure();
+  for (Chart& chart : made.charts)
+    if (auto* const plane = std::get_if<XyChart>(&chart); plane != nullptr && separated_)
+      for (XyChart::Layer& layer : plane->layers)
+        if (auto* const area = std::get_if<Area>(&layer)) area->separated = true;
+  auto* const view = gadget<ChartView>("TBackground");
+  view->setEmptyText(made.charts.empty() ? "There is no histogram: " + QString::fromStdString(made.subtitle) + '.'
+                                         : QString());
+  view->show(std::move(made));
+}
+
+void PUaSingle::showPoints() {
+  std::vector<CellTable::Column> columns;
+  for (const char* const heading : kPointHeadings) columns.push_back({heading});
+  std::vector<QStringList> cells;
+  for (const auto& point : curvePoints(statistics_, variable_, scale_)) {
+    QStringList row;
+    for (const std::string& cell : point) row << QString::fromStdString(cell).trimmed();
+    cells.push_back(row);
+  }
+  gadget<TableView>("MaPoints")->setSource(std::make_shared<CellTable>(columns, cells));
+}
+
+// The interval of the chart: from the first point to the last one.
+void PUaSingle::showBounds() {
+  const UaCurves curves = makeUaCurves(statistics_, variable_, scale_);
+  gadget<QLineEdit>("NLower")->setText(singleText(curves.x.front()));
+  gadget<QLineEdit>("NUpper")->setText(singleText(curves.x.back()));
+  boundSet();
+}
+
+void PUaSingle::boundSet() {
+  double lower = 0.0;
+  double upper = 0.0;
+  const bool areNumbers = isNumber(gadget<QLineEdit>("NLower")->text().toStdString(), lower) &&
+                          isNumber(gadget<QLineEdit>("NUpper")->text().toStdString(), upper);
+  const bool hasBins = statistics_.hasHistogram(variable_, scale_);
+  const double probability =
+      areNumbers ? std::min(1.0, statistics_.intervalProbability(lower, upper, variable_, scale_)) : 0.0;
+  gadget<QLabel>("NValue")->setText(!areNumbers ? "two numbers are needed"
+                                    : !hasBins  ? "none: there are no bins"
+                                                : cellText(probability));
+}
+
+void PUaSingle::chooseVariable() {
+  show(gadget<QComboBox>("OVariable")->currentIndex());
+}
+
+// The curve that the menu's item says, and its button.
+void PUaSingle::choose() {
+  const auto* const item = qobject_cast<QAction*>(sender());
+  const char* button = "BOutline";
+  if (item != nullptr && item->objectName() == "ACumulative") button = "BCumulative";
+  if (item != nullptr && item->objectName() == "AComplement") button = "BInvCumulative";
+  gadget<QTabWidget>("NoVariable")->setCurrentIndex(kChartPage);
+  gadget<QPushButton>(button)->click();
+}
+
+void PUaSingle::chooseSeveral() {
+  PUaSelect panel(display(), analysis_->variables, {inChart_.begin(), inChart_.end()}, {}, window());
+  panel.centre();
+  if (!panel.runModal() || !panel.accepted()) return;
+  const std::vector<int> places = panel.selected();
+  inChart_.assign(places.begin(), places.end());
+  gadget<QTabWidget>("NoVariable")->setCurrentIndex(kChartPage);
+  showChart();
+}
+
+// Settings.
+
+QString PUaSingle::whyNotLogarithmic() const {
+  for (std::int32_t v = 0; v < statistics_.variableCount(); ++v)
+    if (statistics_.minimum(v) < 0.0)
+      return QString::fromStdString(*statistics_.name(v)) + " has values below 0, which have no logarithm.";
+  return {};
+}
+
+void PUaSingle::settings() {
+  PUaSetting panel(display(), {statistics_.tchebyConfidence, statistics_.kolmogorovConfidence, scale_},
+                   whyNotLogarithmic(), window());
+  panel.centre();
+  if (!panel.runModal() || !panel.accepted()) return;
+  const UaSettings chosen = panel.settings();
+  scale_ = chosen.scale;
+  setLevels(chosen);
+  showStatistics();
+  showChart();
+  showPoints();
+  showBounds();
+}
+
+// Here in any case; in the study too, as long as it is the one that is shown.
+void PUaSingle::setLevels(const UaSettings& settings) {
+  const bool changed = settings.tchebyConfidence != statistics_.tchebyConfidence ||
+                       settings.kolmogorovConfidence != statistics_.kolmogorovConfidence;
+  if (!changed || !statistics_.setTchebyConfidence(settings.tchebyConfidence) ||
+      !statistics_.setKolmogorovConfidence(settings.kolmogorovConfidence) || past_ ||
+      controller().analysis()->variables != analysis_->variables)
+    return;
+  AnalysisRequest request;
+  request.variables = analysis_->variables;
+  request.sensitivity = false;
+  request.tchebyConfidence = settings.tchebyConfidence;
+  request.kolmogorovConfidence = settings.kolmogorovConfidence;
+  working_ = true;
+  if (controller().analyse(request) == Outcome::Busy) say("The study keeps its old levels: it is at work.");
+  working_ = false;
+}
+
+void PUaSingle::saveTable() {
+  const auto chosen =
+      Dialogs::current().chooseFile({"Save table",
+                                     {{"*.*", "all files"}},
+                                     QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Prep)),
+                                     FileChoice::Purpose::Save},
+                                    window());
+  if (!chosen) return;
+  TextWriter out(chosen->path.toStdString());
+  writeUncertaintyTable(out, statistics_, variable_, scale_);
+  if (out.commit()) return say("Written: " + chosen->path);
+  Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(withProblem(kCannotSave, out)),
+                             window());
+}
+
+}  // namespace tarvex

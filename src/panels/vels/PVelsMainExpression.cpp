@@ -1,0 +1,145 @@
+// The expression of the post-processor's main panel: written by keys or buttons, judged while it is typed.
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTextCursor>
+#include <QTextEdit>
+#include <algorithm>
+
+#include "app/RunController.h"
+#include "factors/EvaluatorOperations.h"
+#include "panels/model/NameCompletion.h"
+#include "panels/prep/ExpressionColours.h"
+#include "panels/vels/OutputList.h"
+#include "panels/vels/PVelsMain.h"
+#include "postproc/OutputReference.h"
+#include "postproc/VariableTrial.h"
+#include "toolkit/TableView.h"
+
+namespace tarvex {
+namespace {
+
+QStringList functionList() {
+  QStringList list;
+  for (const std::string_view name : functionNames())
+    list << QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+  return list;
+}
+
+}  // namespace
+
+QPlainTextEdit* PVelsMain::field() {
+  return gadget<QPlainTextEdit>("TExpression");
+}
+
+void PVelsMain::fillFields() {
+  auto* const outputs = gadget<TableView>("MaVariables");
+  outputs->setEditable(outputs_);
+  outputs->setEmptyText("The model has no results: run it, or open saved ones.");
+  connect(outputs, &TableView::refused, this, [this](const QString& why) {
+    if (!why.isEmpty()) say(why);
+  });
+  gadget<TableView>("MaSelected")->setEmptyText("Nothing is analysed yet: take an output from the left.");
+  gadget<QComboBox>("OFunctions")->addItems(functionList());
+  field()->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+}
+
+// The names that can be written are those of the results in hand.
+void PVelsMain::knowOutputs() {
+  delete colours_.data();
+  delete completion_.data();
+  std::vector<std::string> known = outputNames_;
+  known.emplace_back("max");
+  colours_ = new ExpressionColours(field()->document(), known);
+  QStringList offered;
+  const bool hasTimes = controller().project().model.results.hasTimeAxis();
+  for (const std::string& name : outputNames_) {
+    offered << QString::fromStdString(name);
+    if (hasTimes) offered << QString::fromStdString(maximumName(name));
+  }
+  completion_ = new NameCompletion(*field(), offered + functionList());
+  judged_.clear();
+  edited();
+}
+
+// Blanks at the start stay: places are counted from there.
+std::string PVelsMain::expression() {
+  std::string text = field()->toPlainText().replace('\n', ' ').toStdString();
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+void PVelsMain::enterExpression(const QString& text, int caretBack) {
+  QTextCursor caret = field()->textCursor();
+  caret.insertText(text);
+  caret.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, caretBack);
+  field()->setTextCursor(caret);
+  field()->setFocus();
+}
+
+// The operation that the button says.
+void PVelsMain::insertLabel() {
+  if (const auto* const button = qobject_cast<QAbstractButton*>(sender())) enterExpression(button->text().remove('&'));
+}
+
+void PVelsMain::selFunction() {
+  enterExpression(gadget<QComboBox>("OFunctions")->currentText() + "()", 1);
+}
+
+void PVelsMain::edited() {
+  const QString text = QString::fromStdString(expression());
+  if (text == judged_) return;  // marks count as a change of the text
+  judged_ = text;
+  expressionMode_ = !text.isEmpty();
+  const VariableTrial trial = text.isEmpty() ? VariableTrial() : tryVariable(text.toStdString(), outputNames_);
+  mark(trial, !trial.reason.empty());
+  refreshGadgets();
+  if (expressionMode_) say(QString::fromStdString(trial.reason).trimmed());
+}
+
+void PVelsMain::mark(const VariableTrial& trial, bool isWrong) {
+  QList<QTextEdit::ExtraSelection> marks;
+  if (isWrong) {
+    QTextEdit::ExtraSelection wrong;
+    wrong.cursor = field()->textCursor();
+    const int end = static_cast<int>(field()->toPlainText().size());
+    wrong.cursor.setPosition(std::min(static_cast<int>(trial.place), end));
+    wrong.cursor.movePosition(wrong.cursor.atEnd() ? QTextCursor::Left : QTextCursor::Right, QTextCursor::KeepAnchor);
+    wrong.format.setUnderlineStyle(QTextCharFormat::SpellCheckUnderline);
+    wrong.format.setBackground(field()->palette().alternateBase());
+    wrong.format.setFontWeight(QFont::Bold);
+    marks << wrong;
+  }
+  field()->setExtraSelections(marks);
+}
+
+void PVelsMain::addExpr() {
+  std::string text = expression();
+  const VariableTrial trial = tryVariable(text, outputNames_);
+  if (trial.reason.empty()) {
+    text.erase(0, text.find_first_not_of(' '));
+    const bool isNew = std::ranges::find(variables_, text) == variables_.end();
+    const std::size_t before = variables_.size();
+    append({text});
+    if (isNew && variables_.size() > before) leaveExpression();
+    return;
+  }
+  QTextCursor caret = field()->textCursor();
+  caret.setPosition(std::min(static_cast<int>(trial.place), static_cast<int>(field()->toPlainText().size())));
+  field()->setTextCursor(caret);
+  QString reason = QString::fromStdString(trial.reason).trimmed();
+  if (reason == "Expression can't be evaluated.") reason.clear();
+  refuse("   Expression can't be evaluated." + (reason.isEmpty() ? QString() : "\n\n" + reason));
+  field()->setFocus();
+}
+
+void PVelsMain::leaveExpression() {
+  field()->clear();
+  edited();
+  refreshGadgets();
+}
+
+}  // namespace tarvex
