@@ -1,6 +1,7 @@
 // Draws every panel as it looks at work: make-panel-pictures MAIN STUDY.spc MODEL.imd DIRECTORY SUFFIX [dark]
 // The log that is shown is model.log of the current directory.
 #include <QApplication>
+#include <QComboBox>
 #include <QEventLoop>
 #include <QFile>
 #include <QFont>
@@ -8,6 +9,7 @@
 #include <QImage>
 #include <QList>
 #include <QPalette>
+#include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -53,6 +55,11 @@
 #include "panels/prep/editFactor.h"
 #include "panels/sampling/PGroupSelect.h"
 #include "panels/sampling/makeMethodPanel.h"
+#include "panels/vels/PSelectVariable.h"
+#include "panels/vels/PUaSelect.h"
+#include "panels/vels/PUaSetting.h"
+#include "panels/vels/PUaSingle.h"
+#include "panels/vels/PVelsMain.h"
 #include "panels/vels/ResultDesk.h"
 #include "plots/runPlots.h"
 #include "sampling/FastSampler.h"
@@ -366,6 +373,35 @@ void drawPlots(ResultDesk& desk, Pictures& pictures) {
   pictures.draw("PPicture", matrix);
 }
 
+// The post-processor over the results of the study, whose variables they are.
+void drawResults(PMainPanel& main, Pictures& pictures) {
+  ResultDesk desk(main.display(), main.controller(), nullptr);
+  const Display& display = main.display();
+  static_cast<void>(main.controller().selectVariables({"y", "y ** 2", "exp(y / 4)"}));
+  PVelsMain vels(desk, [] {});
+  vels.gadget<QPlainTextEdit>("TExpression")->setPlainText("y * (1 + y");
+  pictures.draw("PVelsMain", vels);
+  PSelectVariable select(display, "Dose", {0.0, 1.0, 2.5, 10.0, 100.0}, nullptr);
+  select.gadget<QComboBox>("SelTime")->setCurrentIndex(1);
+  select.call("changeSel");
+  pictures.draw("PSelectVariable", select);
+  PUaSelect some(display, {"y", "y ** 2", "exp(y / 4)"}, {0}, {}, nullptr);
+  pictures.draw("PUaSelect", some);
+  PUaSetting settings(display, {}, "y has values below 0, which have no logarithm.", nullptr);
+  pictures.draw("PUaSetting", settings);
+  AnalysisRequest request;
+  request.variables = main.controller().project().vels.selectedVariables();
+  request.sensitivity = false;
+  if (main.controller().analyse(request) != Outcome::Done) return;
+  PUaSingle single(desk, main.controller().analysis(), 0);
+  pictures.draw("PUaSingle", single);
+  const char* const pages[] = {"chart", "points", "quantiles"};
+  for (int page = 1; page < 3; ++page) {
+    single.gadget<QTabWidget>("NoVariable")->setCurrentIndex(page);
+    pictures.draw(QString("PUaSingle-") + pages[page], single);
+  }
+}
+
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
   pictures.draw("PMainPanel-start", main);
@@ -405,6 +441,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   drawModel(display, model, main.controller().project().prep, pictures);
   ResultDesk desk(display, main.controller(), nullptr);
   drawPlots(desk, pictures);
+  drawResults(main, pictures);
   return !pictures.failed();
 }
 

@@ -11,6 +11,7 @@
 #include "panels/main/PLogFile.h"
 #include "panels/plots/openPlots.h"
 #include "panels/prep/PPrepMain.h"
+#include "panels/vels/PVelsMain.h"
 #include "panels/vels/ResultDesk.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
@@ -174,7 +175,10 @@ void PMainPanel::tellStop() {
 }
 
 void PMainPanel::analyse() {
-  notYet("The post-processor");
+  say("Statistical post processor");
+  for (Panel* const open : results_->panels())
+    if (auto* const vels = dynamic_cast<PVelsMain*>(open)) return static_cast<void>(vels->show());  // to the front
+  results_->open(std::make_unique<PVelsMain>(*results_, [this] { velsFile(); }));
 }
 
 void PMainPanel::abortMonteCarlo() {
