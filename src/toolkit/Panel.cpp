@@ -19,6 +19,7 @@
 #include "toolkit/Display.h"
 #include "toolkit/PanelFile.h"
 #include "toolkit/gadgetSignals.h"
+#include "toolkit/oneLine.h"
 #include "toolkit/print.h"
 
 namespace tarvex {
@@ -103,8 +104,7 @@ void Panel::enter() {
     if (auto* const view = qobject_cast<QAbstractItemView*>(above)) return view->setFocus();
   const QString twice = focus != nullptr ? focus->property("doubleCallback").toString() : QString();
   if (!twice.isEmpty()) return call(twice);
-  for (auto* const button : window_->findChildren<QPushButton*>())
-    if (button->isDefault()) return button->click();
+  pressDefault(*window_);
 }
 
 void Panel::connectGadgets() {

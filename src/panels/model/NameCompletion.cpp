@@ -7,6 +7,8 @@
 #include <QScrollBar>
 #include <QTextBlock>
 
+#include "toolkit/oneLine.h"
+
 namespace tarvex {
 
 NameCompletion::NameCompletion(QPlainTextEdit& field, const QStringList& names)
@@ -60,7 +62,10 @@ bool NameCompletion::eventFilter(QObject* watched, QEvent* event) {
   const QModelIndex chosen = popup->currentIndex();
   const QString name = chosen.isValid() ? chosen.data().toString() : completer_.currentCompletion();
   popup->hide();
-  if (key == Qt::Key_Tab || (isEnter && chosen.isValid())) insert(name);
+  if (key == Qt::Key_Tab || (isEnter && chosen.isValid()))
+    insert(name);
+  else if (isEnter)
+    pressDefault(*field_.window());
   return true;
 }
 

@@ -8,7 +8,7 @@ class QPlainTextEdit;
 namespace tarvex {
 
 // Offers, while a user types an expression, the names that go on as the word before the caret does. Tab takes the first
-// or the chosen one, Enter only a chosen one, Esc goes on without.
+// or the chosen one, Enter a chosen one, and else presses the default button; Esc goes on without.
 class NameCompletion : public QObject {
  public:
   // The field owns it.

@@ -21,6 +21,7 @@
 #include "panels/model/NameCompletion.h"
 #include "panels/prep/ExpressionColours.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/oneLine.h"
 
 namespace tarvex {
 namespace {
@@ -102,6 +103,7 @@ void PNewExpression::fillNames() {
   gadget<QComboBox>("SeOutType")->addItems({"Internal variable", "Output variable"});  // by type
   field()->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   new ExpressionColours(field()->document(), bound_);  // the document owns it
+  keepOneLine(*field());
   new NameCompletion(*field(), names + functionList());
 }
 

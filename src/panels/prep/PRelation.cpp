@@ -19,6 +19,7 @@
 #include "plots/histogramPlots.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/oneLine.h"
 
 namespace tarvex {
 namespace {
@@ -40,6 +41,7 @@ PRelation::PRelation(const Display& display, const Factor& factor, const Definit
   new ExpressionColours(field()->document(), names_);  // the document owns it
   gadget<ChartView>("boundGraph")
       ->setEmptyText("The values of the relation appear here as soon as it can be computed.");
+  keepOneLine(*field());
   start({{"operation", [this] { insertLabel(); }},
          {"number", [this] { insertLabel(); }},
          {"dot", [this] { insert("."); }},
