@@ -28,6 +28,7 @@
 #include "panels/main/PExternalModel.h"
 #include "panels/main/PGenerate.h"
 #include "panels/main/PLinkFactors.h"
+#include "panels/main/PLinkOutputs.h"
 #include "panels/main/PLogFile.h"
 #include "panels/main/PMainPanel.h"
 #include "panels/model/PExternal.h"
@@ -438,6 +439,9 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   }
   PLinkFactors link(display, main.controller().project().prep.factors, model, nullptr);
   pictures.draw("PLinkFactors", link);
+  const OutputLink outputs{{"dose(I)", "dose(chain)"}, {"dose_I_", "dose_chain_"}, {"doseI", "doseChain"}};
+  PLinkOutputs names(display, outputs, nullptr);
+  pictures.draw("PLinkOutputs", names);
   drawModel(display, model, main.controller().project().prep, pictures);
   ResultDesk desk(display, main.controller(), nullptr);
   drawPlots(desk, pictures);

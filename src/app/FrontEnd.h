@@ -3,11 +3,19 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace tarvex {
 
 class FactorList;
 class InternalModel;
+
+// The outputs of a run, one beside the other.
+struct OutputLink {
+  std::vector<std::string> given;  // by the model
+  std::vector<std::string> kept;   // what was made of them, fit for expressions and apart
+  std::vector<std::string> names;  // what they are to be called; each once
+};
 
 // Between two looks at the user's events: half of what a hand would feel.
 inline constexpr std::chrono::milliseconds kEventSlice{20};
@@ -42,6 +50,9 @@ class FrontEnd {
   // Lets the user put the model's inputs into the order of the sample's factors. False: cancelled, and `model` is as
   // it was.
   virtual bool linkFactors(const FactorList& factors, InternalModel& model) = 0;
+  // Lets the user say which output of the project each name stands for that a model gave and that couldn't be kept as
+  // it is. False: cancelled, or nobody is there to ask; the names are then those that were made of what the model gave.
+  virtual bool linkOutputs(OutputLink& link) = 0;
 };
 
 }  // namespace tarvex

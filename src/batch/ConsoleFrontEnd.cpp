@@ -75,4 +75,8 @@ bool ConsoleFrontEnd::linkFactors(const FactorList&, InternalModel&) {
   return true;
 }
 
+bool ConsoleFrontEnd::linkOutputs(OutputLink&) {
+  return false;
+}
+
 }  // namespace tarvex

@@ -28,6 +28,7 @@ class ConsoleFrontEnd : public FrontEnd {
                 const std::string& no) override;
   // The inputs take the sample's columns in their order.
   bool linkFactors(const FactorList& factors, InternalModel& model) override;
+  bool linkOutputs(OutputLink& link) override;
 
  private:
   void show(std::string line);

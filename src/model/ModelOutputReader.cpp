@@ -88,7 +88,7 @@ bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun, con
 bool ModelOutputReader::readFile(TextReader& in, std::int32_t firstRun) {
   std::int32_t runs = 0;
   if (!readNames(in) || !takeTimeMode(in) || !takeRunCount(in, runs)) return false;
-  if (!joins_) results_.reset(names_);
+  if (!joins_) results_.reset(names_, given_);
   for (std::int32_t run = 0; run < runs; ++run) {
     if (!readRun(in, run)) {
       place_ = " (run " + std::to_string(run) + place_ + ')';
@@ -118,6 +118,7 @@ bool ModelOutputReader::readNames(TextReader& in) {
     if (!in.expect("the name of a variable").readLine(line, kMaxNameLine)) return false;
     if (!taken.add(line, line.substr(0, line.find_first_of(" \t")), reason)) return in.refuse(reason);
   }
+  given_ = taken.given();
   names_ = taken.release();
   return !joins_ || names_ == results_.outputNames() || in.refuse("these are not the outputs of the runs before");
 }

@@ -44,9 +44,10 @@ class ModelOutputReader {
   bool joins_ = false;     // the file adds to the results
   bool hasTimes_ = false;  // the file has a time axis
   std::vector<std::string> names_;
-  std::vector<double> times_;   // scratch: of one run
-  std::vector<double> values_;  // and its values
-  std::string place_;           // in the file, of the value being read
+  std::vector<std::string> given_;  // by the file, where one was changed
+  std::vector<double> times_;       // scratch: of one run
+  std::vector<double> values_;      // and its values
+  std::string place_;               // in the file, of the value being read
   std::string problem_;
 };
 

@@ -17,6 +17,7 @@ bool ModelResults::copyFrom(const ModelResults& other, std::string& message) {
     return false;
   }
   outputNames_ = other.outputNames_;
+  givenNames_ = other.givenNames_;
   runTimes_ = other.runTimes_;
   timeMode_ = other.timeMode_;
   return true;
@@ -35,7 +36,8 @@ bool ModelResults::readRun(std::int32_t run, std::vector<double>& values) const 
   return dataFile_.read(runTimes_.pointsBefore(run) * outputNames_.size(), values.data(), values.size());
 }
 
-void ModelResults::reset(std::vector<std::string> outputNames) {
+void ModelResults::reset(std::vector<std::string> outputNames, std::vector<std::string> givenNames) {
+  givenNames_ = std::move(givenNames);
   outputNames_ = std::move(outputNames);
   runTimes_.clear();
   dataFile_.clear();

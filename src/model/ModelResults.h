@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/ResultFile.h"
@@ -39,8 +40,13 @@ class ModelResults {
   const std::string& errorText() const { return dataFile_.errorText(); }
 
   void clear() { reset({}); }
-  // No runs, and the outputs that runs will be appended for.
-  void reset(std::vector<std::string> outputNames);
+  // No runs, and the outputs that runs will be appended for; `givenNames` as the model gave them, where one was
+  // changed.
+  void reset(std::vector<std::string> outputNames, std::vector<std::string> givenNames = {});
+  // Kept by no file. Empty: the outputs are called as the model calls them, as far as is known.
+  const std::vector<std::string>& givenNames() const { return givenNames_; }
+  // Requires: as many names as there are outputs, each once.
+  void renameOutputs(std::vector<std::string> names) { outputNames_ = std::move(names); }
   // A run with its time points and, time after time, a value for each output. False when the working file can't take
   // it; results that lost a value stay unreadable until they are cleared.
   [[nodiscard]] bool appendRun(const std::vector<double>& times, const std::vector<double>& values);
@@ -59,6 +65,7 @@ class ModelResults {
 
  private:
   std::vector<std::string> outputNames_;
+  std::vector<std::string> givenNames_;
   RunTimes runTimes_;
   ResultFile dataFile_;
   std::int32_t timeMode_ = kNoTimeAxis;

@@ -39,8 +39,10 @@ void OutputNames::take(const std::string& full, const std::string& cut, const st
     do name = fit + '_' + std::to_string(++last_[fit]);
     while (!last_.try_emplace(name, 1).second);
   }
+  given_.push_back(isNew ? cut : full);
+  isChanged_ = isChanged_ || name != cut;
   // What is cut off behind a name is no part of it, unless that is what made two names equal.
-  if (name != cut) warn_("Warning", "The model variable " + (isNew ? cut : full) + " will be modified in " + name);
+  if (name != cut) warn_("Warning", "The model variable " + given_.back() + " will be modified in " + name);
   names_.push_back(std::move(name));
 }
 

@@ -26,6 +26,8 @@ class OutputNames {
   void addApart(const std::string& full, const std::string& cut) { take(full, cut, cut); }
 
   std::size_t size() const { return names_.size(); }
+  // The names as they were given, where one of them was changed; else none.
+  std::vector<std::string> given() const { return isChanged_ ? given_ : std::vector<std::string>(); }
   std::vector<std::string> release() { return std::move(names_); }
 
  private:
@@ -33,6 +35,8 @@ class OutputNames {
 
   Warn warn_;
   std::vector<std::string> names_;
+  std::vector<std::string> given_;
+  bool isChanged_ = false;
   std::unordered_map<std::string, std::int32_t> last_;  // by name: the last number tried behind it
 };
 

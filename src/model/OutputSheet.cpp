@@ -58,7 +58,8 @@ bool OutputSheet::readNames(ModelResults& results) {
   }
   if (cells.failed()) return false;
   if (column() == 0) problem_ = cells.mismatch(0, 0, "the name of an output");
-  results.reset(names.release());
+  std::vector<std::string> given = names.given();
+  results.reset(names.release(), std::move(given));
   return problem_.empty();
 }
 

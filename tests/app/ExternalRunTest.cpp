@@ -147,6 +147,44 @@ TEST_F(External, fewerRunsThanTheSampleAreRefusedByTheAnalysis) {
             "the results");
 }
 
+TEST_F(External, namesThatWereChangedAreLinkedToTheOutputsThatTheProjectKnows) {
+  const auto names = [this] {
+    std::string text;
+    for (const auto& output : controller_.project().vels.outputs()) text += output.name + ' ';
+    return text;
+  };
+  const auto outputs = [](const std::string& three) {
+    return "printf '3\n" + three + "\ntime = no\n3\n1 2 3\n1 2 3\n1 2 3\n' > model.out\n";
+  };
+  const struct {
+    const char* given;
+    const char* asked;  // given, kept, proposed; nothing where nobody is asked
+    const char* names;
+  } rows[] = {{"u-v\nw\nw", nullptr, "u_v w w_2 "},  // nothing is known yet
+              {"u-v\nw\nw", nullptr, "u_v w w_2 "},  // the same again
+              {"u\nv\nw", nullptr, "u v w "},        // nothing was changed
+              {"w\na/b\nw", "w a/b w | w a_b w_2 | w u v", "w v u "},
+              {"x+\nx*\nw", "x+ x* w | x_ x__2 w | v u w", "u v w "}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.given);
+    std::string asked;
+    frontEnd_.linkNames = [&](OutputLink& link) {
+      for (const auto* const list : {&link.given, &link.kept, &link.names}) {
+        for (const std::string& name : *list) asked += name + ' ';
+        if (list != &link.names) asked += "| ";
+      }
+      const auto u = std::ranges::find(link.names, "u");
+      std::swap(*u, *std::ranges::find(link.names, "v"));
+    };
+    ASSERT_TRUE(run(outputs(row.given)));
+    EXPECT_EQ(asked, row.asked == nullptr ? "" : std::string(row.asked) + ' ');
+    EXPECT_EQ(names(), row.names);
+  }
+  frontEnd_.linkNames = nullptr;  // cancelled
+  ASSERT_TRUE(run(outputs("x+\nx*\nw")));
+  EXPECT_EQ(names(), "x_ x__2 w ");
+}
+
 TEST_F(External, aLostModelIsTold) {
   frontEnd_.frame = [] { wait(nullptr); };  // somebody else takes the exit code
   EXPECT_FALSE(run("exit 0\n"));

@@ -15,10 +15,11 @@ class ScriptedFrontEnd : public FrontEnd {
   bool stopAtOnce = false;
   bool answer = true;  // to every question
   bool acceptLink = true;
-  std::function<void(InternalModel&)> link;  // what the user does in the link panel
-  std::function<void()> events;              // what the user does while an operation goes on
-  std::function<void()> frame;               // what happens during a step of an animation
-  int stopAtFrame = -1;                      // after this many steps the user wants to stop
+  std::function<void(InternalModel&)> link;    // what the user does in the link panel
+  std::function<void(OutputLink&)> linkNames;  // and in that of the outputs; without it they are left
+  std::function<void()> events;                // what the user does while an operation goes on
+  std::function<void()> frame;                 // what happens during a step of an animation
+  int stopAtFrame = -1;                        // after this many steps the user wants to stop
 
   std::vector<std::string> calls;
   std::vector<int> percents;
@@ -49,6 +50,11 @@ class ScriptedFrontEnd : public FrontEnd {
                 const std::string& no) override {
     calls.push_back(title + "? " + text + ' ' + yes + ' ' + no);
     return answer;
+  }
+  bool linkOutputs(OutputLink& asked) override {
+    calls.push_back("link outputs");
+    if (linkNames) linkNames(asked);
+    return linkNames != nullptr;
   }
   bool linkFactors(const FactorList&, InternalModel& model) override {
     calls.push_back("link");

@@ -132,7 +132,7 @@ const std::map<QString, Named> kNamed = {
     {"PExternal",
      {"SeSwitchModel FExtModel FIntModel CModel BModel TModelName TExecute TOutFile TExcelLabel TExistConf TModelExe "
       "TExcel "
-      "TOutput BOutputFile TIntModelFile BInternalModel BCreateNewIntModel BModifyInternalModel MlMessage",
+      "TOutput BOutputFile TIntModelFile BInternalModel BCreateNewIntModel BModifyInternalModel MaCells MlMessage",
       "NewIntModel switchModel switchExcel modelSelect modIntModel switchExternalExe ok loadIntModel cancel "
       "outputSelect changeIntModelFile",
       "loadTyped edited tryRun formatHelp"}},
@@ -193,6 +193,7 @@ const std::map<QString, Named> kNamed = {
     {"PUaSinglePage2", {"MaPoints", "saveTable"}},
     {"PUaSinglePage3", {"TShares TThresholds OConfidence MaQuantiles MlMethod", "", "quantiles"}},
     {"PLinkFactors", {"MaLinks", "scrollDown scrollUp ok cancel selectElem", "pairNames"}},
+    {"PLinkOutputs", {"MaLinks MlWarning", "", "scrollDown scrollUp ok cancel selectElem pairNames"}},
 };
 
 std::set<QString> words(const char* text) {

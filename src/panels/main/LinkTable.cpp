@@ -5,13 +5,14 @@
 
 namespace tarvex {
 
-void LinkTable::setRows(std::vector<std::string> factors, std::vector<std::string> inputs) {
-  factors_ = std::move(factors);
-  inputs_ = std::move(inputs);
+void LinkTable::setRows(std::vector<std::string> shown, std::vector<std::string> keys, std::vector<std::string> names) {
+  shown_ = std::move(shown);
+  keys_ = std::move(keys);
+  names_ = std::move(names);
 }
 
 QString LinkTable::text(int row, int column) const {
-  return QString::fromStdString((column == 0 ? factors_ : inputs_)[static_cast<std::size_t>(row)]);
+  return QString::fromStdString((column == 0 ? shown_ : names_)[static_cast<std::size_t>(row)]);
 }
 
 double LinkTable::number(int /*row*/, int /*column*/) const {
@@ -19,18 +20,18 @@ double LinkTable::number(int /*row*/, int /*column*/) const {
 }
 
 QString LinkTable::setText(int /*row*/, int /*column*/, const QString& /*text*/) {
-  return "Names are changed where factors and equations are written.";
+  return "Names are moved here; they are changed where they are written.";
 }
 
-// An input whose own name another factor has.
+// A name that is the key of another row.
 QString LinkTable::problem(int row, int column) const {
-  const std::string& input = inputs_[static_cast<std::size_t>(row)];
-  if (column != 1 || input == factors_[static_cast<std::size_t>(row)]) return {};
-  const auto found = std::ranges::find(factors_, input);
-  return found == factors_.end() ? QString()
-                                 : QString("The factor %1 stands in row %2.")
-                                       .arg(QString::fromStdString(input))
-                                       .arg(found - factors_.begin() + 1);
+  const std::string& name = names_[static_cast<std::size_t>(row)];
+  if (column != 1 || name == keys_[static_cast<std::size_t>(row)]) return {};
+  const auto found = std::ranges::find(keys_, name);
+  if (found == keys_.end()) return {};
+  return QString("The %1 %2 stands in row %3.")
+      .arg(words_.kind, QString::fromStdString(name))
+      .arg(found - keys_.begin() + 1);
 }
 
 bool LinkTable::moveRow(int from, int to) {

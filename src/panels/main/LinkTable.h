@@ -8,15 +8,22 @@
 
 namespace tarvex {
 
-// The factors of a sample beside the inputs of a model that take their columns. Factors stay; inputs can be moved.
+// Names that stay beside others that can be moved.
 class LinkTable : public EditableTableSource {
  public:
-  explicit LinkTable(std::function<void(int from, int to)> move) : move_(std::move(move)) {}
-  void setRows(std::vector<std::string> factors, std::vector<std::string> inputs);
+  struct Words {
+    const char* staying;  // headers
+    const char* moving;
+    const char* kind;  // "factor": what a name that stays is
+  };
 
-  int rows() const override { return static_cast<int>(factors_.size()); }
+  LinkTable(const Words& words, std::function<void(int from, int to)> move) : words_(words), move_(std::move(move)) {}
+  // `shown` stays; a name has its own row where it is the row's key.
+  void setRows(std::vector<std::string> shown, std::vector<std::string> keys, std::vector<std::string> names);
+
+  int rows() const override { return static_cast<int>(shown_.size()); }
   int columns() const override { return 2; }
-  QString header(int column) const override { return column == 0 ? "Sample factor" : "Model input"; }
+  QString header(int column) const override { return column == 0 ? words_.staying : words_.moving; }
   QString text(int row, int column) const override;
   bool isNumeric(int /*column*/) const override { return false; }
   double number(int row, int column) const override;
@@ -27,8 +34,10 @@ class LinkTable : public EditableTableSource {
   bool moveRow(int from, int to) override;
 
  private:
-  std::vector<std::string> factors_;
-  std::vector<std::string> inputs_;
+  Words words_;
+  std::vector<std::string> shown_;
+  std::vector<std::string> keys_;
+  std::vector<std::string> names_;
   std::function<void(int from, int to)> move_;
 };
 

@@ -1,6 +1,7 @@
 #include "panels/main/PanelFrontEnd.h"
 
 #include "panels/main/PLinkFactors.h"
+#include "panels/main/PLinkOutputs.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dialogs.h"
 
@@ -85,6 +86,14 @@ bool PanelFrontEnd::linkFactors(const FactorList& factors, InternalModel& model)
   panel.centre();
   if (!panel.runModal() || !panel.accepted()) return false;
   model = panel.model();
+  return true;
+}
+
+bool PanelFrontEnd::linkOutputs(OutputLink& link) {
+  PLinkOutputs panel(display_, link, parent_);
+  panel.centre();
+  if (!panel.runModal() || !panel.accepted()) return false;
+  link.names = panel.names();
   return true;
 }
 

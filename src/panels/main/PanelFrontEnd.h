@@ -33,6 +33,7 @@ class PanelFrontEnd : public FrontEnd {
   bool question(const std::string& title, const std::string& text, const std::string& yes,
                 const std::string& no) override;
   bool linkFactors(const FactorList& factors, InternalModel& model) override;
+  bool linkOutputs(OutputLink& link) override;
 
  private:
   template <class Progress>
