@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string_view>
 
 #include "app/ExternalRun.h"
 #include "app/FrontEnd.h"
@@ -14,6 +15,7 @@
 #include "base/ScratchDirectory.h"
 #include "base/TextWriter.h"
 #include "base/WorkingFile.h"
+#include "model/CellsRun.h"
 #include "model/EquationValues.h"
 #include "model/ExternalProcess.h"
 #include "model/ModelChoice.h"
@@ -31,6 +33,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr const char* kStopped = "The trial was stopped.";
+constexpr const char* kWorkbookError = "Error in the Excel model execution";
 constexpr const char* kOutputError = "Error reading model output file";
 
 std::string beginningOf(const std::string& path, std::size_t most) {
@@ -55,6 +59,11 @@ std::size_t lineIn(const std::string& problem, const std::string& path) {
 
 }  // namespace
 
+bool ModelTrial::serve() {
+  isStopped_ = isStopped_ || (means_.serve && !means_.serve());
+  return !isStopped_;
+}
+
 bool ModelTrial::fail(const std::string& problem) {
   report_.problem = problem;
   return false;
@@ -62,6 +71,7 @@ bool ModelTrial::fail(const std::string& problem) {
 
 TrialReport ModelTrial::run(std::int32_t row) {
   report_ = {};
+  isStopped_ = false;
   std::string message;
   const auto start = Clock::now();
   const bool readsOnly = choice_.kind == kNoModelToStart;
@@ -159,16 +169,12 @@ bool ModelTrial::startProgram(const std::string& sample, const std::string& dire
           {existingPath(command.program), command.arguments, means_.directory, log, -1, {"TARVEX_OUTPUT=" + output}}))
     return fail(std::string(kNotLoaded) + "\nError " + std::to_string(process.error()) + "\ncmd: " + report_.command +
                 '\n' + command.program + ": " + std::strerror(process.error()));
-  bool isStopped = false;
-  while (process.poll() == ExternalProcess::State::Running && !isStopped) {
-    isStopped = means_.serve && !means_.serve();
-    if (!isStopped) process.wait(kEventSlice);
-  }
+  while (process.poll() == ExternalProcess::State::Running && serve()) process.wait(kEventSlice);
   const ExternalProcess::State state = process.poll();
-  if (isStopped) process.stop();
+  if (isStopped_) process.stop();
   report_.seconds = secondsSince(start);
   report_.printed = beginningOf(log, TrialReport::kMostPrinted);
-  if (isStopped) return fail("The trial was stopped.");
+  if (isStopped_) return fail(kStopped);
   if (state != ExternalProcess::State::Ended) return fail("Lost connection to model execution");
   report_.exitCode = process.exitCode();
   return process.exitCode() == 0 ||
@@ -181,10 +187,11 @@ bool ModelTrial::understand(const std::string& path, bool oneRun) {
   ModelResults results;
   std::string warnings;
   ModelOutputReader reader(results, [&](const std::string&, const std::string& text) { warnings += text + '\n'; });
-  const Progress progress([this](double) { return !means_.serve || means_.serve(); });
+  const Progress progress([this](double) { return serve(); });
   const bool isRead = reader.read(path, 0, progress);
   if (!isRead) report_.badLine = lineIn(reader.problem(), path);
-  readLines(path);
+  if (!isStopped_) readLines(path);
+  if (isStopped_) return fail(kStopped);
   report_.warnings = warnings;
   return isRead ? takeRun(results, oneRun) : fail(std::string(kOutputError) + '\n' + reader.problem());
 }
@@ -199,23 +206,58 @@ bool ModelTrial::takeRun(const ModelResults& results, bool oneRun) {
               " runs, but the sample that the model was given has one.");
 }
 
+// The file may be a single line of gigabytes: the user is served meanwhile.
 void ModelTrial::readLines(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
+  constexpr std::size_t kBlock = std::size_t{1} << 20;
   const std::size_t context = TrialReport::kMostLines / 2;
   report_.firstLine = report_.badLine > context ? report_.badLine - context : 1;
-  std::string line(TrialReport::kMostOfLine, '\0');
-  for (std::size_t number = 1; in && report_.lines.size() < TrialReport::kMostLines; ++number) {
+  std::ifstream in(path, std::ios::binary);
+  std::string block(kBlock, '\0');
+  std::string line;
+  std::size_t number = 1;
+  std::size_t shown = 0;  // bytes
+  bool isBegun = false;
+  const auto endLine = [&] {
+    if (number++ >= report_.firstLine) report_.lines.push_back(line);
     line.clear();
-    int c = in.get();
-    if (c == std::char_traits<char>::eof()) break;
-    for (; c != std::char_traits<char>::eof() && c != '\n'; c = in.get())
-      if (line.size() < TrialReport::kMostOfLine) line += static_cast<char>(c);
-    if (number >= report_.firstLine) report_.lines.push_back(line);
+    isBegun = false;
+  };
+  while (in && shown < TrialReport::kMostRead && report_.lines.size() < TrialReport::kMostLines && serve()) {
+    in.read(block.data(), static_cast<std::streamsize>(kBlock));
+    std::string_view rest(block.data(), static_cast<std::size_t>(in.gcount()));
+    while (!rest.empty() && report_.lines.size() < TrialReport::kMostLines) {
+      const std::size_t length = std::min(rest.find('\n'), rest.size());
+      line.append(rest.substr(0, std::min(length, TrialReport::kMostOfLine - line.size())));
+      isBegun = length == rest.size();
+      if (!isBegun) endLine();
+      rest.remove_prefix(std::min(length + 1, rest.size()));
+    }
+    if (number >= report_.firstLine) shown += kBlock;
   }
+  if (isBegun && report_.lines.size() < TrialReport::kMostLines) endLine();
+}
+
+bool ModelTrial::tryCells() {
+  PrepConfiguration single;
+  if (!makePrep(single)) return false;
+  const std::unique_ptr<SpreadsheetApplication> application = makeApplication();
+  std::string told;
+  CellsRun run(*application, [&](const std::string&, const std::string& text) { told += '\n' + text; });
+  ModelResults results;
+  const bool isGood = run.run(choice_, single, results);
+  if (isStopped_) return fail(kStopped);
+  if (!isGood) return fail(std::string(kWorkbookError) + told + (run.problem().empty() ? "" : '\n' + run.problem()));
+  report_.warnings = told.substr(told.empty() ? 0 : 1);
+  return takeRun(results, true);
+}
+
+std::unique_ptr<SpreadsheetApplication> ModelTrial::makeApplication() {
+  return means_.makeApplication([this] { return serve(); });
 }
 
 // On a copy: the user's workbook stays as it is.
 bool ModelTrial::tryWorkbook() {
+  if (choice_.drivesCells()) return tryCells();
   const ScratchDirectory scratch;
   const std::filesystem::path book = absolutePath(existingPath(choice_.outputFile));
   if (scratch.path().empty()) return fail("No directory can be made in " + WorkingFile::directory());
@@ -227,17 +269,20 @@ bool ModelTrial::tryWorkbook() {
   PrepConfiguration single;
   const bool readsOnly = choice_.kind == kNoModelToStart;
   if (!readsOnly && !makePrep(single)) return false;
-  const std::unique_ptr<SpreadsheetApplication> application =
-      means_.makeApplication([this] { return !means_.serve || means_.serve(); });
+  const std::unique_ptr<SpreadsheetApplication> application = makeApplication();
   std::string told;
   SpreadsheetRun run(*application, SpreadsheetRun::Attendance::Nobody,
-                     [&](const std::string&, const std::string& text) { told += text + '\n'; });
+                     [&](const std::string&, const std::string& text) { told += '\n' + text; });
   ModelResults results;
-  if (run.run(copy, single, results)) return takeRun(results, !readsOnly);
-  std::string problem = told + run.problem();
+  if (run.run(copy, single, results)) {
+    report_.warnings = told.substr(told.empty() ? 0 : 1);
+    return takeRun(results, !readsOnly);
+  }
+  if (isStopped_) return fail(kStopped);
+  std::string problem = told + (run.problem().empty() ? "" : '\n' + run.problem());
   if (const std::size_t at = problem.find(copy.outputFile); at != std::string::npos)
     problem.replace(at, copy.outputFile.size(), book.string());
-  return fail("Error in the Excel model execution\n" + problem);
+  return fail(std::string(kWorkbookError) + problem);
 }
 
 }  // namespace tarvex

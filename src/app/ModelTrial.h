@@ -21,6 +21,7 @@ struct TrialReport {
   static constexpr std::size_t kMostPrinted = std::size_t{64} << 10;  // bytes of what the model printed
   static constexpr std::size_t kMostLines = 400;                      // of its output file
   static constexpr std::size_t kMostOfLine = 500;                     // characters
+  static constexpr std::size_t kMostRead = std::size_t{16} << 20;     // bytes, for all of them
 
   bool isGood = false;
   std::string problem = {};  // why it isn't: the text of a run, and what was found
@@ -68,18 +69,22 @@ class ModelTrial {
   bool tryEquations();
   bool tryProgram();
   bool tryWorkbook();
+  bool tryCells();
+  std::unique_ptr<SpreadsheetApplication> makeApplication();
   bool startProgram(const std::string& sample, const std::string& directory);
   bool understand(const std::string& path, bool oneRun);
   bool takeRun(const ModelResults& results, bool oneRun);
   void readLines(const std::string& path);
   bool makePrep(PrepConfiguration& single);
   bool writeSample(const std::string& path);
+  bool serve();
   bool fail(const std::string& problem);
 
   const ModelChoice& choice_;
   const PrepConfiguration& prep_;
   Means means_;
   TrialReport report_;
+  bool isStopped_ = false;
 };
 
 }  // namespace tarvex

@@ -10,8 +10,8 @@
 #include "model/InternalRun.h"
 #include "model/OfficeApplication.h"
 #include "model/OutputFileStamp.h"
-#include "model/SpreadsheetRun.h"
 #include "model/linkWarning.h"
+#include "model/pairOutputs.h"
 #include "sampling/SampleFiles.h"
 
 namespace tarvex {
@@ -119,12 +119,15 @@ Outcome RunController::runModel(SampleUse use) {
   }
   if (project_.prep.samples.rows() == 0) return warn("  No samples to generate");
   const BusyScope inProgress(*this);
+  const std::vector<std::string> former =
+      project_.hasVels ? project_.vels.outputNames(project_.model) : std::vector<std::string>();
   dropResults();
   setFlag(modified_, true);
   if (!runChosenModel()) {
     project_.model.results.clear();
     return Outcome::Refused;
   }
+  linkOutputs(former);
   prepareVels();
   note(Change::Results);
   note(Change::Measures);
@@ -133,6 +136,7 @@ Outcome RunController::runModel(SampleUse use) {
 
 bool RunController::runChosenModel() {
   if (project_.model.choice.kind == kInternalModel) return runInternal();
+  if (project_.model.choice.drivesCells()) return runCells();
   if (project_.model.choice.spreadsheet != 0) return runSpreadsheet();
   return (project_.model.choice.kind != kExternalExecutable || runExternal()) && readOutputs();
 }
@@ -219,25 +223,6 @@ bool RunController::provideSampleFile() {
   return !operation.stopped() && refuse(message);
 }
 
-bool RunController::runSpreadsheet() {
-  using Attendance = SpreadsheetRun::Attendance;
-  ModelChoice model = project_.model.choice;
-  const std::unique_ptr<SpreadsheetApplication> application = makeSpreadsheetApplication([this] {
-    frontEnd_.animate();
-    frontEnd_.drainEvents();
-    return frontEnd_.continueRun();
-  });
-  // The application has a current directory of its own.
-  model.outputFile = absolutePath(model.outputFile);
-  frontEnd_.openAnimation("External model execution", model.executable, model.outputFile);
-  SpreadsheetRun run(*application, userAtWorkbook ? Attendance::User : Attendance::Nobody,
-                     [this](const auto& title, const auto& text) { tell(title, text); });
-  const bool done = run.run(model, project_.prep, project_.model.results);
-  frontEnd_.closeProgress();
-  const std::string detail = run.problem().empty() ? "" : '\n' + run.problem();
-  return done || refuse("Error in the Excel model execution" + detail);
-}
-
 bool RunController::readOutputs() {
   const auto told = [this](const std::string& title, const std::string& text) { tell(title, text); };
   std::string problem;
@@ -260,6 +245,15 @@ void RunController::tell(const std::string& title, const std::string& text) {
   if (title == "Warning") kind = MessageKind::Warning;
   if (title == "Information") kind = MessageKind::Information;
   frontEnd_.message(kind, title, text);
+}
+
+// Asks only where the model's own names can't tell which output is which, and the project knows others.
+void RunController::linkOutputs(const std::vector<std::string>& former) {
+  ModelResults& results = project_.model.results;
+  OutputLink link{results.givenNames(), results.outputNames(), {}};
+  if (link.given.empty() || former.empty() || link.kept == former) return;
+  link.names = pairOutputs(link.given, link.kept, former);
+  if (frontEnd_.linkOutputs(link)) results.renameOutputs(link.names);
 }
 
 void RunController::prepareVels() {

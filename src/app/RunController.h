@@ -178,6 +178,7 @@ class RunController {
   Outcome loadSampleBy(Load load, const std::string& path);
   void keepDirectories() const;
   void prepareVels();
+  void linkOutputs(const std::vector<std::string>& former);
 
   [[nodiscard]] bool driveGeneration();
   [[nodiscard]] bool writeSample();
@@ -186,6 +187,7 @@ class RunController {
   [[nodiscard]] bool driveInternalRun(InternalRun& run);
   [[nodiscard]] bool runExternal();
   [[nodiscard]] bool runSpreadsheet();
+  [[nodiscard]] bool runCells();
   [[nodiscard]] bool readOutputs();
   [[nodiscard]] bool runChosenModel();
   [[nodiscard]] bool provideSampleFile();

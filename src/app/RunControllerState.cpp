@@ -17,7 +17,8 @@ namespace {
 bool sameModel(const ModelChoice& a, const ModelChoice& b) {
   if (a.kind != b.kind) return false;
   if (a.kind != kInternalModel)
-    return a.spreadsheet == b.spreadsheet && a.executable == b.executable && a.outputFile == b.outputFile;
+    return a.spreadsheet == b.spreadsheet && a.executable == b.executable && a.outputFile == b.outputFile &&
+           a.cells == b.cells;
   if (!a.internalModel() || !b.internalModel()) return a.internalModel() == b.internalModel();
   TextWriter first;
   TextWriter second;

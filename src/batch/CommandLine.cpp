@@ -117,7 +117,15 @@ void addRun(CLI::App& app, RunOptions& options, Command& command) {
   auto* workbook = kind->add_option("--workbook", options.workbook,
                                     "Workbook to compute, by its sheets Inputs and Outputs (.ods, .xlsx, .xls)");
   workbook->excludes(equations)->excludes(executable)->excludes(file);
-  kind->add_flag("--read-only", options.readOnly, "Only read what the workbook holds")->needs(workbook);
+  auto* readOnly = kind->add_flag("--read-only", options.readOnly, "Only read what the workbook holds");
+  readOnly->needs(workbook);
+  auto* inputs = sub->add_option("--input-cell", options.inputCells,
+                                 "Cell of the workbook that takes a factor, as x1=Model!B3; may be repeated: each row "
+                                 "of the sample goes through such cells, and none through the sheets");
+  auto* outputs = sub->add_option("--output-cell", options.outputCells,
+                                  "Cell of the workbook that then holds an output, as y=Model!F9; may be repeated");
+  inputs->allow_extra_args(false)->needs(workbook)->needs(outputs)->excludes(readOnly);
+  outputs->allow_extra_args(false)->needs(workbook)->needs(inputs)->excludes(readOnly);
   kind->require_option(1, 2);
   sub->callback([&] { command = options; });
 }

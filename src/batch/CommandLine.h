@@ -37,7 +37,9 @@ struct RunOptions {
   std::optional<std::string> executable;  // a program to start, if any, and
   std::string modelOutput;                // the file that it writes, or wrote elsewhere, or
   std::optional<std::string> workbook;    // one to compute, or
-  bool readOnly = false;                  // only to read
+  bool readOnly = false;                  // only to read, or
+  std::vector<std::string> inputCells;    // to drive by its cells: "x1=Model!B3", and
+  std::vector<std::string> outputCells;   // "y=Model!F9"
   std::string tryRow;                     // "3", "means": only this run is tried, and nothing is written
 };
 

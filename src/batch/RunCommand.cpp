@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -20,6 +21,11 @@ namespace {
 // What stands in the record in the executable's place.
 constexpr const char* kSpreadsheet = "Excel Application";
 
+bool readCells(const std::vector<std::string>& texts, std::vector<NamedCell>& cells, std::string& message) {
+  return std::ranges::all_of(
+      texts, [&](const std::string& text) { return parseNamedCell(text, cells.emplace_back(), message); });
+}
+
 bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& message) {
   ModelRequest request;
   request.internal = !options.modelFile.empty();
@@ -27,6 +33,9 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   request.execute = request.spreadsheet ? !options.readOnly : options.executable.has_value();
   request.executable = request.spreadsheet ? kSpreadsheet : options.executable.value_or("");
   request.outputFile = options.workbook.value_or(options.modelOutput);
+  if (!readCells(options.inputCells, request.cells.inputs, message) ||
+      !readCells(options.outputCells, request.cells.outputs, message))
+    return false;
   if (request.internal) {
     auto equations = std::make_unique<InternalModel>();
     if (!loadModelFile(options.modelFile, *equations, message)) return false;

@@ -11,7 +11,6 @@ namespace tarvex {
 namespace {
 
 constexpr std::int32_t kBlockCells = 8192;  // that go over at once
-constexpr std::int32_t kColumnLetters = 26;
 
 }  // namespace
 
@@ -55,10 +54,7 @@ std::string CellReader::mismatch(std::int32_t row, std::int32_t column, const st
 }
 
 std::string CellReader::place(std::int32_t row, std::int32_t column) {
-  std::string letters;
-  for (std::int32_t rest = column + 1; rest > 0; rest = (rest - 1) / kColumnLetters)
-    letters.insert(letters.begin(), static_cast<char>('A' + (rest - 1) % kColumnLetters));
-  return letters + std::to_string(row + 1) + ": ";
+  return cellName(row, column) + ": ";
 }
 
 }  // namespace tarvex

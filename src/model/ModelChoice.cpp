@@ -9,6 +9,7 @@ ModelChoice::ModelChoice(const ModelChoice& other)
       outputFile(other.outputFile),
       kind(other.kind),
       spreadsheet(other.spreadsheet),
+      cells(other.cells),
       internalModel_(other.internalModel_ ? std::make_unique<InternalModel>(*other.internalModel_) : nullptr) {}
 
 ModelChoice& ModelChoice::operator=(const ModelChoice& other) {

@@ -6,6 +6,7 @@
 
 #include "base/TextRules.h"
 #include "model/InternalModel.h"
+#include "model/WorkbookCells.h"
 
 namespace tarvex {
 
@@ -28,6 +29,10 @@ class ModelChoice {
   std::string outputFile;  // that the model writes; of a spreadsheet the workbook
   std::int32_t kind = kNoModelToStart;
   std::int32_t spreadsheet = 0;
+  WorkbookCells cells;  // of a spreadsheet that computes one case at a time
+
+  // The workbook is driven by its cells, and not by its sheets of inputs and outputs.
+  bool drivesCells() const { return kind == kExternalExecutable && spreadsheet != 0 && !cells.empty(); }
 
   void setExternal(const std::string& executablePath, const std::string& outputPath, std::int32_t isSpreadsheet);
   // Why the paths can't be kept in a file; empty when they can.

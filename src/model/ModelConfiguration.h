@@ -34,6 +34,7 @@ class ModelConfiguration {
 
  private:
   bool readChoice(TextReader& in);
+  bool readCells(TextReader& in);
   bool readNames(TextReader& in, std::int32_t count);
   bool readRuns(TextReader& in, std::int32_t count);
 };

@@ -34,7 +34,9 @@ void ModelConfiguration::write(TextWriter& out) const {
     InternalModel none;
     (choice.internalModel() != nullptr ? *choice.internalModel() : none).write(out);
   }
-  out << results.runCount() << '\n' << results.outputCount() << '\n';
+  // Behind the number, where a reader that knows no cells passes over them.
+  const std::string cells = choice.cells.text();
+  out << results.runCount() << '\n' << results.outputCount() << (cells.empty() ? "" : "\t") << cells << '\n';
   for (const std::string& name : results.outputNames()) out << name << '\n';
   out << results.timeMode() << '\n';
   std::vector<double> values;
@@ -71,7 +73,7 @@ bool ModelConfiguration::read(TextReader& in) {
   std::int32_t outputs = 0;
   if (!readChoice(in)) return false;
   if (!readCount(in, "the number of runs", runs) || !readCount(in, "the number of outputs", outputs)) return false;
-  in.skipLine();
+  if (!readCells(in)) return false;
   std::int32_t timeMode = kNoTimeAxis;
   if (!readNames(in, outputs) || !readInRange(in, "the time mode", timeMode, kSharedGrid)) return false;
   if (!readRuns(in, runs)) return false;
@@ -98,6 +100,14 @@ bool ModelConfiguration::readChoice(TextReader& in) {
   in.skipLine();
   choice.setInternalModel(std::make_unique<InternalModel>());
   return choice.internalModel()->read(in);
+}
+
+bool ModelConfiguration::readCells(TextReader& in) {
+  std::string rest;
+  std::string problem;
+  in.readLinePart(&rest, kAnyDistance);
+  if (in.fail() || !rest.starts_with('\t')) return in.ok();
+  return parseWorkbookCells(std::string_view(rest).substr(1), choice.cells, problem) || in.refuse(problem);
 }
 
 bool ModelConfiguration::readNames(TextReader& in, std::int32_t count) {

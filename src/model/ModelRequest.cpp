@@ -57,7 +57,11 @@ std::optional<ModelRefusal> acceptModelRequest(const ModelRequest& request, Mode
   external.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
   if (!external.problem().empty()) return ModelRefusal{"Error: Path too long", external.problem()};
   if (std::optional<ModelRefusal> refusal = checkFiles(request)) return refusal;
+  const bool hasCells = request.execute && request.spreadsheet && !request.cells.empty();
+  if (hasCells && !request.cells.problem().empty())
+    return ModelRefusal{"Error: Cells of the workbook", request.cells.problem()};
   choice.setExternal(request.executable, request.outputFile, request.spreadsheet ? 1 : 0);
+  choice.cells = hasCells ? request.cells : WorkbookCells();
   choice.kind = request.execute ? kExternalExecutable : kNoModelToStart;
   return std::nullopt;
 }

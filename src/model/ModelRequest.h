@@ -14,6 +14,7 @@ struct ModelRequest {
   bool spreadsheet = false;  // the model is a workbook
   std::string executable = {};
   std::string outputFile = {};  // or the workbook
+  WorkbookCells cells = {};     // of a workbook that is started; none: it has a row a run
 };
 
 // Why a request is refused: of a file its path and the reason stand on the second line.

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -137,6 +138,10 @@ bool OfficeApplication::open(const std::string& path, bool readOnly) {
   return ask(request("open", path, std::string_view(readOnly ? "read" : "write")), kCallLimit);
 }
 
+bool OfficeApplication::openCopy(const std::string& path) {
+  return ask(request("open", path, std::string_view("copy")), kCallLimit);
+}
+
 bool OfficeApplication::close() {
   return ask(request("close"), kCallLimit);
 }
@@ -170,7 +175,10 @@ bool OfficeApplication::writeCells(std::int32_t sheet, const CellBlock& block) {
 
 bool OfficeApplication::readCells(std::int32_t sheet, CellBlock& block) {
   block.cells.clear();
-  if (!ask(blockRequest("read", sheet, block), kCallLimit)) return false;
+  return ask(blockRequest("read", sheet, block), kCallLimit) && receiveRows(block);
+}
+
+bool OfficeApplication::receiveRows(CellBlock& block) {
   block.cells.reserve(block.size());
   std::string line;
   for (std::int32_t row = 0; row < block.rows; ++row) {
@@ -179,6 +187,43 @@ bool OfficeApplication::readCells(std::int32_t sheet, CellBlock& block) {
     errorText = "LibreOffice gives no cells.";
     return false;
   }
+  return true;
+}
+
+bool OfficeApplication::bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) {
+  boundInputs_ = std::max<std::size_t>(inputs.size(), 1);
+  boundOutputs_ = static_cast<std::int32_t>(outputs.size());
+  std::string text = request("bind", static_cast<std::int32_t>(inputs.size()), boundOutputs_);
+  for (const std::vector<CellPlace>* const places : {&inputs, &outputs})
+    for (const CellPlace& place : *places) {
+      addField(text, place.sheet);
+      addField(text, place.row);
+      addField(text, place.column);
+    }
+  return ask(text, kCallLimit);
+}
+
+bool OfficeApplication::driveRows(const std::vector<double>& rows, CellBlock& block) {
+  const CellBlock given{0,
+                        0,
+                        static_cast<std::int32_t>(rows.size() / boundInputs_),
+                        static_cast<std::int32_t>(boundInputs_),
+                        {rows.begin(), rows.end()}};
+  std::string text = request("drive", given.rows, given.columns);
+  for (std::size_t first = 0; first < given.size(); first += boundInputs_) text += '\n' + rowLine(given, first);
+  std::vector<std::string> values;
+  block = {0, 0, 0, boundOutputs_};
+  if (!ask(text, kNoLimit, &values)) return false;
+  if (!values.empty() && parseField(values[0], block.rows) && block.rows > 0 && block.rows <= given.rows)
+    return receiveRows(block);
+  errorText = "LibreOffice gives no cells.";
+  return false;
+}
+
+bool OfficeApplication::getCellText(const CellPlace& place, std::string& text) {
+  std::vector<std::string> values;
+  if (!ask(request("text", place.sheet, place.row, place.column), kCallLimit, &values) || values.empty()) return false;
+  text = values[0];
   return true;
 }
 

@@ -25,6 +25,7 @@ class OfficeApplication : public SpreadsheetApplication {
   [[nodiscard]] bool start(bool visible) override;
   void quit() override;
   [[nodiscard]] bool open(const std::string& path, bool readOnly) override;
+  [[nodiscard]] bool openCopy(const std::string& path) override;
   [[nodiscard]] bool close() override;
   [[nodiscard]] bool countSheets(std::int32_t& count) override;
   [[nodiscard]] bool getSheetName(std::int32_t sheet, std::string& name) override;
@@ -32,6 +33,9 @@ class OfficeApplication : public SpreadsheetApplication {
   [[nodiscard]] bool clearCells(std::int32_t sheet) override;
   [[nodiscard]] bool writeCells(std::int32_t sheet, const CellBlock& block) override;
   [[nodiscard]] bool readCells(std::int32_t sheet, CellBlock& block) override;
+  [[nodiscard]] bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) override;
+  [[nodiscard]] bool driveRows(const std::vector<double>& rows, CellBlock& block) override;
+  [[nodiscard]] bool getCellText(const CellPlace& place, std::string& text) override;
   [[nodiscard]] bool recalculate() override;
   [[nodiscard]] bool setSaved() override;
   [[nodiscard]] bool saveCopy(const std::string& path) override;
@@ -42,11 +46,14 @@ class OfficeApplication : public SpreadsheetApplication {
   bool makeDirectory();
   // Sends a request and gets its answer; what stands behind the "ok" goes into `values`.
   bool ask(const std::string& request, std::chrono::milliseconds limit, std::vector<std::string>* values = nullptr);
+  bool receiveRows(CellBlock& block);
   bool lose();
 
   std::string helper_;
   LineChannel channel_;
   ExternalProcess process_;
+  std::size_t boundInputs_ = 1;  // of driveRows()
+  std::int32_t boundOutputs_ = 1;
   std::string directory_;           // of this instance: profile and temporary files
   std::vector<std::string> files_;  // that the application leaves elsewhere when it is killed
 };

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::string_view kEscaped = "\t\n\r\\";
 constexpr std::string_view kEscapes = "tnr\\";
+constexpr std::int32_t kColumnLetters = 26;
 constexpr std::size_t kMostDigits = 32;  // characters of the shortest text of a double
 
 void escape(std::string& line, std::string_view text) {
@@ -57,6 +58,13 @@ bool forEachField(std::string_view line, Use use) {
 }
 
 }  // namespace
+
+std::string cellName(std::int32_t row, std::int32_t column) {
+  std::string letters;
+  for (std::int32_t rest = column + 1; rest > 0; rest = (rest - 1) / kColumnLetters)
+    letters.insert(letters.begin(), static_cast<char>('A' + (rest - 1) % kColumnLetters));
+  return letters + std::to_string(row + 1);
+}
 
 void addField(std::string& line, std::string_view text) {
   if (!line.empty()) line += '\t';

@@ -23,6 +23,16 @@ struct CellBlock {
   std::size_t size() const { return static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns); }
 };
 
+// A single cell. Sheets, rows and columns count from 0.
+struct CellPlace {
+  std::int32_t sheet = 0;
+  std::int32_t row = 0;
+  std::int32_t column = 0;
+};
+
+// "B5", as a spreadsheet calls the cell.
+std::string cellName(std::int32_t row, std::int32_t column);
+
 // A line of what tarvex and tarvex-sheet say to each other: fields between tabs, in which "\t", "\n", "\r" and "\\"
 // stand for the characters that a line can't hold. A cell is '#' and its number, '"' and its text, or '-' for neither.
 

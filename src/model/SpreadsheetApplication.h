@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "model/SheetLine.h"
 
@@ -22,6 +23,8 @@ class SpreadsheetApplication {
   virtual void quit() = 0;
 
   [[nodiscard]] virtual bool open(const std::string& path, bool readOnly) = 0;
+  // An unnamed copy of the workbook as the file has it, to be written and never saved; nobody is kept from the file.
+  [[nodiscard]] virtual bool openCopy(const std::string& path) = 0;
   [[nodiscard]] virtual bool close() = 0;
 
   [[nodiscard]] virtual bool countSheets(std::int32_t& count) = 0;
@@ -32,6 +35,15 @@ class SpreadsheetApplication {
   [[nodiscard]] virtual bool writeCells(std::int32_t sheet, const CellBlock& block) = 0;
   // Fills the block's cells. Those outside the sheet are empty.
   [[nodiscard]] virtual bool readCells(std::int32_t sheet, CellBlock& block) = 0;
+
+  // The cells that driveRows() uses from now on. What else would be in the way of new values, as a manual computation,
+  // is put right.
+  [[nodiscard]] virtual bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) = 0;
+  // Puts row after row of values into the inputs, and after each reads the outputs: `block` gets a row of cells for
+  // each. The first row that isn't all numbers is the last one; its inputs then stay in the workbook.
+  [[nodiscard]] virtual bool driveRows(const std::vector<double>& rows, CellBlock& block) = 0;
+  // What the cell shows: "#DIV/0!".
+  [[nodiscard]] virtual bool getCellText(const CellPlace& place, std::string& text) = 0;
 
   [[nodiscard]] virtual bool recalculate() = 0;
   // The workbook counts as saved: closing it asks nothing.

@@ -21,8 +21,17 @@ std::string usersText(const std::vector<std::int32_t>& usedBy, const InternalMod
   return text;
 }
 
+std::string cellsText(bool areUsed, const WorkbookCells& cells) {
+  std::string text;
+  if (!areUsed) return text;
+  for (const NamedCell& cell : cells.inputs) text += (text.empty() ? "; " : ", ") + cell.name + " in " + cell.place();
+  for (const NamedCell& cell : cells.outputs) text += ", " + cell.name + " from " + cell.place();
+  return text;
+}
+
 std::string kindText(const ModelConfiguration& model) {
-  if (model.choice.spreadsheet == 1) return "workbook " + model.choice.outputFile;
+  if (model.choice.spreadsheet == 1)
+    return "workbook " + model.choice.outputFile + cellsText(model.choice.drivesCells(), model.choice.cells);
   if (model.choice.kind == kInternalModel) return "internal model";
   if (model.choice.kind == kExternalExecutable) return "executable " + model.choice.executable;
   return "results read from " + model.choice.outputFile;

@@ -33,8 +33,7 @@ CellBlock blockOf(const std::vector<std::string>& words) {
   return {numberAt(words, 2), numberAt(words, 3), numberAt(words, 4), numberAt(words, 5)};
 }
 
-std::string linesOf(const CellBlock& block) {
-  std::string text = kOk;
+std::string linesOf(const CellBlock& block, std::string text = kOk) {
   for (std::size_t first = 0; first < block.size(); first += static_cast<std::size_t>(block.columns))
     text += '\n' + rowLine(block, first);
   return text;
@@ -76,7 +75,12 @@ std::string Commands::carryOut(const Words& words) {
     office_.start(visible_);
     return answer;
   } else if (request == "open") {
-    workbook_.open(office_, textAt(words, 1), textAt(words, 2) == "read", visible_);
+    const std::string& use = textAt(words, 2);
+    workbook_.open(office_, textAt(words, 1),
+                   use == "read"   ? Workbook::Use::Read
+                   : use == "copy" ? Workbook::Use::Copy
+                                   : Workbook::Use::Write,
+                   visible_);
   } else if (request == "wait") {
     office_.waitForEnd();
   } else if (request != "quit") {
@@ -87,7 +91,9 @@ std::string Commands::carryOut(const Words& words) {
 
 std::string Commands::useWorkbook(const Words& words) {
   const std::string& request = words[0];
-  CellBlock block = request == "write" ? readRows(words) : CellBlock();
+  CellBlock block;
+  if (request == "write") block = readRows(words, blockOf(words));
+  if (request == "drive") block = readRows(words, {0, 0, numberAt(words, 1), numberAt(words, 2)});
   if (!workbook_.isOpen()) throw Failure{"No workbook is open."};
   std::string answer = kOk;
   if (request == "sheets") {
@@ -104,6 +110,12 @@ std::string Commands::useWorkbook(const Words& words) {
     block = blockOf(words);
     workbook_.read(numberAt(words, 1), block);
     answer = linesOf(block);
+  } else if (request == "bind") {
+    bind(words);
+  } else if (request == "drive") {
+    answer = drive(block);
+  } else if (request == "text") {
+    addField(answer, workbook_.cellText({numberAt(words, 1), numberAt(words, 2), numberAt(words, 3)}));
   } else if (request == "recalculate") {
     workbook_.recalculate();
   } else if (request == "saved") {
@@ -119,13 +131,32 @@ std::string Commands::useWorkbook(const Words& words) {
 }
 
 // All lines are taken before anything can fail, so that the next request stands at its place.
-CellBlock Commands::readRows(const Words& words) {
-  CellBlock block = blockOf(words);
+CellBlock Commands::readRows(const Words& words, CellBlock block) {
   bool good = true;
   std::string line;
   for (std::int32_t row = 0; row < block.rows && std::getline(in_, line); ++row) good = parseRow(line, block) && good;
-  if (!good || block.cells.size() != block.size()) throw Failure{"Request write with cells that are none"};
+  if (!good || block.cells.size() != block.size()) throw Failure{"Request " + words[0] + " with cells that are none"};
   return block;
+}
+
+void Commands::bind(const Words& words) {
+  const std::int32_t inputs = numberAt(words, 1);
+  outputs_ = numberAt(words, 2);
+  std::vector<CellPlace> places;
+  for (std::size_t word = 3; word < words.size(); word += 3)
+    places.push_back({numberAt(words, word), numberAt(words, word + 1), numberAt(words, word + 2)});
+  const auto middle = places.begin() + inputs;
+  if (places.size() != static_cast<std::size_t>(inputs) + static_cast<std::size_t>(outputs_))
+    throw Failure{"Request bind without its cells"};
+  driver_.bind(workbook_, {places.begin(), middle}, {middle, places.end()});
+}
+
+std::string Commands::drive(const CellBlock& given) {
+  CellBlock found{0, 0, 0, outputs_};
+  driver_.drive(given, found);
+  std::string answer = kOk;
+  addField(answer, found.rows);
+  return linesOf(found, answer);
 }
 
 }  // namespace tarvex::office

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "sheet/CellDriver.h"
 #include "sheet/Office.h"
 #include "sheet/Workbook.h"
 
@@ -23,10 +24,14 @@ class Commands {
   std::string answer(const Words& words);
   std::string carryOut(const Words& words);
   std::string useWorkbook(const Words& words);
-  CellBlock readRows(const Words& words);
+  CellBlock readRows(const Words& words, CellBlock block);
+  void bind(const Words& words);
+  std::string drive(const CellBlock& given);
 
   Office& office_;
   Workbook workbook_;
+  CellDriver driver_;
+  std::int32_t outputs_ = 0;  // of a row that is driven
   bool visible_ = false;
   std::istream& in_;
   std::ostream& out_;

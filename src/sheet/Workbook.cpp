@@ -12,8 +12,8 @@
 #include <com/sun/star/frame/XStorable.hpp>
 #include <com/sun/star/sheet/CellFlags.hpp>
 #include <com/sun/star/sheet/XCalculatable.hpp>
-#include <com/sun/star/sheet/XCellRangeData.hpp>
 #include <com/sun/star/sheet/XSheetOperation.hpp>
+#include <com/sun/star/text/XTextRange.hpp>
 #include <com/sun/star/util/XCloseable.hpp>
 #include <com/sun/star/util/XModifiable.hpp>
 #include <cstring>
@@ -60,7 +60,8 @@ uno::Any valueOf(const SheetCell& cell) {
   return uno::Any(text != nullptr ? fromUtf8(*text) : rtl::OUString());
 }
 
-// The value is a number, a text, the empty text of an empty cell, or nothing for an error.
+}  // namespace
+
 SheetCell cellOf(const uno::Any& value) {
   double number = 0.0;
   rtl::OUString text;
@@ -69,15 +70,14 @@ SheetCell cellOf(const uno::Any& value) {
   return {};
 }
 
-}  // namespace
-
-void Workbook::open(const Office& office, const std::string& path, bool readOnly, bool visible) {
+void Workbook::open(const Office& office, const std::string& path, Use use, bool visible) {
   const std::string cannot = "The workbook cannot be opened: ";
   if (::access(path.c_str(), R_OK) != 0) throw Failure{cannot + std::strerror(errno) + "\n" + path};
-  uno::Sequence<beans::PropertyValue> arguments(3);
+  uno::Sequence<beans::PropertyValue> arguments(4);
   arguments[0] = property("Hidden", uno::Any(!visible));
-  arguments[1] = property("ReadOnly", uno::Any(readOnly));
+  arguments[1] = property("ReadOnly", uno::Any(use == Use::Read));
   arguments[2] = property("MacroExecutionMode", uno::Any(document::MacroExecMode::NEVER_EXECUTE));
+  arguments[3] = property("AsTemplate", uno::Any(use == Use::Copy));
   const Reference<frame::XComponentLoader> loader(office.desktop(), UNO_QUERY_THROW);
   const Reference<lang::XComponent> loaded = loader->loadComponentFromURL(fileUrl(path), "_blank", 0, arguments);
   if (!loaded.is()) throw Failure{cannot + "it is damaged, or protected by a password.\n" + path};
@@ -91,7 +91,7 @@ void Workbook::open(const Office& office, const std::string& path, bool readOnly
   maxRows_ = format->rows;
   maxColumns_ = format->columns;
   const Reference<frame::XStorable> storable(document_, UNO_QUERY_THROW);
-  if (!readOnly && storable->isReadonly())
+  if (use == Use::Write && storable->isReadonly())
     throw Failure{"The workbook cannot be written: it is read-only, or open in another application.\n" + path};
 }
 
@@ -163,6 +163,27 @@ void Workbook::read(std::int32_t index, CellBlock& block) const {
     std::transform(row.begin(), row.end(), block.cells.begin() + static_cast<std::ptrdiff_t>(first), cellOf);
     first += static_cast<std::size_t>(block.columns);
   }
+}
+
+Reference<sheet::XCellRangeData> Workbook::cells(const CellPlace& first, std::int32_t rows,
+                                                 std::int32_t columns) const {
+  if (first.row + rows > maxRows_ || first.column + columns > maxColumns_)
+    throw Failure{"The sheet " + sheetName(first.sheet) + " of the workbook has no cell " +
+                  cellName(first.row + rows - 1, first.column + columns - 1) + '.'};
+  return {sheetAt(first.sheet)
+              ->getCellRangeByPosition(first.column, first.row, first.column + columns - 1, first.row + rows - 1),
+          UNO_QUERY_THROW};
+}
+
+std::string Workbook::cellText(const CellPlace& place) const {
+  const Reference<text::XTextRange> cell(sheetAt(place.sheet)->getCellByPosition(place.column, place.row),
+                                         UNO_QUERY_THROW);
+  return utf8(cell->getString());
+}
+
+void Workbook::computeAtOnce() const {
+  const Reference<sheet::XCalculatable> calculatable(document_, UNO_QUERY_THROW);
+  calculatable->enableAutomaticCalculation(true);
 }
 
 void Workbook::recalculate() const {

@@ -6,6 +6,7 @@
 #include "factors/makeFactor.h"
 #include "model/ModelChoice.h"
 #include "sampling/PrepConfiguration.h"
+#include "support/ScriptedApplication.h"
 #include "support/TempDirectory.h"
 #include "support/Test.h"
 #include "support/TextFiles.h"
@@ -131,6 +132,76 @@ TEST_F(ModelTrialTest, AHangingModelIsStoppedAndALoudOneIsCutShort) {
   test::writeFile(output(), "of the trial that died");
   run(program("true\n"));
   EXPECT_EQ(test::readFile(output()), "older");
+}
+
+TEST_F(ModelTrialTest, AWorkbookIsTriedByItsSheetsAndByItsCells) {
+  const std::string book = directory_.file("book.ods");
+  test::writeFile(book, "as it was");
+  ModelChoice choice;
+  choice.setExternal("Excel Application", book, 1);
+  choice.kind = kExternalExecutable;
+  std::string failing;
+  bool goesOn = true;
+  const auto tried = [&](std::int32_t row) {
+    return ModelTrial(choice, prep_,
+                      {directory_.path(), [&] { return goesOn; },
+                       [&](auto serve) {
+                         auto application = std::make_unique<test::ScriptedApplication>();
+                         application->sheets = {{"Inputs"}, {"Outputs", {{{0, 0}, "y"}}}};
+                         application->failing = failing;
+                         application->compute = [&sheets = application->sheets, serve] {
+                           const double* const a = std::get_if<double>(&sheets[0].cells[{1, 0}]);
+                           const double* const b = std::get_if<double>(&sheets[0].cells[{1, 1}]);
+                           if (a == nullptr || b == nullptr || !serve()) return;
+                           sheets[1].cells[{1, 0}] = *a == 3.0 ? SheetCell("x") : SheetCell(*a * 10 + *b);
+                         };
+                         return application;
+                       }})
+        .run(row);
+  };
+  const WorkbookCells cells{{{"b", "Inputs", 1, 1}, {"a", "Inputs", 1, 0}}, {{"y", "Outputs", 1, 0}}};
+  for (const bool byCells : {false, true}) {
+    SCOPED_TRACE(byCells);
+    choice.cells = byCells ? cells : WorkbookCells();
+    failing.clear();
+    goesOn = true;
+    for (const auto& [row, value] : {std::pair{0, 12.0}, {TrialRow::kMeans, 23.0}}) {
+      const TrialReport report = tried(row);
+      EXPECT_TRUE(report.isGood) << report.problem;
+      EXPECT_EQ(report.names, std::vector<std::string>{"y"});
+      EXPECT_EQ(report.values, std::vector<double>{value});
+    }
+    EXPECT_EQ(tried(1).problem, "Error in the Excel model execution\n" + book +
+                                    (byCells ? ": Outputs!A2: expected a number, found 'x'"
+                                             : ": Outputs.A2: expected a number, found 'x'"));
+    failing = "start";
+    EXPECT_EQ(tried(0).problem, "Error in the Excel model execution\nExcel not registered properly\nstart failed");
+    failing.clear();
+    goesOn = false;
+    EXPECT_EQ(tried(0).problem, "The trial was stopped.");
+    EXPECT_EQ(test::readFile(book), "as it was");
+  }
+  choice.cells.inputs.pop_back();
+  goesOn = true;
+  EXPECT_NE(tried(0).problem.find("The workbook has no cell for the factors 'a'.\n"), std::string::npos);
+}
+
+TEST_F(ModelTrialTest, ALineOfGigabytesIsReadInPartAndCanBeStopped) {
+  // A file with holes, which takes no room.
+  const std::string write =
+      "printf '1\\ny\\ntime = no\\n1\\nabc ' > \"$TARVEX_OUTPUT\"; truncate -s 3G \"$TARVEX_OUTPUT\"\n";
+  const auto start = std::chrono::steady_clock::now();
+  const TrialReport report = run(program(write));
+  EXPECT_EQ(report.badLine, 5U);
+  ASSERT_EQ(report.lines.size(), 5U);
+  EXPECT_EQ(report.lines[4].size(), TrialReport::kMostOfLine);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  int asked = 0;
+  EXPECT_EQ(
+      run(program("printf '1\\ny\\ntime = no\\n1\\n5 ' > \"$TARVEX_OUTPUT\"; truncate -s 30G \"$TARVEX_OUTPUT\"\n"), 0,
+          [&asked] { return ++asked < 500; })
+          .problem,
+      "The trial was stopped.");
 }
 
 TEST_F(ModelTrialTest, EquationsGiveEachTheirValueOrItsReason) {

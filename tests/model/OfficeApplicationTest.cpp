@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "factors/Uniform.h"
+#include "model/CellsRun.h"
 #include "model/ModelConfiguration.h"
 #include "model/SpreadsheetRun.h"
 #include "sampling/PrepConfiguration.h"
@@ -191,6 +192,52 @@ TEST_F(Office, whatCannotBeRunIsLeftAsItWas) {
   EXPECT_FALSE(run(file("missing.ods")));
   EXPECT_EQ(messages_,
             Texts{"Error: The workbook cannot be opened: No such file or directory\n" + file("missing.ods")});
+}
+
+// Adjacent cells and scattered ones, on two sheets, of a workbook that computes only when it is told to.
+TEST_F(Office, rowsAreDrivenThroughCells) {
+  addRuns(300);
+  const std::string content = test::flatWorkbook(
+      {{"My sheet", {{"=[Model.B3]*2", "0", "=SUM([.B1];[Model.D1])"}}},
+       {"Model", {{"0", "0", "0", "0"}, {"=[.B1]+10*[.C1]+100*[.D1]"}, {"x", "=[.A2]*[.A2]", "=1/[.B1]"}}}});
+  test::writeFile(file("book.fods"), content);
+  test::writeFile(file(".~lock.book.fods#"), ",somebody,elsewhere,21.11.2026 10:00,file:///home/somebody;");
+  model_.choice.setExternal("Excel Application", file("book.fods"), 1);
+  std::string problem;
+  ASSERT_TRUE(
+      parseWorkbookCells("input x2=Model!C1\tinput x1=Model!B1\tinput x3='My sheet'!B1\toutput u=Model!A2\t"
+                         "output w='My sheet'!C1\toutput v='My sheet'!A1",
+                         model_.choice.cells, problem))
+      << problem;
+  const auto drive = [this] {
+    CellsRun run(application_,
+                 [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
+    const bool done = run.run(model_.choice, prep_, model_.results);
+    if (!run.problem().empty()) messages_.push_back(run.problem());
+    return done;
+  };
+  ASSERT_TRUE(drive()) << testing::PrintToString(messages_);
+  EXPECT_EQ(messages_, Texts{"Warning: The workbook is open in another application. It is run as it was saved last.\n" +
+                             file("book.fods")});
+  std::vector<double> row(3);
+  std::vector<double> values;
+  for (std::int32_t i = 0; i < 300; ++i) {
+    ASSERT_TRUE(prep_.samples.getRow(i, row.data()) && model_.results.readRun(i, values));
+    const double u = row[0] + 10 * row[1];
+    ASSERT_TRUE(test::agrees(values[0], u, 1e-12, 1e-12) && test::agrees(values[1], row[2], 1e-12, 1e-12) &&
+                test::agrees(values[2], 2 * u * u, 1e-12, 1e-12))
+        << i;
+  }
+  model_.choice.cells.outputs = {{"v", "Model", 2, 2}};
+  model_.choice.cells.inputs = {{"x1", "My sheet", 0, 1}, {"x2", "Model", 0, 2}, {"x3", "Model", 0, 3}};
+  messages_.clear();
+  EXPECT_FALSE(drive());
+  EXPECT_EQ(messages_.back(), file("book.fods") + ": Model!C3: expected a number, found '#DIV/0!'");
+  EXPECT_EQ(model_.results.runCount(), 0);
+  EXPECT_EQ(test::readFile(file("book.fods")), content);
+  test::writeFile(file("book.fods"), test::flatWorkbook({{"My sheet"}, {"Model", {{"0", "0", "0"}}, true}}));
+  EXPECT_FALSE(drive());
+  EXPECT_EQ(messages_.back(), "Error: Cells of the workbook cannot be written. Are they protected?\nModel!C1:D1");
 }
 
 // The application of which a process is killed before the workbook is computed.

@@ -32,6 +32,7 @@ class ScriptedApplication : public SpreadsheetApplication {
   bool open(const std::string& path, bool readOnly) override {
     return call("open", path + (readOnly ? " to read" : ""));
   }
+  bool openCopy(const std::string& path) override { return call("open", "copy of " + path); }
   bool close() override { return call("close"); }
   bool countSheets(std::int32_t& count) override {
     count = static_cast<std::int32_t>(sheets.size());
@@ -61,6 +62,30 @@ class ScriptedApplication : public SpreadsheetApplication {
     }
     return succeed("read");
   }
+  bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) override {
+    inputs_ = inputs;
+    outputs_ = outputs;
+    return succeed("bind");
+  }
+  bool driveRows(const std::vector<double>& rows, CellBlock& block) override {
+    block = {0, 0, 0, static_cast<std::int32_t>(outputs_.size())};
+    bool isWhole = true;
+    for (std::size_t first = 0; first < rows.size() && isWhole; first += inputs_.size()) {
+      for (std::size_t i = 0; i < inputs_.size(); ++i) cellAt(inputs_[i]) = rows[first + i];
+      compute();
+      for (const CellPlace& place : outputs_) {
+        block.cells.push_back(cellAt(place));
+        isWhole = isWhole && std::holds_alternative<double>(block.cells.back());
+      }
+      ++block.rows;
+    }
+    return call("drive", std::to_string(block.rows));
+  }
+  bool getCellText(const CellPlace& place, std::string& text) override {
+    const auto* const shown = std::get_if<std::string>(&cellAt(place));
+    text = shown == nullptr ? "#DIV/0!" : *shown;
+    return succeed("text");
+  }
   bool recalculate() override {
     compute();
     return call("recalculate");
@@ -74,6 +99,7 @@ class ScriptedApplication : public SpreadsheetApplication {
 
  private:
   Sheet& at(std::int32_t sheet) { return sheets.at(static_cast<std::size_t>(sheet)); }
+  SheetCell& cellAt(const CellPlace& place) { return at(place.sheet).cells[{place.row, place.column}]; }
   static std::pair<std::int32_t, std::int32_t> place(const CellBlock& block, std::size_t i) {
     const auto cell = static_cast<std::int32_t>(i);
     return {block.row + cell / block.columns, block.column + cell % block.columns};
@@ -86,6 +112,9 @@ class ScriptedApplication : public SpreadsheetApplication {
     if (word == failing) errorText = word + " failed";
     return word != failing;
   }
+
+  std::vector<CellPlace> inputs_;
+  std::vector<CellPlace> outputs_;
 };
 
 }  // namespace tarvex::test

@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,6 +21,7 @@
 #include "panels/model/modelFile.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/Display.h"
+#include "toolkit/TableView.h"
 #include "toolkit/allow.h"
 
 namespace tarvex {
@@ -85,6 +87,13 @@ void PExternal::showChoice() {
   gadget<QCheckBox>("TExcel")->setChecked(choice_.spreadsheet != 0);
   gadget<QLineEdit>("CModel")->setText(QString::fromStdString(choice_.executable));
   gadget<QLineEdit>("TOutput")->setText(QString::fromStdString(choice_.outputFile));
+  auto* const cells = gadget<TableView>("MaCells");
+  cells_->take(context_.factors, choice_.cells);
+  cells->setEditable(cells_);
+  cells->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  cells->verticalHeader()->hide();
+  connect(cells, &TableView::edited, this, [this] { cellsEdited(); });
+  connect(cells, &TableView::refused, this, [this](const QString& why) { gadget<QLabel>("MlMessage")->setText(why); });
   if (const InternalModel* const model = choice_.internalModel())
     gadget<QLineEdit>("TIntModelFile")
         ->setText(model->fileName() == InternalModel::kNoFile ? kLoaded : QString::fromStdString(model->fileName()));
@@ -216,8 +225,22 @@ void PExternal::tryRun() {
   static_cast<void>(trial.runModal());  // where its file is missing, that has been said
 }
 
+// Makes `choice` what the panel shows, or says why not.
+std::optional<ModelRefusal> PExternal::take(ModelChoice& choice) {
+  ModelRequest asked = request();
+  std::string problem;
+  if (!asked.internal && asked.execute && asked.spreadsheet && !cells_->read(asked.cells, problem))
+    return ModelRefusal{"Error: Cells of the workbook", problem};
+  return acceptModelRequest(asked, choice);
+}
+
+void PExternal::cellsEdited() {
+  if (cells_->tidy()) gadget<TableView>("MaCells")->tableModel().sourceChanged();
+  judge();
+}
+
 bool PExternal::accept(ModelChoice& choice) {
-  const std::optional<ModelRefusal> refusal = acceptModelRequest(request(), choice);
+  const std::optional<ModelRefusal> refusal = take(choice);
   if (refusal)
     Dialogs::current().message(DialogKind::Error, QString::fromStdString(refusal->title),
                                QString::fromStdString(refusal->text), window());
@@ -241,6 +264,7 @@ void PExternal::refresh() {
   const auto first = [](const QString& one, const QString& other) { return one.isEmpty() ? other : one; };
   const QString notRun = first(internal, execute ? QString() : QString("Only its output file is read."));
   const QString noChoice = first(notRun, workbook ? QString("A workbook is opened by its application.") : QString());
+  const QString noCells = first(notRun, workbook ? QString() : QString("Only a workbook has cells."));
   const QString noModel = choice_.internalModel() == nullptr ? QString("There are no equations yet.")
                           : typed_                           ? QString("The file that was typed isn't loaded yet.")
                                                              : QString();
@@ -252,6 +276,7 @@ void PExternal::refresh() {
                                                   {"BModel", noChoice},
                                                   {"TOutput", internal},
                                                   {"BOutputFile", internal},
+                                                  {"MaCells", noCells},
                                                   {"FIntModel", external},
                                                   {"TIntModelFile", external},
                                                   {"BInternalModel", external},
@@ -273,7 +298,7 @@ void PExternal::judge() {
   ModelChoice draft = choice_;
   const ModelRequest asked = request();
   QString text;
-  if (const std::optional<ModelRefusal> refusal = acceptModelRequest(asked, draft))
+  if (const std::optional<ModelRefusal> refusal = take(draft))
     text = QString::fromStdString(refusal->text).trimmed();
   else if (!asked.internal && asked.execute && !asked.spreadsheet &&
            ::access(existingPath(programOf(asked.executable)).c_str(), X_OK) != 0)

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <memory>
+#include <optional>
+
 #include "model/ModelChoice.h"
 #include "model/ModelRequest.h"
+#include "panels/model/CellsTable.h"
 #include "panels/model/ModelContext.h"
 #include "toolkit/Panel.h"
 
@@ -46,8 +50,11 @@ class PExternal : public Panel {
   void showChoice();
   void refresh();
   void judge();
+  void cellsEdited();
+  std::optional<ModelRefusal> take(ModelChoice& choice);
 
   ModelChoice choice_;
+  std::shared_ptr<CellsTable> cells_ = std::make_shared<CellsTable>();
   ModelContext context_;
   bool typed_ = false;  // another file of equations was typed, and isn't loaded
 };
