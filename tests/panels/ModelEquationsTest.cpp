@@ -40,30 +40,6 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
     Texts shown;
     const char* after;
   } rows[] = {
-      {"no name",
-       [&](PIntModel& p) { writeEquation("", "x1"), p.call("addExpression"); },
-       {"Error: Expression name field empty"},
-       ""},
-      {"no text",
-       [&](PIntModel& p) { writeEquation("z", " "), p.call("addExpression"); },
-       {"Error: Expression field empty"},
-       ""},
-      {"a bad name",
-       [&](PIntModel& p) { writeEquation("2z", "x1"), p.call("addExpression"); },
-       {"Error: Incorrect expression name"},
-       ""},
-      {"a name in use",
-       [&](PIntModel& p) { writeEquation("y", "x1"), p.call("addExpression"); },
-       {"Error: Expression name already in the list"},
-       ""},
-      {"bad syntax",
-       [&](PIntModel& p) { writeEquation("z", "x1 +"), p.call("addExpression"); },
-       {"Error: Current expression cannot be evaluated\n Syntax error.\nMissing expression at character 5 of 'x1 +'"},
-       ""},
-      {"an unknown name",
-       [&](PIntModel& p) { writeEquation("z", "x1 + q"), p.call("addExpression"); },
-       {"Error: Current expression cannot be evaluated.\n Unknown Variable.\nunknown name 'q'"},
-       ""},
       {"another equation",
        [&](PIntModel& p) { writeEquation("z", "y / t", 0), p.call("addExpression"); },
        {},
@@ -76,6 +52,10 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
        [&](PIntModel& p) { select(p, "MaExpress", 0), writeEquation("u", "x1", 0), p.call("doubleClick"); },
        {},
        "x1 x2 x3 | u := x1 | y = u + x3 "},
+      {"modify into a name in use",
+       [&](PIntModel& p) { select(p, "MaExpress", 0), writeEquation("y", "x1", 0), p.call("modifyExpression"); },
+       {"Error: Variable already inserted in the list"},
+       ""},
       {"delete without a row",
        [&](PIntModel& p) { select(p, "MaExpress", -1), p.call("deleteExpression"); },
        {"Error: No row selected"},
@@ -126,6 +106,23 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
        "x1 x2 x3 | t = x1 * x2 | y = t - x3 "},
   };
   const InternalModel model = modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}});
+  const struct {
+    const char *name, *text, *shown;
+  } refused[] = {
+      {"", "x1", "Error: Expression name field empty"},
+      {"z", " ", "Error: Expression field empty"},
+      {"2z", "x1", "Error: Incorrect expression name"},
+      {"y", "x1", "Error: Expression name already in the list"},
+      {"z", "x1 +",
+       "Error: Current expression cannot be evaluated\n Syntax error.\nMissing expression at character 5 of 'x1 +'"},
+      {"z", "x1 + q", "Error: Current expression cannot be evaluated.\n Unknown Variable.\nunknown name 'q'"},
+  };
+  for (const auto& [name, text, shown] : refused) {
+    const auto panel = editor(model);
+    writeEquation(name, text);
+    EXPECT_EQ(shownBy(*panel, "addExpression"), Texts{shown});
+    EXPECT_EQ(described(panel->model()), described(model));
+  }
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     const auto panel = editor(model);
@@ -194,7 +191,7 @@ TEST_F(ModelEquations, TheEndAsksForChangesAndFilesKeepThem) {
   EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 3"));
   dialogs_.answers = {true};
   dialogs_.files = {file("a.imd")};
-  panel->call("open");  // saved first, then read again
+  EXPECT_EQ(shownBy(*panel, "open").front(), kAsked + std::string("save changes? [^Yes/^No]"));  // saved, then read
   EXPECT_EQ(described(panel->model()), "x1 x2 x3 | y = x1 + 3 ");
 }
 

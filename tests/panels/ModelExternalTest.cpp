@@ -5,6 +5,7 @@
 #include "panels/ModelFixture.h"
 #include "panels/model/PExternal.h"
 #include "panels/model/PTryRun.h"
+#include "support/ScriptedApplication.h"
 
 namespace tarvex {
 namespace {
@@ -39,8 +40,9 @@ class ModelExternal : public test::ModelTest {
   }
   std::string insensitive(PExternal& panel) {
     std::string names;
-    for (const char* const name : {"CModel", "TModelName", "BModel", "TOutput", "BOutputFile", "TModelExe", "TExcel",
-                                   "TIntModelFile", "BInternalModel", "BCreateNewIntModel", "BModifyInternalModel"})
+    for (const char* const name :
+         {"CModel", "TModelName", "BModel", "TOutput", "BOutputFile", "TModelExe", "TExcel", "MaCells", "TIntModelFile",
+          "BInternalModel", "BCreateNewIntModel", "BModifyInternalModel"})
       if (!panel.gadget<QWidget>(name)->isEnabled()) names += std::string(name) + ' ';
     return names;
   }
@@ -69,6 +71,9 @@ TEST_F(ModelExternal, OkTakesAModelOrRefusesInItsWords) {
       {"read only", 0, false, false, "", output, "", 2},
       {"nothing to read", 0, false, false, "", file("gone"),
        "Error: Wrong output file:    No output model file\n" + file("gone") + ": No such file", 0},
+      {"no file to read", 0, false, false, program, "", "Error: Empty field:    Empty fields not admitted", 0},
+      {"a directory to read", 0, false, false, "", directory_.path(),
+       "Error: Wrong output file:    No output model file\n" + directory_.path() + ": Is a directory", 0},
       {"workbook", 0, true, true, "", file("book.ods"), "", 1},
       {"workbook to read", 0, false, true, "", output, "", 2},
       {"too long", 0, true, false, std::string(300, 'a'), output, "Error: Path too long: ", 0},
@@ -85,6 +90,7 @@ TEST_F(ModelExternal, OkTakesAModelOrRefusesInItsWords) {
     if (!shown.empty()) {
       EXPECT_EQ(shown[0].substr(0, row.shown.size()), row.shown);
       EXPECT_EQ(panel->choice().kind, kNoModelToStart);
+      EXPECT_EQ(panel->choice().executable + panel->choice().outputFile, "");
       EXPECT_FALSE(label(*panel, "MlMessage").empty() && row.model == 0);
       continue;
     }
@@ -102,11 +108,11 @@ TEST_F(ModelExternal, GadgetsFollowTheSwitches) {
     bool execute, workbook;
     std::string insensitive;
   } rows[] = {
-      {0, true, false, equations},
-      {0, false, false, "CModel TModelName BModel " + equations},
+      {0, true, false, "MaCells " + equations},
+      {0, false, false, "CModel TModelName BModel MaCells " + equations},
       {0, true, true, "BModel " + equations},
-      {0, false, true, "CModel TModelName BModel " + equations},
-      {1, true, false, "CModel TModelName BModel TOutput BOutputFile TModelExe TExcel BModifyInternalModel "},
+      {0, false, true, "CModel TModelName BModel MaCells " + equations},
+      {1, true, false, "CModel TModelName BModel TOutput BOutputFile TModelExe TExcel MaCells BModifyInternalModel "},
   };
   for (const auto& row : rows) {
     const auto panel = open();
@@ -144,6 +150,7 @@ TEST_F(ModelExternal, FilesAndEquationsAreChosen) {
   field->setText(QString::fromStdString(file("a.imd")));
   panel->call("ok");
   EXPECT_TRUE(panel->accepted());
+  EXPECT_EQ(panel->choice().kind, kInternalModel);
   EXPECT_EQ(panel->choice().internalModel()->numOutputs(), 1);
   // New ones, of the factors.
   panel->window()->show();
@@ -166,6 +173,51 @@ TEST_F(ModelExternal, FilesAndEquationsAreChosen) {
   panel->call("formatHelp");
 }
 
+TEST_F(ModelExternal, CellsAreWrittenAsDraftsAndJudgedTogether) {
+  ModelChoice choice;
+  choice.setExternal("Excel Application", file("book.ods"), 1);
+  choice.kind = kExternalExecutable;
+  choice.cells = {{{"x2", "One", 2, 1}, {"gone", "One", 3, 1}}, {{"y", "My sheet", 0, 0}}};
+  const auto panel = open(choice);
+  auto* const grid = panel->gadget<TableView>("MaCells")->model();
+  EXPECT_EQ(column(*panel, "MaCells", 0), "factor factor factor factor output output ");
+  EXPECT_EQ(column(*panel, "MaCells", 1), "x1 x2 x3 gone y  ");
+  EXPECT_EQ(column(*panel, "MaCells", 2), " One!B3  One!B4 'My sheet'!A1  ");
+  const struct {
+    int row, column;
+    const char* text;
+    const char* message;  // what it begins with
+  } rows[] = {
+      {0, 2, "here", "x1: expected a cell such as Model!B3, found 'here'"},
+      {0, 2, "$Two.$C$7", ""},
+      {2, 2, "b3", "One!B3 stands for both x2 and x3."},
+      {2, 2, "B4", "One!B4 stands for both x3 and gone."},
+      {3, 2, "", ""},
+      {5, 1, "z", "z: this output has no cell."},
+      {5, 2, "A1", "'My sheet'!A1 stands for both y and z."},
+      {5, 2, "A2", ""},
+      {6, 2, "A3", "'My sheet'!A3: this output has no name."},
+      {6, 1, "a-b", "'a-b' can't be the name of an output: a_b can."},
+      {6, 1, "y", "y has two cells: 'My sheet'!A1 and 'My sheet'!A3."},
+      {6, 1, "", "'My sheet'!A3: this output has no name."},
+      {6, 2, "", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    EXPECT_TRUE(grid->setData(grid->index(row.row, row.column), row.text));
+    EXPECT_EQ(label(*panel, "MlMessage"), row.message);
+    if (*row.message != '\0') {
+      EXPECT_EQ(shownBy(*panel, "ok"), Texts{std::string("Error: Cells of the workbook: ") + row.message});
+    }
+    EXPECT_FALSE(panel->accepted());
+  }
+  EXPECT_EQ(grid->rowCount(), 7);
+  EXPECT_FALSE(grid->setData(grid->index(0, 1), "other"));
+  panel->call("ok");
+  EXPECT_EQ(panel->choice().cells.text(),
+            "input x1=Two!C7\tinput x2=One!B3\tinput x3=One!B4\toutput y='My sheet'!A1\toutput z='My sheet'!A2");
+}
+
 class ModelSelection : public test::MainPanelTest {
  protected:
   void whenShown(const QString& window, std::function<void(QWidget&)> act) {
@@ -181,6 +233,86 @@ class ModelSelection : public test::MainPanelTest {
     timer->start(1);
   }
 };
+
+TEST_F(ModelSelection, ARunFailsInItsWordsWhateverTheModelIs) {
+  panel_->call("monteCarlo");
+  source(1);
+  choose("oldGeneration", test::goldenPath("ishigami.sam"));
+  takeShown();
+  std::string failing;
+  controller().userAtWorkbook = false;
+  controller().makeSpreadsheetApplication = [&failing](auto) {
+    auto application = std::make_unique<test::ScriptedApplication>();
+    application->sheets = {{"Inputs"}};
+    application->failing = failing;
+    return application;
+  };
+  const auto program = [this](const std::string& output, const std::string& more = "") {
+    test::writeScript(file("model"), "printf '" + output + "' > \"$TARVEX_OUTPUT\"\n" + more);
+    ModelChoice choice;
+    choice.setExternal(file("model"), file("y.out"), 0);
+    choice.kind = kExternalExecutable;
+    return choice;
+  };
+  const auto equations = [](int inputs) {
+    auto model = std::make_unique<InternalModel>();
+    for (int i = 1; i <= inputs; ++i) EXPECT_TRUE(model->addVariable("x" + std::to_string(i)));
+    EXPECT_TRUE(model->addExpression(0, "y", "1 / (x1 - x1)", 1));
+    ModelChoice choice;
+    choice.setInternalModel(std::move(model));
+    return choice;
+  };
+  const auto workbook = [this](const WorkbookCells& cells = {}) {
+    ModelChoice choice;
+    choice.setExternal("Excel Application", file("book.ods"), 1);
+    choice.kind = kExternalExecutable;
+    choice.cells = cells;
+    return choice;
+  };
+  test::writeFile(file("book.ods"), "");
+  const std::string unread = "Error: Error reading model output file\n" + file("y.out");
+  const std::string noWorkbook = "Error: Error in the Excel model execution";
+  const struct {
+    std::function<ModelChoice()> model;
+    Texts shown;  // what each begins with
+    const char* failing = "";
+  } rows[] = {
+      {[&] { return equations(1); },
+       {"Error: The number of model inputs differs from the number of factors in the generated sample"}},
+      {[&] { return equations(3); },
+       {"Warning: Error evaluating model\nThe equations could not be evaluated in 200 of"}},
+      {[&] {
+         ModelChoice choice = program("");
+         choice.executable += ".gone";
+         return choice;
+       },
+       {"Error: The model execution process can't be loaded.\nError 2\ncmd: \"" + file("model.gone")}},
+      {[&] { return program("", "exit 3\n"); }, {"Error: Model execution returned with error code\nThe code is 3."}},
+      {[&] { return program(""); }, {unread + ":1: expected the number of variables"}},
+      {[&] { return program("1\\n2a\\n"); }, {"Error: Incorrect model variable name: 2a", unread + ":2: "}},
+      {[&] { return program("1\\na-b\\ntime = no\\n1\\n5\\n"); },
+       {"Warning: The model variable a-b will be modified in a_b"}},
+      {[&] { return workbook(); },
+       {"Error: Excel not registered properly", "Information: start failed", noWorkbook},
+       "start"},
+      {[&] { return workbook(); }, {"Error: Model Output variables not found", noWorkbook}},
+      {[&] {
+         return workbook({{{"x1", "Inputs", 0, 0}}, {{"y", "Two", 0, 0}}});
+       },
+       {"Warning: The workbook has no cell for the factors 'x2', 'x3'.", noWorkbook + '\n' + file("book.ods")}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.shown.back());
+    failing = row.failing;
+    ASSERT_EQ(controller().acceptModel(row.model()), Outcome::Done);
+    if (controller().project().model.choice.kind == kInternalModel) clickWhenShown("PLinkFactors", "ok");
+    panel_->call("start");
+    const Texts shown = takeShown();
+    ASSERT_EQ(shown.size(), row.shown.size()) << testing::PrintToString(shown);
+    for (std::size_t i = 0; i < shown.size(); ++i) EXPECT_EQ(shown[i].substr(0, row.shown[i].size()), row.shown[i]);
+    EXPECT_EQ(controller().project().hasVels, row.shown.back().starts_with("Warning"));
+  }
+}
 
 TEST_F(ModelSelection, IsOpenedByTheMainPanelTriedAndCanBeTakenBack) {
   test::writeFile(file("model"),

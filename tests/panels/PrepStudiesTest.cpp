@@ -155,7 +155,10 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
         keysInto(definition, "TName", row.name);
         keysInto(definition, "TNote", row.note);
         typeFields(definition, row.fields);
-        press(definition, "BOk");
+        if (auto* const expression = qobject_cast<QPlainTextEdit*>(definition.focusWidget()))
+          QTest::keyClick(expression, Qt::Key_Return);  // Enter takes it from there, too
+        else
+          press(definition, "BOk");
         if (!definition.isVisible()) return;
         ADD_FAILURE() << definition.findChild<QLabel*>("MlMessage")->text().toStdString();
         definition.close();

@@ -1,0 +1,206 @@
+// Studies with every kind of model, by mouse and keys, against the program for shells.
+
+#include <QListWidget>
+#include <QProcess>
+#include <QStandardPaths>
+#include <ostream>
+
+#include "app/RunController.h"
+#include "base/uniformRandom.h"
+#include "model/OfficeApplication.h"
+#include "panels/ModelFixture.h"
+#include "panels/main/PMainPanel.h"
+#include "support/FlatWorkbook.h"
+#include "support/Golden.h"
+
+namespace tarvex {
+namespace {
+
+using Fields = std::vector<std::pair<const char*, const char*>>;
+using Equations = std::vector<std::pair<const char*, const char*>>;
+
+constexpr const char* kIshigami = "ishigami.fac";
+
+// The gadgets of the model's panel that are filled in, in their order: a switch is pressed, a text typed. DIR, LEVELE
+// and PYTHON stand for places.
+struct Model {
+  const char* name;
+  const char* factors;
+  const char* runs;
+  Fields typed;
+  Equations equations;
+  std::vector<const char*> cells;  // beside the factors, and then name and cell of an output
+  const char* words;               // for the shell, each behind a '|'
+  const char* needs = "";
+};
+
+void PrintTo(const Model& model, std::ostream* out) {
+  *out << model.name;
+}
+
+class ModelStudy : public test::ModelTest, public testing::WithParamInterface<Model> {
+ protected:
+  QString filled(const char* text) const {
+    return QString(text).replace("DIR", QString::fromStdString(directory_.path())).replace("LEVELE", TARVEX_LEVELE);
+  }
+  static void press(QWidget& window, const char* button) {
+    auto* const found = window.findChild<QAbstractButton*>(button);
+    ASSERT_NE(found, nullptr) << button;
+    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
+  }
+  static void intoCell(TableView& table, int row, int column, const char* text) {
+    const QModelIndex cell = table.model()->index(row, column);
+    table.scrollTo(cell);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(cell).center());
+    keys(text);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QApplication::processEvents();
+  }
+  void specify(QWidget& window) {
+    whenShown("Random", [](QWidget& panel) {
+      type(panel, {{"NExecution", GetParam().runs}});
+      QTest::keyClick(panel.focusWidget(), Qt::Key_Return);
+    });
+    auto* const methods = window.findChild<QListWidget*>("SlMethods");
+    const auto found = methods->findItems("Random", Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1);
+    QTest::mouseClick(methods->viewport(), Qt::LeftButton, {}, methods->visualItemRect(found.front()).center());
+    press(window, "BSpecify");
+  }
+  // One equation after the other; Enter accepts it from the field of its text.
+  void writeEquations(QWidget& editor) {
+    for (const auto& [name, text] : GetParam().equations) {
+      whenShown("PNewExpression", [name = name, text = text](QWidget& window) {
+        type(window, {{"TExprName", name}});
+        auto* const field = window.findChild<QPlainTextEdit*>("TExpr");
+        QTest::mouseClick(field->viewport(), Qt::LeftButton);
+        QTest::keyClicks(field, text);
+        QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+        QTest::keyClick(field, Qt::Key_Return);
+      });
+      press(editor, "BAdd");
+    }
+    dialogs_.answers = {false};  // to save them in a file
+    press(editor, "BOk");
+  }
+  void choose(QWidget& selection) {
+    const Model& model = GetParam();
+    if (!model.equations.empty()) {
+      auto* const kind = selection.findChild<QComboBox*>("SeSwitchModel");
+      kind->setFocus();
+      QTest::keyClick(kind, Qt::Key_Down);
+      whenShown("PIntModel", [this](QWidget& editor) { writeEquations(editor); });
+      press(selection, "BCreateNewIntModel");
+    }
+    for (const auto& [name, text] : model.typed)
+      if (*text == '\0')
+        press(selection, name);
+      else
+        type(selection, {{name, filled(text).toStdString().c_str()}});
+    auto* const table = selection.findChild<TableView*>("MaCells");
+    for (std::size_t i = 0; i < model.cells.size(); ++i)
+      intoCell(*table, std::min(static_cast<int>(i), 3), i == 3 ? 1 : 2, model.cells[i]);
+    EXPECT_EQ(selection.findChild<QLabel*>("MlMessage")->text(), "");
+    press(selection, "BOk");
+  }
+  // The values of the results in a file.
+  static std::string valuesIn(const std::string& path) {
+    std::string values;
+    for (const QString& line : QString::fromStdString(test::readFile(path)).split('\n'))
+      if (line.startsWith("t=")) values += line.toStdString() + '\n';
+    return values;
+  }
+  void writeModels() const {
+    const std::string page = test::readFile(TARVEX_SHARE "/Tarvex/help/programs.html");
+    const std::size_t start = page.find("<pre>", page.find("id=\"python\"")) + 5;
+    QString program = QString::fromStdString(page.substr(start, page.find("</pre>", start) - start));
+    test::writeFile(file("m.py"),
+                    program.replace("&lt;", "<").replace("&gt;", ">").replace("&quot;", "\"").toStdString());
+    test::writeFile(file("m.imd"), "m\n3\nx1\n0\nx2\n0\nx3\n0\n2\na\nsin(x2)\n1\n0\ny\nsin(x1)+7*a**2\n1\n0\nnofile\n");
+    test::writeFile(file("cells.fods"),
+                    test::flatWorkbook({{"Model", {{"0", "0"}, {"0", "=SIN([.A1])+7*SIN([.A2])^2+[.B1]"}}}}));
+    std::filesystem::copy_file(TARVEX_EXAMPLES "/workbook/ishigami.ods", file("rows.ods"));
+  }
+};
+
+TEST_P(ModelStudy, GivesTheNumbersOfTheBatchProgram) {
+  const Model& model = GetParam();
+  const bool isWorkbook = model.needs == std::string("LibreOffice");
+  if (isWorkbook && std::string_view(TARVEX_SHEET_PROGRAM).empty()) GTEST_SKIP() << "tarvex-sheet is not built";
+  if (*model.needs != '\0' && !isWorkbook && QStandardPaths::findExecutable(model.needs).isEmpty())
+    GTEST_SKIP() << model.needs << " isn't here";
+  writeModels();
+  display_.keepIn(QString::fromStdString(file("desktop.ini")));
+  PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
+  main.controller().userAtWorkbook = false;
+  main.controller().makeSpreadsheetApplication = [](auto serve) {
+    return std::make_unique<OfficeApplication>(std::move(serve), TARVEX_SHEET_PROGRAM);
+  };
+  main.window()->show();
+  press(*main.window(), "BMonteCarlo");
+  dialogs_.files = {std::string(TARVEX_DEMO) + '/' + model.factors, file("x.sam")};
+  whenShown("PrepMain", [this](QWidget& window) {
+    press(window, "BInputSelection");
+    specify(window);
+    press(window, "BOutputSelection");
+    press(window, "BOk");
+  });
+  press(*main.window(), "BConfigure");
+  whenShown("External", [this](QWidget& selection) { choose(selection); });
+  press(*main.window(), "BSelectInput");
+  whenShown("PLinkFactors", [](QWidget& link) { press(link, "BOk"); });
+  restoreInitialRandomState();
+  press(*main.window(), "BStart");
+  EXPECT_EQ(main.controller().project().model.results.runCount(), std::stoi(model.runs))
+      << testing::PrintToString(takeShown());
+  ASSERT_EQ(main.controller().saveResultsFile(file("panels.spc")), Outcome::Done);
+
+  QProcess batch;
+  batch.setWorkingDirectory(QString::fromStdString(directory_.path()));
+  batch.start(TARVEX_BATCH_PROGRAM, QString("run|x.sam|-o|shell.spc" + filled(model.words)).split('|'));
+  ASSERT_TRUE(batch.waitForFinished());
+  ASSERT_EQ(batch.exitCode(), 0) << batch.readAllStandardError().toStdString();
+  EXPECT_NE(valuesIn(file("panels.spc")), "");
+  EXPECT_EQ(valuesIn(file("panels.spc")), valuesIn(file("shell.spc")));
+}
+
+const Model kModels[] = {
+    {"equations", kIshigami, "20", {}, {{"a", "sin(x2)"}, {"y", "sin(x1)+7*a**2"}}, {}, "|--model|m.imd"},
+    {"levele",
+     "levelE.fac",
+     "5",
+     {{"CModel", "LEVELE {sample} {output}"}, {"TOutput", "DIR/levele.out"}},
+     {},
+     {},
+     "|--executable|LEVELE|--output|levele.out"},
+    {"python",
+     kIshigami,
+     "20",
+     {{"CModel", "python3 DIR/m.py"}, {"TOutput", "DIR/p.out"}},
+     {},
+     {},
+     "|--executable|python3 m.py|--output|q.out",
+     "python3"},
+    {"rows",
+     kIshigami,
+     "20",
+     {{"TExcel", ""}, {"TOutput", "DIR/rows.ods"}},
+     {},
+     {},
+     "|--workbook|rows.ods",
+     "LibreOffice"},
+    {"cells",
+     kIshigami,
+     "20",
+     {{"TExcel", ""}, {"TOutput", "DIR/cells.fods"}},
+     {},
+     {"Model!A1", "A2", "B1", "y", "B2"},
+     "|--workbook|cells.fods|--input-cell|x3=Model!B1|--input-cell|x1=Model!A1|--input-cell|x2=Model!A2"
+     "|--output-cell|y=Model!B2",
+     "LibreOffice"},
+};
+
+INSTANTIATE_TEST_SUITE_P(, ModelStudy, testing::ValuesIn(kModels));
+
+}  // namespace
+}  // namespace tarvex
