@@ -320,6 +320,13 @@ void drawModel(const Display& display, const InternalModel& model, const PrepCon
   choice.kind = kExternalExecutable;
   PExternal external(display, choice, context, nullptr);
   pictures.draw("PExternal", external);
+  ModelChoice workbook;
+  workbook.setExternal("Excel Application", "/home/user/flood.ods", 1);
+  workbook.kind = kExternalExecutable;
+  workbook.cells = {{{"x1", "Model", 2, 1}, {"x2", "Model", 3, 1}},
+                    {{"level", "Model", 8, 5}, {"cost", "Money", 3, 2}}};
+  PExternal cells(display, workbook, context, nullptr);
+  pictures.draw("PExternal-cells", cells);
   PTryRun attempt(display, choice, context, nullptr);
   attempt.call("tryRun");
   pictures.draw("PTryRun", attempt);

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QProcess>
 #include <QRegularExpression>
 #include <algorithm>
