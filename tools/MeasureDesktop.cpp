@@ -9,6 +9,7 @@
 #include <QEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTabWidget>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -28,8 +29,12 @@
 #include "panels/main/PLogFile.h"
 #include "panels/main/PMainPanel.h"
 #include "panels/main/TarvexApplication.h"
+#include "panels/plots/PCobwebs.h"
+#include "panels/plots/PPlots.h"
+#include "panels/plots/PScatter.h"
 #include "panels/prep/PInputFactors.h"
 #include "panels/prep/editFactor.h"
+#include "panels/vels/ResultDesk.h"
 #include "plots/runPlots.h"
 #include "sampling/SamplerFactory.h"
 #include "toolkit/Application.h"
@@ -189,6 +194,44 @@ void measureCharts() {
         100.0);
 }
 
+// The panels over one selection: brushed in one, seen in all.
+void measurePlots(const Display& display) {
+  PMainPanel main(display, "PMainPanel", "Tarvex", ".");
+  ResultDesk desk(display, main.controller(), nullptr);
+  const auto selectionOf = [](std::int32_t runs, int columns) {
+    return std::make_shared<Selection>(std::make_shared<const RunTable>(sample(runs, columns)), 0);
+  };
+  const std::shared_ptr<Selection> large = selectionOf(1'000'000, 20);
+  std::unique_ptr<PPlots> plots;
+  print("plots of 1,000,000 x 20 open", taken([&] {
+          plots = std::make_unique<PPlots>(desk, large);
+          if (plots->show()) plots->window()->repaint();
+        }),
+        50.0);
+  print("their table opens", taken([&] {
+          auto* const pages = plots->gadget<QTabWidget>("NoPlots");
+          pages->setCurrentIndex(0);
+          pages->setCurrentIndex(1);
+          plots->window()->repaint();
+        }),
+        50.0);
+  const std::shared_ptr<Selection> small = selectionOf(10'000, 10);
+  PCobwebs cobwebs(desk, small, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  PScatter scatter(desk, small, 0, 1);
+  if (!cobwebs.show() || !scatter.show()) return;
+  static_cast<void>(cobwebs.window()->grab());
+  static_cast<void>(scatter.window()->grab());
+  double lower = 0.0;
+  std::string message;
+  print("a brush over 10,000 runs, 10 axes, and a scattergram", taken([&] {
+          lower += 0.05;
+          if (!small->setFilter(2, lower, lower + 0.4, message)) return;
+          static_cast<void>(cobwebs.window()->grab());
+          static_cast<void>(scatter.window()->grab());
+        }),
+        100.0);
+}
+
 template <class MadePanel>
 void measurePanel(const char* name, const std::function<std::unique_ptr<MadePanel>()>& make) {
   print(std::string("panel ") + name, taken([&] {
@@ -294,6 +337,7 @@ int measure(int argc, char** argv) {
       "PGenerate", [&] { return std::make_unique<PGenerate>(display, "generation", "Generation", 1000, nullptr); });
   measureTable();
   measureCharts();
+  measurePlots(display);
   measureFactors(display);
   measurePoints(display);
   return 0;

@@ -186,6 +186,9 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
       ->check(CLI::IsMember(kFormatWords));
   sub->add_option("--width", options.width, "Width in units of which 96 are an inch")->check(size);
   sub->add_option("--height", options.height, "Height in the same units")->check(size);
+  sub->add_option("--font", options.font, "Family of the font (default DejaVu Sans)");
+  sub->add_option("--font-size", options.fontSize, "Size of the titles of axes in points (default 9)")
+      ->check(between(2.0, 200.0));
   sub->add_option("--width-mm", options.widthMillimetres, "Width in millimetres")->check(between(5.0, 8000.0));
   sub->add_option("--height-mm", options.heightMillimetres, "Height in millimetres")->check(between(5.0, 8000.0));
   sub->add_option("--zoom", options.zoom, "Pixels a unit of a PNG (default 1)")->check(between(0.1, 16.0));

@@ -84,6 +84,8 @@ struct PlotOptions {
   std::optional<double> widthMillimetres;  // go before the others
   std::optional<double> heightMillimetres;
   double zoom = 1.0;
+  std::string font;                // a family; empty: the usual one
+  std::optional<double> fontSize;  // of titles of axes, in points
 };
 
 struct ReportOptions {

@@ -5,6 +5,7 @@
 #include "batch/Commands.h"
 #include "batch/PlotFigures.h"
 #include "batch/StudyFile.h"
+#include "plots/drawFigure.h"
 #include "plots/savePicture.h"
 #include "postproc/ResultExport.h"
 #include "report/PictureFiles.h"
@@ -48,6 +49,16 @@ void setSize(const PlotOptions& options, Figure& figure) {
   figure.height = chosen(options.heightMillimetres, options.height, figure.height);
 }
 
+bool setFont(const PlotOptions& options, FigureFont& font, std::string& message) {
+  constexpr double kUsualPoints = 9.0;
+  font.scale = options.fontSize.value_or(kUsualPoints) / kUsualPoints;
+  if (options.font.empty()) return true;
+  font.family = options.font;
+  if (hasFont(font.family)) return true;
+  message = "There is no font \"" + options.font + "\" on this machine.";
+  return false;
+}
+
 int refuse(const Console& console, const std::string& message) {
   return message.empty() ? kFailed : console.fail(message);
 }
@@ -88,6 +99,7 @@ int runPlot(const PlotOptions& options, const Console& console) {
   if (!output.empty()) {
     if (!makeFigure(options, runs, project, console, figure, message)) return refuse(console, message);
     setSize(options, figure);
+    if (!setFont(options, figure.font, message)) return console.fail(message);
     const PictureKind kind = isHistogram ? PictureKind::Uncertainty : PictureKind::Other;
     if (!writePicture(output, figure, format, options.zoom, kind, message)) return console.fail(message);
   }

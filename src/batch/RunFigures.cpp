@@ -53,7 +53,8 @@ RunTable keptOf(const RunTable& table, std::size_t columns, const std::vector<st
   kept.runs = static_cast<std::int32_t>(runs.size());
   for (std::size_t c = 0; c < columns; ++c) {
     const RunColumn& column = table.columns[c];
-    RunColumn& copy = kept.columns.emplace_back(RunColumn{column.name, column.isFactor, {}, column.unit});
+    RunColumn& copy =
+        kept.columns.emplace_back(RunColumn{column.name, column.isFactor, {}, column.factor, column.unit});
     copy.values.reserve(runs.size());
     for (const std::int32_t run : runs) copy.values.push_back(column.values[static_cast<std::size_t>(run)]);
   }

@@ -50,8 +50,8 @@ Colour outlineOf(const Colour& fill) {
   return blend(fill, Colour{}, 0.5);
 }
 
-Canvas::Canvas(cairo_t* context, double scale, const DrawOptions& options)
-    : Metrics(context, scale), context_(context), options_(options) {
+Canvas::Canvas(cairo_t* context, double scale, const DrawOptions& options, const FigureFont& font)
+    : Metrics(context, scale, font), context_(context), options_(options) {
   cairo_set_line_cap(context_, CAIRO_LINE_CAP_BUTT);
   cairo_set_line_join(context_, CAIRO_LINE_JOIN_ROUND);
 }

@@ -20,7 +20,7 @@ Colour outlineOf(const Colour& fill);
 class Canvas : public Metrics {
  public:
   // Requires: options that outlive the canvas.
-  Canvas(cairo_t* context, double scale, const DrawOptions& options);
+  Canvas(cairo_t* context, double scale, const DrawOptions& options, const FigureFont& font);
 
   cairo_t* context() const { return context_; }
   Surface surface() const { return options_.surface; }

@@ -32,10 +32,6 @@ Colour between(const Colour& from, const Colour& to, double share) {
   return {part(from.red, to.red), part(from.green, to.green), part(from.blue, to.blue)};
 }
 
-Colour paler(const Colour& colour, double share) {
-  return between(colour, {65535, 65535, 65535}, share);
-}
-
 // A place on the map of ordered quantities, 0 the darkest.
 Colour orderedColour(double place) {
   constexpr auto kLast = static_cast<double>(kOrdered.size());  // the lightest part stands behind
@@ -61,6 +57,10 @@ const RoleColours& roleColours(ColourSet set) {
   static const RoleColours kDistinct = {kOrdered, kVermilion,          colourOfBytes(205, 205, 205),   kBlue,
                                         kOrange,  namedColour("gray"), {kBlue, kOrange, kBluishGreen}, kReddishPurple};
   return set == ColourSet::System ? kSystem : kDistinct;
+}
+
+Colour paler(const Colour& colour, double share) {
+  return between(colour, {65535, 65535, 65535}, share);
 }
 
 Colour factorColour(std::size_t factor) {

@@ -27,6 +27,9 @@ struct RoleColours {
 const RoleColours& roleColours(ColourSet set);
 
 enum class SliceList { Fast, Other };
+// The share of the way to white.
+Colour paler(const Colour& colour, double share);
+
 // Of a factor by its number, the same in all charts of a study: Okabe and Ito's categories, then the same again, apart
 // by lightness. Good on white and on dark pages.
 Colour factorColour(std::size_t factor);

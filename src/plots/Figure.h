@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "plots/Colour.h"
+#include "plots/FigureFont.h"
 
 namespace tarvex {
 
@@ -195,6 +196,7 @@ struct Figure {
   int columns = 1;
   std::vector<LegendEntry> legend;  // empty: none
   std::string emptyText = {};       // why there are no charts
+  FigureFont font = {};
   double width = 800.0;
   double height = 600.0;
 };

@@ -147,7 +147,7 @@ FigureLayout layOut(const Figure& figure, const LayoutOptions& options) {
   if (layout.page.empty()) return layout;
   layout.scale = scaleFor(figure, layout.page);
   const MeasuringContext context;
-  Metrics metrics(context.get(), layout.scale);
+  Metrics metrics(context.get(), layout.scale, figure.font);
   Rect area = layout.page.grown(-std::min(kPageMargin, std::min(layout.page.width, layout.page.height) / 20.0));
   placeTitles(metrics, figure, area, layout);
   placeLegend(metrics, figure, area, layout);

@@ -20,7 +20,7 @@ constexpr double kMostPixels = 30e6;      // 100 MB; larger layers get a lower r
 constexpr double kLongestSide = 32000.0;  // cairo's own limit, rounded down
 constexpr std::uint32_t kFull = 255;
 // In files a pixel is there or not; fainter edges than this are not.
-constexpr std::uint32_t kLeastAlpha = 40;
+constexpr std::uint32_t kLeastAlpha = 16;
 
 double resolution(const Rect& area, double wanted) {
   const double byCount = std::sqrt(kMostPixels / std::max(area.width * area.height, 1.0));

@@ -130,6 +130,7 @@ bool readRunTable(const PrepConfiguration& prep, const ModelConfiguration& model
     RunColumn& column = read.columns.emplace_back();
     column.isFactor = choice.factor >= 0;
     column.name = column.isFactor ? prep.factors.factor(choice.factor).name : choice.variable;
+    column.factor = choice.factor;
     if (column.isFactor) column.unit = unitOf(prep.factors.factor(choice.factor).note);
     const bool done = column.isFactor ? readColumn(prep.samples, choice.factor, column, message)
                                       : readColumn(outputs, nextVariable++, column, message);

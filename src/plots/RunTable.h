@@ -19,7 +19,8 @@ struct RunColumn {
   std::string name;
   bool isFactor = true;
   std::vector<double> values;
-  std::string unit = {};  // of a factor, when its note names one in brackets: "yearly maxima [m3/s]"
+  std::int32_t factor = -1;  // its number in the list, by which it has its colour
+  std::string unit = {};     // of a factor, when its note names one in brackets: "yearly maxima [m3/s]"
 
   // "F - x1" or "V - Y": how lists name it that hold both.
   std::string label() const;

@@ -3,12 +3,14 @@
 #include <pango/pangocairo.h>
 
 #include <algorithm>
+#include <utility>
+
+#include "plots/SvgTexts.h"
 
 namespace tarvex {
 
 namespace {
 
-constexpr const char* kFamily = "DejaVu Sans";
 // No picture shows more of a text, and laying out a long one takes its time.
 constexpr std::size_t kLongestText = 1000;
 
@@ -22,7 +24,8 @@ void TextPen::Unref::operator()(PangoLayout* layout) const {
   g_object_unref(layout);
 }
 
-TextPen::TextPen(cairo_t* context) : context_(context), layout_(pango_cairo_create_layout(context)) {
+TextPen::TextPen(cairo_t* context, std::string family)
+    : context_(context), family_(std::move(family)), layout_(pango_cairo_create_layout(context)) {
   PangoContext* pango = pango_layout_get_context(layout_.get());
   // Without hints and rounding the extents don't depend on the surface.
   cairo_font_options_t* options = cairo_font_options_create();
@@ -39,7 +42,7 @@ TextPen::TextPen(cairo_t* context) : context_(context), layout_(pango_cairo_crea
 
 void TextPen::set(const std::string& text, const TextStyle& style) {
   PangoFontDescription* font = pango_font_description_new();
-  pango_font_description_set_family_static(font, kFamily);
+  pango_font_description_set_family(font, family_.c_str());
   pango_font_description_set_weight(font, style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
   pango_font_description_set_absolute_size(font, style.size * PANGO_SCALE);
   pango_layout_set_font_description(layout_.get(), font);
@@ -105,12 +108,35 @@ double TextPen::fit(const std::string& text, const TextStyle& style, double room
   return units(logical.width) <= room + kSlack ? units(logical.width) : 0.0;
 }
 
+// What of a text is seen where it has no room for all: pango keeps that to itself.
+std::string TextPen::shownText(const TextStyle& style, double room, Shorten shorten) {
+  std::string shown = pango_layout_get_text(layout_.get());  // valid UTF-8, and not too long
+  if (pango_layout_is_ellipsized(layout_.get()) == 0) return shown;
+  constexpr const char* kEllipsis = "\u2026";
+  const long letters = g_utf8_strlen(shown.c_str(), -1);
+  const std::string whole = shown;
+  const auto bytes = [&](long count) {
+    return static_cast<std::size_t>(g_utf8_offset_to_pointer(whole.c_str(), count) - whole.c_str());
+  };
+  for (long left = letters - 1; left > 0; --left) {
+    const long head = shorten == Shorten::AtEnd ? left : (left + 1) / 2;
+    shown = whole.substr(0, bytes(head)) + kEllipsis + whole.substr(bytes(letters - (left - head)));
+    if (width(shown, style) <= room) break;
+  }
+  return shown;
+}
+
 Rect TextPen::draw(const std::string& text, const TextStyle& style, double x, double y, Anchor anchor, double room,
                    Shorten shorten) {
   const double tall = height(style);
   const double taken = fit(text, style, room, shorten);
   if (taken == 0.0) return {x, y, 0.0, 0.0};
   const double left = anchor == Anchor::Left ? x : anchor == Anchor::Right ? x - taken : x - taken / 2.0;
+  if (SvgTexts* const texts = SvgTexts::of(context_)) {
+    const double baseline = y - tall / 2.0 + units(pango_layout_get_baseline(layout_.get()));
+    texts->add(context_, shownText(style, room, shorten), style, family_, left, baseline, taken);
+    return {left, y - tall / 2.0, taken, tall};
+  }
   cairo_move_to(context_, left, y - tall / 2.0);
   pango_cairo_show_layout(context_, layout_.get());
   cairo_new_path(context_);

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "plots/FigureFont.h"
 #include "plots/Rect.h"
 
 typedef struct _cairo cairo_t;
@@ -27,7 +28,7 @@ enum class Shorten { AtEnd, InMiddle };
 // Measures and draws single lines of text in the current colour of the context. Extents are the same on every surface.
 class TextPen {
  public:
-  explicit TextPen(cairo_t* context);
+  explicit TextPen(cairo_t* context, std::string family = FigureFont().family);
 
   double width(const std::string& text, const TextStyle& style);
   double widest(const std::vector<std::string>& texts, const TextStyle& style);
@@ -52,7 +53,10 @@ class TextPen {
   // Sets the layout; the width that it takes, 0 for nothing.
   double fit(const std::string& text, const TextStyle& style, double room, Shorten shorten);
 
+  std::string shownText(const TextStyle& style, double room, Shorten shorten);
+
   cairo_t* context_;
+  std::string family_;
   std::unique_ptr<PangoLayout, Unref> layout_;
   std::map<std::pair<double, bool>, double> heights_;
 };

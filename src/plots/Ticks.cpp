@@ -225,8 +225,7 @@ std::string limitNumber(double value, double span) {
   if (!(size >= kFixedFrom && size < kPlainTo) || !(span > 0.0)) return numberText(value, kDigits + 1);
   const int decimals = std::clamp(kDigits - 1 - static_cast<int>(std::floor(std::log10(span))), 0, kMostDecimals);
   std::string text = fixedText(value, decimals);
-  if (text.find('.') == std::string::npos) return text;
-  text.erase(text.find_last_not_of('0') + 1);
+  if (text.find('.') != std::string::npos) text.erase(text.find_last_not_of('0') + 1);
   if (text.back() == '.') text.pop_back();
   return text == "-0" ? "0" : text;
 }

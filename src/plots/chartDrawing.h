@@ -21,4 +21,7 @@ bool drawChart(Canvas& canvas, FigureLayer layer, const BarChart& chart, const B
 bool drawChart(Canvas& canvas, FigureLayer layer, const PieChart& chart, const PieLayout& layout,
                const Progress& progress);
 
+// A layer of a plane.
+void drawCells(Canvas& canvas, const PlaneLayout& layout, const Cells& cells);
+
 }  // namespace tarvex

@@ -111,7 +111,10 @@ bool CobwebPainter::drawRuns(bool dropped, const Progress& progress) const {
   // The more lines, the thinner and the more translucent.
   const double crowd = static_cast<double>(limitsOf(Surface::ImageFile).lines) / static_cast<double>(shown);
   const double width = std::clamp(kWidestLine * std::pow(crowd, 0.2), kThinnestLine, kWidestLine);
-  if (canvas_.isVector()) return inkLines(runs, dropped, width, progress);
+  // Beyond, the lines of a file would hide each other, as the last one drawn lies on top: there, too, colours tell how
+  // many lines cover a place.
+  constexpr std::size_t kMostInked = 3000;
+  if (canvas_.isVector() && shown <= kMostInked) return inkLines(runs, dropped, width, progress);
   const double opacity = std::clamp(std::pow(crowd, 0.3), kLeastOpacity, 1.0);
   return paintLines(runs, dropped, {width, opacity}, progress);
 }

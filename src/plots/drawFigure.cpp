@@ -59,7 +59,7 @@ bool drawLayer(cairo_t* context, const Figure& figure, const FigureLayout& layou
   cairo_new_path(context);
   if (layer == FigureLayer::Frame) fillPage(context, options.inks.page);
   if (layout.page.empty() || !hasFont()) return true;
-  Canvas canvas(context, layout.scale, options);
+  Canvas canvas(context, layout.scale, options, figure.font);
   if (layer == FigureLayer::Frame) {
     drawTitles(canvas, figure, layout);
     if (figure.charts.empty()) drawEmptyText(canvas, figure, layout);
@@ -105,6 +105,18 @@ bool hasFont() {
     return found;
   }();
   return has;
+}
+
+bool hasFont(const std::string& family) {
+  FcPattern* wanted = FcPatternCreate();
+  FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
+  FcObjectSet* nothing = FcObjectSetBuild(FC_FAMILY, nullptr);
+  FcFontSet* fonts = FcFontList(nullptr, wanted, nothing);
+  const bool found = fonts != nullptr && fonts->nfont > 0;
+  if (fonts != nullptr) FcFontSetDestroy(fonts);
+  FcObjectSetDestroy(nothing);
+  FcPatternDestroy(wanted);
+  return found;
 }
 
 }  // namespace tarvex

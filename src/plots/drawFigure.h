@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "base/Progress.h"
@@ -55,5 +56,7 @@ const char* drawingVersion();
 
 // False when the system has no font at all, without which nothing can be drawn.
 bool hasFont();
+// Whether there is one of that family; another takes the place of one that there isn't.
+bool hasFont(const std::string& family);
 
 }  // namespace tarvex

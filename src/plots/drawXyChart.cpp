@@ -51,7 +51,6 @@ class PlanePainter {
   void drawLine(const Line& line) const;
   void drawLabelled(const LabelledPoints& points, std::size_t layer) const;
   void drawRegion(const Region& region) const;
-  void drawCells(const Cells& cells) const;
   void ringMarked(const Points& points, std::size_t shown) const;
   void ringMarked(const LabelledPoints& points, std::size_t layer) const;
 
@@ -200,8 +199,10 @@ void PlanePainter::drawLabelled(const LabelledPoints& points, std::size_t layer)
     cairo_line_to(context, place.label.lineX, place.label.lineY);
     cairo_stroke(context);
   }
+  std::size_t without = 0;  // names that have no room
   for (const PlaneLayout::LabelPlace& place : layout_.labels) {
     if (place.layer != layer) continue;
+    if (!place.label.placed) ++without;
     canvas_.setColour(points.colour);
     cairo_arc(context, place.x, place.y, layout_.markRadius, 0.0, 2.0 * M_PI);
     cairo_fill(context);
@@ -211,6 +212,11 @@ void PlanePainter::drawLabelled(const LabelledPoints& points, std::size_t layer)
     canvas_.pen().draw(points.labels[place.point], canvas_.tickStyle(), box.x, box.centreY(), Anchor::Left, box.width,
                        Shorten::InMiddle);
   }
+  if (without == 0) return;
+  canvas_.setColour(canvas_.inks().faintText);
+  canvas_.pen().draw(std::to_string(without) + (without == 1 ? " name has no room" : " names have no room"),
+                     canvas_.tickStyle(), plane_.right() - canvas_.gap(),
+                     plane_.y + canvas_.pen().height(canvas_.tickStyle()), Anchor::Right, plane_.width);
 }
 
 void PlanePainter::drawRegion(const Region& region) const {
@@ -221,27 +227,6 @@ void PlanePainter::drawRegion(const Region& region) const {
                                       {x_(region.lowerX), y_(region.lowerY)}};
   canvas_.setColour(region.colour);
   strokePolyline(canvas_, plane_, corners, kLineWidth * canvas_.scale(), LineStyle::Solid);
-}
-
-void PlanePainter::drawCells(const Cells& cells) const {
-  constexpr double kInset = 3.0;       // of a text, on each side
-  constexpr double kDarkBelow = 0.45;  // of full lightness, on which white is read better than black
-  const TextStyle style = canvas_.tickStyle();
-  const double tall = canvas_.pen().height(style);
-  for (std::size_t i = 0; cells.columns > 0 && i < std::min(cells.values.size(), cells.colours.size()); ++i) {
-    const auto row = static_cast<double>(i / cells.columns);
-    const auto column = static_cast<double>(i % cells.columns);
-    const double left = x_.clamped(column);
-    const double top = y_.clamped(y_.upper() - row);
-    const Rect cell{left, top, x_.clamped(column + 1.0) - left, y_.clamped(y_.upper() - row - 1.0) - top};
-    canvas_.fill(cell, cells.colours[i]);
-    if (i >= cells.texts.size() || cell.height < tall ||
-        canvas_.pen().width(cells.texts[i], style) + 2.0 * kInset > cell.width)
-      continue;
-    const bool dark = lightness(cells.colours[i]) < kDarkBelow;
-    canvas_.setColour(dark ? namedColour("White") : Inks().text);
-    canvas_.pen().draw(cells.texts[i], style, cell.centreX(), cell.centreY(), Anchor::Centre, cell.width);
-  }
 }
 
 void PlanePainter::ring(double x, double y, double radius) const {
@@ -287,7 +272,7 @@ bool drawChart(Canvas& canvas, FigureLayer figureLayer, const XyChart& chart, co
       if (const auto* area = std::get_if<Area>(&layer)) painter.drawArea(*area);
       if (const auto* line = std::get_if<Line>(&layer)) painter.drawLine(*line);
       if (labelled != nullptr) painter.drawLabelled(*labelled, i);
-      if (const auto* cells = std::get_if<Cells>(&layer)) painter.drawCells(*cells);
+      if (const auto* cells = std::get_if<Cells>(&layer)) drawCells(canvas, layout, *cells);
     }
     if (figureLayer == FigureLayer::Overlay) {
       if (const auto* region = std::get_if<Region>(&layer)) painter.drawRegion(*region);

@@ -3,21 +3,24 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numeric>
 #include <optional>
 
 #include "plots/ColourSet.h"
 #include "plots/RunTable.h"
 #include "plots/Ticks.h"
+#include "plots/suitedBins.h"
 #include "postproc/UaCurves.h"
 
 namespace tarvex {
 
 namespace {
 
+constexpr double kThinCoat = 0.75;  // of the way to white, for columns behind each other
+
 // What is drawn of one variable, over edges in the units of the scale.
 struct Series {
   std::string name;
+  std::int32_t variable = 0;    // its number in the statistics
   std::vector<double> edges;    // of the bins, and where the last one ends
   std::vector<double> heights;  // what the columns or the curve show, one a bin
   double runs = 0.0;            // counted in the bins
@@ -49,6 +52,7 @@ std::optional<Series> seriesOf(const UaStats& stats, std::int32_t variable, Hist
   if (bins == nullptr || (scale == kLogScale && !(stats.minimum(variable) > 0.0))) return std::nullopt;
   Series series;
   series.name = *stats.name(variable);
+  series.variable = variable;
   for (const HistogramEntry& bin : *bins) {
     series.edges.push_back(bin.left);
     series.runs += bin.count;
@@ -64,44 +68,6 @@ std::optional<Series> seriesOf(const UaStats& stats, std::int32_t variable, Hist
   return series;
 }
 
-// How many of a hundred neighbouring columns are taken together: what divides them evenly, and is nearest to Scott's
-// width of 3.49 deviations over the cube root of the count.
-std::size_t suitedGroup(const std::vector<double>& heights) {
-  constexpr double kScott = 3.49;
-  constexpr std::array<std::size_t, 6> kGroups = {1, 2, 4, 5, 10, 20};
-  double count = 0.0;
-  double sum = 0.0;
-  double squares = 0.0;
-  for (std::size_t i = 0; i < heights.size(); ++i) {
-    const auto at = static_cast<double>(i);
-    count += heights[i];
-    sum += heights[i] * at;
-    squares += heights[i] * at * at;
-  }
-  if (!(count > 0.0)) return 1;
-  const double variance = std::max(squares / count - sum / count * (sum / count), 0.0);
-  const double width = std::max(kScott * std::sqrt(variance) / std::cbrt(count), 1.0);
-  return *std::ranges::min_element(
-      kGroups, {}, [width](std::size_t group) { return std::abs(std::log(static_cast<double>(group) / width)); });
-}
-
-// The last of the bins holds what equals the largest value: it joins the one before, so that columns end there.
-void takeTogether(Series& series, std::size_t group) {
-  constexpr std::size_t kWhole = kHistogramEntries - 1;
-  if (series.constant || series.heights.size() != kHistogramEntries) return;
-  std::vector<double> edges, heights;
-  for (std::size_t first = 0; first < kWhole; first += group) {
-    edges.push_back(series.edges[first]);
-    heights.push_back(std::accumulate(series.heights.begin() + static_cast<std::ptrdiff_t>(first),
-                                      series.heights.begin() + static_cast<std::ptrdiff_t>(first + group), 0.0));
-  }
-  edges.push_back(series.edges[kWhole]);
-  heights.back() += series.heights[kWhole];
-  series.edges = std::move(edges);
-  series.heights = std::move(heights);
-  series.folded = true;
-}
-
 // A column of some width in the middle of the axis where a variable has one value.
 void widenConstant(Series& series, const Axis& axis) {
   constexpr double kHalfWidth = 0.02;  // of the axis
@@ -109,15 +75,6 @@ void widenConstant(Series& series, const Axis& axis) {
   const double at = series.edges.front();
   series.edges = {at - half, at + half};
   series.heights = {series.heights.front()};
-}
-
-// A paler colour, as of a thin coat of paint on white.
-Colour paler(const Colour& colour) {
-  constexpr int kParts = 4;  // one of the colour, the others of white
-  const auto mix = [](std::uint16_t part) {
-    return static_cast<std::uint16_t>((part + (kParts - 1) * 65535) / kParts);
-  };
-  return {mix(colour.red), mix(colour.green), mix(colour.blue)};
 }
 
 Line outlineOf(const Series& series) {
@@ -188,7 +145,8 @@ void addLayers(XyChart& chart, std::vector<Series>& all, HistogramForm form) {
   for (Series& series : all) {
     if (series.constant) widenConstant(series, chart.x);
     if (form == HistogramForm::Outline) continue;
-    chart.layers.emplace_back(Area{series.edges, series.heights, several ? paler(series.colour) : series.colour,
+    chart.layers.emplace_back(Area{series.edges, series.heights,
+                                   several ? paler(series.colour, kThinCoat) : series.colour,
                                    form == HistogramForm::Frequency || form == HistogramForm::Bars});
   }
   // Outlines in front of all columns: none hides another.
@@ -238,15 +196,32 @@ std::string subtitleOf(const UaStats& stats, const std::vector<Series>& all, con
   return text + (scale == kLogScale ? "; not above 0 in all of them: " : "; without a histogram: ") + listed(without);
 }
 
+// Numbers for factorColour(): factors have their own, variables what these leave.
+std::vector<std::size_t> coloursOf(const std::vector<const RunColumn*>& columns) {
+  std::vector<std::size_t> colours;
+  std::size_t next = 0;
+  const auto isTaken = [&](std::size_t number) {
+    return std::ranges::any_of(columns, [number](const RunColumn* column) {
+      return column->factor >= 0 && static_cast<std::size_t>(column->factor) == number;
+    });
+  };
+  for (const RunColumn* const column : columns) {
+    while (column->factor < 0 && isTaken(next)) ++next;
+    colours.push_back(column->factor >= 0 ? static_cast<std::size_t>(column->factor) : next++);
+  }
+  return colours;
+}
+
 Figure figureOf(const UaStats& stats, const std::vector<std::int32_t>& variables, HistogramForm form,
                 HistogramScale scale, HistogramBins bins, std::int64_t infinite,
-                const std::vector<std::string>& titles) {
+                const std::vector<const RunColumn*>& columns) {
   std::vector<Series> all;
   std::vector<std::string> without;
   for (const std::int32_t variable : variables) {
     std::optional<Series> series = seriesOf(stats, variable, form, scale);
     if (series) {
-      if (bins == HistogramBins::Suited && !isCurve(form)) takeTogether(*series, suitedGroup(series->heights));
+      if (bins == HistogramBins::Suited && !isCurve(form))
+        series->folded = !series->constant && takeBinsTogether(series->edges, series->heights);
       all.push_back(std::move(*series));
     } else if (const std::string* name = stats.name(variable)) {
       without.push_back(*name);
@@ -261,15 +236,16 @@ Figure figureOf(const UaStats& stats, const std::vector<std::int32_t>& variables
   if (all.empty()) return figure;
 
   if (all.size() == 1) all.front().colour = namedColour("Medium Slate Blue");
+  const std::vector<std::size_t> colours = coloursOf(columns);
   for (std::size_t i = 0; i < all.size() && all.size() > 1; ++i) {
-    all[i].colour = factorColour(i);
+    all[i].colour = factorColour(colours.empty() ? i : colours[static_cast<std::size_t>(all[i].variable)]);
     // From the eighth on the styles go with other colours.
     all[i].style = static_cast<LineStyle>((i + i / kLineStyles) % kLineStyles);
     figure.legend.push_back({all[i].name, all[i].colour, LegendMark::Line, all[i].style});
   }
   figure.charts.emplace_back(chartOf(all, form, scale));
-  if (all.size() == 1 && titles.size() == 1 && scale != kLogScale)
-    std::get<XyChart>(figure.charts.front()).x.title = titles.front();
+  if (all.size() == 1 && columns.size() == 1 && scale != kLogScale)
+    std::get<XyChart>(figure.charts.front()).x.title = columns.front()->axisTitle();
   return figure;
 }
 
@@ -311,9 +287,7 @@ Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm
     stored = table.addRow(row.data()) > 0;
   }
   UaStats stats;
-  std::vector<std::string> titles;
-  for (const RunColumn* const column : columns) titles.push_back(column->axisTitle());
-  if (stored && stats.compute(names, table)) return figureOf(stats, variables, form, scale, bins, infinite, titles);
+  if (stored && stats.compute(names, table)) return figureOf(stats, variables, form, scale, bins, infinite, columns);
   Figure figure;
   figure.title = titleOf(form);
   figure.subtitle = "No values: " + table.errorText();

@@ -18,6 +18,7 @@
 #include "base/TextWriter.h"
 #include "plots/CairoStream.h"
 #include "plots/Figure.h"
+#include "plots/SvgTexts.h"
 #include "plots/drawFigure.h"
 
 namespace tarvex {
@@ -120,15 +121,20 @@ void renumber(std::string& svg, const std::string& name) {
 }
 
 bool renderVector(const Figure& figure, PictureFormat format, const Progress& progress, std::string& content) {
+  SvgTexts texts;
   const CairoSurface surface =
       vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
+  if (format == PictureFormat::Svg) texts.listen(surface.get());
   const bool drawn = draw(surface.get(), figure, kPointsPerUnit, {Surface::VectorFile, kPrintPixelsPerUnit}, progress);
   const auto write = [&] {
     cairo_surface_show_page(surface.get());
     cairo_surface_finish(surface.get());  // what could not be written is known only now
   };
-  return drawn && callWatched(progress.part(kDrawnShare, 1.0), write) &&
-         cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS;
+  if (!drawn || !callWatched(progress.part(kDrawnShare, 1.0), write) ||
+      cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
+    return false;
+  texts.writeInto(content);
+  return true;
 }
 
 }  // namespace

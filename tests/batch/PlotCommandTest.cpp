@@ -54,13 +54,18 @@ TEST_F(PlotCommand, drawsEveryKind) {
       "random-tree.sam distribution --variables against",
       "tree.fac preview --variables root,against",
       "stein.fac preview --variables a,b",
+      "ishigami.spc matrix --variables x1,x2,y --width-mm 90 --height-mm 90",
+      "ishigami.spc correlations --ranks --font-size 7",
+      "ishigami.spc scatter --variables x1,y --shade yes --jitter",
   };
   for (const char* const words : cases) {
     Words options = test::wordsOf(words);
     const std::string input = options[0];
     options[0] = "--kind";
     EXPECT_EQ(plot(input, "a.svg", options), kSucceeded) << words << errors_;
-    EXPECT_NE(test::readFile(file("a.svg")).find("<svg"), std::string::npos) << words;
+    const std::string svg = test::readFile(file("a.svg"));
+    EXPECT_NE(svg.find("<svg"), std::string::npos) << words;
+    EXPECT_NE(svg.find("</text>\n"), std::string::npos) << words << ": texts are no outlines";
     std::filesystem::remove(file("a.svg"));
   }
 }
@@ -125,6 +130,8 @@ TEST_F(PlotCommand, refusals) {
       {"ishigami.spc a.gif --kind cobweb", kFailed, ".png"},
       {"ishigami.spc a.svg --kind scatter -v x1,q", kFailed, "q"},
       {"ishigami.spc a.svg --kind scatter -v x1", kFailed, "two"},
+      {"ishigami.spc a.svg --kind matrix -v x1", kFailed, "two to eight"},
+      {"ishigami.spc a.svg --kind scatter -v x1,y --font Nosuchfont", kFailed, "Nosuchfont"},
       {"ishigami.spc a.svg --kind scatter -v x1,y --region x1=1:2", kFailed, "two ranges"},
       {"ishigami.spc a.svg --kind scatter -v x1,y --region x1=1:2,x2=1:2", kFailed, "region"},
       {"ishigami.spc a.svg --kind cobweb --filter y=1", kFailed, "y=1"},

@@ -6,6 +6,7 @@
 #include "model/InternalModel.h"
 #include "model/InternalRun.h"
 #include "model/ModelConfiguration.h"
+#include "plots/columnCorrelations.h"
 #include "sampling/PrepConfiguration.h"
 #include "support/Test.h"
 
@@ -116,6 +117,55 @@ TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
   const Figure widest = cobwebPlot(tableOf({{-1e308, 1e308, 0.0}}), {});
   EXPECT_THAT(std::get<CobwebChart>(widest.charts.front()).axes[0].positions, ElementsAre(0.0f, 1.0f, 0.5f));
   EXPECT_THAT(cobwebPlot({}, {}).charts, IsEmpty());
+}
+
+TEST(ScatterPlot, looksAreOfThePictureAndNotOfTheValues) {
+  std::vector<double> discrete, continuous;
+  for (int i = 0; i < 60; ++i) {
+    discrete.push_back(1.0 + i % 3);
+    continuous.push_back(std::exp(0.1 * i) - 1.0);  // the first is 0
+  }
+  RunTable table = tableOf({discrete, continuous});
+  table.columns[0].unit = unitOf("yearly maxima [m3/s], [other]");
+  EXPECT_TRUE(isDiscrete(table.columns[0]));
+  EXPECT_FALSE(isDiscrete(table.columns[1]));
+  EXPECT_TRUE(canBeLogarithmic(table.columns[0]));
+  EXPECT_FALSE(canBeLogarithmic(table.columns[1]));
+  ScatterLook look;
+  look.jitter = look.logarithmicY = true;
+  const Figure figure = scatterPlot(table.columns[0], table.columns[1], look);
+  EXPECT_THAT(figure.subtitle, HasSubstr("1 without a number or not above 0"));
+  const auto& chart = std::get<XyChart>(figure.charts.front());
+  EXPECT_EQ(chart.x.title, "c0 [m3/s]");
+  const auto& points = std::get<Points>(chart.layers.front());
+  EXPECT_EQ(points.x, discrete) << "what is told and saved of a point";
+  EXPECT_NE(points.shownX(0), points.shownX(3)) << "two runs of one value stand apart";
+  for (std::size_t i = 0; i < discrete.size(); ++i) {
+    EXPECT_LT(std::abs(points.shownX(i) - discrete[i]), 0.5) << "nearer to its own value than to any other";
+    EXPECT_TRUE(chart.x.lower <= points.shownX(i) && points.shownX(i) <= chart.x.upper);
+  }
+  EXPECT_DOUBLE_EQ(points.y[10], std::log(continuous[10]));
+  const Figure empty = scatterPlot(tableOf({{kNan}}).columns[0], tableOf({{1.0}}).columns[0]);
+  EXPECT_THAT(empty.charts, IsEmpty());
+  EXPECT_THAT(empty.emptyText, HasSubstr("No run has a number"));
+}
+
+TEST(CorrelationMap, hasTheCorrelationsOfTheRunsThatAreKept) {
+  // The last run turns a falling column into none; ranks don't see how far it lies out.
+  const RunTable table = tableOf({{1, 2, 3, 4, 5}, {9, 7, 4, 1, 800}, {2, 2, 2, 2, 2}, {1, kNan, 3, 4, 5}});
+  CorrelationMatrix matrix;
+  std::string message;
+  ASSERT_TRUE(correlateColumns(table, {}, CorrelationKind::Ranks, matrix, message));
+  EXPECT_NEAR(matrix.at(0, 1), 0.0, 1e-12) << "ranks 4 3 2 1 5";
+  EXPECT_TRUE(std::isnan(matrix.at(0, 3)));
+  ASSERT_TRUE(correlateColumns(table, {0, 1, 2, 3}, CorrelationKind::Ranks, matrix, message));
+  EXPECT_NEAR(matrix.at(1, 0), -1.0, 1e-12);
+  EXPECT_EQ(matrix.runs, 4);
+  ASSERT_TRUE(correlateColumns(table, {}, CorrelationKind::Values, matrix, message));
+  EXPECT_GT(matrix.at(0, 1), 0.5);
+  EXPECT_EQ(matrix.at(0, 2), 0.0) << "a column without deviation";
+  const Figure map = correlationMap(matrix);
+  EXPECT_EQ(std::get<Cells>(std::get<XyChart>(map.charts.front()).layers.front()).texts[3], "-");
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ PCobwebs::PCobwebs(ResultDesk& desk, std::shared_ptr<Selection> selection, std::
          {"colours", [this] { draw(); }},
          {"saveImg", [chart] { chart->exportPicture(); }},
          {"close", [this] { hide(); }}});
+  chart->setFocus();  // Ctrl+C copies the picture
   draw();
 }
 

@@ -15,7 +15,7 @@ namespace {
 constexpr int kRedrawMilliseconds = 80;
 
 RunColumn keptOf(const RunColumn& column, const std::vector<std::int32_t>& runs) {
-  RunColumn kept{column.name, column.isFactor, {}, column.unit};
+  RunColumn kept{column.name, column.isFactor, {}, column.factor, column.unit};
   kept.values.reserve(runs.size());
   for (const std::int32_t run : runs) kept.values.push_back(column.values[static_cast<std::size_t>(run)]);
   return kept;
@@ -52,6 +52,8 @@ void PHistogram::start(std::vector<std::size_t> columns, std::vector<PanelCallba
     more.push_back(std::move(callback));
   registerCallbacks(std::move(more));
   bindKey(QKeySequence(Qt::Key_Escape), [this] { hide(); });
+  bindKey(QKeySequence(Qt::CTRL | Qt::Key_E), [this] { call("saveImg"); });
+  chart->setFocus();
   selectionSubscription_ = selection_->subscribe([this] {
     if (gadget<QCheckBox>("TKept")->isChecked()) redraw_.start();
   });

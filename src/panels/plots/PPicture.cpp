@@ -23,6 +23,7 @@ PPicture::PPicture(ResultDesk& desk, std::shared_ptr<Selection> selection, const
   chart->setFraming(!columns_.empty());
   chart->show(std::move(figure));
   start({{"saveImg", [chart] { chart->exportPicture(); }}, {"close", [this] { hide(); }}});
+  chart->setFocus();
 }
 
 void PPicture::showSelection() {
@@ -46,9 +47,8 @@ void openScatterMatrix(ResultDesk& desk, std::shared_ptr<Selection> selection, s
       std::make_unique<PPicture>(desk, std::move(selection), "Scattergrams", std::move(figure), std::move(columns)));
 }
 
-void openCorrelationMap(ResultDesk& desk, std::shared_ptr<Selection> selection,
-                        std::shared_ptr<const CorrelationMatrix> matrix) {
-  desk.open(std::make_unique<PPicture>(desk, std::move(selection), "Correlations", correlationMap(*matrix),
+void openCorrelationMap(ResultDesk& desk, std::shared_ptr<Selection> selection, const CorrelationMatrix& matrix) {
+  desk.open(std::make_unique<PPicture>(desk, std::move(selection), "Correlations", correlationMap(matrix),
                                        std::vector<std::size_t>()));
 }
 

@@ -73,7 +73,7 @@ void PPlots::openPair() {
 }
 
 void PPlots::map() {
-  if (matrix_ || correlate()) openCorrelationMap(desk(), shared(), matrix_);
+  if (matrix_ || correlate()) openCorrelationMap(desk(), shared(), *matrix_);
 }
 
 }  // namespace tarvex

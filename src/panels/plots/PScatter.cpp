@@ -37,6 +37,7 @@ PScatter::PScatter(ResultDesk& desk, std::shared_ptr<Selection> selection, std::
          {"frame", [this, chart] { chart->setFraming(gadget<QPushButton>("RSelected")->isChecked()); }},
          {"saveImg", [chart] { chart->exportPicture(); }},
          {"close", [this] { hide(); }}});
+  chart->setFocus();  // Ctrl+C copies the picture
   choose();
 }
 

@@ -30,6 +30,7 @@ void RunPanel::start(std::vector<PanelCallback> callbacks) {
   registerCallbacks(std::move(callbacks));
   bindKey(QKeySequence(Qt::Key_Escape), [this] { hide(); });
   bindKey(QKeySequence::Save, [this] { saveSample(); });
+  if (implements("saveImg")) bindKey(QKeySequence(Qt::CTRL | Qt::Key_E), [this] { call("saveImg"); });
   selectionSubscription_ = selection_->subscribe([this] { follow(); });
   subscription_ = desk_.controller().subscribe([this](Changes) { follow(); });
   follow();

@@ -26,7 +26,8 @@ void ResultDesk::open(std::unique_ptr<Panel> panel) {
 std::vector<Panel*> ResultDesk::panels() {
   forgetClosed();
   std::vector<Panel*> open;
-  for (const auto& panel : panels_) open.push_back(panel.get());
+  for (const auto& panel : panels_)
+    if (panel->isVisible()) open.push_back(panel.get());
   return open;
 }
 
@@ -71,7 +72,9 @@ std::shared_ptr<Selection> ResultDesk::selection() {
 }
 
 // A panel may be in a callback of its own while it closes, so it goes only when the next one comes.
+// One that was closed in the middle of a computation goes when that is through.
 void ResultDesk::forgetClosed() {
+  if (controller_.busy()) return;
   std::erase_if(panels_, [](const auto& panel) { return !panel->isVisible(); });
 }
 
