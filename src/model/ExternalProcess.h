@@ -48,6 +48,10 @@ class ExternalProcess {
   // What the process returned; of one that a signal ended 128 and the signal's number, as a shell has it.
   // Requires: poll() gave Ended.
   int exitCode() const { return exitCode_; }
+  // Of the process and of its group, once it was started.
+  pid_t number() const { return pid_; }
+  // A descriptor that is readable when the process has ended; -1: there is none.
+  int watch() const { return watch_; }
 
   // Asks the whole group to end, and kills after a second what is still there. Nothing of it is left on return.
   void stop();
