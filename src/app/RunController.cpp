@@ -138,7 +138,9 @@ bool RunController::runChosenModel() {
   if (project_.model.choice.kind == kInternalModel) return runInternal();
   if (project_.model.choice.drivesCells()) return runCells();
   if (project_.model.choice.spreadsheet != 0) return runSpreadsheet();
-  return (project_.model.choice.kind != kExternalExecutable || runExternal()) && readOutputs();
+  if (project_.model.choice.kind != kExternalExecutable) return readOutputs();
+  if (runElsewhere) return runElsewhere(project_, project_.model.results);
+  return runExternal() && readOutputs();
 }
 
 bool RunController::linkInternalModel() {

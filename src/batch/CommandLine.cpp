@@ -7,6 +7,7 @@
 #include <charconv>
 
 #include "batch/FileFindings.h"
+#include "batch/PartsWords.h"
 #include "batch/SamplerOptions.h"
 #include "report/versions.h"
 
@@ -127,7 +128,12 @@ void addRun(CLI::App& app, RunOptions& options, Command& command) {
   inputs->allow_extra_args(false)->needs(workbook)->needs(outputs)->excludes(readOnly);
   outputs->allow_extra_args(false)->needs(workbook)->needs(inputs)->excludes(readOnly);
   kind->require_option(1, 2);
-  sub->callback([&] { command = options; });
+  addPartsWords(*sub, options.parts);
+  sub->callback([&] {
+    if (options.parts.any() && (!options.executable || !options.tryRow.empty()))
+      throw CLI::ValidationError("--parts", "and what goes with it belong to --executable and -o");
+    command = options;
+  });
 }
 
 void addAnalyse(CLI::App& app, AnalyseOptions& options, Command& command) {
@@ -254,6 +260,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& words, std::ostream
   SampleOptions sample;
   ImportOptions import;
   RunOptions run;
+  PartsCommands parts;
   AnalyseOptions analyse;
   PlotOptions plot;
   ReportOptions report;
@@ -264,6 +271,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& words, std::ostream
   addSample(app, sample, command);
   addImport(app, import, command);
   addRun(app, run, command);
+  addPartsCommands(app, parts, command);
   addAnalyse(app, analyse, command);
   addPlot(app, plot, command);
   addReport(app, report, command);

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "batch/PartsOptions.h"
 #include "sampling/SamplerSettings.h"
 
 namespace tarvex {
@@ -41,6 +42,7 @@ struct RunOptions {
   std::vector<std::string> inputCells;    // to drive by its cells: "x1=Model!B3", and
   std::vector<std::string> outputCells;   // "y=Model!F9"
   std::string tryRow;                     // "3", "means": only this run is tried, and nothing is written
+  PartsOptions parts;                     // how it is run in parts, if so
 };
 
 struct AnalyseOptions {
@@ -115,8 +117,9 @@ struct DemoOptions {
   std::string caseName;
 };
 
-using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, AnalyseOptions, PlotOptions,
-                             ReportOptions, ProjectOptions, ShowOptions, CheckOptions, DemoOptions>;
+using Command =
+    std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, ResumeOptions, StatusOptions, CancelOptions,
+                 AnalyseOptions, PlotOptions, ReportOptions, ProjectOptions, ShowOptions, CheckOptions, DemoOptions>;
 
 struct CommandLine {
   Command command;

@@ -17,6 +17,9 @@ struct Dispatch {
   int operator()(const SampleOptions& options) const { return runSample(options, console); }
   int operator()(const ImportOptions& options) const { return runImport(options, console); }
   int operator()(const RunOptions& options) const { return runRun(options, console); }
+  int operator()(const ResumeOptions& options) const { return runResume(options, console); }
+  int operator()(const StatusOptions& options) const { return runStatus(options, console); }
+  int operator()(const CancelOptions& options) const { return runCancel(options, console); }
   int operator()(const AnalyseOptions& options) const { return runAnalyse(options, console); }
   int operator()(const PlotOptions& options) const { return runPlot(options, console); }
   int operator()(const ReportOptions& options) const { return runReport(options, console); }
@@ -32,6 +35,9 @@ struct Purpose {
   std::string operator()(const SampleOptions& options) const { return "make the sample " + options.output; }
   std::string operator()(const ImportOptions& options) const { return "import the sample " + options.externalFile; }
   std::string operator()(const RunOptions& options) const { return "run the model over " + options.sampleFile; }
+  std::string operator()(const ResumeOptions& options) const { return "go on with the run in " + options.directory; }
+  std::string operator()(const StatusOptions& options) const { return "show the run in " + options.directory; }
+  std::string operator()(const CancelOptions& options) const { return "end the run in " + options.directory; }
   std::string operator()(const AnalyseOptions& options) const { return "analyse " + options.input; }
   std::string operator()(const PlotOptions& options) const { return "draw a picture of " + options.input; }
   std::string operator()(const ReportOptions& options) const { return "write the report " + options.output; }
@@ -64,7 +70,7 @@ int runBatch(const std::vector<std::string>& words, std::ostream& out, std::ostr
   if (std::holds_alternative<std::monostate>(line.command)) return line.status;
   Cores::use(line.threads);
   ConsoleFrontEnd frontEnd(errors, errorsAreTerminal);
-  const int result = carryOut(line.command, Console{out, errors, frontEnd});
+  const int result = carryOut(line.command, Console{out, errors, frontEnd, errorsAreTerminal});
   return result != kSucceeded && StopSignals::requested() ? kStopped : result;
 }
 

@@ -20,6 +20,7 @@ struct Console {
   std::ostream& out;
   std::ostream& errors;
   FrontEnd& frontEnd;
+  bool isTerminal = false;  // errors go to one
 
   // Prints the message and gives the status of a failed operation. Of one that was stopped nothing is said.
   int fail(const std::string& message) const {
@@ -42,6 +43,9 @@ struct Console {
 int runSample(const SampleOptions& options, const Console& console);
 int runImport(const ImportOptions& options, const Console& console);
 int runRun(const RunOptions& options, const Console& console);
+int runResume(const ResumeOptions& options, const Console& console);
+int runStatus(const StatusOptions& options, const Console& console);
+int runCancel(const CancelOptions& options, const Console& console);
 int runAnalyse(const AnalyseOptions& options, const Console& console);
 int runPlot(const PlotOptions& options, const Console& console);
 int runReport(const ReportOptions& options, const Console& console);

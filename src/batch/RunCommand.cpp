@@ -7,6 +7,7 @@
 #include "base/Paths.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
+#include "batch/PartsRun.h"
 #include "batch/StopSignals.h"
 #include "batch/TrialFigures.h"
 #include "model/ModelCommand.h"
@@ -63,10 +64,12 @@ bool checkFiles(const RunOptions& options, std::string& message) {
   files.reads("internal model", options.modelFile);
   files.reads("program", programOf(options.executable.value_or("")));
   files.reads("workbook", options.workbook.value_or(""));
-  if (options.executable && !options.modelOutput.empty()) {
+  // In parts it lies in the directories of these.
+  const bool isInParts = options.parts.any() && !options.modelOutput.starts_with('/');
+  if (options.executable && !options.modelOutput.empty() && !isInParts) {
     files.leavesToModel("output file of the model", options.modelOutput);
     files.leavesToModel("log file of the model", options.modelOutput + ".log");
-  } else {
+  } else if (!isInParts) {
     files.reads("output file of the model", options.modelOutput);
   }
   if (options.tryRow.empty()) files.writes("post-processor file", options.output, kResultsNotWritten);
@@ -105,6 +108,7 @@ int runRun(const RunOptions& options, const Console& console) {
   if (!checkFiles(options, message) || !chooseModel(options, model, message)) return console.fail(message);
   console.warn(std::exchange(message, {}));
   if (!options.tryRow.empty()) return tryOneRun(options, model, console);
+  if (options.parts.any()) return runInParts(options, std::move(model), console);
   if (!runOverSample(options, std::move(model), controller) ||
       controller.saveResultsFile(options.output) != Outcome::Done)
     return kFailed;

@@ -30,10 +30,17 @@ extern "C" void onStopSignal(int) {
   errno = error;
 }
 
-// Each child is the head of a group of its own.
+// Each child is the head of a group of its own, and what it started may have made others.
 void killChildren() {
-  for (const ProcessEntry& process : processTable().value_or(std::vector<ProcessEntry>()))
-    if (process.parent == ::getpid()) ::kill(-process.number, SIGKILL);
+  const std::vector<ProcessEntry> processes = processTable().value_or(std::vector<ProcessEntry>());
+  std::vector<pid_t> family = {::getpid()};
+  for (std::size_t i = 0; i < family.size(); ++i)
+    for (const ProcessEntry& process : processes)
+      if (process.parent == family[i] && process.number != ::getpid()) family.push_back(process.number);
+  for (std::size_t i = 1; i < family.size(); ++i) {
+    ::kill(-family[i], SIGKILL);
+    ::kill(family[i], SIGKILL);
+  }
 }
 
 // A thread of its own: the one that works may be anywhere, within a library's long call or waiting for a disk.

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+#include "batch/Commands.h"
+
+namespace tarvex {
+
+class PartStates;
+
+// How a run in parts shows on the console: on a terminal a line of parts, runs, rate and remaining time that is written
+// anew; everywhere what fails, as it comes.
+class PartsDisplay {
+ public:
+  explicit PartsDisplay(const Console& console) : console_(console) {}
+  ~PartsDisplay() { erase(); }
+  PartsDisplay(const PartsDisplay&) = delete;
+  PartsDisplay& operator=(const PartsDisplay&) = delete;
+
+  void show(const PartStates& states);
+  void tell(const std::string& text);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  void erase();
+
+  const Console& console_;
+  std::size_t width_ = 0;
+  std::int32_t rowsAtStart_ = -1;
+  Clock::time_point start_;
+  Clock::time_point next_{};
+};
+
+// "12 of 200 parts, 3 running, 1 failed; 1200 of 20000 runs".
+std::string partsText(const PartStates& states);
+// "35 runs/s, 0:42 left" from what was done in so many seconds; empty while nothing was.
+std::string paceText(const PartStates& states, std::int32_t rowsDone, double seconds);
+
+}  // namespace tarvex
