@@ -75,21 +75,25 @@ bool LocalEngine::isAdoptedAlive(const PartJob& job) const {
   });
 }
 
+// A mark may be read before its script has ended: who waits for a place waits for that, too.
+void LocalEngine::reap() {
+  std::erase_if(children_, [this](const Child& child) {
+    if (child.process->poll() == ExternalProcess::State::Running) return false;
+    // What a model left behind that was ended for its time, in whatever session it hides. One that ended well may.
+    if (child.process->exitCode() != 0) killPartProcesses(run_.path(), child.part, child.attempt);
+    return true;
+  });
+}
+
 bool LocalEngine::findGone(const std::vector<PartJob>& jobs, std::vector<PartJob>& gone) {
+  reap();
+  std::vector<PartJob> left;
+  for (const PartJob& job : adopted_)
+    if (isAdoptedAlive(job)) left.push_back(job);
+  adopted_ = std::move(left);
   for (const PartJob& job : jobs) {
     const auto isJob = [&job](const auto& other) { return other.part == job.part && other.attempt == job.attempt; };
-    const auto child = std::ranges::find_if(children_, isJob);
-    if (child != children_.end()) {
-      if (child->process->poll() == ExternalProcess::State::Running) continue;
-      // What a model left behind that was ended for its time, in whatever session it hides. One that ended well may.
-      if (child->process->exitCode() != 0) killPartProcesses(run_.path(), job.part, job.attempt);
-      children_.erase(child);
-    } else {
-      const auto adopted = std::ranges::find_if(adopted_, isJob);
-      if (adopted != adopted_.end() && isAdoptedAlive(job)) continue;
-      if (adopted != adopted_.end()) adopted_.erase(adopted);
-    }
-    gone.push_back(job);
+    if (std::ranges::none_of(children_, isJob) && std::ranges::none_of(adopted_, isJob)) gone.push_back(job);
   }
   return true;
 }
@@ -120,6 +124,7 @@ void LocalEngine::wait(milliseconds time) {
   for (const Child& child : children_) ends.push_back({child.process->watch(), POLLIN, 0});
   // On a system without such descriptors this is a plain sleep.
   ::poll(ends.data(), ends.size(), static_cast<int>(time.count()));
+  reap();
 }
 
 milliseconds LocalEngine::pace() const {

@@ -37,6 +37,7 @@ class LocalEngine : public Engine {
     std::int32_t attempt;
     std::unique_ptr<ExternalProcess> process;
   };
+  void reap();
   bool isAdoptedAlive(const PartJob& job) const;
 
   RunDirectory run_;

@@ -195,7 +195,7 @@ TEST_F(PartsCommand, aSecondCoordinatorIsRefusedAndCancelEndsTheFirst) {
 
 TEST_F(PartsCommand, whatChangedBetweenTwoStarts) {
   behave("case $TARVEX_PART in *:3:1) exit 1;; esac");
-  ASSERT_EQ(start("--parts 12"), kFailed);
+  ASSERT_EQ(start("--parts 12 --jobs 1"), kFailed);
   const std::string ledger = test::readFile("RUN/ledger");
   const std::string sample = test::readFile("s.sam");
   test::writeFile("s.sam", sample + "\n");
