@@ -17,7 +17,7 @@ offers() {
   _tarvex_batch
   [ "${COMPREPLY[*]}" = "$expected" ] || { echo "FAILED: $*: ${COMPREPLY[*]}"; faults=1; }
 }
-offers "sample show" s
+offers "sample status show" s
 offers "--trajectories" sample --tr
 offers "latin lptau" sample x.fac -m l
 offers "cobweb" plot --kind c
