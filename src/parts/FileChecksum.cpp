@@ -15,7 +15,7 @@ namespace {
 // FNV-1a, http://www.isthe.com/chongo/tech/comp/fnv
 constexpr std::uint64_t kOffsetBasis = 14695981039346656037U;
 constexpr std::uint64_t kPrime = 1099511628211U;
-constexpr std::size_t kBlock = std::size_t{1} << 16;
+constexpr std::size_t kSumBlock = std::size_t{1} << 16;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ std::string fileChecksum(const std::string& path) {
   SystemCalls& calls = SystemCalls::current();
   const int fd = calls.open(path.c_str(), O_RDONLY | O_CLOEXEC, 0);
   if (fd < 0) return {};
-  std::vector<unsigned char> block(kBlock);
+  std::vector<unsigned char> block(kSumBlock);
   std::uint64_t sum = kOffsetBasis;
   std::uint64_t size = 0;
   ssize_t got = 0;

@@ -91,8 +91,8 @@ start=$(date +%s%N)
 kill -TERM "$(pgrep -P $pid -f "directory stopped" || echo $pid)"
 wait $pid
 [ $? = 130 ] && [ $((($(date +%s%N) - start) / 1000000)) -lt 2000 ] || fault "stopped: not within 2 s with 130"
-for _ in $(seq 100); do [ -n "$(squeue -h 2> /dev/null)" ] || break; sleep 0.1; done
-[ -z "$(squeue -h)" ] || fault "stopped: jobs go on"
+for _ in $(seq 300); do [ -n "$(squeue -h 2> /dev/null)" ] || break; sleep 0.1; done
+[ -z "$(squeue -h)" ] || fault "stopped: jobs go on: $(squeue -h; cat stopped.out)"
 "$batch" resume stopped --engine local > stopped.out 2>&1
 name=stopped result
 
