@@ -51,10 +51,12 @@ Curves pointCurves(const Discrete& factor) {
   curves.discrete = true;
   for (std::size_t i = 0; i < factor.count(); ++i) curves.x.push_back(factor.intervalAt(i)->left);
   std::sort(curves.x.begin(), curves.x.end());
+  curves.density.reserve(curves.x.size());
+  curves.cumulative.reserve(curves.x.size());
   double sum = 0.0;
   for (const double x : curves.x) {
     curves.density.push_back(factor.density(x));
-    curves.cumulative.push_back(sum += factor.density(x));
+    curves.cumulative.push_back(sum += curves.density.back());
   }
   if (!curves.x.empty()) addMargins(curves, curves.x.front(), curves.x.back());
   return curves;
@@ -169,7 +171,12 @@ XyChart densityChart(const Curves& curves, const std::string& name) {
   const double half = std::min(gap * 0.3, (curves.upper - curves.lower) * 0.02);
   Area bars{{}, {}, colour, false};
   Line stems{{}, {}, colour, LineStyle::Solid, false};  // of bars that are too narrow to be seen
-  for (std::size_t i = 0; i < curves.x.size(); ++i) {
+  const std::size_t count = curves.x.size();
+  bars.edges.reserve(2 * count);
+  bars.heights.reserve(2 * count);
+  stems.x.reserve(3 * count);
+  stems.y.reserve(3 * count);
+  for (std::size_t i = 0; i < count; ++i) {
     const double x = curves.x[i];
     bars.edges.insert(bars.edges.end(), {x - half, x + half});
     bars.heights.insert(bars.heights.end(), {curves.density[i], 0.0});

@@ -7,11 +7,11 @@ QString EditableTableSource::setBlock(int row, int column, const std::vector<QSt
     const int at = row + static_cast<int>(i);
     if (at >= rows() && !appendRow()) return "There is no row " + QString::number(at + 1) + '.';
     for (int field = 0; field < block[i].size(); ++field) {
-      const QString place = "row " + QString::number(at + 1) + ", ";
-      if (column + field >= columns()) return place + "there is no column for '" + block[i][field] + '\'';
-      QString why = "it can't be changed";
-      if (isEditable(at, column + field)) why = setText(at, column + field, block[i][field].trimmed());
-      if (!why.isEmpty()) return place + header(column + field) + ": " + why;
+      const auto place = [at] { return "row " + QString::number(at + 1) + ", "; };
+      if (column + field >= columns()) return place() + "there is no column for '" + block[i][field] + '\'';
+      const QString why = isEditable(at, column + field) ? setText(at, column + field, block[i][field].trimmed())
+                                                         : QString("it can't be changed");
+      if (!why.isEmpty()) return place() + header(column + field) + ": " + why;
     }
   }
   return {};

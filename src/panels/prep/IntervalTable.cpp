@@ -18,26 +18,27 @@ QString textOf(double value) {
 
 void IntervalTable::take(const IntervalDistribution& list) {
   rows_.clear();
+  rows_.reserve(list.count());
   for (std::size_t i = 0; i < list.count(); ++i) {
     const Interval& interval = *list.intervalAt(i);
-    rows_.push_back({textOf(interval.left)});
-    if (!points_) rows_.back().push_back(textOf(interval.right));
-    rows_.back().push_back(textOf(interval.weight));
+    Row& row = rows_.emplace_back();
+    row[0].number = interval.left;
+    row[1].number = points_ ? interval.weight : interval.right;
+    row[2].number = interval.weight;
   }
 }
 
 bool IntervalTable::read(IntervalDistribution& list, QString& problem) const {
   list.clear();
   std::string message;
+  std::vector<double> numbers;
   for (int row = 0; row < rows() && message.empty(); ++row) {
-    std::vector<double> numbers;
+    numbers.clear();
     for (int column = 0; column < columns() && message.empty(); ++column) {
-      const std::string text = cell(row, column).toStdString();
-      double value = 0.0;
-      if (isNumber(text, value) && std::isfinite(value))
-        numbers.push_back(value);
-      else
-        message = column + 1 == columns() ? "Weight value error" : "'" + text + "' is no number";
+      numbers.push_back(number(row, column));
+      if (!std::isfinite(numbers.back()))
+        message =
+            column + 1 == columns() ? "Weight value error" : "'" + text(row, column).toStdString() + "' is no number";
     }
     if (message.empty()) static_cast<void>(appendFields(list, numbers, 1.0, message));  // the message tells
     if (!message.empty()) problem = QString("Row %1: %2").arg(row + 1).arg(QString::fromStdString(message));
@@ -49,8 +50,8 @@ bool IntervalTable::read(IntervalDistribution& list, QString& problem) const {
 }
 
 void IntervalTable::insertRow(int row) {
-  const std::vector<QString> empty(static_cast<std::size_t>(columns()));
-  rows_.insert(rows_.begin() + row, empty);
+  rows_.insert(rows_.begin() + row, Row());
+  for (int column = 0; column < columns(); ++column) static_cast<void>(setText(row, column, {}));  // takes any text
 }
 
 QString IntervalTable::weightSum() const {
@@ -67,13 +68,20 @@ QString IntervalTable::header(int column) const {
   return points_ ? "Value" : column == 0 ? "Left" : "Right";
 }
 
+QString IntervalTable::text(int row, int column) const {
+  const Cell& shown = cell(row, column);
+  return shown.isTyped ? shown.typed : textOf(shown.number);
+}
+
 double IntervalTable::number(int row, int column) const {
-  double value = 0.0;
-  return isNumber(cell(row, column).toStdString(), value) ? value : std::numeric_limits<double>::quiet_NaN();
+  return cell(row, column).number;
 }
 
 QString IntervalTable::setText(int row, int column, const QString& text) {
-  rows_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = text.trimmed();
+  Cell& typed = rows_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+  typed = {text.trimmed(), std::numeric_limits<double>::quiet_NaN(), true};
+  double value = 0.0;
+  if (isNumber(typed.typed.toStdString(), value)) typed.number = value;
   return {};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,19 +27,26 @@ class IntervalTable : public EditableTableSource {
   int rows() const override { return static_cast<int>(rows_.size()); }
   int columns() const override { return points_ ? 2 : 3; }
   QString header(int column) const override;
-  QString text(int row, int column) const override { return cell(row, column); }
+  QString text(int row, int column) const override;
   double number(int row, int column) const override;
   QString setText(int row, int column, const QString& text) override;
   QString problem(int row, int column) const override;
   bool appendRow() override;
 
  private:
-  const QString& cell(int row, int column) const {
+  // What was typed, and its number; of a factor's own numbers the text is made when it is asked for.
+  struct Cell {
+    QString typed = {};
+    double number = 0.0;
+    bool isTyped = false;
+  };
+  using Row = std::array<Cell, 3>;
+  const Cell& cell(int row, int column) const {
     return rows_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
   }
 
   bool points_;
-  std::vector<std::vector<QString>> rows_;
+  std::vector<Row> rows_;
 };
 
 }  // namespace tarvex

@@ -116,8 +116,9 @@ void PDefinition::edited() {
 
 void PDefinition::showDraft(const Factor& draft) {
   if (window()->findChild<QWidget*>("boundGraph") == nullptr) return;
-  gadget<ChartView>("boundGraph")->show(factorGraph(draft), true);
-  gadget<QLabel>("MlSummary")->setText(sampledText(draft));
+  const FactorPicture picture = pictureOf(draft);
+  gadget<ChartView>("boundGraph")->show(picture.figure, true);
+  gadget<QLabel>("MlSummary")->setText(picture.sampled);
   if (window()->findChild<QLabel*>("MlTruncation") != nullptr)
     gadget<QLabel>("MlTruncation")->setText(truncationText(draft));
 }
@@ -140,7 +141,7 @@ void PDefinition::apply() {
   if (!draft) return refuse(refusal);
   factor_ = std::move(draft);
   showDraft(*factor_);
-  if (factorGraph(*factor_).charts.empty())
+  if (pictureOf(*factor_).figure.charts.empty())
     Dialogs::current().message(DialogKind::Warning, "Warning", "Warning. Can't display function graph: undeflow error",
                                window());
 }

@@ -43,7 +43,7 @@ const Factor& PGraphics::factor() {
 
 void PGraphics::choose() {
   setTitle("Distribution graphics: " + QString::fromStdString(factor().name));
-  gadget<QLabel>("MlSummary")->setText(sampledText(factor()));
+  gadget<QLabel>("MlSummary")->setText(pictureOf(factor()).sampled);
   show(form_);
 }
 

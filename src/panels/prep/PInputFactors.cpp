@@ -228,8 +228,9 @@ void PInputFactors::refreshFactor() {
   }
   const Factor& factor = list().factor(selectedRow_);
   gadget<QLabel>("LaName")->setText(QString::fromStdString(factor.name + ": " + factor.typeName));
-  gadget<QLabel>("MlSummary")->setText(sampledText(factor));
-  chart->show(factorGraph(factor), true);
+  const FactorPicture picture = pictureOf(factor);
+  gadget<QLabel>("MlSummary")->setText(picture.sampled);
+  chart->show(picture.figure, true);
 }
 
 }  // namespace tarvex

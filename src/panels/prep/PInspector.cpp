@@ -34,8 +34,9 @@ PInspector::PInspector(const Display& display, const Factor& factor, QWidget* pa
   gadget<QPlainTextEdit>("LaDist")->setPlainText(parametersOf(factor));
   gadget<QPlainTextEdit>("TeNote")->setPlainText(QString::fromStdString(factor.note));
   if (window()->findChild<QWidget*>("boundGraph") != nullptr) {
-    gadget<ChartView>("boundGraph")->show(factorGraph(factor));
-    gadget<QLabel>("MlSummary")->setText(sampledText(factor));
+    const FactorPicture picture = pictureOf(factor);
+    gadget<ChartView>("boundGraph")->show(picture.figure);
+    gadget<QLabel>("MlSummary")->setText(picture.sampled);
   }
   registerCallbacks({{"dismiss", [this] { end(true); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });

@@ -13,15 +13,30 @@ QString curveNumber(double value) {
   return QString::fromStdString(numberText(value, kDigits));
 }
 
+QString sampledText(const SampledSummary& summary) {
+  return "Sampled: mean " + curveNumber(summary.mean) + ", deviation " + curveNumber(summary.deviation) +
+         QString::fromUtf8("; 5\u00a0% lie below ") + curveNumber(summary.low) +
+         QString::fromUtf8(", 95\u00a0% below ") + curveNumber(summary.high);
+}
+
+QString notSampledText(const Factor& factor) {
+  if (!factor.isStochastic()) return {};
+  const QString problem = QString::fromStdString(factor.parameterProblem());
+  return "Nothing can be sampled" + (problem.isEmpty() ? QString(" with these parameters.") : ": " + problem);
+}
+
 }  // namespace
 
-Figure factorGraph(const Factor& factor) {
-  Figure figure = distributionPlot(factor);
+FactorPicture pictureOf(const Factor& factor) {
+  FactorPicture picture{distributionPlot(factor), {}};
+  Figure& figure = picture.figure;
   figure.title.clear();
   figure.subtitle.clear();
   figure.columns = 1;
   SampledSummary summary;
-  if (figure.charts.empty() || !summariseSampled(factor, summary)) return figure;
+  const bool isSampled = summariseSampled(factor, summary);
+  picture.sampled = isSampled ? sampledText(summary) : notSampledText(factor);
+  if (figure.charts.empty() || !isSampled) return picture;
   const Colour colour = namedColour("Indian Red");
   for (Chart& chart : figure.charts) {
     auto& plane = std::get<XyChart>(chart);
@@ -29,18 +44,7 @@ Figure factorGraph(const Factor& factor) {
       plane.layers.emplace_back(Line{{x, x}, {0.0, plane.y.upper}, colour, LineStyle::DoubleDot, false});
   }
   figure.legend.push_back({"5 and 95 % of the sampled values", colour, LegendMark::Line, LineStyle::DoubleDot});
-  return figure;
-}
-
-QString sampledText(const Factor& factor) {
-  SampledSummary summary;
-  if (summariseSampled(factor, summary))
-    return "Sampled: mean " + curveNumber(summary.mean) + ", deviation " + curveNumber(summary.deviation) +
-           QString::fromUtf8("; 5\u00a0% lie below ") + curveNumber(summary.low) +
-           QString::fromUtf8(", 95\u00a0% below ") + curveNumber(summary.high);
-  if (!factor.isStochastic()) return {};
-  const QString problem = QString::fromStdString(factor.parameterProblem());
-  return "Nothing can be sampled" + (problem.isEmpty() ? QString(" with these parameters.") : ": " + problem);
+  return picture;
 }
 
 QString truncationText(const Factor& factor) {

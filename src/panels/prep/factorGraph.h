@@ -8,11 +8,15 @@ namespace tarvex {
 
 class Factor;
 
-// What panels show of a factor: density over cumulative with the points of 5 and 95 percent of what will be sampled, in
-// a figure without a title. Without charts where there is no curve to draw.
-Figure factorGraph(const Factor& factor);
-// "Sampled: mean 5, deviation 1; 5 % lie below 3.36, 95 % below 6.64"; why there is nothing to sample otherwise.
-QString sampledText(const Factor& factor);
+// What panels show of a factor.
+struct FactorPicture {
+  // Density over cumulative with the points of 5 and 95 percent of what will be sampled, without a title. Without
+  // charts where there is no curve to draw.
+  Figure figure;
+  // "Sampled: mean 5, deviation 1; 5 % lie below 3.36, 95 % below 6.64"; why there is nothing to sample otherwise.
+  QString sampled;
+};
+FactorPicture pictureOf(const Factor& factor);
 // "0.001 - 0.999"; empty for a kind without truncation.
 QString truncationText(const Factor& factor);
 
