@@ -19,6 +19,7 @@ PanelWork::~PanelWork() {
 // What the user does elsewhere, as in the display of the progress, goes its way.
 bool PanelWork::eventFilter(QObject* watched, QEvent* event) {
   const auto* const widget = qobject_cast<QWidget*>(watched);
+  if (window_ == nullptr) return false;
   const bool isShortcut = event->type() == QEvent::Shortcut && QApplication::activeWindow() == window_;
   if (!isShortcut && (widget == nullptr || widget->window() != window_)) return false;
   switch (event->type()) {

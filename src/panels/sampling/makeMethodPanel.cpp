@@ -1,6 +1,7 @@
 #include "panels/sampling/makeMethodPanel.h"
 
 #include "factors/FactorList.h"
+#include "panels/main/PanelWork.h"
 #include "panels/sampling/PFast.h"
 #include "panels/sampling/PFixed.h"
 #include "panels/sampling/PRepLatin.h"
@@ -17,7 +18,13 @@ std::unique_ptr<PMethod> makeFixed(const Display& display, const MethodContext& 
   std::vector<double> usual;
   std::string message;
   const auto* const fixed = dynamic_cast<const FixedSampler*>(context.current);
-  if (!centralRun(*context.factors, usual, message)) {
+  bool found = false;
+  {
+    const PanelWork work(display, "Looking for the middle of the factors", parent);
+    found = centralRun(*context.factors, usual, message, work.progress());
+    if (work.stopped()) return nullptr;
+  }
+  if (!found) {
     const bool hasRuns =
         fixed != nullptr && fixed->values().rows() > 0 && fixed->values().columns() == context.factors->factorCount();
     if (!hasRuns) {
