@@ -16,12 +16,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/makeFactor.h"
 #include "panels/main/PAbout.h"
@@ -32,9 +34,12 @@
 #include "panels/plots/PCobwebs.h"
 #include "panels/plots/PPlots.h"
 #include "panels/plots/PScatter.h"
+#include "panels/prep/PCorrelation.h"
 #include "panels/prep/PInputFactors.h"
+#include "panels/prep/PPrepMain.h"
 #include "panels/prep/editFactor.h"
 #include "panels/vels/ResultDesk.h"
+#include "panels/sampling/makeMethodPanel.h"
 #include "plots/runPlots.h"
 #include "sampling/SamplerFactory.h"
 #include "toolkit/Application.h"
@@ -241,10 +246,9 @@ void measurePanel(const char* name, const std::function<std::unique_ptr<MadePane
         50.0);
 }
 
-std::shared_ptr<FactorList> manyFactors() {
-  constexpr int kFactors = 1000;
+std::shared_ptr<FactorList> manyFactors(int count) {
   auto list = std::make_shared<FactorList>();
-  for (int i = 1; i <= kFactors; ++i) {
+  for (int i = 1; i <= count; ++i) {
     std::unique_ptr<Factor> factor = makeFactor("Normal");
     factor->name = "x" + std::to_string(i);
     list->addFactor(std::move(factor));
@@ -252,11 +256,30 @@ std::shared_ptr<FactorList> manyFactors() {
   return list;
 }
 
-void measureFactors(const Display& display) {
+void measureCorrelations(const Display& display, const FactorList& list) {
   constexpr double kBudget = 100.0;
-  const std::shared_ptr<FactorList> list = manyFactors();
+  std::unique_ptr<PCorrelation> panel;
+  print("their correlations open", taken([&] {
+          panel = std::make_unique<PCorrelation>(display, list, false, nullptr);
+          if (panel->show()) panel->window()->repaint();
+        }),
+        kBudget);
+  QAbstractItemModel& cells = *panel->gadget<TableView>("MaCorrelations")->model();
+  int round = 0;
+  print("one of them changes", taken([&] { cells.setData(cells.index(7, 8), 0.01 * ++round); }), kBudget);
+  print("they are accepted", taken([&] {
+          FactorList copy;
+          std::string message;
+          if (copy.copyFrom(list, message)) static_cast<void>(panel->draft().applyTo(copy, message));
+        }),
+        kBudget);
+}
+
+void measureFactors(const Display& display, int count) {
+  constexpr double kBudget = 100.0;
+  const std::shared_ptr<FactorList> list = manyFactors(count);
   std::unique_ptr<PInputFactors> panel;
-  print("a list of 1,000 factors opens", taken([&] {
+  print("a list of " + std::to_string(count) + " factors opens", taken([&] {
           panel = std::make_unique<PInputFactors>(display, list, false, nullptr);
           if (panel->show()) panel->window()->repaint();
         }),
@@ -281,6 +304,29 @@ void measureFactors(const Display& display) {
             main.acceptPrep(std::move(settings), "factors " + QString::number(++round));
         }),
         kBudget);
+  measureCorrelations(display, *list);
+  print("the panel of the preparation opens", taken([&] {
+          PrepSettings settings;
+          std::string message;
+          if (!settings.factors.copyFrom(*list, message)) return;
+          PPrepMain prep(display, std::move(settings), {}, false, nullptr);
+          if (prep.show()) prep.window()->repaint();
+        }),
+        kBudget);
+  for (const std::int32_t method : {kRandom, kFixed, kMorris, kFast})
+    print(
+        "panel of method " + std::to_string(method), taken([&] {
+          const std::unique_ptr<PMethod> made = makeMethodPanel(display, method, {list.get(), nullptr, false}, nullptr);
+          if (made && made->show()) made->window()->repaint();
+        }),
+        kBudget);
+  const std::string path = "factors.fac";
+  std::string message;
+  FactorList read;
+  print("its file is written", taken([&] { static_cast<void>(saveFactorFile(path, *list, message)); }), kBudget);
+  print("its file is read", taken([&] { static_cast<void>(loadFactorFile(path, read, message)); }), kBudget);
+  std::printf("its file has %.1f MB; resident memory %.1f MB\n",
+              static_cast<double>(std::filesystem::file_size(path)) / 1e6, residentMegabytes());
 }
 
 void measurePoints(const Display& display) {
@@ -338,7 +384,7 @@ int measure(int argc, char** argv) {
   measureTable();
   measureCharts();
   measurePlots(display);
-  measureFactors(display);
+  for (const int count : {1000, 5000}) measureFactors(display, count);
   measurePoints(display);
   return 0;
 }
