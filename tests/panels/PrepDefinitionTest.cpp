@@ -36,7 +36,39 @@ class PrepDefinition : public test::PrepTest {
 constexpr const char* kWrong =
     "Error: Wrong factor name, The name must begin with a letter and can contain only numbers and letters.";
 
-TEST_F(PrepDefinition, EveryFieldIsReadInItsOrderAndRefusedInItsWords) {
+// clang-format off
+TEST_F(PrepDefinition, EveryFieldThatHoldsNoNumberIsRefusedInItsWords) {
+  const struct {
+    const char* kind;
+    Fields words;
+  } rows[] = {
+      {"Normal", {{"NMean", "Mean value out of range!"}, {"NStdDeviation", "Standard deviation value out of range!"},
+                  {"NLeftTrunc", "Left Truncation value out of range!"},
+                  {"NRightTrunc", "Right Truncation value out of range!"}}},
+      {"LogNormal", {{"NMean", "Mean value out of range!"}, {"NStdDeviation", "Standard deviation value out of range!"},
+                     {"NLeftTrunc", "Left Truncation value out of range!"},
+                     {"NRightTrunc", "Right Truncation value out of range!"}}},
+      {"Beta", {{"NAlfa", "Alfa value out of range!"}, {"NBeta", "Beta value out of range!"},
+                {"NLeftBound", "Left bound value out of range!"}, {"NRightBound", "Right bound value out of range!"}}},
+      {"Exponential", {{"NLambda", "Lambda value out of range!"}, {"NB", "b value out of range!"},
+                       {"NRightTrunc", "Right Truncation bound out of range!"}}},
+      {"Gamma", {{"NR", "R value out of range!"}, {"NLambda", "Lambda out of range!"}, {"NB", "B value out of range!"},
+                 {"NRightTrunc", "Right truncation bound out of range!"}}},
+      {"Triangular", {{"NAlfa", "Alfa value out of range!"}, {"NBeta", "Beta value out of range!"},
+                      {"NGamma", "Gamma value out of range!"}}},
+      {"Weibull", {{"NBeta", "Beta value out of range!"}, {"NB", "B value out of range!"},
+                   {"NN", "N value out of range!"}, {"NRightTrunc", "Right truncation value out of range!"}}},
+  };
+  for (const auto& [kind, words] : rows)
+    for (const auto& [field, text] : words) {
+      const std::unique_ptr<PDefinition> panel = panelOf(kind);
+      type(*panel->window(), {{field, field[1] == 'L' ? "" : "1,5"}});
+      EXPECT_TRUE(panel->gadget<QLabel>("MlMessage")->text().startsWith(text)) << kind << ' ' << field;
+      EXPECT_EQ(shownBy(*panel, "ok").front().rfind(std::string("Error: ") + text, 0), 0U) << kind << ' ' << field;
+    }
+}
+
+TEST_F(PrepDefinition, FieldsAreReadInTheirOrderAndJudgedTogether) {
   const struct {
     const char* kind;
     Fields fields;
@@ -46,32 +78,23 @@ TEST_F(PrepDefinition, EveryFieldIsReadInItsOrderAndRefusedInItsWords) {
       {"Normal", {{"TName", ""}}, "Error: Invalid name:    Empty name field not admitted."},
       {"Normal", {{"TName", "1a"}, {"NMean", "x"}}, kWrong},
       {"Normal", {{"TName", "a_b"}}, kWrong},
-      {"Normal", {{"NMean", "1,5"}, {"NStdDeviation", "-1"}}, "Error: Mean value out of range!"},
+      {"Normal", {{"NMean", "x"}, {"NStdDeviation", "-1"}}, "Error: Mean value out of range!"},
       {"Normal", {{"NStdDeviation", "-1"}, {"NLeftTrunc", "x"}}, "Error: Error: Standard deviation must be >= 0"},
       {"Normal", {{"NRightTrunc", "inf"}}, "Error: Right Truncation value out of range!"},
-      {"Normal",
-       {{"NLeftTrunc", "0.5"}, {"NRightTrunc", "0.4"}},
+      {"Normal", {{"NLeftTrunc", "0.5"}, {"NRightTrunc", "0.4"}},
        "Error: Error: Left Truncation must be less than right truncation"},
       {"LogNormal", {{"NLeftTrunc", "0.9995"}, {"NRightTrunc", "0.9999"}}, "0, 1, 0.9995, 0.9999"},
       {"Beta", {{"NAlfa", "0"}, {"NBeta", "b"}}, "Error: Wrong negative value assigned to Alfa"},
-      {"Beta", {{"NRightBound", ""}}, "Error: Right bound value out of range!"},
-      {"Beta",
-       {{"NLeftBound", "10"}, {"NRightBound", "10"}},
+      {"Beta", {{"NBeta", "-1"}, {"NRightBound", "b"}}, "Error: Wrong negative value assigned to Beta"},
+      {"Beta", {{"NLeftBound", "10"}, {"NRightBound", "10"}},
        "Error: Negative or null definition interval: check a and b"},
-      {"Beta", {{"NLeftBound", "10"}, {"NRightBound", "20"}}, "2, 2, 10, 20"},
       {"Exponential", {{"NLambda", "0"}}, "Error: Error: Lambda must be > 0"},
-      {"Exponential", {{"NRightTrunc", "x"}}, "Error: Right Truncation bound out of range!"},
-      {"Gamma", {{"NLambda", "x"}}, "Error: Lambda out of range!"},
       {"Gamma", {{"NLambda", "0"}}, "Error: Error: Lambda must be >= 0"},
       {"Weibull", {{"NN", "0"}, {"NB", "x"}}, "Error: B value out of range!"},
       {"Weibull", {{"NN", "0"}, {"NRightTrunc", "x"}}, "Error: Error: n must be > 0"},
-      {"Weibull", {{"NRightTrunc", "x"}}, "Error: Right truncation value out of range!"},
-      {"Triangular", {{"NAlfa", "x"}, {"NGamma", ""}}, "Error: Alfa value out of range!"},
-      {"Triangular",
-       {{"NBeta", "2"}},
+      {"Triangular", {{"NBeta", "2"}},
        "Error: Wrong values assigned to the distribution definition interval: check alfa beta and gamma"},
-      {"Constant",
-       {{"TName", "1a"}},
+      {"Constant", {{"TName", "1a"}},
        "Error: Invalid name:    Invalid factor name. The name must begin vith a letter and must contain numbers and "
        "letters only"},
       {"Constant", {{"NValue", "3.5"}}, "3.5"},
@@ -94,6 +117,7 @@ TEST_F(PrepDefinition, EveryFieldIsReadInItsOrderAndRefusedInItsWords) {
     }
   }
 }
+// clang-format on
 
 TEST_F(PrepDefinition, RowsOfIntervalsAndPointsAreJudgedAsAWhole) {
   using Rows = std::vector<std::vector<const char*>>;
@@ -257,6 +281,11 @@ TEST_F(PrepDefinition, DemonstrationsAndInspectorsAreForReading) {
     EXPECT_EQ(inspector.window()->windowTitle().toStdString(), "Inspector: " + kind);
     EXPECT_EQ(inspector.gadget<QLabel>("LaFactorType")->text().toStdString(), kind);
     EXPECT_EQ(inspector.gadget<QPlainTextEdit>("TeNote")->toPlainText(), "a note");
+  }
+  for (const char* const kind : {"LogNormal", "LogUniform"}) {
+    const std::unique_ptr<PDefinition> panel = panelOf(kind);
+    EXPECT_EQ(panel->gadget<QPushButton>("BFormula")->text().toStdString(), std::string("&") + kind);
+    EXPECT_EQ(shownBy(*panel, "formula").front().rfind(std::string(kind) + " distribution: f(x) = ", 0), 0U);
   }
   EXPECT_EQ(panelOf("Beta", {list.get(), -1, true})->window()->windowTitle(), "Beta distribution (Demo mode)");
 }

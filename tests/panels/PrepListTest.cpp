@@ -267,6 +267,25 @@ TEST_F(PrepList, FilesAreOpenedSavedAndImported) {
   EXPECT_EQ(again[0], ":    Discard the old Stein configuration ? [^Yes/^No]");
   EXPECT_EQ(again[3].rfind("Error: Error loading stein file. No factors to import.", 0), 0U) << again[3];
   EXPECT_EQ(panel_->editing().list().factorCount(), 2);
+
+  // A large one is stopped by Esc, which leaves the panel and its list; no other key does anything meanwhile.
+  std::string many = "500000 2\na\nb\n";
+  for (int i = 0; i < 500000; ++i) many += std::to_string(i) + " 0.5\n";
+  test::writeFile(file("many.txt"), many);
+  const std::string before = list();
+  dialogs_.files = {file("many.txt")};
+  dialogs_.answers = {true, true};
+  panel_->window()->activateWindow();
+  QTimer::singleShot(0, panel_.get(), [this] {
+    grid().selectAll();
+    QTest::keyClick(&grid(), Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(panel_->window(), Qt::Key_Escape);
+  });
+  takeShown();
+  EXPECT_EQ(by("impStein").size(), 3U);
+  EXPECT_EQ(message(), "Stopped: nothing was imported.");
+  EXPECT_TRUE(panel_->isVisible());
+  EXPECT_EQ(list(), before);
 }
 
 TEST_F(PrepList, LeavingAsksForWhatIsntSavedAndRestoresTheDefaults) {

@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QListWidget>
 #include <QTabWidget>
+#include <map>
 
 #include "app/RunController.h"
 #include "factors/FactorFiles.h"
@@ -92,20 +93,39 @@ class PrepMain : public test::PrepTest {
 };
 
 TEST_F(PrepMain, OffersTheMethodsThatFactorsAndCorrelationAllow) {
-  const struct {
-    CorrelationMode mode;
-    int factors;
-    std::string methods;
-  } rows[] = {
-      {kNoCorrelation, 0, ""},
-      {kNoCorrelation, 371, "Random, Latin Hypercube, Fixed samples, Morris, Fast"},
-      {kImanConover, 2, "Random, Latin Hypercube, Replicated Latin Hypercube, Fixed samples"},
-  };
-  for (const auto& row : rows) {
-    open(*normals(row.factors, row.mode));
-    EXPECT_EQ(methods(), row.methods) << row.mode << ' ' << row.factors;
-    EXPECT_EQ(sensitive("SlMethods") && sensitive("BModify") && sensitive("BVisualize"), row.factors > 0);
-    EXPECT_FALSE(sensitive("BSpecify") || sensitive("BOk"));
+  // A letter each: Random, Latin, replicated (P), Fixed (X), Morris, Fast, LpTau (Q), Sobol.
+  constexpr int kCounts[] = {0, 1, 2, 370, 371};
+  const char* const offered[][5] = {{"", "RLX", "RLX", "RLX", "RLX"},
+                                    {"", "RLX", "RLPX", "RLPX", "RLPX"},
+                                    {"", "RLXMQ", "RLXMFQS", "RLXMFQS", "RLXMF"},
+                                    {"", "L", "LP", "LP", "LP"}};
+  const std::map<std::string, char> letters{{"Random", 'R'},
+                                            {"Latin Hypercube", 'L'},
+                                            {"Replicated Latin Hypercube", 'P'},
+                                            {"Fixed samples", 'X'},
+                                            {"Morris", 'M'},
+                                            {"Fast", 'F'},
+                                            {"QuasiRandom LpTau", 'Q'},
+                                            {"Sobol", 'S'}};
+  for (int mode = kDependenceTree; mode <= kSteinSample; ++mode)
+    for (int i = 0; i < 5; ++i) {
+      open(*normals(kCounts[i], static_cast<CorrelationMode>(mode)));
+      const auto* const list = panel_->gadget<QListWidget>("SlMethods");
+      std::string shown;
+      for (int k = 0; k < list->count(); ++k) shown += letters.at(list->item(k)->text().toStdString());
+      EXPECT_EQ(shown, offered[mode][i]) << mode << ' ' << kCounts[i];
+      EXPECT_EQ(sensitive("SlMethods") && sensitive("BModify") && sensitive("BVisualize"), kCounts[i] > 0);
+      EXPECT_EQ(label("MlSourceInfo"), kCounts[i] > 0 ? "Using factors from panel" : "No factors");
+      EXPECT_FALSE(sensitive("BSpecify") || sensitive("BOk"));
+    }
+  // The method that is set, in this panel's spelling.
+  for (std::int32_t method = 0; method < kMethodCount; ++method) {
+    PrepSettings settings;
+    settings.sampler = makeSampler(method);
+    PPrepMain panel(display_, std::move(settings), {}, false, nullptr);
+    const std::string name(methodNameOf(method));
+    EXPECT_EQ(panel.gadget<QLabel>("MlMethodInfo")->text().toStdString(),
+              "Currently selected: " + (method == kLpTau ? "Quasirandom Lptau" : name));
   }
   // A file's list can be changed although nothing of it is sampled.
   open(*normals(0), false, "/somewhere/x.fac");
