@@ -24,8 +24,8 @@ namespace {
 
 using Uses = std::vector<std::pair<const char*, const char*>>;
 
-constexpr const char* kEach = "All first and total order effect calculation";
-constexpr const char* kOnGroups = "All first and total order effect calculation on groups";
+constexpr const char* kAllEffects = "All first and total order effect calculation";
+constexpr const char* kGroupEffects = "All first and total order effect calculation on groups";
 
 struct Study {
   const char* sample;  // one of the expected files
@@ -40,7 +40,7 @@ void PrintTo(const Study& study, std::ostream* out) {
 }
 
 // clang-format off
-const Study kStudies[] = {
+const Study kPrepStudies[] = {
     {"random-none.sam", "Random", "Random", {{"NExecution", "100"}}},
     {"random-tree.sam", "Random", "Random", {{"NExecution", "120"}, {"NSeed", "31"}}},
     {"random-matrix.sam", "Random", "Random", {{"NExecution", "150"}, {"NSeed", "5648423"}}},
@@ -51,8 +51,8 @@ const Study kStudies[] = {
     {"fixed.sam", "Fixed samples", "Fixed", {{"BLoad", ""}}},
     {"morris.sam", "Morris", "Morris", {{"OExecution", "48"}, {"OLevels", "4"}, {"NSeed", "21"}}},
     {"fast-classic.sam", "Fast", "Fast", {{"NExecution", "315"}, {"NSeed", "2"}}},
-    {"fast-extended.sam", "Fast", "Fast", {{"OSettings", kEach}, {"NExecution", "345"}, {"NSeed", "2"}}},
-    {"fast-groups.sam", "Fast", "Fast", {{"NExecution", "400"}, {"NSeed", "6"}, {"OSettings", kOnGroups}},
+    {"fast-extended.sam", "Fast", "Fast", {{"OSettings", kAllEffects}, {"NExecution", "345"}, {"NSeed", "2"}}},
+    {"fast-groups.sam", "Fast", "Fast", {{"NExecution", "400"}, {"NSeed", "6"}, {"OSettings", kGroupEffects}},
      {{"one", {0, 2}}, {"two", {1}}}},
     {"lptau.sam", "QuasiRandom LpTau", "LpTau", {{"OExecutions", "128"}}},
     {"sobol.sam", "Sobol", "Sobol"},
@@ -60,7 +60,7 @@ const Study kStudies[] = {
 };
 
 // The rows of a spreadsheet that these lists are pasted from.
-const std::map<std::string, const char*> kRows = {
+const std::map<std::string, const char*> kPasted = {
     {"mixed.fac", "Name\tLaw\nx1\tuniform\t0\t1\nk1\tconstant\t0.5\nx2\tnormal\t2\t0.5\nr1\trelation\tx1 + k1 * x3\n"
                   "x3\ttriangular\t0\t1\t3\nk2\tconstant\t-3\nx4\tbeta\t2\t5\nx5\tlog uniform\t1\t2.71828\n"},
     {"tree.fac", "child\tNormal\t0\t1\nk\tConstant\t7\nroot\tUniform\nrel\tRelation\tchild * k\n"
@@ -200,12 +200,12 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
     pressLetter(window, Qt::Key_O);
   }
   void makeFactors(QWidget& window, const std::string& factors) {
-    const auto rows = kRows.find(factors);
-    if (rows == kRows.end())
+    const auto rows = kPasted.find(factors);
+    if (rows == kPasted.end())
       typeFactors(window);
     else
       pasteInto(window, "MaFactors", rows->second);
-    if (rows != kRows.end() && factors != "mixed.fac") {
+    if (rows != kPasted.end() && factors != "mixed.fac") {
       whenShown("Correlation", [this, factors](QWidget& panel) { correlate(panel, factors); });
       press(window, "BCorrelate");
     }
@@ -315,7 +315,7 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
   EXPECT_EQ(made, test::readFile(test::goldenPath(GetParam().sample)));
 }
 
-INSTANTIATE_TEST_SUITE_P(, PrepStudies, testing::ValuesIn(kStudies));
+INSTANTIATE_TEST_SUITE_P(, PrepStudies, testing::ValuesIn(kPrepStudies));
 
 }  // namespace
 }  // namespace tarvex

@@ -22,7 +22,7 @@ namespace tarvex {
 namespace {
 
 constexpr const char* kOpenTitle = "Open the list of factors file:";
-constexpr const char* kReading = "Reading factors";
+constexpr const char* kReadingFactors = "Reading factors";
 
 }  // namespace
 
@@ -51,7 +51,7 @@ void PInputFactors::open() {
   std::string message;
   bool taken = false;
   {
-    const PanelWork work(display(), kReading, window());
+    const PanelWork work(display(), kReadingFactors, window());
     taken = loadFactorFile(chosen->path.toStdString(), loaded, message, work.progress());
     if (work.stopped()) return say("Stopped: the list stays.");
   }
