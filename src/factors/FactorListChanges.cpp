@@ -62,11 +62,15 @@ void FactorList::arrange(const std::vector<std::int32_t>& places) {
 void FactorList::replaceFactor(std::int32_t i, std::unique_ptr<Factor> factor) {
   const bool was = isCorrelatable(i) == 1;
   const bool becomes = factor->isStochastic();
-  if (was && !becomes) unlink(i);
+  std::unique_ptr<Factor>& place = factors_[static_cast<std::size_t>(i)];
+  if (was == becomes) {  // thousands at once, where they are pasted
+    place = std::move(factor);
+    return;
+  }
+  if (was) unlink(i);
   const std::int32_t row = matrixRowOf(i);
   const std::int32_t sampled = correlatableCount();
-  factors_[static_cast<std::size_t>(i)] = std::move(factor);
-  if (was == becomes) return;
+  place = std::move(factor);
   std::vector<std::int32_t> rows;
   for (std::int32_t k = 0; k < sampled; ++k)
     if (becomes || k != row) rows.push_back(k);
