@@ -99,6 +99,8 @@ TEST(FactorList, matrixGrowsAndCopiesHaveEverything) {
   EXPECT_EQ(list.matrixAt(1, 0), 0.7F);
   EXPECT_EQ(list.matrixAt(0, 2), 0.0F);
   EXPECT_EQ(list.matrixAt(2, 2), 1.0F);
+  ASSERT_TRUE(list.setMatrix(2, 0, 0.25F));
+  EXPECT_EQ(list.matrixAt(1, 0) + list.matrixAt(0, 2) + list.matrixAt(1, 2), 0.7F + 0.25F);
   ASSERT_TRUE(list.link(2, 0, 0.5));
   list.correlationMode = kSteinSample;
   list.steinFileName = "observed.txt";
