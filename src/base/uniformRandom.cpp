@@ -63,16 +63,37 @@ void restart(std::int32_t& state) {
 }  // namespace
 
 double uniformRandom(std::int32_t& state) {
-  if (state <= 0) restart(state);
-  state = step1(state);
-  shared.state2 = step2(shared.state2);
-  const std::int32_t index = std::clamp(shared.last / kTableStep, 0, kTableSize - 1);
-  std::int32_t& entry = shared.shuffle[static_cast<std::size_t>(index)];
-  shared.last = wrap(bits(entry) - bits(shared.state2));
-  entry = state;
-  if (shared.last < 1) shared.last = wrap(bits(shared.last) + bits(kModulus1 - 1));
-  const double result = shared.last * kScale;
-  return result > kLargest ? kLargest : result;
+  double number = 0.0;
+  uniformRandom(state, &number, 1);
+  return number;
+}
+
+void uniformRandom(std::int32_t& state, double* numbers, std::size_t count) {
+  // The words in registers.
+  std::int32_t state1 = state;
+  std::int32_t state2 = shared.state2;
+  std::int32_t last = shared.last;
+  for (std::size_t k = 0; k < count; ++k) {
+    if (state1 <= 0) {
+      state = state1;
+      restart(state);
+      state1 = state;
+      state2 = shared.state2;
+      last = shared.last;
+    }
+    state1 = step1(state1);
+    state2 = step2(state2);
+    const std::int32_t index = std::clamp(last / kTableStep, 0, kTableSize - 1);
+    std::int32_t& entry = shared.shuffle[static_cast<std::size_t>(index)];
+    last = wrap(bits(entry) - bits(state2));
+    entry = state1;
+    if (last < 1) last = wrap(bits(last) + bits(kModulus1 - 1));
+    const double result = last * kScale;
+    numbers[k] = result > kLargest ? kLargest : result;
+  }
+  state = state1;
+  shared.state2 = state2;
+  shared.last = last;
 }
 
 void restoreInitialRandomState() {

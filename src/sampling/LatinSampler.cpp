@@ -14,7 +14,8 @@ namespace {
 constexpr float kStratified = 25.0f;
 constexpr float kShuffled = 45.0f;
 
-constexpr int kExchangesPerRow = 2;  // random exchanges that shuffle a column, for each row
+constexpr int kExchangesPerRow = 2;     // random exchanges that shuffle a column, for each row
+constexpr std::int64_t kStretch = 256;  // cells in one piece: what a processor can have under way, and some
 
 }  // namespace
 
@@ -32,162 +33,166 @@ bool LatinSampler::fill(double target, sampValues& store, FactorList& factors) {
   numFactors = factors.factorCount();
   numStochastic_ = factors.correlatableCount();
   if (!requireSamples()) return false;
-  if (isAtStart()) {
+  if (isAtStart() && cell_ == 0) {
     const bool byMatrix = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
     ranked_ = byMatrix || factors.correlationMode == kSteinSample;
   }
   // Kept: a fresh one in each call, so what a tree's children get depends on the steps of the targets.
   DiagonalBand diagonalBand;
   while (progress < target) {
-    if (!goesOn(1)) return false;
-    const bool done = ranked_ ? rankedStep(store, factors) : independentStep(diagonalBand, store, factors);
-    if (!done) return false;
+    const std::int32_t cells = nextStretch(target);
+    if (!goesOn(cells) || !visit(cells, diagonalBand, store, factors)) return false;
+    leave(cells);
   }
   if (progress == kComplete) releaseColumns();
   return true;
 }
 
-// A cell of the walk without rank table: strata in rising order, then exchanges, then children and constants.
-bool LatinSampler::independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
-  const double rows = numSamples;
+// Without a rank table: strata in rising order, then exchanges, then children and constants. With one: strata, then
+// the order of the table.
+bool LatinSampler::visit(std::int32_t cells, DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
+  if (cells == 0) return true;  // a phase without factors
   switch (phase_) {
     case kStratify:
-      if (factorPosition < numStochastic_ && !stratifyCell(store, factors)) return false;
-      endStep(kShuffle, kStratified, numStochastic_, visited(rows, sampleIndex) / (numStochastic_ * rows) * 25.0);
-      break;
+      return stratify(cells, store, factors);
     case kShuffle:
-      if (factorPosition < numStochastic_ && !exchangePair(store, factors)) return false;
-      endStep(kFinish, kShuffled, numStochastic_,
-              visited(2.0 * rows, exchanges_) / (2.0 * rows * numStochastic_) * 20.0 + 25.0);
-      break;
+      return exchange(cells, store, factors);
     case kFinish:
-      if (!finishCell(diagonalBand, store, factors)) return false;
-      endStep(kFinish, kComplete, numFactors, visited(rows, sampleIndex) / (numFactors * rows) * 5.0 + 45.0);
-      break;
+      return ranked_ ? order(cells, store, factors) : finish(cells, diagonalBand, store, factors);
   }
   return true;
 }
 
-bool LatinSampler::rankedStep(sampValues& store, const FactorList& factors) {
-  const double rows = numSamples;
-  if (phase_ == kStratify) {
-    if (!stratifyCellToOrder(store, factors)) return false;
-    endStep(kFinish, kStratified, numFactors, visited(rows, sampleIndex) / (numFactors * rows) * 25.0);
-    return true;
+std::int64_t LatinSampler::cellsAFactor() const {
+  return std::int64_t{numSamples} * (phase_ == kShuffle ? kExchangesPerRow : 1);
+}
+
+std::int32_t LatinSampler::factorsOfPhase() const {
+  return ranked_ || phase_ == kFinish ? numFactors : numStochastic_;
+}
+
+float LatinSampler::progressAt(std::int64_t cells) const {
+  const auto whole = static_cast<double>(cellsAFactor() * factorsOfPhase());
+  const double share = static_cast<double>(cells) / whole;
+  const bool phaseDone = static_cast<double>(cells) >= whole;
+  if (phase_ == kStratify) return progressOf(share * 25.0, kStratified, phaseDone);
+  if (phase_ == kShuffle) return progressOf(share * 20.0 + 25.0, kShuffled, phaseDone);
+  return progressOf(ranked_ ? (share + 1.0) * 25.0 : share * 5.0 + 45.0, kComplete, phaseDone);
+}
+
+// Cells that can be visited in one piece: of one factor, and none beyond the target.
+std::int32_t LatinSampler::nextStretch(double target) const {
+  if (factorPosition >= factorsOfPhase()) return 0;
+  const std::int64_t done = cellsAFactor() * factorPosition + cell_;
+  const auto most = static_cast<std::int32_t>(std::min<std::int64_t>(cellsAFactor() - cell_, kStretch));
+  return cellsUntil(target, most, [&](std::int32_t cells) { return progressAt(done + cells); });
+}
+
+// Behind the last factor of a phase the next one begins.
+void LatinSampler::leave(std::int32_t cells) {
+  cell_ += cells;
+  progress = progressAt(cellsAFactor() * factorPosition + cell_);
+  if (cell_ == cellsAFactor()) {
+    cell_ = 0;
+    ++factorPosition;
   }
-  if (!orderCell(store, factors)) return false;
-  endStep(kFinish, kComplete, numFactors, (visited(rows, sampleIndex) / (numFactors * rows) + 1.0) * 25.0);
-  return true;
-}
-
-double LatinSampler::visited(double cellsPerFactor, std::int64_t inFactor) const {
-  return cellsPerFactor * factorPosition + static_cast<double>(inFactor);
-}
-
-// Takes the step's percent over; behind the last factor of a phase the next one begins.
-void LatinSampler::endStep(Phase next, float phaseEnd, std::int32_t phaseFactors, double percent) {
-  const bool phaseDone = factorPosition >= phaseFactors;
-  setProgress(percent, phaseEnd, phaseDone);
-  if (!phaseDone) return;
-  phase_ = next;
+  if (factorPosition < factorsOfPhase()) return;
+  phase_ = phase_ == kStratify && !ranked_ ? kShuffle : kFinish;
   factorPosition = 0;
-  sampleIndex = 0;
 }
 
-// One point in each stratum, in rising order. A child of the dependence tree isn't stratified.
-bool LatinSampler::stratifyCell(sampValues& store, const FactorList& factors) {
+// One point in each stratum, in rising order. A child of the dependence tree isn't stratified; columns that a rank
+// table will put in order include constants.
+bool LatinSampler::stratify(std::int32_t cells, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
-  const bool isRoot = factors.parentOf(factor) == -1;
-  if (sampleIndex == 0) column_.start(numSamples);
-  if (isRoot) column_[sampleIndex] = stratumPoint();
-  nextCell(numSamples);
-  return sampleIndex > 0 || !isRoot || checkStore(column_.finish(store, factor, within()), store);
-}
-
-// The same over all factors, constants included, for columns that a rank table will put in order.
-bool LatinSampler::stratifyCellToOrder(sampValues& store, const FactorList& factors) {
-  const std::int32_t factor = factors.factorAt(factorPosition);
-  if (sampleIndex == 0) column_.start(numSamples);
-  if (factors.isConstant(factor) == 1)
-    column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
-  else if (factors.isCorrelatable(factor) == 1)
-    column_[sampleIndex] = stratumPoint();
-  nextCell(numSamples);
-  return sampleIndex > 0 || checkStore(column_.finish(store, factor, within()), store);
-}
-
-double LatinSampler::stratumPoint() {
-  return pointOfStratum(sampleIndex, numSamples, uniformRandom(randomState));
-}
-
-// One of the random exchanges that shuffle a root's column.
-bool LatinSampler::exchangePair(sampValues& store, const FactorList& factors) {
-  const std::int32_t factor = factors.factorAt(factorPosition);
-  const bool isRoot = factors.parentOf(factor) == -1;
-  if (isRoot) {
-    if (exchanges_ == 0 && !checkStore(column_.load(store, factor), store)) return false;
-    const std::int32_t a = drawRow();
-    const std::int32_t b = drawRow();
-    std::swap(column_[a], column_[b]);
+  if (!ranked_ && factors.parentOf(factor) != -1) return true;
+  if (cell_ == 0) column_.start(numSamples);
+  if (ranked_ && factors.isConstant(factor) == 1) {
+    const double value = static_cast<const Constant&>(factors.factor(factor)).value();
+    for (std::int32_t k = 0; k < cells; ++k) column_[row(k)] = value;
+  } else if (!ranked_ || factors.isCorrelatable(factor) == 1) {
+    stratifyColumn(cells);
   }
-  nextExchange();
-  return exchanges_ > 0 || !isRoot || checkStore(column_.finish(store, factor, within()), store);
+  return handOver(cells, factor, store);
 }
 
-void LatinSampler::nextExchange() {
-  if (++exchanges_ < kExchangesPerRow * std::int64_t{numSamples}) return;
-  exchanges_ = 0;
-  ++factorPosition;
+void LatinSampler::stratifyColumn(std::int32_t cells) {
+  random_.resize(static_cast<std::size_t>(cells));
+  uniformRandom(randomState, random_.data(), random_.size());
+  for (std::int32_t k = 0; k < cells; ++k)
+    column_[row(k)] = pointOfStratum(row(k), numSamples, random_[static_cast<std::size_t>(k)]);
 }
 
-std::int32_t LatinSampler::drawRow() {
-  return std::min(static_cast<std::int32_t>(uniformRandom(randomState) * numSamples), numSamples - 1);
+// Random exchanges, which shuffle a root's column. All rows of a stretch are drawn before the first exchange, so that
+// the processor fetches their values side by side.
+bool LatinSampler::exchange(std::int32_t pairs, sampValues& store, const FactorList& factors) {
+  const std::int32_t factor = factors.factorAt(factorPosition);
+  if (factors.parentOf(factor) != -1) return true;
+  if (cell_ == 0 && !checkStore(column_.load(store, factor), store)) return false;
+  random_.resize(2 * static_cast<std::size_t>(pairs));
+  uniformRandom(randomState, random_.data(), random_.size());
+  rows_.clear();
+  for (const double number : random_) {
+    rows_.push_back(std::min(static_cast<std::int32_t>(number * numSamples), numSamples - 1));
+    __builtin_prefetch(&column_[rows_.back()], 1);
+  }
+  for (std::size_t k = 0; k < rows_.size(); k += 2) std::swap(column_[rows_[k]], column_[rows_[k + 1]]);
+  return handOver(pairs, factor, store);
 }
 
 // Constants, and the children of the dependence tree, which follow their parents' shuffled columns.
-bool LatinSampler::finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors) {
+bool LatinSampler::finish(std::int32_t cells, DiagonalBand& diagonalBand, sampValues& store,
+                          const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const std::int32_t parent = factors.parentOf(factor);
   const bool isConstant = factors.isConstant(factor) == 1;
-  if (sampleIndex == 0) {
+  // With no stochastic factor the rows are made here.
+  if (parent < 0 && !isConstant && store.rows() > 0) return true;
+  if (cell_ == 0) {
     column_.start(numSamples);
     if (parent >= 0 && !checkStore(parentColumn_.load(store, parent), store)) return false;
   }
   if (parent >= 0) {
     diagonalBand.setCorrelation(factors.node(factor).correlation);
-    column_[sampleIndex] = diagonalBand.sampleConditional(parentColumn_[sampleIndex]);
+    for (std::int32_t k = 0; k < cells; ++k) column_[row(k)] = diagonalBand.sampleConditional(parentColumn_[row(k)]);
   } else if (isConstant) {
-    column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
+    const double value = static_cast<const Constant&>(factors.factor(factor)).value();
+    for (std::int32_t k = 0; k < cells; ++k) column_[row(k)] = value;
   }
-  nextCell(numSamples);
-  // With no stochastic factor the rows are made here.
-  const bool hasColumn = parent >= 0 || isConstant || store.rows() == 0;
-  return sampleIndex > 0 || !hasColumn || checkStore(column_.finish(store, factor, within()), store);
+  return handOver(cells, factor, store);
 }
 
 // Factors in list order. False when the Stein sample can't serve.
-bool LatinSampler::orderCell(sampValues& store, const FactorList& factors) {
+bool LatinSampler::order(std::int32_t cells, sampValues& store, const FactorList& factors) {
   const bool byMatrix = factors.correlationMode == kImanConover;
   if (!ordering_.isStarted() && !(byMatrix ? ordering_.startImanConover(factors, numSamples, within(), errorText)
                                            : ordering_.startStein(factors, numSamples, within(), errorText)))
     return false;
-  if (sampleIndex == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
-  const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
-  nextCell(numSamples);
+  if (cell_ == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
+  bool placed = true;
+  for (std::int32_t k = 0; placed && k < cells; ++k)
+    placed = ordering_.placeCell(factorPosition, row(k), store, factors);
   return checkStore(placed, store);
+}
+
+// The column of a factor goes to the store with its last cell.
+bool LatinSampler::handOver(std::int32_t cells, std::int32_t factor, sampValues& store) {
+  return cell_ + cells < cellsAFactor() || checkStore(column_.finish(store, factor, within()), store);
 }
 
 void LatinSampler::releaseColumns() {
   column_.release();
   parentColumn_.release();
   ordering_.release();
+  random_ = {};
+  rows_ = {};
 }
 
 void LatinSampler::reset() {
   Sampler::reset();
   phase_ = kStratify;
   ranked_ = false;
-  exchanges_ = 0;
+  cell_ = 0;
   releaseColumns();
 }
 

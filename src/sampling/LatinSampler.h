@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "correlation/DiagonalBand.h"
 #include "sampling/DesignColumn.h"
 #include "sampling/RankOrdering.h"
@@ -29,28 +31,34 @@ class LatinSampler : public Sampler {
   bool readItems(TextReader& in) override;
   void restoreDefaults() override;
 
-  bool independentStep(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
-  bool rankedStep(sampValues& store, const FactorList& factors);
-  void endStep(Phase next, float phaseEnd, std::int32_t phaseFactors, double percent);
+  // What a phase walks over: every factor that counts, its cells one after the other.
+  std::int64_t cellsAFactor() const;
+  std::int32_t factorsOfPhase() const;
+  // The progress when `cells` of the phase are done.
+  float progressAt(std::int64_t cells) const;
+  std::int32_t nextStretch(double target) const;
+  void leave(std::int32_t cells);
+  // The run of a stretch's cell `k`.
+  std::int32_t row(std::int32_t k) const { return static_cast<std::int32_t>(cell_) + k; }
 
-  bool stratifyCell(sampValues& store, const FactorList& factors);
-  bool stratifyCellToOrder(sampValues& store, const FactorList& factors);
-  bool exchangePair(sampValues& store, const FactorList& factors);
-  bool finishCell(DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
-  bool orderCell(sampValues& store, const FactorList& factors);
-
-  double stratumPoint();
-  std::int32_t drawRow();
-  void nextExchange();
-  double visited(double cellsPerFactor, std::int64_t inFactor) const;
+  // Each works on the next cells of one factor; false when the store refuses, and after a stop.
+  bool visit(std::int32_t cells, DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
+  bool stratify(std::int32_t cells, sampValues& store, const FactorList& factors);
+  bool exchange(std::int32_t pairs, sampValues& store, const FactorList& factors);
+  bool finish(std::int32_t cells, DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
+  bool order(std::int32_t cells, sampValues& store, const FactorList& factors);
+  void stratifyColumn(std::int32_t cells);
+  bool handOver(std::int32_t cells, std::int32_t factor, sampValues& store);
   void releaseColumns();
 
   Phase phase_ = kStratify;
   bool ranked_ = false;  // the columns are put in the order of a rank table
   std::int32_t numStochastic_ = 0;
-  std::int64_t exchanges_ = 0;  // made in the current column
-  DesignColumn column_;         // of the factor that is being worked on
-  DesignColumn parentColumn_;   // of its parent in the dependence tree
+  std::int64_t cell_ = 0;           // of the current factor: a run, or an exchange
+  std::vector<double> random_;      // numbers of a stretch
+  std::vector<std::int32_t> rows_;  // and the rows that they choose
+  DesignColumn column_;             // of the factor that is being worked on
+  DesignColumn parentColumn_;       // of its parent in the dependence tree
   RankOrdering ordering_;
 };
 

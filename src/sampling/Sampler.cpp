@@ -133,15 +133,8 @@ void Sampler::setRunProgress(std::int64_t runs) {
 }
 
 std::int32_t Sampler::runsUntil(double target) const {
-  std::int32_t count = 0;
-  for (std::int32_t last = numSamples; count < last;) {
-    const std::int32_t middle = count + (last - count) / 2;
-    if (runProgress(middle) < target)
-      count = middle + 1;
-    else
-      last = middle;
-  }
-  return count;
+  if (runProgress(0) >= target) return 0;
+  return cellsUntil(target, numSamples, [this](std::int32_t runs) { return runProgress(runs); });
 }
 
 void Sampler::writeCounts(TextWriter& out) const {

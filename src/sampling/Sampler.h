@@ -107,6 +107,10 @@ class Sampler {
   bool isAtStart() const { return progress == 0.0f && sampleIndex == 0 && factorPosition == 0; }
   // Goes on to the next cell of a walk that visits each factor `cells` times.
   void nextCell(std::int32_t cells);
+  // The least number of cells, of `most`, after which `progressAfter` has reached `target`; `most` when none of them
+  // reaches it. So many can be made in one piece, as if the progress had been looked at after each.
+  template <class ProgressAfter>
+  static std::int32_t cellsUntil(double target, std::int32_t most, ProgressAfter progressAfter);
   // Takes `percent` over as `progress`. As long as the phase isn't done it stays below the phase's end, which single
   // precision would round it to in a table of many millions of cells.
   void setProgress(double percent, float phaseEnd, bool phaseDone);
@@ -135,6 +139,20 @@ class Sampler {
   const Progress* watched_ = nullptr;  // while a generation goes on
   std::int64_t unreported_ = 0;        // cells since the last report
 };
+
+template <class ProgressAfter>
+std::int32_t Sampler::cellsUntil(double target, std::int32_t most, ProgressAfter progressAfter) {
+  if (progressAfter(most) < target) return most;
+  std::int32_t last = most;
+  for (std::int32_t first = 1; first < last;) {
+    const std::int32_t middle = first + (last - first) / 2;
+    if (progressAfter(middle) < target)
+      first = middle + 1;
+    else
+      last = middle;
+  }
+  return last;
+}
 
 // Reads a whole number that must be at least `least`; `what` says what it is.
 [[nodiscard]] bool readAtLeast(TextReader& in, const char* what, std::int32_t least, std::int32_t& value);
