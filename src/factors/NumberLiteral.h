@@ -13,5 +13,7 @@ bool readNumberLiteral(std::string_view text, std::size_t& position, double& val
 // `value` as it enters an equation: written by "%.<precision>g" and read back by the rule of readNumberLiteral, a minus
 // sign counting as an operator. A value that is not finite stays what it is.
 double enteringValue(double value, int precision = 6);
+// The same at six digits for `count` values that stand `step` apart, in less time.
+void enteringValues(const double* values, std::size_t step, std::size_t count, double* entering);
 
 }  // namespace tarvex

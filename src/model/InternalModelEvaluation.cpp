@@ -38,8 +38,7 @@ void InternalModel::evaluateRows(const double* values, std::size_t rows, double*
   // Of this model: a copy brings its original's.
   for (std::size_t place = 0; place < columns_.size(); ++place) columns_[place] = entering_.data() + place * kBlockRows;
   const auto enter = [this, rows](std::size_t place, const double* from, std::size_t step) {
-    double* const to = entering_.data() + place * kBlockRows;
-    for (std::size_t i = 0; isUsed_[place] && i < rows; ++i) to[i] = enteringValue(from[i * step]);
+    if (isUsed_[place]) enteringValues(from, step, rows, entering_.data() + place * kBlockRows);
   };
   for (std::size_t j = 0; j < inputs; ++j) enter(j, values + j, inputs);
   std::fill_n(failed, rows, 0.0);

@@ -23,9 +23,8 @@ bool printAlike(double a, double b) {
   return std::fabs(a - b) <= kAlike * std::fabs(a) && numberText(a) == numberText(b);
 }
 
-// The output whose name stands at `position` as a whole word; -1 for none.
+// The output whose name stands at `position`, where a word begins, as a whole word; -1 for none.
 std::int32_t outputAt(std::string_view text, const std::vector<std::string>& names, std::size_t position) {
-  if (position > 0 && isWordChar(text[position - 1])) return -1;
   std::int32_t found = -1;
   std::size_t length = 0;
   for (std::size_t i = 0; i < names.size(); ++i) {
