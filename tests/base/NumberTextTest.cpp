@@ -91,7 +91,11 @@ struct Text {
 };
 
 TEST(NumberText, ParsesTheNumberAtTheStart) {
+  const std::string tinyByItsZeros = "0." + std::string(400, '0') + "1e50";
+  const std::string largeByItsDigits = std::string(400, '1') + "e-50";
   const Text texts[] = {
+      {tinyByItsZeros.c_str(), tinyByItsZeros.size(), 0},
+      {largeByItsDigits.c_str(), 0, 0},
       {"+1.5", 4, 1.5},
       {"-.5e1x", 5, -5},
       {"12,5", 2, 12},

@@ -41,6 +41,21 @@ TEST(NumberLiteralTest, EnteringValueIsWhatTheEvaluatorReads) {
               std::bit_cast<std::uint64_t>(enteringValue(value, precision)))
         << text;
   }
+  // Many at once, those that are plain and those that aren't beside each other.
+  std::vector<double> values(2 * 4099), entering(4099);
+  for (long block = 0; block < std::max(count / 4099, 1L); ++block) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      const std::uint64_t bits = random();
+      values[i] = (static_cast<double>(bits >> 11) * 0x1p-53 - 0.5) * std::pow(10.0, static_cast<int>(bits % 12) - 4);
+      if (i % 6 == 0) values[i] = std::bit_cast<double>(bits);
+      if (i % 34 == 0)
+        values[i] = (100000.5 + static_cast<double>(bits % 900000)) * std::pow(10.0, -static_cast<int>(i % 10));
+    }
+    enteringValues(values.data(), 2, entering.size(), entering.data());
+    for (std::size_t i = 0; i < entering.size(); ++i)
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(entering[i]), std::bit_cast<std::uint64_t>(enteringValue(values[2 * i])))
+          << values[2 * i];
+  }
   EXPECT_TRUE(std::signbit(enteringValue(-0.0)));
   EXPECT_TRUE(std::isnan(enteringValue(NAN)));
   EXPECT_EQ(enteringValue(-INFINITY), -INFINITY);

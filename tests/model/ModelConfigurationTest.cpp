@@ -220,7 +220,7 @@ TEST_F(ModelConfigurationTest, OutputFileTimeModes) {
       {"another last time", head + "2\nRUN 0\n2\n0 1\n1 2\nRUN 1\n2\n0 3\n1.5 4\n", kDifferentGrids},
       {"first and third alike", head + "3\nRUN 0\n1\n0 1\nRUN 1\n1\n5 1\nRUN 2\n1\n0 3\n", kDifferentGrids},
       {"values on any lines", head + "1\nany 0 more\n2 0\n1\n1\n2 dropped\n", kSharedGrid},
-      {"no times", "1\ny\ntime = no\n2\n1\n2", kNoTimeAxis},
+      {"no times", "1\ny\ntime = no\n+2\n+1\n2", kNoTimeAxis},
       {"more runs than counted", "1\ny\nx=no\n1\n1\n2\nrubbish\n", kNoTimeAxis},
       {"what follows the count of runs", "1\ny\nx=no\n1" + std::string(19, ' ') + "\n7\n", kNoTimeAxis},
   };

@@ -2,6 +2,7 @@
 
 #include "plots/FigureLayout.h"
 
+#include "plots/Canvas.h"
 #include "plots/FigureIndex.h"
 #include "plots/LineCounts.h"
 #include "plots/SampleFigures.h"
@@ -102,6 +103,7 @@ TEST(FigureLayout, columnsDroppedRunsAndZoom) {
   EXPECT_NEAR(plane.x(0.45), plane.frame.plane.x, 1e-9);
   ASSERT_TRUE(index.hit(plane.x(0.5), plane.y(2.0), kReach));
   EXPECT_EQ(index.hit(plane.x(0.5), plane.y(2.0), kReach)->number, 1007);
+  EXPECT_EQ(index.hit(plane.x(0.5), plane.y(2.0), 1e4)->number, 1007) << "the nearest of all charts, not the last";
   points.runs.dropped.assign(200, 1);
   EXPECT_FALSE(index.hit(plane.x(0.5), plane.y(2.0), kReach)) << "it isn't shown";
   points.runs.showDropped = true;
@@ -123,6 +125,15 @@ TEST(FigureLayout, columnsDroppedRunsAndZoom) {
   runs.dropped.assign(60, 1);
   EXPECT_FALSE(index.hit(x - 20.0, cobwebAt.plane.centreY(), 1000.0) &&
                index.hit(x - 20.0, cobwebAt.plane.centreY(), 1000.0)->chart == 2);
+}
+
+TEST(ClipLine, whatLiesOutsideIsNone) {
+  const Rect clip{0.0, 0.0, 10.0, 10.0};
+  double x0 = -5.0, y0 = 8.0, x1 = 2.0, y1 = 15.0;
+  EXPECT_FALSE(clipLine(clip, x0, y0, x1, y1)) << "past a corner";
+  x0 = -5.0, y0 = 0.0, x1 = 10.0, y1 = 15.0;
+  ASSERT_TRUE(clipLine(clip, x0, y0, x1, y1));
+  EXPECT_TRUE(x0 == 0.0 && y0 == 5.0 && x1 == 5.0 && y1 == 10.0);
 }
 
 TEST(AxisMap, positionsAndValuesAreEachOthersInverse) {
