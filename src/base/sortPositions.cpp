@@ -5,7 +5,9 @@
 #include <bit>
 #include <cmath>
 #include <iterator>
+#include <memory>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "base/Memory.h"
@@ -59,7 +61,7 @@ enum class Runs { Sorted, Long, Stopped };
 
 // Entries of equal leading bits stand together, in the order of their positions: sorts each such run by the whole key.
 // Long: a run is so long that this would take its time.
-Runs sortRuns(std::vector<Entry>& entries, int bitsBelow, const Progress& progress) {
+Runs sortRuns(std::span<Entry> entries, int bitsBelow, const Progress& progress) {
   constexpr std::ptrdiff_t kShortRun = 16;
   constexpr std::ptrdiff_t kLongRun = 2000;
   constexpr std::ptrdiff_t kAtOnce = std::ptrdiff_t{1} << 18;
@@ -88,8 +90,9 @@ Runs sortRuns(std::vector<Entry>& entries, int bitsBelow, const Progress& progre
 // digits stay in place. The leading digits leave few neighbours to be sorted by the rest of the keys; where they leave
 // many, all digits are used. Empty after a stop.
 std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, int first, const Progress& progress) {
-  std::vector<Entry> entries(values.size());
-  std::vector<Entry> sorted(values.size());
+  // Not filled with zeros first: every entry is written before it is read.
+  auto entries = std::make_unique_for_overwrite<Entry[]>(values.size());
+  auto sorted = std::make_unique_for_overwrite<Entry[]>(values.size());
   std::array<std::array<std::size_t, kDigitValues>, kDigits> counts{};
   const int steps = kDigits - first + 3;  // keys, passes, runs, positions
   int step = 0;
@@ -107,12 +110,13 @@ std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, int fi
     auto& starts = counts[static_cast<std::size_t>(digit)];
     if (starts[digitOf(entries[0].key, digit)] == values.size()) continue;  // all alike
     std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), std::size_t{0});
-    going = forAll(entries.size(), ofPass,
+    going = forAll(values.size(), ofPass,
                    [&](std::size_t i) { sorted[starts[digitOf(entries[i].key, digit)]++] = entries[i]; });
     entries.swap(sorted);
   }
   const Progress ofRuns = nextPart();
-  const Runs runs = going && first > 0 ? sortRuns(entries, first * kDigitBits, ofRuns) : Runs::Sorted;
+  const Runs runs =
+      going && first > 0 ? sortRuns({entries.get(), values.size()}, first * kDigitBits, ofRuns) : Runs::Sorted;
   if (runs == Runs::Long) return sortByDigits(values, 0, progress.part((step - 1.0) / steps, 1.0));
   if (!going || runs == Runs::Stopped) return {};
   std::vector<std::int32_t> positions(values.size());

@@ -8,8 +8,8 @@
 
 #include "base/Memory.h"
 #include "base/WorkPace.h"
+#include "base/randomExchanges.h"
 #include "base/sortPositions.h"
-#include "base/uniformRandom.h"
 #include "factors/Distribution.h"
 #include "factors/FactorList.h"
 #include "factors/makeFactor.h"
@@ -80,18 +80,14 @@ bool ImanConover::drawShuffledScores(const Progress& progress) {
   const Progress shuffling = progress.part(kScoresShare, kShuffledShare);
   const double rows = rowCount_;
   const auto swaps = static_cast<std::int32_t>(rows * kSwapsPerRow);
-  const auto drawRow = [&] {
-    return static_cast<std::size_t>(std::min(static_cast<std::int32_t>(uniformRandom(seed_) * rows), rowCount_ - 1));
-  };
   std::vector<std::int32_t> sorted(static_cast<std::size_t>(rowCount_));
   std::iota(sorted.begin(), sorted.end(), 0);
   for (std::int32_t column = 0; column < factorCount_; ++column) {
     std::vector<std::int32_t>& places = ranks_.emplace_back(sorted);
-    for (std::int32_t swap = 0; swap < swaps; ++swap) {
-      if (swap % kSwapsAReport == 0 && !shuffling.report(column + swap / rows, factorCount_ + 0.0)) return false;
-      const std::size_t a = drawRow();
-      const std::size_t b = drawRow();
-      std::swap(places[a], places[b]);
+    for (std::int32_t done = 0; done < swaps; done += kSwapsAReport) {
+      if (!shuffling.report(column + done / rows, factorCount_ + 0.0)) return false;
+      exchangeAtRandom(seed_, places.data(), rowCount_,
+                       static_cast<std::size_t>(std::min(kSwapsAReport, swaps - done)));
     }
   }
   return true;

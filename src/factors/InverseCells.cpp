@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/VectorUnits.h"
 #include "factors/Distribution.h"
 #include "factors/properForm.h"
 
@@ -172,37 +173,38 @@ double InverseCells::findSlowly(const Distribution& distribution, const Search& 
   return middle(lo.point.x, hi.point.x);
 }
 
-// Searches side by side, as pairs for the vector registers that every machine has. A lane without an interpolated
-// quantile stands still.
+// Searches side by side, in groups for vector registers. A lane without an interpolated quantile stands still.
 struct InverseCells::Lanes {
-  typedef double Pair __attribute__((vector_size(2 * sizeof(double))));
-  static constexpr std::size_t kWidth = 2;
+  static constexpr std::size_t kWidth = 4;
+  typedef double Group __attribute__((vector_size(kWidth * sizeof(double))));
 
-  static double& at(Pair (&pairs)[kLanes / kWidth], std::size_t lane) { return reinterpret_cast<double*>(pairs)[lane]; }
+  static double& at(Group (&groups)[kLanes / kWidth], std::size_t lane) {
+    return reinterpret_cast<double*>(groups)[lane];
+  }
 
-  Pair lo[kLanes / kWidth] = {};
-  Pair hi[kLanes / kWidth] = {};
-  Pair x[kLanes / kWidth] = {};
-  Pair reach[kLanes / kWidth] = {};
-  Pair narrow[kLanes / kWidth];
-  Pair wide[kLanes / kWidth] = {};
-  Pair open[kLanes / kWidth] = {};  // not 0 where a middle or a width left something open
+  Group lo[kLanes / kWidth] = {};
+  Group hi[kLanes / kWidth] = {};
+  Group x[kLanes / kWidth] = {};
+  Group reach[kLanes / kWidth] = {};
+  Group narrow[kLanes / kWidth];
+  Group wide[kLanes / kWidth] = {};
+  Group open[kLanes / kWidth] = {};  // not 0 where a middle or a width left something open
 };
 
-void InverseCells::halveTogether(Lanes& lanes) {
-  using Pair = Lanes::Pair;
+TARVEX_INLINE void InverseCells::halve(Lanes& lanes) {
+  using Group = Lanes::Group;
   constexpr int kMaxPasses = 64;
-  const Pair one = {1.0, 1.0};
-  const Pair zero = {0.0, 0.0};
+  const Group one = {1.0, 1.0, 1.0, 1.0};
+  const Group zero = {};
   bool isActive = true;
   for (int pass = 0; pass < kMaxPasses && isActive; ++pass) {
-    Pair active = zero;
+    Group active = zero;
     for (std::size_t k = 0; k < kLanes / Lanes::kWidth; ++k) {
-      const Pair lo = lanes.lo[k];
-      const Pair hi = lanes.hi[k];
-      const Pair x = lanes.x[k];
-      const Pair width = hi - lo;
-      const Pair m = (lo + hi) * 0.5;
+      const Group lo = lanes.lo[k];
+      const Group hi = lanes.hi[k];
+      const Group x = lanes.x[k];
+      const Group width = hi - lo;
+      const Group m = (lo + hi) * 0.5;
       const auto goesOn = width >= lanes.narrow[k];
       const auto isNear = (m - x <= lanes.reach[k]) & (x - m <= lanes.reach[k]);
       const auto isOpen = (width <= lanes.wide[k]) | isNear;
@@ -212,9 +214,20 @@ void InverseCells::halveTogether(Lanes& lanes) {
       lanes.open[k] = goesOn & isOpen ? one : lanes.open[k];
       active = goesOn ? one : active;
     }
-    isActive = active[0] + active[1] != 0.0;
+    isActive = active[0] + active[1] + active[2] + active[3] != 0.0;
   }
   for (std::size_t k = 0; isActive && k < kLanes / Lanes::kWidth; ++k) lanes.open[k] = one;
+}
+
+TARVEX_WIDE void InverseCells::halveWide(Lanes& lanes) {
+  halve(lanes);
+}
+
+void InverseCells::halveTogether(Lanes& lanes) {
+  if (hasWideUnits())
+    halveWide(lanes);
+  else
+    halve(lanes);
 }
 
 void InverseCells::find(const Distribution& distribution, const Search* searches, double* x, std::size_t count) {

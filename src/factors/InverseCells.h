@@ -50,6 +50,8 @@ class InverseCells {
   struct Part;
 
   const Piece* pieceFor(const Distribution& distribution, const Search& search);
+  static void halve(Lanes& lanes);
+  static void halveWide(Lanes& lanes);
   static void halveTogether(Lanes& lanes);
   static bool interpolate(const Distribution& distribution, const Part& part, Piece& piece);
   static void addPieces(const Distribution& distribution, const Part& part, std::vector<Piece>& pieces);

@@ -18,11 +18,16 @@ bool DesignColumn::finish(sampValues& store, std::int32_t column, const Progress
 }
 
 bool DesignColumn::sortAscending(const Progress& progress) {
+  constexpr std::int64_t kFetched = 4;  // additions in the time of a value from anywhere
   std::vector<std::int32_t> positions;
   std::vector<double> sorted;
   if (!sortPositions(values_, positions, progress)) return false;
   if (!fitsInMemory([&] { sorted.reserve(values_.size()); })) return false;
-  for (const std::int32_t position : positions) sorted.push_back(values_[static_cast<std::size_t>(position)]);
+  WorkPace pace(progress, size(), kFetched);
+  for (const std::int32_t position : positions) {
+    if (!pace.step()) return false;
+    sorted.push_back(values_[static_cast<std::size_t>(position)]);
+  }
   values_.swap(sorted);
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/randomExchanges.h"
 #include "base/uniformRandom.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
@@ -14,8 +15,8 @@ namespace {
 constexpr float kStratified = 25.0f;
 constexpr float kShuffled = 45.0f;
 
-constexpr int kExchangesPerRow = 2;     // random exchanges that shuffle a column, for each row
-constexpr std::int64_t kStretch = 256;  // cells in one piece: what a processor can have under way, and some
+constexpr int kExchangesPerRow = 2;      // random exchanges that shuffle a column, for each row
+constexpr std::int64_t kStretch = 1024;  // cells in one piece
 
 }  // namespace
 
@@ -123,20 +124,12 @@ void LatinSampler::stratifyColumn(std::int32_t cells) {
     column_[row(k)] = pointOfStratum(row(k), numSamples, random_[static_cast<std::size_t>(k)]);
 }
 
-// Random exchanges, which shuffle a root's column. All rows of a stretch are drawn before the first exchange, so that
-// the processor fetches their values side by side.
+// Random exchanges, which shuffle a root's column.
 bool LatinSampler::exchange(std::int32_t pairs, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   if (factors.parentOf(factor) != -1) return true;
   if (cell_ == 0 && !checkStore(column_.load(store, factor), store)) return false;
-  random_.resize(2 * static_cast<std::size_t>(pairs));
-  uniformRandom(randomState, random_.data(), random_.size());
-  rows_.clear();
-  for (const double number : random_) {
-    rows_.push_back(std::min(static_cast<std::int32_t>(number * numSamples), numSamples - 1));
-    __builtin_prefetch(&column_[rows_.back()], 1);
-  }
-  for (std::size_t k = 0; k < rows_.size(); k += 2) std::swap(column_[rows_[k]], column_[rows_[k + 1]]);
+  exchangeAtRandom(randomState, &column_[0], numSamples, static_cast<std::size_t>(pairs));
   return handOver(pairs, factor, store);
 }
 
@@ -185,7 +178,6 @@ void LatinSampler::releaseColumns() {
   parentColumn_.release();
   ordering_.release();
   random_ = {};
-  rows_ = {};
 }
 
 void LatinSampler::reset() {

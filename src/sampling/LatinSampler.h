@@ -54,11 +54,10 @@ class LatinSampler : public Sampler {
   Phase phase_ = kStratify;
   bool ranked_ = false;  // the columns are put in the order of a rank table
   std::int32_t numStochastic_ = 0;
-  std::int64_t cell_ = 0;           // of the current factor: a run, or an exchange
-  std::vector<double> random_;      // numbers of a stretch
-  std::vector<std::int32_t> rows_;  // and the rows that they choose
-  DesignColumn column_;             // of the factor that is being worked on
-  DesignColumn parentColumn_;       // of its parent in the dependence tree
+  std::int64_t cell_ = 0;       // of the current factor: a run, or an exchange
+  std::vector<double> random_;  // numbers of a stretch
+  DesignColumn column_;         // of the factor that is being worked on
+  DesignColumn parentColumn_;   // of its parent in the dependence tree
   RankOrdering ordering_;
 };
 
