@@ -77,7 +77,9 @@ TEST_P(Family, cumulativeRisesFromZeroToOneOverTheSupport) {
 TEST_P(Family, inverseUndoesTheCumulative) {
   for (int k = 1; k < 100; ++k) {
     const TablePoint& point = member_->table[static_cast<std::size_t>(k)];
-    if (static_cast<int>(point.p * 100.0) == k) EXPECT_EQ(member_->Distribution::inverse(point.p), point.x) << k;
+    if (static_cast<int>(point.p * 100.0) == k) {
+      EXPECT_EQ(member_->Distribution::inverse(point.p), point.x) << k;
+    }
   }
   for (int k = 1; k < 1000; ++k) {
     const double u = k / 1000.0;
