@@ -106,6 +106,7 @@ bool sampleCorrelations(const PrepConfiguration& prep, CorrelationMatrix& matrix
 }
 
 Figure correlationMap(const CorrelationMatrix& matrix) {
+  constexpr double kLeast = 0.005;
   constexpr double kCell = 46.0;
   constexpr double kLeastSize = 480.0;
   constexpr double kMostSize = 2400.0;
@@ -125,7 +126,11 @@ Figure correlationMap(const CorrelationMatrix& matrix) {
     chart.y.names.push_back(std::to_string(size - i) + "  " + matrix.names[size - 1 - i]);
   }
   for (const double value : matrix.values) {
-    cells.texts.push_back(std::isfinite(value) ? formNumber(value, NumberForm::TwoDecimals) : "-");
+    // Where another form would begin two decimals are 0.
+    const double rounded = std::abs(value) < kLeast ? 0.0 : value;
+    cells.texts.push_back(!std::isfinite(value) ? "-"
+                          : rounded == 0.0      ? "0.00"
+                                                : formNumber(rounded, NumberForm::TwoDecimals));
     cells.colours.push_back(correlationColour(value));
   }
   chart.layers.emplace_back(std::move(cells));

@@ -221,7 +221,7 @@ Figure figureOf(const UaStats& stats, const std::vector<std::int32_t>& variables
     std::optional<Series> series = seriesOf(stats, variable, form, scale);
     if (series) {
       if (bins == HistogramBins::Suited && !isCurve(form))
-        series->folded = !series->constant && takeBinsTogether(series->edges, series->heights);
+        series->folded = !series->constant && takeBinsTogether(series->edges, series->heights, series->runs);
       all.push_back(std::move(*series));
     } else if (const std::string* name = stats.name(variable)) {
       without.push_back(*name);

@@ -51,6 +51,9 @@ TEST(HistogramPlot, countsTheRunsOfOneVariable) {
   EXPECT_THAT(figure.subtitle, HasSubstr("1 without a number"));
   EXPECT_THAT(figure.legend, IsEmpty());
 
+  const Figure parts = histogramPlot({&column}, HistogramForm::Frequency, kLinearScale);
+  EXPECT_EQ(std::get<Area>(chartOf(parts).layers.at(0)).edges, area.edges) << "shares stand in the same columns";
+
   const Figure shares = histogramOf({0.0, 1.0, 1.0, 4.0}, HistogramForm::Frequency);
   EXPECT_DOUBLE_EQ(sumOf(std::get<Area>(chartOf(shares).layers.at(0)).heights), 1.0);
   const Figure rising = histogramOf({0.0, 1.0, 1.0, 4.0}, HistogramForm::Cumulative);
