@@ -38,10 +38,15 @@ bool analyse(ProjectConfiguration& project, const AnalysisRequest& request, Fron
   return analyse(postProcessor, request, frontEnd);
 }
 
-bool completeAnalysis(ProjectConfiguration& project, FrontEnd& frontEnd) {
+bool completeAnalysis(PostProcessor& postProcessor, FrontEnd& frontEnd) {
   return serve(frontEnd, [&](const Progress& progress, std::string& message) {
-    return PostProcessor(project).complete(progress, message);
+    return postProcessor.complete(progress, message);
   });
+}
+
+bool completeAnalysis(ProjectConfiguration& project, FrontEnd& frontEnd) {
+  PostProcessor postProcessor(project);
+  return completeAnalysis(postProcessor, frontEnd);
 }
 
 bool provideMeasures(ProjectConfiguration& project, const std::string& name, FrontEnd& frontEnd, std::int32_t& place) {

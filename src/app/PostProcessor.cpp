@@ -187,6 +187,11 @@ bool PostProcessor::provideMeasures(const std::string& name, const Progress& pro
   return compute(request, progress, message);
 }
 
+bool PostProcessor::provideTable(const Progress& progress, std::string& message) {
+  OutputVariables taken;
+  return takeTexts(variables(), taken, message) && buildTable(taken, progress, message);
+}
+
 std::shared_ptr<const AnalysisSnapshot> PostProcessor::snapshot() {
   if (snapshot_) return snapshot_;
   auto made = std::make_shared<AnalysisSnapshot>();

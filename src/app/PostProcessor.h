@@ -64,6 +64,9 @@ class PostProcessor {
   [[nodiscard]] bool provideMeasures(const std::string& name, const Progress& progress, std::int32_t& variable,
                                      std::string& message);
 
+  // Sees to it that the snapshot has its table: the values of the selected variables.
+  [[nodiscard]] bool provideTable(const Progress& progress, std::string& message);
+
   // The present moment. The same object as long as nothing changes: that is how a holder sees that its own is past.
   std::shared_ptr<const AnalysisSnapshot> snapshot();
 

@@ -148,6 +148,14 @@ void addAnalyse(CLI::App& app, AnalyseOptions& options, Command& command) {
   sub->add_option("--confidence", options.confidence, "Level of both bounds on the mean (default 0.75)");
   sub->add_option("--kolmogorov", options.kolmogorov, "Level of the Kolmogorov band (default 0.9)");
   sub->add_option("--alpha", options.alpha, "Confidence of the significance tests (default 0.95)");
+  sub->add_option("--quantile", options.quantiles,
+                  "A quantile in percent, beside 1, 5, 25, 50, 75, 95 and 99; may be repeated")
+      ->allow_extra_args(false);
+  sub->add_option("--exceeds", options.thresholds,
+                  "A value whose probability of being exceeded is told; may be repeated")
+      ->allow_extra_args(false);
+  sub->add_option("--interval", options.interval,
+                  "Confidence of the intervals of quantiles and probabilities (default 0.95)");
   sub->add_flag("--log", options.logScale, "Show the histograms on the logarithmic scale");
   sub->add_option("--csv", options.csvFile, "Write all results with full precision as CSV");
   sub->add_option("--json", options.jsonFile, "Write all results with full precision as JSON");

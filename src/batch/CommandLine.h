@@ -54,6 +54,9 @@ struct AnalyseOptions {
   std::optional<double> confidence;
   std::optional<double> kolmogorov;
   std::optional<double> alpha;
+  std::vector<double> quantiles;  // in percent, beside the usual ones
+  std::vector<double> thresholds;
+  std::optional<double> interval;  // confidence of the intervals of both
   bool logScale = false;
   std::string csvFile;
   std::string jsonFile;

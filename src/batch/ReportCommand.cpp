@@ -22,10 +22,15 @@ int runReport(const ReportOptions& options, const Console& console) {
   if (!loadStudyFile(options.input, project, console)) return kFailed;
   if (!project.hasPrep || !project.hasModel)
     return console.fail("The file holds no results to report: " + options.input);
-  if (!completeAnalysis(project, console.frontEnd)) return kFailed;
+  PostProcessor postProcessor(project);
+  QuantileTable quantiles;
+  if (!completeAnalysis(postProcessor, console.frontEnd)) return kFailed;
+  if (!postProcessor.provideTable(console.watched(), message) ||
+      !computeQuantiles(*postProcessor.snapshot()->table, {}, quantiles, message, console.watched()))
+    return console.fail(message);
   const std::string title =
       options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title;
-  if (!saveDocument(options.output, studyReport(project.prep, project.model, project.vels, title), message))
+  if (!saveDocument(options.output, studyReport(project.prep, project.model, project.vels, title, quantiles), message))
     return console.fail(message);
   console.out << "Report of " << project.model.results.runCount() << " runs: " << options.output << '\n';
   return kSucceeded;

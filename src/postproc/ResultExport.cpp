@@ -39,11 +39,12 @@ nlohmann::json jsonSample(const PrepConfiguration& prep) {
 
 }  // namespace
 
-bool exportCsv(const VelsConfiguration& vels, const std::string& path, std::string& message) {
+bool exportCsv(const VelsConfiguration& vels, const std::string& path, std::string& message,
+               const QuantileTable& quantiles) {
   TextWriter out(path);
   out.setPrecision(kCsvPrecision);
   out << "block,variable,item,quantity,value,remark\n";
-  forEachResult(vels, [&](const ResultRow& row) {
+  forEachResult(vels, quantiles, [&](const ResultRow& row) {
     const std::string& variable = vels.selectedVariables()[static_cast<std::size_t>(row.variable)];
     out << row.block << ',' << csvQuoted(variable) << ',' << csvQuoted(row.item) << ',' << row.quantity << ',';
     if (row.value) out << *row.value;
@@ -53,10 +54,12 @@ bool exportCsv(const VelsConfiguration& vels, const std::string& path, std::stri
 }
 
 bool exportJson(const PrepConfiguration& prep, const VelsConfiguration& vels, const std::string& path,
-                std::string& message) {
+                std::string& message, const QuantileTable& quantiles) {
   nlohmann::json document = {{"sample", jsonSample(prep)}};
   for (const std::string& text : vels.selectedVariables()) document["variables"].push_back({{"variable", text}});
-  forEachResult(vels, [&](const ResultRow& row) {
+  if (!quantiles.variables.empty())
+    document["intervals"] = {{"quantiles", kQuantileMethod}, {"exceedance", kExceedanceMethod}};
+  forEachResult(vels, quantiles, [&](const ResultRow& row) {
     nlohmann::json& variable = document["variables"][static_cast<std::size_t>(row.variable)];
     nlohmann::json& block = variable[std::string(row.block)];
     (row.item.empty() ? block : block[row.item])[row.quantity] = jsonNumber(row.value);

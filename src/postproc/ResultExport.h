@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "postproc/Quantiles.h"
+
 namespace tarvex {
 
 class PrepConfiguration;
@@ -15,10 +17,11 @@ inline constexpr const char* kCannotSave = "I cannot save the file";
 //
 // CSV: a number a line under the columns block, variable, item, quantity, value, remark. What is no number is "nan";
 // what was not computed has no value and the reason for a remark.
-[[nodiscard]] bool exportCsv(const VelsConfiguration& vels, const std::string& path, std::string& message);
+[[nodiscard]] bool exportCsv(const VelsConfiguration& vels, const std::string& path, std::string& message,
+                             const QuantileTable& quantiles = {});
 // JSON: the same by variable, with what was sampled. What is no number or was not computed is null; the reasons stand
-// under "not computed", by quantity.
+// under "not computed", by quantity, and how intervals were made under "intervals".
 [[nodiscard]] bool exportJson(const PrepConfiguration& prep, const VelsConfiguration& vels, const std::string& path,
-                              std::string& message);
+                              std::string& message, const QuantileTable& quantiles = {});
 
 }  // namespace tarvex

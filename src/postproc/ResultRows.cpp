@@ -1,6 +1,8 @@
 #include "postproc/ResultRows.h"
 
+#include "base/NumberText.h"
 #include "postproc/MeasureSlots.h"
+#include "postproc/Quantiles.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/VelsConfiguration.h"
 
@@ -41,6 +43,27 @@ void takeUncertainty(const UaStats& statistics, std::int32_t v, const Take& take
     takeHistogram("logarithmic histogram", v, *statistics.logHistogram(v), take);
 }
 
+void takeEstimate(std::string_view block, std::int32_t v, const std::string& item, const Estimate& estimate,
+                  const Take& take) {
+  take({block, v, item, "value", estimate.value});
+  take({block, v, item, "lower", estimate.lower});
+  take({block, v, item, "upper", estimate.upper});
+}
+
+// Items are shares in percent, and values that are exceeded.
+void takeQuantiles(const QuantileTable& quantiles, std::int32_t v, const Take& take) {
+  constexpr double kPercent = 100.0;
+  constexpr int kDigits = 10;
+  const QuantileRequest& request = quantiles.request;
+  const VariableQuantiles& found = quantiles.variables[static_cast<std::size_t>(v)];
+  take({"quantiles", v, "", "runs", static_cast<double>(found.runs)});
+  take({"quantiles", v, "", "confidence", request.confidence});
+  for (std::size_t i = 0; i < request.shares.size(); ++i)
+    takeEstimate("quantiles", v, numberText(request.shares[i] * kPercent, kDigits), found.quantiles[i], take);
+  for (std::size_t i = 0; i < request.thresholds.size(); ++i)
+    takeEstimate("exceedance", v, numberText(request.thresholds[i], kDigits), found.exceedances[i], take);
+}
+
 void takeDetermination(const RegressionStats& statistics, std::int32_t v, const Take& take) {
   const auto one = [&](const char* quantity, std::int32_t measure, double value) {
     const std::string reason = statistics.notComputedReason(v, measure);
@@ -78,10 +101,11 @@ void takeMeasures(const SensitivityStats& statistics, std::int32_t v, const Take
 
 }  // namespace
 
-void forEachResult(const VelsConfiguration& vels, const Take& take) {
+void forEachResult(const VelsConfiguration& vels, const QuantileTable& quantiles, const Take& take) {
   const auto variables = static_cast<std::int32_t>(vels.selectedVariables().size());
   for (std::int32_t v = 0; v < variables; ++v) {
     if (v < vels.uncertainty.variableCount()) takeUncertainty(vels.uncertainty, v, take);
+    if (static_cast<std::size_t>(v) < quantiles.variables.size()) takeQuantiles(quantiles, v, take);
     if (vels.sensitivity && vels.sensitivity->computed && v < vels.sensitivity->variableCount)
       takeMeasures(*vels.sensitivity, v, take);
   }

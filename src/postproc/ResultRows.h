@@ -9,10 +9,12 @@
 namespace tarvex {
 
 class VelsConfiguration;
+struct QuantileTable;
 
 // One number of an analysis under its full name.
 struct ResultRow {
-  std::string_view block;  // "uncertainty", "linear histogram", "logarithmic histogram", "measures", "determination"
+  std::string_view block;  // "uncertainty", "linear histogram", "logarithmic histogram", "measures", "determination",
+                           // "quantiles", "exceedance"
   std::int32_t variable;   // index among the analysed variables
   std::string item;        // factor, group or term, or number of the bin; empty for the variable as a whole
   std::string quantity;
@@ -22,6 +24,8 @@ struct ResultRow {
 
 // Hands every number that an analysis may have to `take`, block by block within a variable: exports leave out nothing.
 // A histogram without runs has none.
-void forEachResult(const VelsConfiguration& vels, const std::function<void(const ResultRow&)>& take);
+// Those of `quantiles`, which no file keeps, go with the others of their variable.
+void forEachResult(const VelsConfiguration& vels, const QuantileTable& quantiles,
+                   const std::function<void(const ResultRow&)>& take);
 
 }  // namespace tarvex

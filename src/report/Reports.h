@@ -14,6 +14,7 @@ class PrepConfiguration;
 class SensitivityStats;
 class VelsConfiguration;
 struct Document;
+struct QuantileTable;
 
 // What the system's objects hold, as sections for people, added at the end of a document.
 
@@ -27,6 +28,10 @@ void reportEquations(Document& out, const InternalModel& model);
 void reportResults(Document& out, const ModelConfiguration& model, const VelsConfiguration& vels);
 // Per variable moments and bounds.
 void reportUncertainty(Document& out, const UaStats& statistics);
+// Per variable the quantiles and probabilities with their intervals, of runs by this sampling method. Nothing where
+// none were computed.
+void reportQuantiles(Document& out, const QuantileTable& quantiles, const std::vector<std::string>& variables,
+                     std::int32_t methodId);
 // The filled bins of each variable.
 void reportHistograms(Document& out, const UaStats& statistics, HistogramScale scale);
 // Per variable the measures of the method, factors in the order of the list; or of one variable alone, without heading.

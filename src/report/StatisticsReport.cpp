@@ -6,6 +6,7 @@
 
 #include "postproc/CellFormat.h"
 #include "postproc/MeasureSlots.h"
+#include "postproc/Quantiles.h"
 #include "postproc/RegressionStats.h"
 #include "postproc/UaStats.h"
 #include "report/Document.h"
@@ -150,6 +151,35 @@ void reportUncertainty(Document& out, const UaStats& statistics) {
                   tTest < 0.0 ? "" : number(tTest)});
   }
   out.add(std::move(table));
+}
+
+void reportQuantiles(Document& out, const QuantileTable& quantiles, const std::vector<std::string>& variables,
+                     std::int32_t methodId) {
+  if (quantiles.variables.empty()) return;
+  const QuantileRequest& request = quantiles.request;
+  out.add(Heading{fmt::format("Quantiles, with intervals of {} confidence", cell(request.confidence)), 2});
+  Table table;
+  table.addColumn("variable", Table::Align::Left);
+  table.addColumn("of", Table::Align::Left);
+  for (const char* heading : {"value", "from", "to"}) table.addColumn(heading);
+  std::int64_t missing = 0;
+  for (std::size_t v = 0; v < quantiles.variables.size(); ++v) {
+    const VariableQuantiles& found = quantiles.variables[v];
+    const auto add = [&](const std::string& what, const Estimate& estimate) {
+      const auto end = [](const std::optional<double>& value) { return value ? cell(*value) : "too few runs"; };
+      table.addRow({variables[v], what, cell(estimate.value), end(estimate.lower), end(estimate.upper)});
+    };
+    for (std::size_t i = 0; i < request.shares.size(); ++i) add(percentText(request.shares[i]), found.quantiles[i]);
+    for (std::size_t i = 0; i < request.thresholds.size(); ++i)
+      add("P(above " + cell(request.thresholds[i]) + ")", found.exceedances[i]);
+    missing = std::max(missing, found.missing);
+  }
+  out.add(std::move(table));
+  std::string remark = fmt::format("Intervals of quantiles: {}", kQuantileMethod);
+  if (!request.thresholds.empty()) remark += fmt::format("; of probabilities: {}", kExceedanceMethod);
+  if (missing > 0) remark += fmt::format(". Up to {} runs without a number are left out", missing);
+  out.add(Remark{remark});
+  if (const std::string caution = intervalCaution(methodId); !caution.empty()) out.add(Remark{caution});
 }
 
 void reportHistograms(Document& out, const UaStats& statistics, HistogramScale scale) {

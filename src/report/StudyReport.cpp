@@ -65,11 +65,12 @@ Figure histogramOf(const PrepConfiguration& prep, const ModelConfiguration& mode
 }
 
 void addUncertainty(Document& out, const PrepConfiguration& prep, const ModelConfiguration& model,
-                    const VelsConfiguration& vels) {
+                    const VelsConfiguration& vels, const QuantileTable& quantiles) {
   constexpr double kHeight = 330.0;
   const UaStats& statistics = vels.uncertainty;
   out.add(Heading{"Uncertainty"});
   reportUncertainty(out, statistics);
+  reportQuantiles(out, quantiles, vels.selectedVariables(), prep.methodId());
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
     Figure figure = histogramOf(prep, model, vels, v, HistogramForm::Area);
     Figure cumulative = histogramOf(prep, model, vels, v, HistogramForm::Cumulative);
@@ -115,7 +116,7 @@ void addIdentity(Document& out, const PrepConfiguration& prep) {
 }  // namespace
 
 Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
-                     const std::string& title) {
+                     const std::string& title, const QuantileTable& quantiles) {
   Document out;
   out.title = title;
   out.add(Heading{"Factors"});
@@ -126,7 +127,7 @@ Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& mo
   if (prep.samples.rows() > 0) reportSampleStatistics(out, prep);
   out.add(Heading{"Model"});
   reportResults(out, model, vels);
-  addUncertainty(out, prep, model, vels);
+  addUncertainty(out, prep, model, vels, quantiles);
   addMeasures(out, vels);
   addIdentity(out, prep);
   return out;

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "postproc/Quantiles.h"
+
 namespace tarvex {
 
 class ModelConfiguration;
@@ -11,9 +13,9 @@ struct Document;
 
 // A whole study for its readers, so that somebody else can repeat it: factors with their densities, design, seed and
 // checksum of the sample, model, uncertainty and measures of each variable with their pictures, versions. Blocks that
-// aren't computed are said to be missing. `title` heads the page.
+// aren't computed are said to be missing, quantiles left out. `title` heads the page.
 Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
-                     const std::string& title);
+                     const std::string& title, const QuantileTable& quantiles = {});
 
 // Whether a report can be a file of that name, by its suffix. On false `message` is a sentence for the user.
 [[nodiscard]] bool isReportFile(const std::string& path, std::string& message);

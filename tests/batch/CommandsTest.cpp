@@ -1,5 +1,6 @@
 #include "batch/Commands.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "base/NumberText.h"
@@ -190,7 +191,7 @@ TEST_F(Batch, theNumberOfThreadsChangesNothing) {
 // The exports hold every number of the statistics, at full precision and under the same names.
 TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
   ASSERT_EQ(run({"analyse", "in/plant-run.spc", "-o", "out/a.spc", "--csv", "out/a.csv", "--json", "out/a.json",
-                 "--variable", "power", "--variable", "power / fixed"}),
+                 "--variable", "power", "--variable", "power / fixed", "--quantile", "97.5", "--exceeds", "1e9"}),
             kSucceeded)
       << errors_;
   const auto document = nlohmann::json::parse(test::readFile(file("a.json")));
@@ -199,6 +200,10 @@ TEST_F(Batch, exportsAgreeWithEachOtherAndWithTheFile) {
   const auto& power = document["variables"][0];
   EXPECT_EQ(power["variable"], "power");
   EXPECT_EQ(power["measures"].size(), 20u);
+  const int runs = power["uncertainty"]["runs"];
+  EXPECT_EQ(power["quantiles"]["97.5"].size(), 3u);
+  EXPECT_NEAR(power["exceedance"]["1000000000"]["upper"], 1.0 - std::pow(0.025, 1.0 / runs), 1e-12);
+  EXPECT_NE(out_.find("Clopper-Pearson"), std::string::npos);
   EXPECT_EQ(power["measures"]["p1"].size(), 22u) << "21 values and the kind";
   const double mean = power["uncertainty"]["mean"];
   EXPECT_NE(test::readFile(file("a.spc")).find(numberText(mean) + "\t"), std::string::npos);
