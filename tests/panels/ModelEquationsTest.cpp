@@ -34,108 +34,93 @@ class ModelEquations : public test::ModelTest {
 };
 
 TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
+  const std::string kDelete = "Delete expression: Do you really want to delete the expression?";
+  const std::string kButtons = " [^Proceed/^Cancel]";
+  const std::string kSyntax = "Error: Current expression cannot be evaluated";
   const struct {
-    const char* name;
-    std::function<void(PIntModel&)> act;
+    const char* callback;
+    int row;                            // that is selected; -1: none
+    std::vector<const char*> equation;  // name and text, written where an editor opens
     Texts shown;
-    const char* after;
+    const char* after;    // nothing: the model stays
+    bool answer = false;  // of the question
   } rows[] = {
-      {"another equation",
-       [&](PIntModel& p) { writeEquation("z", "y / t", 0), p.call("addExpression"); },
+      {"addExpression", -1, {"", "x1"}, {"Error: Expression name field empty"}, ""},
+      {"addExpression", -1, {"z", " "}, {"Error: Expression field empty"}, ""},
+      {"addExpression", -1, {"2z", "x1"}, {"Error: Incorrect expression name"}, ""},
+      {"addExpression", -1, {"y", "x1"}, {"Error: Expression name already in the list"}, ""},
+      {"addExpression",
+       -1,
+       {"z", "x1 +"},
+       {kSyntax + "\n Syntax error.\nMissing expression at character 5 of 'x1 +'"},
+       ""},
+      {"addExpression", -1, {"z", "x1 + q"}, {kSyntax + ".\n Unknown Variable.\nunknown name 'q'"}, ""},
+      {"addExpression", -1, {"z", "y / t"}, {}, "x1 x2 x3 | t := x1 * x2 | y = t + x3 | z := y / t "},
+      {"modifyExpression", -1, {}, {"Error: No row selected"}, ""},
+      {"modifyExpression", 0, {"y", "x1"}, {"Error: Variable already inserted in the list"}, ""},
+      {"doubleClick", 0, {"u", "x1"}, {}, "x1 x2 x3 | u := x1 | y = u + x3 "},
+      {"deleteExpression", -1, {}, {"Error: No row selected"}, ""},
+      {"deleteExpression", 1, {}, {kDelete + kButtons}, ""},
+      {"deleteExpression",
+       0,
        {},
-       "x1 x2 x3 | t := x1 * x2 | y = t + x3 | z := y / t "},
-      {"modify without a row",
-       [&](PIntModel& p) { select(p, "MaExpress", -1), p.call("modifyExpression"); },
-       {"Error: No row selected"},
-       ""},
-      {"modify",
-       [&](PIntModel& p) { select(p, "MaExpress", 0), writeEquation("u", "x1", 0), p.call("doubleClick"); },
-       {},
-       "x1 x2 x3 | u := x1 | y = u + x3 "},
-      {"modify into a name in use",
-       [&](PIntModel& p) { select(p, "MaExpress", 0), writeEquation("y", "x1", 0), p.call("modifyExpression"); },
-       {"Error: Variable already inserted in the list"},
-       ""},
-      {"delete without a row",
-       [&](PIntModel& p) { select(p, "MaExpress", -1), p.call("deleteExpression"); },
-       {"Error: No row selected"},
-       ""},
-      {"delete, no",
-       [&](PIntModel& p) { select(p, "MaExpress", 1), p.call("deleteExpression"); },
-       {"Delete expression: Do you really want to delete the expression? [^Proceed/^Cancel]"},
-       ""},
-      {"delete what is used",
-       [&](PIntModel& p) { select(p, "MaExpress", 0), dialogs_.answers = {true}, p.call("deleteExpression"); },
-       {"Delete expression: Do you really want to delete the expression?\nt is used by y. [^Proceed/^Cancel]",
+       {kDelete + "\nt is used by y." + kButtons,
         "Error: The expression is in use, I can't delete it\nt is used by y."},
+       "",
+       true},
+      {"deleteExpression", 1, {}, {kDelete + kButtons}, "x1 x2 x3 | t := x1 * x2 ", true},
+      {"moveUp", 1, {}, {}, ""},  // above what it uses
+      {"newModel",
+       -1,
+       {},
+       {"Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it?" +
+        kButtons},
        ""},
-      {"delete",
-       [&](PIntModel& p) { select(p, "MaExpress", 1), dialogs_.answers = {true}, p.call("deleteExpression"); },
-       {"Delete expression: Do you really want to delete the expression? [^Proceed/^Cancel]"},
-       "x1 x2 x3 | t := x1 * x2 "},
-      {"up above what it uses", [&](PIntModel& p) { select(p, "MaExpress", 1), p.call("moveUp"); }, {}, ""},
-      {"a name with a blank",
-       [&](PIntModel& p) { p.gadget<QLineEdit>("TModelName")->setText("a b"), p.call("ok"); },
-       {"Error: the name holds white space"},
-       ""},
-      {"new, though loaded",
-       [&](PIntModel& p) { p.call("newModel"); },
-       {"Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it? "
-        "[^Proceed/^Cancel]"},
-       ""},
-      {"new", [&](PIntModel& p) { dialogs_.answers = {true}, p.call("newModel"), takeShown(); }, {}, "x1 x2 x3 "},
-      {"a damaged file",
-       [&](PIntModel& p) {
-         test::writeFile(file("bad.imd"), "name\nx\n");
-         dialogs_.files = {file("bad.imd")};
-         p.call("open");
-       },
+      {"newModel",
+       -1,
+       {},
+       {"Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it?" +
+        kButtons},
+       "x1 x2 x3 ",
+       true},
+      {"open",
+       -1,
+       {},
        {"Select the internal model to load: open *.imd", "Error: Error reading the internal model file\n" +
                                                              file("bad.imd") +
                                                              ":2: expected the number of variables, found 'x'"},
        ""},
-      {"a cell",
-       [&](PIntModel& p) {
-         auto* const grid = p.gadget<TableView>("MaExpress")->model();
-         EXPECT_FALSE(grid->setData(grid->index(1, 1), "t + "));
-         EXPECT_FALSE(grid->setData(grid->index(1, 2), "input"));
-         EXPECT_TRUE(grid->setData(grid->index(1, 1), "t - x3"));
-         EXPECT_TRUE(grid->setData(grid->index(0, 2), "output"));
-       },
-       {},
-       "x1 x2 x3 | t = x1 * x2 | y = t - x3 "},
   };
+  test::writeFile(file("bad.imd"), "name\nx\n");
   const InternalModel model = modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}});
-  const struct {
-    const char *name, *text, *shown;
-  } refused[] = {
-      {"", "x1", "Error: Expression name field empty"},
-      {"z", " ", "Error: Expression field empty"},
-      {"2z", "x1", "Error: Incorrect expression name"},
-      {"y", "x1", "Error: Expression name already in the list"},
-      {"z", "x1 +",
-       "Error: Current expression cannot be evaluated\n Syntax error.\nMissing expression at character 5 of 'x1 +'"},
-      {"z", "x1 + q", "Error: Current expression cannot be evaluated.\n Unknown Variable.\nunknown name 'q'"},
-  };
-  for (const auto& [name, text, shown] : refused) {
-    const auto panel = editor(model);
-    writeEquation(name, text);
-    EXPECT_EQ(shownBy(*panel, "addExpression"), Texts{shown});
-    EXPECT_EQ(described(panel->model()), described(model));
-  }
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+    SCOPED_TRACE(row.callback + (row.equation.empty() ? std::string() : std::string(" ") + row.equation[1]));
     const auto panel = editor(model);
-    row.act(*panel);
-    EXPECT_EQ(takeShown(), row.shown);
+    select(*panel, "MaExpress", row.row);
+    if (!row.equation.empty()) writeEquation(row.equation[0], row.equation[1], 0);
+    dialogs_.answers = {row.answer};
+    dialogs_.files = {file("bad.imd")};
+    EXPECT_EQ(shownBy(*panel, row.callback), row.shown);
     QApplication::processEvents();
-    const bool stays = std::string(row.after).empty();
+    const bool stays = *row.after == '\0';
     EXPECT_EQ(described(panel->model()), stays ? described(model) : row.after);
     EXPECT_EQ(panel->window()->isWindowModified(), !stays);
+    EXPECT_TRUE(panel->window()->isVisible());
     if (!stays) panel->call("undo");
-    EXPECT_EQ(panel->window()->isVisible(), true);
     QApplication::processEvents();
   }
+  const auto panel = editor(model);
+  panel->gadget<QLineEdit>("TModelName")->setText("a b");
+  EXPECT_EQ(shownBy(*panel, "ok"), Texts{"Error: the name holds white space"});
+  auto* const grid = panel->gadget<TableView>("MaExpress")->model();
+  EXPECT_FALSE(grid->setData(grid->index(1, 1), "t + "));
+  EXPECT_FALSE(grid->setData(grid->index(1, 2), "input"));
+  EXPECT_TRUE(grid->setData(grid->index(1, 1), "t - x3"));
+  EXPECT_TRUE(grid->setData(grid->index(0, 2), "output"));
+  EXPECT_EQ(described(panel->model()), "x1 x2 x3 | t = x1 * x2 | y = t - x3 ");
+  dialogs_.answers = {false};  // to save it first
+  panel->call("newModel");
+  EXPECT_EQ(described(panel->model()), "x1 x2 x3 ");
 }
 
 TEST_F(ModelEquations, ValuesFollowTheTrialRowAndFailuresSayWhy) {
@@ -268,67 +253,54 @@ TEST_F(ModelEquations, NamesAreOfferedAndPutAtTheCaret) {
 }
 
 TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
+  const std::string kOne = "Delete: Do you really want to delete the selected factor";
+  const std::string kInUse = "Error: Factor currently in use, I can't delete it\nx1 is used by y.";
+  const std::string kButtons = " [^Yes/^No]";
+  const Texts none{"Error: No Factor selected"};
   const struct {
-    const char* name;
-    std::function<void(PIntModFacList&)> act;
+    const char* callback;
+    int row;            // that is selected; -1: none
+    const char* typed;  // in the field
     Texts shown;
-    const char* after;
+    const char* after;    // nothing: the inputs stay
+    bool answer = false;  // of the question
   } rows[] = {
-      {"empty", [](auto& p) { p.call("textEdit"); }, {"Error: New Factor text field empty"}, ""},
-      {"bad",
-       [](auto& p) { p.template gadget<QLineEdit>("TeNewFactor")->setText("a b"), p.call("addFactor"); },
-       {"Error: Incorrect factor name"},
-       ""},
-      {"twice",
-       [](auto& p) { p.template gadget<QLineEdit>("TeNewFactor")->setText("x1"), p.call("textEdit"); },
-       {"Error: Factor already inserted in the list"},
-       ""},
-      {"added",
-       [](auto& p) { p.template gadget<QLineEdit>("TeNewFactor")->setText(" b "), p.call("textEdit"); },
-       {},
-       "x1 x2 x3 b | x12 = x2 | y = x1 * x1 + x12 "},
-      {"no row",
-       [](auto& p) { p.call("moveUp"), p.call("moveDown"), p.call("deleteFac"), p.call("modify"); },
-       {"Error: No Factor selected", "Error: No Factor selected", "Error: No Factor selected",
-        "Error: No Factor selected"},
-       ""},
-      {"moved",
-       [](auto& p) { select(p, "MaIntModFactors", 0), p.call("moveUp"), p.call("moveDown"); },
-       {},
-       "x2 x1 x3 | x12 = x2 | y = x1 * x1 + x12 "},
-      {"not deleted",
-       [](auto& p) { select(p, "MaIntModFactors", 2), p.call("deleteFac"); },
-       {"Delete: Do you really want to delete the selected factor [^Yes/^No]"},
-       ""},
-      {"in use",
-       [&](auto& p) { select(p, "MaIntModFactors", 0), dialogs_.answers = {true}, p.call("deleteFac"); },
-       {"Delete: Do you really want to delete the selected factor\nx1 is used by y. [^Yes/^No]",
-        "Error: Factor currently in use, I can't delete it\nx1 is used by y."},
-       ""},
-      {"deleted",
-       [&](auto& p) { select(p, "MaIntModFactors", 2), dialogs_.answers = {true}, p.call("deleteFac"); },
-       {"Delete: Do you really want to delete the selected factor [^Yes/^No]"},
-       "x1 x2 | x12 = x2 | y = x1 * x1 + x12 "},
-      {"all, up to one in use",
-       [&](auto& p) {
-         select(p, "MaIntModFactors", 2), p.call("moveUp"), p.call("moveUp"), dialogs_.answers = {true},
-                                                                              p.call("delAll");
-       },
-       {"Delete: Do you really want to delete all factors [^Yes/^No]",
-        "Error: Factor currently in use, I can't delete it\nx1 is used by y."},
-       "x1 x2 | x12 = x2 | y = x1 * x1 + x12 "},
+      {"textEdit", -1, "", {"Error: New Factor text field empty"}, ""},
+      {"addFactor", -1, "a b", {"Error: Incorrect factor name"}, ""},
+      {"textEdit", -1, "x1", {"Error: Factor already inserted in the list"}, ""},
+      {"textEdit", -1, " b ", {}, "x1 x2 x3 b "},
+      {"moveUp", -1, "", none, ""},
+      {"moveDown", -1, "", none, ""},
+      {"deleteFac", -1, "", none, ""},
+      {"modify", -1, "", none, ""},
+      {"moveUp", 0, "", {}, ""},
+      {"moveDown", 0, "", {}, "x2 x1 x3 "},
+      {"deleteFac", 2, "", {kOne + kButtons}, ""},
+      {"deleteFac", 0, "", {kOne + "\nx1 is used by y." + kButtons, kInUse}, "", true},
+      {"deleteFac", 2, "", {kOne + kButtons}, "x1 x2 ", true},
   };
   const InternalModel model = modelOf({{"x12", "x2"}, {"y", "x1 * x1 + x12"}});
+  const std::string equations = "| x12 = x2 | y = x1 * x1 + x12 ";
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+    SCOPED_TRACE(row.callback + std::string(" ") + row.typed);
     PIntModFacList panel(display_, model, nullptr);
     EXPECT_EQ(panel.problems(), QStringList());
-    row.act(panel);
-    EXPECT_EQ(takeShown(), row.shown);
-    EXPECT_EQ(described(panel.model()), *row.after == '\0' ? described(model) : row.after);
+    panel.gadget<QLineEdit>("TeNewFactor")->setText(row.typed);
+    select(panel, "MaIntModFactors", row.row);
+    dialogs_.answers = {row.answer};
+    EXPECT_EQ(shownBy(panel, row.callback), row.shown);
+    dialogs_.answers.clear();
+    EXPECT_EQ(described(panel.model()), (*row.after == '\0' ? "x1 x2 x3 " : row.after) + equations);
     EXPECT_EQ(panel.changed(), *row.after != '\0');
     EXPECT_EQ(shownBy(panel, "cancel").size(), panel.changed() ? 1U : 0U);
   }
+  PIntModFacList all(display_, model, nullptr);
+  select(all, "MaIntModFactors", 2);
+  all.call("moveUp");
+  all.call("moveUp");
+  dialogs_.answers = {true};
+  EXPECT_EQ(shownBy(all, "delAll"), (Texts{"Delete: Do you really want to delete all factors" + kButtons, kInUse}));
+  EXPECT_EQ(described(all.model()), "x1 x2 " + equations);
   PIntModFacList panel(display_, model, nullptr);
   panel.window()->show();
   select(panel, "MaIntModFactors", 0);

@@ -6,7 +6,7 @@ PLinkOutputs::PLinkOutputs(const Display& display, const OutputLink& link, QWidg
     : PLink(display,
             {"PLinkOutputs",
              "Link between output file and project outputs",
-             {"Name in the output file", "Output of the project", "name"},
+             {"In the output file", "Output of the project", "name"},
              "No output selected",
              "Outputs beside another name than their own: "},
             link.given, link.kept, link.names, parent) {}
