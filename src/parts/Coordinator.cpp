@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "base/SystemCalls.h"
 #include "base/TextWriter.h"
@@ -198,6 +199,10 @@ bool Coordinator::send() {
 }
 
 bool Coordinator::sendParts(const std::vector<std::int32_t>& parts) {
+  // Else it would be made anew, without what belongs to it.
+  std::error_code error;
+  if (!std::filesystem::is_directory(run_.marks(), error))
+    return fail(run_.path() + ": the directory of the run is gone");
   const std::int32_t attempt =
       1 + (engine_->countsSubmissions() ? states_.lastAttempt() : stateOf(parts.front()).lastAttempt);
   for (const std::int32_t part : parts)

@@ -28,9 +28,17 @@ run() { # NAME WORDS...
 }
 result() { cmp -s single.spc "$name.spc" || fault "$name: $(cat "$name.out"; "$batch" status "$name")"; }
 events() { grep -c "\"event\":\"$2\"" "$1/ledger"; }
-# until COUNT parts of the run have a mark of this kind, 20 s at most
+# Until all nodes wait for work again.
+settled() {
+  for _ in $(seq 600); do
+    [ "$(sinfo -h -N -o %t 2> /dev/null | sort -u)" != idle ] || return 0
+    sleep 0.1
+  done
+  fault "the nodes have not become idle: $(sinfo -h -N)"
+}
+# Until COUNT parts of the run have a mark of this kind.
 marked() {
-  for _ in $(seq 200); do
+  for _ in $(seq 600); do
     [ "$(ls "$1/marks" 2> /dev/null | grep -c "$2")" -lt "$3" ] || return 0
     sleep 0.1
   done
@@ -60,6 +68,18 @@ wait $pid || fault "cancelled: $(cat cancelled.out)"
 name=cancelled result
 grep -q 'was lost' cancelled.out || fault "cancelled: nothing is said of it"
 
+run stopped & pid=$!
+marked stopped begun 3
+start=$(date +%s%N)
+kill -TERM "$(pgrep -P $pid -f "directory stopped" || echo $pid)"
+wait $pid
+[ $? = 130 ] && [ $((($(date +%s%N) - start) / 1000000)) -lt 2000 ] || fault "stopped: not within 2 s with 130"
+models() { grep -lsz "^TARVEX_PART=$dir/work/stopped:" /proc/[0-9]*/environ; }
+for _ in $(seq 100); do [ -n "$(models)" ] || break; sleep 0.1; done
+[ -z "$(models)" ] || fault "stopped: models go on: $(squeue -h)"
+"$batch" resume stopped --engine local > stopped.out 2>&1
+name=stopped result
+
 behave 'sleep 3'
 run node & pid=$!
 marked node begun 5
@@ -68,6 +88,7 @@ wait $pid || fault "node: $(cat node.out)"
 name=node result
 grep -q 'was lost' node.out || fault "node: nothing was lost with it"
 (PATH=$PATH:/usr/sbin:/sbin && slurmd -N n2)
+settled
 
 behave 'case $TARVEX_PART in *:4:1 | *:11:1) echo broken; exit 3 ;; *:7:1) trap "" TERM; sleep 600 & sleep 600; sleep 600 ;; esac'
 run failing --on-failure retry:1 --time-limit 3 && result || fault "failing: $(cat failing.out)"
@@ -83,18 +104,8 @@ sleep 6
 "$rig" controller "$dir/rig" start
 wait $pid || fault "away: $(cat away.out)"
 name=away result
+settled
 [ "$(events away failed)" = 0 ] || fault "away: parts failed"
-
-run stopped & pid=$!
-marked stopped begun 3
-start=$(date +%s%N)
-kill -TERM "$(pgrep -P $pid -f "directory stopped" || echo $pid)"
-wait $pid
-[ $? = 130 ] && [ $((($(date +%s%N) - start) / 1000000)) -lt 2000 ] || fault "stopped: not within 2 s with 130"
-for _ in $(seq 300); do [ -n "$(squeue -h 2> /dev/null)" ] || break; sleep 0.1; done
-[ -z "$(squeue -h)" ] || fault "stopped: jobs go on: $(squeue -h; cat stopped.out)"
-"$batch" resume stopped --engine local > stopped.out 2>&1
-name=stopped result
 
 behave :
 "$batch" run study.sam -o large.spc --executable ./model --output levele.out --parts 200 --engine slurm \
