@@ -222,37 +222,6 @@ key Return
 await 'study/case.psc$'
 has_results "$study/case.psc" || fault "no results were saved"
 
-# k: a cobweb is brushed along its first axis. l: its picture and the runs that are kept are written by keys.
-insist alt+l '^Plots$'
-key alt+w
-await '^Cobwebs plot$'
-cobwebs=$(xdotool getactivewindow)
-recount
-xdotool mousemove --window "$cobwebs" 124 200 mousedown 1
-for y in 220 240 260 280 300; do xdotool mousemove --window "$cobwebs" 124 $y; done
-xdotool mouseup 1
-clicks=1
-counted "task k"
-# type_path WINDOW PATH
-type_path() {
-  await "$1"
-  xdotool type --delay 20 "$2"
-  key Return
-}
-key ctrl+e
-type_path '^Save picture' "$study/brushed.svg"
-await '^Cobwebs plot$'
-until_it test -s "$study/brushed.svg" || fault "no picture was saved"
-key ctrl+s
-counted "task l, besides the names"
-over "clicks and keys of tasks k and l" $((clicks + keys)) 5
-type_path '^Save selected samples' "$study/brushed.sam"
-until_it test -s "$study/brushed.sam" || fault "no sample was saved"
-insist Return '^Cobwebs plot$'
-[ "$(wc -l < "$study/brushed.sam")" -lt "$(wc -l < "$study/ishigami.sam")" ] || fault "the brush kept all runs"
-insist Escape '^Plots$'
-insist Escape 'study/case.psc$'
-
 # Changed, and left with a question: no, then yes.
 changed() {
   insist F5 '^Warning'
@@ -312,10 +281,45 @@ model_panels() {
   touch "$study/model.licence"
 }
 
+# type_path WINDOW PATH
+type_path() {
+  await "$1"
+  xdotool type --delay 20 "$2"
+  key Return
+}
+
+# k: a cobweb is brushed along its first axis. l: its picture and the runs that are kept are written by keys.
+plots_panels() {
+  insist alt+l '^Plots$'
+  key alt+w
+  await '^Cobwebs plot$'
+  cobwebs=$(xdotool getactivewindow)
+  recount
+  xdotool mousemove --window "$cobwebs" 124 200 mousedown 1
+  for y in 220 240 260 280 300; do xdotool mousemove --window "$cobwebs" 124 $y; done
+  xdotool mouseup 1
+  clicks=1
+  counted "task k"
+  key ctrl+e
+  type_path '^Save picture' "$study/brushed.svg"
+  await '^Cobwebs plot$'
+  until_it test -s "$study/brushed.svg" || fault "no picture was saved"
+  key ctrl+s
+  counted "task l, besides the names"
+  over "clicks and keys of tasks k and l" $((clicks + keys)) 5
+  type_path '^Save selected samples' "$study/brushed.sam"
+  until_it test -s "$study/brushed.sam" || fault "no sample was saved"
+  insist Return '^Cobwebs plot$'
+  [ "$(wc -l < "$study/brushed.sam")" -lt "$(wc -l < "$study/ishigami.sam")" ] || fault "the brush kept all runs"
+  insist Escape '^Plots$'
+  insist Escape 'study/case.psc$'
+}
+
 # With the project as argument: a change, and the end by the system, and by force.
 copy=$study/.case.psc.autosave
 for signal in TERM KILL; do
   start 'study/case.psc$' "$study/case.psc"
+  [ $signal = KILL ] || plots_panels
   key alt+n
   [ $signal = KILL ] || model_panels
   changed
