@@ -62,17 +62,25 @@ bool makeMeasureFigure(const PlotOptions& options, ProjectConfiguration& project
     figure = morrisPlane(stats, variable, name);
     return true;
   }
+  if (options.kind == "interactions") {
+    if (!interactionSlots(stats)) {
+      message = "Interactions are told by first and total order: FAST beyond the classic test, and Sobol designs.";
+      return false;
+    }
+    figure = interactionBars(stats, variable, name, {.colours = coloursOf(options)});
+    return true;
+  }
   std::vector<std::int32_t> slots;
   if (!chooseSlots(options, stats, slots, message)) return false;
   if (options.kind == "forecast")
     figure = forecastBars(stats, variable, name, slots.front(), coloursOf(options));
   else if (options.kind == "bars")
-    figure = measureBars(stats, variable, name, slots, coloursOf(options));
+    figure = measureBars(stats, variable, name, slots, {.colours = coloursOf(options)});
   else if (!dividesAWhole(stats)) {
     message = "Pies show measures that divide a whole: the indices of FAST and Sobol designs, and importance.";
     return false;
   } else
-    figure = measurePies(stats, variable, name, slots, coloursOf(options));
+    figure = measurePies(stats, variable, name, slots, {.colours = coloursOf(options)});
   return true;
 }
 

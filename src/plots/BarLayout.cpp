@@ -50,7 +50,7 @@ void BarPlacer::placeRows() {
   layout_.plane.height = std::max(area.height - top - bottom, 1.0);
 
   const auto rows = static_cast<double>(std::max<std::size_t>(chart_.categories.size(), 1));
-  const auto bars = static_cast<double>(std::max<std::size_t>(chart_.series.size(), 1));
+  const auto bars = static_cast<double>(layout_.series);
   layout_.rowHeight = layout_.plane.height / rows;
   layout_.barPitch = std::min(layout_.rowHeight * kRowFill / bars, kThickestBar * metrics_.scale());
   layout_.barHeight = bars > 1.0 ? layout_.barPitch * 0.9 : layout_.barPitch;
@@ -120,9 +120,9 @@ std::pair<double, double> BarPlacer::insetsFor(double width) {
 
 }  // namespace
 
-Rect BarLayout::barBox(std::size_t number, std::size_t category, double value) const {
-  const double from = values(zero);
-  const double to = std::isfinite(value) ? values.clamped(value) : from;
+Rect BarLayout::barBox(std::size_t number, std::size_t category, const Bar& bar) const {
+  const double from = values.clamped(bar.from);
+  const double to = std::isfinite(bar.value) ? values.clamped(bar.value) : from;
   return {std::min(from, to), middleOfBar(number, category) - barHeight / 2.0, std::abs(to - from), barHeight};
 }
 
@@ -140,7 +140,7 @@ BarLayout layOutChart(Metrics& metrics, const Rect& area, const BarChart& chart,
     layout.axis.upper = visible.second;
   }
   layout.zero = std::clamp(0.0, layout.axis.lower, layout.axis.upper);
-  layout.series = chart.series.size();
+  layout.series = chart.stacked ? 1 : std::max<std::size_t>(chart.series.size(), 1);
   layout.categories = chart.categories.size();
   BarPlacer placer(metrics, chart, layout);
   placer.placeRows();

@@ -141,12 +141,13 @@ struct CobwebChart {
   }
 };
 
-// A row per category, in each a bar per series from 0 to the value.
+// A row per category, in each a bar per series up to the value.
 struct Bar {
   double value = 0.0;
   std::string text;    // beside the bar; of a value that isn't finite or of a category without one, what to say instead
   Colour colour;       // of the bar
   bool faint = false;  // the text stands in gray: there is no value
+  double from = 0.0;   // where it begins
 };
 struct BarChart {
   std::string title;
@@ -154,6 +155,7 @@ struct BarChart {
   std::vector<std::string> categories;     // from top to bottom
   std::vector<std::vector<Bar>> series;    // of each one bar per category
   std::vector<std::int32_t> records = {};  // the number of each category; empty: counted from 0
+  bool stacked = false;                    // the bars of a category share one row, each behind the other
 
   std::int32_t recordOf(std::size_t category) const {
     return category < records.size() ? records[category] : static_cast<std::int32_t>(category);

@@ -59,7 +59,7 @@ void forEachBar(const BarChart& chart, const BarLayout& layout, Visit visit) {
     for (std::size_t series = 0; series < chart.series.size(); ++series)
       if (i < chart.series[series].size()) {
         const Bar& bar = chart.series[series][i];
-        visit(bar, i, layout.barBox(series, i, bar.value));
+        visit(bar, i, layout.barBox(series, i, bar));
       }
 }
 

@@ -9,7 +9,9 @@
 #include "plots/Ticks.h"
 #include "plots/measurePlots.h"
 #include "postproc/CellFormat.h"
+#include "postproc/FastStats.h"
 #include "postproc/RegressionStats.h"
+#include "postproc/SobolStats.h"
 
 namespace tarvex {
 
@@ -19,25 +21,14 @@ constexpr std::size_t kMostRows = 1000;  // beyond them a picture is no longer o
 
 using Column = std::vector<std::optional<double>>;
 
-// The records that a figure shows, by number, in their order: all that have one of the measures or a reason for none.
-// Of very many those of the largest sizes.
-std::vector<std::size_t> shownRecords(const SensitivityStats& stats, const std::vector<Column>& columns) {
-  std::vector<std::size_t> shown;
-  std::vector<double> sizes(stats.records.size(), 0.0);
-  for (std::size_t i = 0; i < stats.records.size(); ++i) {
-    // Every factor has each of the regression's measures, or a reason that all share.
-    bool any = stats.records[i].kind != FactorKind::Uncertain || stats.typeId() == SensitivityStats::kRegression;
-    for (const Column& column : columns) {
-      any = any || column[i].has_value();
-      if (column[i] && std::isfinite(*column[i])) sizes[i] = std::max(sizes[i], std::abs(*column[i]));
-    }
-    if (any) shown.push_back(i);
-  }
+// The records that a figure shows; of very many those of the largest sizes.
+std::vector<std::size_t> shownRecords(const SensitivityStats& stats, std::int32_t variable,
+                                      const std::vector<std::int32_t>& slots, const MeasureDisplay& display) {
+  std::vector<std::size_t> shown = displayedRecords(stats, variable, slots, display);
   if (shown.size() <= kMostRows) return shown;
-  std::stable_sort(shown.begin(), shown.end(), [&](std::size_t a, std::size_t b) { return sizes[a] > sizes[b]; });
-  shown.resize(kMostRows);
-  std::sort(shown.begin(), shown.end());
-  return shown;
+  MeasureDisplay largest = display;
+  largest.most = kMostRows;
+  return displayedRecords(stats, variable, slots, largest);
 }
 
 // "%.3f"; without three hundred digits of a number beyond all measure.
@@ -86,6 +77,13 @@ void colourBySignificance(BarChart& chart, const RegressionStats& stats, std::in
   for (std::size_t k = 0; k < shown.size(); ++k)
     if (const std::optional<double>& flag = flags[shown[k]])
       chart.series.front()[k].colour = *flag == 1.0 ? colours.significant : colours.insignificant;
+}
+
+// Of how many a figure shows the largest; empty when it shows all.
+std::string largestText(const SensitivityStats& stats, std::size_t shown, const MeasureDisplay& display) {
+  const std::size_t limit = display.most > 0 ? std::min(display.most, kMostRows) : kMostRows;
+  if (shown < limit || stats.records.size() <= limit) return "";
+  return "; the " + std::to_string(limit) + " largest of " + std::to_string(stats.records.size());
 }
 
 // As high and as wide as the rows and their names need.
@@ -155,6 +153,28 @@ void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t va
   if (!reason.empty()) figure.subtitle += "; " + std::string(kNotComputed) + ": " + reason;
 }
 
+// The second bar goes on where the first ends, up to the total, and says what both are.
+void stackBars(Bar& first, Bar& total) {
+  const double share = total.value - first.value;
+  if (!std::isfinite(first.value) || !std::isfinite(share)) {
+    total.text = first.text + ", in all " + total.text;
+    total.value = first.value;
+  } else {
+    total.text = first.text + (share < 0.0 ? " - " : " + ") + measureText(std::abs(share));
+    total.from = std::max(first.value, 0.0);
+    total.value = std::max(total.value, total.from);
+  }
+  first.text.clear();
+}
+
+// Of single factors; nothing where one isn't finite.
+std::optional<double> sumOf(const SensitivityStats& stats, const Column& column) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < column.size(); ++i)
+    if (column[i] && stats.records[i].groupNames.size() < 2) sum += *column[i];
+  return std::isfinite(sum) ? std::optional(sum) : std::nullopt;
+}
+
 // One chart with a series a measure.
 void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<std::int32_t>& slots,
                const std::vector<Column>& columns, const std::vector<std::size_t>& shown, const RoleColours& colours) {
@@ -170,13 +190,14 @@ void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<
 }  // namespace
 
 Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                   const std::vector<std::int32_t>& slots, ColourSet set) {
-  const RoleColours& colours = roleColours(set);
+                   const std::vector<std::int32_t>& slots, const MeasureDisplay& display) {
+  const RoleColours& colours = roleColours(display.colours);
   Figure figure;
   figure.subtitle = variableName;
+  const std::vector<std::size_t> shown = shownRecords(stats, variable, slots, display);
   std::vector<Column> columns;
-  for (const std::int32_t slot : slots) columns.push_back(measureColumn(stats, variable, slot));
-  const std::vector<std::size_t> shown = shownRecords(stats, columns);
+  for (const std::int32_t slot : slots)
+    columns.push_back(displayedColumn(stats, variable, slot, shown, display.scaled));
   if (shown.empty() || slots.empty()) {
     figure.subtitle += ": no measures";
     return figure;
@@ -185,9 +206,43 @@ Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const s
     addRegression(figure, *regression, variable, slots, columns, shown, colours);
   else
     addSeries(figure, stats, slots, columns, shown, colours);
-  if (shown.size() == kMostRows && stats.records.size() > kMostRows)
-    figure.subtitle += "; the " + std::to_string(kMostRows) + " largest of " + std::to_string(stats.records.size());
+  if (display.scaled) figure.subtitle += "; scaled to a sum of 1";
+  figure.subtitle += largestText(stats, shown.size(), display);
   sizeToRows(figure, std::get<BarChart>(figure.charts.front()).series.size());
+  return figure;
+}
+
+std::optional<std::pair<std::int32_t, std::int32_t>> interactionSlots(const SensitivityStats& stats) {
+  if (stats.typeId() == SensitivityStats::kSobol) return std::pair(SobolStats::kIndex, SobolStats::kTotal);
+  const auto* fast = dynamic_cast<const FastStats*>(&stats);
+  if (fast == nullptr || !fast->hasTotals()) return std::nullopt;
+  return std::pair(FastStats::kFirstOrder, FastStats::kTotalOrder);
+}
+
+Figure interactionBars(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                       const MeasureDisplay& display) {
+  const auto [firstSlot, totalSlot] = interactionSlots(stats).value_or(std::pair{0, 0});
+  const RoleColours& colours = roleColours(display.colours);
+  Figure figure;
+  figure.title = "First Order and interactions";
+  figure.subtitle = variableName;
+  std::vector<std::size_t> shown = shownRecords(stats, variable, {totalSlot}, display);
+  const Column first = measureColumn(stats, variable, firstSlot);
+  const Column total = measureColumn(stats, variable, totalSlot);
+  if (shown.empty()) {
+    figure.subtitle += ": no measures";
+    return figure;
+  }
+  BarChart chart = chartOf(stats, {first, total}, shown, colours.measures, colours);
+  chart.stacked = true;
+  for (std::size_t k = 0; k < shown.size(); ++k)
+    if (first[shown[k]] && total[shown[k]]) stackBars(chart.series[0][k], chart.series[1][k]);
+  figure.charts.emplace_back(std::move(chart));
+  figure.legend = {{"First Order", colours.measures[0]}, {"Total Order - First Order", colours.measures[1]}};
+  if (const std::optional<double> sum = sumOf(stats, first))
+    figure.subtitle += "; first orders add up to " + measureText(*sum);
+  figure.subtitle += largestText(stats, shown.size(), display);
+  sizeToRows(figure, 1);
   return figure;
 }
 
@@ -198,7 +253,7 @@ Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const 
   figure.title = "Forecast";
   figure.subtitle = variableName + ", " + measureTitle(stats, slot);
   const Column column = measureColumn(stats, variable, slot);
-  std::vector<std::size_t> shown = shownRecords(stats, {column});
+  std::vector<std::size_t> shown = shownRecords(stats, variable, {slot}, {});
   std::erase_if(shown, [&](std::size_t i) { return stats.records[i].kind != FactorKind::Uncertain; });
   if (shown.empty()) {
     figure.subtitle += ": no measures";

@@ -26,36 +26,56 @@ std::string scientific(double value) {
   return {text, end};
 }
 
+bool isKeptTopTen(const SensitivityStats& stats, const MeasureDisplay& display) {
+  return stats.typeId() == SensitivityStats::kSobol && display.order == MeasureDisplay::Order::List && !display.records;
+}
+
 struct NumberedValue {
   std::size_t record;
   std::size_t place;  // in the list of colours
   double value;
 };
 
-// Of Sobol the ten that its display has always had, otherwise every uncertain factor at its place among them, so that a
-// factor has one colour in all pies.
-std::vector<NumberedValue> pieValues(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot) {
+// Of Sobol, in the order of the list, the ten that its display has always had; otherwise what is displayed.
+std::vector<NumberedValue> pieValues(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot,
+                                     const MeasureDisplay& display) {
   std::vector<NumberedValue> values;
-  if (stats.typeId() == SensitivityStats::kSobol) {
+  if (isKeptTopTen(stats, display)) {
     for (const auto& [record, value] : sobolTopTen(stats, variable, slot))
       values.push_back({static_cast<std::size_t>(record), values.size(), value});
     return values;
   }
-  const std::vector<std::optional<double>> column = measureColumn(stats, variable, slot);
-  for (std::size_t i = 0; i < column.size(); ++i)
-    if (column[i]) values.push_back({i, values.size(), *column[i]});
+  MeasureDisplay all = display;
+  all.most = 0;
+  const std::vector<std::size_t> shown = displayedRecords(stats, variable, {slot}, all);
+  const std::vector<std::optional<double>> column = displayedColumn(stats, variable, slot, shown, display.scaled);
+  for (const std::size_t i : shown)
+    if (column[i] && std::isfinite(*column[i]) && *column[i] > 0.0)
+      values.push_back({i, uncertainPlace(stats, i), *column[i]});
   return values;
 }
 
-PieChart pieOf(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot, ColourSet colours) {
+PieChart pieOf(const SensitivityStats& stats, std::int32_t variable, std::int32_t slot, const MeasureDisplay& display) {
   PieChart pie;
   pie.title = measureTitle(stats, slot);
   pie.emptyText = "No values above 0";
-  const SliceList list = stats.typeId() == SensitivityStats::kFast ? SliceList::Fast : SliceList::Other;
-  for (const NumberedValue& item : pieValues(stats, variable, slot))
-    if (std::isfinite(item.value) && item.value > 0.0)
+  const std::size_t most = display.most > 0 && !isKeptTopTen(stats, display) ? display.most : stats.records.size();
+  double rest = 0.0;
+  std::size_t left = 0;
+  for (const NumberedValue& item : pieValues(stats, variable, slot, display)) {
+    if (!std::isfinite(item.value) || item.value <= 0.0) continue;
+    if (pie.slices.size() == most) {
+      rest += item.value;
+      ++left;
+    } else {
       pie.slices.push_back({stats.records[item.record].name, measureText(item.value), item.value,
-                            sliceColour(colours, list, item.place), static_cast<std::int32_t>(item.record)});
+                            recordColour(stats, item.record, item.place, display.colours),
+                            static_cast<std::int32_t>(item.record)});
+    }
+  }
+  if (left > 0)
+    pie.slices.push_back({std::to_string(left) + (left > 1 ? " others" : " other"), measureText(rest), rest,
+                          roleColours(display.colours).without, static_cast<std::int32_t>(stats.records.size())});
   return pie;
 }
 
@@ -70,6 +90,23 @@ std::string leftOutText(const SensitivityStats& stats) {
       text += (text.empty() ? "; without: " : ", ") + record.name + " (" + std::string(kindCell(record.kind)) + ")";
   }
   return count > kMostNames ? text + " and " + std::to_string(count - kMostNames) + " others" : text;
+}
+
+// Where the spread of the effects has a size that tells something beside their mean.
+void addGuides(Figure& figure, XyChart& chart, const Colour& colour) {
+  constexpr struct {
+    double ratio;
+    const char* text;
+    LineStyle style;
+  } kGuides[] = {{1.0, "Sigma as large as the index", LineStyle::Solid},
+                 {0.5, "half of it", LineStyle::Dash},
+                 {0.1, "a tenth", LineStyle::DoubleDot}};
+  for (const auto& guide : kGuides) {
+    const double end = std::min(chart.x.upper, chart.y.upper / guide.ratio);
+    if (!(end > 0.0)) continue;
+    chart.layers.emplace_back(Line{{0.0, end}, {0.0, guide.ratio * end}, colour, guide.style, false});
+    figure.legend.push_back({guide.text, colour, LegendMark::Line, guide.style});
+  }
 }
 
 bool isByTerm(const SensitivityStats& stats) {
@@ -92,7 +129,7 @@ bool dividesAWhole(const SensitivityStats& stats) {
 }
 
 Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
-                   const std::vector<std::int32_t>& slots, ColourSet colours) {
+                   const std::vector<std::int32_t>& slots, const MeasureDisplay& display) {
   constexpr double kWidth = 560.0;
   constexpr double kCharacter = 14.0;  // of a name on either side of the pie
   constexpr std::size_t kUsualName = 10;
@@ -102,10 +139,11 @@ Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const s
   Figure figure;
   figure.title = "Sensitivity Analysis";
   figure.subtitle = variableName;
-  for (const std::int32_t slot : slots) figure.charts.emplace_back(pieOf(stats, variable, slot, colours));
+  for (const std::int32_t slot : slots) figure.charts.emplace_back(pieOf(stats, variable, slot, display));
   const auto singles = std::count_if(stats.records.begin(), stats.records.end(),
                                      [](const IndexRecord& record) { return record.groupNames.size() == 1; });
-  if (stats.typeId() == SensitivityStats::kSobol && singles > static_cast<std::ptrdiff_t>(kTop))
+  if (display.scaled) figure.subtitle += "; scaled to a sum of 1";
+  if (isKeptTopTen(stats, display) && singles > static_cast<std::ptrdiff_t>(kTop))
     figure.subtitle += "; the " + std::to_string(kTop) + " smallest of " + std::to_string(singles);
   const auto count = static_cast<int>(slots.size());
   figure.columns = std::clamp(count, 1, kMostColumns);
@@ -117,7 +155,8 @@ Figure measurePies(const SensitivityStats& stats, std::int32_t variable, const s
   return figure;
 }
 
-Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName) {
+Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const std::string& variableName,
+                   const MeasureDisplay& display) {
   constexpr std::size_t kMostWithValues = 10;  // points whose labels have room for their values
   const std::vector<std::optional<double>> means = measureColumn(stats, variable, MorrisStats::kMean);
   const std::vector<std::optional<double>> spreads = measureColumn(stats, variable, MorrisStats::kSigma);
@@ -125,7 +164,7 @@ Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const s
       std::count_if(means.begin(), means.end(), [](const std::optional<double>& mean) { return mean.has_value(); }));
   LabelledPoints points;
   points.colour = namedColour("Medium Slate Blue");
-  for (std::size_t i = 0; i < means.size(); ++i) {
+  for (const std::size_t i : displayedRecords(stats, variable, {MorrisStats::kMean}, display)) {
     if (!means[i] || !spreads[i]) continue;
     points.x.push_back(*means[i]);
     points.y.push_back(*spreads[i]);
@@ -151,6 +190,7 @@ Figure morrisPlane(const SensitivityStats& stats, std::int32_t variable, const s
   XyChart chart;
   chart.x = axis("Morris Index", points.x);
   chart.y = axis("Sigma", points.y);
+  addGuides(figure, chart, roleColours(display.colours).without);
   chart.layers.emplace_back(std::move(points));
   figure.charts.emplace_back(std::move(chart));
   return figure;
@@ -181,13 +221,17 @@ std::vector<std::pair<std::string, Figure>> measureFigures(const SensitivityStat
     figures.emplace_back("plane", morrisPlane(stats, variable, variableName));
 
   if (dividesAWhole(stats) && choices.size() == 2)
-    figures.emplace_back("indices", measureBars(stats, variable, variableName, slots, colours));
+    figures.emplace_back("indices", measureBars(stats, variable, variableName, slots, {.colours = colours}));
   else
     for (const MeasureChoice& choice : choices)
-      figures.emplace_back(choice.word, measureBars(stats, variable, variableName, {choice.slot}, colours));
+      figures.emplace_back(choice.word,
+                           measureBars(stats, variable, variableName, {choice.slot}, {.colours = colours}));
 
+  if (interactionSlots(stats))
+    figures.emplace_back("interactions", interactionBars(stats, variable, variableName, {.colours = colours}));
   if (isByTerm(stats)) slots = {SobolStats::kIndex, SobolStats::kTotal};
-  if (dividesAWhole(stats)) figures.emplace_back("pies", measurePies(stats, variable, variableName, slots, colours));
+  if (dividesAWhole(stats))
+    figures.emplace_back("pies", measurePies(stats, variable, variableName, slots, {.colours = colours}));
   return figures;
 }
 

@@ -170,7 +170,7 @@ std::optional<Hit> nearestHit(const BarChart& chart, const BarLayout& layout, co
   for (std::size_t series = 0; series < chart.series.size(); ++series)
     for (std::size_t i = 0; i < std::min(chart.series[series].size(), chart.categories.size()); ++i)
       nearest.offerBox({Hit::Kind::Bar, 0, series, chart.recordOf(i)},
-                       layout.barBox(series, i, chart.series[series][i].value));
+                       layout.barBox(series, i, chart.series[series][i]));
   return nearest.found();
 }
 

@@ -43,7 +43,7 @@ struct MarksOf {
   }
   void operator()(const BarChart& chart, const BarLayout& at) {
     for (std::size_t i = 0; i < chart.categories.size(); ++i) {
-      const Rect box = at.barBox(1, i, chart.series[1][i].value);
+      const Rect box = at.barBox(1, i, chart.series[1][i]);
       add(Hit::Kind::Bar, i, box.centreX(), box.centreY());
     }
   }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "plots/FigureLayout.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
 #include "postproc/MeasureRows.h"
@@ -50,7 +51,7 @@ TEST(MeasureBars, showSignificanceAndTheReasonsForNoMeasure) {
                                           {"x2", kUncertain, regressionValues(0.0)},
                                           {"x3", kUncertain, regressionValues(0.0)}});
   stats.records[5].values[RegressionStats::kSlots + RegressionStats::kSrc] = kNan;
-  const Figure figure = measureBars(stats, 1, "Y[max]", {RegressionStats::kSrc}, ColourSet::System);
+  const Figure figure = measureBars(stats, 1, "Y[max]", {RegressionStats::kSrc}, {.colours = ColourSet::System});
   const std::vector<Bar>& bars = barsOf(figure).series.at(0);
   EXPECT_THAT(barsOf(figure).categories, ElementsAre("x1", "k", "r", "c", "x2", "x3"));
   EXPECT_THAT(textsOf(bars), ElementsAre("0.5000", "Constant", "Related factor", "Correlated factor", "0.5000", "nan"));
@@ -74,12 +75,32 @@ TEST(MeasureBars, shareAFigureForFirstAndTotalOrder) {
   EXPECT_THAT(textsOf(barsOf(figure).series.at(1)), ElementsAre("0.7500", "", "inf"));
   EXPECT_NE(barsOf(figure).series[0][0].colour, barsOf(figure).series[1][0].colour);
   EXPECT_LE(barsOf(figure).values.lower, 0.0);
-  EXPECT_THAT(wordsOf(stats), ElementsAre("indices", "pies"));
+  EXPECT_THAT(wordsOf(stats), ElementsAre("indices", "interactions", "pies"));
 
   stats.factorCount = 7;
   EXPECT_EQ(measureBars(stats, 1, "Y", {0, 1}).legend.at(0).text, "First Order (on groups)");
   const auto classic = resultOf<FastStats>({{"x1", FactorKind::Constant, {0.0, 0.0}}});
   EXPECT_THAT(wordsOf(classic), ElementsAre("first", "pies"));
+}
+
+// One bar a factor: the total order is where the second part ends.
+TEST(MeasureBars, showInteractionsBehindTheFirstOrder) {
+  const auto stats = resultOf<FastStats>({{"x1", kUncertain, {0.25, 0.75}},
+                                          {"k", FactorKind::Constant, {0.0, 0.0}},
+                                          {"x2", kUncertain, {0.5, 0.4}},
+                                          {"x3", kUncertain, {-0.1, 0.9}}});
+  const Figure figure = interactionBars(stats, 1, "Y", {.order = MeasureDisplay::Order::Value, .most = 3});
+  const BarChart& chart = barsOf(figure);
+  EXPECT_THAT(chart.categories, ElementsAre("x3", "x1", "x2"));
+  EXPECT_TRUE(chart.stacked);
+  std::vector<std::pair<double, double>> shares;
+  for (const Bar& bar : chart.series.at(1)) shares.emplace_back(bar.from, bar.value);
+  EXPECT_THAT(shares, ElementsAre(std::pair(0.0, 0.9), std::pair(0.25, 0.75), std::pair(0.5, 0.5)));
+  EXPECT_THAT(textsOf(chart.series.at(1)), ElementsAre("-0.1000 + 1.0000", "0.2500 + 0.5000", "0.5000 - 0.1000"));
+  EXPECT_THAT(figure.subtitle, HasSubstr("first orders add up to 0.6500"));
+  FigureLayout layout = layOut(figure, {});
+  const auto& bars = std::get<BarLayout>(layout.charts.front());
+  EXPECT_EQ(bars.barBox(1, 0, chart.series[1][1]).y, bars.barBox(0, 0, chart.series[0][1]).y) << "one row";
 }
 
 // Terms of one factor have index, total, closed index; of two, index and closed index.
@@ -91,7 +112,7 @@ TEST(MeasureBars, findTheSlotsOfSobolTerms) {
   EXPECT_THAT(textsOf(barsOf(measureBars(stats, 1, "Y", {0})).series[0]), ElementsAre("0.1000", "0.4000", "0.7000"));
   EXPECT_THAT(textsOf(barsOf(measureBars(stats, 1, "Y", {1})).series[0]), ElementsAre("0.2000", "0.5000"));
   EXPECT_THAT(textsOf(barsOf(measureBars(stats, 1, "Y", {2})).series[0]), ElementsAre("0.3000", "0.6000", "0.8000"));
-  EXPECT_THAT(wordsOf(stats), ElementsAre("index", "total", "closed", "pies"));
+  EXPECT_THAT(wordsOf(stats), ElementsAre("index", "total", "closed", "interactions", "pies"));
 }
 
 TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
@@ -100,7 +121,8 @@ TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
   const auto stats = resultOf<ImportanceStats>(rows);
   EXPECT_THAT(wordsOf(stats), ElementsAre("importance", "pies"));
   EXPECT_GT(measureBars(stats, 1, "Y", {0}).height, 371 * 16.0);
-  const PieChart pie = std::get<PieChart>(measurePies(stats, 1, "Y", {0}, ColourSet::System).charts.front());
+  const PieChart pie =
+      std::get<PieChart>(measurePies(stats, 1, "Y", {0}, {.colours = ColourSet::System}).charts.front());
   EXPECT_EQ(pie.slices.size(), 370u) << "a share of nothing has no slice";
   EXPECT_EQ(pie.slices[0].colour, sliceColour(1)) << "a factor's colour follows its place";
   for (int i = 0; i < 5000; ++i) rows.push_back({"x", kUncertain, {i == 77 ? -9.0 : 0.5}});
@@ -114,7 +136,7 @@ TEST(MeasureBars, stayReadableForManyFactorsAndLongNames) {
 TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   const auto fast = resultOf<FastStats>(
       {{"k", FactorKind::Constant, {0.0, 0.0}}, {"x1", kUncertain, {-0.1, 0.5}}, {"x2", kUncertain, {0.25, kNan}}});
-  const Figure figure = measurePies(fast, 1, "Y", {0, 1}, ColourSet::System);
+  const Figure figure = measurePies(fast, 1, "Y", {0, 1}, {.colours = ColourSet::System});
   const auto& first = std::get<PieChart>(figure.charts.at(0));
   ASSERT_EQ(first.slices.size(), 1u);
   EXPECT_EQ(first.slices[0].label + first.slices[0].text, "x20.2500");
@@ -128,7 +150,7 @@ TEST(MeasurePies, takeTheColoursOfTheirMethod) {
   for (const auto& [record, value] : sobolTopTen(sobol, 1, 0)) numbers.push_back(record);
   EXPECT_THAT(numbers, ElementsAre(6, 12, 5, 11, 10, 3, 9, 2, 8, 1)) << "the smallest first, what is no number last";
   EXPECT_THAT(sobolTopTen(sobol, 2, 0), IsEmpty());
-  const auto pie = std::get<PieChart>(measurePies(sobol, 1, "Y", {1}, ColourSet::System).charts.front());
+  const auto pie = std::get<PieChart>(measurePies(sobol, 1, "Y", {1}, {.colours = ColourSet::System}).charts.front());
   EXPECT_EQ(pie.slices.size(), 10u);
 }
 
@@ -137,7 +159,7 @@ TEST(MorrisPlane, labelsThePointsWithTheirValues) {
       {{"x1", kUncertain, {12.3456, 0.5}}, {"k", FactorKind::Constant, {0.0, 0.0}}, {"x2", kUncertain, {kNan, 1e-5}}});
   const Figure figure = morrisPlane(stats, 1, "Y");
   const auto& chart = std::get<XyChart>(figure.charts.at(0));
-  EXPECT_THAT(std::get<LabelledPoints>(chart.layers[0]).labels,
+  EXPECT_THAT(std::get<LabelledPoints>(chart.layers.back()).labels,
               ElementsAre("x1 (1.235e+01, 5.000e-01)", "x2 (nan, 1.000e-05)"));
   EXPECT_EQ(chart.x.lower, 0.0);
   EXPECT_THAT(figure.subtitle, HasSubstr("k (Constant)"));
