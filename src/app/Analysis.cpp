@@ -38,6 +38,12 @@ bool analyse(ProjectConfiguration& project, const AnalysisRequest& request, Fron
   return analyse(postProcessor, request, frontEnd);
 }
 
+bool applyAlpha(PostProcessor& postProcessor, double alpha, FrontEnd& frontEnd) {
+  return serve(frontEnd, [&](const Progress& progress, std::string& message) {
+    return postProcessor.applyAlpha(alpha, progress, message);
+  });
+}
+
 bool completeAnalysis(PostProcessor& postProcessor, FrontEnd& frontEnd) {
   return serve(frontEnd, [&](const Progress& progress, std::string& message) {
     return postProcessor.complete(progress, message);

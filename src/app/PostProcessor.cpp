@@ -192,6 +192,28 @@ bool PostProcessor::provideTable(const Progress& progress, std::string& message)
   return takeTexts(variables(), taken, message) && buildTable(taken, progress, message);
 }
 
+bool PostProcessor::applyAlpha(double alpha, const Progress& progress, std::string& message) {
+  if (!isLevel(std::optional(alpha), kStudentLevels, message)) return false;
+  const auto* present = dynamic_cast<const RegressionStats*>(project_.vels.sensitivity.get());
+  if (!hasMeasures() || present == nullptr) {
+    message = "There are no measures with a test of their significance.";
+    return false;
+  }
+  if (present->alpha == static_cast<float>(alpha)) return true;
+  OutputVariables variables;
+  if (!takeTexts(this->variables(), variables, message) ||
+      !buildTable(variables, progress.part(0.0, kTableShare), message))
+    return false;
+  VelsConfiguration vels(project_.vels);
+  auto& measures = static_cast<RegressionStats&>(*vels.sensitivity);
+  if (!measures.applyAlpha(static_cast<float>(alpha), project_.prep, *table_, progress.part(kTableShare, 1.0))) {
+    message = "The significance can't be decided anew: the measures are of another sample.";
+    return false;
+  }
+  keep(std::move(vels));
+  return true;
+}
+
 std::shared_ptr<const AnalysisSnapshot> PostProcessor::snapshot() {
   if (snapshot_) return snapshot_;
   auto made = std::make_shared<AnalysisSnapshot>();

@@ -66,6 +66,9 @@ class PostProcessor {
 
   // Sees to it that the snapshot has its table: the values of the selected variables.
   [[nodiscard]] bool provideTable(const Progress& progress, std::string& message);
+  // Decides the significance of the regression measures anew at another confidence; nothing else is computed, and what
+  // is selected stays. True, too, when it is the confidence in force.
+  [[nodiscard]] bool applyAlpha(double alpha, const Progress& progress, std::string& message);
 
   // The present moment. The same object as long as nothing changes: that is how a holder sees that its own is past.
   std::shared_ptr<const AnalysisSnapshot> snapshot();

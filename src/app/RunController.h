@@ -146,6 +146,8 @@ class RunController {
   Outcome selectVariables(const std::vector<std::string>& texts);
   Outcome setOutputWeight(std::int32_t output, float weight);
   Outcome analyse(const AnalysisRequest& request);
+  // Another confidence of the significance tests, for measures that are there (see PostProcessor::applyAlpha).
+  Outcome applyAlpha(double alpha);
 
   // The runs in hand with the columns of these names, as readRunTable() takes them, to look at and to select from. They
   // stay what they are, whatever becomes of the project.

@@ -257,4 +257,14 @@ Outcome RunController::analyse(const AnalysisRequest& request) {
   return Outcome::Done;
 }
 
+Outcome RunController::applyAlpha(double alpha) {
+  if (busy_) return Outcome::Busy;
+  const Scope scope(*this);
+  const BusyScope inProgress(*this);
+  if (!tarvex::applyAlpha(postProcessor_, alpha, frontEnd_)) return Outcome::Refused;
+  note(Change::Measures);
+  setFlag(modified_, true);
+  return Outcome::Done;
+}
+
 }  // namespace tarvex
