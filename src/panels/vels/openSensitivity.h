@@ -4,8 +4,8 @@ namespace tarvex {
 
 class ResultDesk;
 
-// Computes what is missing of the sensitivity measures, with messages and progress, and opens the panel of the sampling
-// method's measures.
+// The panel of the sensitivity measures of the selected variables, by the sampling method. What isn't computed yet is
+// computed first, with its progress and its messages; where that fails nothing opens.
 void openSensitivity(ResultDesk& desk);
 
 }  // namespace tarvex

@@ -1,0 +1,62 @@
+#include "panels/vels/PSaSingle.h"
+
+#include <QKeySequence>
+#include <QLabel>
+#include <algorithm>
+
+#include "app/PostProcessor.h"
+#include "base/TextWriter.h"
+#include "panels/vels/PForecast.h"
+#include "panels/vels/ResultDesk.h"
+#include "panels/vels/saveMeasures.h"
+#include "plots/measurePlots.h"
+#include "postproc/CellFormat.h"
+#include "postproc/RegressionStats.h"
+#include "toolkit/TableView.h"
+
+namespace tarvex {
+
+PSaSingle::PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> snapshot, std::int32_t variable)
+    : Panel(desk.display(), "PSaSingle", "SaSingle", "Sensitivity Analysis", desk.parent()),
+      desk_(desk),
+      snapshot_(std::move(snapshot)),
+      variable_(variable) {
+  for (const MeasureChoice& choice : measureChoices(*snapshot_->sensitivity)) slots_.push_back(choice.slot);
+  table_ = std::make_shared<SaTable>(snapshot_->sensitivity, variable, slots_, MeasureDisplay{}, false);
+  const QString name = QString::fromStdString(snapshot_->variables[static_cast<std::size_t>(variable)]);
+  setTitle("Sensitivity Analysis: " + name);
+  gadget<QLabel>("MlTitle")->setText("All measures of " + name);
+  showSheet(*gadget<TableView>("ShIndexes"), table_);
+  if (const auto* const regression = dynamic_cast<const RegressionStats*>(snapshot_->sensitivity.get()))
+    gadget<QLabel>("MlMessage")
+        ->setText(QString("Green: significantly above 0 at %1; red: not. PCC, PRCC and Smirnov have no test.")
+                      .arg(static_cast<double>(regression->alpha)));
+  registerCallbacks({{"saveTable", [this] { saveTable(); }},
+                     {"doppioClick", [this] { doppioClick(); }},
+                     {"dismiss", [this] { end(true); }}});
+  bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
+}
+
+void PSaSingle::saveTable() {
+  saveMeasures(window(), [this](TextWriter& out) {
+    const auto cell = [&out](const QString& text) { out << savedCell(text.toStdString()) << '\t'; };
+    for (int column = 0; column < table_->columns(); ++column) cell(table_->header(column));
+    out << '\n';
+    for (int row = 0; row < table_->rows(); ++row) {
+      for (int column = 0; column < table_->columns(); ++column) cell(table_->text(row, column));
+      out << '\n';
+    }
+  });
+}
+
+// The measure of the column, the first for the column of names.
+void PSaSingle::doppioClick() {
+  auto* const view = gadget<TableView>("ShIndexes");
+  const QModelIndex current = view->currentIndex();
+  if (!current.isValid()) return;
+  const std::int32_t slot = slots_[static_cast<std::size_t>(std::max(0, current.column() - 1))];
+  const std::size_t record = table_->record(view->tableModel().sourceRow(current.row()));
+  desk_.open(std::make_unique<PForecast>(desk_, snapshot_, variable_, slot, record));
+}
+
+}  // namespace tarvex
