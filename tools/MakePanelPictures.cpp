@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QImage>
 #include <QList>
+#include <QListWidget>
 #include <QPalette>
 #include <QPlainTextEdit>
 #include <QTabWidget>
@@ -56,18 +57,21 @@
 #include "panels/prep/editFactor.h"
 #include "panels/sampling/PGroupSelect.h"
 #include "panels/sampling/makeMethodPanel.h"
+#include "panels/vels/PSaRandomSelect.h"
 #include "panels/vels/PSelectVariable.h"
 #include "panels/vels/PUaSelect.h"
 #include "panels/vels/PUaSetting.h"
 #include "panels/vels/PUaSingle.h"
 #include "panels/vels/PVelsMain.h"
 #include "panels/vels/ResultDesk.h"
+#include "panels/vels/openSensitivity.h"
 #include "plots/runPlots.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SamplerSettings.h"
 #include "toolkit/Application.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Display.h"
+#include "toolkit/TableView.h"
 #include "toolkit/Theme.h"
 
 namespace tarvex {
@@ -410,6 +414,71 @@ void drawResults(PMainPanel& main, Pictures& pictures) {
   }
 }
 
+// The panel that the last call opened, as `name`.
+void drawLast(ResultDesk& desk, const QString& name, Pictures& pictures) {
+  if (!desk.panels().empty()) pictures.draw(name, *desk.panels().back());
+}
+
+// What is opened from the regression's panel.
+void drawFromRegression(ResultDesk& desk, Pictures& pictures) {
+  openSensitivity(desk);
+  if (desk.panels().empty()) return;
+  Panel& panel = *desk.panels().back();
+  panel.gadget<QTabWidget>("NoIndexes")->setCurrentIndex(1);
+  pictures.draw("PSaRandom-table", panel);
+  if (!panel.show()) return;
+  auto* const sheet = panel.gadget<TableView>("ShIndexes");
+  sheet->setCurrentIndex(sheet->tableModel().index(1, 0));
+  panel.call("doppioClick");
+  drawLast(desk, "PForecast", pictures);
+  panel.call("allMeasures");
+  drawLast(desk, "PSaSingle", pictures);
+  panel.call("visualSA");
+  if (desk.panels().empty() || desk.panels().back()->name() != "VisualSA") return;
+  Panel& visual = *desk.panels().back();
+  visual.gadget<QListWidget>("SlAvailFac")->item(0)->setSelected(true);
+  visual.gadget<QListWidget>("SlAvailVar")->item(0)->setSelected(true);
+  visual.call("right");
+  pictures.draw("PVisualSA", visual);
+}
+
+// The measures of each method, by demonstration cases and golden results.
+void drawMeasures(const Display& display, const QString& mainDirectory, RunController& controller, Pictures& pictures) {
+  const struct {
+    QString file;
+    const char* name;
+    int form;  // of the picture
+    int page;
+  } results[] = {{mainDirectory + "/Demo/levelE.dem", "PSaRandom", 0, 0},
+                 {mainDirectory + "/Demo/sobolG0.dem", "PSaMorris", 0, 0},
+                 {"unit-classic.spc", "PSaFast", 1, 0},
+                 {mainDirectory + "/Demo/sobolG2.dem", "PSaFastTO", 0, 0},
+                 {mainDirectory + "/Demo/sobolG2.dem", "PSaFastTO-pies", 2, 0},
+                 {mainDirectory + "/Demo/sobolG2.dem", "PSaFastTO-table", 0, 1},
+                 {mainDirectory + "/Demo/sobolG3.dem", "PSaImpMeasures", 0, 0},
+                 {mainDirectory + "/Demo/Ishigami.dem", "PSaSobol", 0, 0},
+                 {"unit-order2.spc", "PSaSobol-terms", 1, 0},
+                 {"unit-order2.spc", "PSaSobol-table", 0, 1}};
+  ResultDesk desk(display, controller, nullptr);
+  for (const auto& result : results) {
+    if (controller.loadResultsFile(result.file.toStdString()) != Outcome::Done) continue;
+    openSensitivity(desk);
+    if (desk.panels().empty()) continue;
+    Panel& panel = *desk.panels().back();
+    panel.gadget<QComboBox>("OForm")->setCurrentIndex(result.form);
+    panel.call("changePie");
+    panel.gadget<QTabWidget>("NoIndexes")->setCurrentIndex(result.page);
+    pictures.draw(result.name, panel);
+    desk.closeAll();
+  }
+  if (controller.loadResultsFile((mainDirectory + "/Demo/levelE.dem").toStdString()) == Outcome::Done)
+    drawFromRegression(desk, pictures);
+  const auto snapshot = controller.analysis();
+  if (!snapshot->sensitivity) return;
+  PSaRandomSelect components(display, *snapshot->sensitivity, snapshot->variables, {{0, 2, 4}, {0}}, nullptr);
+  pictures.draw("PSaRandomSelect", components);
+}
+
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PMainPanel main(display, "PMainPanel", "Tarvex", argv[1]);
   pictures.draw("PMainPanel-start", main);
@@ -453,6 +522,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   ResultDesk desk(display, main.controller(), nullptr);
   drawPlots(desk, pictures);
   drawResults(main, pictures);
+  drawMeasures(display, argv[1], main.controller(), pictures);
   return !pictures.failed();
 }
 
