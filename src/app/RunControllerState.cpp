@@ -261,7 +261,9 @@ Outcome RunController::applyAlpha(double alpha) {
   if (busy_) return Outcome::Busy;
   const Scope scope(*this);
   const BusyScope inProgress(*this);
+  const std::shared_ptr<const AnalysisSnapshot> before = postProcessor_.snapshot();
   if (!tarvex::applyAlpha(postProcessor_, alpha, frontEnd_)) return Outcome::Refused;
+  if (postProcessor_.snapshot() == before) return Outcome::Done;  // it was in force
   note(Change::Measures);
   setFlag(modified_, true);
   return Outcome::Done;
