@@ -6,6 +6,7 @@
 #include "base/TextWriter.h"
 #include "panels/MainPanelFixture.h"
 #include "panels/vels/PSaResult.h"
+#include "panels/vels/PVelsMain.h"
 #include "panels/vels/ResultDesk.h"
 #include "panels/vels/openSensitivity.h"
 #include "postproc/RegressionStats.h"
@@ -175,6 +176,18 @@ TEST_F(SensitivityPanels, computeWhatIsMissingAndDecideSignificanceAnew) {
   EXPECT_EQ(panel.gadget<QComboBox>("OAlpha")->currentIndex(), 5);
   EXPECT_EQ(takeShown(), Texts()) << "nothing is decided of other results";
   EXPECT_EQ(saved(panel).find("Value of the SRRCs"), 0U) << "a panel of the past goes on showing its own";
+}
+
+TEST_F(SensitivityPanels, rankTheFactorsAsBarsWithOneClickOfThePostProcessor) {
+  ASSERT_EQ(controller().loadResultsFile(test::goldenPath("plant-run.spc")), Outcome::Done);
+  ASSERT_EQ(controller().selectVariables({"power"}), Outcome::Done);
+  PVelsMain vels(desk_, [] {});
+  vels.call("sa");
+  std::vector<double> sizes;
+  for (const Bar& bar : std::get<BarChart>(figure(last()).charts.front()).series.front())
+    sizes.push_back(bar.faint ? -1.0 : std::abs(bar.value));
+  EXPECT_EQ(sizes.size(), 20U);
+  EXPECT_TRUE(std::ranges::is_sorted(sizes, std::greater())) << testing::PrintToString(sizes);
 }
 
 TEST_F(SensitivityPanels, sortScaleAndChooseWhatIsShown) {
