@@ -12,13 +12,13 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::string_view kInput = "input ";
-constexpr std::string_view kOutput = "output ";
-constexpr std::int32_t kMostRows = 1048576;  // of the largest sheet of any format
+constexpr std::string_view kInputWord = "input ";
+constexpr std::string_view kOutputWord = "output ";
+constexpr std::int32_t kMostSheetRows = 1048576;  // of the largest sheet of any format
 constexpr std::int32_t kMostColumns = 16384;
 constexpr std::int32_t kLetters = 26;
 
-bool isPlain(const std::string& sheet) {
+bool isPlainSheet(const std::string& sheet) {
   return std::ranges::all_of(sheet, [](char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= 128 || std::isalnum(byte) != 0 || c == '_';
@@ -42,7 +42,7 @@ bool parseCellName(std::string_view text, std::int32_t& row, std::int32_t& colum
   if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) return false;
   --row;
   --column;
-  return row >= 0 && row < kMostRows && column >= 0 && column < kMostColumns;
+  return row >= 0 && row < kMostSheetRows && column >= 0 && column < kMostColumns;
 }
 
 // Takes the sheet and the sign behind it off the text.
@@ -95,7 +95,7 @@ std::string doubleProblem(const std::vector<NamedCell>& cells, Names& places) {
 
 std::string NamedCell::place() const {
   std::string quoted = sheet;
-  if (!isPlain(sheet)) {
+  if (!isPlainSheet(sheet)) {
     quoted = "'";
     for (const char c : sheet) quoted.append(c == '\'' ? 2 : 1, c);
     quoted += '\'';
@@ -122,8 +122,8 @@ std::string WorkbookCells::text() const {
       line.append(word).append(cell.name + '=' + cell.place());
     }
   };
-  add(kInput, inputs);
-  add(kOutput, outputs);
+  add(kInputWord, inputs);
+  add(kOutputWord, outputs);
   return line;
 }
 
@@ -160,12 +160,12 @@ bool parseWorkbookCells(std::string_view text, WorkbookCells& cells, std::string
     const std::size_t end = std::min(text.find('\t'), text.size());
     std::string_view part = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
-    const bool isInput = part.starts_with(kInput);
-    if (!isInput && !part.starts_with(kOutput)) {
+    const bool isInput = part.starts_with(kInputWord);
+    if (!isInput && !part.starts_with(kOutputWord)) {
       problem = "expected a cell of an input or an output, found '" + std::string(part) + "'";
       return false;
     }
-    part.remove_prefix((isInput ? kInput : kOutput).size());
+    part.remove_prefix((isInput ? kInputWord : kOutputWord).size());
     if (!parseNamedCell(part, (isInput ? found.inputs : found.outputs).emplace_back(), problem)) return false;
   }
   cells = std::move(found);

@@ -11,8 +11,6 @@ namespace tarvex {
 
 namespace {
 
-using Column = std::vector<std::optional<double>>;
-
 std::vector<std::size_t> chosenRecords(const SensitivityStats& stats, const MeasureDisplay& display) {
   std::vector<std::size_t> chosen;
   if (!display.records) {
@@ -31,14 +29,14 @@ std::vector<std::size_t> chosenRecords(const SensitivityStats& stats, const Meas
 std::vector<std::size_t> displayedRecords(const SensitivityStats& stats, std::int32_t variable,
                                           const std::vector<std::int32_t>& slots, const MeasureDisplay& display) {
   constexpr double kNone = -1.0;  // the size of what has no measure, or none that can be compared
-  std::vector<Column> columns;
+  std::vector<MeasureColumn> columns;
   for (const std::int32_t slot : slots) columns.push_back(measureColumn(stats, variable, slot));
   std::vector<double> sizes(stats.records.size(), kNone);
   std::vector<std::size_t> shown;
   for (const std::size_t i : chosenRecords(stats, display)) {
     // Every factor has each of the regression's measures, or a reason that all share.
     bool any = stats.records[i].kind != FactorKind::Uncertain || stats.typeId() == SensitivityStats::kRegression;
-    for (const Column& column : columns) {
+    for (const MeasureColumn& column : columns) {
       any = any || column[i].has_value();
       if (column[i] && std::isfinite(*column[i])) sizes[i] = std::max(sizes[i], std::abs(*column[i]));
     }
@@ -61,7 +59,7 @@ std::vector<std::size_t> displayedRecords(const SensitivityStats& stats, std::in
 std::vector<std::optional<double>> displayedColumn(const SensitivityStats& stats, std::int32_t variable,
                                                    std::int32_t slot, const std::vector<std::size_t>& shown,
                                                    bool scaled) {
-  Column column = measureColumn(stats, variable, slot);
+  MeasureColumn column = measureColumn(stats, variable, slot);
   if (!scaled) return column;
   double sum = 0.0;
   for (const std::size_t i : shown)

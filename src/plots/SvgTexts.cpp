@@ -48,12 +48,12 @@ std::string colourOf(cairo_t* context) {
   double alpha = 0.0;
   if (cairo_pattern_get_rgba(cairo_get_source(context), &red, &green, &blue, &alpha) != CAIRO_STATUS_SUCCESS)
     return "black";
-  constexpr double kFull = 255.0;
+  constexpr double kMostOfByte = 255.0;
   constexpr std::size_t kRoom = 8;
   std::array<char, kRoom> text{};
-  std::snprintf(text.data(), text.size(), "#%02x%02x%02x", static_cast<unsigned>(std::lround(red * kFull)) & 255U,
-                static_cast<unsigned>(std::lround(green * kFull)) & 255U,
-                static_cast<unsigned>(std::lround(blue * kFull)) & 255U);
+  std::snprintf(text.data(), text.size(), "#%02x%02x%02x", static_cast<unsigned>(std::lround(red * kMostOfByte)) & 255U,
+                static_cast<unsigned>(std::lround(green * kMostOfByte)) & 255U,
+                static_cast<unsigned>(std::lround(blue * kMostOfByte)) & 255U);
   return text.data();
 }
 

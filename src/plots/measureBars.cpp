@@ -19,8 +19,6 @@ namespace {
 
 constexpr std::size_t kMostRows = 1000;  // beyond them a picture is no longer one
 
-using Column = std::vector<std::optional<double>>;
-
 // The records that a figure shows; of very many those of the largest sizes.
 std::vector<std::size_t> shownRecords(const SensitivityStats& stats, std::int32_t variable,
                                       const std::vector<std::int32_t>& slots, const MeasureDisplay& display) {
@@ -45,7 +43,7 @@ Bar reasonBar(const IndexRecord& record, const Colour& colour) {
   return {0.0, std::string(kind.empty() ? kNotComputed : kind), colour, true};
 }
 
-BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& columns,
+BarChart chartOf(const SensitivityStats& stats, const std::vector<MeasureColumn>& columns,
                  const std::vector<std::size_t>& shown, std::span<const Colour> series, const RoleColours& colours) {
   BarChart chart;
   std::vector<double> values{0.0};
@@ -73,7 +71,7 @@ BarChart chartOf(const SensitivityStats& stats, const std::vector<Column>& colum
 // One colour for what is significant and another for what isn't, where there is a test.
 void colourBySignificance(BarChart& chart, const RegressionStats& stats, std::int32_t variable, std::int32_t measure,
                           const std::vector<std::size_t>& shown, const RoleColours& colours) {
-  const Column flags = measureColumn(stats, variable, RegressionStats::kFlagSlots + measure);
+  const MeasureColumn flags = measureColumn(stats, variable, RegressionStats::kFlagSlots + measure);
   for (std::size_t k = 0; k < shown.size(); ++k)
     if (const std::optional<double>& flag = flags[shown[k]])
       chart.series.front()[k].colour = *flag == 1.0 ? colours.significant : colours.insignificant;
@@ -128,7 +126,7 @@ std::string confidenceText(const RegressionStats& stats) {
 
 // A chart a measure, as each bar's colour is taken by its test.
 void addRegression(Figure& figure, const RegressionStats& stats, std::int32_t variable,
-                   const std::vector<std::int32_t>& slots, const std::vector<Column>& columns,
+                   const std::vector<std::int32_t>& slots, const std::vector<MeasureColumn>& columns,
                    const std::vector<std::size_t>& shown, const RoleColours& colours) {
   constexpr int kMostColumns = 4;
   figure.columns = std::clamp(static_cast<int>(slots.size()), 1, kMostColumns);
@@ -168,7 +166,7 @@ void stackBars(Bar& first, Bar& total) {
 }
 
 // Of single factors; nothing where one isn't finite.
-std::optional<double> sumOf(const SensitivityStats& stats, const Column& column) {
+std::optional<double> sumOf(const SensitivityStats& stats, const MeasureColumn& column) {
   double sum = 0.0;
   for (std::size_t i = 0; i < column.size(); ++i)
     if (column[i] && stats.records[i].groupNames.size() < 2) sum += *column[i];
@@ -177,7 +175,8 @@ std::optional<double> sumOf(const SensitivityStats& stats, const Column& column)
 
 // One chart with a series a measure.
 void addSeries(Figure& figure, const SensitivityStats& stats, const std::vector<std::int32_t>& slots,
-               const std::vector<Column>& columns, const std::vector<std::size_t>& shown, const RoleColours& colours) {
+               const std::vector<MeasureColumn>& columns, const std::vector<std::size_t>& shown,
+               const RoleColours& colours) {
   BarChart chart = chartOf(stats, columns, shown, colours.measures, colours);
   for (std::size_t s = 0; s < slots.size(); ++s) {
     const std::string title = measureTitle(stats, slots[s]);
@@ -195,7 +194,7 @@ Figure measureBars(const SensitivityStats& stats, std::int32_t variable, const s
   Figure figure;
   figure.subtitle = variableName;
   const std::vector<std::size_t> shown = shownRecords(stats, variable, slots, display);
-  std::vector<Column> columns;
+  std::vector<MeasureColumn> columns;
   for (const std::int32_t slot : slots)
     columns.push_back(displayedColumn(stats, variable, slot, shown, display.scaled));
   if (shown.empty() || slots.empty()) {
@@ -227,8 +226,8 @@ Figure interactionBars(const SensitivityStats& stats, std::int32_t variable, con
   figure.title = "First Order and interactions";
   figure.subtitle = variableName;
   std::vector<std::size_t> shown = shownRecords(stats, variable, {totalSlot}, display);
-  const Column first = measureColumn(stats, variable, firstSlot);
-  const Column total = measureColumn(stats, variable, totalSlot);
+  const MeasureColumn first = measureColumn(stats, variable, firstSlot);
+  const MeasureColumn total = measureColumn(stats, variable, totalSlot);
   if (shown.empty()) {
     figure.subtitle += ": no measures";
     return figure;
@@ -252,7 +251,7 @@ Figure forecastBars(const SensitivityStats& stats, std::int32_t variable, const 
   Figure figure;
   figure.title = "Forecast";
   figure.subtitle = variableName + ", " + measureTitle(stats, slot);
-  const Column column = measureColumn(stats, variable, slot);
+  const MeasureColumn column = measureColumn(stats, variable, slot);
   std::vector<std::size_t> shown = shownRecords(stats, variable, {slot}, {});
   std::erase_if(shown, [&](std::size_t i) { return stats.records[i].kind != FactorKind::Uncertain; });
   if (shown.empty()) {

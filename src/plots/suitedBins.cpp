@@ -13,7 +13,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::size_t kWhole = kHistogramEntries - 1;
+constexpr std::size_t kWholeCount = kHistogramEntries - 1;
 
 // What divides the hundred evenly, and is nearest to Scott's width.
 std::size_t suitedGroup(const std::vector<double>& heights, double runs) {
@@ -41,13 +41,13 @@ bool takeBinsTogether(std::vector<double>& edges, std::vector<double>& heights, 
   if (heights.size() != kHistogramEntries || edges.size() != heights.size() + 1) return false;
   const std::size_t group = suitedGroup(heights, runs);
   std::vector<double> wider, sums;
-  for (std::size_t first = 0; first < kWhole; first += group) {
+  for (std::size_t first = 0; first < kWholeCount; first += group) {
     const auto begin = heights.begin() + static_cast<std::ptrdiff_t>(first);
     wider.push_back(edges[first]);
     sums.push_back(std::accumulate(begin, begin + static_cast<std::ptrdiff_t>(group), 0.0));
   }
-  wider.push_back(edges[kWhole]);
-  sums.back() += heights[kWhole];
+  wider.push_back(edges[kWholeCount]);
+  sums.back() += heights[kWholeCount];
   edges = std::move(wider);
   heights = std::move(sums);
   return true;

@@ -13,12 +13,12 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 // I_x(a, b), a, b > 0.
 double betaRatio(double x, double a, double b) {
-  double p = kNaN;
-  double q = kNaN;
+  double p = kNoNumber;
+  double q = kNoNumber;
   int status = 0;
   double bound = 0.0;
   cdfBeta(1, p, q, x, 1.0 - x, a, b, status, bound);
@@ -62,7 +62,7 @@ OrderedRuns::OrderedRuns(std::vector<double> values) : values_(std::move(values)
 }
 
 Estimate OrderedRuns::quantile(double share, double confidence) const {
-  if (values_.empty()) return {kNaN};
+  if (values_.empty()) return {kNoNumber};
   const std::int64_t n = count();
   const double place = share * static_cast<double>(n - 1);
   const auto before = static_cast<std::size_t>(std::min(std::floor(place), static_cast<double>(n - 1)));
@@ -83,7 +83,7 @@ Estimate OrderedRuns::quantile(double share, double confidence) const {
 }
 
 Estimate OrderedRuns::exceedance(double threshold, double confidence) const {
-  if (values_.empty() || std::isnan(threshold)) return {kNaN};
+  if (values_.empty() || std::isnan(threshold)) return {kNoNumber};
   const auto above = static_cast<double>(values_.end() - std::upper_bound(values_.begin(), values_.end(), threshold));
   const auto n = static_cast<double>(count());
   const double tail = (1.0 - confidence) / 2.0;

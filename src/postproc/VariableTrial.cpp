@@ -12,7 +12,7 @@ namespace tarvex {
 
 namespace {
 
-bool isNameChar(char c) {
+bool standsInWords(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
@@ -25,7 +25,7 @@ struct SameLength {
 
 std::string asName(std::string reference) {
   for (char& c : reference)
-    if (!isNameChar(c)) c = '_';
+    if (!standsInWords(c)) c = '_';
   if (std::isdigit(static_cast<unsigned char>(reference.front())) != 0) reference.front() = '_';
   return reference;
 }
@@ -46,7 +46,7 @@ SameLength sameLength(const std::string& text, const std::vector<std::string>& o
       continue;
     }
     position = start + 1;
-    while (isNameChar(text[start]) && position < text.size() && isNameChar(text[position])) ++position;
+    while (standsInWords(text[start]) && position < text.size() && standsInWords(text[position])) ++position;
     made.program += text.substr(start, position - start);
   }
   return made;
@@ -56,9 +56,9 @@ SameLength sameLength(const std::string& text, const std::vector<std::string>& o
 std::vector<std::string> assignedIn(const std::string& program) {
   std::vector<std::string> names;
   for (std::size_t i = 0; i < program.size(); ++i) {
-    if (!isNameChar(program[i])) continue;
+    if (!standsInWords(program[i])) continue;
     std::size_t end = i;
-    while (end < program.size() && isNameChar(program[end])) ++end;
+    while (end < program.size() && standsInWords(program[end])) ++end;
     const std::size_t sign = program.find_first_not_of(' ', end);
     if (sign != std::string::npos && program[sign] == '=' && program.substr(sign, 2) != "==")
       names.push_back(program.substr(i, end - i));

@@ -73,7 +73,7 @@ TEST(WorkbookCells, TheRecordKeepsThemWhereOtherReadersPassOver) {
 }
 
 // Three runs of a and b through a workbook whose sum lies on another sheet.
-class Cells : public test::InDirectory {
+class CellsOfAWorkbook : public test::InDirectory {
  protected:
   void SetUp() override {
     for (const char* const name : {"a", "b"}) {
@@ -120,7 +120,7 @@ class Cells : public test::InDirectory {
   Texts messages_;
 };
 
-TEST_F(Cells, TakeTheFactorsByNameAndGiveTheOutputs) {
+TEST_F(CellsOfAWorkbook, TakeTheFactorsByNameAndGiveTheOutputs) {
   EXPECT_TRUE(run());
   EXPECT_EQ(messages_, Texts());
   EXPECT_EQ(application_.calls, (Texts{"start hidden", "open copy of " + file("book.ods"), "recalculate", "drive 1",
@@ -134,7 +134,7 @@ TEST_F(Cells, TakeTheFactorsByNameAndGiveTheOutputs) {
   EXPECT_EQ(messages_, Texts{"Warning: The workbook has no cell for the factors 'a'."});
 }
 
-TEST_F(Cells, AFailureIsToldWithItsPlaceAndLeavesNothing) {
+TEST_F(CellsOfAWorkbook, AFailureIsToldWithItsPlaceAndLeavesNothing) {
   for (const char* const call : {"start", "open", "count", "name", "bind", "recalculate", "drive", "close"}) {
     application_.failing = call;
     EXPECT_FALSE(run()) << call;

@@ -92,13 +92,13 @@ std::shared_ptr<FactorList> steinList() {
   return list;
 }
 
-constexpr const char* kWrong = "Error: wrong values: ";
+constexpr const char* kWrongValues = "Error: wrong values: ";
 constexpr const char* kEach = "All first and total order effect calculation";
 constexpr const char* kOnGroups = "All first and total order effect calculation on groups";
 
 // clang-format off
 TEST_F(MethodPanels, OkTakesWhatIsTypedOrRefusesInItsWords) {
-  const std::string wrong = kWrong;
+  const std::string wrong = kWrongValues;
   const std::string random = wrong + "  Seed and Number of executions must be positive values\n";
   const std::string latin = wrong + "Incorrect value for Seed or Number of executions\n";
   const std::string seed = wrong + "Seed must be a value greater than 0 and less than 2,147,483,647\nSeed: '0' is not";
@@ -232,8 +232,9 @@ TEST_F(MethodPanels, ListsOfferWhatTheMethodHasAndOpenAtWhatIsSet) {
             "Sample si&ze (max 60)N° of &replications (max value suggested 7)");
   use({{"NBaseDesign", "61"}});
   EXPECT_EQ(panel_->gadget<QLineEdit>("NSampleSize")->text(), "61");
-  EXPECT_EQ(outcome().rfind(std::string(kWrong) + "Incorrect value for Seed or Number of executions\nThe sample", 0),
-            0U);
+  EXPECT_EQ(
+      outcome().rfind(std::string(kWrongValues) + "Incorrect value for Seed or Number of executions\nThe sample", 0),
+      0U);
 }
 
 TEST_F(MethodPanels, GroupsAreMadeChangedAndTakenAway) {
@@ -301,8 +302,8 @@ TEST_F(MethodPanels, GroupsAreMadeChangedAndTakenAway) {
   for (int i = 0; i < 5; ++i) ASSERT_TRUE(all.addElement("all", list->factor(i).name));
   takeShown();
   open(kFast, *list, &all);
-  EXPECT_EQ(outcome(),
-            std::string(kWrong) + "The test on groups needs at least two groups, or a group and a factor in none.");
+  EXPECT_EQ(outcome(), std::string(kWrongValues) +
+                           "The test on groups needs at least two groups, or a group and a factor in none.");
 }
 
 TEST_F(MethodPanels, ChosenFactorsKeepTheirFlags) {

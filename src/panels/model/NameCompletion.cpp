@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QTextBlock>
 
+#include "factors/EvaluatorOperations.h"
 #include "toolkit/oneLine.h"
 
 namespace tarvex {
@@ -67,6 +68,13 @@ bool NameCompletion::eventFilter(QObject* watched, QEvent* event) {
   else if (isEnter)
     pressDefault(*field_.window());
   return true;
+}
+
+QStringList functionList() {
+  QStringList list;
+  for (const std::string_view name : functionNames())
+    list << QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+  return list;
 }
 
 }  // namespace tarvex

@@ -2,6 +2,7 @@
 
 #include <QCompleter>
 #include <QObject>
+#include <QStringList>
 
 class QPlainTextEdit;
 
@@ -26,5 +27,8 @@ class NameCompletion : public QObject {
   QCompleter completer_;
   bool inserting_ = false;
 };
+
+// The functions of the calculator language, to be offered beside the names.
+QStringList functionList();
 
 }  // namespace tarvex

@@ -14,7 +14,6 @@
 #include <limits>
 
 #include "base/NumberText.h"
-#include "factors/EvaluatorOperations.h"
 #include "model/EquationValues.h"
 #include "model/InternalModel.h"
 #include "model/ModelUses.h"
@@ -25,13 +24,6 @@
 
 namespace tarvex {
 namespace {
-
-QStringList functionList() {
-  QStringList list;
-  for (const std::string_view name : functionNames())
-    list << QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
-  return list;
-}
 
 // With the place, where the reason doesn't tell it.
 QString reasonOf(const EquationTrial& trial) {

@@ -6,7 +6,7 @@
 namespace tarvex {
 namespace {
 
-constexpr const char* kForReading = "These correlations are for reading.";
+constexpr const char* kOnlyRead = "These correlations are for reading.";
 
 }  // namespace
 
@@ -26,11 +26,11 @@ double CorrelationTable::number(int row, int column) const {
 }
 
 QString CorrelationTable::setText(int row, int column, const QString& text) {
-  return changes_.edit ? changes_.edit(row, column, text) : QString(kForReading);
+  return changes_.edit ? changes_.edit(row, column, text) : QString(kOnlyRead);
 }
 
 QString CorrelationTable::setBlock(int row, int column, const std::vector<QStringList>& block) {
-  return changes_.paste ? changes_.paste(row, column, block) : QString(kForReading);
+  return changes_.paste ? changes_.paste(row, column, block) : QString(kOnlyRead);
 }
 
 }  // namespace tarvex

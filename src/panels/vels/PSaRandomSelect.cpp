@@ -13,7 +13,7 @@
 namespace tarvex {
 namespace {
 
-enum Page { kFactors, kVariables, kPages };
+enum ComponentPage { kFactors, kVariables, kPages };
 
 bool isIn(const std::vector<std::int32_t>& numbers, std::int32_t number) {
   return std::ranges::find(numbers, number) != numbers.end();

@@ -25,7 +25,7 @@
 namespace tarvex {
 namespace {
 
-constexpr std::size_t kTop = 10;
+constexpr std::size_t kTopCount = 10;
 constexpr std::size_t kFewRecords = 25;  // that a picture shows at once
 
 // In the order of OOrder.
@@ -65,7 +65,7 @@ void PSaResult::fillLists() {
   order->addItems({"Ten largest", "Largest first", "List order"});
   order->setCurrentIndex(stats().records.size() > kFewRecords ? kTopTen : kByValue);
   shown_.order = MeasureDisplay::Order::Value;
-  shown_.most = stats().records.size() > kFewRecords ? kTop : 0;
+  shown_.most = stats().records.size() > kFewRecords ? kTopCount : 0;
   shown_.records.emplace(stats().records.size());
   std::iota(shown_.records->begin(), shown_.records->end(), 0);
   for (const SaForm form : kind_.forms) gadget<QComboBox>("OForm")->addItem(formTitle(form));
@@ -214,7 +214,7 @@ void PSaResult::changePie() {
 void PSaResult::changeOrder() {
   const int choice = gadget<QComboBox>("OOrder")->currentIndex();
   shown_.order = choice == kByList ? MeasureDisplay::Order::List : MeasureDisplay::Order::Value;
-  shown_.most = choice == kTopTen ? kTop : 0;
+  shown_.most = choice == kTopTen ? kTopCount : 0;
   refresh();
 }
 

@@ -33,8 +33,6 @@
 namespace tarvex {
 namespace {
 
-enum Page { kChartPage, kPointsPage, kQuantilePage };
-
 QString cellText(double value) {
   return QString::fromStdString(statisticCell(value)).trimmed();
 }

@@ -31,6 +31,8 @@ class PUaSingle : public Panel {
   bool closing() override;
 
  private:
+  enum Page { kChartPage, kPointsPage, kQuantilePage };
+
   RunController& controller();
   void addPages();
   void registerAll();

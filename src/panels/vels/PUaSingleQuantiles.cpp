@@ -18,15 +18,14 @@ namespace tarvex {
 namespace {
 
 constexpr double kPercent = 100.0;
-constexpr int kQuantilePage = 2;
 constexpr double kConfidences[] = {0.9, 0.95, 0.99};
 
-QString cellText(double value) {
+QString estimateText(double value) {
   return QString::fromStdString(statisticCell(value)).trimmed();
 }
 
 QString endText(const std::optional<double>& end) {
-  return end ? cellText(*end) : QString("too few runs");
+  return end ? estimateText(*end) : QString("too few runs");
 }
 
 // The numbers of a line, apart by blanks, semicolons or commas; false when one is none.
@@ -80,7 +79,7 @@ void PUaSingle::quantiles() {
   const VariableQuantiles found = quantilesOf(ordered_, request);
   std::vector<QStringList> cells;
   const auto add = [&cells](const QString& what, const Estimate& estimate) {
-    cells.push_back({what, cellText(estimate.value), endText(estimate.lower), endText(estimate.upper)});
+    cells.push_back({what, estimateText(estimate.value), endText(estimate.lower), endText(estimate.upper)});
   };
   for (std::size_t i = 0; i < request.shares.size(); ++i)
     add(QString::fromStdString(percentText(request.shares[i])), found.quantiles[i]);

@@ -10,7 +10,6 @@
 #include <algorithm>
 
 #include "app/RunController.h"
-#include "factors/EvaluatorOperations.h"
 #include "panels/model/NameCompletion.h"
 #include "panels/prep/ExpressionColours.h"
 #include "panels/vels/OutputList.h"
@@ -20,16 +19,6 @@
 #include "toolkit/TableView.h"
 
 namespace tarvex {
-namespace {
-
-QStringList functionList() {
-  QStringList list;
-  for (const std::string_view name : functionNames())
-    list << QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
-  return list;
-}
-
-}  // namespace
 
 QPlainTextEdit* PVelsMain::field() {
   return gadget<QPlainTextEdit>("TExpression");

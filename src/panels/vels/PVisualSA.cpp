@@ -15,7 +15,7 @@
 #include "panels/plots/saveSheet.h"
 #include "panels/vels/ResultDesk.h"
 #include "panels/vels/RunSheet.h"
-#include "plots/Colour.h"
+#include "panels/vels/SaTable.h"
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
 #include "toolkit/allow.h"
@@ -23,13 +23,8 @@
 namespace tarvex {
 namespace {
 
-constexpr const char* kAvailable[] = {"SlAvailFac", "SlAvailVar"};
-enum Page { kSelection, kTable };
-
-QColor screenColour(const char* name) {
-  const Colour colour = namedColour(name);
-  return QColor::fromRgba64(colour.red, colour.green, colour.blue);
-}
+constexpr const char* kAvailableLists[] = {"SlAvailFac", "SlAvailVar"};
+enum VisualPage { kSelection, kTable };
 
 }  // namespace
 
@@ -55,7 +50,7 @@ PVisualSA::PVisualSA(ResultDesk& desk, std::shared_ptr<Selection> selection)
                      {"right", [this] { right(); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
   // Not by Enter, which closes.
-  for (const char* const name : kAvailable)
+  for (const char* const name : kAvailableLists)
     connect(gadget<QListWidget>(name), &QListWidget::itemDoubleClicked, this, [this] { right(); });
   connect(gadget<QListWidget>("SlSelected"), &QListWidget::itemDoubleClicked, this, [this] { left(); });
   subscription_ = desk.controller().subscribe([this](Changes) { followController(); });
@@ -106,7 +101,7 @@ std::vector<std::size_t> PVisualSA::picked(const char* name) {
 }
 
 void PVisualSA::right() {
-  for (const char* const name : kAvailable)
+  for (const char* const name : kAvailableLists)
     for (const std::size_t column : picked(name)) addItem(*gadget<QListWidget>("SlSelected"), column, true);
   fillList("SlAvailFac", true);
   fillList("SlAvailVar", false);

@@ -6,20 +6,18 @@
 #include <cmath>
 #include <limits>
 
+#include "plots/Colour.h"
 #include "plots/MeasureColumn.h"
 #include "postproc/CellFormat.h"
 #include "postproc/RegressionStats.h"
 #include "toolkit/TableView.h"
 
 namespace tarvex {
-namespace {
 
 QColor screenColour(const char* name) {
   const Colour colour = namedColour(name);
   return QColor::fromRgba64(colour.red, colour.green, colour.blue);
 }
-
-}  // namespace
 
 SaTable::SaTable(std::shared_ptr<const SensitivityStats> stats, std::int32_t variable, std::vector<std::int32_t> slots,
                  const MeasureDisplay& display, bool withTest)

@@ -53,6 +53,9 @@ class SaTable : public TableSource {
   std::vector<Column> columns_;
 };
 
+// A colour of the system's, by its name.
+QColor screenColour(const char* name);
+
 // Shows the sheet, its columns as wide as what they hold, within reason.
 void showSheet(TableView& view, std::shared_ptr<SaTable> table);
 
