@@ -110,12 +110,12 @@ TEST_F(PartsCommand, policiesForPartsThatFail) {
 }
 
 TEST_F(PartsCommand, aDeafModelEndsWithItsTime) {
-  behave("case $TARVEX_PART in *:3:1) trap '' TERM; echo $$ > " + file("pids") + "; setsid sleep 60 & sleep 60;; esac");
+  behave("case $TARVEX_PART in *:3:1) trap '' TERM; echo $$ > " + file("pids") + "; setsid sleep 60.7 & sleep 60.7;; esac");
   EXPECT_EQ(start("--parts 6 --on-failure retry:1 --time-limit 1"), kSucceeded) << errors_;
   EXPECT_NE(errors_.find("it took more than 1 s"), std::string::npos) << errors_;
   expectResult();
   EXPECT_TRUE(test::livingProcesses(file("pids")).empty());
-  EXPECT_TRUE(test::processesOf("sleep", "60").empty());
+  EXPECT_TRUE(test::processesOf("sleep", "60.7").empty());
 }
 
 TEST_F(PartsCommand, stopsWithinTwoSecondsAndGoesOn) {
