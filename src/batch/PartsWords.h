@@ -2,7 +2,7 @@
 
 #include "batch/CommandLine.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): named by the library
 class App;
 }
 

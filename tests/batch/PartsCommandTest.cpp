@@ -110,7 +110,8 @@ TEST_F(PartsCommand, policiesForPartsThatFail) {
 }
 
 TEST_F(PartsCommand, aDeafModelEndsWithItsTime) {
-  behave("case $TARVEX_PART in *:3:1) trap '' TERM; echo $$ > " + file("pids") + "; setsid sleep 60.7 & sleep 60.7;; esac");
+  behave("case $TARVEX_PART in *:3:1) trap '' TERM; echo $$ > " + file("pids") +
+         "; setsid sleep 60.7 & sleep 60.7;; esac");
   EXPECT_EQ(start("--parts 6 --on-failure retry:1 --time-limit 1"), kSucceeded) << errors_;
   EXPECT_NE(errors_.find("it took more than 1 s"), std::string::npos) << errors_;
   expectResult();
