@@ -117,7 +117,7 @@ function(tarvex_test name)
   if(TARVEX_PCH AND NOT TARVEX_UNITY)
     target_precompile_headers(${name}_tests REUSE_FROM tarvex_test_support)
   endif()
-  gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+  gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()
 
 # The same for panels, with the application object, on Qt's offscreen platform.
@@ -133,5 +133,5 @@ function(tarvex_qt_test name)
       <gtest/gtest.h> <QtWidgets/QWidget> <QtTest/QTest> <functional> <memory> <string> <vector>)
   endif()
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QTEST_FUNCTION_TIMEOUT=8000")
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QTEST_FUNCTION_TIMEOUT=8000")
 endfunction()

@@ -2,6 +2,7 @@
 
 #include <cairo.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -17,7 +18,8 @@ const cairo_user_data_key_t kListener = {};
 // Short, and the same in every locale.
 std::string number(double value) {
   constexpr double kThousand = 1000.0;
-  const auto thousandths = std::llround(value * kThousand);
+  constexpr double kFarOut = 1e12;  // of any page
+  const auto thousandths = std::isfinite(value) ? std::llround(std::clamp(value, -kFarOut, kFarOut) * kThousand) : 0LL;
   std::string text = (thousandths < 0 ? "-" : "") + std::to_string(std::llabs(thousandths) / 1000);
   const long long part = std::llabs(thousandths) % 1000;
   if (part == 0) return text;

@@ -138,7 +138,8 @@ bool CorrelationDraft::applyTo(FactorList& list, std::string& message) const {
   for (const int place : places_)
     for (const std::int32_t child : node(place).children)
       taken = copy.link(child, place, node(child).correlation) && taken;
-  for (const CorrelationCell& cell : *CorrelationDraft(list).pairs())
+  const CorrelationDraft before(list);
+  for (const CorrelationCell& cell : *before.pairs())
     if (at(cell.row, cell.column) == 0.0F) taken = copy.setMatrix(cell.row, cell.column, 0.0F) && taken;
   for (const CorrelationCell& cell : *pairs_) taken = copy.setMatrix(cell.row, cell.column, cell.value) && taken;
   if (!taken) {
