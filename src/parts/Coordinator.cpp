@@ -162,7 +162,7 @@ bool Coordinator::findSubmissions() {
   return true;
 }
 
-bool Coordinator::note(std::vector<LedgerEntry> entries) {
+bool Coordinator::note(const std::vector<LedgerEntry>& entries) {
   if (!ledger_.append(entries, message_)) return false;
   for (const LedgerEntry& entry : entries) {
     states_.apply(entry);

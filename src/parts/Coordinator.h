@@ -65,7 +65,7 @@ class Coordinator {
   bool takeOver(EngineKind before);
   bool findSubmissions();
   bool step();
-  bool note(std::vector<LedgerEntry> entries);
+  bool note(const std::vector<LedgerEntry>& entries);
   bool note(const char* event, std::int32_t part, std::int32_t attempt, const std::string& text = {});
   bool fail(const std::string& message);  // the run can't go on; always false
 

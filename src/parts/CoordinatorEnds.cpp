@@ -84,7 +84,7 @@ bool Coordinator::takeLoss(std::int32_t part, const std::string& text) {
 
 std::string Coordinator::whyEnded(const PartMark& mark) const {
   if (mark.reason == "limit") return "it took more than " + std::to_string(record_.settings.timeLimit) + " s";
-  const std::string code = "code " + std::to_string(mark.code);
+  std::string code = "code " + std::to_string(mark.code);
   switch (mark.code) {
     case kNoDirectory:
       return code + ", the directory isn't there";
