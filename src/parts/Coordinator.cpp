@@ -90,7 +90,7 @@ bool Coordinator::begin() {
   started.text = engineWord(record_.settings.engine);
   std::vector<LedgerEntry> first = {std::move(started)};
   if (!past.empty()) first.push_back({"resumed"});
-  return note(std::move(first)) && takeOver(lastEngine(past, record_.settings.engine));
+  return note(first) && takeOver(lastEngine(past, record_.settings.engine));
 }
 
 bool Coordinator::cancel(std::string& message) {
