@@ -11,9 +11,9 @@ status=$?
 [ $status = 0 ] || exit $status
 . "$dir/rig/env"
 export XDG_CONFIG_HOME=$dir/config
-mkdir -p "$dir/config/tarvex" "$dir/work"
+mkdir -p "$dir/config/tarvex" "$dir/study"
 printf '# the site of the test\ngrace 3\npoll 1\noption --partition=test\nprologue site=here\n' > "$dir/config/tarvex/cluster"
-cd "$dir/work" || exit 1
+cd "$dir/study" || exit 1
 faults=0
 fault() { echo "FAILED: $*"; faults=$((faults + 1)); }
 
@@ -74,7 +74,7 @@ start=$(date +%s%N)
 kill -TERM "$(pgrep -P $pid -f "directory stopped" || echo $pid)"
 wait $pid
 [ $? = 130 ] && [ $((($(date +%s%N) - start) / 1000000)) -lt 2000 ] || fault "stopped: not within 2 s with 130"
-models() { grep -lsz "^TARVEX_PART=$dir/work/stopped:" /proc/[0-9]*/environ; }
+models() { grep -lsz "^TARVEX_PART=$dir/study/stopped:" /proc/[0-9]*/environ; }
 for _ in $(seq 100); do [ -n "$(models)" ] || break; sleep 0.1; done
 [ -z "$(models)" ] || fault "stopped: models go on: $(squeue -h)"
 "$batch" resume stopped --engine local > stopped.out 2>&1
