@@ -42,16 +42,16 @@ TARVEX_INLINE bool enterTogether(const double* values, std::size_t step, double*
     std::memcpy(&size, &bits, sizeof size);
     // The decade decides how many of the six digits stand behind the point.
     Lanes scale = Lanes{} + 1e9;
-    point[g] = (Lanes{} + kMostPoint);
+    point[g] = Lanes{} + kMostPoint;
     for (std::size_t k = 0; k < kDecades.size(); ++k) {
-      scale = size >= kDecades[k] ? (Lanes{} + kScales[k]) : scale;
-      point[g] = size >= kDecades[k] ? (Lanes{} + kPoints[k]) : point[g];
+      scale = size >= kDecades[k] ? Lanes{} + kScales[k] : scale;
+      point[g] = size >= kDecades[k] ? Lanes{} + kPoints[k] : point[g];
     }
     const Lanes scaled = size * scale;
     digits[g] = (scaled + kWhole) - kWhole;
     const Lanes rest = scaled - digits[g];
     isPlain &= (scaled >= 1e5) & (digits[g] < 1e6) & (rest < 0.5 - kError) & (rest > kError - 0.5);
-    fraction[g] = (Lanes{} + 0.0);
+    fraction[g] = Lanes{};
   }
   // By the rule of readNumberLiteral: the digits behind the point from the right, times 0.1.
   for (int place = 0; place < kMostPoint; ++place)

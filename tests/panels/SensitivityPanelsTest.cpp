@@ -22,8 +22,6 @@ using Texts = std::vector<std::string>;
 // The real panels over golden results.
 class SensitivityPanels : public test::MainPanelTest {
  protected:
-  ~SensitivityPanels() override { desk_.closeAll(); }
-
   // The panel of the results of a golden file, of all outputs where the file selects none.
   Panel& open(const std::string& golden, Texts variables = {}) {
     EXPECT_EQ(controller().loadResultsFile(test::goldenPath(golden)), Outcome::Done);

@@ -6,6 +6,7 @@
 #include "base/TextWriter.h"
 #include "panels/prep/choosePrepFile.h"
 #include "postproc/CellFormat.h"
+#include "postproc/ResultExport.h"
 #include "toolkit/Panel.h"
 #include "toolkit/TableModel.h"
 
@@ -40,7 +41,7 @@ void saveSheet(TableModel& table, RunController& controller, Panel& panel) {
                             static_cast<std::uint64_t>(table.columnCount() + 1));
     writeSheet(out, table);
     if (out.commit()) return true;
-    message = "I cannot save the file\n" + out.problem();
+    message = withProblem(kCannotSave, out);
     return false;
   };
   // What fails has been said.

@@ -3,6 +3,8 @@
 #include <limits>
 #include <utility>
 
+#include "postproc/CellFormat.h"
+
 namespace tarvex {
 
 CellTable::CellTable(std::vector<Column> columns, std::vector<QStringList> cells)
@@ -16,6 +18,10 @@ double CellTable::number(int row, int column) const {
   bool isNumber = false;
   const double value = text(row, column).trimmed().section(' ', 0, 0).toDouble(&isNumber);
   return isNumber ? value : std::numeric_limits<double>::quiet_NaN();
+}
+
+QString statisticText(double value) {
+  return QString::fromStdString(statisticCell(value)).trimmed();
 }
 
 }  // namespace tarvex

@@ -30,4 +30,7 @@ class CellTable : public TableSource {
   std::vector<QStringList> cells_;
 };
 
+// A statistic as such a table shows it.
+QString statisticText(double value);
+
 }  // namespace tarvex

@@ -128,24 +128,19 @@ std::vector<std::int32_t> PSaResult::slots(SaForm form) const {
   return {slots.front()};
 }
 
-QString PSaResult::whyNot(SaForm form) const {
+// The variables that are the same output at other times; none for an output at one time.
+std::optional<TimedVariables> PSaResult::timesOfVariable() const {
   std::vector<std::string> outputs;
   for (const VelsOutputRecord& output : snapshot_->outputs) outputs.push_back(output.name);
-  if (form != SaForm::Curves) return {};
-  for (const TimedVariables& times : timedVariables(snapshot_->variables, outputs))
-    if (std::ranges::any_of(times.at, [this](const auto& at) { return at.second == variable_; })) return {};
-  return "Curves need this output at two times or more: select them as variables, then analyse.";
+  for (TimedVariables& times : timedVariables(snapshot_->variables, outputs))
+    if (std::ranges::any_of(times.at, [this](const auto& at) { return at.second == variable_; })) return times;
+  return std::nullopt;
 }
 
-Figure PSaResult::curves(std::int32_t slot, const MeasureDisplay& display) const {
-  std::vector<std::string> outputs;
-  for (const VelsOutputRecord& output : snapshot_->outputs) outputs.push_back(output.name);
-  const std::vector<TimedVariables> timed = timedVariables(snapshot_->variables, outputs);
-  const auto isShown = [this](const TimedVariables& times) {
-    return std::ranges::any_of(times.at, [this](const auto& at) { return at.second == variable_; });
-  };
-  const auto found = std::ranges::find_if(timed, isShown);
-  return found == timed.end() ? Figure() : measureCurves(stats(), *found, slot, display);
+QString PSaResult::whyNot(SaForm form) const {
+  return form != SaForm::Curves || timesOfVariable()
+             ? QString()
+             : "Curves need this output at two times or more: select them as variables, then analyse.";
 }
 
 Figure PSaResult::figure(const SaView& chart, ColourSet colours) const {
@@ -164,7 +159,8 @@ Figure PSaResult::figure(const SaView& chart, ColourSet colours) const {
     case SaForm::Curves:
       break;
   }
-  return curves(drawn.front(), display);
+  const std::optional<TimedVariables> times = timesOfVariable();
+  return times ? measureCurves(stats(), *times, drawn.front(), display) : Figure();
 }
 
 void PSaResult::showCharts() {
@@ -247,9 +243,10 @@ void PSaResult::saveImg() {
 }
 
 void PSaResult::saveTable() {
-  saveMeasures(window(), [this](TextWriter& out) {
+  const QString written = saveMeasures(window(), [this](TextWriter& out) {
     kind_.write(out, stats(), {variable_, variableName(), *shown_.records}, measure());
   });
+  if (!written.isEmpty()) gadget<QLabel>("MlMessage")->setText(written);
 }
 
 // Of the row that was chosen last, on whichever sheet.

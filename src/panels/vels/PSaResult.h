@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "app/Changes.h"
 #include "panels/vels/saKinds.h"
@@ -10,6 +11,8 @@
 #include "toolkit/Panel.h"
 
 namespace tarvex {
+
+struct TimedVariables;
 
 struct AnalysisSnapshot;
 class ResultDesk;
@@ -51,7 +54,6 @@ class PSaResult : public Panel {
   void addPages();
   void fillLists();
   void offerVariables();
-  void offerForms();
   void changeVariable(const char* gadgetName);
   void changePie();
   void changeOrder();
@@ -62,9 +64,9 @@ class PSaResult : public Panel {
   void doppioClick();
   void followController(Changes changes);
   void markRecord(int record);
+  std::optional<TimedVariables> timesOfVariable() const;
   QString whyNot(SaForm form) const;
   Figure figure(const SaView& chart, ColourSet colours) const;
-  Figure curves(std::int32_t slot, const MeasureDisplay& display) const;
   void showCharts();
   void showSheets();
 

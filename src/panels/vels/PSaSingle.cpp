@@ -38,7 +38,8 @@ PSaSingle::PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> s
 }
 
 void PSaSingle::saveTable() {
-  saveMeasures(window(), [this](TextWriter& out) {
+  // The message line goes on explaining the colours.
+  static_cast<void>(saveMeasures(window(), [this](TextWriter& out) {
     const auto cell = [&out](const QString& text) { out << savedCell(text.toStdString()) << '\t'; };
     for (int column = 0; column < table_->columns(); ++column) cell(table_->header(column));
     out << '\n';
@@ -46,7 +47,7 @@ void PSaSingle::saveTable() {
       for (int column = 0; column < table_->columns(); ++column) cell(table_->text(row, column));
       out << '\n';
     }
-  });
+  }));
 }
 
 // The measure of the column, the first for the column of names.

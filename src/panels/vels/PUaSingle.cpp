@@ -14,28 +14,21 @@
 
 #include "app/RunController.h"
 #include "base/NumberText.h"
-#include "base/RememberedDirectories.h"
 #include "base/TextWriter.h"
 #include "panels/vels/CellTable.h"
 #include "panels/vels/PUaSelect.h"
 #include "panels/vels/ResultDesk.h"
+#include "panels/vels/saveMeasures.h"
 #include "plots/RunTable.h"
-#include "postproc/CellFormat.h"
-#include "postproc/ResultExport.h"
 #include "postproc/SavedTables.h"
 #include "postproc/UaCurves.h"
 #include "toolkit/ChartView.h"
-#include "toolkit/Dialogs.h"
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
 #include "toolkit/allow.h"
 
 namespace tarvex {
 namespace {
-
-QString cellText(double value) {
-  return QString::fromStdString(statisticCell(value)).trimmed();
-}
 
 // The shortest text that is read back as this number.
 QString singleText(float value) {
@@ -82,7 +75,7 @@ void PUaSingle::registerAll() {
                      {"cumulative", [this] { showForm(HistogramForm::Cumulative); }},
                      {"saveImg", [this] { gadget<ChartView>("TBackground")->exportPicture(); }},
                      {"boundSet", [this] { boundSet(); }},
-                     {"histogram", [this] { showForm(HistogramForm::Area, true); }},
+                     {"histogram", [this] { showForm(HistogramForm::Bars); }},
                      {"saveTable", [this] { saveTable(); }},
                      {"invCumulative", [this] { showForm(HistogramForm::Complement); }},
                      {"dismiss",
@@ -144,15 +137,15 @@ void PUaSingle::showStatistics() {
   const double tTest = statistics_.tTestBound(variable_);
   const QString level = QString::fromStdString(numberText(statistics_.tchebyConfidence));
   const std::vector<std::pair<QString, QString>> rows = {
-      {"Mean", cellText(statistics_.mean(variable_))},
-      {"Variance", cellText(deviation * deviation)},
-      {"Standard deviation", cellText(deviation)},
-      {"Skewness", cellText(statistics_.skewness(variable_))},
-      {"Kurtosis", cellText(statistics_.kurtosis(variable_))},
-      {"Tchebycheff bound, " + level, cellText(statistics_.tchebyBound(variable_))},
-      {"t-test bound, " + level, tTest < 0.0 ? "no such level" : cellText(tTest)},
-      {"Minimum", cellText(statistics_.minimum(variable_))},
-      {"Maximum", cellText(statistics_.maximum(variable_))},
+      {"Mean", statisticText(statistics_.mean(variable_))},
+      {"Variance", statisticText(deviation * deviation)},
+      {"Standard deviation", statisticText(deviation)},
+      {"Skewness", statisticText(statistics_.skewness(variable_))},
+      {"Kurtosis", statisticText(statistics_.kurtosis(variable_))},
+      {"Tchebycheff bound, " + level, statisticText(statistics_.tchebyBound(variable_))},
+      {"t-test bound, " + level, tTest < 0.0 ? "no such level" : statisticText(tTest)},
+      {"Minimum", statisticText(statistics_.minimum(variable_))},
+      {"Maximum", statisticText(statistics_.maximum(variable_))},
       {"Runs", QString::number(statistics_.sampleSize())}};
   std::vector<QStringList> cells;
   for (const auto& [name, value] : rows) cells.push_back({name, value});
@@ -161,9 +154,8 @@ void PUaSingle::showStatistics() {
   table->resizeColumnsToContents();
 }
 
-void PUaSingle::showForm(HistogramForm form, bool separated) {
+void PUaSingle::showForm(HistogramForm form) {
   form_ = form;
-  separated_ = separated;
   showChart();
 }
 
@@ -177,10 +169,6 @@ Figure PUaSingle::figure() {
 
 void PUaSingle::showChart() {
   Figure made = figure();
-  for (Chart& chart : made.charts)
-    if (auto* const plane = std::get_if<XyChart>(&chart); plane != nullptr && separated_)
-      for (XyChart::Layer& layer : plane->layers)
-        if (auto* const area = std::get_if<Area>(&layer)) area->separated = true;
   auto* const view = gadget<ChartView>("TBackground");
   view->setEmptyText(made.charts.empty() ? "There is no histogram: " + QString::fromStdString(made.subtitle) + '.'
                                          : QString());
@@ -217,7 +205,7 @@ void PUaSingle::boundSet() {
       areNumbers ? std::min(1.0, statistics_.intervalProbability(lower, upper, variable_, scale_)) : 0.0;
   gadget<QLabel>("NValue")->setText(!areNumbers ? "two numbers are needed"
                                     : !hasBins  ? "none: there are no bins"
-                                                : cellText(probability));
+                                                : statisticText(probability));
 }
 
 void PUaSingle::chooseVariable() {
@@ -286,18 +274,9 @@ void PUaSingle::setLevels(const UaSettings& settings) {
 }
 
 void PUaSingle::saveTable() {
-  const auto chosen =
-      Dialogs::current().chooseFile({"Save table",
-                                     {{"*.*", "all files"}},
-                                     QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Prep)),
-                                     FileChoice::Purpose::Save},
-                                    window());
-  if (!chosen) return;
-  TextWriter out(chosen->path.toStdString());
-  writeUncertaintyTable(out, statistics_, variable_, scale_);
-  if (out.commit()) return say("Written: " + chosen->path);
-  Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(withProblem(kCannotSave, out)),
-                             window());
+  const QString written =
+      saveMeasures(window(), [this](TextWriter& out) { writeUncertaintyTable(out, statistics_, variable_, scale_); });
+  if (!written.isEmpty()) say(written);
 }
 
 }  // namespace tarvex

@@ -41,7 +41,7 @@ class PUaSingle : public Panel {
 
   void show(std::int32_t variable);
   void showStatistics();
-  void showForm(HistogramForm form, bool separated = false);
+  void showForm(HistogramForm form);
   void showChart();
   Figure figure();
   void showPoints();
@@ -68,7 +68,6 @@ class PUaSingle : public Panel {
   std::vector<std::int32_t> inChart_;
   HistogramScale scale_ = kLinearScale;
   HistogramForm form_ = HistogramForm::Area;
-  bool separated_ = false;
   std::int32_t orderedVariable_ = -1;  // that ordered_ holds
   OrderedRuns ordered_;
   std::int32_t methodId_;

@@ -10,7 +10,6 @@
 #include "base/NumberText.h"
 #include "panels/vels/CellTable.h"
 #include "panels/vels/PUaSingle.h"
-#include "postproc/CellFormat.h"
 #include "postproc/CriticalValues.h"
 #include "toolkit/TableView.h"
 
@@ -20,12 +19,8 @@ namespace {
 constexpr double kPercent = 100.0;
 constexpr double kConfidences[] = {0.9, 0.95, 0.99};
 
-QString estimateText(double value) {
-  return QString::fromStdString(statisticCell(value)).trimmed();
-}
-
 QString endText(const std::optional<double>& end) {
-  return end ? estimateText(*end) : QString("too few runs");
+  return end ? statisticText(*end) : QString("too few runs");
 }
 
 // The numbers of a line, apart by blanks, semicolons or commas; false when one is none.
@@ -79,7 +74,7 @@ void PUaSingle::quantiles() {
   const VariableQuantiles found = quantilesOf(ordered_, request);
   std::vector<QStringList> cells;
   const auto add = [&cells](const QString& what, const Estimate& estimate) {
-    cells.push_back({what, estimateText(estimate.value), endText(estimate.lower), endText(estimate.upper)});
+    cells.push_back({what, statisticText(estimate.value), endText(estimate.lower), endText(estimate.upper)});
   };
   for (std::size_t i = 0; i < request.shares.size(); ++i)
     add(QString::fromStdString(percentText(request.shares[i])), found.quantiles[i]);

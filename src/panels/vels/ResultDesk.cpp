@@ -31,10 +31,6 @@ std::vector<Panel*> ResultDesk::panels() {
   return open;
 }
 
-void ResultDesk::closeAll() {
-  panels_.clear();
-}
-
 void ResultDesk::forgetRuns(Changes changes) {
   if (!selection_) return;
   const bool otherSample = selection_->sample() != controller_.project().sampleMark();

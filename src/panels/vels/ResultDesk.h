@@ -40,8 +40,6 @@ class ResultDesk {
   void open(std::unique_ptr<Panel> panel);
   // The open panels, in the order in which they were opened; valid until the next call.
   std::vector<Panel*> panels();
-  // Closes all of them, as when another project takes the place of theirs.
-  void closeAll();
 
  private:
   void forgetClosed();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <functional>
 
 class QWidget;
@@ -8,7 +9,8 @@ namespace tarvex {
 
 class TextWriter;
 
-// "Save table" of the panels of measures: asks for a file, which `write` fills; what fails is told over `parent`.
-void saveMeasures(QWidget* parent, const std::function<void(TextWriter&)>& write);
+// "Save table" of the panels of results: asks for a file, which `write` fills. What was written, for the message line;
+// empty when the user went no further, and when it failed, which is told over `parent`.
+QString saveMeasures(QWidget* parent, const std::function<void(TextWriter&)>& write);
 
 }  // namespace tarvex
