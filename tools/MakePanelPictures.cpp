@@ -459,9 +459,9 @@ void drawMeasures(const Display& display, const QString& mainDirectory, RunContr
                  {mainDirectory + "/Demo/Ishigami.dem", "PSaSobol", 0, 0},
                  {"unit-order2.spc", "PSaSobol-terms", 1, 0},
                  {"unit-order2.spc", "PSaSobol-table", 0, 1}};
-  ResultDesk desk(display, controller, nullptr);
   for (const auto& result : results) {
     if (controller.loadResultsFile(result.file.toStdString()) != Outcome::Done) continue;
+    ResultDesk desk(display, controller, nullptr);
     openSensitivity(desk);
     if (desk.panels().empty()) continue;
     Panel& panel = *desk.panels().back();
@@ -469,8 +469,8 @@ void drawMeasures(const Display& display, const QString& mainDirectory, RunContr
     panel.call("changePie");
     panel.gadget<QTabWidget>("NoIndexes")->setCurrentIndex(result.page);
     pictures.draw(result.name, panel);
-    desk.closeAll();
   }
+  ResultDesk desk(display, controller, nullptr);
   if (controller.loadResultsFile((mainDirectory + "/Demo/levelE.dem").toStdString()) == Outcome::Done)
     drawFromRegression(desk, pictures);
   const auto snapshot = controller.analysis();
