@@ -43,6 +43,10 @@ std::string maximumName(const std::string& output) {
   return output + "[max]";
 }
 
+std::string timeName(const std::string& output, double time) {
+  return output + '[' + numberText(time) + ']';
+}
+
 OutputReference::Parsed OutputReference::parse(std::string_view text, const std::vector<std::string>& outputNames,
                                                std::size_t& position, OutputReference& reference) {
   const std::int32_t output = outputAt(text, outputNames, position);

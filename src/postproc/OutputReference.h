@@ -12,6 +12,8 @@ class ModelConfiguration;
 
 // The name of an output's maximum over time, as it is analysed: "%s[max]".
 std::string maximumName(const std::string& output);
+// The same of its value at a time: "%s[%g]".
+std::string timeName(const std::string& output, double time);
 
 // One value of a run: an output at its first time, at its maximum over time, or at a time.
 class OutputReference {

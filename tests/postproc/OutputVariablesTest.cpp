@@ -1,6 +1,8 @@
 #include "postproc/OutputVariables.h"
 
 #include "model/ModelConfiguration.h"
+#include "postproc/Quantiles.h"
+#include "postproc/TimeBands.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -85,6 +87,33 @@ TEST_F(OutputVariablesTest, ValuesOverTime) {
   }
   EXPECT_EQ(OutputVariables::defaultVariables(model_.results.outputNames(), model_.results.hasTimeAxis()),
             (std::vector<std::string>{"dose[max]", "dose2[max]"}));
+}
+
+TEST_F(OutputVariablesTest, BandsAreOfTheVariablesAtEachTime) {
+  read(kTimed);
+  const std::vector<std::string>& names = model_.results.outputNames();
+  TimeBands bands;
+  std::string message;
+  ASSERT_TRUE(computeTimeBands(model_, names, "dose2", bands, message)) << message;
+  EXPECT_EQ(bands.times, (std::vector<double>{0.0, 0.5, 1.0, 1.5, 2.0000004}));
+  EXPECT_EQ(bands.missing, 1);
+  for (std::size_t i = 0; i < bands.times.size(); ++i) {
+    const std::vector<double> values = valuesOf(timeName("dose2", bands.times[i]));
+    const OrderedRuns ordered(values);
+    const double mean = (values[0] + values[1]) / 2.0;
+    EXPECT_TRUE(bands.means[i] == mean || (std::isnan(mean) && std::isnan(bands.means[i]))) << bands.times[i];
+    for (std::size_t share = 0; share < kBandShares.size(); ++share)
+      EXPECT_EQ(bands.quantiles[share][i], ordered.quantile(kBandShares[share], 0.95).value) << bands.times[i];
+  }
+  const auto refusal = [&](const char* output, const Progress& progress) {
+    EXPECT_FALSE(computeTimeBands(model_, names, output, bands, message, progress));
+    EXPECT_EQ(bands.times.size(), 5u) << "as it was";
+    return message;
+  };
+  EXPECT_EQ(refusal("dose2[1]", {}), "There is no output dose2[1].");
+  EXPECT_EQ(refusal("dose", Progress([](double) { return false; })), "The computation was stopped.");
+  read(kPlain);
+  EXPECT_EQ(refusal("y", {}), "The results have no time axis.");
 }
 
 TEST_F(OutputVariablesTest, FailedExpressionsAreZeroAndCounted) {

@@ -78,7 +78,7 @@ void PSelectVariable::edited() {
 }
 
 std::string PSelectVariable::named(double time) const {
-  return output_ + '[' + numberText(time) + ']';
+  return timeName(output_, time);
 }
 
 QString PSelectVariable::problem(std::vector<std::string>& variables) {

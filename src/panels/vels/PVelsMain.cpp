@@ -21,6 +21,7 @@
 #include "panels/vels/ResultDesk.h"
 #include "panels/vels/openSensitivity.h"
 #include "postproc/OutputVariables.h"
+#include "postproc/TimeBands.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/TableView.h"
 #include "toolkit/allow.h"
@@ -30,17 +31,6 @@ namespace {
 
 constexpr const char* kNoVariable = "   No variable selected.";
 constexpr const char* kBusy = "Stop what is in progress first.";
-
-// All times that any run has a value at, upwards.
-std::vector<double> allTimes(const ModelResults& results) {
-  std::vector<double> times;
-  const std::int32_t runs = results.timeMode() == kDifferentGrids ? results.runCount() : 1;
-  for (std::int32_t run = 0; run < runs; ++run)
-    times.insert(times.end(), results.times(run).begin(), results.times(run).end());
-  std::ranges::sort(times);
-  times.erase(std::unique(times.begin(), times.end()), times.end());
-  return times;
-}
 
 }  // namespace
 
@@ -192,7 +182,7 @@ bool PVelsMain::addOutput(const std::string& output, std::vector<std::string>& t
     texts.push_back(output);
     return true;
   }
-  PSelectVariable panel(display(), output, allTimes(results), window());
+  PSelectVariable panel(display(), output, resultTimes(results), window());
   panel.centre();
   if (!panel.runModal() || !panel.accepted()) return false;
   if (panel.forExpression()) {
