@@ -86,6 +86,12 @@ struct Area {  // adjoining columns over the edges, from 0 to the heights; one e
   bool separated = false;  // columns as bars with a gap between them
 };
 
+struct Band {  // what lies between two curves, each with its name; interrupted where one isn't finite
+  std::vector<double> x, lower, upper;
+  Colour colour;
+  std::string lowerName, upperName;
+};
+
 struct LabelledPoints {  // a mark and its text at each point; the texts are placed so that they don't overlap
   std::vector<double> x, y;
   std::vector<std::string> labels;
@@ -112,7 +118,7 @@ struct Region {  // a frame around part of the plane, over all data; nothing whe
 
 // A plane with two axes. Layers are drawn in their order; what lies outside the axes is cut off.
 struct XyChart {
-  using Layer = std::variant<Area, Points, Line, LabelledPoints, Region, Cells>;
+  using Layer = std::variant<Area, Band, Points, Line, LabelledPoints, Region, Cells>;
   std::string title;  // empty: none
   Axis x, y;
   std::vector<Layer> layers;

@@ -47,6 +47,7 @@ class PlanePainter {
         zero_(y_.clamped(0.0)) {}
 
   void drawArea(const Area& area) const;
+  void drawBand(const Band& band) const;
   bool drawPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const;
   void drawLine(const Line& line) const;
   void drawLabelled(const LabelledPoints& points, std::size_t layer) const;
@@ -122,6 +123,25 @@ void PlanePainter::fillBars(const Area& area) const {
     const Rect bar{left + gap, std::min(top, zero_), right - left - 2.0 * gap, std::abs(zero_ - top)};
     canvas_.fill(bar, area.colour);
     if (bar.width >= kOutlinedFrom) canvas_.outline(bar, outlineOf(area.colour), kThinLine);
+  }
+}
+
+// Each stretch of finite points is a shape of its own.
+void PlanePainter::drawBand(const Band& band) const {
+  const SavedState state(canvas_.context(), plane_);
+  const std::size_t size = std::min({band.x.size(), band.lower.size(), band.upper.size()});
+  const auto isFinite = [&](std::size_t i) {
+    return std::isfinite(band.x[i]) && std::isfinite(band.lower[i]) && std::isfinite(band.upper[i]);
+  };
+  canvas_.setColour(band.colour);
+  for (std::size_t first = 0; first < size; ++first) {
+    std::size_t end = first;
+    while (end < size && isFinite(end)) ++end;
+    if (end == first) continue;
+    for (std::size_t i = first; i < end; ++i) cairo_line_to(canvas_.context(), x_(band.x[i]), y_(band.upper[i]));
+    for (std::size_t i = end; i-- > first;) cairo_line_to(canvas_.context(), x_(band.x[i]), y_(band.lower[i]));
+    cairo_fill(canvas_.context());
+    first = end;
   }
 }
 
@@ -270,6 +290,7 @@ bool drawChart(Canvas& canvas, FigureLayer figureLayer, const XyChart& chart, co
     }
     if (figureLayer == FigureLayer::Kept) {
       if (const auto* area = std::get_if<Area>(&layer)) painter.drawArea(*area);
+      if (const auto* band = std::get_if<Band>(&layer)) painter.drawBand(*band);
       if (const auto* line = std::get_if<Line>(&layer)) painter.drawLine(*line);
       if (labelled != nullptr) painter.drawLabelled(*labelled, i);
       if (const auto* cells = std::get_if<Cells>(&layer)) drawCells(canvas, layout, *cells);

@@ -52,6 +52,14 @@ struct LayerBlock {
               return numberText(column == 2 ? area.heights[row] : valueOn(chart.x, area.edges[row + column]));
             }};
   }
+  Block operator()(const Band& band) const {
+    return {{titleOr(chart.x, "x"), band.lowerName, band.upperName},
+            std::min({band.x.size(), band.lower.size(), band.upper.size()}),
+            [this, &band](std::size_t row, std::size_t column) {
+              if (column == 0) return numberText(valueOn(chart.x, band.x[row]));
+              return numberText(valueOn(chart.y, column == 1 ? band.lower[row] : band.upper[row]));
+            }};
+  }
   Block operator()(const LabelledPoints& points) const {
     return {{"name", titleOr(chart.x, "x"), titleOr(chart.y, "y")},
             std::min({points.x.size(), points.y.size(), points.labels.size()}),

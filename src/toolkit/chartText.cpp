@@ -57,6 +57,7 @@ struct LayerHit {
     return nameOf(chart.x, "x") + " from " + text(valueOn(chart.x, area.edges[at])) + " to " +
            text(valueOn(chart.x, area.edges[at + 1])) + ": " + nameOf(chart.y, "y") + " = " + text(area.heights[at]);
   }
+  QString operator()(const Band&) const { return {}; }
   QString operator()(const LabelledPoints& points) const {
     for (std::size_t at = 0; at < std::min(points.labels.size(), points.x.size()); ++at)
       if (points.recordOf(at) == number)
@@ -111,6 +112,9 @@ struct LayerWords {
     return "a line through " + groupedNumber(std::ssize(line.x)) + " points";
   }
   QString operator()(const Area& area) const { return groupedNumber(std::ssize(area.heights)) + " columns"; }
+  QString operator()(const Band& band) const {
+    return QString::fromStdString("a band from " + band.lowerName + " to " + band.upperName);
+  }
   QString operator()(const LabelledPoints& points) const {
     return groupedNumber(std::ssize(points.x)) + " named points";
   }

@@ -11,6 +11,7 @@
 #include "plots/RunTable.h"
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"
+#include "plots/timePlots.h"
 #include "support/Test.h"
 
 // Histograms of variables and curves of factors.
@@ -160,6 +161,26 @@ TEST(DistributionPlot, edgesOfFamilies) {
   EXPECT_THAT(distributionPlot(spike).subtitle, HasSubstr("there is no curve to show"));
   for (const char* type : {"Factor", "Dummy", "Constant", "Relation"})
     EXPECT_THAT(distributionPlot(*makeFactor(type)).charts, IsEmpty());
+}
+
+TEST(TimeBandsPlot, showsWhatHasANumberAndNamesTheRest) {
+  TimeBands good{"Y", {0.0, 1.0, 2.0}, 9, {1.0, kNan, 3.0}, {}, 20, 1};
+  TimeBands empty{"Z", {0.0, 1.0, 2.0}, 3, {kNan, kNan, kNan}, {}, 20, 20};
+  for (std::size_t share = 0; share < kBandShares.size(); ++share) {
+    const auto place = static_cast<double>(share);
+    good.quantiles[share] = {place, kNan, 3.0 * place};
+    empty.quantiles[share] = {kNan, kNan, kNan};
+  }
+  const Figure both = timeBandsPlot({good, empty}, 1.5);
+  ASSERT_EQ(both.charts.size(), 1u);
+  EXPECT_EQ(chartOf(both).layers.size(), 5u) << "two bands, median, mean, the marked time";
+  EXPECT_EQ(chartOf(both).y.upper, 12.0);
+  EXPECT_EQ(both.subtitle,
+            "20 runs, 3 of 9 times, at some times up to 20 of them without a number; without a finite value: Z");
+  EXPECT_EQ(both.legend.at(2).text, "25 % to 75 % of the runs");
+  EXPECT_EQ(chartOf(timeBandsPlot({good}, 2.5)).layers.size(), 4u) << "a time outside is not marked";
+  EXPECT_THAT(timeBandsPlot({empty}).charts, IsEmpty());
+  EXPECT_THAT(timeBandsPlot({empty}).emptyText, HasSubstr("no finite value"));
 }
 
 }  // namespace
