@@ -16,9 +16,9 @@ namespace tarvex {
 namespace {
 
 const std::vector<std::string> kFormatWords = {"svg", "pdf", "ps", "eps", "png"};
-const std::vector<std::string> kKindWords = {"scatter",      "cobweb", "histogram",    "bars",
-                                             "pie",          "morris", "forecast",     "preview",
-                                             "distribution", "matrix", "correlations", "interactions"};
+const std::vector<std::string> kKindWords = {"scatter",      "cobweb",       "histogram", "bars",         "pie",
+                                             "morris",       "forecast",     "preview",   "distribution", "matrix",
+                                             "correlations", "interactions", "times"};
 const std::vector<std::string> kMethodWords = {"random", "latin", "replicated-latin", "lptau", "morris", "fast",
                                                "sobol",  "fixed"};
 

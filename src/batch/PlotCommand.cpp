@@ -37,6 +37,7 @@ bool makeFigure(const PlotOptions& options, const RunSelection& runs, ProjectCon
   if (isOfRuns(options.kind)) return makeRunFigure(options, runs, figure, message);
   if (options.kind == "distribution" || options.kind == "preview")
     return makeFactorFigure(options, project.prep.factors, figure, message);
+  if (options.kind == "times") return makeTimeFigure(options, project, console.frontEnd, figure, message);
   return makeMeasureFigure(options, project, console.frontEnd, figure, message);
 }
 
@@ -89,6 +90,9 @@ int runPlot(const PlotOptions& options, const Console& console) {
   ProjectConfiguration project;
   if (!loadStudyFile(options.input, project, console)) return kFailed;
 
+  const bool hasBounds = !options.filters.empty() || !options.region.empty();
+  if (hasBounds && selection.empty() && !isOfRuns(options.kind))
+    return console.fail("Bounds leave runs out of pictures of runs; the kind " + options.kind + " shows all of them.");
   RunSelection runs;
   if (isOfRuns(options.kind) || !selection.empty()) {
     if (!project.hasPrep) return console.fail("The file holds no sample.\n" + options.input);

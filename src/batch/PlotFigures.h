@@ -37,6 +37,9 @@ ColourSet coloursOf(const PlotOptions& options);
 // Scattergram, cobweb, histogram.
 [[nodiscard]] bool makeRunFigure(const PlotOptions& options, const RunSelection& selection, Figure& figure,
                                  std::string& message);
+// Mean and quantiles over the times of outputs.
+[[nodiscard]] bool makeTimeFigure(const PlotOptions& options, const ProjectConfiguration& project, FrontEnd& frontEnd,
+                                  Figure& figure, std::string& message);
 // Bars, pies, plane of Morris, forecast; measures that the project lacks are computed into it.
 [[nodiscard]] bool makeMeasureFigure(const PlotOptions& options, ProjectConfiguration& project, FrontEnd& frontEnd,
                                      Figure& figure, std::string& message);

@@ -57,6 +57,7 @@ TEST_F(PlotCommand, drawsEveryKind) {
       "ishigami.spc matrix --variables x1,x2,y --width-mm 90 --height-mm 90",
       "ishigami.spc correlations --ranks --font-size 7",
       "ishigami.spc scatter --variables x1,y --shade yes --jitter",
+      "times.spc times",
   };
   for (const char* const words : cases) {
     Words options = test::wordsOf(words);
@@ -141,6 +142,9 @@ TEST_F(PlotCommand, refusals) {
       {"ishigami.spc a.svg --kind pie", kFailed, "Pies"},
       {"ishigami.spc a.svg --kind morris", kFailed, "Morris"},
       {"ishigami.spc a.svg --kind preview -v x1,x2", kFailed, "not correlated"},
+      {"ishigami.spc a.svg --kind times", kFailed, "no time axis"},
+      {"times.spc a.svg --kind times -v dose[1]", kFailed, "no output dose[1]"},
+      {"times.spc a.svg --kind times --filter dose=0:1", kFailed, "shows all of them"},
       {"ishigami.fac a.svg --kind cobweb", kFailed, "no sample"},
       {"ishigami.sam a.svg --kind bars", kFailed, "no results"},
       {"ishigami.imd a.svg --kind bars", kFailed, "ishigami.imd"},
