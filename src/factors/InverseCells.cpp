@@ -1,7 +1,9 @@
 #include "factors/InverseCells.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "base/VectorUnits.h"
@@ -14,136 +16,44 @@ namespace {
 constexpr double kUnit = std::numeric_limits<double>::epsilon();
 
 constexpr int kUsesBefore = 2;      // searches in a cell that are bisected before its pieces pay
-constexpr int kMaxDepth = 6;        // halvings of a cell into pieces
-constexpr int kProbes = 17;         // places of a piece at which the interpolation is held against the cumulative
-constexpr double kSafety = 16.0;    // the reach in the largest error of a probe
-constexpr double kRoundings = 4;    // and in spacings of doubles
-constexpr double kGood = 0.05;      // reach in last brackets below which a piece isn't halved
-constexpr double kUseful = 1.0;     // and above which it is of no use
-constexpr double kSteepness = 8.0;  // most that the slope may change by within a piece
-constexpr double kSlopeError = 1e-7;
+constexpr double kRoundings = 4.0;  // spacings of doubles by which a width may be out, and more
+constexpr int kMostHalvings = 64;   // of a cell whose ends are no neighbours, nearly always
 constexpr double kLargest = 1e300;  // sums of two values below it are finite
 
 double size(double a, double b) {
   return std::max(std::fabs(a), std::fabs(b));
 }
 
+// The least count of halvings that brings `width` below `narrow`, but for the rounding of the quotient; 0 where no few
+// of them do.
+TARVEX_INLINE int halvingsTo(double narrow, double width) {
+  constexpr int kExponentBits = 52;  // above the fraction
+  constexpr int kExponentOfHalf = 1022;
+  const int exponent =
+      static_cast<int>(std::bit_cast<std::uint64_t>(width / narrow) >> kExponentBits) - kExponentOfHalf;
+  return exponent > 0 && exponent <= kMostHalvings ? exponent : 0;
+}
+
 }  // namespace
 
-// The quantile of a cumulative probability and its derivative.
-struct InverseCells::Place {
-  double x;
-  double slope;
-};
-
-// Where a bisection ends: the quantile is `x` but for `reach`, and a bracket around it is one to end with below the
-// width `narrow`, none above `wide`.
-struct InverseCells::Quantile {
-  double x;
-  double reach;
-  double narrow;
-  double wide;
-};
-
-// What a piece is to be made of: a span of values, the last bracket's tolerance, halvings so far.
-struct InverseCells::Part {
-  double low;
-  double high;
-  double tolerance;
-  int depth;
-};
-
-// The polynomial through kNodes points of the cumulative, probed between them.
-bool InverseCells::interpolate(const Distribution& distribution, const Part& part, Piece& piece) {
-  constexpr double kPi = 3.14159265358979323846;
-  const double centre = middle(part.low, part.high);
-  const double half = part.high / 2.0 - part.low / 2.0;
-  std::array<double, kNodes> values{};
-  for (std::size_t k = 0; k < kNodes; ++k) {
-    values[k] = centre + half * std::cos(kPi * (static_cast<double>(k) + 0.5) / kNodes);
-    piece.nodes[k] = distribution.cumulative(values[k]);
-    if (k > 0 && !(piece.nodes[k] < piece.nodes[k - 1])) return false;
-  }
-  piece.low = distribution.cumulative(part.low);
-  piece.high = distribution.cumulative(part.high);
-  if (!(piece.low >= 0.0 && piece.low < piece.nodes.back() && piece.nodes.front() < piece.high)) return false;
-  piece.coefficients = values;
-  for (std::size_t order = 1; order < kNodes; ++order)
-    for (std::size_t k = kNodes - 1; k >= order; --k)
-      piece.coefficients[k] =
-          (piece.coefficients[k] - piece.coefficients[k - 1]) / (piece.nodes[k] - piece.nodes[k - order]);
-
-  double error = 0.0;
-  double flattest = std::numeric_limits<double>::infinity();
-  double steepest = 0.0;
-  double before = piece.low;
-  for (int k = 0; k <= kProbes; ++k) {
-    const double x = std::min(part.low + 2.0 * half * k / kProbes, part.high);
-    const double p = distribution.cumulative(x);
-    if (!(p >= before)) return false;
-    before = p;
-    const Place found = placeAt(piece, p);
-    error = std::max(error, std::fabs(found.x - x));
-    flattest = std::min(flattest, found.slope);
-    steepest = std::max(steepest, found.slope);
-  }
-  if (!(flattest > 0.0 && steepest < kSteepness * flattest)) return false;
-  const double rounding = kUnit * size(part.low, part.high);
-  piece.reach = kSafety * error + kRoundings * rounding;
-  // The slope within a last bracket, by its change over the piece, and the error of the slope itself.
-  const double bend = (steepest / flattest - 1.0) / (piece.high - piece.low);
-  piece.unsure = 4.0 * part.tolerance * (1.0 + 4.0 * bend * piece.high) + 64.0 * piece.reach / (part.high - part.low) +
-                 kSlopeError;
-  return piece.reach <= kUseful * part.tolerance * piece.low * flattest;
-}
-
-InverseCells::Place InverseCells::placeAt(const Piece& piece, double p) {
-  Place place{piece.coefficients[kNodes - 1], 0.0};
-  for (std::size_t k = kNodes - 1; k-- > 0;) {
-    const double step = p - piece.nodes[k];
-    place.slope = place.slope * step + place.x;
-    place.x = place.x * step + piece.coefficients[k];
-  }
-  return place;
-}
-
-InverseCells::Quantile InverseCells::quantileAt(const Piece& piece, double target, double tolerance) {
-  const Place place = placeAt(piece, target);
-  const double width = tolerance * target * place.slope;
-  // The cumulatives at both ends of a bracket may be out by what the reach stands for.
-  const double band = width * piece.unsure + 4.0 * piece.reach;
-  return {place.x, piece.reach, width - band, width + band};
-}
-
-void InverseCells::addPieces(const Distribution& distribution, const Part& part, std::vector<Piece>& pieces) {
-  Piece piece;
-  const bool useful = distribution.isSmooth(part.low, part.high) && interpolate(distribution, part, piece);
-  const bool good = useful && piece.reach <= kGood * part.tolerance * piece.low * placeAt(piece, piece.low).slope;
-  const double centre = middle(part.low, part.high);
-  if (good || part.depth == kMaxDepth || centre <= part.low || centre >= part.high) {
-    if (useful) pieces.push_back(piece);
-    return;
-  }
-  addPieces(distribution, {part.low, centre, part.tolerance, part.depth + 1}, pieces);
-  addPieces(distribution, {centre, part.high, part.tolerance, part.depth + 1}, pieces);
-}
-
-const InverseCells::Piece* InverseCells::pieceFor(const Distribution& distribution, const Search& search) {
+const QuantilePiece* InverseCells::pieceFor(const Distribution& distribution, const Search& search) {
   if (cells_.empty()) cells_.resize(distribution.table.size() - 1);
   Cell& cell = cells_[search.cell];
   if (cell.uses <= kUsesBefore && cell.uses++ == kUsesBefore) {
     const double low = distribution.table[search.cell].x;
     const double high = distribution.table[search.cell + 1].x;
     if (low < high && size(low, high) < kLargest)
-      addPieces(distribution, {low, high, distribution.inverseRule().tolerance, 0}, cell.pieces);
+      QuantilePiece::append(distribution, low, high, distribution.inverseRule().tolerance, cell.pieces);
   }
-  const auto found = std::partition_point(cell.pieces.begin(), cell.pieces.end(),
-                                          [&search](const Piece& piece) { return piece.high < search.target; });
-  return found != cell.pieces.end() && found->low <= search.target ? &*found : nullptr;
+  const auto found =
+      std::partition_point(cell.pieces.begin(), cell.pieces.end(),
+                           [&search](const QuantilePiece& piece) { return piece.high() < search.target; });
+  return found != cell.pieces.end() && found->low() <= search.target ? &*found : nullptr;
 }
 
 // The bisection with the cumulatives that the quantile leaves open, and no others.
-double InverseCells::findSlowly(const Distribution& distribution, const Search& search, const Quantile& quantile) {
+double InverseCells::findSlowly(const Distribution& distribution, const Search& search,
+                                const QuantilePiece::Quantile& quantile) {
   struct End {
     TablePoint point;
     bool isKnown;
@@ -176,47 +86,48 @@ double InverseCells::findSlowly(const Distribution& distribution, const Search& 
 // Searches side by side, in groups for vector registers. A lane without an interpolated quantile stands still.
 struct InverseCells::Lanes {
   static constexpr std::size_t kWidth = 4;
+  static constexpr std::size_t kGroups = kLanes / kWidth;
   typedef double Group __attribute__((vector_size(kWidth * sizeof(double))));
+  using Groups = Group[kGroups];
 
-  static double& at(Group (&groups)[kLanes / kWidth], std::size_t lane) {
-    return reinterpret_cast<double*>(groups)[lane];
-  }
+  static double& at(Groups& groups, std::size_t lane) { return reinterpret_cast<double*>(groups)[lane]; }
 
-  Group lo[kLanes / kWidth] = {};
-  Group hi[kLanes / kWidth] = {};
-  Group x[kLanes / kWidth] = {};
-  Group reach[kLanes / kWidth] = {};
-  Group narrow[kLanes / kWidth];
-  Group wide[kLanes / kWidth] = {};
-  Group open[kLanes / kWidth] = {};  // not 0 where a middle or a width left something open
+  Groups lo = {};
+  Groups hi = {};
+  Groups x = {};
+  Groups halvings = {};  // that are asked for
+  int least = kMostHalvings;
+  int most = 0;
 };
 
 TARVEX_INLINE void InverseCells::halve(Lanes& lanes) {
   using Group = Lanes::Group;
-  constexpr int kMaxPasses = 64;
-  const Group one = {1.0, 1.0, 1.0, 1.0};
-  const Group zero = {};
-  bool isActive = true;
-  for (int pass = 0; pass < kMaxPasses && isActive; ++pass) {
-    Group active = zero;
-    for (std::size_t k = 0; k < kLanes / Lanes::kWidth; ++k) {
-      const Group lo = lanes.lo[k];
-      const Group hi = lanes.hi[k];
-      const Group x = lanes.x[k];
-      const Group width = hi - lo;
-      const Group m = (lo + hi) * 0.5;
-      const auto goesOn = width >= lanes.narrow[k];
-      const auto isNear = (m - x <= lanes.reach[k]) & (x - m <= lanes.reach[k]);
-      const auto isOpen = (width <= lanes.wide[k]) | isNear;
-      const auto isBelow = m < x;
-      lanes.lo[k] = goesOn & isBelow ? m : lo;
-      lanes.hi[k] = goesOn & ~isBelow ? m : hi;
-      lanes.open[k] = goesOn & isOpen ? one : lanes.open[k];
-      active = goesOn ? one : active;
-    }
-    isActive = active[0] + active[1] + active[2] + active[3] != 0.0;
+  Lanes::Groups lo;
+  Lanes::Groups hi;
+  for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
+    lo[k] = lanes.lo[k];
+    hi[k] = lanes.hi[k];
   }
-  for (std::size_t k = 0; isActive && k < kLanes / Lanes::kWidth; ++k) lanes.open[k] = one;
+  int pass = 0;
+  for (; pass < lanes.least; ++pass)
+    for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
+      const Group m = (lo[k] + hi[k]) * 0.5;
+      const auto isBelow = m < lanes.x[k];
+      lo[k] = isBelow ? m : lo[k];
+      hi[k] = isBelow ? hi[k] : m;
+    }
+  for (; pass < lanes.most; ++pass)
+    for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
+      const Group m = (lo[k] + hi[k]) * 0.5;
+      const auto goesOn = lanes.halvings[k] > static_cast<double>(pass);
+      const auto isBelow = m < lanes.x[k];
+      lo[k] = goesOn & isBelow ? m : lo[k];
+      hi[k] = goesOn & ~isBelow ? m : hi[k];
+    }
+  for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
+    lanes.lo[k] = lo[k];
+    lanes.hi[k] = hi[k];
+  }
 }
 
 TARVEX_WIDE void InverseCells::halveWide(Lanes& lanes) {
@@ -230,39 +141,47 @@ void InverseCells::halveTogether(Lanes& lanes) {
     halve(lanes);
 }
 
+// Whether the bisection of a cell ends with this bracket around the quantile: both ends were middles, farther from the
+// quantile than its reach; the width is one to end with, the width before it was not; and it has doubles enough to be
+// halved further.
+TARVEX_INLINE bool InverseCells::isCertain(const QuantilePiece::Quantile& quantile, const TablePoint* cell, double lo,
+                                           double hi) {
+  const double rounding = kRoundings * kUnit * size(lo, hi);
+  const double width = hi - lo;
+  return quantile.x - lo > quantile.reach && hi - quantile.x > quantile.reach && width < quantile.narrow &&
+         2.0 * width - rounding > quantile.wide && width >= rounding && lo != cell[0].x && hi != cell[1].x;
+}
+
 void InverseCells::find(const Distribution& distribution, const Search* searches, double* x, std::size_t count) {
-  const std::vector<TablePoint>& table = distribution.table;
+  const TablePoint* const table = distribution.table.data();
   const double tolerance = distribution.inverseRule().tolerance;
   Lanes lanes;
+  QuantilePiece::Quantile quantiles[kLanes];
   bool isInterpolated[kLanes] = {};
-  for (std::size_t k = 0; k < kLanes; ++k) Lanes::at(lanes.narrow, k) = kLargest;
   for (std::size_t k = 0; k < count; ++k) {
-    const Piece* piece = pieceFor(distribution, searches[k]);
+    const QuantilePiece* piece = pieceFor(distribution, searches[k]);
     if (piece == nullptr) continue;
-    const Quantile quantile = quantileAt(*piece, searches[k].target, tolerance);
+    quantiles[k] = piece->at(searches[k].target, tolerance);
+    const TablePoint* const cell = table + searches[k].cell;
+    const int halvings = halvingsTo(quantiles[k].narrow, cell[1].x - cell[0].x);
     isInterpolated[k] = true;
-    Lanes::at(lanes.lo, k) = table[searches[k].cell].x;
-    Lanes::at(lanes.hi, k) = table[searches[k].cell + 1].x;
-    Lanes::at(lanes.x, k) = quantile.x;
-    Lanes::at(lanes.reach, k) = quantile.reach;
-    Lanes::at(lanes.narrow, k) = quantile.narrow;
-    Lanes::at(lanes.wide, k) = quantile.wide;
+    Lanes::at(lanes.lo, k) = cell[0].x;
+    Lanes::at(lanes.hi, k) = cell[1].x;
+    Lanes::at(lanes.x, k) = quantiles[k].x;
+    Lanes::at(lanes.halvings, k) = halvings;
+    lanes.least = std::min(lanes.least, halvings);
+    lanes.most = std::max(lanes.most, halvings);
   }
-  halveTogether(lanes);
+  if (lanes.most > 0) halveTogether(lanes);
   for (std::size_t k = 0; k < count; ++k) {
-    const Search& search = searches[k];
     const double lo = Lanes::at(lanes.lo, k);
     const double hi = Lanes::at(lanes.hi, k);
-    if (!isInterpolated[k]) {
-      x[k] = distribution.bisect(search, distribution.inverseRule());
-    } else if (Lanes::at(lanes.open, k) == 0.0 && lo != table[search.cell].x && hi != table[search.cell + 1].x &&
-               hi - lo >= kRoundings * kUnit * size(lo, hi)) {
+    if (!isInterpolated[k])
+      x[k] = distribution.bisect(searches[k], distribution.inverseRule());
+    else if (isCertain(quantiles[k], table + searches[k].cell, lo, hi))
       x[k] = middle(lo, hi);
-    } else {
-      const Quantile quantile{Lanes::at(lanes.x, k), Lanes::at(lanes.reach, k), Lanes::at(lanes.narrow, k),
-                              Lanes::at(lanes.wide, k)};
-      x[k] = findSlowly(distribution, search, quantile);
-    }
+    else
+      x[k] = findSlowly(distribution, searches[k], quantiles[k]);
   }
 }
 
