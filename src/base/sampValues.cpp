@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/Memory.h"
 #include "base/WorkPace.h"
 
 namespace tarvex {
@@ -79,25 +80,48 @@ bool sampValues::assign(const sampValues& other, const Progress& progress) {
 }
 
 std::int32_t sampValues::addRow(const double* values) {
-  if (columns_ == 0 || rows_ == std::numeric_limits<std::int32_t>::max()) {
-    setError(kWrongLine);
-    return 0;
+  return addRows(values, 1) ? rows_ : 0;
+}
+
+bool sampValues::addRows(const double* values, std::int32_t count) {
+  if (columns_ == 0 || count > std::numeric_limits<std::int32_t>::max() - rows_) return setError(kWrongLine);
+  const auto width = static_cast<std::size_t>(columns_);
+  std::int32_t room = 0;
+  for (; count > 0; count -= room) {
+    if (!openEnd(count, room)) return false;
+    std::copy_n(values, static_cast<std::size_t>(room) * width, windowRow(rows_));
+    values += static_cast<std::size_t>(room) * width;
+    dirty_ = true;
+    rows_ += room;
   }
-  if (!ensureMode(false)) return 0;
+  return true;
+}
+
+// Brings the window to the table's end, with memory for `room` of `count` more rows, 1 at least.
+bool sampValues::openEnd(std::int32_t count, std::int32_t& room) {
+  if (!ensureMode(false)) return false;
   if (rows_ > lastRow_) {
-    if (dirty_ && !flush()) return 0;
+    if (dirty_ && !flush()) return false;
     firstRow_ = rows_;
     lastRow_ = firstRow_ + blockRows_ - 1;
     loaded_ = true;
   } else if (!loaded_ && !loadRows(firstRow_)) {
-    return 0;
+    return false;
   }
+  room = static_cast<std::int32_t>(std::min<std::int64_t>(count, lastRow_ + 1 - rows_));
   const std::int64_t whole = static_cast<std::int64_t>(blockRows_) * columns_;
-  const std::int64_t needed = rows_ < blockRows_ ? (rows_ + 1LL) * columns_ : whole;
-  if (static_cast<std::int64_t>(cache_.size()) < needed && !resizeValues(cache_, std::min(whole, 2 * needed))) return 0;
-  std::copy_n(values, columns_, windowRow(rows_));
-  dirty_ = true;
-  return ++rows_;
+  const std::int64_t needed = rows_ < blockRows_ ? (std::int64_t{rows_} + room) * columns_ : whole;
+  return static_cast<std::int64_t>(cache_.size()) >= needed || resizeValues(cache_, std::min(whole, 2 * needed));
+}
+
+// The files give zeros for what was never written, and the row file takes all columns before it is read.
+bool sampValues::addZeroRows(std::int32_t count) {
+  if (columns_ == 0 || rows_ != 0 || count < 1) return setError(kWrongLine);
+  if (!ensureMode(true)) return false;
+  if (!fitsInMemory([this] { unpatched_.assign(static_cast<std::size_t>(columns_), true); }))
+    return setError(kNotEnoughMemory);
+  rows_ = count;
+  return true;
 }
 
 bool sampValues::isCell(std::int32_t row, std::int32_t column) const {
@@ -174,13 +198,25 @@ bool sampValues::getColumn(std::int32_t column, std::vector<double>& values) con
   return true;
 }
 
-bool sampValues::setColumn(std::int32_t column, const std::vector<double>& values) {
+bool sampValues::setColumn(std::int32_t column, std::vector<double>&& values) {
   if (column < 0 || column >= columns_ || values.size() != static_cast<std::size_t>(rows_))
     return setError(kWrongElement);
-  if (!ensureMode(true) || !ensureColumn(column)) return false;
-  std::copy(values.begin(), values.end(), cache_.begin());
+  if (!ensureMode(true)) return false;
+  if (cachedColumn_ != column && dirty_ && !flush()) return false;
+  cache_.swap(values);
+  cachedColumn_ = column;
   dirty_ = true;
   return true;
+}
+
+double* sampValues::columnPointer(std::int32_t column) {
+  if (!isCell(0, column)) {
+    setError(kWrongElement);
+    return nullptr;
+  }
+  if (!ensureMode(true) || !ensureColumn(column)) return nullptr;
+  dirty_ = true;
+  return cache_.data();
 }
 
 bool sampValues::setOrder(std::int32_t order) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -37,6 +38,10 @@ class sampValues {
 
   // Appends one row of columns() doubles. The new row count; 0 on failure.
   [[nodiscard]] std::int32_t addRow(const double* values);
+  // Appends `count` rows that stand one after the other. On failure those before a window that can't be made are there.
+  [[nodiscard]] bool addRows(const double* values, std::int32_t count);
+  // Makes `count` rows of zeros, ready to take columns, without a pass through them. Requires: no rows yet.
+  [[nodiscard]] bool addZeroRows(std::int32_t count);
 
   [[nodiscard]] bool setValue(std::int32_t row, std::int32_t column, double value);
   [[nodiscard]] bool getValue(std::int32_t row, std::int32_t column, double& value) const;
@@ -49,7 +54,10 @@ class sampValues {
   [[nodiscard]] bool getColumnValue(std::int32_t row, std::int32_t column, double& value) const;
   // One whole column, rows() doubles, through the column window.
   [[nodiscard]] bool getColumn(std::int32_t column, std::vector<double>& values) const;
-  [[nodiscard]] bool setColumn(std::int32_t column, const std::vector<double>& values);
+  // Replaces a column without reading it. The values are taken over; what `values` holds then has no meaning.
+  [[nodiscard]] bool setColumn(std::int32_t column, std::vector<double>&& values);
+  // The whole column inside the window, for change in place; valid until the next call on the store. Null out of range.
+  [[nodiscard]] double* columnPointer(std::int32_t column);
 
   [[nodiscard]] bool setOrder(std::int32_t order);  // 0 by run, 1 by factor: how the text form lists the table
   // What each operation does by itself before it works on rows (false) or a column (true). Behind changed columns the
@@ -71,7 +79,10 @@ class sampValues {
   [[nodiscard]] bool read(TextReader& in);
 
  private:
+  static constexpr std::int32_t kColumnsTogether = 4;  // gathered in one pass through a window
+
   bool setError(const std::string& text) const;  // always false
+  [[nodiscard]] bool openEnd(std::int32_t count, std::int32_t& room);
   [[nodiscard]] bool isCell(std::int32_t row, std::int32_t column) const;
 
   // Bytes in the column file before row `rowInBlock` of a column's part of a block.
@@ -85,6 +96,8 @@ class sampValues {
   [[nodiscard]] bool ensureColumn(std::int32_t column) const;
   [[nodiscard]] bool flush() const;
   [[nodiscard]] bool flushRows() const;
+  void gatherColumns(std::int32_t first, std::int32_t count,
+                     std::array<std::vector<double>, kColumnsTogether>& gathered) const;
   [[nodiscard]] bool flushBlockColumn(std::int32_t column, const std::vector<double>& gathered) const;
   [[nodiscard]] bool flushColumn() const;
   [[nodiscard]] bool patchRowFile(const Progress& progress) const;

@@ -1,6 +1,7 @@
 // The window of the sample store: its two shapes, and what moves between it and the working files.
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/Memory.h"
 #include "base/sampValues.h"
@@ -80,20 +81,38 @@ bool sampValues::loadRows(std::int64_t firstRow) const {
 // The whole window goes to both files, rows not yet used included; of a table that fits the window, what it holds.
 bool sampValues::flushRows() const {
   const std::int64_t held = fitsWindow() ? rows_ : blockRows_;
-  std::vector<double> gathered;
-  if (!resizeValues(gathered, held)) return false;
+  std::array<std::vector<double>, kColumnsTogether> gathered;
+  const std::int32_t together = std::min(kColumnsTogether, columns_);
+  for (std::int32_t i = 0; i < together; ++i)
+    if (!resizeValues(gathered[static_cast<std::size_t>(i)], held)) return false;
   if (!writeTo(rowFile_, static_cast<std::uint64_t>(firstRow_) * rowBytes(), cache_.data(), held * columns_))
     return false;
-  for (std::int32_t column = 0; column < columns_; ++column) {
-    const double* from = cache_.data() + column;
-    for (double& value : gathered) {
-      value = *from;
-      from += columns_;
-    }
-    if (!flushBlockColumn(column, gathered)) return false;
+  for (std::int32_t column = 0; column < columns_; column += together) {
+    const std::int32_t count = std::min(together, columns_ - column);
+    gatherColumns(column, count, gathered);
+    for (std::int32_t i = 0; i < count; ++i)
+      if (!flushBlockColumn(column + i, gathered[static_cast<std::size_t>(i)])) return false;
   }
   dirty_ = false;
   return true;
+}
+
+// Neighbouring columns of the window, in one pass through it where they are as many as usual.
+void sampValues::gatherColumns(std::int32_t first, std::int32_t count,
+                               std::array<std::vector<double>, kColumnsTogether>& gathered) const {
+  const std::size_t rows = gathered[0].size();
+  const double* from = cache_.data() + first;
+  if (count == kColumnsTogether) {
+    double* const to[] = {gathered[0].data(), gathered[1].data(), gathered[2].data(), gathered[3].data()};
+    static_assert(std::size(to) == kColumnsTogether);
+    for (std::size_t row = 0; row < rows; ++row, from += columns_)
+      for (std::size_t i = 0; i < kColumnsTogether; ++i) to[i][row] = from[i];
+    return;
+  }
+  for (std::int32_t i = 0; i < count; ++i)
+    for (std::size_t row = 0; row < rows; ++row)
+      gathered[static_cast<std::size_t>(i)][row] =
+          from[row * static_cast<std::size_t>(columns_) + static_cast<std::size_t>(i)];
 }
 
 bool sampValues::flushBlockColumn(std::int32_t column, const std::vector<double>& gathered) const {

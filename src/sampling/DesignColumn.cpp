@@ -1,24 +1,24 @@
 #include "sampling/DesignColumn.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "base/Memory.h"
 #include "base/WorkPace.h"
 #include "base/sortPositions.h"
 
 namespace tarvex {
 
-bool DesignColumn::finish(sampValues& store, std::int32_t column, const Progress& progress) const {
-  if (store.rows() > 0 || column >= store.columns()) return store.setColumn(column, values_);
-  std::vector<double> row(static_cast<std::size_t>(store.columns()), 0.0);
-  WorkPace pace(progress, size(), store.columns());
-  for (const double value : values_) {
-    row[static_cast<std::size_t>(column)] = value;
-    if (!pace.step() || store.addRow(row.data()) == 0) return false;
-  }
-  return true;
+bool DesignColumn::finish(sampValues& store, std::int32_t column) {
+  if (store.rows() == 0 && column < store.columns() && !store.addZeroRows(size())) return false;
+  return store.setColumn(column, std::move(values_));
 }
 
 bool DesignColumn::sortAscending(const Progress& progress) {
   constexpr std::int64_t kFetched = 4;  // additions in the time of a value from anywhere
+  // Strata come sorted. A value that is no number compares as unsorted.
+  const auto isDisorder = [](double a, double b) { return !(a <= b); };
+  if (std::adjacent_find(values_.begin(), values_.end(), isDisorder) == values_.end()) return true;
   std::vector<std::int32_t> positions;
   std::vector<double> sorted;
   if (!sortPositions(values_, positions, progress)) return false;

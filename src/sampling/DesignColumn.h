@@ -15,9 +15,9 @@ class DesignColumn {
   void start(std::int32_t rows) { values_.assign(static_cast<std::size_t>(rows), 0.0); }
   // Takes the column that the store holds. False when the store refuses.
   [[nodiscard]] bool load(const sampValues& store, std::int32_t column) { return store.getColumn(column, values_); }
-  // Hands the column over. The first column of a design makes the rows, with 0.0 in every other cell.
-  // False when the store refuses, and after a stop.
-  [[nodiscard]] bool finish(sampValues& store, std::int32_t column, const Progress& progress = {}) const;
+  // Hands the column over: what this holds then has no meaning. The first column of a design makes the rows, with 0.0
+  // in every other cell. False when the store refuses.
+  [[nodiscard]] bool finish(sampValues& store, std::int32_t column);
   void release() { values_ = {}; }
 
   double& operator[](std::int32_t row) { return values_[static_cast<std::size_t>(row)]; }

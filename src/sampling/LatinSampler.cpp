@@ -15,8 +15,7 @@ namespace {
 constexpr float kStratified = 25.0f;
 constexpr float kShuffled = 45.0f;
 
-constexpr int kExchangesPerRow = 2;      // random exchanges that shuffle a column, for each row
-constexpr std::int64_t kStretch = 1024;  // cells in one piece
+constexpr int kExchangesPerRow = 2;  // random exchanges that shuffle a column, for each row
 
 }  // namespace
 
@@ -118,19 +117,19 @@ bool LatinSampler::stratify(std::int32_t cells, sampValues& store, const FactorL
 }
 
 void LatinSampler::stratifyColumn(std::int32_t cells) {
-  random_.resize(static_cast<std::size_t>(cells));
-  uniformRandom(randomState, random_.data(), random_.size());
-  for (std::int32_t k = 0; k < cells; ++k)
-    column_[row(k)] = pointOfStratum(row(k), numSamples, random_[static_cast<std::size_t>(k)]);
+  double* const points = &column_[row(0)];
+  uniformRandom(randomState, points, static_cast<std::size_t>(cells));
+  for (std::int32_t k = 0; k < cells; ++k) points[k] = pointOfStratum(row(k), numSamples, points[k]);
 }
 
 // Random exchanges, which shuffle a root's column.
 bool LatinSampler::exchange(std::int32_t pairs, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   if (factors.parentOf(factor) != -1) return true;
-  if (cell_ == 0 && !checkStore(column_.load(store, factor), store)) return false;
-  exchangeAtRandom(randomState, &column_[0], numSamples, static_cast<std::size_t>(pairs));
-  return handOver(pairs, factor, store);
+  double* const column = store.columnPointer(factor);
+  if (column == nullptr) return checkStore(false, store);
+  exchangeAtRandom(randomState, column, numSamples, static_cast<std::size_t>(pairs));
+  return true;
 }
 
 // Constants, and the children of the dependence tree, which follow their parents' shuffled columns.
@@ -162,22 +161,18 @@ bool LatinSampler::order(std::int32_t cells, sampValues& store, const FactorList
                                            : ordering_.startStein(factors, numSamples, within(), errorText)))
     return false;
   if (cell_ == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
-  bool placed = true;
-  for (std::int32_t k = 0; placed && k < cells; ++k)
-    placed = ordering_.placeCell(factorPosition, row(k), store, factors);
-  return checkStore(placed, store);
+  return checkStore(ordering_.placeCells(factorPosition, row(0), cells, store, factors), store);
 }
 
 // The column of a factor goes to the store with its last cell.
 bool LatinSampler::handOver(std::int32_t cells, std::int32_t factor, sampValues& store) {
-  return cell_ + cells < cellsAFactor() || checkStore(column_.finish(store, factor, within()), store);
+  return cell_ + cells < cellsAFactor() || checkStore(column_.finish(store, factor), store);
 }
 
 void LatinSampler::releaseColumns() {
   column_.release();
   parentColumn_.release();
   ordering_.release();
-  random_ = {};
 }
 
 void LatinSampler::reset() {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "correlation/DiagonalBand.h"
 #include "sampling/DesignColumn.h"
 #include "sampling/RankOrdering.h"
@@ -54,10 +52,9 @@ class LatinSampler : public Sampler {
   Phase phase_ = kStratify;
   bool ranked_ = false;  // the columns are put in the order of a rank table
   std::int32_t numStochastic_ = 0;
-  std::int64_t cell_ = 0;       // of the current factor: a run, or an exchange
-  std::vector<double> random_;  // numbers of a stretch
-  DesignColumn column_;         // of the factor that is being worked on
-  DesignColumn parentColumn_;   // of its parent in the dependence tree
+  std::int64_t cell_ = 0;      // of the current factor: a run, or an exchange
+  DesignColumn column_;        // of the factor that is being made
+  DesignColumn parentColumn_;  // of its parent in the dependence tree
   RankOrdering ordering_;
 };
 

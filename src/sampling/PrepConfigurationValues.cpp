@@ -93,15 +93,9 @@ bool PrepConfiguration::passCells(std::int32_t endRow) {
   if (refused)
     return fail("I cannot calculate the inverse cumulative of factor " + std::to_string(nextFactor_ + 1) +
                 " : generation aborted");
-  std::array<double, kCellsAReport> block;
-  const std::size_t count = static_cast<std::size_t>(endRow - nextRow_);
-  for (std::size_t i = 0; i < count; ++i)
-    if (!samples.getColumnValue(nextRow_ + static_cast<std::int32_t>(i), factorIndex, block[i]))
-      return fail(samples.errorText());
-  distribution->values(block.data(), block.data(), count);
-  for (std::size_t i = 0; i < count; ++i)
-    if (!samples.setColumnValue(nextRow_ + static_cast<std::int32_t>(i), factorIndex, block[i]))
-      return fail(samples.errorText());
+  double* const column = samples.columnPointer(factorIndex);
+  if (column == nullptr) return fail(samples.errorText());
+  distribution->values(column + nextRow_, column + nextRow_, static_cast<std::size_t>(endRow - nextRow_));
   return true;
 }
 

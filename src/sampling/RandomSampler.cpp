@@ -1,5 +1,7 @@
 #include "sampling/RandomSampler.h"
 
+#include <algorithm>
+
 #include "base/uniformRandom.h"
 #include "factors/Constant.h"
 #include "factors/FactorList.h"
@@ -20,30 +22,46 @@ bool RandomSampler::fill(double target, sampValues& store, FactorList& factors) 
   numFactors = factors.factorCount();
   if (!requireSamples()) return false;
   if (isAtStart()) ranked_ = factors.correlationMode == kImanConover && matrixRefusal(factors).empty();
-  const float drawingEnd = ranked_ ? kDrawn : kComplete;
   while (progress < target) {
-    if (!goesOn(1)) return false;
-    if (progress < drawingEnd) {
-      if (!drawCell(store, factors)) return false;
-      setProgress(share() * drawingEnd, drawingEnd, factorPosition == numFactors);
-    } else {
-      if (!orderCell(store, factors)) return false;
-      setProgress((share() + 1.0) * 25.0, kComplete, factorPosition == numFactors);
-    }
-    if (factorPosition == numFactors) factorPosition = 0;
+    const std::int32_t cells = nextStretch(target);
+    if (!goesOn(cells)) return false;
+    if (!(isOrdering() ? order(cells, store, factors) : draw(cells, store, factors))) return false;
+    leave(cells);
   }
   if (progress == kComplete) releaseColumns();
   return true;
 }
 
-// Of the cells of the table, those that the phase has done.
-double RandomSampler::share() const {
-  const double rows = numSamples;
-  return (factorPosition * rows + sampleIndex) / (rows * numFactors);
+// The progress stays below a phase's end until all cells are done.
+bool RandomSampler::isOrdering() const {
+  return ranked_ && progress >= kDrawn;
+}
+
+float RandomSampler::progressAt(std::int64_t cells) const {
+  const std::int64_t whole = std::int64_t{numSamples} * numFactors;
+  const double share = static_cast<double>(cells) / static_cast<double>(whole);
+  const bool phaseDone = cells == whole;
+  if (ranked_ && !isOrdering()) return progressOf(share * kDrawn, kDrawn, phaseDone);
+  return progressOf(isOrdering() ? (share + 1.0) * kDrawn : share * kComplete, kComplete, phaseDone);
+}
+
+// Of one factor, and none beyond the target.
+std::int32_t RandomSampler::nextStretch(double target) const {
+  const auto most = static_cast<std::int32_t>(std::min<std::int64_t>(numSamples - sampleIndex, kStretch));
+  return cellsUntil(target, most, [this](std::int32_t cells) { return progressAt(cellsBefore() + cells); });
+}
+
+// Behind the last factor the next phase begins.
+void RandomSampler::leave(std::int32_t cells) {
+  progress = progressAt(cellsBefore() + cells);
+  sampleIndex += cells;
+  if (sampleIndex < numSamples) return;
+  sampleIndex = 0;
+  if (++factorPosition == numFactors) factorPosition = 0;
 }
 
 // Factors in the order of their dependences: a parent's column stands before its child asks for it.
-bool RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
+bool RandomSampler::draw(std::int32_t cells, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const std::int32_t parent = factors.parentOf(factor);
   if (sampleIndex == 0) {
@@ -53,23 +71,23 @@ bool RandomSampler::drawCell(sampValues& store, const FactorList& factors) {
       diagonalBand_.setCorrelation(factors.node(factor).correlation);
     }
   }
-  if (parent >= 0)
-    column_[sampleIndex] = diagonalBand_.sampleConditional(parentColumn_[sampleIndex]);
-  else if (factors.isCorrelatable(factor) == 1)
-    column_[sampleIndex] = uniformRandom(randomState);
-  else if (factors.isConstant(factor) == 1)
-    column_[sampleIndex] = static_cast<const Constant&>(factors.factor(factor)).value();
-  nextCell(numSamples);
-  return sampleIndex > 0 || checkStore(column_.finish(store, factor, within()), store);
+  const std::int32_t end = sampleIndex + cells;
+  if (parent >= 0) {
+    for (std::int32_t run = sampleIndex; run < end; ++run)
+      column_[run] = diagonalBand_.sampleConditional(parentColumn_[run]);
+  } else if (factors.isCorrelatable(factor) == 1) {
+    uniformRandom(randomState, &column_[sampleIndex], static_cast<std::size_t>(cells));
+  } else if (factors.isConstant(factor) == 1) {
+    std::fill_n(&column_[sampleIndex], cells, static_cast<const Constant&>(factors.factor(factor)).value());
+  }
+  return end < numSamples || checkStore(column_.finish(store, factor), store);
 }
 
 // Factors in list order.
-bool RandomSampler::orderCell(sampValues& store, const FactorList& factors) {
+bool RandomSampler::order(std::int32_t cells, sampValues& store, const FactorList& factors) {
   if (!ordering_.isStarted() && !ordering_.startImanConover(factors, numSamples, within(), errorText)) return false;
   if (sampleIndex == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
-  const bool placed = ordering_.placeCell(factorPosition, sampleIndex, store, factors);
-  nextCell(numSamples);
-  return checkStore(placed, store);
+  return checkStore(ordering_.placeCells(factorPosition, sampleIndex, cells, store, factors), store);
 }
 
 void RandomSampler::releaseColumns() {

@@ -26,9 +26,17 @@ class RandomSampler : public Sampler {
   bool readItems(TextReader& in) override;
   void restoreDefaults() override;
 
-  double share() const;
-  bool drawCell(sampValues& store, const FactorList& factors);
-  bool orderCell(sampValues& store, const FactorList& factors);
+  // Of a phase: whether it is the second, the progress when `cells` of it are done, the cells that can be visited in
+  // one piece.
+  bool isOrdering() const;
+  float progressAt(std::int64_t cells) const;
+  std::int32_t nextStretch(double target) const;
+  void leave(std::int32_t cells);
+  std::int64_t cellsBefore() const { return std::int64_t{numSamples} * factorPosition + sampleIndex; }
+
+  // Each works on the next cells of one factor; false when the store refuses, and after a stop.
+  bool draw(std::int32_t cells, sampValues& store, const FactorList& factors);
+  bool order(std::int32_t cells, sampValues& store, const FactorList& factors);
   void releaseColumns();
 
   bool ranked_ = false;        // the columns are put in order once they are drawn

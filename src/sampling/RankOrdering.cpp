@@ -44,10 +44,12 @@ bool RankOrdering::openColumn(std::int32_t factor, const sampValues& store, cons
   return false;
 }
 
-bool RankOrdering::placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors) {
+bool RankOrdering::placeCells(std::int32_t factor, std::int32_t first, std::int32_t count, sampValues& store,
+                              const FactorList& factors) {
   if (factors.isCorrelatable(factor) != 1) return true;
-  column_[row] = sortedColumn_[ranks_->rankOf(stochasticIndex_, row)];
-  return row + 1 < column_.size() || column_.finish(store, factor);
+  const std::int32_t end = first + count;
+  for (std::int32_t row = first; row < end; ++row) column_[row] = sortedColumn_[ranks_->rankOf(stochasticIndex_, row)];
+  return end < column_.size() || column_.finish(store, factor);
 }
 
 std::string matrixRefusal(const FactorList& factors) {

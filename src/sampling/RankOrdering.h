@@ -26,9 +26,10 @@ class RankOrdering {
   // after a stop. Requires: isStarted().
   [[nodiscard]] bool openColumn(std::int32_t factor, const sampValues& store, const FactorList& factors,
                                 const Progress& progress, std::string& errorText);
-  // Gives row `row` of a stochastic factor's column its value, and the column to the store with its last row. Rows come
-  // in rising order. False when the store refuses. Requires: openColumn().
-  [[nodiscard]] bool placeCell(std::int32_t factor, std::int32_t row, sampValues& store, const FactorList& factors);
+  // Gives `count` rows of a stochastic factor's column their values, from row `first` on, and the column to the store
+  // with its last row. Rows come in rising order. False when the store refuses. Requires: openColumn().
+  [[nodiscard]] bool placeCells(std::int32_t factor, std::int32_t first, std::int32_t count, sampValues& store,
+                                const FactorList& factors);
   void release() { *this = {}; }
 
  private:

@@ -109,6 +109,10 @@ bool Sampler::addRun(sampValues& store, const double* row) {
   return goesOn(store.columns()) && checkStore(store.addRow(row) > 0, store);
 }
 
+bool Sampler::addRuns(sampValues& store, const double* rows, std::int32_t count) {
+  return goesOn(store.columns() * count) && checkStore(store.addRows(rows, count), store);
+}
+
 void Sampler::nextCell(std::int32_t cells) {
   if (++sampleIndex < cells) return;
   sampleIndex = 0;

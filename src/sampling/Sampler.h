@@ -103,10 +103,12 @@ class Sampler {
   // For a step that takes long by itself: tells the same listener, without getting further.
   Progress within() const { return watched_->part(progress / kComplete, progress / kComplete); }
   bool addRun(sampValues& store, const double* row);
+  bool addRuns(sampValues& store, const double* rows, std::int32_t count);  // one after the other
   bool addRun(sampValues& store, const std::vector<double>& row) { return addRun(store, row.data()); }
   bool isAtStart() const { return progress == 0.0f && sampleIndex == 0 && factorPosition == 0; }
   // Goes on to the next cell of a walk that visits each factor `cells` times.
   void nextCell(std::int32_t cells);
+  static constexpr std::int64_t kStretch = 1024;  // cells of a column that are made in one piece at most
   // The least number of cells, of `most`, after which `progressAfter` has reached `target`; `most` when none of them
   // reaches it. So many can be made in one piece, as if the progress had been looked at after each.
   template <class ProgressAfter>
