@@ -13,7 +13,8 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::int32_t kBaseBlocks = 2;  // A and B
+constexpr std::int32_t kBaseBlocks = 2;      // A and B
+constexpr std::int32_t kRowsTogether = 256;  // that the store gets in one piece
 
 // The highest order that has blocks: that of all factors together follows from the others.
 std::int32_t highestOrder(std::int32_t order, std::int32_t stochasticCount) {
@@ -70,10 +71,13 @@ bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
     const std::int32_t blockStart = block * baseSize_;
     const std::int32_t stop = end - blockStart > baseSize_ ? blockStart + baseSize_ : end;
     if (block >= kBaseBlocks && sampleIndex == blockStart) openBlock(block);
-    for (; sampleIndex < stop; ++sampleIndex) {
-      const auto baseRow = static_cast<std::size_t>(sampleIndex - blockStart);
-      if (block == 0 && !makeBasePoint(baseRow)) return refuse(pointFailure(sampleIndex));
-      if (!addRun(store, rowOf(block, baseRow))) return false;
+    while (sampleIndex < stop) {
+      const std::int32_t first = sampleIndex - blockStart;
+      const std::int32_t count = std::min(stop - sampleIndex, kRowsTogether);
+      for (std::int32_t k = 0; block == 0 && k < count; ++k)
+        if (!makeBasePoint(first + k)) return refuse(pointFailure(sampleIndex + k));
+      if (!addRuns(store, rowsOf(block, first, count), count)) return false;
+      sampleIndex += count;
     }
     setRunProgress(sampleIndex);
   }
@@ -90,10 +94,11 @@ bool SobolSampler::begin(const FactorList& factors) {
   if (baseSize_ < 1 || !(fits(numFactors, false) || isCheap(numFactors)))
     return refuse("The number of executions must be the base size times the number of blocks");
 
-  row_ = constantRow(factors);
+  const std::vector<double> row = constantRow(factors);
+  width_ = row.size();
   matrixA_.clear();
-  matrixA_.reserve(static_cast<std::size_t>(baseSize_) * row_.size());
-  for (std::int32_t run = 0; run < baseSize_; ++run) matrixA_.insert(matrixA_.end(), row_.begin(), row_.end());
+  matrixA_.reserve(static_cast<std::size_t>(baseSize_) * width_);
+  for (std::int32_t run = 0; run < baseSize_; ++run) matrixA_.insert(matrixA_.end(), row.begin(), row.end());
   matrixB_ = matrixA_;
   pointColumns_.clear();
   for (std::int32_t position = 0; position < factors.factorCount(); ++position) {
@@ -111,10 +116,10 @@ bool SobolSampler::begin(const FactorList& factors) {
 }
 
 // Point number n of twice the factors' dimension is row n - 1 of A and of B, one half each.
-bool SobolSampler::makeBasePoint(std::size_t baseRow) {
-  if (!sequence_.lpTauPoint(sampleIndex + 1, 2 * numFactors, point_)) return false;
-  double* const a = matrixA_.data() + baseRow * row_.size();
-  double* const b = matrixB_.data() + baseRow * row_.size();
+bool SobolSampler::makeBasePoint(std::int32_t baseRow) {
+  if (!sequence_.lpTauPoint(baseRow + 1, 2 * numFactors, point_)) return false;
+  double* const a = matrixA_.data() + static_cast<std::size_t>(baseRow) * width_;
+  double* const b = matrixB_.data() + static_cast<std::size_t>(baseRow) * width_;
   const double* coordinate = point_.data();
   for (const std::int32_t f : pointColumns_) {
     a[f] = coordinate[0];
@@ -142,15 +147,19 @@ void SobolSampler::openBlock(std::int32_t block) {
   if (!combos_.empty()) exchanged_ = combos_[static_cast<std::size_t>(block - orderStart_[currentOrder_])];
 }
 
-const double* SobolSampler::rowOf(std::int32_t block, std::size_t baseRow) {
-  const double* const a = matrixA_.data() + baseRow * row_.size();
-  const double* const b = matrixB_.data() + baseRow * row_.size();
-  const bool base = block == 0 || (block >= kBaseBlocks && intoA_);
-  if (block < kBaseBlocks) return base ? a : b;
-  std::copy_n(base ? a : b, row_.size(), row_.begin());
-  const double* const other = base ? b : a;
-  for (const std::int32_t f : exchanged_) row_[static_cast<std::size_t>(f)] = other[f];
-  return row_.data();
+// The rows of the base matrices are those of the first blocks as they stand. Later blocks are one matrix, in which
+// columns of the other replace its own.
+const double* SobolSampler::rowsOf(std::int32_t block, std::int32_t first, std::int32_t count) {
+  const std::size_t start = static_cast<std::size_t>(first) * width_;
+  const std::size_t cells = static_cast<std::size_t>(count) * width_;
+  const double* const a = matrixA_.data() + start;
+  const double* const b = matrixB_.data() + start;
+  if (block < kBaseBlocks) return block == 0 ? a : b;
+  rows_.assign(intoA_ ? a : b, (intoA_ ? a : b) + cells);
+  const double* const other = intoA_ ? b : a;
+  for (const std::int32_t f : exchanged_)
+    for (std::size_t cell = static_cast<std::size_t>(f); cell < cells; cell += width_) rows_[cell] = other[cell];
+  return rows_.data();
 }
 
 void SobolSampler::reset() {

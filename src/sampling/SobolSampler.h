@@ -49,9 +49,9 @@ class SobolSampler : public Sampler {
 
   bool begin(const FactorList& factors);
   bool fits(std::int32_t stochasticCount, bool cheap) const;
-  bool makeBasePoint(std::size_t baseRow);
+  bool makeBasePoint(std::int32_t baseRow);
   void openBlock(std::int32_t block);
-  const double* rowOf(std::int32_t block, std::size_t baseRow);
+  const double* rowsOf(std::int32_t block, std::int32_t first, std::int32_t count);
 
   std::int32_t baseSize_ = 0;
   std::int32_t designKind_ = kFirstAndTotal;
@@ -63,7 +63,8 @@ class SobolSampler : public Sampler {
   std::vector<double> matrixA_;                // baseSize_ rows, a cell per factor of the list
   std::vector<double> matrixB_;
   std::vector<double> point_;
-  std::vector<double> row_;
+  std::vector<double> rows_;                       // a stretch of a block
+  std::size_t width_ = 0;                          // cells of a row
   std::vector<std::int64_t> orderStart_;           // block at which the subsets of 1, 2, ... factors begin
   std::vector<std::vector<std::int32_t>> combos_;  // the subsets of the current order
   std::size_t currentOrder_ = 0;
