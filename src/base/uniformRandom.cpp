@@ -50,6 +50,11 @@ std::int32_t step2(std::int32_t x) {
   return step(x, 40692, 52774, 3791, kModulus2);
 }
 
+double numberOf(std::int32_t word) {
+  const double result = word * kScale;
+  return result > kLargest ? kLargest : result;
+}
+
 void restart(std::int32_t& state) {
   state = std::max(wrap(0U - bits(state)), 1);
   shared.state2 = state;
@@ -60,40 +65,84 @@ void restart(std::int32_t& state) {
   shared.last = shared.shuffle[0];
 }
 
+double drawPlainly(std::int32_t& state) {
+  if (state <= 0) restart(state);
+  state = step1(state);
+  shared.state2 = step2(shared.state2);
+  const std::int32_t index = std::clamp(shared.last / kTableStep, 0, kTableSize - 1);
+  std::int32_t& entry = shared.shuffle[static_cast<std::size_t>(index)];
+  shared.last = wrap(bits(entry) - bits(shared.state2));
+  entry = state;
+  if (shared.last < 1) shared.last = wrap(bits(shared.last) + bits(kModulus1 - 1));
+  return numberOf(shared.last);
+}
+
+// step() of a word from 1 to 2^31 - 1, by a reciprocal and without a branch: where the result is negative its sum with
+// the modulus wraps around. Both generators then stay in that range. (A product beyond 2^31 less a full remainder could
+// end at 0 or below by the quotient of the first; of the few such products, none does.)
+template <std::uint32_t multiplier, std::uint32_t quotient, std::uint32_t remainder, std::int32_t modulus>
+std::uint32_t quickStep(std::uint32_t x) {
+  constexpr int kShift = 46;
+  constexpr std::uint64_t kReciprocal = ((std::uint64_t{1} << kShift) + quotient - 1) / quotient;
+  static_assert((kReciprocal * quotient - (std::uint64_t{1} << kShift)) << 31 <= std::uint64_t{1} << kShift,
+                "rounded up so little that the quotients of all words are exact");
+  const auto k = static_cast<std::uint32_t>(x * kReciprocal >> kShift);
+  const std::uint32_t y = multiplier * x - (multiplier * quotient + remainder) * k;
+  return std::min(y, y + bits(modulus));
+}
+
+// All words are where drawWords() can take them up: above 0.
+bool areRegular(std::int32_t state) {
+  return state > 0 && shared.state2 > 0 && shared.last > 0 &&
+         std::ranges::all_of(shared.shuffle, [](std::int32_t entry) { return entry > 0; });
+}
+
+// What drawPlainly() makes `last` of, `count` times; fewer where the place in the table is beyond its end. Returns how
+// many. Requires: areRegular(). Each number waits for the one before it, so what counts is the length of that chain:
+// the entry's place without a division, and both candidates for the difference at once.
+std::size_t drawWords(std::int32_t& state, std::int32_t* words, std::size_t count) {
+  constexpr int kPlaceBits = 26;
+  static_assert(kTableStep == (1 << kPlaceBits) - 2);
+  std::uint32_t word1 = bits(state);
+  std::uint32_t word2 = bits(shared.state2);
+  std::uint32_t before = bits(shared.last) - 1;
+  std::size_t done = 0;
+  for (; done < count; ++done) {
+    // With last = q 2^26 + r its quotient by 2^26 - 2 is q, or one more where r + 2q reaches that.
+    const std::uint32_t place = (before + 3 + 2 * (before >> kPlaceBits)) >> kPlaceBits;
+    if (place >= kTableSize) [[unlikely]]
+      break;
+    word1 = quickStep<40014, 53688, 12211, kModulus1>(word1);
+    word2 = quickStep<40692, 52774, 3791, kModulus2>(word2);
+    const std::uint32_t entry = bits(shared.shuffle[place]);
+    shared.shuffle[place] = wrap(word1);
+    // Less 1, as it is kept here, a difference below 1 has wrapped around, and wraps back with what is added to it.
+    before = std::min(entry - (word2 + 1), entry + (bits(kModulus1 - 2) - word2));
+    words[done] = wrap(before + 1);
+  }
+  state = wrap(word1);
+  shared.state2 = wrap(word2);
+  shared.last = wrap(before + 1);
+  return done;
+}
+
 }  // namespace
 
 double uniformRandom(std::int32_t& state) {
-  double number = 0.0;
-  uniformRandom(state, &number, 1);
-  return number;
+  return drawPlainly(state);
 }
 
 void uniformRandom(std::int32_t& state, double* numbers, std::size_t count) {
-  // The words in registers.
-  std::int32_t state1 = state;
-  std::int32_t state2 = shared.state2;
-  std::int32_t last = shared.last;
-  for (std::size_t k = 0; k < count; ++k) {
-    if (state1 <= 0) {
-      state = state1;
-      restart(state);
-      state1 = state;
-      state2 = shared.state2;
-      last = shared.last;
-    }
-    state1 = step1(state1);
-    state2 = step2(state2);
-    const std::int32_t index = std::clamp(last / kTableStep, 0, kTableSize - 1);
-    std::int32_t& entry = shared.shuffle[static_cast<std::size_t>(index)];
-    last = wrap(bits(entry) - bits(state2));
-    entry = state1;
-    if (last < 1) last = wrap(bits(last) + bits(kModulus1 - 1));
-    const double result = last * kScale;
-    numbers[k] = result > kLargest ? kLargest : result;
+  constexpr std::size_t kFew = 8;  // draws for which looking at all words doesn't pay
+  constexpr std::size_t kTogether = 256;
+  std::int32_t words[kTogether];
+  for (std::size_t done = 0; done < count;) {
+    const std::size_t some = std::min(count - done, kTogether);
+    const std::size_t drawn = some > kFew && areRegular(state) ? drawWords(state, words, some) : 0;
+    for (std::size_t k = 0; k < drawn; ++k) numbers[done + k] = numberOf(words[k]);
+    done += drawn;
+    if (drawn < some) numbers[done++] = drawPlainly(state);
   }
-  state = state1;
-  shared.state2 = state2;
-  shared.last = last;
 }
 
 void restoreInitialRandomState() {

@@ -1,6 +1,8 @@
 #include "base/uniformRandom.h"
 
+#include <cstdlib>
 #include <sstream>
+#include <vector>
 
 #include "support/Test.h"
 
@@ -70,6 +72,30 @@ TEST(UniformRandom, StaysInTheOpenIntervalForEveryWord) {
     std::int32_t word = static_cast<std::int32_t>(bits >> (i % 3));
     const double result = uniformRandom(word);
     ASSERT_TRUE(result > 0 && result < 1) << "word " << static_cast<std::int32_t>(bits) << " gives " << result;
+  }
+}
+
+// Many at once are the same numbers as one after the other, from words that many calls have left and from any other.
+TEST(UniformRandom, ManyAtOnceAreThoseOfSingleCalls) {
+  const char* const asked = std::getenv("TARVEX_LONG_TEST");
+  const int blocks = asked == nullptr ? 2000 : std::atoi(asked) / 500;
+  std::uint32_t bits = 54321;
+  std::vector<std::int32_t> words{1, -1, 5648423, 2147483647, 2147483562, -2147483647, 0, 53687};
+  for (int block = 0; block < blocks; ++block) {
+    bits = bits * 1664525U + 1013904223U;
+    const auto place = static_cast<std::size_t>(block) % words.size();
+    if (block % 100 == 99) words[place] = static_cast<std::int32_t>(bits);
+    // A restart gives both ways the same shared words; what comes before it, and after it, are other words' leavings.
+    std::vector<double> many(bits >> 22), single(many.size());
+    std::int32_t word = -static_cast<std::int32_t>(bits >> 1), other = word;
+    std::int32_t next = words[place], nextOther = next;
+    static_cast<void>(uniformRandom(word));  // restarts
+    uniformRandom(next, many.data(), many.size());
+    static_cast<void>(uniformRandom(other));
+    for (double& number : single) number = uniformRandom(nextOther);
+    ASSERT_EQ(many, single) << words[place];
+    ASSERT_EQ(next, nextOther);
+    words[place] = next;
   }
 }
 
