@@ -1,6 +1,7 @@
 #include "correlation/ImanConover.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <numeric>
@@ -20,9 +21,13 @@ namespace {
 
 constexpr double kSwapsPerRow = 0.75;  // exchanges that shuffle a column, for each row
 constexpr std::int32_t kSwapsAReport = 1 << 16;
+constexpr std::size_t kScoresAReport = 4096;  // turned into quantiles together
+constexpr std::size_t kRowsTogether = 1024;   // of a column's sums, in the nearest cache
+constexpr std::int32_t kColumnsTogether = 4;  // columns for which a score is fetched once
 // Where the scores, and the shuffled columns, are there: of the time, roughly.
 constexpr double kScoresShare = 0.1;
 constexpr double kShuffledShare = 0.4;
+constexpr double kAddedShare = 0.2;  // of that of a few columns
 
 // The van der Waerden scores of `rows` rows, rising: the quantiles of the standard normal at r / (rows + 1). Empty when
 // the normal can't be inverted, and after a stop.
@@ -32,12 +37,12 @@ std::vector<double> normalScores(std::int32_t rows, const Progress& progress) {
   auto& normal = static_cast<Distribution&>(*factor);
   std::vector<double> scores;
   if (!normal.prepareInverse()) return scores;
-  scores.reserve(static_cast<std::size_t>(rows));
-  constexpr std::int64_t kInverse = 1000;  // simple operations, about
-  WorkPace pace(progress, rows, kInverse);
-  for (std::int32_t r = 1; r <= rows; ++r) {
-    if (!pace.step()) return {};
-    scores.push_back(normal.inverse(r / (rows + 1.0)));
+  scores.resize(static_cast<std::size_t>(rows));
+  for (std::int32_t r = 0; r < rows; ++r) scores[static_cast<std::size_t>(r)] = (r + 1) / (rows + 1.0);
+  for (std::size_t first = 0; first < scores.size(); first += kScoresAReport) {
+    if (!progress.report(first, scores.size())) return {};
+    double* const some = scores.data() + first;
+    normal.values(some, some, std::min(kScoresAReport, scores.size() - first));
   }
   return scores;
 }
@@ -116,22 +121,44 @@ bool ImanConover::factorise() {
 // it, so going from the last to the first needs no second table.
 bool ImanConover::correlate(const Progress& progress) {
   if (rowCount_ < 1) return true;
-  std::vector<double> correlated(scores_.size());
-  double columns = 0.0;  // passed through, of all that are
-  const double allColumns = factorCount_ * (factorCount_ + 1.0) / 2.0;
-  for (std::int32_t j = factorCount_ - 1; j >= 0; --j) {
-    std::fill(correlated.begin(), correlated.end(), 0.0);
-    for (std::int32_t k = 0; k <= j; ++k, ++columns) {
-      if (!progress.report(columns / allColumns)) return false;
-      const double factor = cholesky(j, k);
-      const std::vector<std::int32_t>& places = ranks_[static_cast<std::size_t>(k)];
-      for (std::size_t row = 0; row < correlated.size(); ++row)
-        correlated[row] += factor * scores_[static_cast<std::size_t>(places[row])];
+  std::vector<std::vector<double>> sums(static_cast<std::size_t>(std::min(kColumnsTogether, factorCount_)));
+  for (std::vector<double>& sum : sums) sum.resize(scores_.size());
+  for (std::int32_t last = factorCount_ - 1; last >= 0;) {
+    const std::int32_t first = std::max(last - kColumnsTogether + 1, 0);
+    const double columns = last - first + 1;
+    const auto shareTo = [this](std::int32_t column) { return 1.0 - (column + 1.0) / factorCount_; };
+    const Progress ofColumns = progress.part(shareTo(last), shareTo(first - 1));
+    if (!addScores(first, last, sums, ofColumns.part(0.0, kAddedShare))) return false;
+    for (std::int32_t j = first; j <= last; ++j) {
+      const Progress ranking = ofColumns.part(kAddedShare, 1.0).part((j - first) / columns, (j - first + 1) / columns);
+      if (ranksOf(sums[static_cast<std::size_t>(j - first)], ranks_[static_cast<std::size_t>(j)], ranking)) continue;
+      if (!progress.stopped()) errorText_ = kNotEnoughMemory;
+      return false;
     }
-    const Progress ranking = progress.part(columns / allColumns, columns / allColumns);
-    if (ranksOf(correlated, ranks_[static_cast<std::size_t>(j)], ranking)) continue;
-    if (!progress.stopped()) errorText_ = kNotEnoughMemory;
-    return false;
+    last = first - 1;
+  }
+  return true;
+}
+
+// The correlated scores of neighbouring columns. A sum is formed in the order of the columns.
+bool ImanConover::addScores(std::int32_t first, std::int32_t last, std::vector<std::vector<double>>& sums,
+                            const Progress& progress) const {
+  std::array<double, kRowsTogether> scores;
+  WorkPace pace(progress, static_cast<std::int64_t>(scores_.size() / kRowsTogether) + 1,
+                (last + 1) * static_cast<std::int64_t>(kRowsTogether));
+  for (std::size_t row = 0; row < scores_.size(); row += kRowsTogether) {
+    if (!pace.step()) return false;
+    const std::size_t count = std::min(kRowsTogether, scores_.size() - row);
+    for (std::vector<double>& sum : sums) std::fill_n(sum.begin() + static_cast<std::ptrdiff_t>(row), count, 0.0);
+    for (std::int32_t k = 0; k <= last; ++k) {
+      const std::int32_t* const places = ranks_[static_cast<std::size_t>(k)].data() + row;
+      for (std::size_t i = 0; i < count; ++i) scores[i] = scores_[static_cast<std::size_t>(places[i])];
+      for (std::int32_t j = std::max(first, k); j <= last; ++j) {
+        const double factor = cholesky_[index(j, k)];
+        double* const sum = sums[static_cast<std::size_t>(j - first)].data() + row;
+        for (std::size_t i = 0; i < count; ++i) sum[i] += factor * scores[i];
+      }
+    }
   }
   return true;
 }

@@ -38,6 +38,8 @@ class ImanConover : public RankTable {
   [[nodiscard]] bool drawShuffledScores(const Progress& progress);
   [[nodiscard]] bool factorise();
   [[nodiscard]] bool correlate(const Progress& progress);
+  [[nodiscard]] bool addScores(std::int32_t first, std::int32_t last, std::vector<std::vector<double>>& sums,
+                               const Progress& progress) const;
   double& target(std::int32_t row, std::int32_t column) { return target_[index(row, column)]; }
   double& cholesky(std::int32_t row, std::int32_t column) { return cholesky_[index(row, column)]; }
   std::size_t index(std::int32_t row, std::int32_t column) const;
