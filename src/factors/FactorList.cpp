@@ -10,15 +10,6 @@ bool isCorrelation(double value) {
   return value >= -1.0 && value <= 1.0;
 }
 
-// The unit matrix of that order, but for the cells of `matrix`, which come first.
-std::vector<float> grown(const std::vector<float>& matrix, std::size_t order, std::size_t newOrder) {
-  std::vector<float> result(newOrder * newOrder, 0.0F);
-  for (std::size_t i = 0; i < newOrder; ++i) result[i * (newOrder + 1)] = 1.0F;
-  for (std::size_t row = 0; row < order; ++row)
-    std::copy_n(matrix.data() + row * order, order, result.data() + row * newOrder);
-  return result;
-}
-
 }  // namespace
 
 bool FactorList::copyFrom(const FactorList& other, std::string& message) {
@@ -31,8 +22,7 @@ bool FactorList::copyFrom(const FactorList& other, std::string& message) {
   copy.correlationMode = other.correlationMode;
   copy.steinFileName = other.steinFileName;
   copy.nodes_ = other.nodes_;
-  copy.matrix_ = other.matrix_;
-  copy.matrixOrder_ = other.matrixOrder_;
+  copy.pairs_ = other.pairs_;
   copy.factors_.reserve(other.factors_.size());
   for (const auto& factor : other.factors_) copy.factors_.push_back(factor->clone());
   *this = std::move(copy);
@@ -89,23 +79,42 @@ bool FactorList::link(std::int32_t child, std::int32_t parent, double correlatio
   return true;
 }
 
-// The matrix holds the rows of the first factors, up to one that is correlated: those added since are still as in a
-// unit matrix, so that many are added in no time.
 float FactorList::matrixAt(std::int32_t row, std::int32_t column) const {
-  if (static_cast<std::size_t>(std::max(row, column)) >= matrixOrder_) return row == column ? 1.0F : 0.0F;
-  return matrix_[matrixPlace(row, column)];
+  if (row == column) return 1.0F;
+  const auto [first, second] = std::minmax(row, column);
+  const auto place = static_cast<std::size_t>(first);
+  const auto behind = static_cast<std::size_t>(second - first - 1);
+  return place < pairs_.size() && behind < pairs_[place].size() ? pairs_[place][behind] : 0.0F;
 }
 
 bool FactorList::setMatrix(std::int32_t row, std::int32_t column, float correlation) {
   if (!isCorrelation(correlation) || (row == column && correlation != 1.0F)) return false;
-  if (static_cast<std::size_t>(std::max(row, column)) >= matrixOrder_) {
-    const auto order = static_cast<std::size_t>(correlatableCount());
-    matrix_ = grown(matrix_, matrixOrder_, order);
-    matrixOrder_ = order;
-  }
-  matrix_[matrixPlace(row, column)] = correlation;
-  matrix_[matrixPlace(column, row)] = correlation;
+  if (row != column) setPair(std::min(row, column), std::max(row, column), correlation);
   return true;
+}
+
+// Requires: row below column.
+void FactorList::setPair(std::int32_t row, std::int32_t column, float correlation) {
+  const auto place = static_cast<std::size_t>(row);
+  const auto behind = static_cast<std::size_t>(column - row - 1);
+  const bool isHeld = place < pairs_.size() && behind < pairs_[place].size();
+  if (!isHeld && correlation == 0.0F) return;
+  if (place >= pairs_.size()) pairs_.resize(place + 1);
+  std::vector<float>& cells = pairs_[place];
+  if (!isHeld) cells.resize(behind + 1, 0.0F);
+  cells[behind] = correlation;
+  while (!cells.empty() && cells.back() == 0.0F) cells.pop_back();
+  while (!pairs_.empty() && pairs_.back().empty()) pairs_.pop_back();
+}
+
+std::vector<CorrelationCell> FactorList::correlatedPairs() const {
+  std::vector<CorrelationCell> found;
+  for (std::size_t row = 0; row < pairs_.size(); ++row)
+    for (std::size_t behind = 0; behind < pairs_[row].size(); ++behind)
+      if (pairs_[row][behind] != 0.0F)
+        found.push_back(
+            {static_cast<std::int32_t>(row), static_cast<std::int32_t>(row + 1 + behind), pairs_[row][behind]});
+  return found;
 }
 
 void FactorList::prepareOrder() {

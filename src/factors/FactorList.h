@@ -19,6 +19,14 @@ inline constexpr LineRule kSteinFileRule{"the name of the Stein file", 4095};
 
 enum CorrelationMode : std::int32_t { kDependenceTree = 0, kImanConover = 1, kNoCorrelation = 2, kSteinSample = 3 };
 
+// A number of the rank correlation matrix, both orders of the two meant. Rows and columns count correlatable factors
+// alone.
+struct CorrelationCell {
+  std::int32_t row = 0;
+  std::int32_t column = 0;
+  float value = 0.0F;
+};
+
 // A factor's place in the dependence tree, parallel to the list of factors.
 struct CorrelationNode {
   double correlation = 0.0;            // with the parent; 0 for a root
@@ -81,6 +89,9 @@ class FactorList {
   float matrixAt(std::int32_t row, std::int32_t column) const;
   [[nodiscard]] bool setMatrix(std::int32_t row, std::int32_t column, float correlation);
 
+  // The pairs that are correlated, each once, by row and then by column, which is above the row.
+  std::vector<CorrelationCell> correlatedPairs() const;
+
   // The order in which a generation visits the factors: stochastic ones by depth in the dependence tree (roots only in
   // the other modes), then constants, then relations, list order within each. Valid between prepareOrder and
   // releaseOrder.
@@ -103,20 +114,19 @@ class FactorList {
  private:
   friend class FactorListText;
 
-  // The place of a correlatable factor among those; the matrix with these rows of it, -1 for one of zeros.
+  // The place of a correlatable factor among those; the matrix with these rows of it, -1 for one without correlation.
   std::int32_t matrixRowOf(std::int32_t i) const;
   void takeMatrixRows(const std::vector<std::int32_t>& rows);
   void unlink(std::int32_t i);
 
   CorrelationNode& nodeAt(std::int32_t i) { return nodes_[static_cast<std::size_t>(i)]; }
-  std::size_t matrixPlace(std::int32_t row, std::int32_t column) const {
-    return static_cast<std::size_t>(row) * matrixOrder_ + static_cast<std::size_t>(column);
-  }
+  void setPair(std::int32_t row, std::int32_t column, float correlation);
 
   std::vector<std::unique_ptr<Factor>> factors_;
   std::vector<CorrelationNode> nodes_;
-  std::vector<float> matrix_;    // by row; empty for the unit matrix
-  std::size_t matrixOrder_ = 0;  // its rows, one a correlatable factor
+  // The matrix above its diagonal: of each row the cells from there on to the last that isn't 0, and no rows behind the
+  // last such one. Of thousands of factors few are correlated, and a list is copied for each step that can be undone.
+  std::vector<std::vector<float>> pairs_;
   std::vector<std::int32_t> factorOrder_;
 };
 

@@ -15,16 +15,17 @@ std::int32_t FactorList::matrixRowOf(std::int32_t i) const {
 }
 
 void FactorList::takeMatrixRows(const std::vector<std::int32_t>& rows) {
-  if (matrix_.empty()) return;
-  const std::size_t order = rows.size();
-  std::vector<float> taken(order * order, 0.0F);
-  for (std::size_t row = 0; row < order; ++row)
-    for (std::size_t column = 0; column < order; ++column) {
-      const bool known = rows[row] >= 0 && rows[column] >= 0;
-      taken[row * order + column] = row == column ? 1.0F : known ? matrixAt(rows[row], rows[column]) : 0.0F;
-    }
-  matrix_ = std::move(taken);
-  matrixOrder_ = order;
+  const std::vector<CorrelationCell> former = correlatedPairs();
+  if (former.empty()) return;
+  pairs_.clear();
+  std::vector<std::int32_t> newRow(factors_.size(), -1);
+  for (std::size_t k = 0; k < rows.size(); ++k)
+    if (rows[k] >= 0) newRow[static_cast<std::size_t>(rows[k])] = static_cast<std::int32_t>(k);
+  for (const CorrelationCell& cell : former) {
+    const std::int32_t row = newRow[static_cast<std::size_t>(cell.row)];
+    const std::int32_t column = newRow[static_cast<std::size_t>(cell.column)];
+    if (row != -1 && column != -1) setPair(std::min(row, column), std::max(row, column), cell.value);
+  }
 }
 
 void FactorList::unlink(std::int32_t i) {
@@ -106,10 +107,13 @@ bool FactorList::renameFactor(std::int32_t i, const std::string& name, std::stri
 bool FactorList::isCorrelated(std::int32_t i) const {
   if (isCorrelatable(i) != 1) return false;
   if (correlationMode == kDependenceTree) return node(i).parent != -1 || !node(i).children.empty();
+  if (correlationMode != kImanConover) return false;
   const std::int32_t row = matrixRowOf(i);
-  if (correlationMode != kImanConover || static_cast<std::size_t>(row) >= matrixOrder_) return false;
-  const float* const cells = matrix_.data() + matrixPlace(row, 0);
-  return std::count_if(cells, cells + matrixOrder_, [](float cell) { return cell != 0.0F; }) > 1;
+  const auto place = static_cast<std::size_t>(row);
+  if (place < pairs_.size() && !pairs_[place].empty()) return true;
+  for (std::int32_t above = 0; above < row && static_cast<std::size_t>(above) < pairs_.size(); ++above)
+    if (matrixAt(above, row) != 0.0F) return true;
+  return false;
 }
 
 void FactorList::dropStein() {

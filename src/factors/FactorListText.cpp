@@ -36,15 +36,10 @@ bool checkCorrelation(TextReader& in, double value) {
                      in.refuse("a correlation must be between -1 and 1, not " + numberText(value)));
 }
 
-// Thousands of factors have millions of cells.
-void writeUnitMatrix(std::int32_t order, TextWriter& out) {
-  std::string zeros;
-  for (std::int32_t i = 0; i < order; ++i) zeros += "0\t";
-  const std::string_view cells = zeros;
-  for (std::int32_t row = 0; row < order; ++row) {
-    const std::size_t before = 2 * static_cast<std::size_t>(row);
-    out << cells.substr(0, before) << "1\t" << cells.substr(before + 2) << '\n';
-  }
+// A row of the unit matrix. Thousands of factors have millions of cells.
+void writeUnitRow(std::string_view zeros, std::int32_t row, TextWriter& out) {
+  const std::size_t before = 2 * static_cast<std::size_t>(row);
+  out << zeros.substr(0, before) << "1\t" << zeros.substr(before + 2) << '\n';
 }
 
 // A count that stands alone on its line.
@@ -84,8 +79,16 @@ void FactorListText::writeTree(const FactorList& list, TextWriter& out) {
 void FactorListText::writeMatrix(const FactorList& list, TextWriter& out) {
   out << kMatrixTitle << '\n';
   const std::int32_t order = list.correlatableCount();
-  if (list.matrix_.empty()) return writeUnitMatrix(order, out);
+  std::vector<bool> isCorrelated(static_cast<std::size_t>(order), false);
+  for (const CorrelationCell& cell : list.correlatedPairs())
+    isCorrelated[static_cast<std::size_t>(cell.row)] = isCorrelated[static_cast<std::size_t>(cell.column)] = true;
+  std::string zeros;
+  for (std::int32_t i = 0; i < order; ++i) zeros += "0\t";
   for (std::int32_t row = 0; row < order; ++row) {
+    if (!isCorrelated[static_cast<std::size_t>(row)]) {
+      writeUnitRow(zeros, row, out);
+      continue;
+    }
     for (std::int32_t column = 0; column < order; ++column) out << list.matrixAt(row, column) << '\t';
     out << '\n';
   }
@@ -192,35 +195,24 @@ bool FactorListText::isTree(const FactorList& list) {
 
 bool FactorListText::readMatrix(FactorList& list, TextReader& in) {
   if (!readTitle(in, kMatrixTitle)) return false;
-  const std::int64_t order = list.correlatableCount();
-  if (!in.checkCount(order * order, kShortestNumber)) return false;
-  std::vector<float> matrix;  // from the first cell on that isn't that of a unit matrix: thousands of factors take
-                              // a hundred megabytes
-  const auto place = [order](std::int64_t row, std::int64_t column) {
-    return static_cast<std::size_t>(row * order + column);
-  };
-  for (std::int64_t row = 0; row < order; ++row) {
-    for (std::int64_t column = 0; column < order; ++column) {
+  const std::int32_t order = list.correlatableCount();
+  if (!in.checkCount(std::int64_t{order} * order, kShortestNumber)) return false;
+  for (std::int32_t row = 0; row < order; ++row) {
+    for (std::int32_t column = 0; column < order; ++column) {
       float cell = 0.0F;
       in.expect("a cell of the correlation matrix") >> cell;
       if (!checkCorrelation(in, cell)) return false;
       if (row == column && cell != 1.0F)
         return in.refuse("the diagonal of the correlation matrix must be 1, not " + numberText(cell));
-      const float mirror = matrix.empty() ? 0.0F : matrix[place(column, row)];
-      if (row > column && cell != mirror)
+      if (row < column && cell != 0.0F) list.setPair(row, column, cell);
+      if (row <= column) continue;
+      if (const float mirror = list.matrixAt(row, column); cell != mirror)
         return in.refuse("the correlation matrix must be symmetric: " + numberText(cell) + " in row " +
                          std::to_string(row + 1) + ", column " + std::to_string(column + 1) + " stands against " +
                          numberText(mirror));
-      if (matrix.empty() && row != column && cell != 0.0F) {
-        matrix.assign(static_cast<std::size_t>(order * order), 0.0F);
-        for (std::int64_t i = 0; i < order; ++i) matrix[place(i, i)] = 1.0F;
-      }
-      if (!matrix.empty()) matrix[place(row, column)] = cell;
     }
     if (!readLineEnd(in)) return false;
   }
-  list.matrixOrder_ = matrix.empty() ? 0 : static_cast<std::size_t>(order);
-  list.matrix_ = std::move(matrix);
   return in.ok();
 }
 

@@ -20,11 +20,7 @@ CorrelationDraft::CorrelationDraft(const FactorList& factors)
     nodes_.push_back(factors.node(i));
     inTree_.push_back(nodes_.back().parent != kNoParentFactor || !nodes_.back().children.empty());
   }
-  std::vector<CorrelationCell> pairs;
-  for (int row = 0; row < order(); ++row)
-    for (int column = row + 1; column < order(); ++column)
-      if (const float value = factors.matrixAt(row, column); value != 0.0F) pairs.push_back({row, column, value});
-  pairs_ = std::make_shared<const std::vector<CorrelationCell>>(std::move(pairs));
+  pairs_ = std::make_shared<const std::vector<CorrelationCell>>(factors.correlatedPairs());
 }
 
 QStringList CorrelationDraft::names() const {
@@ -138,8 +134,7 @@ bool CorrelationDraft::applyTo(FactorList& list, std::string& message) const {
   for (const int place : places_)
     for (const std::int32_t child : node(place).children)
       taken = copy.link(child, place, node(child).correlation) && taken;
-  const CorrelationDraft before(list);
-  for (const CorrelationCell& cell : *before.pairs())
+  for (const CorrelationCell& cell : list.correlatedPairs())
     if (at(cell.row, cell.column) == 0.0F) taken = copy.setMatrix(cell.row, cell.column, 0.0F) && taken;
   for (const CorrelationCell& cell : *pairs_) taken = copy.setMatrix(cell.row, cell.column, cell.value) && taken;
   if (!taken) {

@@ -14,13 +14,6 @@ namespace tarvex {
 
 inline constexpr int kNoParentFactor = -1;  // of a root of the tree
 
-// A number of the matrix, both orders of the two meant.
-struct CorrelationCell {
-  int row = 0;
-  int column = 0;
-  float value = 0.0F;
-};
-
 // The correlations of a list while a user edits them: a value that is copied for each step, in which the matrix and the
 // Stein sample are shared. Factors are told by their places in the list; rows and columns of the matrix count
 // correlatable factors alone.
