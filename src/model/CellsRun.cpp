@@ -110,8 +110,18 @@ bool CellsRun::bind(const ModelChoice& choice) {
   sheets_.assign(static_cast<std::size_t>(count), {});
   for (std::int32_t i = 0; i < count; ++i)
     if (!application_.getSheetName(i, sheets_[static_cast<std::size_t>(i)])) return false;
-  return findSheets(choice.cells.inputs, inputs_) && findSheets(choice.cells.outputs, outputs_) &&
-         application_.bindCells(inputs_, outputs_) && application_.recalculate();
+  std::vector<std::size_t> formulas;
+  if (!findSheets(choice.cells.inputs, inputs_) || !findSheets(choice.cells.outputs, outputs_) ||
+      !application_.bindCells(inputs_, outputs_, formulas))
+    return false;
+  std::string cells;
+  for (const std::size_t input : formulas)
+    cells +=
+        (cells.empty() ? "" : ", ") + choice.cells.inputs[input].place() + " (" + choice.cells.inputs[input].name + ')';
+  if (!cells.empty())
+    warn_("Warning", "Input cells hold formulas, in whose place the values of factors are put: " + cells +
+                         ". The file keeps them.");
+  return application_.recalculate();
 }
 
 // In blocks that are as long as the user can wait for.

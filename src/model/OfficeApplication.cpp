@@ -190,7 +190,8 @@ bool OfficeApplication::receiveRows(CellBlock& block) {
   return true;
 }
 
-bool OfficeApplication::bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) {
+bool OfficeApplication::bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs,
+                                  std::vector<std::size_t>& formulas) {
   boundInputs_ = std::max<std::size_t>(inputs.size(), 1);
   boundOutputs_ = static_cast<std::int32_t>(outputs.size());
   std::string text = request("bind", static_cast<std::int32_t>(inputs.size()), boundOutputs_);
@@ -200,7 +201,15 @@ bool OfficeApplication::bindCells(const std::vector<CellPlace>& inputs, const st
       addField(text, place.row);
       addField(text, place.column);
     }
-  return ask(text, kCallLimit);
+  formulas.clear();
+  std::vector<std::string> values;
+  if (!ask(text, kCallLimit, &values)) return false;
+  for (const std::string& value : values) {
+    std::int32_t input = 0;
+    if (parseField(value, input) && input >= 0 && static_cast<std::size_t>(input) < inputs.size())
+      formulas.push_back(static_cast<std::size_t>(input));
+  }
+  return true;
 }
 
 bool OfficeApplication::driveRows(const std::vector<double>& rows, CellBlock& block) {

@@ -33,7 +33,8 @@ class OfficeApplication : public SpreadsheetApplication {
   [[nodiscard]] bool clearCells(std::int32_t sheet) override;
   [[nodiscard]] bool writeCells(std::int32_t sheet, const CellBlock& block) override;
   [[nodiscard]] bool readCells(std::int32_t sheet, CellBlock& block) override;
-  [[nodiscard]] bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) override;
+  [[nodiscard]] bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs,
+                               std::vector<std::size_t>& formulas) override;
   [[nodiscard]] bool driveRows(const std::vector<double>& rows, CellBlock& block) override;
   [[nodiscard]] bool getCellText(const CellPlace& place, std::string& text) override;
   [[nodiscard]] bool recalculate() override;

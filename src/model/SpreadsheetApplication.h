@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -36,9 +37,11 @@ class SpreadsheetApplication {
   // Fills the block's cells. Those outside the sheet are empty.
   [[nodiscard]] virtual bool readCells(std::int32_t sheet, CellBlock& block) = 0;
 
-  // The cells that driveRows() uses from now on. What else would be in the way of new values, as a manual computation,
-  // is put right.
-  [[nodiscard]] virtual bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) = 0;
+  // The cells that driveRows() uses from now on; `formulas` are the places in the list of those inputs that hold a
+  // formula, which the first row overwrites. What else would be in the way of new values, as a manual computation, is
+  // put right.
+  [[nodiscard]] virtual bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs,
+                                       std::vector<std::size_t>& formulas) = 0;
   // Puts row after row of values into the inputs, and after each reads the outputs: `block` gets a row of cells for
   // each. The first row that isn't all numbers is the last one; its inputs then stay in the workbook.
   [[nodiscard]] virtual bool driveRows(const std::vector<double>& rows, CellBlock& block) = 0;

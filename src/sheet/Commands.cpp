@@ -111,7 +111,7 @@ std::string Commands::useWorkbook(const Words& words) {
     workbook_.read(numberAt(words, 1), block);
     answer = linesOf(block);
   } else if (request == "bind") {
-    bind(words);
+    answer = bind(words);
   } else if (request == "drive") {
     answer = drive(block);
   } else if (request == "text") {
@@ -139,7 +139,7 @@ CellBlock Commands::readRows(const Words& words, CellBlock block) {
   return block;
 }
 
-void Commands::bind(const Words& words) {
+std::string Commands::bind(const Words& words) {
   const std::int32_t inputs = numberAt(words, 1);
   outputs_ = numberAt(words, 2);
   std::vector<CellPlace> places;
@@ -149,6 +149,10 @@ void Commands::bind(const Words& words) {
   if (places.size() != static_cast<std::size_t>(inputs) + static_cast<std::size_t>(outputs_))
     throw Failure{"Request bind without its cells"};
   driver_.bind(workbook_, {places.begin(), middle}, {middle, places.end()});
+  std::string answer = kOk;
+  for (std::int32_t input = 0; input < inputs; ++input)
+    if (workbook_.holdsFormula(places[static_cast<std::size_t>(input)])) addField(answer, input);
+  return answer;
 }
 
 std::string Commands::drive(const CellBlock& given) {

@@ -25,7 +25,7 @@ class Commands {
   std::string carryOut(const Words& words);
   std::string useWorkbook(const Words& words);
   CellBlock readRows(const Words& words, CellBlock block);
-  void bind(const Words& words);
+  std::string bind(const Words& words);
   std::string drive(const CellBlock& given);
 
   Office& office_;

@@ -13,6 +13,7 @@
 #include <com/sun/star/sheet/CellFlags.hpp>
 #include <com/sun/star/sheet/XCalculatable.hpp>
 #include <com/sun/star/sheet/XSheetOperation.hpp>
+#include <com/sun/star/table/CellContentType.hpp>
 #include <com/sun/star/text/XTextRange.hpp>
 #include <com/sun/star/util/XCloseable.hpp>
 #include <com/sun/star/util/XModifiable.hpp>
@@ -179,6 +180,10 @@ std::string Workbook::cellText(const CellPlace& place) const {
   const Reference<text::XTextRange> cell(sheetAt(place.sheet)->getCellByPosition(place.column, place.row),
                                          UNO_QUERY_THROW);
   return utf8(cell->getString());
+}
+
+bool Workbook::holdsFormula(const CellPlace& place) const {
+  return sheetAt(place.sheet)->getCellByPosition(place.column, place.row)->getType() == table::CellContentType_FORMULA;
 }
 
 void Workbook::computeAtOnce() const {

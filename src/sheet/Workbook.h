@@ -30,7 +30,8 @@ class Workbook {
   com::sun::star::uno::Reference<com::sun::star::sheet::XCellRangeData> cells(const CellPlace& first, std::int32_t rows,
                                                                               std::int32_t columns) const;
   std::string cellText(const CellPlace& place) const;  // as it is shown
-  void computeAtOnce() const;                          // whatever depends on a cell that changes
+  bool holdsFormula(const CellPlace& place) const;
+  void computeAtOnce() const;  // whatever depends on a cell that changes
   void recalculate() const;
   void setSaved() const;
   void save(const std::string& path) const;  // in the document's own format, under this name

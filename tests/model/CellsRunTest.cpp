@@ -130,8 +130,11 @@ TEST_F(CellsOfAWorkbook, TakeTheFactorsByNameAndGiveTheOutputs) {
   EXPECT_TRUE(results_.readRun(2, values));
   EXPECT_EQ(values, (std::vector<double>{3.75, 4.0}));
   choice_.cells.inputs.pop_back();
+  application_.formulas = {0};
   EXPECT_TRUE(run());
-  EXPECT_EQ(messages_, Texts{"Warning: The workbook has no cell for the factors 'a'."});
+  EXPECT_EQ(messages_, (Texts{"Warning: The workbook has no cell for the factors 'a'.",
+                              "Warning: Input cells hold formulas, in whose place the values of factors are put: "
+                              "One!B3 (b). The file keeps them."}));
 }
 
 TEST_F(CellsOfAWorkbook, AFailureIsToldWithItsPlaceAndLeavesNothing) {

@@ -24,7 +24,8 @@ class ScriptedApplication : public SpreadsheetApplication {
   std::vector<Sheet> sheets;
   std::function<void()> compute = [] {};
   std::function<bool()> user = [] { return true; };
-  std::string failing;  // the word of the call that fails
+  std::vector<std::size_t> formulas;  // the inputs that hold one
+  std::string failing;                // the word of the call that fails
   std::vector<std::string> calls;
 
   bool start(bool visible) override { return call("start", visible ? "visible" : "hidden"); }
@@ -62,8 +63,10 @@ class ScriptedApplication : public SpreadsheetApplication {
     }
     return succeed("read");
   }
-  bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs) override {
+  bool bindCells(const std::vector<CellPlace>& inputs, const std::vector<CellPlace>& outputs,
+                 std::vector<std::size_t>& found) override {
     inputs_ = inputs;
+    found = formulas;
     outputs_ = outputs;
     return succeed("bind");
   }
