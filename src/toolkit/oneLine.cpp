@@ -27,6 +27,25 @@ void keepOneLine(QPlainTextEdit& field) {
   field.installEventFilter(new EnterFilter(&field));  // which owns it
 }
 
+std::string oneLineOf(const QPlainTextEdit& field) {
+  QString text = field.toPlainText();
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const QStringView rest = QStringView(text).mid(at);
+    if (rest.startsWith(u"/*")) {
+      const qsizetype end = text.indexOf("*/", at + 2);
+      at = end < 0 ? text.size() : end + 1;
+    } else if (rest.startsWith(u"//")) {
+      const qsizetype end = text.indexOf('\n', at);
+      if (end < 0) break;
+      text.replace(at, end - at, QString(end - at, ' '));
+      at = end;
+    }
+  }
+  std::string line = text.replace('\n', ' ').toStdString();
+  line.erase(line.find_last_not_of(' ') + 1);
+  return line;
+}
+
 void pressDefault(const QWidget& window) {
   for (auto* const button : window.findChildren<QPushButton*>())
     if (button->isDefault()) return button->click();

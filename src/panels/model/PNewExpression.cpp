@@ -99,11 +99,8 @@ void PNewExpression::fillNames() {
   new NameCompletion(*field(), names + functionList());
 }
 
-// A file has one line for it. Blanks at the start stay: places are counted from there.
 EquationDraft PNewExpression::draft() {
-  std::string text = field()->toPlainText().replace('\n', ' ').toStdString();
-  text.erase(text.find_last_not_of(' ') + 1);
-  return {gadget<QLineEdit>("TExprName")->text().trimmed().toStdString(), text,
+  return {gadget<QLineEdit>("TExprName")->text().trimmed().toStdString(), oneLineOf(*field()),
           static_cast<std::int16_t>(gadget<QComboBox>("SeOutType")->currentIndex())};
 }
 

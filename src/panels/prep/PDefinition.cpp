@@ -1,5 +1,6 @@
 #include "panels/prep/PDefinition.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QKeySequence>
 #include <QLabel>
@@ -13,6 +14,7 @@
 #include "panels/prep/factorGraph.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/allow.h"
 
 namespace tarvex {
 namespace {
@@ -53,15 +55,24 @@ void PDefinition::start(std::vector<PanelCallback> table) {
                              {"reset", [this] { reset(); }},
                              {"edited", [this] { edited(); }}});
   showFactor(*opened_);
-  if (context_.demo) {
-    kinds->setEnabled(false);
-    for (auto* const field : window()->findChildren<QLineEdit*>()) field->setReadOnly(true);
-    for (auto* const field : window()->findChildren<QPlainTextEdit*>()) field->setReadOnly(true);
-  }
+  if (context_.demo) setReadOnly();
   registerCallbacks(std::move(table));
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(false); });
   gadget<QLineEdit>("TName")->setFocus();
   gadget<QLineEdit>("TName")->selectAll();
+}
+
+// Everything but what closes the panel or only shows.
+void PDefinition::setReadOnly() {
+  static const QStringList reads{"ok", "cancel", "apply", "formula", "reset", "save"};
+  const QString reason = "A demonstration case keeps its factors.";
+  for (auto* const field : window()->findChildren<QLineEdit*>()) field->setReadOnly(true);
+  for (auto* const field : window()->findChildren<QPlainTextEdit*>()) field->setReadOnly(true);
+  for (auto* const list : window()->findChildren<QComboBox*>()) allow(*list, reason);
+  for (auto* const button : window()->findChildren<QAbstractButton*>()) {
+    const QString callback = button->property("callback").toString();
+    if (!callback.isEmpty() && !reads.contains(callback)) allow(*button, reason);
+  }
 }
 
 void PDefinition::showFactor(const Factor& factor) {

@@ -71,6 +71,7 @@ class PDefinition : public Panel {
  private:
   Refusal nameRefusal(const std::string& name) const;
   std::unique_ptr<Factor> read(Refusal& refusal);
+  void setReadOnly();
   void showFactor(const Factor& factor);
   void ok();
   void reset();

@@ -58,10 +58,7 @@ QPlainTextEdit* PRelation::field() {
 }
 
 std::string PRelation::expression() {
-  // A record has one line for it. Blanks at the start stay: places are counted from there.
-  std::string text = field()->toPlainText().replace('\n', ' ').toStdString();
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
+  return oneLineOf(*field());
 }
 
 // Judges the expression and marks the character at which it is wrong.
@@ -167,6 +164,7 @@ void PRelation::moved() {
 }
 
 void PRelation::insert(const QString& text, int caretBack) {
+  if (field()->isReadOnly()) return;
   QTextCursor cursor = field()->textCursor();
   cursor.insertText(text);
   cursor.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, caretBack);

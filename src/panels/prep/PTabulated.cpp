@@ -1,7 +1,6 @@
 #include "panels/prep/PTabulated.h"
 
 #include <QHeaderView>
-#include <QPushButton>
 #include <algorithm>
 
 #include "factors/TabulatedValues.h"
@@ -16,8 +15,6 @@ PTabulated::PTabulated(const Display& display, const Factor& factor, const Defin
   auto* const view = gadget<TableView>("MaValues");
   view->setEmptyText("There is no row yet: add one, or paste some.");
   view->horizontalHeader()->setStretchLastSection(true);
-  if (context.demo)
-    for (const char* const name : {"BAdd", "BDel", "BLoad"}) gadget<QPushButton>(name)->setEnabled(false);
   connect(view, &TableView::edited, this, [this] { edited(); });
   start({{"add", [this] { add(); }},
          {"del", [this] { del(); }},

@@ -17,6 +17,7 @@
 #include "postproc/OutputReference.h"
 #include "postproc/VariableTrial.h"
 #include "toolkit/TableView.h"
+#include "toolkit/oneLine.h"
 
 namespace tarvex {
 
@@ -54,11 +55,8 @@ void PVelsMain::knowOutputs() {
   edited();
 }
 
-// Blanks at the start stay: places are counted from there.
 std::string PVelsMain::expression() {
-  std::string text = field()->toPlainText().replace('\n', ' ').toStdString();
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
+  return oneLineOf(*field());
 }
 
 void PVelsMain::enterExpression(const QString& text, int caretBack) {
