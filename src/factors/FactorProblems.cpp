@@ -4,6 +4,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "base/NumberText.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "factors/FactorList.h"
@@ -14,8 +15,18 @@
 namespace tarvex {
 namespace {
 
+// Whether a record, which keeps six digits, holds all that can be sampled from.
+bool keepsDigits(const Factor& factor) {
+  const std::vector<Parameter> parameters = factor.parameters();
+  return !parameters.empty() && std::ranges::all_of(parameters, [](const Parameter& parameter) {
+    double back = 0.0;
+    return isNumber(numberText(parameter.value), back) && back == parameter.value;
+  });
+}
+
 // Why nothing could be sampled from a usable factor after its record was written and read; empty when it could.
 std::string problemOnceSaved(const Factor& factor) {
+  if (keepsDigits(factor)) return {};
   TextWriter out;
   factor.write(out);
   TextReader in = TextReader::fromText(out.text());

@@ -219,7 +219,11 @@ void PInputFactors::refresh() {
     say(problems.empty() ? QString() : QString::fromStdString(problems.front().text) + more);
 }
 
+// Told of a selection more than once; to draw a density takes milliseconds.
 void PInputFactors::refreshFactor() {
+  if (shownList_ == factors() && shownRow_ == selectedRow_) return;
+  shownList_ = factors();
+  shownRow_ = selectedRow_;
   auto* const chart = gadget<ChartView>("boundGraph");
   if (selectedRow_ < 0) {
     gadget<QLabel>("LaName")->clear();

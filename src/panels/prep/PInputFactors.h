@@ -77,6 +77,8 @@ class PInputFactors : public Panel {
   std::shared_ptr<FactorTable> table_;
   std::string newKind_ = "Normal";  // of the factor that is added next
   int selectedRow_ = -1;
+  std::shared_ptr<const FactorList> shownList_;  // of the factor that is drawn, and its place
+  int shownRow_ = -1;
   bool inCell_ = false;  // a cell's editor hands over what was typed
 };
 
