@@ -95,6 +95,7 @@ int tryOneRun(const RunOptions& options, const ModelChoice& model, const Console
   TrialReport report;
   const auto serve = [] { return !StopSignals::requested(); };
   const bool isGood = controller.tryModel(model, row, serve, report) == Outcome::Done;
+  console.warn(report.warnings.substr(0, report.warnings.find_last_not_of('\n') + 1));
   printTrial(report, console.out);
   return isGood ? kSucceeded : console.fail(report.problem);
 }
