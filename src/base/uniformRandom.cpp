@@ -77,18 +77,18 @@ double drawPlainly(std::int32_t& state) {
   return numberOf(shared.last);
 }
 
-// step() of a word from 1 to 2^31 - 1, by a reciprocal and without a branch: where the result is negative its sum with
-// the modulus wraps around. Both generators then stay in that range. (A product beyond 2^31 less a full remainder could
-// end at 0 or below by the quotient of the first; of the few such products, none does.)
-template <std::uint32_t multiplier, std::uint32_t quotient, std::uint32_t remainder, std::int32_t modulus>
+// step() of a word from 1 to 2^31 - 1, by a reciprocal and without a branch: a negative result wraps around with its
+// sum with the modulus. The quotient of the first generator lets results reach beyond 2^31, which the sum makes words
+// again; none lies from 2^31 to 2^31 + 85, where it would not wrap. So both generators stay in that range.
+template <std::uint32_t kMultiplier, std::uint32_t kQuotient, std::uint32_t kRemainder, std::int32_t kModulus>
 std::uint32_t quickStep(std::uint32_t x) {
   constexpr int kShift = 46;
-  constexpr std::uint64_t kReciprocal = ((std::uint64_t{1} << kShift) + quotient - 1) / quotient;
-  static_assert((kReciprocal * quotient - (std::uint64_t{1} << kShift)) << 31 <= std::uint64_t{1} << kShift,
+  constexpr std::uint64_t kReciprocal = ((std::uint64_t{1} << kShift) + kQuotient - 1) / kQuotient;
+  static_assert((kReciprocal * kQuotient - (std::uint64_t{1} << kShift)) << 31 <= std::uint64_t{1} << kShift,
                 "rounded up so little that the quotients of all words are exact");
   const auto k = static_cast<std::uint32_t>(x * kReciprocal >> kShift);
-  const std::uint32_t y = multiplier * x - (multiplier * quotient + remainder) * k;
-  return std::min(y, y + bits(modulus));
+  const std::uint32_t y = kMultiplier * x - (kMultiplier * kQuotient + kRemainder) * k;
+  return std::min(y, y + bits(kModulus));
 }
 
 // All words are where drawWords() can take them up: above 0.
@@ -108,7 +108,7 @@ std::size_t drawWords(std::int32_t& state, std::int32_t* words, std::size_t coun
   std::uint32_t before = bits(shared.last) - 1;
   std::size_t done = 0;
   for (; done < count; ++done) {
-    // With last = q 2^26 + r its quotient by 2^26 - 2 is q, or one more where r + 2q reaches that.
+    // With last - 1 = q 2^26 + r the quotient of last by 2^26 - 2 is q, or one more where r + 2q + 3 reaches 2^26.
     const std::uint32_t place = (before + 3 + 2 * (before >> kPlaceBits)) >> kPlaceBits;
     if (place >= kTableSize) [[unlikely]]
       break;
