@@ -25,7 +25,12 @@ memory=@MEMORY@
 constexpr const char* kBeginning = R"(
 attempt=$1
 index=${2:-$SLURM_ARRAY_TASK_ID}
-part=$(printf %04d "$index")
+case ${#index} in
+  1) part=000$index ;;
+  2) part=00$index ;;
+  3) part=0$index ;;
+  *) part=$index ;;
+esac
 dir=$run/parts/$part/$attempt
 mark=$run/marks/$part.$attempt
 child=
@@ -38,10 +43,10 @@ fields() {
   born=${20}
 }
 
-# A mark appears whole under its name or not at all; its last line is "end".
+# A mark appears whole under its name or not at all; its last line is "end". One that a crash of its machine takes costs
+# a repetition and nothing else, so nobody waits for the disk here.
 note() {
   printf '%s\n' "$2" "host $host" "job ${SLURM_JOB_ID:-0}" "pid $$" "born $born" "boot $boot" end > "$mark.$1.new" || return
-  sync "$mark.$1.new" 2> /dev/null
   mv -f "$mark.$1.new" "$mark.$1"
 }
 
