@@ -1,10 +1,9 @@
 #include "batch/PartsDisplay.h"
 
-#include <fmt/format.h>
-
-#include <cmath>
+#include <algorithm>
 
 #include "parts/PartStates.h"
+#include "parts/PartsText.h"
 
 namespace tarvex {
 
@@ -12,33 +11,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kShown{250};
 
-std::string timeText(double seconds) {
-  const auto whole = std::llround(seconds);
-  if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
-  return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
-}
-
 }  // namespace
-
-std::string partsText(const PartStates& states) {
-  std::string text = fmt::format("{} of {} parts", states.count(PartState::Done), states.size());
-  const auto add = [&text](std::size_t count, const char* what) {
-    if (count > 0) text += fmt::format(", {} {}", count, what);
-  };
-  add(states.count(PartState::Sent) + states.count(PartState::Begun), "running");
-  add(states.count(PartState::Failed), "failed");
-  add(states.count(PartState::Missing), "missing");
-  const Part& last = states.parts().back();
-  return text + fmt::format("; {} of {} runs", states.rowsIn(PartState::Done), last.first + last.rows);
-}
-
-std::string paceText(const PartStates& states, std::int32_t rowsDone, double seconds) {
-  if (rowsDone <= 0 || seconds <= 0.0) return {};
-  const double rate = rowsDone / seconds;
-  const std::int32_t left =
-      states.rowsIn(PartState::Open) + states.rowsIn(PartState::Sent) + states.rowsIn(PartState::Begun);
-  return fmt::format("{:.3g} runs/s, {} left", rate, timeText(left / rate));
-}
 
 void PartsDisplay::show(const PartStates& states) {
   const std::int32_t rows = states.rowsIn(PartState::Done);

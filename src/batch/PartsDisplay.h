@@ -33,9 +33,4 @@ class PartsDisplay {
   Clock::time_point next_{};
 };
 
-// "12 of 200 parts, 3 running, 1 failed; 1200 of 20000 runs".
-std::string partsText(const PartStates& states);
-// "35 runs/s, 0:42 left" from what was done in so many seconds; empty while nothing was.
-std::string paceText(const PartStates& states, std::int32_t rowsDone, double seconds);
-
 }  // namespace tarvex

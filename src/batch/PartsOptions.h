@@ -30,7 +30,8 @@ struct PartsOptions {
 
 struct ResumeOptions {
   std::string directory;
-  PartsOptions parts;  // in place of what the run was started with
+  std::vector<std::int32_t> only;  // of the parts that failed; empty: all of them
+  PartsOptions parts;              // in place of what the run was started with
 };
 
 struct StatusOptions {

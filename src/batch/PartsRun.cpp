@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -19,6 +20,8 @@
 #include "parts/PartProcesses.h"
 #include "parts/PartSample.h"
 #include "parts/PartTrial.h"
+#include "parts/PartsText.h"
+#include "parts/RunFollower.h"
 #include "report/TextTable.h"
 
 namespace tarvex {
@@ -123,11 +126,8 @@ int carryOut(PartsRun& run, RunController& controller, const Console& console) {
       controller.saveResultsFile(run.record.resultFile) != Outcome::Done)
     return kFailed;
   coordinator->finish();
-  if (const std::size_t missing = coordinator->states().count(PartState::Missing); missing > 0)
-    console.warn(counted(static_cast<std::int64_t>(missing), "part") +
-                 " gave no results: " + std::to_string(coordinator->states().rowsIn(PartState::Missing)) +
-                 " runs are nan, and so are measures over them. They are repeated by `tarvex-batch resume " +
-                 run.directory.path() + "`.");
+  if (const std::string missing = missingText(coordinator->states(), run.directory.path()); !missing.empty())
+    console.warn(missing);
   const ModelResults& results = controller.project().model.results;
   console.out << counted(results.runCount(), "run") << ", " << counted(results.outputCount(), "output") << ": "
               << run.record.resultFile << '\n';
@@ -141,25 +141,50 @@ int carryOut(PartsRun& run, RunController& controller, const Console& console) {
 }
 
 // The run in a process of its own, in a session of its own, which no terminal ends.
-int detach(PartsRun& run, const Console& console) {
+int detach(PartsRun& run, const std::vector<std::int32_t>& only, const Console& console) {
   run.lock.reset();
   const std::string log = run.directory.path() + "/coordinator.log";
   std::error_code error;
   const std::string program = fs::read_symlink("/proc/self/exe", error).string();
+  std::vector<std::string> words = {
+      "-c", "program=$1 log=$2; shift 2; setsid \"$program\" resume \"$@\" > \"$log\" 2>&1 &",
+      "sh", program,
+      log,  run.directory.path()};
+  for (const std::int32_t part : only) words.push_back("--only=" + std::to_string(part));
   ExternalProcess process;
   // A shell starts it behind its back, so that it is nobody's child when this program ends.
-  const bool started =
-      !error &&
-      process.start({"/bin/sh",
-                     {"-c", "setsid \"$0\" resume \"$1\" > \"$2\" 2>&1 &", program, run.directory.path(), log},
-                     run.record.directory,
-                     {},
-                     -1});
+  const bool started = !error && process.start({"/bin/sh", words, run.record.directory, {}, -1});
   while (started && process.poll() == ExternalProcess::State::Running) process.wait(std::chrono::milliseconds(20));
   if (!started) return console.fail("The run can't go on in the background.\n" + program);
   console.out << run.directory.path() << " goes on in the background: `tarvex-batch status` shows how far it is, "
               << "`tarvex-batch cancel` ends it, " << log << " has what it says.\n";
   return kSucceeded;
+}
+
+// The wish that these parts are done once more, for whoever drives the run now or next.
+bool wishFor(const std::vector<std::int32_t>& parts, const RunDirectory& directory, std::string& message) {
+  RunFollower run(directory.path());
+  if (!parts.empty() && !run.look(message)) return false;
+  for (const std::int32_t part : parts) {
+    const bool isPart = static_cast<std::size_t>(part) < run.states().size();
+    const PartState::Stage stage = isPart ? run.states()[static_cast<std::size_t>(part)].stage : PartState::Open;
+    if (stage == PartState::Failed || stage == PartState::Missing) continue;
+    message = isPart ? "Part " + std::to_string(part) + " hasn't failed: it isn't repeated."
+                     : "The run has no part " + std::to_string(part) + ".";
+    return false;
+  }
+  return std::ranges::all_of(
+      parts, [&](std::int32_t part) { return writePlainFile(directory.againMark(part), "again\n", message); });
+}
+
+// Those that nobody took up: now all parts that failed are repeated.
+void dropWishes(const RunDirectory& directory) {
+  std::vector<PartMark> marks;
+  RunWishes wishes;
+  std::string ignored;  // a directory that can't be read is told of by who drives the run
+  if (!listMarks(directory, marks, wishes, ignored)) return;
+  std::error_code error;
+  for (const std::int32_t part : wishes.again) fs::remove(directory.againMark(part), error);
 }
 
 // What the first start settles for all later ones.
@@ -213,15 +238,23 @@ int runInParts(const RunOptions& options, ModelChoice model, const Console& cons
   run.directory = RunDirectory(fs::canonical(path).string());
   if (!run.lock->take(run.directory.lock(), message) || !run.record.save(run.directory.record(), message))
     return console.fail(message);
-  return options.parts.detach ? detach(run, console) : carryOut(run, controller, console);
+  return options.parts.detach ? detach(run, {}, console) : carryOut(run, controller, console);
 }
 
 int runResume(const ResumeOptions& options, const Console& console) {
   std::string message;
   PartsRun run{{}, RunDirectory(absolutePath(options.directory)), {}, std::make_unique<RunLock>()};
-  if (!run.record.load(run.directory.record(), message) || !run.lock->take(run.directory.lock(), message) ||
-      !run.site.load(message))
-    return console.fail(message);
+  if (!run.record.load(run.directory.record(), message)) return console.fail(message);
+  if (!wishFor(options.only, run.directory, message)) return console.fail(message);
+  if (!run.lock->take(run.directory.lock(), message)) {
+    if (options.only.empty() || lockHolder(run.directory.lock()).empty()) return console.fail(message);
+    console.out << "Who drives the run was asked to repeat "
+                << counted(static_cast<std::int64_t>(options.only.size()), "part") << ": "
+                << lockHolder(run.directory.lock()) << '\n';
+    return kSucceeded;
+  }
+  if (options.only.empty()) dropWishes(run.directory);
+  if (!run.site.load(message)) return console.fail(message);
   if (!takeOptions(options.parts, run.record.settings, message)) return console.fail(message);
   std::error_code error;
   fs::current_path(run.record.directory, error);
@@ -246,7 +279,7 @@ int runResume(const ResumeOptions& options, const Console& console) {
   if (message = whyNotInParts(run.record, controller.project().prep.methodId()); !message.empty())
     return console.fail(message);
   if (!run.record.save(run.directory.record(), message)) return console.fail(message);
-  return options.parts.detach ? detach(run, console) : carryOut(run, controller, console);
+  return options.parts.detach ? detach(run, options.only, console) : carryOut(run, controller, console);
 }
 
 }  // namespace tarvex

@@ -6,9 +6,10 @@
 
 #include "base/Paths.h"
 #include "batch/Commands.h"
-#include "batch/PartsDisplay.h"
 #include "parts/Coordinator.h"
 #include "parts/PartSample.h"
+#include "parts/PartsText.h"
+#include "parts/RunFollower.h"
 
 namespace tarvex {
 
@@ -17,20 +18,6 @@ namespace {
 constexpr std::size_t kFailuresShown = 20;
 constexpr std::chrono::milliseconds kCancelSlice{50};
 constexpr std::chrono::seconds kCancelWait{30};
-
-// Rate and remaining time since the run was taken up last.
-std::string paceOf(const std::vector<LedgerEntry>& entries, const PartStates& states) {
-  double start = 0.0;
-  std::int32_t rows = 0;
-  for (const LedgerEntry& entry : entries) {
-    if (entry.event == "started") start = entry.time, rows = 0;
-    if (entry.event == "done")
-      for (const std::int32_t part : entry.parts)
-        if (static_cast<std::size_t>(part) < states.size()) rows += states.parts()[static_cast<std::size_t>(part)].rows;
-  }
-  const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
-  return paceText(states, rows, now.count() - start);
-}
 
 void printFailures(const PartStates& states, std::ostream& out) {
   std::size_t shown = 0;
@@ -41,31 +28,23 @@ void printFailures(const PartStates& states, std::ostream& out) {
       out << "...\n";
       return;
     }
-    out << partText(part, states.parts()[part]) << " failed on " << state.host << ": " << state.text << '\n';
+    out << failureText(states, part) << '\n';
   }
 }
 
 }  // namespace
 
 int runStatus(const StatusOptions& options, const Console& console) {
-  const RunDirectory run(absolutePath(options.directory));
-  RunRecord record;
+  RunFollower run(absolutePath(options.directory));
   std::string message;
-  if (!record.load(run.record(), message)) return console.fail(message);
-  const std::vector<LedgerEntry> entries = readLedger(run.ledger());
-  PartStates states(record.parts);
-  states.apply(entries);
-  const std::string holder = lockHolder(run.lock());
+  if (!run.look(message)) return console.fail(message);
+  const PartStates& states = run.states();
   console.out << partsText(states);
-  if (const std::string pace = paceOf(entries, states); !holder.empty() && !pace.empty()) console.out << "; " << pace;
+  if (const std::string pace = run.pace(); !run.holder().empty() && !pace.empty()) console.out << "; " << pace;
+  console.out << '\n' << driverText(run);
+  if (run.holder().empty() && states.ending() != "done")
+    console.out << ": `tarvex-batch resume " << run.directory().path() << "` goes on";
   console.out << '\n';
-  if (!holder.empty())
-    console.out << "driven by " << holder << ", engine " << engineWord(record.settings.engine) << '\n';
-  else if (states.ending() == "done")
-    console.out << "the result is in " << record.resultFile << '\n';
-  else
-    console.out << (states.ending().empty() ? "nobody drives it" : states.ending()) << ": `tarvex-batch resume "
-                << run.path() << "` goes on\n";
   printFailures(states, console.out);
   return kSucceeded;
 }

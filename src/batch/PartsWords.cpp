@@ -59,6 +59,12 @@ void addPartsWords(CLI::App& app, PartsOptions& options) {
 void addPartsCommands(CLI::App& app, PartsCommands& options, Command& command) {
   CLI::App* resume = app.add_subcommand("resume", "Go on with a run in parts; what is done isn't repeated");
   resume->add_option("RUN", options.resume.directory, "Directory of the run")->required();
+  resume
+      ->add_option("--only", options.resume.only,
+                   "Of the parts that failed repeat this one, also while the run goes on; may be repeated")
+      ->allow_extra_args(false)
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("PART");
   addChangeable(*resume, options.resume.parts);
   resume->callback([&] { command = options.resume; });
   CLI::App* status = app.add_subcommand("status", "Show how far a run in parts is");

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "base/SystemCalls.h"
@@ -89,8 +91,11 @@ bool Coordinator::begin() {
   started.job = std::to_string(::getpid());
   started.text = engineWord(record_.settings.engine);
   std::vector<LedgerEntry> first = {std::move(started)};
-  if (!past.empty()) first.push_back({"resumed"});
-  return note(first) && takeOver(lastEngine(past, record_.settings.engine));
+  std::vector<PartMark> marks;
+  RunWishes wishes;
+  if (!listMarks(run_, marks, wishes, message_)) return false;
+  if (!past.empty()) first.push_back({"resumed", knownOf(wishes.again)});
+  return note(first) && dropWishes(wishes.again) && takeOver(lastEngine(past, record_.settings.engine));
 }
 
 bool Coordinator::cancel(std::string& message) {
@@ -115,8 +120,8 @@ bool Coordinator::writeScript() {
 // then whose jobs are still there.
 bool Coordinator::takeOver(EngineKind before) {
   std::vector<PartMark> marks;
-  bool stop = false;
-  if (!listMarks(run_, marks, stop, message_)) return false;
+  RunWishes ignored;
+  if (!listMarks(run_, marks, ignored, message_)) return false;
   for (PartMark& mark : marks) {
     if (mark.part < 0 || static_cast<std::size_t>(mark.part) >= states_.size()) continue;
     if (!mark.ended || stateOf(mark.part).stage == PartState::Done || !readMark(run_, mark)) continue;
@@ -162,8 +167,8 @@ bool Coordinator::findSubmissions() {
   return true;
 }
 
-bool Coordinator::note(const std::vector<LedgerEntry>& entries) {
-  if (!ledger_.append(entries, message_)) return false;
+bool Coordinator::note(const std::vector<LedgerEntry>& entries, Ledger::Keep keep) {
+  if (!ledger_.append(entries, message_, keep)) return false;
   for (const LedgerEntry& entry : entries) {
     states_.apply(entry);
     for (const std::int32_t part : entry.parts) {
@@ -208,7 +213,8 @@ bool Coordinator::sendParts(const std::vector<std::int32_t>& parts) {
   for (const std::int32_t part : parts)
     if (!prepareAttempt(record_, run_, sample_, part, attempt, message_)) return false;
   LedgerEntry sent{engine_->countsSubmissions() ? "sending" : "sent", parts, attempt};
-  if (!note({sent})) return false;
+  // A crash of this machine ends its own processes with it: that one of them was begun may be forgotten.
+  if (!note({sent}, engine_->countsSubmissions() ? Ledger::Keep::Now : Ledger::Keep::Lazily)) return false;
   const Engine::Submission outcome = engine_->submit(parts, attempt, sent.job, message_);
   if (outcome == Engine::Submission::Refused) {
     const std::string reason = message_;
@@ -225,8 +231,29 @@ bool Coordinator::lookAtMarks() {
   if (Clock::now() < nextList_) return true;
   nextList_ = Clock::now() + kListPace;
   std::vector<PartMark> marks;
-  if (!listMarks(run_, marks, stopMarked_, message_)) return false;
+  RunWishes wishes;
+  if (!listMarks(run_, marks, wishes, message_)) return false;
+  stopMarked_ = wishes.stop;
+  if (const std::vector<std::int32_t> again = knownOf(wishes.again); !again.empty() && !note({{"resumed", again}}))
+    return false;
+  if (!dropWishes(wishes.again)) return false;
   return std::ranges::all_of(marks, [this](PartMark& mark) { return takeMark(std::move(mark)); });
+}
+
+// Those of the parts that are parts of this run.
+std::vector<std::int32_t> Coordinator::knownOf(std::vector<std::int32_t> parts) const {
+  std::erase_if(parts,
+                [this](std::int32_t part) { return part < 0 || static_cast<std::size_t>(part) >= states_.size(); });
+  return parts;
+}
+
+// Wishes are fulfilled once.
+bool Coordinator::dropWishes(const std::vector<std::int32_t>& again) {
+  return std::ranges::all_of(again, [this](std::int32_t part) {
+    const std::string path = run_.againMark(part);
+    return SystemCalls::current().unlink(path.c_str()) == 0 || errno == ENOENT ||
+           fail(path + ": " + std::strerror(errno));
+  });
 }
 
 bool Coordinator::takeMark(PartMark mark) {

@@ -65,7 +65,7 @@ class Coordinator {
   bool takeOver(EngineKind before);
   bool findSubmissions();
   bool step();
-  bool note(const std::vector<LedgerEntry>& entries);
+  bool note(const std::vector<LedgerEntry>& entries, Ledger::Keep keep = Ledger::Keep::Now);
   bool note(const char* event, std::int32_t part, std::int32_t attempt, const std::string& text = {});
   bool fail(const std::string& message);  // the run can't go on; always false
 
@@ -73,6 +73,8 @@ class Coordinator {
   bool sendParts(const std::vector<std::int32_t>& parts);
   bool lookAtMarks();
   bool lookAtJobs();
+  std::vector<std::int32_t> knownOf(std::vector<std::int32_t> parts) const;
+  bool dropWishes(const std::vector<std::int32_t>& again);
   bool takeMark(PartMark mark);
   bool takeEnd(const PartMark& mark);
   bool takeResult(const PartMark& mark, std::string& problem);

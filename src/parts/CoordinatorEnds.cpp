@@ -116,7 +116,7 @@ bool Coordinator::stopJobs(const char* ending) {
   if (!stopped) watch_.told(message + "\nUntil `tarvex-batch cancel` succeeds they may go on.");
   // What came to its end just now counts.
   std::vector<PartMark> marks;
-  bool ignored = false;
+  RunWishes ignored;
   if (!jobs.empty() && listMarks(run_, marks, ignored, problem))
     for (PartMark& mark : marks)
       if (mark.ended && inHand_.contains(mark.part) && readMark(run_, mark) && mark.code == 0 &&

@@ -94,7 +94,7 @@ bool Ledger::open(const std::string& path, std::vector<LedgerEntry>& entries, st
   return false;
 }
 
-bool Ledger::append(std::vector<LedgerEntry> entries, std::string& message) {
+bool Ledger::append(std::vector<LedgerEntry> entries, std::string& message, Keep keep) {
   if (entries.empty()) return true;
   const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
   std::string text;
@@ -108,7 +108,7 @@ bool Ledger::append(std::vector<LedgerEntry> entries, std::string& message) {
   while (done < text.size() &&
          ((written = calls.write(fd_, text.data() + done, text.size() - done)) > 0 || (written < 0 && errno == EINTR)))
     done += static_cast<std::size_t>(std::max<ssize_t>(written, 0));
-  if (done == text.size() && calls.fsync(fd_) == 0) {
+  if (done == text.size() && (keep == Keep::Lazily || calls.fsync(fd_) == 0)) {
     size_ += static_cast<std::int64_t>(text.size());
     return true;
   }
@@ -118,14 +118,17 @@ bool Ledger::append(std::vector<LedgerEntry> entries, std::string& message) {
   return false;
 }
 
-std::vector<LedgerEntry> readLedger(const std::string& path) {
+std::vector<LedgerEntry> readLedger(const std::string& path, std::uint64_t& from) {
   const int fd = SystemCalls::current().open(path.c_str(), O_RDONLY | O_CLOEXEC, 0);
   std::string text;
   if (fd < 0) return {};
-  const bool read = readAll(fd, text);
+  const bool read = ::lseek(fd, static_cast<off_t>(from), SEEK_SET) >= 0 && readAll(fd, text);
   SystemCalls::current().close(fd);
   std::size_t whole = 0;
-  return read ? entriesOf(text, whole) : std::vector<LedgerEntry>();
+  if (!read) return {};
+  std::vector<LedgerEntry> entries = entriesOf(text, whole);
+  from += whole;
+  return entries;
 }
 
 }  // namespace tarvex

@@ -9,7 +9,7 @@ namespace tarvex {
 // Something that happened to a run in parts. Only what is known is set.
 struct LedgerEntry {
   // started    a coordinator took the run: host, job (its pid), text (the engine)
-  // resumed    what failed or was missing is to be done again
+  // resumed    what failed or was missing is to be done again: these parts, or without any all of them
   // sending    parts are about to be handed to the engine as `attempt`
   // sent       and were: job is the engine's number
   // begun, done, failed, lost, stopped    a part's attempt; code and text say why it failed
@@ -40,8 +40,10 @@ class Ledger {
   // Opens or makes the file and reads what it holds. A torn last line is cut off, one that can't be read is passed
   // over: marks tell the same. False, with path and reason.
   [[nodiscard]] bool open(const std::string& path, std::vector<LedgerEntry>& entries, std::string& message);
-  // All of them or none, on the disk when it returns true.
-  [[nodiscard]] bool append(std::vector<LedgerEntry> entries, std::string& message);
+  // All of them or none; on the disk when it returns true, unless they may be kept lazily: then they follow with the
+  // next ones that may not, and only a crash of the machine loses them.
+  enum class Keep { Now, Lazily };
+  [[nodiscard]] bool append(std::vector<LedgerEntry> entries, std::string& message, Keep keep = Keep::Now);
 
  private:
   std::string path_;
@@ -49,7 +51,8 @@ class Ledger {
   std::int64_t size_ = 0;
 };
 
-// What the ledger of a run holds, without changing it.
-std::vector<LedgerEntry> readLedger(const std::string& path);
+// What the ledger of a run holds from this byte on, without changing it; `from` is then where the next entry will
+// begin. Nothing without such a file.
+std::vector<LedgerEntry> readLedger(const std::string& path, std::uint64_t& from);
 
 }  // namespace tarvex

@@ -26,6 +26,14 @@ bool readName(std::string_view name, PartMark& mark) {
   return mark.ended || rest == ".begun";
 }
 
+// 0007.again
+bool readWish(std::string_view name, std::int32_t& part) {
+  const char* const end = name.data() + name.size();
+  const auto parsed = std::from_chars(name.data(), end, part);
+  return parsed.ec == std::errc() &&
+         std::string_view(parsed.ptr, static_cast<std::size_t>(end - parsed.ptr)) == ".again";
+}
+
 double secondsOf(const std::string& path) {
   constexpr double kNanosecond = 1e-9;
   struct stat status {};
@@ -35,14 +43,15 @@ double secondsOf(const std::string& path) {
 
 }  // namespace
 
-bool listMarks(const RunDirectory& run, std::vector<PartMark>& marks, bool& stop, std::string& message) {
+bool listMarks(const RunDirectory& run, std::vector<PartMark>& marks, RunWishes& wishes, std::string& message) {
   std::error_code error;
   std::filesystem::directory_iterator entry(run.marks(), error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
     const std::string name = entry->path().filename().string();
     PartMark mark;
     if (readName(name, mark)) marks.push_back(std::move(mark));
-    stop = stop || name == "stop";
+    wishes.stop = wishes.stop || name == "stop";
+    if (std::int32_t part = 0; readWish(name, part)) wishes.again.push_back(part);
   }
   if (!error) return true;
   message = run.marks() + ": " + error.message();

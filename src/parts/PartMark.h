@@ -27,9 +27,17 @@ struct PartMark {
   double written = 0.0;  // seconds of the file's clock
 };
 
-// Which marks there are, as their names tell, and whether the run is to stop. A name is only ever asked for once it was
+// What users ask of a run, whoever drives it and wherever: that it stops, and that parts are done once more which
+// failed or are missing.
+struct RunWishes {
+  bool stop = false;
+  std::vector<std::int32_t> again;
+};
+
+// Which marks there are, as their names tell, and what is wished. A name is only ever asked for once it was
 // listed: a shared file system may remember for half a minute that a file was not there.
-[[nodiscard]] bool listMarks(const RunDirectory& run, std::vector<PartMark>& marks, bool& stop, std::string& message);
+[[nodiscard]] bool listMarks(const RunDirectory& run, std::vector<PartMark>& marks, RunWishes& wishes,
+                             std::string& message);
 
 // Reads the rest of a mark. False when it isn't there, or not whole.
 [[nodiscard]] bool readMark(const RunDirectory& run, PartMark& mark);

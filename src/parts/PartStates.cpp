@@ -23,7 +23,12 @@ void PartStates::apply(const std::vector<LedgerEntry>& entries) {
 void PartStates::apply(const LedgerEntry& entry) {
   if (entry.event == "started") ending_.clear();
   if (entry.event == "ended") ending_ = entry.text;
-  if (entry.event == "resumed") reopen();
+  if (entry.event == "resumed" && entry.parts.empty())
+    for (std::size_t part = 0; part < states_.size(); ++part) {
+      count(part, -1);
+      reopen(states_[part]);
+      count(part, 1);
+    }
   for (const std::int32_t part : entry.parts)
     if (part >= 0 && static_cast<std::size_t>(part) < states_.size()) {
       PartState& state = states_[static_cast<std::size_t>(part)];
@@ -59,18 +64,15 @@ void PartStates::change(PartState& state, const LedgerEntry& entry) {
     state.stage = PartState::Open;
   } else if (entry.event == "missing") {
     state.stage = PartState::Missing;
+  } else if (entry.event == "resumed") {
+    reopen(state);
   }
 }
 
-void PartStates::reopen() {
-  for (std::size_t i = 0; i < states_.size(); ++i) {
-    PartState& state = states_[i];
-    count(i, -1);
-    if (state.stage == PartState::Failed || state.stage == PartState::Missing) state.stage = PartState::Open;
-    state.failures = 0;
-    state.losses = 0;
-    count(i, 1);
-  }
+void PartStates::reopen(PartState& state) {
+  if (state.stage == PartState::Failed || state.stage == PartState::Missing) state.stage = PartState::Open;
+  state.failures = 0;
+  state.losses = 0;
 }
 
 std::int32_t PartStates::lastAttempt() const {

@@ -46,7 +46,7 @@ class PartStates {
  private:
   static void change(PartState& state, const LedgerEntry& entry);
   void count(std::size_t part, int sign);
-  void reopen();
+  static void reopen(PartState& state);
 
   std::vector<Part> parts_;
   std::vector<PartState> states_;

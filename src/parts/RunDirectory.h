@@ -17,6 +17,7 @@ class RunDirectory {
   std::string script() const { return path_ + "/job.sh"; }
   std::string marks() const { return path_ + "/marks"; }
   std::string stopMark() const { return marks() + "/stop"; }
+  std::string againMark(std::int32_t part) const { return marks() + '/' + partName(part) + ".again"; }
   std::string parts() const { return path_ + "/parts"; }
   // A part's number as names have it: four digits, or more where they are needed.
   static std::string partName(std::int32_t part);

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "base/SystemCalls.h"
 #include "parts/PartProcesses.h"
@@ -26,6 +28,19 @@ std::string nameIn(int fd) {
   return name.empty() ? "another program" : name;
 }
 
+// Who only looks for the holder has the lock for a moment: that is waited for.
+bool lockFile(int fd) {
+  constexpr int kTries = 5;
+  constexpr std::chrono::milliseconds kPause{10};
+  for (int tries = 0; tries < kTries; ++tries) {
+    if (::flock(fd, LOCK_EX | LOCK_NB) == 0) return true;
+    if (errno != EWOULDBLOCK) return false;
+    std::this_thread::sleep_for(kPause);
+  }
+  errno = EWOULDBLOCK;
+  return false;
+}
+
 }  // namespace
 
 RunLock::~RunLock() {
@@ -35,7 +50,7 @@ RunLock::~RunLock() {
 bool RunLock::take(const std::string& path, std::string& message) {
   SystemCalls& calls = SystemCalls::current();
   fd_ = calls.open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kLockMode);
-  if (fd_ >= 0 && ::flock(fd_, LOCK_EX | LOCK_NB) == 0) {
+  if (fd_ >= 0 && lockFile(fd_)) {
     const std::string name = "host " + hostName() + ", process " + std::to_string(::getpid()) + '\n';
     // Who can't be named holds the lock all the same.
     static_cast<void>(calls.ftruncate(fd_, 0) == 0 && calls.pwrite(fd_, name.data(), name.size(), 0) > 0);

@@ -194,6 +194,28 @@ TEST_F(PartsCommand, aSecondCoordinatorIsRefusedAndCancelEndsTheFirst) {
   expectResult();
 }
 
+TEST_F(PartsCommand, repeatsThePartsThatAreAskedFor) {
+  behave("case $TARVEX_PART in *:[37]:1) exit 1;; *:7:2) while [ ! -e " + file("go") +
+         " ]; do sleep 0.05; done;; esac");
+  ASSERT_EQ(start("--parts 12 --on-failure retry:0"), kFailed);
+  EXPECT_EQ(resume("--only 4"), kFailed);
+  EXPECT_NE(errors_.find("Part 4 hasn't failed"), std::string::npos) << errors_;
+  EXPECT_EQ(resume("--only 12"), kFailed);
+  EXPECT_NE(errors_.find("The run has no part 12."), std::string::npos) << errors_;
+  // One of them while the other is at work.
+  ExternalProcess process;
+  startProgram(process, test::wordsOf("resume RUN --only 7"));
+  const auto end = steady_clock::now() + milliseconds(10'000);
+  while (ledgerLines("\"resumed\"") == 0 && steady_clock::now() < end) std::this_thread::sleep_for(milliseconds(20));
+  EXPECT_EQ(resume("--only 3"), kSucceeded) << errors_;
+  EXPECT_NE(out_.find("was asked to repeat 1 part: host "), std::string::npos) << out_;
+  while (ledgerLines("\"done\"") < 11 && steady_clock::now() < end) std::this_thread::sleep_for(milliseconds(20));
+  EXPECT_EQ(ledgerLines("\"done\""), 11U);
+  test::writeFile("go", "");
+  EXPECT_EQ(endOf(process, milliseconds(10'000)), kSucceeded) << test::readFile("said");
+  expectResult();
+}
+
 TEST_F(PartsCommand, whatChangedBetweenTwoStarts) {
   behave("case $TARVEX_PART in *:3:1) exit 1;; esac");
   ASSERT_EQ(start("--parts 12 --jobs 1"), kFailed);

@@ -153,7 +153,8 @@ TEST_F(PartsTest, LedgerKeepsWhatItConfirmedAndNothingElse) {
   }
   test::writeFile(path, whole + "damaged\n" + whole.substr(0, whole.size() / 2));
   ASSERT_TRUE(add("three", message)) << message;
-  const std::vector<LedgerEntry> entries = readLedger(path);
+  std::uint64_t from = 0;
+  const std::vector<LedgerEntry> entries = readLedger(path, from);
   ASSERT_EQ(entries.size(), 2U);
   EXPECT_EQ(entries[0].event + entries[1].event, "onethree");
   EXPECT_EQ(entries[0].parts, (std::vector<std::int32_t>{1, 2}));
