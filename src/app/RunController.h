@@ -18,8 +18,10 @@ namespace tarvex {
 
 class FrontEnd;
 class InternalRun;
+class RunFollower;
 class Selection;
 class SpreadsheetApplication;
+struct RunRecord;
 struct TrialReport;
 
 // What a user is asked to give up.
@@ -138,6 +140,18 @@ class RunController {
   enum class SampleUse { Existing, Generated, Replaced };
   Outcome runModel(SampleUse use);
 
+  // Runs in parts, which another program drives. Why the project's run can't be one; empty when it can.
+  std::string whyNotInParts() const;
+  // The file that holds the sample in hand, written where none does: the parts are cut from it.
+  Outcome provideSample(std::string& path);
+  // Whether a run is one over this project's sample file, with its model.
+  bool isAbout(const RunRecord& record) const;
+  // The results of a run that is over become the project's, as if its model had been run here.
+  Outcome takeParts(const RunFollower& run);
+  // Where it is set and says so, a run in parts needs the project's sample as it is: no other is made, and no other run
+  // begins. To be asked at any time.
+  std::function<std::string()> whyHeld;
+
   // Tries `model` on one run of the sample, or on the means, as it would be run: nothing of the project changes.
   // `serve` is called meanwhile and gives false to stop it.
   Outcome tryModel(const ModelChoice& model, std::int32_t row, const std::function<bool()>& serve, TrialReport& report);
@@ -194,6 +208,9 @@ class RunController {
   [[nodiscard]] bool runExternal();
   [[nodiscard]] bool runSpreadsheet();
   [[nodiscard]] bool runCells();
+  std::string whyNotOf(const RunRecord& record) const;
+  [[nodiscard]] bool isSampleOf(const RunRecord& record);
+  [[nodiscard]] bool joinInto(const RunFollower& run, ModelResults& results);
   [[nodiscard]] bool readOutputs();
   [[nodiscard]] bool runChosenModel();
   [[nodiscard]] bool provideSampleFile();

@@ -90,6 +90,7 @@ std::string RunController::whyNot(Step step) const {
 }
 
 std::string RunController::whyNotGenerate() const {
+  if (std::string held = whyHeld ? whyHeld() : std::string(); !held.empty()) return held;
   if (project_.prep.external == 1)
     return "The sample comes from an external file: it stays as it was imported and is never generated.";
   const Sampler* sampler = project_.prep.sampler.get();
@@ -106,6 +107,7 @@ std::string RunController::whyNotRun() const {
   if (!monteCarloMode_) return "The Monte Carlo stage has not been entered.";
   if (!project_.hasPrep) return "There are no factors and no sampling method yet.";
   if (!project_.hasModel) return "No model is selected yet.";
+  if (std::string held = whyHeld ? whyHeld() : std::string(); !held.empty()) return held;
   if (demoMode_ && !demoCanRun_) return "The model of this case doesn't come with it: it can be studied and not run.";
   return project_.prep.samples.rows() > 0 ? "" : whyNotGenerate();
 }
