@@ -8,6 +8,7 @@
 #include "toolkit/Display.h"
 #include "toolkit/HelpBrowser.h"
 #include "toolkit/Notebook.h"
+#include "toolkit/SquareField.h"
 #include "toolkit/TableView.h"
 #include "toolkit/Tree.h"
 
@@ -35,6 +36,7 @@ class PanelLoader : public QUiLoader {
     if (className == "HelpBrowser") return new HelpBrowser(parent);
     if (className == "Notebook") return new Notebook(parent);
     if (className == "ChartView") return new ChartView(parent);
+    if (className == "SquareField") return new SquareField(parent);
     if (className == "Tree") return new Tree(parent);
     return nullptr;
   }

@@ -13,6 +13,7 @@
 #include <QTabWidget>
 #include <QTextEdit>
 
+#include "toolkit/SquareField.h"
 #include "toolkit/Tree.h"
 
 namespace tarvex {
@@ -50,7 +51,9 @@ bool connectGadget(QObject* gadget, QObject* context, const std::function<void()
          connectKind<QAbstractSlider>(gadget, &QAbstractSlider::valueChanged, context, run) ||
          connectKind<QTabWidget>(gadget, &QTabWidget::currentChanged, context, run) ||
          connectKind<QPlainTextEdit>(gadget, &QPlainTextEdit::textChanged, context, run) ||
-         connectKind<QTextEdit>(gadget, &QTextEdit::textChanged, context, run) || connectView(gadget, context, run);
+         connectKind<QTextEdit>(gadget, &QTextEdit::textChanged, context, run) ||
+         connectKind<SquareField>(gadget, &SquareField::selectionChanged, context, run) ||
+         connectView(gadget, context, run);
 }
 
 bool connectDoubleClick(QObject* gadget, QObject* context, const std::function<void()>& run) {
