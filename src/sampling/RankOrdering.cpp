@@ -38,8 +38,11 @@ bool RankOrdering::openColumn(std::int32_t factor, const sampValues& store, cons
     errorText = store.errorText();
     return false;
   }
-  sortedColumn_ = column_;
-  if (sortedColumn_.sortAscending(progress)) return true;
+  // The store has read a column from its file, and may have written another.
+  if (progress.report(0.0)) {
+    sortedColumn_ = column_;
+    if (progress.report(0.0) && sortedColumn_.sortAscending(progress)) return true;
+  }
   errorText = progress.stopped() ? kStoppedText : kNotEnoughMemory;
   return false;
 }

@@ -5,6 +5,7 @@
 
 #include "base/Memory.h"
 #include "base/uniformRandom.h"
+#include "base/zerosWatched.h"
 #include "correlation/ImanConover.h"
 #include "correlation/SteinRanks.h"
 #include "factors/Constant.h"
@@ -180,8 +181,7 @@ bool RepLatinSampler::startReplicate(const FactorList& factors) {
       return refuse(imanConover->errorText().empty() ? kRefusedMatrix : imanConover->errorText());
     ranks_ = imanConover;
   }
-  if (replicate_ == 0) runTable_.assign(runIndex(numFactors, 0), 0);
-  return true;
+  return replicate_ > 0 || zerosWatched(runTable_, runIndex(numFactors, 0), within());
 }
 
 std::int32_t RepLatinSampler::rankOfCell(const FactorList& factors) const {
