@@ -54,13 +54,19 @@ LineStrip::LineStrip(const LineGrid& grid, int first, int last, double fromX, do
       toX_(toX),
       groups_(2 * kClasses) {}
 
-void LineStrip::sort(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes) {
+// False after a stop, of which it asks without getting further.
+bool LineStrip::sort(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes,
+                     const Progress& progress) {
+  constexpr std::size_t kLinesAReport = std::size_t{1} << 19;  // some milliseconds
+  const Progress here = progress.part(0.0, 0.0);
   const auto groupOf = [&](std::size_t line) -> std::size_t {
     return 2 * static_cast<std::size_t>(classes[line]) + (to[line] < from[line] ? 1 : 0);
   };
   const auto isLine = [&](std::size_t line) { return std::isfinite(from[line]) && std::isfinite(to[line]); };
-  for (std::size_t line = 0; line < from.size(); ++line)
+  for (std::size_t line = 0; line < from.size(); ++line) {
+    if (line % kLinesAReport == 0 && !here.report(0.0)) return false;
     if (isLine(line)) ++groups_[groupOf(line)].last;
+  }
   std::size_t next = 0;
   for (Group& group : groups_) {
     group.first = next;
@@ -71,12 +77,14 @@ void LineStrip::sort(std::span<const float> from, std::span<const float> to, std
   rise_.resize(next);
   const float subRows = static_cast<float>(grid_.subRows);
   for (std::size_t line = 0; line < from.size(); ++line) {
+    if (line % kLinesAReport == 0 && !here.report(0.0)) return false;
     if (!isLine(line)) continue;
     const std::size_t place = groups_[groupOf(line)].last++;
     const float start = std::clamp(from[line], -kFarAway, kFarAway) * subRows;
     from_[place] = start + static_cast<float>(kSlotsBeyond);
     rise_[place] = std::clamp(to[line], -kFarAway, kFarAway) * subRows - start;
   }
+  return here.report(0.0);
 }
 
 // From hits to how many lie in this slot or before it, summed over the slots so far. Both directions in one loop: each
@@ -137,8 +145,7 @@ bool LineStrip::count(std::span<const float> from, std::span<const float> to, st
                       const std::vector<Colour>& palette, const Progress& progress) {
   constexpr std::size_t kLinesAReport = 300000;  // a millisecond
   if (columns_ == 0 || rows_ == 0) return true;
-  sort(from, to, classes);
-  if (!progress.report(0.0)) return false;
+  if (!sort(from, to, classes, progress)) return false;
   std::size_t passed = 0;
   for (std::vector<std::uint32_t>* hits : {&down_, &up_}) hits->resize(2 * slots_);
   for (std::vector<std::uint32_t>* sums : {&entered_, &left_}) sums->resize(borders_ * rows_);

@@ -45,7 +45,8 @@ class LineStrip {
     std::size_t first = 0, last = 0;
   };
 
-  void sort(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes);
+  [[nodiscard]] bool sort(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes,
+                          const Progress& progress);
   void countBorder(std::size_t border, const Group& down, const Group& up);
   void sumUp();
   void addClass(const Colour& colour);

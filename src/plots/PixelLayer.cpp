@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/zerosWatched.h"
 #include "plots/Canvas.h"
 #include "plots/DiscCounts.h"
 #include "plots/LineCounts.h"
@@ -18,6 +19,7 @@ namespace {
 
 constexpr double kMostPixels = 30e6;      // 100 MB; larger layers get a lower resolution
 constexpr double kLongestSide = 32000.0;  // cairo's own limit, rounded down
+constexpr std::size_t kPixelsAReport = std::size_t{1} << 20;
 constexpr std::uint32_t kFull = 255;
 // In files a pixel is there or not; fainter edges than this are not.
 constexpr std::uint32_t kLeastAlpha = 16;
@@ -32,6 +34,17 @@ double resolution(const Rect& area, double wanted) {
 std::uint32_t inkOf(const Colour& colour) {
   constexpr std::uint32_t kByte = 257;  // 65535 becomes 255
   return kFull << 24 | colour.red / kByte << 16 | colour.green / kByte << 8 | colour.blue / kByte;
+}
+
+// The largest of them. After a stop of what is counted so far: the next report is answered by false, too.
+std::uint32_t largestOf(const std::vector<std::uint32_t>& counts, const Progress& progress) {
+  const Progress looking = progress.part(0.0, 0.0);
+  std::uint32_t largest = 0;
+  for (std::size_t pixel = 0; pixel < counts.size(); ++pixel) {
+    if (pixel % kPixelsAReport == 0 && !looking.report(0.0)) break;
+    largest = std::max(largest, counts[pixel]);
+  }
+  return largest;
 }
 
 // Two channels at once, each in the lower byte of a half: what stands there, times the weights, over 255.
@@ -74,21 +87,22 @@ class Opacities {
 
 }  // namespace
 
-PixelLayer::PixelLayer(Canvas& canvas, const Rect& area)
+PixelLayer::PixelLayer(Canvas& canvas, const Rect& area, const Progress& progress)
     : canvas_(canvas), perUnit_(resolution(area, canvas.pixelsPerUnit())) {
   // On the pixels of the surface itself, so that none is blurred over two.
   x_ = std::floor(area.x * perUnit_) / perUnit_;
   y_ = std::floor(area.y * perUnit_) / perUnit_;
   width_ = std::max(1, static_cast<int>(std::ceil((area.right() - x_) * perUnit_)));
   height_ = std::max(1, static_cast<int>(std::ceil((area.bottom() - y_) * perUnit_)));
-  pixels_.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
+  // Whoever covers or paints asks the same progress first.
+  static_cast<void>(
+      zerosWatched(pixels_, static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), progress));
 }
 
 // Mixes ink into each pixel that is covered.
 template <class InkAt, class Opacity>
 bool PixelLayer::mixAll(const std::vector<std::uint32_t>& counts, InkAt inkAt, const Opacity& opacity,
                         const Progress& progress) {
-  constexpr std::size_t kPixelsAReport = std::size_t{1} << 20;
   for (std::size_t pixel = 0; pixel < counts.size(); ++pixel) {
     if (pixel % kPixelsAReport == 0 && !progress.report(pixel, counts.size())) return false;
     if (counts[pixel] != 0) mix(pixels_[pixel], inkAt(pixel), opacity(counts[pixel]));
@@ -98,7 +112,7 @@ bool PixelLayer::mixAll(const std::vector<std::uint32_t>& counts, InkAt inkAt, c
 
 bool PixelLayer::cover(const DiscCounts& discs, const Colour& colour, double single, const Progress& progress) {
   const std::vector<std::uint32_t>& counts = discs.counts();
-  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), DiscCounts::kFull, single);
+  const Opacities opacities(largestOf(counts, progress), DiscCounts::kFull, single);
   const std::uint32_t ink = inkOf(colour);
   return mixAll(
       counts, [ink](std::size_t) { return ink; }, opacities, progress);
@@ -106,7 +120,7 @@ bool PixelLayer::cover(const DiscCounts& discs, const Colour& colour, double sin
 
 bool PixelLayer::cover(const DiscCounts& discs, const std::vector<Colour>& colours, const Progress& progress) {
   const std::vector<std::uint32_t>& counts = discs.counts();
-  const std::uint32_t most = *std::max_element(counts.begin(), counts.end());
+  const std::uint32_t most = largestOf(counts, progress);
   const double logMost = std::log(std::max(static_cast<double>(most) / DiscCounts::kFull, 2.0));
   std::vector<std::uint32_t> inks;
   for (const Colour& colour : colours) inks.push_back(inkOf(colour));
@@ -122,7 +136,7 @@ bool PixelLayer::cover(const DiscCounts& discs, const std::vector<Colour>& colou
 
 bool PixelLayer::cover(const LineCounts& lines, double single, const Progress& progress) {
   const std::vector<std::uint32_t>& counts = lines.counts();
-  const Opacities opacities(*std::max_element(counts.begin(), counts.end()), lines.parts(), single);
+  const Opacities opacities(largestOf(counts, progress), lines.parts(), single);
   return mixAll(
       counts, [&lines](std::size_t pixel) { return lines.inks()[pixel]; }, opacities, progress);
 }
@@ -171,12 +185,15 @@ void PixelLayer::addLine(double x0, double y0, double x1, double y1, double widt
 }
 
 // PostScript knows no translucent images: a pixel is opaque or not there at all.
-void PixelLayer::composeOnWhite() {
-  for (std::uint32_t& pixel : pixels_) {
+bool PixelLayer::composeOnWhite(const Progress& progress) {
+  for (std::size_t i = 0; i < pixels_.size(); ++i) {
+    if (i % kPixelsAReport == 0 && !progress.report(i, pixels_.size())) return false;
+    std::uint32_t& pixel = pixels_[i];
     const std::uint32_t alpha = pixel >> 24;
     const std::uint32_t white = kFull - alpha;
     pixel = alpha < kLeastAlpha ? 0 : (pixel + white * 0x010101U) | 0xff000000U;
   }
+  return progress.report(1.0);
 }
 
 bool PixelLayer::paint(const Progress& progress) {
@@ -184,7 +201,7 @@ bool PixelLayer::paint(const Progress& progress) {
   cairo_translate(canvas_.context(), x_, y_);
   cairo_scale(canvas_.context(), 1.0 / perUnit_, 1.0 / perUnit_);
   if (inks_.empty() || !canvas_.isVector()) {
-    if (canvas_.isVector()) composeOnWhite();
+    if (canvas_.isVector() && !composeOnWhite(progress)) return false;
     paintImage(pixels_.data(), CAIRO_FORMAT_ARGB32, static_cast<int>(sizeof(std::uint32_t)) * width_);
     return progress.report(1.0);
   }

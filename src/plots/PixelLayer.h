@@ -18,8 +18,9 @@ class LineCounts;
 // resolution of the screen or of print. Nothing is drawn until paint().
 class PixelLayer {
  public:
-  // Covers `area`, and whole pixels around it, at the canvas's resolution.
-  PixelLayer(Canvas& canvas, const Rect& area);
+  // Covers `area`, and whole pixels around it, at the canvas's resolution. After a stop there are no pixels, and what
+  // is handed the same progress answers false.
+  PixelLayer(Canvas& canvas, const Rect& area, const Progress& progress);
 
   int width() const { return width_; }  // in pixels
   int height() const { return height_; }
@@ -47,7 +48,7 @@ class PixelLayer {
   [[nodiscard]] bool mixAll(const std::vector<std::uint32_t>& counts, InkAt inkAt, const Opacity& opacity,
                             const Progress& progress);
   void inkSpan(int step, double from, double to, bool steep, std::uint32_t ink);
-  void composeOnWhite();
+  [[nodiscard]] bool composeOnWhite(const Progress& progress);
   [[nodiscard]] bool paintMask(std::uint32_t ink, const Progress& progress);
   void paintImage(std::uint32_t* data, int format, int stride);
 

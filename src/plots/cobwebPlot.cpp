@@ -113,8 +113,11 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
     chart.axes.push_back(axisOf(table.columns[i], i, limits[i], filters));
     chart.axes.back().positions = positionsOf(table.columns[i], limits[i]);
   }
+  if (!placing.report(1.0)) return figure;
+  chart.colours.reserve(table.columns.front().values.size());
   for (const double value : table.columns.front().values)
     chart.colours.push_back(classOf(relativePosition(value, limits.front())));
+  if (!placing.report(1.0)) return figure;
   chart.runs = {{}, {}, showDropped, colours.dropped};
   const std::int32_t keptRuns = markDropped(table, filters, chart.runs.dropped);
 

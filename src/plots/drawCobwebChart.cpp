@@ -21,12 +21,13 @@ constexpr double kLeastOpacity = 0.4;   // of a line alone
 constexpr double kMarkedRunLine = 2.2;  // of a run that stands out
 constexpr double kAxisWidth = 1.2;
 constexpr double kFilterWidth = 4.0;
-constexpr double kMarkLength = 4.0;        // of axis marks, on each side
-constexpr double kCrowding = 0.2;          // share of the distance of axes that marks and lines of one take at most
-constexpr int kMarkParts = 4;              // an axis is marked at its quarters
-constexpr std::size_t kLinesAtOnce = 500;  // between two reports
-constexpr double kInkedShare = 0.9;        // of the time until they stand in a file
-constexpr double kPlacingShare = 0.2;      // of the time until lines are painted, roughly
+constexpr double kMarkLength = 4.0;           // of axis marks, on each side
+constexpr double kCrowding = 0.2;             // share of the distance of axes that marks and lines of one take at most
+constexpr int kMarkParts = 4;                 // an axis is marked at its quarters
+constexpr std::size_t kLinesAtOnce = 500;     // inked between two reports
+constexpr std::size_t kRunsAtOnce = 1 << 19;  // looked at between two reports
+constexpr double kInkedShare = 0.9;           // of the time until they stand in a file
+constexpr double kPlacingShare = 0.2;         // of the time until lines are painted, roughly
 
 // More lines, or more points on them, are painted as pixels: a stroke takes some 0.1 ms on a surface of pixels, and in
 // a file its size.
@@ -94,7 +95,9 @@ bool CobwebPainter::drawRuns(bool dropped, const Progress& progress) const {
   std::vector<std::size_t> runs;
   std::size_t shown = 0;  // in both layers: they look alike
   const std::size_t count = chart_.runCount();
+  const Progress choosing = progress.part(0.0, 0.0);
   for (std::size_t run = 0; run < count; ++run) {
+    if (run % kRunsAtOnce == 0 && !choosing.report(0.0)) return false;
     const bool isDropped = chart_.runs.isDropped(run);
     if (isDropped == dropped) runs.push_back(run);
     if (!isDropped || chart_.runs.showDropped) ++shown;
@@ -121,7 +124,7 @@ bool CobwebPainter::drawRuns(bool dropped, const Progress& progress) const {
 
 bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool dropped, const Look& look,
                                const Progress& progress) const {
-  PixelLayer layer(canvas_, layout_.plane.grown(1.0));
+  PixelLayer layer(canvas_, layout_.plane.grown(1.0), progress);
   std::vector<LineCounts::Axis> axes;
   const Progress placing = progress.part(0.0, kPlacingShare);
   for (std::size_t axis = 0; axis < chart_.axes.size(); ++axis) {
@@ -135,6 +138,7 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   std::vector<std::uint8_t> classes;
   classes.reserve(runs.size());
   for (const std::size_t run : runs) classes.push_back(static_cast<std::uint8_t>(classOf(run, dropped)));
+  if (!placing.report(1.0)) return false;
   std::vector<Colour> palette;
   for (const Colour& colour : chart_.palette) palette.push_back(onPage(colour));
   palette.push_back(chart_.runs.droppedColour);
@@ -147,7 +151,7 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
 
 bool CobwebPainter::inkLines(const std::vector<std::size_t>& runs, bool dropped, double width,
                              const Progress& progress) const {
-  PixelLayer layer(canvas_, layout_.plane.grown(1.0));
+  PixelLayer layer(canvas_, layout_.plane.grown(1.0), progress);
   const Progress inking = progress.part(0.0, kInkedShare);
   for (std::size_t i = 0; i < runs.size(); ++i) {
     if (i % kLinesAtOnce == 0 && !inking.report(i, runs.size())) return false;

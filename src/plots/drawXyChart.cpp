@@ -22,9 +22,9 @@ namespace {
 constexpr double kLineWidth = 1.6;
 constexpr double kBarGap = 0.12;  // of a separated column, on each side
 
-constexpr double kRing = 3.0;                  // around a point that stands out, beyond its radius
-constexpr std::size_t kPointsAtOnce = 100000;  // between two reports
-constexpr double kCountingShare = 0.6;         // of the time until points are painted, roughly
+constexpr double kRing = 3.0;                 // around a point that stands out, beyond its radius
+constexpr std::size_t kPointsAtOnce = 20000;  // between two reports: milliseconds where a disc has many pixels
+constexpr double kCountingShare = 0.6;        // of the time until points are painted, roughly
 
 // More points than this let each other through. Alone they must still be seen.
 constexpr std::size_t kMostOpaquePoints = 20000;
@@ -163,7 +163,7 @@ bool PlanePainter::drawPoints(const Points& points, std::size_t shown, bool drop
 
 bool PlanePainter::countPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const {
   const double radius = pointRadius(shown, canvas_.scale());
-  PixelLayer layer(canvas_, plane_.grown(radius + 1.0));
+  PixelLayer layer(canvas_, plane_.grown(radius + 1.0), progress);
   DiscCounts discs(layer.width(), layer.height(), radius * layer.perUnit());
   // In pixels, without a division for each. Limits that are too far apart for it are the maps' own affair.
   const auto pixels = [&](const AxisMap& map, double from, double to) {
