@@ -19,13 +19,17 @@ class Nearest {
   explicit Nearest(const Pointer& pointer) : pointer_(pointer) {}
 
   const Pointer& pointer() const { return pointer_; }
+  // How far from the pointer an offer may lie so as to count; below 0: it can't.
+  double limit(bool dropped) const {
+    if (!found_ || (dropped_ && !dropped)) return pointer_.reach;
+    return dropped && !dropped_ ? -1.0 : found_->distance;
+  }
   // Of a run that a filter left out: counts only while nothing else is found.
   void offerPoint(Hit hit, const Place& place, bool dropped = false) {
     hit.x = place.first;
     hit.y = place.second;
     hit.distance = std::hypot(place.first - pointer_.x, place.second - pointer_.y);
-    if (!(hit.distance <= pointer_.reach) || (found_ && dropped && !dropped_)) return;
-    if (found_ && dropped == dropped_ && hit.distance > found_->distance) return;
+    if (!(hit.distance <= limit(dropped))) return;
     found_ = hit;
     dropped_ = dropped;
   }
@@ -125,18 +129,29 @@ void offerGap(const CobwebChart& chart, const CobwebLayout& layout, std::size_t 
   const Level right = levelOf(layout, axis + 1);
   const float* from = chart.axes[axis].positions.data();
   const float* to = chart.axes[axis + 1].positions.data();
-  const double square = pointer.reach * pointer.reach;
+  // A pixel of no account beyond the limit makes up for what is rounded. Once a line lies at the pointer, few others
+  // are worth more than this look at them.
+  constexpr double kRounded = 1e-6;
+  const auto squareOf = [&](bool dropped) {
+    const double limit = nearest.limit(dropped) + kRounded;
+    return limit > 0.0 ? limit * limit : -1.0;
+  };
+  double kept = squareOf(false);
+  double droppedOnes = squareOf(true);
   const std::size_t runs = chart.runCount();
   for (std::size_t run = 0; run < runs; ++run) {
     const double y0 = left(from[run]);
     const double y1 = right(to[run]);
     // The distance from the line without its ends, squared.
     const double across = (y0 + t * (y1 - y0) - pointer.y) * width;
-    if (!(across * across <= square * (width * width + (y1 - y0) * (y1 - y0)))) continue;
+    const double length = width * width + (y1 - y0) * (y1 - y0);
+    if (!(across * across <= kept * length)) continue;
     const bool dropped = chart.runs.isDropped(run);
-    if (dropped && !chart.runs.showDropped) continue;
+    if (dropped && (!chart.runs.showDropped || !(across * across <= droppedOnes * length))) continue;
     nearest.offerLine({Hit::Kind::Run, 0, axis, chart.runs.numberOf(run)}, layout.plane, {fromX, y0}, {toX, y1},
                       dropped);
+    kept = squareOf(false);
+    droppedOnes = squareOf(true);
   }
 }
 
