@@ -189,11 +189,11 @@ bool ModelTrial::understand(const std::string& path, bool oneRun) {
   ModelOutputReader reader(results, [&](const std::string&, const std::string& text) { warnings += text + '\n'; });
   const Progress progress([this](double) { return serve(); });
   const bool isRead = reader.read(path, 0, progress);
-  if (!isRead) report_.badLine = lineIn(reader.problem(), path);
+  if (!isRead) report_.badLine = lineIn(reader.errorText(), path);
   if (!isStopped_) readLines(path);
   if (isStopped_) return fail(kStopped);
   report_.warnings = warnings;
-  return isRead ? takeRun(results, oneRun) : fail(std::string(kOutputError) + '\n' + reader.problem());
+  return isRead ? takeRun(results, oneRun) : fail(std::string(kOutputError) + '\n' + reader.errorText());
 }
 
 // The first run of what was read.
@@ -246,7 +246,8 @@ bool ModelTrial::tryCells() {
   ModelResults results;
   const bool isGood = run.run(choice_, single, results);
   if (isStopped_) return fail(kStopped);
-  if (!isGood) return fail(std::string(kWorkbookError) + told + (run.problem().empty() ? "" : '\n' + run.problem()));
+  if (!isGood)
+    return fail(std::string(kWorkbookError) + told + (run.errorText().empty() ? "" : '\n' + run.errorText()));
   report_.warnings = told.substr(told.empty() ? 0 : 1);
   return takeRun(results, true);
 }
@@ -279,7 +280,7 @@ bool ModelTrial::tryWorkbook() {
     return takeRun(results, !readsOnly);
   }
   if (isStopped_) return fail(kStopped);
-  std::string problem = told + (run.problem().empty() ? "" : '\n' + run.problem());
+  std::string problem = told + (run.errorText().empty() ? "" : '\n' + run.errorText());
   if (const std::size_t at = problem.find(copy.outputFile); at != std::string::npos)
     problem.replace(at, copy.outputFile.size(), book.string());
   return fail(std::string(kWorkbookError) + problem);

@@ -30,7 +30,7 @@ bool RunController::runSpreadsheet() {
                      [this](const auto& title, const auto& text) { tell(title, text); });
   const bool done = run.run(model, project_.prep, project_.model.results);
   frontEnd_.closeProgress();
-  const std::string detail = run.problem().empty() ? "" : '\n' + run.problem();
+  const std::string detail = run.errorText().empty() ? "" : '\n' + run.errorText();
   return done || refuse("Error in the Excel model execution" + detail);
 }
 
@@ -50,7 +50,7 @@ bool RunController::runCells() {
   const bool done = run.run(model, project_.prep, project_.model.results);
   const bool isStopped = !frontEnd_.continueRun();
   frontEnd_.closeProgress();
-  std::string detail = run.problem().empty() ? "" : '\n' + run.problem();
+  std::string detail = run.errorText().empty() ? "" : '\n' + run.errorText();
   if (run.problemRow() > 0) detail += " (row " + std::to_string(run.problemRow()) + " of the sample)";
   return done || (!isStopped && refuse("Error in the Excel model execution" + detail));
 }

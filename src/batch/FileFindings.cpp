@@ -106,7 +106,7 @@ bool checkOutput(const std::string& path, FileFindings& found, std::string& mess
   ModelOutputReader reader(results,
                            [&found](const std::string&, const std::string& text) { addLines(found.doubtful, text); });
   if (!reader.read(path)) {
-    message = "Error reading model output file\n" + reader.problem();
+    message = "Error reading model output file\n" + reader.errorText();
     return false;
   }
   examineResults(results, found);

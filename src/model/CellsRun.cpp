@@ -44,12 +44,12 @@ CellsRun::CellsRun(SpreadsheetApplication& application, Warn warn, std::function
     : application_(application), warn_(std::move(warn)), told_(std::move(told)) {}
 
 bool CellsRun::fail(const std::string& problem) {
-  problem_ = problem;
+  errorText_ = problem;
   return false;
 }
 
 bool CellsRun::run(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results) {
-  problem_.clear();
+  errorText_.clear();
   problemRow_ = 0;
   results.clear();
   workbook_ = absolutePath(existingPath(choice.outputFile));
@@ -59,7 +59,7 @@ bool CellsRun::run(const ModelChoice& choice, const PrepConfiguration& prep, Mod
   application_.quit();
   if (done) return true;
   results.clear();
-  if (problem_.empty() && !application_.errorText.empty()) warn_("Error", application_.errorText);
+  if (errorText_.empty() && !application_.errorText.empty()) warn_("Error", application_.errorText);
   return false;
 }
 

@@ -24,29 +24,29 @@ class CellsRun {
   CellsRun(SpreadsheetApplication& application, Warn warn, std::function<void(std::int32_t done)> told = {});
 
   // Runs the chosen workbook by its cells and fills the results. Factors are found by their names; one without a cell
-  // is told. On false there are no results, and problem() says where and why, or is empty where messages have told it
+  // is told. On false there are no results, and errorText() says where and why, or is empty where messages have told it
   // or the user stopped the run.
   // Requires: the choice names cells.
   [[nodiscard]] bool run(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results);
-  const std::string& problem() const { return problem_; }
+  const std::string& errorText() const { return errorText_; }
   // The row of the sample that it happened in, counted from 1; 0: in none.
   std::int32_t problemRow() const { return problemRow_; }
 
  private:
-  bool pairFactors(const ModelChoice& choice, const PrepConfiguration& prep);
-  bool open();
-  bool findSheets(const std::vector<NamedCell>& cells, std::vector<CellPlace>& places);
-  bool bind(const ModelChoice& choice);
-  bool drive(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results);
-  bool readBlock(const PrepConfiguration& prep, std::int32_t first, std::int32_t rows);
-  bool keepBlock(const ModelChoice& choice, std::int32_t first, std::int32_t rows, ModelResults& results);
+  [[nodiscard]] bool pairFactors(const ModelChoice& choice, const PrepConfiguration& prep);
+  [[nodiscard]] bool open();
+  [[nodiscard]] bool findSheets(const std::vector<NamedCell>& cells, std::vector<CellPlace>& places);
+  [[nodiscard]] bool bind(const ModelChoice& choice);
+  [[nodiscard]] bool drive(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results);
+  [[nodiscard]] bool readBlock(const PrepConfiguration& prep, std::int32_t first, std::int32_t rows);
+  [[nodiscard]] bool keepBlock(const ModelChoice& choice, std::int32_t first, std::int32_t rows, ModelResults& results);
   bool fail(const std::string& problem);
 
   SpreadsheetApplication& application_;
   Warn warn_;
   std::function<void(std::int32_t done)> told_;
   std::string workbook_;
-  std::string problem_;
+  std::string errorText_;
   std::int32_t problemRow_ = 0;
   std::vector<std::int32_t> columns_;  // of the sample, for each input cell
   std::vector<std::string> sheets_;

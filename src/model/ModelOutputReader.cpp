@@ -69,7 +69,7 @@ bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun, con
   joins_ = firstRun > 0 && results_.outputCount() > 0;
   const std::int32_t before = joins_ ? results_.runCount() : 0;
   if (!joins_) results_.clear();
-  problem_.clear();
+  errorText_.clear();
   place_.clear();
   TextReader in = TextReader::fromFile(path, progress);
   if (readFile(in, firstRun)) {
@@ -77,7 +77,7 @@ bool ModelOutputReader::read(const std::string& path, std::int32_t firstRun, con
     if (const std::string rest = textBehind(in); !rest.empty()) warn_("Warning", rest);
     return true;
   }
-  if (problem_.empty()) problem_ = in.problem() + place_;
+  if (errorText_.empty()) errorText_ = in.problem() + place_;
   if (joins_)
     results_.cut(before);
   else
@@ -101,7 +101,7 @@ bool ModelOutputReader::readFile(TextReader& in, std::int32_t firstRun) {
 
 bool ModelOutputReader::store(std::int32_t gap) {
   if (results_.appendMissing(gap, times_) && results_.appendRun(times_, values_)) return true;
-  problem_ = notStored(results_);
+  errorText_ = notStored(results_);
   return false;
 }
 

@@ -52,15 +52,15 @@ bool OutputSheet::readNames(ModelResults& results) {
   OutputNames names(warn_);
   const auto column = [&names] { return static_cast<std::int32_t>(names.size()); };
   while (const auto* text = std::get_if<std::string>(cells.at(0, column()))) {
-    if (names.add(*text, *text, problem_)) continue;
-    problem_ = CellReader::place(0, column()) + problem_;
+    if (names.add(*text, *text, errorText_)) continue;
+    errorText_ = CellReader::place(0, column()) + errorText_;
     return false;
   }
   if (cells.failed()) return false;
-  if (column() == 0) problem_ = cells.mismatch(0, 0, "the name of an output");
+  if (column() == 0) errorText_ = cells.mismatch(0, 0, "the name of an output");
   std::vector<std::string> given = names.given();
   results.reset(names.release(), std::move(given));
-  return problem_.empty();
+  return errorText_.empty();
 }
 
 bool OutputSheet::readRuns(ModelResults& results) {
@@ -69,7 +69,7 @@ bool OutputSheet::readRuns(ModelResults& results) {
   const std::int32_t runs = countRuns(counted, columns);
   if (counted.failed()) return false;
   if (runs == 0) {
-    problem_ = counted.mismatch(OutputSheet::kHeaderRows, 0, "a number");
+    errorText_ = counted.mismatch(OutputSheet::kHeaderRows, 0, "a number");
     return false;
   }
   CellReader cells(application_, sheet_, columns);
@@ -78,13 +78,13 @@ bool OutputSheet::readRuns(ModelResults& results) {
     for (std::int32_t column = 0; column < columns; ++column) {
       const double* value = cells.number(run + OutputSheet::kHeaderRows, column);
       if (value == nullptr) {
-        if (!cells.failed()) problem_ = cells.mismatch(run + OutputSheet::kHeaderRows, column, "a number");
+        if (!cells.failed()) errorText_ = cells.mismatch(run + OutputSheet::kHeaderRows, column, "a number");
         return false;
       }
       row[static_cast<std::size_t>(column)] = *value;
     }
     if (results.appendRun(ModelResults::singleTime(), row)) continue;
-    problem_ = notStored(results);
+    errorText_ = notStored(results);
     return false;
   }
   return true;

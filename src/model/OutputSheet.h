@@ -17,19 +17,19 @@ class OutputSheet {
 
   OutputSheet(SpreadsheetApplication& application, std::int32_t sheet, Warn warn);
 
-  // Replaces the results. On false there are none; problem() then names the cell, or is empty where the application
+  // Replaces the results. On false there are none; errorText() then names the cell, or is empty where the application
   // failed.
   [[nodiscard]] bool read(ModelResults& results);
-  const std::string& problem() const { return problem_; }
+  const std::string& errorText() const { return errorText_; }
 
  private:
-  bool readNames(ModelResults& results);
-  bool readRuns(ModelResults& results);
+  [[nodiscard]] bool readNames(ModelResults& results);
+  [[nodiscard]] bool readRuns(ModelResults& results);
 
   SpreadsheetApplication& application_;
   std::int32_t sheet_;
   Warn warn_;
-  std::string problem_;
+  std::string errorText_;
 };
 
 // The sheet of this name, or -1. False on a failed call.

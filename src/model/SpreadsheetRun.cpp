@@ -65,7 +65,7 @@ SpreadsheetRun::SpreadsheetRun(SpreadsheetApplication& application, Attendance a
     : application_(application), attendance_(attendance), warn_(std::move(warn)) {}
 
 bool SpreadsheetRun::run(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results) {
-  problem_.clear();
+  errorText_.clear();
   results.clear();
   workbook_ = workbookPath(choice.outputFile);
   WorkbookCopy copy;
@@ -119,7 +119,7 @@ bool SpreadsheetRun::readOutputs(ModelResults& results) {
   }
   OutputSheet outputs(application_, sheet, warn_);
   if (outputs.read(results)) return true;
-  if (!outputs.problem().empty()) problem_ = workbook_ + ": " + kOutputs + '.' + outputs.problem();
+  if (!outputs.errorText().empty()) errorText_ = workbook_ + ": " + kOutputs + '.' + outputs.errorText();
   return false;
 }
 

@@ -22,26 +22,26 @@ class SpreadsheetRun {
   SpreadsheetRun(SpreadsheetApplication& application, Attendance attendance, Warn warn);
 
   // Writes the sample into the sheet "Inputs" of the chosen workbook, has it computed and reads its sheet "Outputs"
-  // into the results; with the kind kNoModelToStart it is only read. On false, with problem(), there are no results and
-  // the file is as it was, or as the user left it.
+  // into the results; with the kind kNoModelToStart it is only read. On false, with errorText(), there are no results
+  // and the file is as it was, or as the user left it.
   [[nodiscard]] bool run(const ModelChoice& choice, const PrepConfiguration& prep, ModelResults& results);
   // "book.ods: Outputs.B5: expected a number, found 'x'"; empty when messages have told it all.
-  const std::string& problem() const { return problem_; }
+  const std::string& errorText() const { return errorText_; }
 
  private:
-  bool prepareWorkbook(const ModelChoice& choice, const PrepConfiguration& prep, WorkbookCopy& copy);
-  bool start(bool visible);
-  bool letUserRun(const PrepConfiguration& prep);
-  bool openResults();
-  bool computeAlone(const PrepConfiguration& prep, WorkbookCopy& copy);
-  bool readOutputs(ModelResults& results);
+  [[nodiscard]] bool prepareWorkbook(const ModelChoice& choice, const PrepConfiguration& prep, WorkbookCopy& copy);
+  [[nodiscard]] bool start(bool visible);
+  [[nodiscard]] bool letUserRun(const PrepConfiguration& prep);
+  [[nodiscard]] bool openResults();
+  [[nodiscard]] bool computeAlone(const PrepConfiguration& prep, WorkbookCopy& copy);
+  [[nodiscard]] bool readOutputs(ModelResults& results);
   bool cannotWrite(const WorkbookCopy& copy);
 
   SpreadsheetApplication& application_;
   Attendance attendance_;
   Warn warn_;
   std::string workbook_;
-  std::string problem_;
+  std::string errorText_;
 };
 
 }  // namespace tarvex

@@ -17,7 +17,7 @@ bool PartOutput::check(const std::string& path, const Part& part, std::string& m
   ModelResults results;
   ModelOutputReader reader(results, [](const auto&, const auto&) {});
   if (!reader.read(path)) {
-    message = reader.problem();
+    message = reader.errorText();
     return false;
   }
   if (results.runCount() != part.rows) {
@@ -42,7 +42,7 @@ bool joinParts(const std::vector<Part>& parts, const std::vector<std::string>& p
     if (paths[failed].empty()) continue;
     const Part& part = parts[failed];
     if (!reader.read(paths[failed], part.first)) {
-      message = reader.problem();
+      message = reader.errorText();
       results.clear();
       return false;
     }

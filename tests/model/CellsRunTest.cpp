@@ -106,7 +106,7 @@ class CellsOfAWorkbook : public test::InDirectory {
     CellsRun run(application_,
                  [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
     const bool done = run.run(choice_, prep_, results_);
-    if (!run.problem().empty()) messages_.push_back(run.problem());
+    if (!run.errorText().empty()) messages_.push_back(run.errorText());
     problemRow_ = run.problemRow();
     return done;
   }

@@ -320,10 +320,10 @@ TEST_F(ModelConfigurationTest, OutputFilesOfPartsAreJoined) {
     int warnings = 0;
     ModelResults results;
     ModelOutputReader reader(results, [&](const auto&, const auto&) { ++warnings; });
-    ASSERT_TRUE(reader.read(directory.file("0"), first)) << reader.problem();
+    ASSERT_TRUE(reader.read(directory.file("0"), first)) << reader.errorText();
     for (const char* bad : {"cut", "other", "timeless", "missing"})
       EXPECT_FALSE(reader.read(directory.file(bad), first + 3)) << bad;
-    ASSERT_TRUE(reader.read(directory.file("3"), first + 3)) << reader.problem();
+    ASSERT_TRUE(reader.read(directory.file("3"), first + 3)) << reader.errorText();
     EXPECT_EQ(results.runCount(), first + 5);
     EXPECT_EQ(results.timeMode(), kSharedGrid);
     EXPECT_EQ(warnings, 1);

@@ -69,7 +69,7 @@ class Office : public testing::Test {
     SpreadsheetRun run(application, Attendance::Nobody,
                        [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
     const bool done = run.run(model_.choice, prep_, model_.results);
-    if (!run.problem().empty()) messages_.push_back(run.problem());
+    if (!run.errorText().empty()) messages_.push_back(run.errorText());
     return done;
   }
   bool run(const std::string& workbook) { return run(application_, workbook); }
@@ -213,7 +213,7 @@ TEST_F(Office, rowsAreDrivenThroughCells) {
     CellsRun run(application_,
                  [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
     const bool done = run.run(model_.choice, prep_, model_.results);
-    if (!run.problem().empty()) messages_.push_back(run.problem());
+    if (!run.errorText().empty()) messages_.push_back(run.errorText());
     return done;
   };
   ASSERT_TRUE(drive()) << testing::PrintToString(messages_);

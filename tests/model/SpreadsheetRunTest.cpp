@@ -57,7 +57,7 @@ class Workbook : public test::InDirectory {
     SpreadsheetRun run(application_, attendance,
                        [this](const auto& title, const auto& text) { messages_.push_back(title + ": " + text); });
     const bool done = run.run(model_.choice, prep_, model_.results);
-    if (!run.problem().empty()) messages_.push_back(run.problem());
+    if (!run.errorText().empty()) messages_.push_back(run.errorText());
     return done;
   }
   std::vector<double> valuesOf(std::int32_t run) {
