@@ -90,7 +90,7 @@ std::string programOf(const std::string& text) {
 }
 
 bool makeModelCommand(const std::string& text, const std::string& sample, const std::string& output,
-                      ModelCommand& command, std::string& problem) {
+                      ModelCommand& command, std::string& message) {
   if (isPlain(text)) {
     command = {absolutePath(text), {sample}};
     return true;
@@ -98,7 +98,7 @@ bool makeModelCommand(const std::string& text, const std::string& sample, const 
   std::vector<std::string> words;
   std::size_t place = 0;
   if (!partWords(text, words, place) || words.empty()) {
-    problem = words.empty() ? "There is no program."
+    message = words.empty() ? "There is no program."
                             : "The quote at character " + std::to_string(place + 1) + " isn't closed.";
     return false;
   }

@@ -23,6 +23,6 @@ std::string programOf(const std::string& text);
 // "{output}" stand for the two files, and where no word has the first the sample file is the last argument. False, with
 // the problem, for a quote that isn't closed.
 [[nodiscard]] bool makeModelCommand(const std::string& text, const std::string& sample, const std::string& output,
-                                    ModelCommand& command, std::string& problem);
+                                    ModelCommand& command, std::string& message);
 
 }  // namespace tarvex

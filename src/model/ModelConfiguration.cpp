@@ -11,11 +11,11 @@ bool ModelConfiguration::copyFrom(const ModelConfiguration& other, std::string& 
   return true;
 }
 
-bool ModelConfiguration::readModelOutput(const Warn& warn, std::string& problem, const Progress& progress) {
+bool ModelConfiguration::readModelOutput(const Warn& warn, std::string& message, const Progress& progress) {
   choice.dropInternalModel();
   ModelOutputReader reader(results, warn);
   if (reader.read(choice.outputFile, 0, progress)) return true;
-  problem = reader.problem();
+  message = reader.errorText();
   return false;
 }
 

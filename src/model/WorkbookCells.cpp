@@ -127,7 +127,7 @@ std::string WorkbookCells::text() const {
   return line;
 }
 
-bool parsePlace(std::string_view text, NamedCell& cell, std::string& problem) {
+bool parsePlace(std::string_view text, NamedCell& cell, std::string& message) {
   std::string_view rest = text;
   NamedCell found{cell.name};
   const bool isWhole = takeSheet(rest, found.sheet) && parseCellName(rest, found.row, found.column);
@@ -138,23 +138,23 @@ bool parsePlace(std::string_view text, NamedCell& cell, std::string& problem) {
     cell = std::move(found);
     return true;
   }
-  problem = "expected a cell such as Model!B3, found '" + std::string(text) + "'";
+  message = "expected a cell such as Model!B3, found '" + std::string(text) + "'";
   return false;
 }
 
-bool parseNamedCell(std::string_view text, NamedCell& cell, std::string& problem) {
+bool parseNamedCell(std::string_view text, NamedCell& cell, std::string& message) {
   const std::size_t end = text.find('=');
   if (end == 0 || end == std::string_view::npos) {
-    problem = "expected a name and its cell such as x1=Model!B3, found '" + std::string(text) + "'";
+    message = "expected a name and its cell such as x1=Model!B3, found '" + std::string(text) + "'";
     return false;
   }
   NamedCell found{std::string(text.substr(0, end))};
-  if (!parsePlace(text.substr(end + 1), found, problem)) return false;
+  if (!parsePlace(text.substr(end + 1), found, message)) return false;
   cell = std::move(found);
   return true;
 }
 
-bool parseWorkbookCells(std::string_view text, WorkbookCells& cells, std::string& problem) {
+bool parseWorkbookCells(std::string_view text, WorkbookCells& cells, std::string& message) {
   WorkbookCells found;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\t'), text.size());
@@ -162,11 +162,11 @@ bool parseWorkbookCells(std::string_view text, WorkbookCells& cells, std::string
     text.remove_prefix(std::min(end + 1, text.size()));
     const bool isInput = part.starts_with(kInputWord);
     if (!isInput && !part.starts_with(kOutputWord)) {
-      problem = "expected a cell of an input or an output, found '" + std::string(part) + "'";
+      message = "expected a cell of an input or an output, found '" + std::string(part) + "'";
       return false;
     }
     part.remove_prefix((isInput ? kInputWord : kOutputWord).size());
-    if (!parseNamedCell(part, (isInput ? found.inputs : found.outputs).emplace_back(), problem)) return false;
+    if (!parseNamedCell(part, (isInput ? found.inputs : found.outputs).emplace_back(), message)) return false;
   }
   cells = std::move(found);
   return true;

@@ -169,14 +169,14 @@ std::string renderPicture(const Figure& figure, PictureFormat format, double zoo
   return content;
 }
 
-bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, std::string& problem, double zoom,
+bool savePicture(const std::string& path, const Figure& figure, PictureFormat format, std::string& message, double zoom,
                  const Progress& progress) {
   const std::string content = renderPicture(figure, format, zoom, progress);
   TextWriter out(path);
   if (content.empty()) out.refuse("the picture can't be drawn");
   out << content;
   if (out.commit()) return true;
-  problem = out.problem();
+  message = out.problem();
   return false;
 }
 

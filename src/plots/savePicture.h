@@ -23,9 +23,9 @@ std::string renderPicture(const Figure& figure, PictureFormat format, double zoo
 // What is said, before the reason, of a picture or a report that can't be written.
 inline constexpr const char* kCannotCreate = "I cannot create the file";
 
-// Writes the picture; an old file is replaced only by a complete new one. False, with `problem` naming path and reason,
+// Writes the picture; an old file is replaced only by a complete new one. False, with `message` naming path and reason,
 // when it can't be made or written, or when it was stopped.
 [[nodiscard]] bool savePicture(const std::string& path, const Figure& figure, PictureFormat format,
-                               std::string& problem, double zoom = 1.0, const Progress& progress = {});
+                               std::string& message, double zoom = 1.0, const Progress& progress = {});
 
 }  // namespace tarvex
