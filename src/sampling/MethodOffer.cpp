@@ -94,18 +94,13 @@ std::vector<std::int32_t> methodsInOrder() {
   return methods;
 }
 
-bool isMethodOffered(std::int32_t methodId, const FactorList& factors, std::string* reason) {
+std::string whyNotOffered(std::int32_t methodId, const FactorList& factors) {
   const Offer* offer = offerOf(methodId);
-  if (offer && accepts(*offer, factors)) return true;
-  if (!reason) return false;
-  if (factors.correlatableCount() == 0) {
-    *reason = "There is nothing to sample: every factor is a constant or a relation.";
-    return false;
-  }
+  if (offer && accepts(*offer, factors)) return {};
+  if (factors.correlatableCount() == 0) return "There is nothing to sample: every factor is a constant or a relation.";
   const std::string names = offeredNames(factors);
-  *reason = (offer ? refusal(*offer, factors) : "There is no such method") +
-            (names.empty() ? "." : ". On offer for these factors: " + names + ".");
-  return false;
+  return (offer ? refusal(*offer, factors) : "There is no such method") +
+         (names.empty() ? "." : ". On offer for these factors: " + names + ".");
 }
 
 }  // namespace tarvex

@@ -281,7 +281,8 @@ std::int64_t designSize(const SamplerSettings& settings, std::int32_t stochastic
 
 std::unique_ptr<Sampler> makeSampler(const SamplerSettings& settings, const FactorList& factors, std::string& message,
                                      const SettingWords& words) {
-  if (!isMethodOffered(settings.method, factors, &message)) return nullptr;
+  message = whyNotOffered(settings.method, factors);
+  if (!message.empty()) return nullptr;
   const std::vector<Setting>& taken = settingsOf(settings.method);
   for (int i = 0; i <= static_cast<int>(Setting::Rows); ++i) {
     const auto setting = static_cast<Setting>(i);

@@ -136,10 +136,8 @@ TEST(MethodOffer, dependsOnCorrelationAndFactorCount) {
     FactorList factors = listOf(std::string(row.factors, 's') + "cr");
     factors.correlationMode = row.mode;
     for (std::int32_t method = 0; method < kMethodCount; ++method) {
-      std::string reason;
-      EXPECT_EQ(isMethodOffered(method, factors, &reason), row.offered[method] != '.')
+      EXPECT_EQ(whyNotOffered(method, factors).empty(), row.offered[method] != '.')
           << row.mode << ' ' << row.factors << ' ' << methodNameOf(method);
-      EXPECT_EQ(reason.empty(), row.offered[method] != '.');
     }
   }
 }
@@ -147,14 +145,11 @@ TEST(MethodOffer, dependsOnCorrelationAndFactorCount) {
 TEST(MethodOffer, reasons) {
   FactorList factors = listOf("sssc");
   factors.correlationMode = kDependenceTree;
-  std::string reason;
-  EXPECT_FALSE(isMethodOffered(kMorris, factors, &reason));
-  EXPECT_EQ(reason,
+  EXPECT_EQ(whyNotOffered(kMorris, factors),
             "Morris can't be used with a dependence tree. On offer for these factors: Random, Latin Hypercube, Fixed "
             "samples.");
   FactorList none = listOf("cr");
-  EXPECT_FALSE(isMethodOffered(kRandom, none, &reason));
-  EXPECT_EQ(reason, "There is nothing to sample: every factor is a constant or a relation.");
+  EXPECT_EQ(whyNotOffered(kRandom, none), "There is nothing to sample: every factor is a constant or a relation.");
 }
 
 }  // namespace

@@ -146,9 +146,8 @@ void PPrepMain::fillMethods() {
   list->clear();
   QStringList others;
   for (const std::int32_t method : methodsInOrder()) {
-    std::string reason;
     const QString name = QString::fromLatin1(methodNameOf(method).data());
-    if (!isMethodOffered(method, settings_.factors, &reason)) {
+    if (const std::string reason = whyNotOffered(method, settings_.factors); !reason.empty()) {
       others << QString::fromStdString(reason).section(". ", 0, 0);
       continue;
     }
