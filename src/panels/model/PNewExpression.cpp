@@ -20,6 +20,7 @@
 #include "panels/model/NameCompletion.h"
 #include "panels/prep/ExpressionColours.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/expressionField.h"
 #include "toolkit/oneLine.h"
 
 namespace tarvex {
@@ -124,7 +125,7 @@ void PNewExpression::edited() {
 void PNewExpression::judge() {
   const EquationDraft now = draft();
   const EquationTrial trial = now.text.empty() ? EquationTrial() : tryEquation(now.text, bound_, known_);
-  mark(trial);
+  markMistake(*field(), trial.outcome == Trial::kGood ? std::nullopt : std::optional(trial.place));
   showValue(trial);
   QString problem = now.name.empty() ? QString() : nameProblem(now.name);
   if (problem.isEmpty() && trial.outcome != Trial::kGood) problem = reasonOf(trial);
@@ -134,22 +135,6 @@ void PNewExpression::judge() {
   if (problem.isEmpty() && !trial.reason.empty())
     problem = "It fails at some values: " + QString::fromStdString(trial.reason);
   gadget<QLabel>("MlMessage")->setText(problem);
-}
-
-void PNewExpression::mark(const EquationTrial& trial) {
-  QList<QTextEdit::ExtraSelection> marks;
-  if (trial.outcome != Trial::kGood) {
-    QTextEdit::ExtraSelection wrong;
-    wrong.cursor = field()->textCursor();
-    const int end = static_cast<int>(field()->toPlainText().size());
-    wrong.cursor.setPosition(std::min(static_cast<int>(trial.place), end));
-    wrong.cursor.movePosition(wrong.cursor.atEnd() ? QTextCursor::Left : QTextCursor::Right, QTextCursor::KeepAnchor);
-    wrong.format.setUnderlineStyle(QTextCharFormat::SpellCheckUnderline);
-    wrong.format.setBackground(field()->palette().alternateBase());
-    wrong.format.setFontWeight(QFont::Bold);
-    marks << wrong;
-  }
-  field()->setExtraSelections(marks);
 }
 
 void PNewExpression::showValue(const EquationTrial& trial) {
@@ -185,11 +170,7 @@ void PNewExpression::add() {
 }
 
 void PNewExpression::insert(const QString& text, int caretBack) {
-  QTextCursor caret = field()->textCursor();
-  caret.insertText(text);
-  caret.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, caretBack);
-  field()->setTextCursor(caret);
-  field()->setFocus();
+  insertAtCaret(*field(), text, caretBack);
 }
 
 // The operation that the button says.

@@ -46,7 +46,6 @@ class PNewExpression : public Panel {
   void refuse(const QString& text, QWidget* where);
   void edited();
   void judge();
-  void mark(const EquationTrial& trial);
   void showValue(const EquationTrial& trial);
   void insert(const QString& text, int caretBack = 0);
   void insertLabel();

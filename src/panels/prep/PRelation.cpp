@@ -19,6 +19,7 @@
 #include "plots/histogramPlots.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Dialogs.h"
+#include "toolkit/expressionField.h"
 #include "toolkit/oneLine.h"
 
 namespace tarvex {
@@ -64,18 +65,7 @@ std::string PRelation::expression() {
 // Judges the expression and marks the character at which it is wrong.
 ExpressionCheck PRelation::check() {
   ExpressionCheck found = checkExpression(expression(), names_);
-  QList<QTextEdit::ExtraSelection> marks;
-  if (found.outcome != Trial::kGood) {
-    QTextEdit::ExtraSelection mark;
-    mark.cursor = field()->textCursor();
-    mark.cursor.setPosition(caretOf(found));
-    mark.cursor.movePosition(mark.cursor.atEnd() ? QTextCursor::Left : QTextCursor::Right, QTextCursor::KeepAnchor);
-    mark.format.setUnderlineStyle(QTextCharFormat::SpellCheckUnderline);
-    mark.format.setBackground(field()->palette().alternateBase());
-    mark.format.setFontWeight(QFont::Bold);
-    marks << mark;
-  }
-  field()->setExtraSelections(marks);
+  markMistake(*field(), found.outcome == Trial::kGood ? std::nullopt : std::optional(found.place));
   return found;
 }
 
@@ -165,11 +155,7 @@ void PRelation::moved() {
 
 void PRelation::insert(const QString& text, int caretBack) {
   if (field()->isReadOnly()) return;
-  QTextCursor cursor = field()->textCursor();
-  cursor.insertText(text);
-  cursor.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, caretBack);
-  field()->setTextCursor(cursor);
-  field()->setFocus();
+  insertAtCaret(*field(), text, caretBack);
 }
 
 // The digit or the operation that the button says.

@@ -19,7 +19,6 @@ class NameCompletion;
 class OutputList;
 class ResultDesk;
 class RunController;
-struct VariableTrial;
 
 // The post-processor's main panel: which variables are analysed, outputs or expressions of them, and what is to be seen
 // of them. It stays open while other panels work on the project, and shows the project as it is.
@@ -59,7 +58,6 @@ class PVelsMain : public Panel {
   void insertLabel();
   void selFunction();
   void edited();
-  void mark(const VariableTrial& trial, bool isWrong);
   void addExpr();
   void leaveExpression();
   std::string expression();

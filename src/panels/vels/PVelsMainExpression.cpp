@@ -17,6 +17,7 @@
 #include "postproc/OutputReference.h"
 #include "postproc/VariableTrial.h"
 #include "toolkit/TableView.h"
+#include "toolkit/expressionField.h"
 #include "toolkit/oneLine.h"
 
 namespace tarvex {
@@ -60,11 +61,7 @@ std::string PVelsMain::expression() {
 }
 
 void PVelsMain::enterExpression(const QString& text, int caretBack) {
-  QTextCursor caret = field()->textCursor();
-  caret.insertText(text);
-  caret.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, caretBack);
-  field()->setTextCursor(caret);
-  field()->setFocus();
+  insertAtCaret(*field(), text, caretBack);
 }
 
 // The operation that the button says.
@@ -82,25 +79,9 @@ void PVelsMain::edited() {
   judged_ = text;
   expressionMode_ = !text.isEmpty();
   const VariableTrial trial = text.isEmpty() ? VariableTrial() : tryVariable(text.toStdString(), outputNames_);
-  mark(trial, !trial.reason.empty());
+  markMistake(*field(), trial.reason.empty() ? std::nullopt : std::optional(trial.place));
   refreshGadgets();
   if (expressionMode_) say(QString::fromStdString(trial.reason).trimmed());
-}
-
-void PVelsMain::mark(const VariableTrial& trial, bool isWrong) {
-  QList<QTextEdit::ExtraSelection> marks;
-  if (isWrong) {
-    QTextEdit::ExtraSelection wrong;
-    wrong.cursor = field()->textCursor();
-    const int end = static_cast<int>(field()->toPlainText().size());
-    wrong.cursor.setPosition(std::min(static_cast<int>(trial.place), end));
-    wrong.cursor.movePosition(wrong.cursor.atEnd() ? QTextCursor::Left : QTextCursor::Right, QTextCursor::KeepAnchor);
-    wrong.format.setUnderlineStyle(QTextCharFormat::SpellCheckUnderline);
-    wrong.format.setBackground(field()->palette().alternateBase());
-    wrong.format.setFontWeight(QFont::Bold);
-    marks << wrong;
-  }
-  field()->setExtraSelections(marks);
 }
 
 void PVelsMain::addExpr() {
