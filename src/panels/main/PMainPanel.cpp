@@ -110,11 +110,6 @@ void PMainPanel::describeModel() {
   gadget<QPlainTextEdit>("TeExternalConf")->setPlainText(lines(tarvex::describeModel(model)));
 }
 
-void PMainPanel::notYet(const QString& what) {
-  Dialogs::current().message(DialogKind::Information, "Tarvex",
-                             what + " has no panel yet; tarvex-batch does the same work from a shell.", window());
-}
-
 // The stages.
 
 void PMainPanel::monteCarlo() {

@@ -91,6 +91,8 @@ class PMainPanel : public Panel {
   void loadFactors(const QString& path);
   void showProject();
   void fileOpened(const QString& path);
+  void sampleOpened(PrepOrigin origin, const char* field, const QString& path);
+  void clearFileFields();
   bool applyPrep(const PrepSettings& settings);
   bool applyModel(const ModelChoice& choice);
   void forgetChanges();
@@ -98,7 +100,6 @@ class PMainPanel : public Panel {
   void tellStop();
   void describePrep(PrepOrigin origin);
   void describeModel();
-  void notYet(const QString& what);
   Source source();
 
   void refresh();

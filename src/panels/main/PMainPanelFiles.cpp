@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QDragEnterEvent>
-#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMimeData>
@@ -16,25 +15,11 @@
 #include "model/InternalModel.h"
 #include "panels/help/PHelp.h"
 #include "panels/main/PMainPanel.h"
+#include "panels/main/openedKind.h"
 #include "toolkit/Dialogs.h"
 
 namespace tarvex {
 namespace {
-
-enum class FileKind { Project, Sample, Results, Factors, Model, ExternalSample };
-
-// By its suffix, and where that is no one's by its first line.
-FileKind fileKind(const QString& path) {
-  const QString suffix = QFileInfo(path).suffix().toLower();
-  if (suffix == "sam") return FileKind::Sample;
-  if (suffix == "spc" || suffix == "dem") return FileKind::Results;
-  if (suffix == "fac") return FileKind::Factors;
-  if (suffix == "imd") return FileKind::Model;
-  QFile file(path);
-  constexpr qint64 kHeading = 99;  // the longest that a project's reader takes
-  if (suffix == "psc" || !file.open(QIODevice::ReadOnly)) return FileKind::Project;
-  return file.readLine(kHeading).contains("Prep Configuration") ? FileKind::Project : FileKind::ExternalSample;
-}
 
 QString remembered(RememberedDirectories::Kind kind) {
   return QString::fromStdString(RememberedDirectories::get(kind));
@@ -64,11 +49,7 @@ void PMainPanel::oldGeneration() {
 
 void PMainPanel::loadSample(const QString& path) {
   if (controller_->loadSampleFile(path.toStdString()) != Outcome::Done) return;
-  describePrep(PrepOrigin::SavedSample);
-  gadget<QLineEdit>("TOldGeneration")->setText(path);
-  gadget<QLineEdit>("TVelsFile")->clear();
-  gadget<QLineEdit>("TImportFile")->clear();
-  fileOpened(path);
+  sampleOpened(PrepOrigin::SavedSample, "TOldGeneration", path);
   say("Saved sample file loaded");
 }
 
@@ -80,12 +61,20 @@ void PMainPanel::importGeneration() {
 
 void PMainPanel::importSample(const QString& path) {
   if (controller_->importSampleFile(path.toStdString()) != Outcome::Done) return;
-  describePrep(PrepOrigin::External);
-  gadget<QLineEdit>("TImportFile")->setText(path);
-  gadget<QLineEdit>("TVelsFile")->clear();
-  gadget<QLineEdit>("TOldGeneration")->clear();
-  fileOpened(path);
+  sampleOpened(PrepOrigin::External, "TImportFile", path);
   say("External samples file loaded");
+}
+
+// Its field alone names a file.
+void PMainPanel::sampleOpened(PrepOrigin origin, const char* field, const QString& path) {
+  describePrep(origin);
+  clearFileFields();
+  gadget<QLineEdit>(field)->setText(path);
+  fileOpened(path);
+}
+
+void PMainPanel::clearFileFields() {
+  for (const char* const name : {"TOldGeneration", "TImportFile", "TVelsFile"}) gadget<QLineEdit>(name)->clear();
 }
 
 // Files.
@@ -175,7 +164,7 @@ void PMainPanel::resetPanel() {
   title_ = "Tarvex";
   gadget<QPlainTextEdit>("TeConfiguration")->setPlainText("No data available");
   gadget<QPlainTextEdit>("TeExternalConf")->clear();
-  for (const char* const name : {"TOldGeneration", "TImportFile", "TVelsFile"}) gadget<QLineEdit>(name)->clear();
+  clearFileFields();
   refresh();
 }
 
@@ -239,26 +228,15 @@ void PMainPanel::loadFactors(const QString& path) {
 
 void PMainPanel::openFile(const QString& path) {
   if (controller_->busy()) return say("Stop what is in progress before you open " + path + '.');
-  switch (fileKind(path)) {
-    case FileKind::Project:
-      if (controller_->mayDiscard(Discard::ForProject) == Outcome::Done) loadProject(path);
-      break;
-    case FileKind::Sample:
-      if (controller_->mayDiscard(Discard::ForProject) == Outcome::Done) loadSample(path);
-      break;
-    case FileKind::Results:
-      if (controller_->mayDiscard(Discard::ForProject) == Outcome::Done) loadResults(path);
-      break;
-    case FileKind::Factors:
-      loadFactors(path);
-      break;
-    case FileKind::Model:
-      loadModel(path);
-      break;
-    case FileKind::ExternalSample:
-      if (controller_->mayDiscard(Discard::ForProject) == Outcome::Done) importSample(path);
-      break;
-  }
+  const OpenedKind kind = openedKind(path);
+  if (kind == OpenedKind::Factors) return loadFactors(path);
+  if (kind == OpenedKind::Model) return loadModel(path);
+  // The others take the place of all that is in hand.
+  if (controller_->mayDiscard(Discard::ForProject) != Outcome::Done) return;
+  if (kind == OpenedKind::Sample) return loadSample(path);
+  if (kind == OpenedKind::Results) return loadResults(path);
+  if (kind == OpenedKind::ExternalSample) return importSample(path);
+  loadProject(path);
 }
 
 void PMainPanel::offerRecovery() {
