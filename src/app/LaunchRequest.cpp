@@ -46,18 +46,6 @@ void LaunchRequest::takeLine(const std::string& line) {
   takeText("External model output file:", outputFile_);
 }
 
-Outcome LaunchRequest::open(const File& file, RunController& controller) {
-  switch (file.kind) {
-    case FileKind::SavedSample:
-      return controller.loadSampleFile(file.path);
-    case FileKind::ExternalSample:
-      return controller.importSampleFile(file.path);
-    case FileKind::Results:
-      break;
-  }
-  return controller.loadResultsFile(file.path);
-}
-
 bool LaunchRequest::applyModel(RunController& controller) const {
   Outcome accepted = Outcome::Done;
   if (!outputFile_.empty()) {

@@ -3,8 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "app/Outcome.h"
-
 namespace tarvex {
 
 class RunController;
@@ -22,9 +20,8 @@ class LaunchRequest {
   // Reads the file; a request for nothing when there is none. A line of more than 1023 characters ends it.
   static LaunchRequest read(const std::string& mainDirectory);
 
-  // The files to open one after the other, before the model. open() does so as the user would and says what failed.
+  // The files to open one after the other, before the model.
   const std::vector<File>& files() const { return files_; }
-  static Outcome open(const File& file, RunController& controller);
 
   // Puts the model into the project, an internal one rather than an external one; an internal model that can't be read
   // is passed over in silence. True when the project has a model afterwards.

@@ -51,21 +51,6 @@ TEST_F(Launch, filesInTheirOrder) {
   EXPECT_TRUE(LaunchRequest::read("/no/such").files().empty());
 }
 
-TEST_F(Launch, opensAsTheUserWould) {
-  const std::string outside = file("a b.txt");
-  test::writeFile(outside, "2\n1\nx\n5\n6\n");
-  const LaunchRequest launch = request("Tarvex configuration file:" + test::goldenPath("morris.spc") +
-                                       "\nTarvex sample file:" + test::goldenPath("ishigami.sam") +
-                                       "\nExternal sample file:    " + outside + "\n");
-  const std::int32_t rows[] = {48, 200, 2};
-  for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(LaunchRequest::open(launch.files()[i], controller_), Outcome::Done);
-    EXPECT_EQ(controller_.project().prep.samples.rows(), rows[i]);
-    EXPECT_EQ(controller_.project().hasVels, i == 0) << "a sample drops the measures";
-  }
-  EXPECT_TRUE(frontEnd_.calls.empty());
-}
-
 TEST_F(Launch, theModelComesLast) {
   const std::string equations = "Internal model:" + test::goldenPath("ishigami.imd") + "\n";
   const std::string executable = "External model executable:/bin/a model\n";
