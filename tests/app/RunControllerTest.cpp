@@ -1,5 +1,9 @@
 #include "app/RunController.h"
 
+#include <chrono>
+#include <thread>
+
+#include "app/LongOperation.h"
 #include "app/ScriptedFrontEnd.h"
 #include "app/SmallStudy.h"
 #include "base/WorkingFile.h"
@@ -228,6 +232,20 @@ TEST_F(Controller, refusedAnalysesChangeNothing) {
     EXPECT_EQ(project.vels.selectedVariables(), Calls{"y"}) << row.text;
     EXPECT_TRUE(project.vels.sensitivity->computed) << row.text;
   }
+}
+
+// A display that comes only where it is worth it, and hears of a percent once.
+TEST(LongOperation, isShownAfterAWhile) {
+  test::ScriptedFrontEnd frontEnd;
+  {
+    const LongOperation operation(frontEnd, "Reading", 0);
+    EXPECT_TRUE(operation.progress().report(0.1));
+    EXPECT_EQ(frontEnd.calls, Calls{});
+    std::this_thread::sleep_for(std::chrono::milliseconds(210));
+    for (const double done : {0.2, 0.201, 0.25}) EXPECT_TRUE(operation.progress().report(done));
+  }
+  EXPECT_EQ(frontEnd.calls, (Calls{"open Reading", "close"}));
+  EXPECT_EQ(frontEnd.percents, (std::vector<int>{20, 25}));
 }
 
 }  // namespace
