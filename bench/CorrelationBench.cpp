@@ -42,7 +42,7 @@ void replicatedLatinWithRanks(benchmark::State& state) {
   for (auto _ : state) {
     PrepConfiguration prep = preparedConfiguration(kRepLatin, kFactors, runs);
     auto& sampler = static_cast<RepLatinSampler&>(*prep.sampler);
-    sampler.setBaseDesign(runs / kReplicates);
+    require(sampler.setBaseDesign(runs / kReplicates), "the replicated design refuses its settings");
     sampler.setReplications(kReplicates);
     generateDesign(prep, state);
   }

@@ -8,8 +8,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarvex;
   Evaluator evaluator;
-  evaluator.bind("x1", 0.25);
-  evaluator.bind("x2", -3.0);
+  if (!evaluator.bind("x1", 0.25) || !evaluator.bind("x2", -3.0)) fuzz::finding("a name can't be bound", {});
   const bool good = evaluator.evaluate(fuzz::textOf(data, size));
   if (!good && evaluator.evalErrorText().empty()) fuzz::finding("a failure without a text", {});
   const auto& table = evaluator.symbolTable();

@@ -108,8 +108,9 @@ void writeUncertaintyTable(TextWriter& out, const UaStats& stats, std::int32_t v
 void writeRegressionTable(TextWriter& out, const RegressionStats& stats, const TableSelection& selection,
                           std::int32_t measure) {
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
-  stats.determination(selection.variable, raw, ranks);
-  stats.determinationAdjusted(selection.variable, rawAdjusted, ranksAdjusted);
+  if (!stats.determination(selection.variable, raw, ranks) ||
+      !stats.determinationAdjusted(selection.variable, rawAdjusted, ranksAdjusted))
+    return;  // there is no such variable
   const auto coefficient = [&](double value, RegressionStats::Measure of) {
     return savedCell(isComputed(stats, selection, of) ? measureCell(value) : std::string(kNotComputed));
   };

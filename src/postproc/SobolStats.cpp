@@ -37,8 +37,7 @@ double SobolStats::closedIndex(std::int32_t record, std::int32_t variable) const
   if (record < 0 || static_cast<std::size_t>(record) >= records.size()) return 0.0;
   std::vector<double> values(records.size(), 0.0);
   const auto at = static_cast<std::size_t>(record);
-  slotValues(variable, closedSlot(records[at].groupNames.size()), values);
-  return values[at];
+  return slotValues(variable, closedSlot(records[at].groupNames.size()), values) ? values[at] : 0.0;
 }
 
 double& SobolStats::slot(std::size_t record, std::int32_t variable, std::int32_t number) {

@@ -47,8 +47,9 @@ void addReasons(Document& out, const RegressionStats& statistics, std::int32_t v
 
 void addRegression(Document& out, const RegressionStats& statistics, std::int32_t variable) {
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
-  statistics.determination(variable, raw, ranks);
-  statistics.determinationAdjusted(variable, rawAdjusted, ranksAdjusted);
+  if (!statistics.determination(variable, raw, ranks) ||
+      !statistics.determinationAdjusted(variable, rawAdjusted, ranksAdjusted))
+    return;  // there is no such variable
   const auto text = [&](double value, RegressionStats::Measure of) {
     return statistics.notComputedReason(variable, of).empty() ? cell(value) : std::string(kNotComputed);
   };

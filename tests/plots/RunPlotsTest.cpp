@@ -37,7 +37,7 @@ struct Study {
     for (int run = 0; run < 10; ++run)
       EXPECT_GT(prep.samples.addRow(std::vector<double>{100.0 + run, run * 1.0}.data()), 0);
     auto equations = std::make_unique<InternalModel>();
-    for (const char* name : {"F", "x"}) equations->addVariable(name);
+    for (const char* name : {"F", "x"}) EXPECT_TRUE(equations->addVariable(name));
     EXPECT_TRUE(equations->addExpression(0, "Y", "1 / (x - 3)", 1));
     EXPECT_TRUE(equations->addExpression(1, "Z", "2 * x", 1));
     model.choice.setInternalModel(std::move(equations));

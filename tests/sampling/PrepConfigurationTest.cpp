@@ -35,7 +35,7 @@ PrepConfiguration uniformPair(std::int32_t runs, std::unique_ptr<Factor> extra =
   prep.factors.addFactor(named<Uniform>("b"));
   if (extra) prep.factors.addFactor(std::move(extra));
   prep.sampler = std::make_unique<RandomSampler>();
-  prep.sampler->setSamples(runs);
+  EXPECT_TRUE(prep.sampler->setSamples(runs));
   return prep;
 }
 

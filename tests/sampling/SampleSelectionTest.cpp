@@ -17,7 +17,7 @@ PrepConfiguration numberedSample(std::int32_t methodId, std::int32_t runs) {
   prep.factors = listOf("scs");
   prep.sampler = makeSampler(methodId);
   prep.sampler->setNumFactors(3);
-  prep.sampler->setSamples(runs);
+  EXPECT_TRUE(prep.sampler->setSamples(runs));
   EXPECT_TRUE(prep.samples.allocate(3));
   EXPECT_TRUE(prep.samples.setOrder(1));
   for (std::int32_t run = 0; run < runs; ++run) {

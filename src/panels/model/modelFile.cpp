@@ -22,7 +22,8 @@ QString chooseModelFile(QWidget* parent, bool alsoOthers) {
 
 InternalModel newModelOf(const std::vector<std::string>& inputs) {
   InternalModel model;
-  for (const std::string& name : inputs) model.addVariable(name);  // one that is no name, or twice there, is left out
+  // One that is no name, or twice there, is left out.
+  for (const std::string& name : inputs) static_cast<void>(model.addVariable(name));
   return model;
 }
 
