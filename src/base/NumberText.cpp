@@ -120,42 +120,67 @@ bool isTiny(const char* first, const char* last) {
   return exponent < -place;
 }
 
-// Adds the digits among the eight characters at `p` to `number` and returns how many stand there before anything else.
-std::size_t takeDigits(const char* p, std::uint64_t& number) {
-  constexpr std::uint64_t kEach = 0x0101010101010101;
-  constexpr std::size_t kByteBits = 8;
-  std::uint64_t word = 0;
-  std::memcpy(&word, p, sizeof word);
-  if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
-  // A borrow, or a sum beyond 0x7F, shows in the highest bit of the first byte that is no digit.
-  const std::uint64_t digits = word - '0' * kEach;
-  const std::uint64_t others = (digits | (word + (0x7F - '9') * kEach)) & 0x80 * kEach;
-  const std::size_t count = static_cast<std::size_t>(std::countr_zero(others)) / kByteBits;
-  if (count == 0) return 0;
-  // With zeros in front of them; then added up in pairs, fours and eights within the word.
-  const std::uint64_t eight = digits << (kByteBits * (sizeof word - count));
-  const std::uint64_t pairs = (eight * 10 + (eight >> 8)) & 0x00FF00FF00FF00FF;
-  const std::uint64_t fours = (pairs * 100 + (pairs >> 16)) & 0x0000FFFF0000FFFF;
-  number =
-      number * DecimalDigits::integerPower(static_cast<int>(count)) + ((fours * 10000 + (fours >> 32)) & 0xFFFFFFFF);
-  return count;
-}
+constexpr std::size_t kWordCharacters = sizeof(std::uint64_t);  // characters that are looked at together
+constexpr int kByteBits = 8;
 
-// The usual short number with room behind it: digits with a point, of which the value is a whole number that a double
-// holds exactly over such a power of ten. One quotient then rounds as the text does (W. D. Clinger, PLDI 1990).
-// Returns the bytes taken, 0 for every other text.
-std::size_t parseShort(std::string_view text, double& value) {
-  constexpr std::size_t kRoom = 32;
-  constexpr std::size_t kMostDigits = 15;
-  if (text.size() < kRoom) return 0;
-  const char* const p = text.data();
+// Eight characters, the first in the lowest byte, less '0' each. A borrow shows in the highest bit of the first byte
+// that is no digit, and spoils those behind it.
+struct EightCharacters {
+  explicit EightCharacters(const char* p) {
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+    digits = word - '0' * kEach;
+    // So does a sum beyond 0x7F.
+    others = (digits | (word + (0x7F - '9') * kEach)) & 0x80 * kEach;
+  }
+  // How many digits stand there before anything else.
+  std::size_t count() const { return static_cast<std::size_t>(std::countr_zero(others)) / kByteBits; }
+  // The whole number of the first `length` characters, 1 to 8. Requires: they are digits.
+  std::uint64_t number(std::size_t length) const {
+    // With zeros in front of them; then added up in pairs, fours and eights within the word.
+    const std::uint64_t eight = digits << (kByteBits * (kWordCharacters - length));
+    const std::uint64_t pairs = (eight * 10 + (eight >> 8)) & 0x00FF00FF00FF00FF;
+    const std::uint64_t fours = (pairs * 100 + (pairs >> 16)) & 0x0000FFFF0000FFFF;
+    return (fours * 10000 + (fours >> 32)) & 0xFFFFFFFF;
+  }
+
+  std::uint64_t digits;
+  std::uint64_t others;  // 0: all are digits
+};
+
+// A number without a sign. Branches on what is usual, a digit before the point and ten behind it, so that the next
+// number need not wait for the lengths of this one to be computed.
+std::size_t parseUnsigned(const char* p, double& value) {
+  constexpr std::size_t kMostDigits = 15;  // their whole number is below 2^53
   std::uint64_t digits = 0;
-  const std::size_t whole = takeDigits(p, digits);
-  if (whole == 0 || whole == 8 || p[whole] != '.') return 0;
+  std::size_t whole = 1;
+  if (p[1] == '.') {
+    if (!isDigit(*p)) return 0;
+    digits = static_cast<std::uint64_t>(*p - '0');
+  } else {
+    const EightCharacters first(p);
+    whole = first.count();
+    if (whole == 0 || whole == kWordCharacters || p[whole] != '.') return 0;
+    digits = first.number(whole);
+  }
   const char* const fraction = p + whole + 1;
-  std::size_t count = takeDigits(fraction, digits);
-  if (count == 8) count += takeDigits(fraction + 8, digits);
-  if (count == 0 || whole + count > kMostDigits || lower(fraction[count]) == 'e') return 0;
+  const EightCharacters first(fraction);
+  std::size_t count = kWordCharacters;
+  if (first.others == 0) {
+    digits = digits * 100000000 + first.number(kWordCharacters);
+    const EightCharacters rest(fraction + kWordCharacters);
+    const std::size_t more = rest.count();
+    if (more > 0) digits = digits * DecimalDigits::integerPower(static_cast<int>(more)) + rest.number(more);
+    count += more;
+  } else {
+    count = first.count();
+    if (count == 0) return 0;
+    digits = digits * DecimalDigits::integerPower(static_cast<int>(count)) + first.number(count);
+  }
+  if (whole + count > kMostDigits || lower(fraction[count]) == 'e') return 0;
+  // The digits are exact, and so is the power of ten: one quotient rounds as the text does (W. D. Clinger, PLDI 1990).
   value = static_cast<double>(digits) / kPowersOfTen[count];
   return whole + 1 + count;
 }
@@ -207,12 +232,17 @@ std::string numberText(double value, int precision) {
   return std::string(text, writeNumber(text, value, precision));
 }
 
+std::size_t parseShortNumber(const char* text, double& value) {
+  if (*text != '-') return parseUnsigned(text, value);
+  const std::size_t taken = parseUnsigned(text + 1, value);
+  if (taken == 0) return 0;
+  value = -value;
+  return taken + 1;
+}
+
 std::size_t parseNumber(std::string_view text, double& value) {
-  const bool negative = text.starts_with('-');
-  if (const std::size_t taken = parseShort(text.substr(negative ? 1 : 0), value); taken > 0) {
-    if (negative) value = -value;
-    return taken + (negative ? 1 : 0);
-  }
+  if (text.size() >= kShortNumberRoom)
+    if (const std::size_t taken = parseShortNumber(text.data(), value); taken > 0) return taken;
   return parseReal(text, value);
 }
 std::size_t parseNumber(std::string_view text, float& value) {

@@ -21,6 +21,12 @@ char* writeNumber(char* out, double value, int precision = 6);
 std::size_t parseNumber(std::string_view text, double& value);
 std::size_t parseNumber(std::string_view text, float& value);
 
+// The same for the usual number of a table, by a shorter way: a sign, some digits, a point and digits behind it,
+// fifteen digits at most. 0 for every other text, which parseNumber() may yet take, and where 'e' follows. Requires:
+// kShortNumberRoom bytes at `text`.
+inline constexpr std::size_t kShortNumberRoom = 40;
+std::size_t parseShortNumber(const char* text, double& value);
+
 // True when the whole of `text`, blanks around it apart, is one number.
 bool isNumber(std::string_view text, double& value);
 

@@ -1,34 +1,17 @@
 #include "base/TextReader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <limits>
 #include <utility>
 
-#include "base/NumberText.h"
 #include "base/Paths.h"
 
 namespace tarvex {
 namespace {
 
-constexpr std::size_t kUsualNumber = 64;             // looked at for a number; longer ones widen the look
-constexpr std::size_t kLongestNumber = 1024 * 1024;  // no sensible number is longer
-constexpr std::size_t kNumberTail = 16;              // a number this near to the end of the look may go on behind it
 constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-bool isSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-// No character in `text` that would end a number.
-bool isUnfinishedNumber(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' || c == '+' ||
-           c == '-';
-  });
-}
 
 std::size_t saturatedSum(std::size_t a, std::size_t b) {
   return a > kNoLimit - b ? kNoLimit : a + b;
@@ -124,86 +107,6 @@ bool TextReader::fillMore(std::size_t wanted) {
   stepStart_ -= dropped;
   if (source_.hold(wanted + position_)) return true;
   return (source_.error() != 0 || source_.stopped()) && failSource();
-}
-
-void TextReader::skipSpace() {
-  do {
-    const char* const begin = source_.held().data();
-    const char* const end = begin + source_.held().size();
-    const char* next = begin + position_;
-    while (next != end && isSpace(*next)) ++next;
-    stepStart_ = position_ = static_cast<std::size_t>(next - begin);
-  } while (position_ == source_.held().size() && fill(1));
-}
-
-// parse(text, value) gives the bytes taken from the start of `text`, 0 for none.
-template <class Number, class Parse>
-TextReader& TextReader::readNumber(Number& value, const char* usual, Parse parse) {
-  if (failed_) return *this;
-  skipSpace();
-  begin(usual);
-  std::size_t wanted = kUsualNumber;
-  for (;;) {
-    const bool more = fill(wanted);
-    const std::string_view text(source_.held().data() + position_, available());
-    Number parsed{};
-    const std::size_t taken = failed_ ? 0 : parse(text, parsed);
-    if (more && (taken == 0 || text.size() - taken < kNumberTail) && isUnfinishedNumber(text)) {
-      wanted = 2 * text.size();
-      if (wanted <= kLongestNumber) continue;
-      failStep();
-      return *this;
-    }
-    if (taken == 0) {
-      failStep();
-    } else {
-      position_ += taken;
-      value = parsed;
-    }
-    return *this;
-  }
-}
-
-template <class Integer>
-TextReader& TextReader::readInteger(Integer& value) {
-  return readNumber(value, "a whole number", [](std::string_view text, Integer& parsed) -> std::size_t {
-    const char* const begin = text.data();
-    const char* const end = begin + text.size();
-    const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-    const std::from_chars_result result = std::from_chars(begin + (plus ? 1 : 0), end, parsed);
-    return result.ec == std::errc() ? static_cast<std::size_t>(result.ptr - begin) : 0;
-  });
-}
-
-TextReader& TextReader::operator>>(std::int32_t& value) {
-  return readInteger(value);
-}
-TextReader& TextReader::operator>>(std::uint32_t& value) {
-  return readInteger(value);
-}
-TextReader& TextReader::operator>>(std::int64_t& value) {
-  return readInteger(value);
-}
-TextReader& TextReader::operator>>(double& value) {
-  return readNumber(value, "a number", [](std::string_view text, double& parsed) { return parseNumber(text, parsed); });
-}
-TextReader& TextReader::operator>>(float& value) {
-  return readNumber(value, "a number", [](std::string_view text, float& parsed) { return parseNumber(text, parsed); });
-}
-
-bool TextReader::readWord(std::string_view& word, std::size_t maxChars) {
-  if (failed_) return false;
-  skipSpace();
-  begin("a word");
-  std::size_t length = 0;
-  do {
-    while (length < available() && !isSpace(source_.held()[position_ + length])) ++length;
-    if (length > maxChars) return refuse("a word of more than " + std::to_string(maxChars) + " characters");
-  } while (length == available() && fill(length + 1));
-  if (failed_ || length == 0) return failStep();
-  word = std::string_view(source_.held()).substr(position_, length);
-  position_ += length;
-  return true;
 }
 
 TextReader::Line TextReader::findLineEnd(std::size_t limit) {

@@ -51,6 +51,9 @@ class TextReader {
   TextReader& operator>>(std::int64_t& value);
   TextReader& operator>>(double& value);
   TextReader& operator>>(float& value);
+  // `count` numbers one after the other, as so many `>>` read them; "expect" holds for none of them. After a failure
+  // those before it are there.
+  TextReader& readNumbers(double* values, std::size_t count);
 
   // The next word, which is what stands between white space; one of more than `maxChars` characters fails. `word` is
   // valid until the next call.
@@ -104,6 +107,8 @@ class TextReader {
   TextReader& readNumber(Number& value, const char* usual, Parse parse);
   template <class Integer>
   TextReader& readInteger(Integer& value);
+  // Of `count` numbers those at the start that are short and parted as in a table, while the text is held.
+  std::size_t takeShortNumbers(double* values, std::size_t count);
 
   TextSource source_;
   std::size_t position_ = 0;   // in what the source holds

@@ -2,6 +2,9 @@
 
 #include <sys/stat.h>
 
+#include <cstdlib>
+#include <cstring>
+#include <random>
 #include <thread>
 
 #include "support/FailingCalls.h"
@@ -96,6 +99,41 @@ struct LineCase {
   const char* rest;      // what is left behind it
   const char* partRest;  // what readLinePart leaves
 };
+
+// Many numbers at once are read, and fail, as one by one. TARVEX_LONG_TEST is how many texts.
+TEST(TextReader, ManyNumbersAtOnce) {
+  const char* const asked = std::getenv("TARVEX_LONG_TEST");
+  std::mt19937_64 random(2);
+  const auto below = [&random](std::size_t count) { return random() % count; };
+  const auto digits = [&](std::size_t most) {
+    std::string text;
+    for (std::size_t left = below(most + 1); left > 0; --left) text += static_cast<char>('0' + below(10));
+    return text;
+  };
+  constexpr const char* kSpaces[] = {"\t", "\t", "\t", "\t\n", "\t\r\n", " ", "\n", "   \t", ""};
+  constexpr const char* kOthers[] = {"1e-5", "-2.5e3", "nan", "-inf", "12", "+1.5", "x", ".5", "1.", "1.5e"};
+  for (long i = 0; i < (asked == nullptr ? 300 : std::atol(asked)); ++i) {
+    std::string text;
+    const bool isTable = below(2) == 0;
+    while (below(60) != 0) {
+      text += below(6) == 0 ? "-" : "";
+      text +=
+          isTable || below(9) != 0 ? std::to_string(below(3)) + digits(3) + '.' + digits(12) + '1' : kOthers[below(10)];
+      text += kSpaces[below(isTable ? 5 : 9)];
+    }
+    TextReader one = TextReader::fromText(text);
+    TextReader many = TextReader::fromText(text);
+    std::vector<double> expected(below(80)), values(expected.size());
+    std::size_t good = 0;
+    for (double& value : expected) good += (one >> value).ok() ? 1 : 0;
+    many.expect("nothing of these").readNumbers(values.data(), values.size());
+    ASSERT_EQ(many.ok(), one.ok()) << text;
+    ASSERT_EQ(std::memcmp(values.data(), expected.data(), good * sizeof(double)), 0) << text;
+    ASSERT_EQ(many.remaining(), one.remaining()) << text;
+    if (values.empty()) continue;
+    ASSERT_EQ(many.problem(), one.problem()) << text;
+  }
+}
 
 TEST(TextReader, LinesAndTheirLimits) {
   const LineCase cases[] = {
