@@ -162,6 +162,20 @@ bool sampValues::getRow(std::int32_t row, double* values) const {
   return true;
 }
 
+bool sampValues::getRows(std::int32_t row, std::int32_t count, double* values) const {
+  if (count < 1) return count == 0;
+  if (!isCell(row, 0) || count > rows_ - row) return setError(kWrongLine);
+  if (!ensureMode(false)) return false;
+  while (count > 0) {
+    if (!ensureRow(row)) return false;
+    const auto here = static_cast<std::int32_t>(std::min<std::int64_t>(count, lastRow_ - row + 1));
+    values = std::copy_n(windowRow(row), static_cast<std::int64_t>(here) * columns_, values);
+    row += here;
+    count -= here;
+  }
+  return true;
+}
+
 double* sampValues::rowPointer(std::int32_t row) {
   if (!isCell(row, 0)) {
     setError(kWrongLine);
@@ -196,6 +210,16 @@ bool sampValues::getColumn(std::int32_t column, std::vector<double>& values) con
   if (!resizeValues(values, rows_)) return false;
   std::copy(cache_.begin(), cache_.end(), values.begin());
   return true;
+}
+
+const double* sampValues::columnValues(std::int32_t column) const {
+  if (column < 0 || column >= columns_) {
+    setError(kWrongElement);
+    return nullptr;
+  }
+  if (!ensureMode(true) || !ensureColumn(column)) return nullptr;
+  static constexpr double kNoRow = 0.0;
+  return rows_ > 0 ? cache_.data() : &kNoRow;
 }
 
 bool sampValues::setColumn(std::int32_t column, std::vector<double>&& values) {

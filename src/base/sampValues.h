@@ -47,6 +47,8 @@ class sampValues {
   [[nodiscard]] bool getValue(std::int32_t row, std::int32_t column, double& value) const;
   [[nodiscard]] bool setRow(std::int32_t row, const double* values);
   [[nodiscard]] bool getRow(std::int32_t row, double* values) const;
+  // `count` rows from this one on, one behind the other; the window moves as it does for each of them.
+  [[nodiscard]] bool getRows(std::int32_t row, std::int32_t count, double* values) const;
   // The row inside the window, for change in place; valid until the next call on the store. Null out of range.
   [[nodiscard]] double* rowPointer(std::int32_t row);
 
@@ -58,6 +60,8 @@ class sampValues {
   [[nodiscard]] bool setColumn(std::int32_t column, std::vector<double>&& values);
   // The whole column inside the window, for change in place; valid until the next call on the store. Null out of range.
   [[nodiscard]] double* columnPointer(std::int32_t column);
+  // The same to look at; null on failure.
+  [[nodiscard]] const double* columnValues(std::int32_t column) const;
 
   [[nodiscard]] bool setOrder(std::int32_t order);  // 0 by run, 1 by factor: how the text form lists the table
   // What each operation does by itself before it works on rows (false) or a column (true). Behind changed columns the

@@ -66,11 +66,15 @@ bool sampValues::readTable(TextReader& in) {
 }
 
 bool sampValues::readByRow(TextReader& in, std::int32_t rows) {
-  std::vector<double> row;
-  if (rows > 0 && !resizeValues(row, columns_)) return false;
-  for (std::int32_t i = 0; i < rows; ++i) {
-    for (double& value : row) in >> value;
-    if (in.fail() || addRow(row.data()) == 0) return false;
+  // A file that holds less than it promises shall not take the room of the promise first.
+  constexpr std::int32_t kValuesAtOnce = 4096;
+  while (rows_ < rows) {
+    std::int32_t room = 0;
+    if (!openEnd(std::clamp(kValuesAtOnce / columns_, 1, rows - rows_), room)) return false;
+    dirty_ = true;
+    const std::size_t values = static_cast<std::size_t>(room) * static_cast<std::size_t>(columns_);
+    if (in.readNumbers(windowRow(rows_), values).fail()) return false;
+    rows_ += room;
   }
   return true;
 }
@@ -92,8 +96,7 @@ bool sampValues::readColumnsToFile(TextReader& in, std::int32_t rows) {
   for (std::int32_t column = 0; column < columns_; ++column) {
     for (std::int64_t row = 0; row < rows; row += blockRows_) {
       const std::int64_t count = std::min<std::int64_t>(blockRows_, rows - row);
-      for (std::int64_t i = 0; i < count; ++i) in >> part[static_cast<std::size_t>(i)];
-      if (in.fail()) return false;
+      if (in.readNumbers(part.data(), static_cast<std::size_t>(count)).fail()) return false;
       if (!writeTo(columnFile_, columnOffset(row / blockRows_, column, 0), part.data(), count)) return false;
     }
   }

@@ -42,6 +42,10 @@ void expectRows(const sampValues& store, const Table& table) {
     ASSERT_TRUE(store.getRow(r, row.data())) << store.errorText();
     ASSERT_TRUE(row == table[r]) << "row " << r;
   }
+  std::vector<double> rest(row.size() * table.size());
+  ASSERT_TRUE(store.getRows(1, store.rows() - 1, rest.data())) << store.errorText();
+  for (std::size_t r = 1; r < table.size(); ++r)
+    ASSERT_TRUE(std::equal(table[r].begin(), table[r].end(), rest.begin() + (r - 1) * row.size())) << "rows from 1";
 }
 
 void expectColumns(const sampValues& store, const Table& table) {
