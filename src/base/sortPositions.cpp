@@ -40,9 +40,25 @@ std::size_t digitOf(std::uint64_t key, int digit) {
   return key >> (digit * kDigitBits) & (kDigitValues - 1);
 }
 
+// A value's key and place.
 struct Entry {
+  static Entry of(std::uint64_t key, std::size_t i) { return {key, static_cast<std::int32_t>(i)}; }
+  std::uint64_t bits() const { return key; }
+  std::int32_t place() const { return position; }
+
   std::uint64_t key;
   std::int32_t position;
+};
+
+// The same in half the room, of few values: the leading bits of the key above the place.
+struct ShortEntry {
+  static ShortEntry of(std::uint64_t key, std::size_t i) { return {(key & ~kPlace) | i}; }
+  std::uint64_t bits() const { return word; }
+  std::int32_t place() const { return static_cast<std::int32_t>(word & kPlace); }
+
+  static constexpr std::uint64_t kPlace = kManyKeys - 1;
+  static_assert((kPlace & kManyKeys) == 0 && kPlace < std::uint64_t{1} << (kDigitBits * (kDigits - kDigitsOfFew)));
+  std::uint64_t word;
 };
 
 // Calls step(i) for 0 to below `count`. False: stopped, in a report of which one comes every some milliseconds.
@@ -61,11 +77,13 @@ enum class Runs { Sorted, Long, Stopped };
 
 // Entries of equal leading bits stand together, in the order of their positions: sorts each such run by the whole key.
 // Long: a run is so long that this would take its time.
-Runs sortRuns(std::span<Entry> entries, int bitsBelow, const Progress& progress) {
+template <class Item>
+Runs sortRuns(std::span<Item> entries, int bitsBelow, const std::vector<double>& values, const Progress& progress) {
   constexpr std::ptrdiff_t kShortRun = 16;
   constexpr std::ptrdiff_t kLongRun = 2000;
   constexpr std::ptrdiff_t kAtOnce = std::ptrdiff_t{1} << 18;
-  const auto less = [](const Entry& a, const Entry& b) { return a.key < b.key; };
+  const auto keyOf = [&values](const Item& item) { return sortKey(values[static_cast<std::size_t>(item.place())]); };
+  const auto less = [&keyOf](const Item& a, const Item& b) { return keyOf(a) < keyOf(b); };
   auto reported = entries.begin();
   for (auto run = entries.begin(); run != entries.end();) {
     if (run - reported > kAtOnce) {
@@ -73,7 +91,7 @@ Runs sortRuns(std::span<Entry> entries, int bitsBelow, const Progress& progress)
       if (!progress.report(run - entries.begin(), std::ssize(entries))) return Runs::Stopped;
     }
     auto end = run + 1;
-    while (end != entries.end() && end->key >> bitsBelow == run->key >> bitsBelow) ++end;
+    while (end != entries.end() && end->bits() >> bitsBelow == run->bits() >> bitsBelow) ++end;
     if (end - run <= kShortRun) {
       for (auto next = run + 1; next != end; ++next)
         std::rotate(std::upper_bound(run, next, *next, less), next, next + 1);
@@ -89,10 +107,11 @@ Runs sortRuns(std::span<Entry> entries, int bitsBelow, const Progress& progress)
 // Digits from `first` on, the least significant of them first: each pass keeps the order of the one before, so equal
 // digits stay in place. The leading digits leave few neighbours to be sorted by the rest of the keys; where they leave
 // many, all digits are used. Empty after a stop.
+template <class Item>
 std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, int first, const Progress& progress) {
   // Not filled with zeros first: every entry is written before it is read.
-  auto entries = std::make_unique_for_overwrite<Entry[]>(values.size());
-  auto sorted = std::make_unique_for_overwrite<Entry[]>(values.size());
+  auto entries = std::make_unique_for_overwrite<Item[]>(values.size());
+  auto sorted = std::make_unique_for_overwrite<Item[]>(values.size());
   std::array<std::array<std::size_t, kDigitValues>, kDigits> counts{};
   const int steps = kDigits - first + 3;  // keys, passes, runs, positions
   int step = 0;
@@ -101,32 +120,35 @@ std::vector<std::int32_t> sortByDigits(const std::vector<double>& values, int fi
     return progress.part((step - 1.0) / steps, static_cast<double>(step) / steps);
   };
   bool going = forAll(values.size(), nextPart(), [&](std::size_t i) {
-    entries[i] = {sortKey(values[i]), static_cast<std::int32_t>(i)};
-    for (int digit = first; digit < kDigits; ++digit)
-      ++counts[static_cast<std::size_t>(digit)][digitOf(entries[i].key, digit)];
+    const std::uint64_t key = sortKey(values[i]);
+    entries[i] = Item::of(key, i);
+    for (int digit = first; digit < kDigits; ++digit) ++counts[static_cast<std::size_t>(digit)][digitOf(key, digit)];
   });
   for (int digit = first; digit < kDigits && going; ++digit) {
     const Progress ofPass = nextPart();
     auto& starts = counts[static_cast<std::size_t>(digit)];
-    if (starts[digitOf(entries[0].key, digit)] == values.size()) continue;  // all alike
+    if (starts[digitOf(entries[0].bits(), digit)] == values.size()) continue;  // all alike
     std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), std::size_t{0});
     going = forAll(values.size(), ofPass,
-                   [&](std::size_t i) { sorted[starts[digitOf(entries[i].key, digit)]++] = entries[i]; });
+                   [&](std::size_t i) { sorted[starts[digitOf(entries[i].bits(), digit)]++] = entries[i]; });
     entries.swap(sorted);
   }
   const Progress ofRuns = nextPart();
-  const Runs runs =
-      going && first > 0 ? sortRuns({entries.get(), values.size()}, first * kDigitBits, ofRuns) : Runs::Sorted;
-  if (runs == Runs::Long) return sortByDigits(values, 0, progress.part((step - 1.0) / steps, 1.0));
+  const Runs runs = going && first > 0
+                        ? sortRuns<Item>({entries.get(), values.size()}, first * kDigitBits, values, ofRuns)
+                        : Runs::Sorted;
+  if (runs == Runs::Long) return sortByDigits<Entry>(values, 0, progress.part((step - 1.0) / steps, 1.0));
   if (!going || runs == Runs::Stopped) return {};
   std::vector<std::int32_t> positions(values.size());
-  going = forAll(positions.size(), nextPart(), [&](std::size_t p) { positions[p] = entries[p].position; });
+  going = forAll(positions.size(), nextPart(), [&](std::size_t p) { positions[p] = entries[p].place(); });
   return going ? positions : std::vector<std::int32_t>();
 }
 
 std::vector<std::int32_t> positionsOf(const std::vector<double>& values, const Progress& progress) {
+  if (values.size() >= kMinDigitSort && values.size() < kManyKeys)
+    return sortByDigits<ShortEntry>(values, kDigits - kDigitsOfFew, progress);
   if (values.size() >= kMinDigitSort && values.size() <= kMaxDigitSort)
-    return sortByDigits(values, kDigits - (values.size() < kManyKeys ? kDigitsOfFew : kDigitsOfMany), progress);
+    return sortByDigits<Entry>(values, kDigits - kDigitsOfMany, progress);
   std::vector<std::int32_t> positions(values.size());
   std::iota(positions.begin(), positions.end(), 0);
   std::stable_sort(positions.begin(), positions.end(), [&values](std::int32_t a, std::int32_t b) {
