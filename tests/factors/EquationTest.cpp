@@ -41,14 +41,19 @@ TEST(NumberLiteralTest, EnteringValueIsWhatTheEvaluatorReads) {
               std::bit_cast<std::uint64_t>(enteringValue(value, precision)))
         << text;
   }
-  // Many at once, those that are plain and those that aren't beside each other.
+  // Many at once, of all sizes or of neighbouring ones, those that are plain and those that aren't beside each other.
   std::vector<double> values(2 * 4099), entering(4099);
-  for (long block = 0; block < std::max(count / 4099, 1L); ++block) {
+  for (long block = 0; block < std::max(count / 4099, 10L); ++block) {
+    const int least = block % 2 == 0 ? -4 : static_cast<int>(random() % 12) - 5;
+    const std::uint64_t sizes = block % 2 == 0 ? 12 : random() % 3 + 1;
+    const std::size_t others = block % 4 < 2 ? 1 : 1000;
     for (std::size_t i = 0; i < values.size(); ++i) {
       const std::uint64_t bits = random();
-      values[i] = (static_cast<double>(bits >> 11) * 0x1p-53 - 0.5) * std::pow(10.0, static_cast<int>(bits % 12) - 4);
-      if (i % 6 == 0) values[i] = std::bit_cast<double>(bits);
-      if (i % 34 == 0)
+      values[i] =
+          (static_cast<double>(bits >> 11) * 0x1p-53 - 0.5) * std::pow(10.0, static_cast<int>(bits % sizes) + least);
+      if (i % (6 * others) == 0) values[i] = std::bit_cast<double>(bits);
+      if (i % (46 * others) == 0) values[i] = -0.0;
+      if (i % (34 * others) == 0)
         values[i] = (100000.5 + static_cast<double>(bits % 900000)) * std::pow(10.0, -static_cast<int>(i % 10));
     }
     enteringValues(values.data(), 2, entering.size(), entering.data());
