@@ -5,8 +5,10 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <tuple>
 
+#include "base/VectorUnits.h"
 #include "factors/Evaluator.h"
 #include "factors/EvaluatorPass.h"
 #include "factors/integerPower.h"
@@ -15,6 +17,34 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kMaxRegisters = 4096;  // beyond what anybody writes: four megabytes of rows
+
+template <class Compute>
+TARVEX_INLINE void computeRows(const double* a, const double* b, double* out, std::size_t rows, Compute compute) {
+  for (std::size_t i = 0; i < rows; ++i) out[i] = compute(a[i], b[i]);
+}
+
+template <class Compute>
+TARVEX_WIDE void computeWide(const double* a, const double* b, double* out, std::size_t rows, Compute compute) {
+  computeRows(a, b, out, rows, compute);
+}
+
+// Operations that a processor has for several numbers at a time.
+template <class Compute>
+void compute(const double* a, const double* b, double* out, std::size_t rows, Compute operation) {
+  if (hasWideUnits())
+    computeWide(a, b, out, rows, operation);
+  else
+    computeRows(a, b, out, rows, operation);
+}
+
+// 1.0 where an input of `column` isn't finite: only a finite number less itself is 0.
+TARVEX_INLINE void failRows(const double* column, std::size_t rows, double* failed) {
+  for (std::size_t i = 0; i < rows; ++i) failed[i] = column[i] - column[i] == 0.0 ? failed[i] : 1.0;
+}
+
+TARVEX_WIDE void failRowsWide(const double* column, std::size_t rows, double* failed) {
+  failRows(column, rows, failed);
+}
 
 }  // namespace
 
@@ -36,7 +66,11 @@ class EquationProgram::Compiler {
 
   Value number(double value) {
     const auto [found, isNew] = constants_.try_emplace(std::bit_cast<std::uint64_t>(value), 0);
-    if (isNew) std::fill_n(rowsOf(found->second = newRegister()), kBlockRows, value);
+    if (isNew) {
+      found->second = newRegister();
+      std::fill_n(rowsOf(found->second), kBlockRows, value);
+      isConstant_.insert(found->second);
+    }
     return found->second;
   }
   bool read(std::string_view name, Value& value) {
@@ -51,15 +85,15 @@ class EquationProgram::Compiler {
     return true;
   }
   bool combine(Operation operation, Value right, Value& value) {
-    value = step({Kind::kCombine, operation, nullptr, value, right, value, 0});
+    const bool cannotFail = isConstant_.contains(right) && *rowsOf(right) != 0.0;
+    const Kind kind = operation == Operation::kDivide && cannotFail ? Kind::kQuotient : Kind::kCombine;
+    value = step({kind, operation, nullptr, value, right, value, 0});
     return true;
   }
   Value power(Value base, Value exponent) {
-    for (int whole = kLeastPower; whole <= kLargestPower; ++whole) {
-      const auto constant = constants_.find(std::bit_cast<std::uint64_t>(static_cast<double>(whole)));
-      if (constant != constants_.end() && constant->second == exponent)
+    for (int whole = kLeastPower; whole <= kLargestPower; ++whole)
+      if (isConstant_.contains(exponent) && *rowsOf(exponent) == whole)
         return step({Kind::kIntegerPower, {}, nullptr, base, base, static_cast<std::size_t>(whole), 0});
-    }
     return step({Kind::kPower, {}, nullptr, base, exponent, base, 0});
   }
   Value negate(Value value) { return step({Kind::kNegate, {}, nullptr, value, value, value, 0}); }
@@ -69,6 +103,7 @@ class EquationProgram::Compiler {
   }
   Value call(const Function& function, const Value* arguments) {
     const Value first = arguments[0];
+    if (function.name == "fabs") return step({Kind::kMagnitude, {}, nullptr, first, first, first, 0});
     if (function.one != nullptr) return step({Kind::kOne, {}, &function, first, first, first, 0});
     return step({Kind::kTwo, {}, &function, first, arguments[1], first, 0});
   }
@@ -103,14 +138,28 @@ class EquationProgram::Compiler {
         known_.try_emplace({step.kind, step.operation, step.function, step.a, step.b, step.c}, 0);
     if (isNew) {
       found->second = step.out = newRegister();
-      program_.steps_.push_back(step);
+      if (!isFolded(step)) program_.steps_.push_back(step);
     }
     return found->second;
+  }
+  // Takes a step over numbers, but for one that fails.
+  bool isFolded(const Step& step) {
+    const Value others[] = {step.b, step.kind == Kind::kIntegerPower ? step.a : step.c};
+    if (isTooLong() || !isConstant_.contains(step.a) || !isConstant_.contains(others[0]) ||
+        !isConstant_.contains(others[1]))
+      return false;
+    program_.begin_.resize(program_.registers_);
+    for (const Value place : {step.a, others[0], others[1]}) program_.begin_[place] = rowsOf(place);
+    double failed[kBlockRows] = {};
+    program_.runStep(step, kBlockRows, failed);
+    if (failed[0] == 0.0) isConstant_.insert(step.out);
+    return failed[0] == 0.0;
   }
 
   EquationProgram& program_;
   std::map<std::string_view, Value> symbols_;
   std::map<std::uint64_t, Value> constants_;
+  std::set<Value> isConstant_;  // all rows hold one number from the start
   std::map<std::tuple<Kind, Operation, const Function*, Value, Value, Value>, Value> known_;
 };
 
@@ -131,61 +180,56 @@ void EquationProgram::run(const double* const* columns, std::size_t rows, double
   for (std::size_t place = 0; place < registers_; ++place) begin_[place] = numbers_.data() + place * kBlockRows;
   for (const Loaded& input : inputs_) {
     const double* const column = begin_[input.place] = columns[input.column];
-    // Only a number less itself is 0.
-    for (std::size_t i = 0; i < rows; ++i) failed[i] = column[i] - column[i] == 0.0 ? failed[i] : 1.0;
+    if (hasWideUnits())
+      failRowsWide(column, rows, failed);
+    else
+      failRows(column, rows, failed);
   }
   for (const Step& step : steps_) runStep(step, rows, failed);
   std::copy_n(begin_[result_], rows, values);
 }
 
-template <class Compute>
-void EquationProgram::each(const Step& step, std::size_t rows, Compute compute) {
+void EquationProgram::runStep(const Step& step, std::size_t rows, double* failed) {
   const double* const a = begin_[step.a];
   const double* const b = begin_[step.b];
   double* const out = numbers_.data() + step.out * kBlockRows;
-  for (std::size_t i = 0; i < rows; ++i) out[i] = compute(a[i], b[i]);
-}
-
-void EquationProgram::runStep(const Step& step, std::size_t rows, double* failed) {
   switch (step.kind) {
     case Kind::kCombine:
       switch (step.operation) {
         case Operation::kAdd:
-          return each(step, rows, [](double a, double b) { return a + b; });
+          return compute(a, b, out, rows, [](double x, double y) { return x + y; });
         case Operation::kSubtract:
-          return each(step, rows, [](double a, double b) { return a - b; });
+          return compute(a, b, out, rows, [](double x, double y) { return x - y; });
         case Operation::kMultiply:
-          return each(step, rows, [](double a, double b) { return a * b; });
-        case Operation::kDivide: {
-          const double* const divisor = begin_[step.b];
-          for (std::size_t i = 0; i < rows; ++i) failed[i] = divisor[i] == 0.0 ? 1.0 : failed[i];
-          return each(step, rows, [](double a, double b) { return a / b; });
-        }
+          return compute(a, b, out, rows, [](double x, double y) { return x * y; });
+        case Operation::kDivide:
+          for (std::size_t i = 0; i < rows; ++i) failed[i] = b[i] == 0.0 ? 1.0 : failed[i];
+          return compute(a, b, out, rows, [](double x, double y) { return x / y; });
         default:
-          return each(step, rows, [&step](double a, double b) { return combine(step.operation, a, b); });
+          return computeRows(a, b, out, rows, [&step](double x, double y) { return combine(step.operation, x, y); });
       }
     case Kind::kQuotient:
-      return each(step, rows, [](double a, double b) { return a / b; });
+      return compute(a, b, out, rows, [](double x, double y) { return x / y; });
     case Kind::kIntegerPower:
-      return integerPowers(static_cast<int>(step.c), begin_[step.a], numbers_.data() + step.out * kBlockRows, rows);
+      return integerPowers(static_cast<int>(step.c), a, out, rows);
     case Kind::kPower:
-      return each(step, rows, [](double a, double b) { return std::pow(a, b); });
+      return computeRows(a, b, out, rows, [](double x, double y) { return std::pow(x, y); });
     case Kind::kNegate:
-      return each(step, rows, [](double a, double) { return -a; });
+      return compute(a, b, out, rows, [](double x, double) { return -x; });
+    case Kind::kMagnitude:
+      return compute(a, b, out, rows, [](double x, double) { return std::fabs(x); });
     case Kind::kInvert:
-      return each(step, rows, [](double a, double) { return a == 0.0 ? 1.0 : 0.0; });
+      return compute(a, b, out, rows, [](double x, double) { return x == 0.0 ? 1.0 : 0.0; });
     case Kind::kChoose: {
-      const double* const condition = begin_[step.a];
-      const double* const yes = begin_[step.b];
       const double* const no = begin_[step.c];
-      double* const out = numbers_.data() + step.out * kBlockRows;
-      for (std::size_t i = 0; i < rows; ++i) out[i] = condition[i] != 0.0 ? yes[i] : no[i];
+      for (std::size_t i = 0; i < rows; ++i) out[i] = a[i] != 0.0 ? b[i] : no[i];
       return;
     }
     case Kind::kOne:
-      return each(step, rows, [function = step.function->one](double a, double) { return function(a); });
+      return computeRows(a, b, out, rows, [function = step.function->one](double x, double) { return function(x); });
     case Kind::kTwo:
-      return each(step, rows, [function = step.function->two](double a, double b) { return function(a, b); });
+      return computeRows(a, b, out, rows,
+                         [function = step.function->two](double x, double y) { return function(x, y); });
   }
 }
 

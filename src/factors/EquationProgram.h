@@ -11,7 +11,7 @@ namespace tarvex {
 
 // A text of the calculator language as a list of steps over numbered registers, compiled once and run over blocks of
 // rows. Nothing in the language branches, so each name is a register from one assignment to the next. The steps compute
-// what the evaluator computes, in its order.
+// what the evaluator computes, in its order; a step over numbers alone is taken once, by the compiler.
 class EquationProgram {
  public:
   static constexpr std::size_t kBlockRows = 128;
@@ -41,6 +41,7 @@ class EquationProgram {
     kIntegerPower,  // to `c`, which is no register
     kPower,
     kNegate,
+    kMagnitude,
     kInvert,
     kChoose,
     kOne,  // function of one argument
@@ -59,8 +60,6 @@ class EquationProgram {
   };
 
   void runStep(const Step& step, std::size_t rows, double* failed);
-  template <class Compute>
-  void each(const Step& step, std::size_t rows, Compute compute);
 
   std::vector<Step> steps_;
   std::vector<Loaded> inputs_;

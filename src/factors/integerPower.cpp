@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "base/VectorUnits.h"
+
 namespace tarvex {
 namespace {
 
@@ -18,7 +20,7 @@ struct Product {
   double rest;
 };
 
-Product product(double a, double b) {
+TARVEX_INLINE Product product(double a, double b) {
   constexpr double kSplit = 134217729.0;  // 2^27 + 1
   const double bigA = kSplit * a;
   const double highA = bigA - (bigA - a);
@@ -31,7 +33,7 @@ Product product(double a, double b) {
 }
 
 template <int kExponent>
-Product power(double x) {
+TARVEX_INLINE Product power(double x) {
   const Product square = product(x, x);
   if constexpr (kExponent == 2) return square;
   const Product next = product(square.nearest, kExponent == 3 ? x : square.nearest);
@@ -40,36 +42,55 @@ Product power(double x) {
   return {nearest, (next.nearest - nearest) + rest};
 }
 
-// Whether every double within 0.54 units in the last place of the power is the nearest one. A power of two has a nearer
-// neighbour below: not there.
-bool isCertain(const Product& power) {
+// 0.0 where every double that pow() may give, as said in the header, is the nearest one to the power. A power of two
+// has a nearer neighbour below: 1.0 there.
+TARVEX_INLINE double doubtOf(double size, const Product& power) {
+  // Fourth powers and their rests stay inside the range of normal doubles.
+  constexpr double kLeast = 1e-60;
+  constexpr double kLargest = 1e60;
+  // Half a unit in the last place less what pow() errs by beyond half a unit, and some room.
   constexpr double kNearest = 0.44;
+  constexpr double kNearestOfMedium = 0.48;
+  constexpr double kLargestMedium = 0x1p16;
   constexpr std::uint64_t kMantissa = (std::uint64_t{1} << 52) - 1;
   constexpr std::uint64_t kExponent = 0x7ff0000000000000;
   const std::uint64_t bits = std::bit_cast<std::uint64_t>(power.nearest);
   const double unit = std::bit_cast<double>(bits & kExponent) * 0x1p-52;
-  return ((bits & kMantissa) != 0) & (std::fabs(power.rest) <= kNearest * unit);
+  const double nearest = (size > 1.0 / kLargestMedium) & (size < kLargestMedium) ? kNearestOfMedium : kNearest;
+  const bool isCertain =
+      (size > kLeast) & (size < kLargest) & ((bits & kMantissa) != 0) & (std::fabs(power.rest) <= nearest * unit);
+  return isCertain ? 0.0 : 1.0;
+}
+
+// Values and doubts.
+template <int kExponent>
+TARVEX_INLINE void powerRows(const double* x, double* result, double* doubts, std::size_t rows) {
+  for (std::size_t i = 0; i < rows; ++i) {
+    const Product found = power<kExponent>(x[i]);
+    result[i] = found.nearest;
+    doubts[i] = doubtOf(std::fabs(x[i]), found);
+  }
+}
+
+template <int kExponent>
+TARVEX_WIDE void powerRowsWide(const double* x, double* result, double* doubts, std::size_t rows) {
+  powerRows<kExponent>(x, result, doubts, rows);
 }
 
 template <int kExponent>
 void powers(const double* x, double* result, std::size_t count) {
-  // Fourth powers and their rests stay inside the range of normal doubles.
-  constexpr double kLeast = 1e-60;
-  constexpr double kLargest = 1e60;
-  constexpr std::size_t kBlock = 64;
-  bool isGood[kBlock];
+  constexpr std::size_t kBlock = 128;
+  double doubts[kBlock];
   for (std::size_t first = 0; first < count; first += kBlock) {
     const std::size_t rows = std::min(kBlock, count - first);
     const double* const from = x + first;
     double* const to = result + first;
-    for (std::size_t i = 0; i < rows; ++i) {
-      const double size = std::fabs(from[i]);
-      const Product found = power<kExponent>(from[i]);
-      to[i] = found.nearest;
-      isGood[i] = (size > kLeast) & (size < kLargest) & isCertain(found);
-    }
+    if (hasWideUnits())
+      powerRowsWide<kExponent>(from, to, doubts, rows);
+    else
+      powerRows<kExponent>(from, to, doubts, rows);
     for (std::size_t i = 0; i < rows; ++i)
-      if (!isGood[i]) to[i] = kPow(from[i], static_cast<double>(kExponent));
+      if (doubts[i] != 0.0) to[i] = kPow(from[i], static_cast<double>(kExponent));
   }
 }
 
