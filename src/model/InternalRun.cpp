@@ -47,7 +47,7 @@ bool InternalRun::prepare() {
     copies_.assign(partsOf(blocks, leastBlocks(model_)) - 1, model_);
   });
   if (!hasRoom) return fail(kNotEnoughMemory);
-  outputs_.resize(names.size());
+  outputs_ = names.size();
   evaluated_ = 0;
   results_.reset(std::move(names));
   progress_ = 0.0f;
@@ -56,35 +56,43 @@ bool InternalRun::prepare() {
   return true;
 }
 
+float InternalRun::percentOf(std::int32_t runs) const {
+  return static_cast<float>(static_cast<double>(runs) / samples_.rows() * 100.0);
+}
+
+// The least number of runs, beyond those that are there, that is `target` percent of all, or all of them.
+std::int32_t InternalRun::runsUpTo(float target) const {
+  std::int32_t below = results_.runCount();
+  std::int32_t reached = samples_.rows();
+  while (reached - below > 1) {
+    const std::int32_t middle = below + (reached - below) / 2;
+    (percentOf(middle) < target ? below : reached) = middle;
+  }
+  return reached;
+}
+
 std::int32_t InternalRun::advance(float target, const Progress& progress) {
-  constexpr std::int32_t kEquationsAReport = 64;  // below a millisecond, even where they are long
   constexpr float kDone = 100.0f;
   // In single precision the last of many millions of runs all stand at 100 percent: they are done in one go.
-  std::int32_t evaluated = 0;
   while (results_.runCount() < samples_.rows() && (progress_ < target || progress_ >= kDone)) {
-    if (!addRun()) return -1;
-    progress_ = static_cast<float>(static_cast<double>(results_.runCount()) / samples_.rows() * 100.0);
-    evaluated += model_.numExpressions();
-    if (evaluated < kEquationsAReport) continue;
-    evaluated = 0;
+    if (!addRuns(progress_ >= kDone ? samples_.rows() : runsUpTo(target))) return -1;
+    progress_ = percentOf(results_.runCount());
     if (!progress.report(results_.runCount(), samples_.rows())) return -1;
   }
   return static_cast<std::int32_t>(progress_);
 }
 
-bool InternalRun::addRun() {
+// Those up to the one before `last` that are evaluated together.
+bool InternalRun::addRuns(std::int32_t last) {
   const std::int32_t run = results_.runCount();
   const bool isKnown = run >= firstEvaluated_ && run - firstEvaluated_ < evaluated_;
   if (!isKnown && !evaluateFrom(run)) return false;
-  const std::size_t place = static_cast<std::size_t>(run - firstEvaluated_);
-  if (failed_[place] == 0.0) {
-    std::copy_n(rowOutputs_.begin() + static_cast<std::ptrdiff_t>(place * outputs_.size()), outputs_.size(),
-                outputs_.begin());
-  } else {
-    outputs_.assign(outputs_.size(), std::numeric_limits<double>::quiet_NaN());
-    if (failedRuns_++ == 0) firstFailed_ = run;
-  }
-  return results_.appendRun(ModelResults::singleTime(), outputs_) || fail(notStored(results_));
+  const auto first = static_cast<std::size_t>(run - firstEvaluated_);
+  const auto end = static_cast<std::size_t>(std::min(evaluated_, last - firstEvaluated_));
+  for (std::size_t place = first; place < end; ++place)
+    if (failed_[place] != 0.0 && failedRuns_++ == 0) firstFailed_ = firstEvaluated_ + static_cast<std::int32_t>(place);
+  return results_.appendRuns(static_cast<std::int32_t>(end - first), rowOutputs_.data() + first * outputs_) ||
+         fail(notStored(results_));
 }
 
 // Some milliseconds of work on one core, so that threads pay; one block where that takes as long.
@@ -101,16 +109,17 @@ bool InternalRun::evaluateFrom(std::int32_t run) {
   const std::int32_t count = std::min(static_cast<std::int32_t>(failed_.size()), samples_.rows() - run);
   const std::size_t width = static_cast<std::size_t>(samples_.columns());
   evaluated_ = 0;
-  for (std::int32_t i = 0; i < count; ++i)
-    if (!samples_.getRow(run + i, rows_.data() + static_cast<std::size_t>(i) * width))
-      return fail("The sample cannot be read: " + samples_.errorText());
+  if (!samples_.getRows(run, count, rows_.data())) return fail("The sample cannot be read: " + samples_.errorText());
   const auto runs = static_cast<std::size_t>(count);
   inParts((runs + kRows - 1) / kRows, leastBlocks(model_), [&](std::size_t part, std::size_t first, std::size_t last) {
     InternalModel& model = part == 0 ? model_ : copies_[part - 1];
     for (std::size_t row = first * kRows; row < std::min(last * kRows, runs); row += kRows)
-      model.evaluateRows(rows_.data() + row * width, std::min(kRows, runs - row),
-                         rowOutputs_.data() + row * outputs_.size(), failed_.data() + row);
+      model.evaluateRows(rows_.data() + row * width, std::min(kRows, runs - row), rowOutputs_.data() + row * outputs_,
+                         failed_.data() + row);
   });
+  for (std::size_t row = 0; row < runs; ++row)
+    if (failed_[row] != 0.0)
+      std::fill_n(rowOutputs_.data() + row * outputs_, outputs_, std::numeric_limits<double>::quiet_NaN());
   firstEvaluated_ = run;
   evaluated_ = count;
   return true;

@@ -36,7 +36,9 @@ class InternalRun {
 
  private:
   bool fail(const std::string& text);
-  bool addRun();
+  float percentOf(std::int32_t runs) const;
+  std::int32_t runsUpTo(float target) const;
+  bool addRuns(std::int32_t last);
   bool evaluateFrom(std::int32_t run);
   std::size_t blocksAtOnce() const;
 
@@ -44,14 +46,15 @@ class InternalRun {
   std::vector<InternalModel> copies_;  // of the model, one for each core beyond the first
   const sampValues& samples_;
   ModelResults& results_;
-  // The runs from firstEvaluated_ on whose outputs are known, some blocks: inputs, outputs, failures.
+  // The runs from firstEvaluated_ on whose outputs are known, some blocks: inputs, outputs, nan where it failed, and
+  // failures.
   std::int32_t firstEvaluated_ = 0;
   std::int32_t evaluated_ = 0;
   std::vector<double> rows_;
   std::vector<double> rowOutputs_;
   std::vector<double> failed_;
-  std::vector<double> outputs_;  // scratch: those of one run
-  float progress_ = 0.0f;        // in percent
+  std::size_t outputs_ = 0;  // of a run
+  float progress_ = 0.0f;    // in percent
   std::int32_t failedRuns_ = 0;
   std::int32_t firstFailed_ = -1;
   std::string errorText_ = "No errors";

@@ -51,6 +51,13 @@ bool ModelResults::appendRun(const std::vector<double>& times, const std::vector
   return true;
 }
 
+bool ModelResults::appendRuns(std::int32_t count, const double* values) {
+  if (count > std::numeric_limits<std::int32_t>::max() - runCount()) return false;
+  if (!dataFile_.append(values, static_cast<std::size_t>(count) * outputNames_.size())) return false;
+  runTimes_.addRuns(count, singleTime());
+  return true;
+}
+
 bool ModelResults::appendMissing(std::int32_t count, const std::vector<double>& times) {
   const std::vector<double> nothing(times.size() * outputNames_.size(), std::numeric_limits<double>::quiet_NaN());
   for (std::int32_t i = 0; i < count; ++i)

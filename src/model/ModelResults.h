@@ -50,6 +50,9 @@ class ModelResults {
   // A run with its time points and, time after time, a value for each output. False when the working file can't take
   // it; results that lost a value stay unreadable until they are cleared.
   [[nodiscard]] bool appendRun(const std::vector<double>& times, const std::vector<double>& values);
+  // `count` runs of a model without a time axis, the outputs of each behind those of the run before. False as
+  // above.
+  [[nodiscard]] bool appendRuns(std::int32_t count, const double* values);
   // `count` runs of which nothing is known: all nan at these time points.
   [[nodiscard]] bool appendMissing(std::int32_t count, const std::vector<double>& times);
   void cut(std::int32_t runs);  // drops the runs from this one on
