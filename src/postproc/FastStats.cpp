@@ -76,19 +76,18 @@ bool FastStats::computeAll(const PrepConfiguration& prep, const OutputTable& out
   makeRecords(prep, *design);
   if (!checkDesign(*design)) return false;
   CurveSpectrum spectrum;
-  return computeColumns(
-      outputs, progress, [&](std::int32_t variable, const std::vector<double>& runs, const Progress& part) {
-        return design->analysisMode() == FastSampler::kClassic ? computeClassic(variable, *design, runs, spectrum, part)
-                                                               : computeBlocks(variable, *design, runs, spectrum, part);
-      });
+  return computeColumns(outputs, progress, [&](std::int32_t variable, const double* runs, const Progress& part) {
+    return design->analysisMode() == FastSampler::kClassic ? computeClassic(variable, *design, runs, spectrum, part)
+                                                           : computeBlocks(variable, *design, runs, spectrum, part);
+  });
 }
 
 // First order of factor i with frequency w on the one curve of n runs, with S the spectrum of the output:
 //   S_i = (S(w) + S(2w) + S(3w) + S(4w)) / (sum of squares / (n - 1))
 // R. I. Cukier, C. M. Fortuin, K. E. Shuler, A. G. Petschek, J. H. Schaibly, J. Chem. Phys. 59 (1973) 3873.
-bool FastStats::computeClassic(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
+bool FastStats::computeClassic(std::int32_t variable, const FastSampler& design, const double* runs,
                                CurveSpectrum& spectrum, const Progress& progress) {
-  if (!spectrum.load(runs.data(), design.numSamples, progress.part(0.0, kLoaded))) return false;
+  if (!spectrum.load(runs, design.numSamples, progress.part(0.0, kLoaded))) return false;
   const Progress part = progress.part(kLoaded, 1.0);
   const long double total = spectrum.variance();
   std::size_t block = 0;
@@ -106,11 +105,11 @@ bool FastStats::computeClassic(std::int32_t variable, const FastSampler& design,
 //   S_i = sum(S(w) + S(2w) + S(3w) + S(4w)) / sum(D),   ST_i = 1 - sum(S(1) + ... + S(w / 2)) / sum(D)
 // with D the variance of a curve about its own mean.
 // A. Saltelli, S. Tarantola, K. P.-S. Chan, Technometrics 41 (1999) 39.
-bool FastStats::computeBlocks(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
+bool FastStats::computeBlocks(std::int32_t variable, const FastSampler& design, const double* runs,
                               CurveSpectrum& spectrum, const Progress& progress) {
-  const double* next = runs.data();
+  const double* next = runs;
   const double* const end = next + design.numSamples;
-  const auto done = [&] { return static_cast<double>(next - runs.data()) / static_cast<double>(end - runs.data()); };
+  const auto done = [&] { return static_cast<double>(next - runs) / static_cast<double>(end - runs); };
   std::size_t unit = 0;
   for (IndexRecord& record : records) {
     if (record.kind != FactorKind::Uncertain) continue;

@@ -35,10 +35,10 @@ class FastStats : public SensitivityStats {
   bool hasAny(Slot slot) const;  // other than 0
   void makeRecords(const PrepConfiguration& prep, const FastSampler& design);
   bool checkDesign(const FastSampler& design);
-  bool computeClassic(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
-                      CurveSpectrum& spectrum, const Progress& progress);
-  bool computeBlocks(std::int32_t variable, const FastSampler& design, const std::vector<double>& runs,
-                     CurveSpectrum& spectrum, const Progress& progress);
+  bool computeClassic(std::int32_t variable, const FastSampler& design, const double* runs, CurveSpectrum& spectrum,
+                      const Progress& progress);
+  bool computeBlocks(std::int32_t variable, const FastSampler& design, const double* runs, CurveSpectrum& spectrum,
+                     const Progress& progress);
 };
 
 }  // namespace tarvex

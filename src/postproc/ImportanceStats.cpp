@@ -69,12 +69,12 @@ bool ImportanceStats::computeAll(const PrepConfiguration& prep, const OutputTabl
   variableCount = outputs.columns();
   makeFactorRecords(prep);
   return computeColumns(outputs, progress.part(kChecked, 1.0),
-                        [&](std::int32_t variable, std::vector<double>& runs, const Progress& part) {
-                          return computeVariable(variable, *design, runs, part);
+                        [&](std::int32_t variable, const double* runs, const Progress& part) {
+                          return computeVariable(variable, *design, {runs, runs + outputs.rows()}, part);
                         });
 }
 
-bool ImportanceStats::computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double>& runs,
+bool ImportanceStats::computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double> runs,
                                       const Progress& progress) {
   const double mean = seriesMean(runs.data(), runs.size());
   double squares = 0.0;

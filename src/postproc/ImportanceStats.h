@@ -20,7 +20,7 @@ class ImportanceStats : public SensitivityStats {
   bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) override;
 
  private:
-  bool computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double>& runs,
+  bool computeVariable(std::int32_t variable, const RepLatinSampler& design, std::vector<double> runs,
                        const Progress& progress);
 };
 

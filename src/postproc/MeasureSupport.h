@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -35,12 +36,9 @@ const SamplerClass* designFor(const PrepConfiguration& prep, const OutputTable& 
 template <class Sum = double>
 Sum seriesMean(const double* values, std::size_t count) {
   Sum sum = 0.0;
-  bool constant = true;
-  for (std::size_t i = 0; i < count; ++i) {
-    sum += values[i];
-    constant = constant && values[i] == values[0];
-  }
-  return constant && count > 0 ? Sum{values[0]} : sum / static_cast<Sum>(count);
+  for (std::size_t i = 0; i < count; ++i) sum += values[i];
+  const bool constant = count > 0 && std::all_of(values, values + count, [&](double x) { return x == values[0]; });
+  return constant ? Sum{values[0]} : sum / static_cast<Sum>(count);
 }
 
 }  // namespace tarvex

@@ -39,17 +39,16 @@ bool MorrisStats::computeAll(const PrepConfiguration& prep, const OutputTable& o
   if (!fits(*design, prep.factors.correlatableCount())) return fail(kDesignDamaged);
   variableCount = outputs.columns();
   makeFactorRecords(prep);
-  return computeColumns(outputs, progress,
-                        [&](std::int32_t variable, const std::vector<double>& runs, const Progress&) {
-                          computeVariable(variable, *design, runs);
-                          return true;
-                        });
+  return computeColumns(outputs, progress, [&](std::int32_t variable, const double* runs, const Progress&) {
+    computeVariable(variable, *design, runs);
+    return true;
+  });
 }
 
 // Over the r absolute effects |e| of a factor: mean |sum / r|, spread sqrt((r sum(e^2) - sum(e)^2) / ((r - 1) r)).
 // M. D. Morris, Technometrics 33 (1991) 161; absolute effects after F. Campolongo, J. Cariboni, A. Saltelli, Environ.
 // Model. Softw. 22 (2007) 1509.
-void MorrisStats::computeVariable(std::int32_t variable, const MorrisSampler& design, const std::vector<double>& runs) {
+void MorrisStats::computeVariable(std::int32_t variable, const MorrisSampler& design, const double* runs) {
   struct Sums {
     double effects = 0.0;
     double squares = 0.0;

@@ -20,7 +20,7 @@ class MorrisStats : public SensitivityStats {
   bool computeAll(const PrepConfiguration& prep, const OutputTable& outputs, const Progress& progress) override;
 
  private:
-  void computeVariable(std::int32_t variable, const MorrisSampler& design, const std::vector<double>& runs);
+  void computeVariable(std::int32_t variable, const MorrisSampler& design, const double* runs);
 };
 
 }  // namespace tarvex

@@ -76,8 +76,9 @@ class SensitivityStats {
   void makeFactorRecords(const PrepConfiguration& prep);
   bool fail(std::string_view reason);  // sets errorText and returns false
   // Hands the columns of `outputs` to `work`, one at a time with its part of the progress, and then counts as computed.
-  // False when a column can't be read or `work` gives up.
-  using ColumnWork = std::function<bool(std::int32_t variable, std::vector<double>& runs, const Progress& progress)>;
+  // False when a column can't be read or `work` gives up. `runs` is the column in the window of `outputs`, which `work`
+  // leaves alone.
+  using ColumnWork = std::function<bool(std::int32_t variable, const double* runs, const Progress& progress)>;
   bool computeColumns(const OutputTable& outputs, const Progress& progress, const ColumnWork& work);
 
   // What distinguishes the classes' blocks: the numbers of the header, how many records follow, whether a record lists

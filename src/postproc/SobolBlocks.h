@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 #include <vector>
+
+#include "base/Progress.h"
 
 namespace tarvex {
 
@@ -12,17 +12,22 @@ namespace tarvex {
 // matrices A and B.
 class SobolBlocks {
  public:
-  // Requires: at least two blocks of `baseSize` runs.
-  SobolBlocks(std::vector<double> runs, std::int32_t baseSize);
+  // Looks at the `count` runs, which outlive it. Requires: at least two blocks of `baseSize` runs.
+  SobolBlocks(const double* runs, std::size_t count, std::int32_t baseSize);
 
-  std::int64_t count() const { return static_cast<std::int64_t>(runs_.size()) / baseSize_; }
+  std::int64_t count() const { return static_cast<std::int64_t>(runCount_) / baseSize_; }
   double baseSize() const { return baseSize_; }
   // Sum of the products of two blocks' values, run by run. Requires: blocks below count().
   double product(std::int64_t first, std::int64_t second) const;
-  // The same of several pairs of blocks, in one sweep over the runs.
-  using Pair = std::pair<std::int64_t, std::int64_t>;
-  template <std::size_t Count>
-  std::array<double, Count> products(const std::array<Pair, Count>& pairs) const;
+  // The same of both base blocks with a factor's two blocks: B with the factor's column of A, and the mirrored one.
+  struct FactorProducts {
+    double aBlock = 0.0;
+    double bBlock = 0.0;
+    double aMirrored = 0.0;
+    double bMirrored = 0.0;
+  };
+  // Of `factors` factors, whose blocks begin at 2 and, mirrored, at 2 + factors. Empty when stopped.
+  std::vector<FactorProducts> factorProducts(std::int32_t factors, const Progress& progress) const;
 
   // Mean and variance of the base blocks.
   double meanA() const { return meanA_; }
@@ -31,30 +36,18 @@ class SobolBlocks {
   double varianceB() const { return varianceB_; }
 
  private:
-  const double* block(std::int64_t number) const { return runs_.data() + number * baseSize_; }
-  double blockVariance(std::int64_t number, double mean) const;
+  const double* block(std::int64_t number) const { return runs_ + number * baseSize_; }
+  void addProducts(FactorProducts& sums, const double* a, const double* b, const double* block, const double* mirrored,
+                   std::size_t count) const;
 
-  std::vector<double> runs_;
+  const double* runs_;
+  std::size_t runCount_;
   std::int32_t baseSize_;
+  double mean_ = 0.0;
   double meanA_ = 0.0;
   double meanB_ = 0.0;
   double varianceA_ = 0.0;
   double varianceB_ = 0.0;
 };
-
-// The sums don't wait for each other's additions, as one after the other would.
-template <std::size_t Count>
-std::array<double, Count> SobolBlocks::products(const std::array<Pair, Count>& pairs) const {
-  std::array<const double*, Count> first{};
-  std::array<const double*, Count> second{};
-  for (std::size_t k = 0; k < Count; ++k) {
-    first[k] = block(pairs[k].first);
-    second[k] = block(pairs[k].second);
-  }
-  std::array<double, Count> sums{};
-  for (std::int32_t i = 0; i < baseSize_; ++i)
-    for (std::size_t k = 0; k < Count; ++k) sums[k] += first[k][i] * second[k][i];
-  return sums;
-}
 
 }  // namespace tarvex

@@ -23,7 +23,6 @@ constexpr std::int64_t kBlockA = 0;
 constexpr std::int64_t kBlockB = 1;
 constexpr std::int64_t kFirstTerm = 2;  // block
 
-constexpr std::int64_t kBlocksAFactor = 4;      // products of blocks
 constexpr std::int64_t kOperationsATerm = 300;  // to find a term without one of its factors
 
 }  // namespace
@@ -70,8 +69,9 @@ bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const Sobol
   if (blocks != kFirstTerm + 2 * std::int64_t{extra}) return fail(kDesignDamaged);
   makeFactorRecords(prep);
   for (IndexRecord& record : records) record.groupNames = {record.name};
-  return computeColumns(outputs, progress, [&](std::int32_t variable, std::vector<double>& runs, const Progress& part) {
-    return firstAndTotal(variable, SobolBlocks(std::move(runs), design.baseSize()), part);
+  return computeColumns(outputs, progress, [&](std::int32_t variable, const double* runs, const Progress& part) {
+    return firstAndTotal(variable, SobolBlocks(runs, static_cast<std::size_t>(outputs.rows()), design.baseSize()),
+                         part);
   });
 }
 
@@ -83,17 +83,15 @@ bool SobolStats::computeFirstAndTotal(const PrepConfiguration& prep, const Sobol
 // Phys. Commun. 181 (2010) 259.
 bool SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks, const Progress& progress) {
   const double n = blocks.baseSize();
-  WorkPace pace(progress, extra, kBlocksAFactor * static_cast<std::int64_t>(n));
   const double vA = blocks.varianceA();
   const double vB = blocks.varianceB();
   const double base = blocks.product(kBlockA, kBlockB);
-  std::int64_t block = kFirstTerm;
+  const std::vector<SobolBlocks::FactorProducts> products = blocks.factorProducts(extra, progress);
+  if (progress.stopped()) return false;
+  auto next = products.begin();
   for (std::size_t i = 0; i < records.size(); ++i) {
     if (records[i].kind != FactorKind::Uncertain) continue;
-    if (!pace.step()) return false;
-    const std::int64_t mirrored = block + extra;
-    const auto [aBlock, bBlock, aMirrored, bMirrored] = blocks.products<kBlocksAFactor>(
-        {{{kBlockA, block}, {kBlockB, block}, {kBlockA, mirrored}, {kBlockB, mirrored}}});
+    const auto [aBlock, bBlock, aMirrored, bMirrored] = *next++;
     double& first = slot(i, variable, kIndex);
     double& total = slot(i, variable, kTotal);
     if (vA != 0.0) first = (aBlock - base) / (n * vA);
@@ -104,7 +102,6 @@ bool SobolStats::firstAndTotal(std::int32_t variable, const SobolBlocks& blocks,
       const double closedOthers = (aMirrored / n - blocks.meanA() * blocks.meanA()) / vA;
       total = (total + 1.0 - closedOthers) * 0.5;
     }
-    ++block;
   }
   return true;
 }
@@ -129,8 +126,8 @@ bool SobolStats::computeTerms(const PrepConfiguration& prep, const SobolSampler&
   if (!allFound) return fail(kDesignDamaged);
 
   makeTermRecords(prep, terms, withLast);
-  return computeColumns(outputs, progress, [&](std::int32_t variable, std::vector<double>& runs, const Progress& part) {
-    const SobolBlocks blocks(std::move(runs), design.baseSize());
+  return computeColumns(outputs, progress, [&](std::int32_t variable, const double* runs, const Progress& part) {
+    const SobolBlocks blocks(runs, static_cast<std::size_t>(outputs.rows()), design.baseSize());
     return closedAndTotals(variable, blocks, terms, part.part(0.0, 0.5)) &&
            indicesFromClosed(variable, blocks, terms, part.part(0.5, 1.0));
   });

@@ -1,10 +1,12 @@
 #include <numeric>
 
+#include "base/uniformRandom.h"
 #include "postproc/CurveSpectrum.h"
 #include "postproc/DesignStudy.h"
 #include "postproc/FastStats.h"
 #include "postproc/ImportanceStats.h"
 #include "postproc/MorrisStats.h"
+#include "postproc/SobolBlocks.h"
 #include "postproc/SobolStats.h"
 #include "sampling/FastSampler.h"
 #include "sampling/MorrisSampler.h"
@@ -130,6 +132,38 @@ TEST_P(SobolExact, AllTerms) {
     // As many terms as there are subsets up to the order, the last one without a block of its own.
     if (which.order == 0) {
       EXPECT_EQ(stats.termCount, (1 << model.inputs) - 1);
+    }
+  }
+}
+
+// The sums over the blocks are those of centred copies, each formed run by run.
+TEST(ExactIndices, SobolSumsAreThePlainOnes) {
+  constexpr std::int32_t kFactors = 3;
+  for (const std::int32_t base : {1, 7, 2048, 5000}) {
+    std::vector<double> runs(static_cast<std::size_t>(base) * (2 + 2 * kFactors));
+    for (double& run : runs) run = base == 7 ? 0.1 : 1e3 + trialRandom();
+    const SobolBlocks blocks(runs.data(), runs.size(), base);
+    const double sum = std::accumulate(runs.begin(), runs.end(), 0.0);
+    const double mean = base == 7 ? 0.1 : sum / static_cast<double>(runs.size());
+    std::vector<double> centred = runs;
+    for (double& run : centred) run -= mean;
+    const auto product = [&](std::int32_t first, std::int32_t second) {
+      const double* const x = centred.data() + first * base;
+      return std::inner_product(x, x + base, centred.data() + second * base, 0.0);
+    };
+    const double meanA = std::accumulate(centred.begin(), centred.begin() + base, 0.0) / base;
+    double squares = 0.0;
+    for (std::int32_t i = 0; i < base; ++i) squares += (centred[i] - meanA) * (centred[i] - meanA);
+    EXPECT_EQ(blocks.meanA(), meanA) << base;
+    EXPECT_EQ(blocks.varianceA(), squares / base) << base;
+    EXPECT_EQ(blocks.product(0, 1), product(0, 1)) << base;
+    const auto sums = blocks.factorProducts(kFactors, {});
+    for (std::int32_t j = 0; j < kFactors; ++j) {
+      const auto& [aBlock, bBlock, aMirrored, bMirrored] = sums[static_cast<std::size_t>(j)];
+      EXPECT_EQ(aBlock, product(0, 2 + j)) << base;
+      EXPECT_EQ(bBlock, product(1, 2 + j)) << base;
+      EXPECT_EQ(aMirrored, product(0, 2 + kFactors + j)) << base;
+      EXPECT_EQ(bMirrored, product(1, 2 + kFactors + j)) << base;
     }
   }
 }
