@@ -65,15 +65,14 @@ bool correlateColumns(const RunTable& table, const std::vector<std::int32_t>& ru
   RankColumns ranks;
   const bool ofRanks = kind == CorrelationKind::Ranks;
   if (ofRanks && !rankRows(rows, ranks, message, progress.part(0.0, kRanksShare))) return false;
-  const auto read = [&](std::int32_t row, double* values) {
-    if (ofRanks)
-      ranks.row(row, values);
-    else
-      rows.read(row, values);
+  const std::size_t size = table.columns.size();
+  const auto read = [&](std::int32_t row, std::int32_t count, double* values) {
+    if (ofRanks) ranks.rows(row, count, values);
+    for (std::int32_t i = 0; i < count && !ofRanks; ++i)
+      rows.read(row + i, values + static_cast<std::size_t>(i) * size);
     return true;
   };
   ColumnCorrelations correlations;
-  const std::size_t size = table.columns.size();
   if (!correlations.compute(static_cast<std::int32_t>(all.size()), size, read,
                             progress.part(ofRanks ? kRanksShare : 0.0, 1.0))) {
     message = kStoppedText;

@@ -10,61 +10,64 @@ namespace tarvex {
 
 namespace {
 
-constexpr auto kBatch = static_cast<std::int32_t>(kProductRows);
+constexpr std::int32_t kBatch = 64;  // rows that are read together, and stay near the processor
+static_assert(kBatch % kProductRows == 0);
 constexpr double kMeansDone = 0.3;  // of the progress
 constexpr std::int64_t kOperationsACell = 4;
 
+std::int64_t batchesOf(std::int32_t rows) {
+  return (std::int64_t{rows} + kBatch - 1) / kBatch;
+}
+
 }  // namespace
 
-bool ColumnCorrelations::compute(std::int32_t rows, std::size_t columns, const RowReader& readRow,
+bool ColumnCorrelations::compute(std::int32_t rows, std::size_t columns, const RowReader& readRows,
                                  const Progress& progress) {
   rows_ = rows;
   moments_.assign(columns, {});
   constant_.assign(columns, false);
   products_.assign(columns * columns, 0.0);
-  if (!computeMeans(rows, readRow, progress.part(0.0, kMeansDone))) return false;
-  if (!sumProducts(rows, readRow, progress.part(kMeansDone, 1.0))) return false;
+  if (!computeMeans(rows, readRows, progress.part(0.0, kMeansDone))) return false;
+  if (!sumProducts(rows, readRows, progress.part(kMeansDone, 1.0))) return false;
   for (std::size_t i = 0; i < columns; ++i)
     moments_[i].std = constant_[i] ? 0.0 : std::sqrt(products_[i * columns + i] / (static_cast<double>(rows) - 1.0));
   return true;
 }
 
-bool ColumnCorrelations::computeMeans(std::int32_t rows, const RowReader& readRow, const Progress& progress) {
+bool ColumnCorrelations::computeMeans(std::int32_t rows, const RowReader& readRows, const Progress& progress) {
   const std::size_t columns = moments_.size();
-  std::vector<double> row(columns), first(columns), sums(columns, 0.0);
-  std::vector<char> varies(columns, 0);
-  WorkPace pace(progress, rows, kOperationsACell * static_cast<std::int64_t>(columns));
-  for (std::int32_t r = 0; r < rows; ++r) {
-    if (!pace.step() || !readRow(r, row.data())) return false;
-    if (r == 0) first = row;
-    for (std::size_t i = 0; i < columns; ++i) {
-      sums[i] += row[i];
-      varies[i] |= static_cast<char>(row[i] != first[i]);
-    }
+  std::vector<double> batch(columns * kBatch), first(columns), sums(columns, 0.0), varies(columns, 0.0);
+  WorkPace pace(progress, batchesOf(rows), kBatch * kOperationsACell * static_cast<std::int64_t>(columns));
+  for (std::int64_t start = 0; start < rows; start += kBatch) {
+    const auto count = static_cast<std::int32_t>(std::min<std::int64_t>(kBatch, rows - start));
+    if (!pace.step() || !readRows(static_cast<std::int32_t>(start), count, batch.data())) return false;
+    if (start == 0) std::copy_n(batch.begin(), columns, first.begin());
+    const double* row = batch.data();
+    for (std::int32_t r = 0; r < count; ++r, row += columns)
+      for (std::size_t i = 0; i < columns; ++i) {
+        sums[i] += row[i];
+        varies[i] = row[i] != first[i] ? 1.0 : varies[i];
+      }
   }
   for (std::size_t i = 0; i < columns; ++i) {
     moments_[i].mean = sums[i] / static_cast<double>(rows);
-    constant_[i] = !varies[i] && rows > 0;
+    constant_[i] = varies[i] == 0.0 && rows > 0;
   }
   return true;
 }
 
-bool ColumnCorrelations::sumProducts(std::int32_t rows, const RowReader& readRow, const Progress& progress) {
+bool ColumnCorrelations::sumProducts(std::int32_t rows, const RowReader& readRows, const Progress& progress) {
   const std::size_t columns = moments_.size();
   std::vector<double> batch(columns * kBatch);
   const auto cells = static_cast<std::int64_t>(columns);
-  WorkPace pace(progress, (std::int64_t{rows} + kBatch - 1) / kBatch,
-                kBatch * (kOperationsACell * cells + cells * cells / 2));
-  for (std::int32_t start = 0; start < rows; start += kBatch) {
-    if (!pace.step()) return false;
-    const std::int32_t count = std::min(kBatch, rows - start);
-    for (std::int32_t r = 0; r < count; ++r) {
-      double* row = batch.data() + static_cast<std::size_t>(r) * columns;
-      if (!readRow(start + r, row)) return false;
+  WorkPace pace(progress, batchesOf(rows), kBatch * (kOperationsACell * cells + cells * cells / 2));
+  for (std::int64_t start = 0; start < rows; start += kBatch) {
+    const auto count = static_cast<std::int32_t>(std::min<std::int64_t>(kBatch, rows - start));
+    if (!pace.step() || !readRows(static_cast<std::int32_t>(start), count, batch.data())) return false;
+    double* row = batch.data();
+    for (std::int32_t r = 0; r < count; ++r, row += columns)
       for (std::size_t i = 0; i < columns; ++i) row[i] -= moments_[i].mean;
-    }
     addProducts(batch.data(), static_cast<std::size_t>(count), columns, products_.data());
-    if (rows - start <= kBatch) break;  // the next start could be beyond the range of row numbers
   }
   return true;
 }

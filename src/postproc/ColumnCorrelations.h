@@ -17,12 +17,12 @@ struct ColumnMoments {
 // matrix. A column that holds a nan has moments and correlations of nan.
 class ColumnCorrelations {
  public:
-  // Fills `values` with the doubles of one row; false when it can't be read.
-  using RowReader = std::function<bool(std::int32_t row, double* values)>;
+  // Fills `values` with the doubles of `count` rows from `row` on, one behind the other; false when they can't be read.
+  using RowReader = std::function<bool(std::int32_t row, std::int32_t count, double* values)>;
 
   // False when a row can't be read, or when stopped. Sums are formed in row order, so that they are the same on every
   // machine.
-  [[nodiscard]] bool compute(std::int32_t rows, std::size_t columns, const RowReader& readRow,
+  [[nodiscard]] bool compute(std::int32_t rows, std::size_t columns, const RowReader& readRows,
                              const Progress& progress = {});
 
   const std::vector<ColumnMoments>& moments() const { return moments_; }
@@ -30,8 +30,8 @@ class ColumnCorrelations {
   double correlation(std::size_t i, std::size_t j) const;
 
  private:
-  bool computeMeans(std::int32_t rows, const RowReader& readRow, const Progress& progress);
-  bool sumProducts(std::int32_t rows, const RowReader& readRow, const Progress& progress);
+  bool computeMeans(std::int32_t rows, const RowReader& readRows, const Progress& progress);
+  bool sumProducts(std::int32_t rows, const RowReader& readRows, const Progress& progress);
 
   std::int32_t rows_ = 0;
   std::vector<ColumnMoments> moments_;

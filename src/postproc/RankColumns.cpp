@@ -47,10 +47,14 @@ bool RankColumns::add(const sampValues& table, const Progress& progress) {
   return true;
 }
 
-void RankColumns::row(std::int32_t row, double* values) const {
-  for (std::size_t column = 0; column < ranks_.size(); ++column)
-    values[column] =
-        gaps_[column] ? std::numeric_limits<double>::quiet_NaN() : ranks_[column][static_cast<std::size_t>(row)];
+void RankColumns::rows(std::int32_t row, std::int32_t count, double* values) const {
+  const std::size_t columns = ranks_.size();
+  for (std::size_t column = 0; column < columns; ++column) {
+    const std::int32_t* const ranks = ranks_[column].data() + row;
+    double* to = values + column;
+    for (std::int32_t i = 0; i < count; ++i, to += columns)
+      *to = gaps_[column] ? std::numeric_limits<double>::quiet_NaN() : ranks[i];
+  }
 }
 
 }  // namespace tarvex

@@ -20,8 +20,8 @@ class RankColumns {
   const std::vector<std::int32_t>& ranks(std::size_t column) const { return ranks_[column]; }
   // Holds a value that is not a number: its ranks mean nothing.
   bool hasGap(std::size_t column) const { return gaps_[column]; }
-  // The ranks of one row as numbers; nan for a column with a gap.
-  void row(std::int32_t row, double* values) const;
+  // The ranks of `count` rows from `row` on as numbers, row after row; nan for a column with a gap.
+  void rows(std::int32_t row, std::int32_t count, double* values) const;
 
  private:
   std::vector<std::vector<std::int32_t>> ranks_;

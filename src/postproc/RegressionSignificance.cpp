@@ -11,6 +11,7 @@ namespace tarvex {
 namespace {
 
 constexpr std::size_t kOperationsAFactor = 3;
+constexpr std::int32_t kErrorRows = 64;  // that are read together
 
 std::size_t slotAt(std::int32_t variable, std::int32_t slot) {
   return static_cast<std::size_t>(variable) * RegressionStats::kSlots + static_cast<std::size_t>(slot);
@@ -89,22 +90,25 @@ bool RegressionStats::sumSquaredErrors(const sampValues& samples, const OutputTa
   for (std::size_t j = 0; j < factors; ++j)
     for (std::int32_t variable = 0; variable < variableCount; ++variable)
       for (const DataKind kind : {kRaw, kRanks})
-        coefficients[j * models + static_cast<std::size_t>(2 * variable + kind)] = coefficient(j, variable, kind);
+        coefficients[static_cast<std::size_t>(2 * variable + kind) * factors + j] = coefficient(j, variable, kind);
 
   errors.assign(models, 0.0);
-  std::vector<double> x(factors), y(static_cast<std::size_t>(variableCount)), predictions(models);
-  WorkPace pace(progress, outputs.rows(), static_cast<std::int64_t>(factors * (models + kOperationsAFactor)));
-  for (std::int32_t row = 0; row < outputs.rows(); ++row) {
+  const auto variables = static_cast<std::size_t>(variableCount);
+  std::vector<double> x(factors * kErrorRows), y(variables * kErrorRows);
+  WorkPace pace(progress, (std::int64_t{outputs.rows()} + kErrorRows - 1) / kErrorRows,
+                kErrorRows * static_cast<std::int64_t>(factors * (models + kOperationsAFactor)));
+  for (std::int64_t first = 0; first < outputs.rows(); first += kErrorRows) {
     if (!pace.step()) return false;
-    if (!samples.getRow(row, x.data()) || !outputs.getRow(row, y.data())) return false;
-    std::fill(predictions.begin(), predictions.end(), 0.0);
-    for (std::size_t j = 0; j < factors; ++j) {
-      const double* b = coefficients.data() + j * models;
-      for (std::size_t m = 0; m < models; ++m) predictions[m] += b[m] * x[j];
-    }
-    for (std::size_t m = 0; m < models; ++m) {
-      const double error = predictions[m] - y[m / 2];
-      errors[m] += error * error;
+    const auto row = static_cast<std::int32_t>(first);
+    const std::int32_t count = std::min(kErrorRows, outputs.rows() - row);
+    if (!samples.getRows(row, count, x.data()) || !outputs.getRows(row, count, y.data())) return false;
+    for (std::size_t r = 0; r < static_cast<std::size_t>(count); ++r) {
+      for (std::size_t m = 0; m < models; ++m) {
+        double prediction = 0.0;
+        for (std::size_t j = 0; j < factors; ++j) prediction += coefficients[m * factors + j] * x[r * factors + j];
+        const double error = prediction - y[r * variables + m / 2];
+        errors[m] += error * error;
+      }
     }
   }
   return true;

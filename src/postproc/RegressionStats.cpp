@@ -1,5 +1,6 @@
 #include "postproc/RegressionStats.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/TextReader.h"
@@ -61,11 +62,19 @@ bool RegressionStats::computeAll(const PrepConfiguration& prep, const OutputTabl
   rankMoments.assign(columns, {});
   determinations_.assign(static_cast<std::size_t>(variableCount), {});
 
-  const auto readRow = [&](std::int32_t row, double* values) {
-    return prep.samples.getRow(row, values) && outputs.getRow(row, values + factorCount);
+  std::vector<double> inputs, results;
+  const auto readRows = [&](std::int32_t row, std::int32_t count, double* values) {
+    inputs.resize(static_cast<std::size_t>(count) * static_cast<std::size_t>(factorCount));
+    results.resize(static_cast<std::size_t>(count) * static_cast<std::size_t>(variableCount));
+    if (!prep.samples.getRows(row, count, inputs.data()) || !outputs.getRows(row, count, results.data())) return false;
+    for (std::int32_t r = 0; r < count; ++r) {
+      values = std::copy_n(inputs.data() + std::int64_t{r} * factorCount, factorCount, values);
+      values = std::copy_n(results.data() + std::int64_t{r} * variableCount, variableCount, values);
+    }
+    return true;
   };
   ColumnCorrelations correlations;
-  if (!correlations.compute(runs, columns, readRow, progress.part(0.0, kCorrelated))) return fail(kUnreadable);
+  if (!correlations.compute(runs, columns, readRows, progress.part(0.0, kCorrelated))) return fail(kUnreadable);
   factorMoments = correlations.moments();
   markCollinear(correlations);
   if (activeCount == 0) return fail("All input factors are constant");
@@ -87,8 +96,8 @@ bool RegressionStats::deriveRankMeasures(const PrepConfiguration& prep, const Ou
   const std::int32_t runs = outputs.rows();
   RankColumns ranks;
   if (!ranks.add(prep.samples, progress.part(0.0, 0.4)) || !ranks.add(outputs, progress.part(0.4, 0.5))) return false;
-  const auto readRanks = [&ranks](std::int32_t row, double* values) {
-    ranks.row(row, values);
+  const auto readRanks = [&ranks](std::int32_t row, std::int32_t count, double* values) {
+    ranks.rows(row, count, values);
     return true;
   };
   ColumnCorrelations correlations;
