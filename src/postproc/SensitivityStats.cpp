@@ -55,7 +55,7 @@ bool SensitivityStats::compute(const PrepConfiguration& prep, const OutputTable&
 bool SensitivityStats::computeColumns(const OutputTable& outputs, const Progress& progress, const ColumnWork& work) {
   for (std::int32_t variable = 0; variable < variableCount; ++variable) {
     if (!progress.report(variable, variableCount)) return false;
-    const double* const runs = outputs.columnPointer(variable);
+    const double* const runs = outputs.columnValues(variable);
     if (runs == nullptr) return fail(outputs.errorText());
     const double from = static_cast<double>(variable) / variableCount;
     if (!work(variable, runs, progress.part(from, (variable + 1.0) / variableCount))) return false;
