@@ -49,10 +49,10 @@ class FrontEnd {
                         const std::string& no) = 0;
   // Lets the user put the model's inputs into the order of the sample's factors. False: cancelled, and `model` is as
   // it was.
-  virtual bool linkFactors(const FactorList& factors, InternalModel& model) = 0;
+  [[nodiscard]] virtual bool linkFactors(const FactorList& factors, InternalModel& model) = 0;
   // Lets the user say which output of the project each name stands for that a model gave and that couldn't be kept as
   // it is. False: cancelled, or nobody is there to ask; the names are then those that were made of what the model gave.
-  virtual bool linkOutputs(OutputLink& link) = 0;
+  [[nodiscard]] virtual bool linkOutputs(OutputLink& link) = 0;
 };
 
 }  // namespace tarvex

@@ -28,7 +28,7 @@ class LongOperation {
 
  private:
   using Clock = std::chrono::steady_clock;
-  bool serve(double done);
+  [[nodiscard]] bool serve(double done);
 
   FrontEnd& frontEnd_;
   std::string title_;  // empty: no display of its own

@@ -66,18 +66,18 @@ class ModelTrial {
   TrialReport run(std::int32_t row);
 
  private:
-  bool tryEquations();
-  bool tryProgram();
-  bool tryWorkbook();
-  bool tryCells();
+  [[nodiscard]] bool tryEquations();
+  [[nodiscard]] bool tryProgram();
+  [[nodiscard]] bool tryWorkbook();
+  [[nodiscard]] bool tryCells();
   std::unique_ptr<SpreadsheetApplication> makeApplication();
-  bool startProgram(const std::string& sample, const std::string& directory);
-  bool understand(const std::string& path, bool oneRun);
-  bool takeRun(const ModelResults& results, bool oneRun);
+  [[nodiscard]] bool startProgram(const std::string& sample, const std::string& directory);
+  [[nodiscard]] bool understand(const std::string& path, bool oneRun);
+  [[nodiscard]] bool takeRun(const ModelResults& results, bool oneRun);
   void readLines(const std::string& path);
-  bool makePrep(PrepConfiguration& single);
-  bool writeSample(const std::string& path);
-  bool serve();
+  [[nodiscard]] bool makePrep(PrepConfiguration& single);
+  [[nodiscard]] bool writeSample(const std::string& path);
+  [[nodiscard]] bool serve();
   bool fail(const std::string& problem);
 
   const ModelChoice& choice_;

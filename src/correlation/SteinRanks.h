@@ -29,8 +29,8 @@ class SteinRanks : public RankTable {
 
  private:
   bool accepts(const FactorList& factors, std::int32_t rows);
-  bool addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
-                const Progress& progress);
+  [[nodiscard]] bool addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
+                              const Progress& progress);
 
   bool valid_ = false;
   std::vector<std::vector<std::int32_t>> ranks_;  // by correlatable factor

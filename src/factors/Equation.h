@@ -20,7 +20,7 @@ class Equation {
 
   // `values` holds one per name, in the same order and already as they enter an equation (see enteringValue). On false
   // `value` is left alone.
-  bool evaluate(const double* values, double& value);
+  [[nodiscard]] bool evaluate(const double* values, double& value);
 
   // The same over `rows` rows, kBlockRows at most: a column per name. `failed` is 1.0 where evaluate() gives false, and
   // the value is then of no meaning; 0.0 elsewhere.

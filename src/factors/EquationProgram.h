@@ -26,7 +26,7 @@ class EquationProgram {
 
   // Takes the text; its value is what `result` holds at its end. False for one that the evaluator refuses whatever the
   // values are; there is nothing to run then.
-  bool compile(std::string_view text, const std::vector<Input>& inputs, std::string_view result);
+  [[nodiscard]] bool compile(std::string_view text, const std::vector<Input>& inputs, std::string_view result);
 
   // `rows` of kBlockRows at most. Where an input isn't finite or a division fails, `failed` is 1.0 and the value of no
   // meaning; elsewhere it is 0.0.

@@ -19,7 +19,7 @@ class Evaluator {
   // Parses and computes the whole text, which ends at a NUL if it holds one. False on failure: what was assigned before
   // it stays in the table and evalErrorText says why. Requires: no other use of the table between the binding of values
   // and this call.
-  bool evaluate(std::string_view text);
+  [[nodiscard]] bool evaluate(std::string_view text);
   void clearSymbols() { symbolTable_.clear(); }
 
   // Sorted by name in byte order.
@@ -27,7 +27,7 @@ class Evaluator {
   // The value of a name; null when the table doesn't hold it.
   const double* find(std::string_view name) const;
   // Binds a value before a text is evaluated, as an assignment in front of it would. False when the table is full.
-  bool bind(std::string_view name, double value);
+  [[nodiscard]] bool bind(std::string_view name, double value);
 
   // Of the last call; empty and 0 after a success. Lines and columns count from 1, tabs stand at every eighth column.
   const std::string& evalErrorText() const { return evalErrorText_; }

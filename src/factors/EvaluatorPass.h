@@ -23,7 +23,7 @@ class EvaluatorPass : public EvaluatorParser {
   using Value = typename Machine::Value;
 
   EvaluatorPass(Machine& machine, std::string_view text) : EvaluatorParser(text), machine_(machine) {}
-  bool parse();
+  [[nodiscard]] bool parse();
 
   static constexpr std::string_view kStackOverflow = "Parser stack overflow";
 

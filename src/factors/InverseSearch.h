@@ -13,10 +13,10 @@ inline constexpr std::size_t kTablePoints = 101;
 // reaches 0.01, 0.02, ... 0.99, and the upper end. False when they give up; the points are then of no use.
 
 // Steps of a fixed count. It decides the table wherever it succeeds: its points are part of every sample's numbers.
-bool countedSearch(const Distribution& distribution, std::vector<TablePoint>& points);
+[[nodiscard]] bool countedSearch(const Distribution& distribution, std::vector<TablePoint>& points);
 
 // Doubling and bisection, for what the counted steps can't reach: narrow spikes far from 0, heavy tails, ends of
 // infinite density. Needs a stdDev above 0.
-bool boundedSearch(const Distribution& distribution, std::vector<TablePoint>& points);
+[[nodiscard]] bool boundedSearch(const Distribution& distribution, std::vector<TablePoint>& points);
 
 }  // namespace tarvex

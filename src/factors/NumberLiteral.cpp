@@ -143,7 +143,7 @@ double enteringValue(double value, int precision) {
   const std::string_view text(buffer, static_cast<std::size_t>(end - buffer));
   std::size_t position = text.front() == '-' ? 1 : 0;
   double number = 0.0;
-  readNumberLiteral(text, position, number);
+  static_cast<void>(readNumberLiteral(text, position, number));  // what was written can be read
   return text.front() == '-' ? -number : number;
 }
 

@@ -19,7 +19,7 @@ struct RelationPreview {
 // Draws the factors of the list independently, from numbers of its own: no generation is changed by it. Relations above
 // `place`, the relation's own or -1, are computed too; the one there and those below read as 0.0. False, with the
 // reason, when the expression is refused or a factor that it needs can't be sampled.
-bool previewRelation(const FactorList& list, const std::string& expression, std::int32_t place,
-                     RelationPreview& preview, std::string& message);
+[[nodiscard]] bool previewRelation(const FactorList& list, const std::string& expression, std::int32_t place,
+                                   RelationPreview& preview, std::string& message);
 
 }  // namespace tarvex

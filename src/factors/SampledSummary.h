@@ -16,9 +16,9 @@ struct SampledSummary {
 
 // False for a factor without a distribution and one that nothing can be sampled from. Moments of a truncated kind have
 // a relative error below 1e-5 of the deviation; the points are those of the generation.
-bool summariseSampled(const Factor& factor, SampledSummary& summary);
+[[nodiscard]] bool summariseSampled(const Factor& factor, SampledSummary& summary);
 // Fills `values`, as many as there are, with what is drawn in the middle of equal parts of the probability, upwards.
 // False as above.
-bool stratifiedSample(const Factor& factor, std::vector<double>& values);
+[[nodiscard]] bool stratifiedSample(const Factor& factor, std::vector<double>& values);
 
 }  // namespace tarvex

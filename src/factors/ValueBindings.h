@@ -20,7 +20,7 @@ class ValueBindings {
   // Binds `values`, one per name in the same order, which enter as they are (see enteringValue). False when the
   // assignments could not be evaluated: a name is none of the language, there are too many, or a value that the text
   // uses isn't finite and so has no text form that reads as a number.
-  bool apply(Evaluator& evaluator, const double* values) const;
+  [[nodiscard]] bool apply(Evaluator& evaluator, const double* values) const;
 
   struct Slot {
     std::string name;

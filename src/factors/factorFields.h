@@ -25,7 +25,8 @@ std::unique_ptr<Factor> makeFactorOf(const std::string& typeName, const std::vec
 
 // Appends a row: the two ends of an interval, or the value of a point, and the weight, which is `share` where the row
 // has none. False, with the reason, for what the kind refuses. Requires: two or three numbers, one or two for a point.
-bool appendFields(IntervalDistribution& list, const std::vector<double>& row, double share, std::string& message);
+[[nodiscard]] bool appendFields(IntervalDistribution& list, const std::vector<double>& row, double share,
+                                std::string& message);
 
 // The parameters as they are written: "0, 1, 0.001, 0.999"; of intervals "0, 1, 0.5; 2, 3, 0.5" and of points "1, 0.5;
 // 2, 0.5"; of a relation its expression.

@@ -10,7 +10,7 @@ inline bool isBlank(const std::string& text) {
 
 // Finishes the line behind a number that stands last on it. Anything but blanks there fails: a count that lost its
 // line would else take the first digits of the next one's number. The end of the text will do.
-inline bool readLineEnd(TextReader& in) {
+[[nodiscard]] inline bool readLineEnd(TextReader& in) {
   constexpr std::size_t kMaxRest = 254;
   std::string rest;
   if (!in.atEnd()) in.expect("the end of the line").readLine(rest, kMaxRest);
@@ -18,7 +18,7 @@ inline bool readLineEnd(TextReader& in) {
 }
 
 // The end of a file: nothing but blanks and line ends may follow.
-inline bool readTextEnd(TextReader& in) {
+[[nodiscard]] inline bool readTextEnd(TextReader& in) {
   constexpr std::size_t kPart = 254;
   std::string part;
   while (in.ok() && !in.atEnd()) {

@@ -40,23 +40,25 @@ class InternalModel {
 
   // Operations return false on failure: errorText says why, problem() where it can be said in more detail, and the
   // model is unchanged.
-  bool addVariable(const std::string& name);
-  bool renameVariable(std::int32_t index, const std::string& name);
+  [[nodiscard]] bool addVariable(const std::string& name);
+  [[nodiscard]] bool renameVariable(std::int32_t index, const std::string& name);
   void moveVariable(std::int32_t from, std::int32_t to);
-  bool removeVariable(std::int32_t index);
-  bool addExpression(std::int32_t position, const std::string& name, const std::string& text, std::int16_t type);
-  bool modifyExpression(std::int32_t position, const std::string& name, const std::string& text, std::int16_t type);
-  bool removeExpression(std::int32_t index);
+  [[nodiscard]] bool removeVariable(std::int32_t index);
+  [[nodiscard]] bool addExpression(std::int32_t position, const std::string& name, const std::string& text,
+                                   std::int16_t type);
+  [[nodiscard]] bool modifyExpression(std::int32_t position, const std::string& name, const std::string& text,
+                                      std::int16_t type);
+  [[nodiscard]] bool removeExpression(std::int32_t index);
   // Puts an equation into another place. Refused, with the two names in errorText, where an equation would then stand
   // above one that it uses. The uses are noted afresh.
-  bool moveExpression(std::int32_t from, std::int32_t to);
-  bool getExpression(std::int32_t index, ModelExpression& out);
-  bool expressionName(std::int32_t index, std::string& out);
-  bool expressionText(std::int32_t index, std::string& out);
+  [[nodiscard]] bool moveExpression(std::int32_t from, std::int32_t to);
+  [[nodiscard]] bool getExpression(std::int32_t index, ModelExpression& out);
+  [[nodiscard]] bool expressionName(std::int32_t index, std::string& out);
+  [[nodiscard]] bool expressionText(std::int32_t index, std::string& out);
   std::int16_t expressionType(std::int32_t index);  // -1 out of range
-  bool variableName(std::int32_t index, std::string& out);
-  bool outputName(std::int32_t k, std::string& out);  // the k-th expression of type 1
-  bool internalName(std::int32_t k, std::string& out);
+  [[nodiscard]] bool variableName(std::int32_t index, std::string& out);
+  [[nodiscard]] bool outputName(std::int32_t k, std::string& out);  // the k-th expression of type 1
+  [[nodiscard]] bool internalName(std::int32_t k, std::string& out);
   std::int32_t numOutputs() const;
   std::int32_t numInternals() const;
   std::int32_t numVariables() const { return static_cast<std::int32_t>(variables_.size()); }
@@ -64,15 +66,15 @@ class InternalModel {
   const std::vector<ModelVariable>& variables() const { return variables_; }
   const std::vector<ModelExpression>& expressions() const { return expressions_; }
 
-  bool setName(const std::string& name);  // empty: "noname"; a name with white space is refused
+  [[nodiscard]] bool setName(const std::string& name);  // empty: "noname"; a name with white space is refused
   const std::string& name() const { return name_; }
-  bool setFileName(const std::string& path);  // empty: kNoFile
+  [[nodiscard]] bool setFileName(const std::string& path);  // empty: kNoFile
   const std::string& fileName() const { return fileName_; }
 
   // One run: `values` holds a double per variable, `outputs` takes one per expression of type 1. Values and
   // intermediate results enter each equation at six significant digits. False when an equation can't be evaluated;
   // `outputs` is then untouched.
-  bool evaluate(const double* values, double* outputs);
+  [[nodiscard]] bool evaluate(const double* values, double* outputs);
   // The same for `rows` runs, kBlockRows at most: `values` a run after the other, `outputs` a row for each. `failed` is
   // 1.0 for a run whose equations can't be evaluated, whose outputs are then of no meaning, 0.0 elsewhere.
   static constexpr std::size_t kBlockRows = Equation::kBlockRows;
@@ -93,13 +95,13 @@ class InternalModel {
  private:
   bool fail(const std::string& text);
   bool isGoodNewVariable(const std::string& name);
-  bool checkExpression(std::int32_t position, const std::string& name, const std::string& text);
+  [[nodiscard]] bool checkExpression(std::int32_t position, const std::string& name, const std::string& text);
   void replaceInUsers(const std::vector<std::int32_t>& users, const std::string& oldName, const std::string& newName);
-  bool expressionOfType(std::int16_t type, std::int32_t k, std::string& out);
+  [[nodiscard]] bool expressionOfType(std::int16_t type, std::int32_t k, std::string& out);
   void prepare();
-  bool readVariables(TextReader& in);
-  bool readExpressions(TextReader& in);
-  bool readExpression(TextReader& in, std::int32_t index);
+  [[nodiscard]] bool readVariables(TextReader& in);
+  [[nodiscard]] bool readExpressions(TextReader& in);
+  [[nodiscard]] bool readExpression(TextReader& in, std::int32_t index);
 
   std::string name_ = "noname";
   std::string fileName_ = kNoFile;

@@ -38,8 +38,8 @@ class InternalRun {
   bool fail(const std::string& text);
   float percentOf(std::int32_t runs) const;
   std::int32_t runsUpTo(float target) const;
-  bool addRuns(std::int32_t last);
-  bool evaluateFrom(std::int32_t run);
+  [[nodiscard]] bool addRuns(std::int32_t last);
+  [[nodiscard]] bool evaluateFrom(std::int32_t run);
   std::size_t blocksAtOnce() const;
 
   InternalModel& model_;

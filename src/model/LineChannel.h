@@ -34,7 +34,7 @@ class LineChannel {
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool waitFor(short events, Clock::time_point start, std::chrono::milliseconds limit);
+  [[nodiscard]] bool waitFor(short events, Clock::time_point start, std::chrono::milliseconds limit);
   bool fail(State state);
 
   std::function<bool()> serve_;

@@ -22,8 +22,8 @@ class ModelConfiguration {
   [[nodiscard]] bool copyFrom(const ModelConfiguration& other, std::string& message);
 
   // Reads the output file of the choice into the results; the internal model goes, `kind` stays. False, with
-  // `problem`, for a file that can't be read, and after a stop; there are no results then.
-  [[nodiscard]] bool readModelOutput(const Warn& warn, std::string& problem, const Progress& progress = {});
+  // `message`, for a file that can't be read, and after a stop; there are no results then.
+  [[nodiscard]] bool readModelOutput(const Warn& warn, std::string& message, const Progress& progress = {});
 
   // The Model record. read() works on this object: read into a temporary. It also sets the remembered directories of
   // the model.
@@ -33,10 +33,10 @@ class ModelConfiguration {
   std::string warningText;
 
  private:
-  bool readChoice(TextReader& in);
-  bool readCells(TextReader& in);
-  bool readNames(TextReader& in, std::int32_t count);
-  bool readRuns(TextReader& in, std::int32_t count);
+  [[nodiscard]] bool readChoice(TextReader& in);
+  [[nodiscard]] bool readCells(TextReader& in);
+  [[nodiscard]] bool readNames(TextReader& in, std::int32_t count);
+  [[nodiscard]] bool readRuns(TextReader& in, std::int32_t count);
 };
 
 // About how many bytes the record of `model` takes in a file, for the progress of writing it.

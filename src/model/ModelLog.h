@@ -14,7 +14,7 @@ class ModelLog {
   ModelLog& operator=(const ModelLog&) = delete;
 
   // Makes the log at `path`, or at "path.2", "path.3" ..., and empties one that is there. False: no log.
-  bool open(const std::string& path);
+  [[nodiscard]] bool open(const std::string& path);
   void close();
   int descriptor() const { return fd_; }
   const std::string& path() const { return path_; }  // that was made; empty: none
@@ -23,7 +23,7 @@ class ModelLog {
   void trim();
 
  private:
-  bool reopen(const std::string& path);
+  [[nodiscard]] bool reopen(const std::string& path);
 
   std::string path_;
   int fd_ = -1;

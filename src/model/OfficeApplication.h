@@ -43,12 +43,13 @@ class OfficeApplication : public SpreadsheetApplication {
   [[nodiscard]] bool waitForUser() override;
 
  private:
-  bool startHelper();
-  bool makeDirectory();
+  [[nodiscard]] bool startHelper();
+  [[nodiscard]] bool makeDirectory();
   // Sends a request and gets its answer; what stands behind the "ok" goes into `values`.
-  bool ask(const std::string& request, std::chrono::milliseconds limit, std::vector<std::string>* values = nullptr);
-  bool receiveRows(CellBlock& block);
-  bool lose();
+  [[nodiscard]] bool ask(const std::string& request, std::chrono::milliseconds limit,
+                         std::vector<std::string>* values = nullptr);
+  [[nodiscard]] bool receiveRows(CellBlock& block);
+  [[nodiscard]] bool lose();
 
   std::string helper_;
   LineChannel channel_;

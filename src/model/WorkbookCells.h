@@ -34,11 +34,11 @@ struct WorkbookCells {
 };
 
 // Reads a place as people write it: sheet, '!' or '.', and the cell, "$" anywhere a spreadsheet puts one, quotes around
-// a sheet with blanks. On false `problem` says what was expected, and the cell is as it was.
-[[nodiscard]] bool parsePlace(std::string_view text, NamedCell& cell, std::string& problem);
+// a sheet with blanks. On false `message` says what was expected, and the cell is as it was.
+[[nodiscard]] bool parsePlace(std::string_view text, NamedCell& cell, std::string& message);
 // "x1=Model!B3".
-[[nodiscard]] bool parseNamedCell(std::string_view text, NamedCell& cell, std::string& problem);
+[[nodiscard]] bool parseNamedCell(std::string_view text, NamedCell& cell, std::string& message);
 // What WorkbookCells::text() gives.
-[[nodiscard]] bool parseWorkbookCells(std::string_view text, WorkbookCells& cells, std::string& problem);
+[[nodiscard]] bool parseWorkbookCells(std::string_view text, WorkbookCells& cells, std::string& message);
 
 }  // namespace tarvex

@@ -48,8 +48,8 @@ inline constexpr FigureLayer kFigureLayers[] = {FigureLayer::Frame, FigureLayer:
                              const DrawOptions& options, const Progress& progress = {});
 
 // Draws the whole figure in the size given, in units of which 96 are an inch. False when it was stopped.
-bool drawFigure(cairo_t* context, const Figure& figure, double width, double height, const DrawOptions& options,
-                const Progress& progress = {});
+[[nodiscard]] bool drawFigure(cairo_t* context, const Figure& figure, double width, double height,
+                              const DrawOptions& options, const Progress& progress = {});
 
 // The version of the library that draws.
 const char* drawingVersion();

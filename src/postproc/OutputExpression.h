@@ -20,7 +20,8 @@ class OutputExpression {
 
   // The value in a run, `values` as ModelConfiguration::readRun gives them. False, with 0.0, when the expression can't
   // be evaluated there; a single reference always has its value.
-  bool evaluate(const ModelConfiguration& model, std::int32_t run, const std::vector<double>& values, double& result);
+  [[nodiscard]] bool evaluate(const ModelConfiguration& model, std::int32_t run, const std::vector<double>& values,
+                              double& result);
 
  private:
   bool compile(std::string_view text, const std::vector<std::string>& outputNames);

@@ -38,8 +38,8 @@ class RegressionStats : public SensitivityStats {
                                 const Progress& progress = {});
 
   // R squared on raw data and on ranks. False when out of range.
-  bool determination(std::int32_t variable, double& raw, double& ranks) const;
-  bool determinationAdjusted(std::int32_t variable, double& raw, double& ranks) const;
+  [[nodiscard]] bool determination(std::int32_t variable, double& raw, double& ranks) const;
+  [[nodiscard]] bool determinationAdjusted(std::int32_t variable, double& raw, double& ranks) const;
 
   float alpha = 0.95f;           // confidence of the tests
   std::int32_t activeCount = 0;  // records of kind Uncertain

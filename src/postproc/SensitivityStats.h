@@ -43,7 +43,7 @@ class SensitivityStats {
 
   // One double per record: the value of `slot` for a variable, 0.0 for a record that has no such slot. False, with
   // `values` as it was, when nothing is computed or the variable or the slot is out of range.
-  bool slotValues(std::int32_t variable, std::int32_t slot, std::vector<double>& values) const;
+  [[nodiscard]] bool slotValues(std::int32_t variable, std::int32_t slot, std::vector<double>& values) const;
 
   // Why a slot of a variable holds no measure though a number stands there; empty where it has one. A property of what
   // is stored, so that it is known of a file, too.

@@ -56,8 +56,8 @@ class UaStats {
   bool hasHistogram(std::int32_t variable, HistogramScale scale) const;
 
   // A level between 0 and 1, both excluded; any other is refused.
-  bool setTchebyConfidence(double level);
-  bool setKolmogorovConfidence(double level);
+  [[nodiscard]] bool setTchebyConfidence(double level);
+  [[nodiscard]] bool setKolmogorovConfidence(double level);
   // Half-widths of the bounds on the mean (Chebyshev's inequality, Student's t). Both read tchebyConfidence. The second
   // is -1.0 when the t table has no such level.
   double tchebyBound(std::int32_t variable) const;

@@ -21,10 +21,10 @@ class FactorGroups {
   std::int32_t groupCount() const { return static_cast<std::int32_t>(groupNames_.size()); }
   std::int32_t elementCount() const { return static_cast<std::int32_t>(elementNames_.size()); }
 
-  bool addGroup(const std::string& name);
-  bool removeGroup(std::string_view name);  // with its elements
-  bool addElement(std::string_view groupName, const std::string& factorName);
-  bool removeElement(std::string_view factorName);
+  [[nodiscard]] bool addGroup(const std::string& name);
+  [[nodiscard]] bool removeGroup(std::string_view name);  // with its elements
+  [[nodiscard]] bool addElement(std::string_view groupName, const std::string& factorName);
+  [[nodiscard]] bool removeElement(std::string_view factorName);
 
   std::int32_t groupSize(std::string_view name) const;  // -1 for an unknown name
   // The i-th factor of a group; null when there is none.

@@ -33,14 +33,14 @@ class FastSampler : public Sampler {
   }
 
   std::int32_t analysisMode() const { return analysisMode_; }
-  bool setAnalysisMode(std::int32_t mode);
+  [[nodiscard]] bool setAnalysisMode(std::int32_t mode);
 
   // The groups of mode 2. A change of them drops the design table. Operations on unknown names, and on names that can't
   // be kept, return false; errorText says which.
-  bool addGroup(const std::string& name);
-  bool removeGroup(std::string_view name);
-  bool addElement(std::string_view groupName, const std::string& factorName);
-  bool removeElement(std::string_view factorName);
+  [[nodiscard]] bool addGroup(const std::string& name);
+  [[nodiscard]] bool removeGroup(std::string_view name);
+  [[nodiscard]] bool addElement(std::string_view groupName, const std::string& factorName);
+  [[nodiscard]] bool removeElement(std::string_view factorName);
   std::int32_t groupSize(std::string_view name) const { return groups_.groupSize(name); }
   const std::string* groupElement(std::string_view name, std::int32_t i) const { return groups_.groupElement(name, i); }
   bool isInGroup(std::string_view factorName) const { return groups_.groupOf(factorName) >= 0; }

@@ -18,8 +18,8 @@ class MorrisSampler : public Sampler {
 
   std::uint32_t levels() const { return levels_; }              // of the grid
   std::uint32_t trajectories() const { return trajectories_; }  // of the whole design
-  bool setLevels(std::uint32_t count);                          // above 0
-  bool setTrajectories(std::uint32_t count);                    // above 0
+  [[nodiscard]] bool setLevels(std::uint32_t count);            // above 0
+  [[nodiscard]] bool setTrajectories(std::uint32_t count);      // above 0
   // Runs of a design of that many trajectories over `stochasticCount` factors: what numSamples must be.
   static std::int64_t runCount(std::int64_t trajectories, std::int64_t stochasticCount);
 

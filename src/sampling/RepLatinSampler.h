@@ -29,7 +29,7 @@ class RepLatinSampler : public Sampler {
   std::int32_t replications() const { return replications_; }
   std::int32_t choice() const { return choice_; }
   // m above 0, else nothing changes. A set m drops the run table.
-  bool setBaseDesign(std::int32_t m);
+  [[nodiscard]] bool setBaseDesign(std::int32_t m);
   // Another r than before drops the run table. Below 1 there is nothing to generate.
   void setReplications(std::int32_t r);
   // Anything but 0 keeps generate() from making rows.
@@ -40,7 +40,7 @@ class RepLatinSampler : public Sampler {
   const std::vector<RepElement>& elements() const { return elements_; }
   std::int32_t elementFlag(std::int32_t i) const;        // -2 out of range
   const std::string* elementName(std::int32_t i) const;  // null out of range
-  bool setElementFlag(std::int32_t i, std::int32_t flag);
+  [[nodiscard]] bool setElementFlag(std::int32_t i, std::int32_t flag);
 
   // False before a generation, and for a table that holds nothing.
   bool hasRunTable() const;

@@ -44,8 +44,8 @@ class Sampler {
   // A copy; null, with the reason, when a table of the sampler can't be copied.
   virtual std::unique_ptr<Sampler> clone(std::string& message) const = 0;
 
-  bool setSamples(std::int32_t count);  // 0 or more
-  bool setSeed(std::int32_t value);     // above 0
+  [[nodiscard]] bool setSamples(std::int32_t count);  // 0 or more
+  [[nodiscard]] bool setSeed(std::int32_t value);     // above 0
   virtual void setNumFactors(std::int32_t count);
 
   // The runs that a generation over the list would make with these settings. Some designs take less than numSamples.

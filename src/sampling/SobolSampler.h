@@ -27,9 +27,9 @@ class SobolSampler : public Sampler {
   std::int32_t baseSize() const { return baseSize_; }
   std::int32_t designKind() const { return designKind_; }
   std::int32_t order() const { return order_; }
-  bool setBaseSize(std::int32_t runs);                         // above 0
-  bool setDesignKind(std::int32_t kind);                       // 1 or 3
-  bool setOrder(std::int32_t highest);                         // above 0
+  [[nodiscard]] bool setBaseSize(std::int32_t runs);           // above 0
+  [[nodiscard]] bool setDesignKind(std::int32_t kind);         // 1 or 3
+  [[nodiscard]] bool setOrder(std::int32_t highest);           // above 0
   std::int32_t stochasticCount() const { return numFactors; }  // of the last generation
 
   // Blocks of a design over `stochasticCount` factors. The cheap design leaves out the blocks of the orders above half
