@@ -18,7 +18,7 @@ namespace {
 const std::vector<std::string> kFormatWords = {"svg", "pdf", "ps", "eps", "png"};
 const std::vector<std::string> kKindWords = {"scatter",      "cobweb",       "histogram", "bars",         "pie",
                                              "morris",       "forecast",     "preview",   "distribution", "matrix",
-                                             "correlations", "interactions", "times"};
+                                             "correlations", "interactions", "times",     "curves"};
 const std::vector<std::string> kMethodWords = {"random", "latin", "replicated-latin", "lptau", "morris", "fast",
                                                "sobol",  "fixed"};
 
@@ -190,7 +190,7 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
   sub->add_option("--shade", options.shade, "Colours by the density of points (scatter; default: where they are many)")
       ->check(CLI::IsMember({"yes", "no"}));
   sub->add_flag("--ranks", options.ranks, "Of ranks (correlations)");
-  sub->add_option("--measure", options.measure, "Measures by their words (bars, pie, forecast)");
+  sub->add_option("--measure", options.measure, "Measures by their words (bars, pie, forecast, curves)");
   sub->add_option("--colours", options.colours, "Colours of cobwebs, bars and pies (default distinct)")
       ->check(CLI::IsMember({"distinct", "system"}));
   auto* written = sub->add_option_group("output", "What to write");
@@ -211,11 +211,13 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
 }
 
 void addReport(CLI::App& app, ReportOptions& options, Command& command) {
-  CLI::App* sub =
-      app.add_subcommand("report", "Write a study as one page: factors, design, model, statistics, pictures");
+  CLI::App* sub = app.add_subcommand(
+      "report", "Write a study as one page: summary, limits, factors, design, model, statistics, pictures");
   sub->add_option("FILE", options.input, "Post-processor or project file (.spc, .psc, .dem)")->required();
   sub->add_option("-o,--output", options.output, "Page to write (.html or .pdf)")->required();
   sub->add_option("--title", options.title, "What stands above it (default: the file's name)");
+  sub->add_option("--author", options.author, "Whose it is (default: nobody is named)");
+  sub->add_option("--date", options.date, "Its date, as it shall be written (default: today)");
   sub->callback([&] { command = options; });
 }
 

@@ -95,8 +95,10 @@ struct PlotOptions {
 
 struct ReportOptions {
   std::string input;
-  std::string output;  // a page of HTML or a PDF, by its suffix
-  std::string title;   // empty: the input's name
+  std::string output;               // a page of HTML or a PDF, by its suffix
+  std::string title;                // empty: the input's name
+  std::string author;               // empty: nobody is named
+  std::optional<std::string> date;  // nothing: today
 };
 
 struct ProjectOptions {

@@ -6,6 +6,7 @@
 #include "batch/PlotFigures.h"
 #include "batch/PlotWords.h"
 #include "plots/measurePlots.h"
+#include "postproc/TimedVariables.h"
 
 namespace tarvex {
 
@@ -46,10 +47,36 @@ bool chooseSlots(const PlotOptions& options, const SensitivityStats& stats, std:
   return true;
 }
 
+// The measures of one output over the times at which it is analysed, or which the options name.
+bool makeCurves(const PlotOptions& options, ProjectConfiguration& project, FrontEnd& frontEnd, Figure& figure,
+                std::string& message) {
+  message = "The file holds no results to take measures of.";
+  if (!project.hasPrep || !project.hasModel) return false;
+  message.clear();
+  AnalysisRequest request;
+  request.variables = splitLists(options.variables);
+  request.uncertainty = false;
+  if (request.variables.empty()) request.variables = project.vels.selectedVariables();
+  const bool isThere = project.vels.sensitivity && project.vels.sensitivity->computed &&
+                       request.variables == project.vels.selectedVariables();
+  if (!isThere && !analyse(project, request, frontEnd)) return false;
+  const std::vector<TimedVariables> timed =
+      timedVariables(project.vels.selectedVariables(), project.vels.outputNames(project.model));
+  if (timed.size() != 1) {
+    message = "Curves over time are of one output at two times or more: --variables 'Y[0],Y[1],Y[2]'.";
+    return false;
+  }
+  std::vector<std::int32_t> slots;
+  if (!chooseSlots(options, *project.vels.sensitivity, slots, message)) return false;
+  figure = measureCurves(*project.vels.sensitivity, timed.front(), slots.front(), {.colours = coloursOf(options)});
+  return true;
+}
+
 }  // namespace
 
 bool makeMeasureFigure(const PlotOptions& options, ProjectConfiguration& project, FrontEnd& frontEnd, Figure& figure,
                        std::string& message) {
+  if (options.kind == "curves") return makeCurves(options, project, frontEnd, figure, message);
   std::int32_t variable = 0;
   if (!findVariable(options, project, frontEnd, variable, message)) return false;
   const SensitivityStats& stats = *project.vels.sensitivity;

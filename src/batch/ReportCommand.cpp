@@ -3,11 +3,11 @@
 #include "app/Analysis.h"
 #include "app/FrontEnd.h"
 #include "app/ProjectConfiguration.h"
+#include "app/saveReport.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
 #include "batch/StudyFile.h"
 #include "plots/savePicture.h"
-#include "report/Document.h"
 #include "report/StudyReport.h"
 
 namespace tarvex {
@@ -23,14 +23,11 @@ int runReport(const ReportOptions& options, const Console& console) {
   if (!project.hasPrep || !project.hasModel)
     return console.fail("The file holds no results to report: " + options.input);
   PostProcessor postProcessor(project);
-  QuantileTable quantiles;
   if (!completeAnalysis(postProcessor, console.frontEnd)) return kFailed;
+  const ReportWords words{options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title,
+                          options.author, options.date.value_or(today())};
   if (!postProcessor.provideTable(console.watched(), message) ||
-      !computeQuantiles(*postProcessor.snapshot()->table, {}, quantiles, message, console.watched()))
-    return console.fail(message);
-  const std::string title =
-      options.title.empty() ? std::filesystem::path(options.input).stem().string() : options.title;
-  if (!saveDocument(options.output, studyReport(project.prep, project.model, project.vels, title, quantiles), message))
+      !saveReport(project, *postProcessor.snapshot()->table, options.output, words, message, console.watched()))
     return console.fail(message);
   console.out << "Report of " << project.model.results.runCount() << " runs: " << options.output << '\n';
   return kSucceeded;

@@ -29,6 +29,7 @@ void addMatrix(Document& out, const std::vector<std::string>& names,
       cells.push_back(correlationCell(at(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j))));
     table.addRow(std::move(cells));
   }
+  out.add(Caption{Caption::Of::Table, "Correlations"});
   out.add(std::move(table));
 }
 
@@ -52,6 +53,7 @@ void addPairs(Document& out, const std::vector<std::string>& names,
   table.addColumn("correlation");
   for (std::size_t k = 0; k < std::min(pairs.size(), kPairsShown); ++k)
     table.addRow({names[pairs[k].i], names[pairs[k].j], correlationCell(pairs[k].r)});
+  out.add(Caption{Caption::Of::Table, "Correlations of the strongest pairs"});
   out.add(std::move(table));
   if (pairs.size() > kPairsShown) out.add(Remark{fmt::format("and {} weaker pairs", pairs.size() - kPairsShown)});
 }

@@ -58,6 +58,7 @@ void reportTree(Document& out, const FactorList& factors) {
     if (node.parent >= 0)
       table.addRow({factors.factor(i).name, factors.factor(node.parent).name, cell(node.correlation)});
   }
+  out.add(Caption{Caption::Of::Table, "Links of the dependence tree"});
   out.add(std::move(table));
 }
 
@@ -103,6 +104,7 @@ void reportFactors(Document& out, const FactorList& factors) {
                   distribution != nullptr ? cell(distribution->mean()) : "",
                   distribution != nullptr ? cell(distribution->stdDev()) : "", parametersText(factor), factor.note});
   }
+  out.add(Caption{Caption::Of::Table, "The factors"});
   out.add(std::move(table));
   reportCorrelation(out, factors);
 }

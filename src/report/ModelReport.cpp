@@ -49,6 +49,7 @@ void reportEquations(Document& out, const InternalModel& model) {
   int number = 0;
   for (const ModelVariable& variable : model.variables())
     inputs.addRow({std::to_string(++number), variable.name, usersText(variable.usedBy, model)});
+  out.add(Caption{Caption::Of::Table, "Inputs of the model"});
   out.add(std::move(inputs));
   Table equations;
   equations.addColumn("#");
@@ -59,6 +60,7 @@ void reportEquations(Document& out, const InternalModel& model) {
   for (const ModelExpression& expression : model.expressions())
     equations.addRow(
         {std::to_string(++number), expression.type == 1 ? "output" : "internal", expression.name, expression.text});
+  out.add(Caption{Caption::Of::Table, "Equations of the model"});
   out.add(std::move(equations));
 }
 
@@ -79,6 +81,7 @@ void reportResults(Document& out, const ModelConfiguration& model, const VelsCon
   table.addColumn("output", Table::Align::Left);
   int number = 0;
   for (const std::string& name : vels.outputNames(model)) table.addRow({std::to_string(++number), name});
+  out.add(Caption{Caption::Of::Table, "Outputs of the model"});
   out.add(std::move(table));
   if (model.choice.internalModel() != nullptr) reportEquations(out, *model.choice.internalModel());
 }

@@ -34,8 +34,10 @@ void reportQuantiles(Document& out, const QuantileTable& quantiles, const std::v
                      std::int32_t methodId);
 // The filled bins of each variable.
 void reportHistograms(Document& out, const UaStats& statistics, HistogramScale scale);
-// Per variable the measures of the method, factors in the order of the list; or of one variable alone, without heading.
+// Per variable the measures of the method, factors in the order of the list; or of one variable alone, named so,
+// without heading.
 void reportMeasures(Document& out, const SensitivityStats& statistics, const std::vector<std::string>& variables);
-void reportMeasuresOf(Document& out, const SensitivityStats& statistics, std::int32_t variable);
+void reportMeasuresOf(Document& out, const SensitivityStats& statistics, std::int32_t variable,
+                      const std::string& name);
 
 }  // namespace tarvex

@@ -65,6 +65,7 @@ void reportBlocks(Document& out, const FastSampler& sampler) {
   for (const FastBlock& block : sampler.designTable())
     table.addRow({std::to_string(++number), std::to_string(block.frequency), std::to_string(block.resamples),
                   std::to_string(block.curveLength), std::to_string(block.blockLength)});
+  out.add(Caption{Caption::Of::Table, "Blocks of the design"});
   out.add(std::move(table));
 }
 
@@ -103,6 +104,7 @@ void reportSampleStatistics(Document& out, const PrepConfiguration& prep) {
                   cell(statistics->kurtosis(i))});
   }
   out.add(Heading{"The sample's moments", 2});
+  out.add(Caption{Caption::Of::Table, "Moments of the sample"});
   out.add(std::move(table));
   out.add(Heading{"The sample's correlations", 2});
   reportCorrelations(out, varying, [&](std::int32_t i, std::int32_t j) {

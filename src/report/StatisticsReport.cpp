@@ -45,7 +45,7 @@ void addReasons(Document& out, const RegressionStats& statistics, std::int32_t v
   for (const auto& [reason, list] : names) out.add(Remark{fmt::format("{} {}: {}", list, kNotComputed, reason)});
 }
 
-void addRegression(Document& out, const RegressionStats& statistics, std::int32_t variable) {
+void addRegression(Document& out, const RegressionStats& statistics, std::int32_t variable, const std::string& name) {
   double raw = 0.0, ranks = 0.0, rawAdjusted = 0.0, ranksAdjusted = 0.0;
   if (!statistics.determination(variable, raw, ranks) ||
       !statistics.determinationAdjusted(variable, rawAdjusted, ranksAdjusted))
@@ -71,6 +71,7 @@ void addRegression(Document& out, const RegressionStats& statistics, std::int32_
     }
     table.addRow(std::move(cells));
   }
+  out.add(Caption{Caption::Of::Table, "Measures of " + name});
   out.add(std::move(table));
   out.add(Remark{
       fmt::format("Behind each measure its rank; * significantly above 0 at {}; PCC, PRCC and Smirnov have no test",
@@ -106,7 +107,7 @@ void addIdleFactors(Document& out, const SensitivityStats& statistics, std::int3
 }
 
 // A record that lacks a column's slot leaves its cell empty.
-void addSlots(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
+void addSlots(Document& out, const SensitivityStats& statistics, std::int32_t variable, const std::string& name) {
   const std::vector<MeasureSlot> columns = columnsOf(statistics, variable);
   Table table;
   table.addColumn("factor", Table::Align::Left);
@@ -122,6 +123,7 @@ void addSlots(Document& out, const SensitivityStats& statistics, std::int32_t va
     }
     table.addRow(std::move(cells));
   }
+  out.add(Caption{Caption::Of::Table, "Measures of " + name});
   out.add(std::move(table));
   if (statistics.typeId() == SensitivityStats::kMorris) addIdleFactors(out, statistics, variable);
 }
@@ -151,6 +153,7 @@ void reportUncertainty(Document& out, const UaStats& statistics) {
                   number(statistics.minimum(v)), number(statistics.maximum(v)), number(statistics.tchebyBound(v)),
                   tTest < 0.0 ? "" : number(tTest)});
   }
+  out.add(Caption{Caption::Of::Table, "Statistics of the variables"});
   out.add(std::move(table));
 }
 
@@ -175,6 +178,7 @@ void reportQuantiles(Document& out, const QuantileTable& quantiles, const std::v
       add("P(above " + cell(request.thresholds[i]) + ")", found.exceedances[i]);
     missing = std::max(missing, found.missing);
   }
+  out.add(Caption{Caption::Of::Table, "Quantiles of the variables"});
   out.add(std::move(table));
   std::string remark = fmt::format("Intervals of quantiles: {}", kQuantileMethod);
   if (!request.thresholds.empty()) remark += fmt::format("; of probabilities: {}", kExceedanceMethod);
@@ -213,16 +217,18 @@ void reportMeasures(Document& out, const SensitivityStats& statistics, const std
   }
   for (std::int32_t v = 0; v < statistics.variableCount; ++v) {
     const auto index = static_cast<std::size_t>(v);
-    out.add(Heading{"Sensitivity of " + (index < variables.size() ? variables[index] : std::to_string(v + 1)), 2});
-    reportMeasuresOf(out, statistics, v);
+    const std::string name = index < variables.size() ? variables[index] : std::to_string(v + 1);
+    out.add(Heading{"Sensitivity of " + name, 2});
+    reportMeasuresOf(out, statistics, v, name);
   }
 }
 
-void reportMeasuresOf(Document& out, const SensitivityStats& statistics, std::int32_t variable) {
+void reportMeasuresOf(Document& out, const SensitivityStats& statistics, std::int32_t variable,
+                      const std::string& name) {
   if (const auto* regression = dynamic_cast<const RegressionStats*>(&statistics))
-    addRegression(out, *regression, variable);
+    addRegression(out, *regression, variable, name);
   else
-    addSlots(out, statistics, variable);
+    addSlots(out, statistics, variable, name);
 }
 
 }  // namespace tarvex

@@ -1,8 +1,10 @@
 #include "report/StudyReport.h"
 
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <ctime>
 #include <filesystem>
 
 #include "base/TextWriter.h"
@@ -11,10 +13,14 @@
 #include "plots/distributionPlot.h"
 #include "plots/histogramPlots.h"
 #include "plots/measurePlots.h"
+#include "plots/runPlots.h"
 #include "plots/savePicture.h"
+#include "plots/strongestFactors.h"
+#include "postproc/TimedVariables.h"
 #include "postproc/VelsConfiguration.h"
 #include "report/Document.h"
 #include "report/Reports.h"
+#include "report/StudySections.h"
 #include "report/sampleChecksum.h"
 #include "report/versions.h"
 #include "sampling/PrepConfiguration.h"
@@ -49,6 +55,7 @@ void addDensities(Document& out, const FactorList& factors) {
     const std::size_t rows = (figure.charts.size() + kDensityColumns - 1) / kDensityColumns;
     figure.height = kDensityHeight * static_cast<double>(rows);
     out.add(std::move(figure));
+    out.add(Caption{Caption::Of::Figure, "Densities of factors"});
   }
 }
 
@@ -64,37 +71,117 @@ Figure histogramOf(const PrepConfiguration& prep, const ModelConfiguration& mode
   return histogramPlot(statistics, {variable}, form, kLinearScale);
 }
 
-void addUncertainty(Document& out, const PrepConfiguration& prep, const ModelConfiguration& model,
-                    const VelsConfiguration& vels, const QuantileTable& quantiles) {
+// The columns that sections are made of: all factors, then the analysed variables. Without columns where it can't be
+// read, or where it is so large that pictures of single runs say nothing: `missing` then says why.
+struct StudyColumns {
+  RunTable table;
+  std::size_t factors = 0;  // so many come first
+  std::string missing = {};
+};
+
+StudyColumns readStudyColumns(const StudyParts& study, const Progress& progress) {
+  constexpr double kMostCells = 5e7;  // 400 MB
+  StudyColumns columns;
+  std::vector<std::string> names;
+  const FactorList& factors = study.prep.factors;
+  for (std::int32_t i = 0; i < factors.factorCount(); ++i) names.push_back("F - " + factors.factor(i).name);
+  columns.factors = names.size();
+  for (const std::string& variable : study.vels.selectedVariables()) names.push_back("V - " + variable);
+  if (static_cast<double>(names.size()) * study.prep.samples.rows() > kMostCells) {
+    columns.missing = "Of so many runs and factors rank correlations and scattergrams are left out.";
+    return columns;
+  }
+  std::string problem;
+  if (!readRunTable(study.prep, study.model, study.vels.outputNames(study.model), names, columns.table, problem,
+                    progress))
+    columns.missing = problem;
+  return columns;
+}
+
+void addScattergrams(Document& out, const StudyParts& study, const StudyColumns& columns, std::int32_t variable) {
+  constexpr std::size_t kScattersAFigure = 3;
+  constexpr double kScatterHeight = 290.0;
+  if (columns.table.columns.empty()) return;
+  const RunColumn& output = columns.table.columns[columns.factors + static_cast<std::size_t>(variable)];
+  const SensitivityStats* const measures = study.vels.sensitivity.get();
+  const bool isMeasured = measures != nullptr && measures->computed && variable < measures->variableCount;
+  Figure figure;
+  std::string names;
+  for (const std::size_t factor :
+       strongestFactors(columns.table, output, isMeasured ? measures : nullptr, variable, kScattersAFigure)) {
+    Figure one = scatterPlot(columns.table.columns[factor], output);
+    if (one.charts.empty()) continue;
+    figure.charts.push_back(std::move(one.charts.front()));
+    names += (names.empty() ? "" : ", ") + columns.table.columns[factor].name;
+  }
+  if (figure.charts.empty()) return;
+  figure.columns = kScattersAFigure;
+  figure.height = kScatterHeight;
+  out.add(std::move(figure));
+  out.add(Caption{Caption::Of::Figure, output.name + " against its strongest factors: " + names});
+}
+
+void addUncertainty(Document& out, const StudyParts& study) {
   constexpr double kHeight = 330.0;
-  const UaStats& statistics = vels.uncertainty;
+  const UaStats& statistics = study.vels.uncertainty;
   out.add(Heading{"Uncertainty"});
   reportUncertainty(out, statistics);
-  reportQuantiles(out, quantiles, vels.selectedVariables(), prep.methodId());
+  reportQuantiles(out, study.quantiles, study.vels.selectedVariables(), study.prep.methodId());
   for (std::int32_t v = 0; v < statistics.variableCount(); ++v) {
-    Figure figure = histogramOf(prep, model, vels, v, HistogramForm::Area);
-    Figure cumulative = histogramOf(prep, model, vels, v, HistogramForm::Cumulative);
+    Figure figure = histogramOf(study.prep, study.model, study.vels, v, HistogramForm::Area);
+    Figure cumulative = histogramOf(study.prep, study.model, study.vels, v, HistogramForm::Cumulative);
     std::move(cumulative.charts.begin(), cumulative.charts.end(), std::back_inserter(figure.charts));
     figure.columns = 2;
     figure.title = *statistics.name(v);
     figure.height = kHeight;
     out.add(std::move(figure));
+    out.add(Caption{Caption::Of::Figure, "Histogram and cumulative curve of " + *statistics.name(v)});
   }
 }
 
-void addMeasures(Document& out, const VelsConfiguration& vels) {
+// What a picture of measures shows, by its word.
+std::string pictureText(const SensitivityStats& statistics, const std::string& word, const std::string& variable) {
+  if (word == "plane") return "Plane of Morris, mean size of the effects against their spread, for " + variable;
+  if (word == "indices") return "Indices of first and total order of " + variable;
+  if (word == "interactions") return "First order and interactions of each factor, of " + variable;
+  if (word == "pies") return "Shares of the variance of " + variable;
+  for (const MeasureChoice& choice : measureChoices(statistics))
+    if (choice.word == word) return choice.title + " of each factor, for " + variable;
+  return "Measures of " + variable;
+}
+
+// The first of the usual measures over the times at which an output is analysed.
+void addCurves(Document& out, const StudyParts& study) {
+  const std::vector<TimedVariables> timed =
+      timedVariables(study.vels.selectedVariables(), study.vels.outputNames(study.model));
+  if (timed.empty()) return;
+  out.add(Heading{"Measures over time", 2});
+  for (const TimedVariables& times : timed)
+    for (const std::int32_t slot : usualSlots(*study.vels.sensitivity)) {
+      out.add(measureCurves(*study.vels.sensitivity, times, slot));
+      out.add(Caption{Caption::Of::Figure, "Measures of " + times.output + " over time"});
+    }
+}
+
+void addMeasures(Document& out, const StudyParts& study, const StudyColumns& columns, const Progress& progress) {
   out.add(Heading{"Sensitivity"});
-  if (!vels.sensitivity || !vels.sensitivity->computed) {
+  if (!study.vels.sensitivity || !study.vels.sensitivity->computed) {
     out.add(Paragraph{"Sensitivity measures: not computed"});
     return;
   }
-  const std::vector<std::string>& names = vels.selectedVariables();
-  for (std::int32_t v = 0; v < vels.sensitivity->variableCount; ++v) {
+  addCurves(out, study);
+  const std::vector<std::string>& names = study.vels.selectedVariables();
+  const std::int32_t count = study.vels.sensitivity->variableCount;
+  for (std::int32_t v = 0; v < count && progress.report(v, count); ++v) {
     const auto index = static_cast<std::size_t>(v);
     const std::string name = index < names.size() ? names[index] : std::to_string(v + 1);
     out.add(Heading{"Sensitivity of " + name, 2});
-    reportMeasuresOf(out, *vels.sensitivity, v);
-    for (auto& [word, figure] : measureFigures(*vels.sensitivity, v, name)) out.add(std::move(figure));
+    reportMeasuresOf(out, *study.vels.sensitivity, v, name);
+    for (auto& [word, figure] : measureFigures(*study.vels.sensitivity, v, name)) {
+      out.add(std::move(figure));
+      out.add(Caption{Caption::Of::Figure, pictureText(*study.vels.sensitivity, word, name)});
+    }
+    if (index < names.size()) addScattergrams(out, study, columns, v);
   }
 }
 
@@ -106,6 +193,7 @@ void addIdentity(Document& out, const PrepConfiguration& prep) {
                                   (prep.samples.order() == 0 ? prep.samples.rows() : prep.samples.columns()) + 4,
                                   checksum)});
   out.add(Paragraph{"The same factors, design and seed give the same sample, digit by digit, on every machine."});
+  out.add(Caption{Caption::Of::Table, "What made the numbers"});
   Table table;
   table.addColumn("made with", Table::Align::Left);
   table.addColumn("version", Table::Align::Left);
@@ -115,20 +203,39 @@ void addIdentity(Document& out, const PrepConfiguration& prep) {
 
 }  // namespace
 
+std::string today() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  return localtime_r(&now, &local) == nullptr ? std::string() : fmt::format("{:%Y-%m-%d}", local);
+}
+
 Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
-                     const std::string& title, const QuantileTable& quantiles) {
+                     const ReportWords& words, const QuantileTable& quantiles, const Progress& progress) {
+  constexpr double kRead = 0.3;  // of the time
+  const StudyParts study{prep, model, vels, quantiles};
   Document out;
-  out.title = title;
+  out.title = words.title;
+  out.author = words.author;
+  out.date = words.date;
+  const StudyColumns columns = readStudyColumns(study, progress.part(0.0, kRead));
+  out.add(Contents{});
+  addStudySummary(out, study);
+  addStudyLimits(out, study);
   out.add(Heading{"Factors"});
   reportFactors(out, prep.factors);
   addDensities(out, prep.factors);
   out.add(Heading{"Design"});
   reportDesign(out, prep);
   if (prep.samples.rows() > 0) reportSampleStatistics(out, prep);
+  if (columns.missing.empty())
+    addDesignCorrelations(out, prep, columns.table);
+  else
+    out.add(Remark{columns.missing});
   out.add(Heading{"Model"});
   reportResults(out, model, vels);
-  addUncertainty(out, prep, model, vels, quantiles);
-  addMeasures(out, vels);
+  addUncertainty(out, study);
+  addMeasures(out, study, columns, progress.part(kRead, 1.0));
+  addGlossary(out, study);
   addIdentity(out, prep);
   return out;
 }
@@ -140,13 +247,16 @@ bool isReportFile(const std::string& path, std::string& message) {
   return false;
 }
 
-bool saveDocument(const std::string& path, const Document& document, std::string& message) {
+bool saveDocument(const std::string& path, const Document& document, std::string& message, const Progress& progress) {
   if (!isReportFile(path, message)) return false;
   const bool isPdf = std::filesystem::path(path).extension() == kPdf;
-  const std::string content = isPdf ? pdfContent(document) : htmlText(document);
+  const std::string content = isPdf ? pdfContent(document, progress) : htmlText(document, progress);
+  message = kStoppedText;
+  if (progress.stopped()) return false;
   TextWriter out(path);
   if (content.empty()) out.refuse("its pages can't be drawn");
   out << content;
+  message = "";
   if (out.commit()) return true;
   message = withProblem(kCannotCreate, out);
   return false;

@@ -45,6 +45,8 @@ struct BlockPrinter {
     printTable(out, table, kIndent);
   }
   void operator()(const Figure&) const {}
+  void operator()(const Caption&) const {}
+  void operator()(const Contents&) const {}
 };
 
 }  // namespace

@@ -49,6 +49,7 @@ TEST_F(PlotCommand, drawsEveryKind) {
       "pair.spc pie",
       "fast-groups.spc bars --measure first,total",
       "morris.spc morris",
+      "times-run.spc curves --variables dose[0],dose[0.5],dose[1] --measure src",
       "plant.spc forecast --variables cost/(1+exp(-margin))",
       "matrix.fac preview --variables a,b",
       "random-tree.sam distribution --variables against",

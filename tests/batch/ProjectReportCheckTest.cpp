@@ -81,7 +81,7 @@ TEST_F(ProjectCommand, showsTheSections) {
 class ReportCommand : public test::CommandFixture {
  protected:
   int report(const std::string& input, const std::string& output) {
-    return run({"report", input, "-o", output, "--title", "Reactor <3>"});
+    return run({"report", input, "-o", output, "--title", "Reactor <3>", "--author", "A. & B.", "--date", "1 May"});
   }
 };
 
@@ -90,7 +90,9 @@ TEST_F(ReportCommand, everyResultOnOnePage) {
     const char* input;
     std::vector<std::string> holds;
   } cases[] = {
-      {"plant.spc", {"Reactor &lt;3&gt;", "Densities", "Latin Hypercube", "SHA-256", "Boost.Math", "PRCC"}},
+      {"plant.spc",
+       {"Reactor &lt;3&gt;", "Densities", "Latin Hypercube", "SHA-256", "Boost.Math", "PRCC",
+        "60 runs are few for 15 factors", "It is 3.75 in all runs", "asked for", "Table 12. ", "A. &amp; B., 1 May"}},
       {"morris-run.spc", {"trajectories on", "Sensitivity of", "Sigma"}},  // neither statistics nor measures yet
       {"times.spc", {"dose[max]", "times from"}},
       {"unit-order2.spc", {"indices up to order 2"}},
@@ -106,6 +108,10 @@ TEST_F(ReportCommand, everyResultOnOnePage) {
   }
   ASSERT_EQ(report(test::goldenPath("plant.spc"), file("a.pdf")), kSucceeded) << errors_;
   EXPECT_EQ(test::readFile(file("a.pdf")).substr(0, 5), "%PDF-");
+  ASSERT_EQ(run({"analyse", test::goldenPath("times-run.spc"), "-o", file("t.spc"), "-v", "dose[0]", "-v", "dose[1]"}),
+            kSucceeded);
+  ASSERT_EQ(report(file("t.spc"), file("a.html")), kSucceeded) << errors_;
+  EXPECT_NE(test::readFile(file("a.html")).find("Measures of dose over time"), std::string::npos);
 }
 
 TEST_F(ReportCommand, refusalsLeaveTheOldReport) {

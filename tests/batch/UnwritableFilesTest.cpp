@@ -38,7 +38,7 @@ class UnwritableFiles : public test::InDirectory {
     study_.hasPrep = study_.hasModel = study_.hasVels = true;
     ASSERT_TRUE(study_.vels.sensitivity);
     figure_ = measureFigures(*study_.vels.sensitivity, 0, "Y").at(0).second;
-    document_ = studyReport(study_.prep, study_.model, study_.vels, "study");
+    document_ = studyReport(study_.prep, study_.model, study_.vels, {"study"});
   }
 
   std::vector<Writer> writers() {
