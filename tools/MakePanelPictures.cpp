@@ -57,6 +57,7 @@
 #include "panels/prep/editFactor.h"
 #include "panels/sampling/PGroupSelect.h"
 #include "panels/sampling/makeMethodPanel.h"
+#include "panels/vels/PReport.h"
 #include "panels/vels/PSaRandomSelect.h"
 #include "panels/vels/PSelectVariable.h"
 #include "panels/vels/PUaSelect.h"
@@ -393,6 +394,8 @@ void drawResults(PMainPanel& main, Pictures& pictures) {
   PVelsMain vels(desk, [] {});
   vels.gadget<QPlainTextEdit>("TExpression")->setPlainText("y * (1 + y");
   pictures.draw("PVelsMain", vels);
+  PReport report(desk, {"Dose at the fence", "A. Author", "2026-11-22"}, nullptr);
+  pictures.draw("PReport", report);
   PSelectVariable select(display, "Dose", {0.0, 1.0, 2.5, 10.0, 100.0}, nullptr);
   select.gadget<QComboBox>("SelTime")->setCurrentIndex(1);
   select.call("changeSel");

@@ -16,6 +16,7 @@
 #include "panels/prep/ExpressionColours.h"
 #include "panels/vels/CellTable.h"
 #include "panels/vels/OutputList.h"
+#include "panels/vels/PReport.h"
 #include "panels/vels/PSelectVariable.h"
 #include "panels/vels/PUaSingle.h"
 #include "panels/vels/ResultDesk.h"
@@ -57,6 +58,7 @@ PVelsMain::PVelsMain(ResultDesk& desk, std::function<void()> openResults)
                      {"dismiss", [this] { dismiss(); }},
                      {"open", [this] { open(); }},
                      {"plots", [this] { plots(); }},
+                     {"report", [this] { report(); }},
                      {"take", [this] { add(); }},
                      {"selectRow", [this] { refreshGadgets(); }},
                      {"edited", [this] { edited(); }}});
@@ -123,6 +125,7 @@ void PVelsMain::refreshGadgets() {
   const bool isMarked = !selectedRows("MaSelected").empty();
   allow(*gadget<QPushButton>("BRemove"),
         !empty.isEmpty() || isMarked ? empty : "Mark the variables that are to go, in the list on the right.");
+  allow(*gadget<QPushButton>("BReport"), why);
   allow(*gadget<QPushButton>("BUa"), whyNotAnalyse());
   const bool hasMethod = controller().project().prep.sampler != nullptr;
   allow(*gadget<QPushButton>("BSa"), hasMethod ? whyNotAnalyse() : "The sample has no method that measures go with.");
@@ -255,6 +258,14 @@ void PVelsMain::plots() {
   working_ = true;
   openPlots(desk_);
   working_ = false;
+}
+
+void PVelsMain::report() {
+  if (working_) return;
+  working_ = true;
+  const QString done = makeReport(desk_, window());
+  working_ = false;
+  if (!done.isEmpty()) say(done);
 }
 
 void PVelsMain::save() {

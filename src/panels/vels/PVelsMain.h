@@ -65,6 +65,7 @@ class PVelsMain : public Panel {
   void ua();
   void sa();
   void plots();
+  void report();
   void save();
   void open();
   void dismiss();
