@@ -17,7 +17,7 @@ namespace tarvex {
 namespace {
 
 using Fields = std::vector<std::pair<const char*, const char*>>;
-using Equations = std::vector<std::pair<const char*, const char*>>;
+using Equations = test::Equations;
 
 constexpr const char* kIshigami = "ishigami.fac";
 
@@ -43,11 +43,6 @@ class ModelStudy : public test::ModelTest, public testing::WithParamInterface<Mo
   QString filled(const char* text) const {
     return QString(text).replace("DIR", QString::fromStdString(directory_.path())).replace("LEVELE", TARVEX_LEVELE);
   }
-  static void press(QWidget& window, const char* button) {
-    auto* const found = window.findChild<QAbstractButton*>(button);
-    ASSERT_NE(found, nullptr) << button;
-    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
-  }
   static void intoCell(TableView& table, int row, int column, const char* text) {
     const QModelIndex cell = table.model()->index(row, column);
     table.scrollTo(cell);
@@ -67,30 +62,11 @@ class ModelStudy : public test::ModelTest, public testing::WithParamInterface<Mo
     QTest::mouseClick(methods->viewport(), Qt::LeftButton, {}, methods->visualItemRect(found.front()).center());
     press(window, "BSpecify");
   }
-  // One equation after the other; Enter accepts it from the field of its text.
-  void writeEquations(QWidget& editor) {
-    for (const auto& [name, text] : GetParam().equations) {
-      whenShown("PNewExpression", [name = name, text = text](QWidget& window) {
-        type(window, {{"TExprName", name}});
-        auto* const field = window.findChild<QPlainTextEdit*>("TExpr");
-        QTest::mouseClick(field->viewport(), Qt::LeftButton);
-        QTest::keyClicks(field, text);
-        QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
-        QTest::keyClick(field, Qt::Key_Return);
-      });
-      press(editor, "BAdd");
-    }
-    dialogs_.answers = {false};  // to save them in a file
-    press(editor, "BOk");
-  }
   void choose(QWidget& selection) {
     const Model& model = GetParam();
     if (!model.equations.empty()) {
-      auto* const kind = selection.findChild<QComboBox*>("SeSwitchModel");
-      kind->setFocus();
-      QTest::keyClick(kind, Qt::Key_Down);
-      whenShown("PIntModel", [this](QWidget& editor) { writeEquations(editor); });
-      press(selection, "BCreateNewIntModel");
+      dialogs_.answers = {false};  // to save them in a file
+      chooseEquations(selection, model.equations);
     }
     for (const auto& [name, text] : model.typed)
       if (*text == '\0')

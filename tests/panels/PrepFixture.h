@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -27,6 +28,7 @@
 namespace tarvex::test {
 
 using Texts = std::vector<std::string>;
+using Equations = std::vector<std::pair<const char*, const char*>>;
 
 // The panels of the pre-processor, driven by the names of their gadgets.
 class PrepTest : public testing::Test {
@@ -66,6 +68,33 @@ class PrepTest : public testing::Test {
     ASSERT_NE(found, nullptr) << button;
     EXPECT_TRUE(found->isEnabled()) << button;
     found->click();
+  }
+  static void press(QWidget& window, const char* button) {
+    auto* const found = window.findChild<QAbstractButton*>(button);
+    ASSERT_NE(found, nullptr) << button;
+    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
+  }
+  // Equations in the panel of models, one after the other; Enter accepts each from the field of its text. What is asked
+  // at the end dialogs_ answers.
+  void chooseEquations(QWidget& selection, const Equations& equations) {
+    auto* const kind = selection.findChild<QComboBox*>("SeSwitchModel");
+    kind->setFocus();
+    QTest::keyClick(kind, Qt::Key_Down);
+    whenShown("PIntModel", [this, equations](QWidget& editor) {
+      for (const auto& [name, text] : equations) {
+        whenShown("PNewExpression", [name = name, text = text](QWidget& window) {
+          type(window, {{"TExprName", name}});
+          auto* const field = window.findChild<QPlainTextEdit*>("TExpr");
+          QTest::mouseClick(field->viewport(), Qt::LeftButton);
+          QTest::keyClicks(field, text);
+          QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+          QTest::keyClick(field, Qt::Key_Return);
+        });
+        press(editor, "BAdd");
+      }
+      press(editor, "BOk");
+    });
+    press(selection, "BCreateNewIntModel");
   }
   // Acts on the window as soon as it has the keyboard: once, whatever is modal above it.
   void whenShown(const QString& window, std::function<void(QWidget&)> act) {

@@ -1,5 +1,5 @@
 // Whole studies by mouse and keys over the real panels: from an empty project to the files of its factors and of its
-// sample.
+// sample, and one of each method on to its report.
 
 #include <QClipboard>
 #include <QFile>
@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <map>
 
+#include "app/RunController.h"
 #include "base/uniformRandom.h"
 #include "panels/PrepFixture.h"
 #include "panels/main/PMainPanel.h"
@@ -33,6 +34,7 @@ struct Study {
   const char* panel;                                                  // its name
   Uses settings = {};                                                 // fields, entries of lists, or buttons
   std::vector<std::pair<const char*, std::vector<int>>> groups = {};  // with the rows that are selected
+  const char* equation = nullptr;                                     // of its model, where it goes on to a report
 };
 
 void PrintTo(const Study& study, std::ostream* out) {
@@ -43,19 +45,19 @@ void PrintTo(const Study& study, std::ostream* out) {
 const Study kPrepStudies[] = {
     {"random-none.sam", "Random", "Random", {{"NExecution", "100"}}},
     {"random-tree.sam", "Random", "Random", {{"NExecution", "120"}, {"NSeed", "31"}}},
-    {"random-matrix.sam", "Random", "Random", {{"NExecution", "150"}, {"NSeed", "5648423"}}},
-    {"latin-tree.sam", "Latin Hypercube", "Latin", {{"NExecution", "110"}, {"NSeed", "12"}}},
+    {"random-matrix.sam", "Random", "Random", {{"NExecution", "150"}, {"NSeed", "5648423"}}, {}, "a + 2 * b * c"},
+    {"latin-tree.sam", "Latin Hypercube", "Latin", {{"NExecution", "110"}, {"NSeed", "12"}}, {}, "child + root * other"},
     {"latin-stein.sam", "Latin Hypercube", "Latin", {{"NExecution", "48"}, {"NSeed", "8"}}},
     {"replatin-matrix.sam", "Replicated Latin Hypercube", "Replicated Latin Hypercube",
-     {{"NBaseDesign", "20"}, {"NReplications", "6"}}},
-    {"fixed.sam", "Fixed samples", "Fixed", {{"BLoad", ""}}},
-    {"morris.sam", "Morris", "Morris", {{"OExecution", "48"}, {"OLevels", "4"}, {"NSeed", "21"}}},
+     {{"NBaseDesign", "20"}, {"NReplications", "6"}}, {}, "a + b ** 2"},
+    {"fixed.sam", "Fixed samples", "Fixed", {{"BLoad", ""}}, {}, "x1 + x2 * x3"},
+    {"morris.sam", "Morris", "Morris", {{"OExecution", "48"}, {"OLevels", "4"}, {"NSeed", "21"}}, {}, "x1 + x2 * x3"},
     {"fast-classic.sam", "Fast", "Fast", {{"NExecution", "315"}, {"NSeed", "2"}}},
-    {"fast-extended.sam", "Fast", "Fast", {{"OSettings", kAllEffects}, {"NExecution", "345"}, {"NSeed", "2"}}},
+    {"fast-extended.sam", "Fast", "Fast", {{"OSettings", kAllEffects}, {"NExecution", "345"}, {"NSeed", "2"}}, {}, "x1 + x2 * x3"},
     {"fast-groups.sam", "Fast", "Fast", {{"NExecution", "400"}, {"NSeed", "6"}, {"OSettings", kGroupEffects}},
      {{"one", {0, 2}}, {"two", {1}}}},
-    {"lptau.sam", "QuasiRandom LpTau", "LpTau", {{"OExecutions", "128"}}},
-    {"sobol.sam", "Sobol", "Sobol"},
+    {"lptau.sam", "QuasiRandom LpTau", "LpTau", {{"OExecutions", "128"}}, {}, "norm + 2 * bet"},
+    {"sobol.sam", "Sobol", "Sobol", {}, {}, "x1 + x2 * x3"},
     {"sobol-order2.sam", "Sobol", "Sobol", {{"TOSwitchSel", ""}, {"TOrder", "2"}}},
 };
 
@@ -105,11 +107,6 @@ const struct {
 
 class PrepStudies : public test::PrepTest, public testing::WithParamInterface<Study> {
  protected:
-  static void press(QWidget& window, const char* button) {
-    auto* const found = window.findChild<QAbstractButton*>(button);
-    ASSERT_NE(found, nullptr) << button;
-    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
-  }
   static void pick(QListWidget& list, const QListWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
     ASSERT_NE(item, nullptr);
     QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, list.visualItemRect(item).center());
@@ -261,6 +258,40 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
     press(window, "BSpecify");
   }
 
+  // The model, its run, the report.
+
+  void report(PMainPanel& main, const std::string& path) {
+    QWidget& window = *main.window();
+    whenShown("External", [this](QWidget& selection) {
+      dialogs_.answers = {true};  // to save the equations
+      dialogs_.files.push_back(file("m.imd"));
+      chooseEquations(selection, {{"y", GetParam().equation}});
+      press(selection, "BOk");
+    });
+    press(window, "BSelectInput");
+    whenShown("PLinkFactors", [](QWidget& link) { press(link, "BOk"); });
+    press(window, "BStart");
+    ASSERT_GT(main.controller().project().model.results.runCount(), 0) << testing::PrintToString(takeShown());
+    press(window, "BAnalyse");
+    auto* const vels = window.findChild<QWidget*>("VelsMain");
+    ASSERT_NE(vels, nullptr);
+    // A shell has the digits of files, and so has the desktop on the next morning.
+    dialogs_.files.push_back(file("panels.spc"));
+    press(*vels, "BSave");
+    dialogs_.answers = {true};  // the project isn't saved
+    main.openFile(QString::fromStdString(file("panels.spc")));
+    press(*vels, "BAddAll");
+    whenShown("Report", [&](QWidget& panel) {
+      type(panel, {{"TTitle", "A <study>"}, {"TAuthor", "A. Author"}, {"TDate", "1 May"}});
+      dialogs_.files.push_back(path);
+      QTest::keyClick(panel.focusWidget(), Qt::Key_Return);
+    });
+    press(*vels, "BReport");
+    EXPECT_EQ(vels->findChild<QLabel*>("MlMessage")->text().toStdString(), "Written: " + path)
+        << testing::PrintToString(takeShown());
+  }
+  void shell(const QStringList& words) { ASSERT_EQ(QProcess::execute(TARVEX_BATCH_PROGRAM, words), 0); }
+
   // The words with which a shell makes the sample, and the list of factors that they name.
   QStringList command(std::string& factors) {
     QFile cases(QString::fromStdString(test::goldenPath("cases.json")));
@@ -305,6 +336,7 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
     press(window, "BOk");
   });
   main.window()->show();
+  if (GetParam().equation != nullptr) press(*main.window(), "BMonteCarlo");
   press(*main.window(), "BConfigure");
   restoreInitialRandomState();
   press(*main.window(), "BGenerate");
@@ -313,6 +345,14 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
   const std::string made = withoutPlaces(test::readFile(sample));
   EXPECT_EQ(made, withoutPlaces(ofShell)) << testing::PrintToString(takeShown());
   EXPECT_EQ(made, test::readFile(test::goldenPath(GetParam().sample)));
+  if (GetParam().equation == nullptr) return;
+
+  report(main, file("panels.html"));
+  const auto path = [this](const std::string& name) { return QString::fromStdString(file(name)); };
+  shell({"run", QString::fromStdString(sample), "-o", path("shell.spc"), "--model", path("m.imd")});
+  shell({"report", path("shell.spc"), "-o", path("shell.html"), "--title", "A <study>", "--author", "A. Author",
+         "--date", "1 May"});
+  EXPECT_EQ(test::readFile(file("panels.html")), test::readFile(file("shell.html")));
 }
 
 INSTANTIATE_TEST_SUITE_P(, PrepStudies, testing::ValuesIn(kPrepStudies));

@@ -315,11 +315,37 @@ plots_panels() {
   insist Escape 'study/case.psc$'
 }
 
+# i: mean, variance and histogram of a variable. j: the factors ranked as bars. Then all of it as a report.
+results_panels() {
+  insist alt+a '^Statistical Post Processor'
+  key alt+l
+  recount
+  key alt+n
+  await '^Uncertainty analysis'
+  counted "task i, of a variable"
+  over "clicks and keys of task i" $((clicks + keys)) 1
+  insist Escape '^Statistical Post Processor'
+  recount
+  key alt+s
+  await '^Sobol indexes'
+  counted "task j, of a variable"
+  over "clicks and keys of task j" $((clicks + keys)) 2
+  insist Escape '^Statistical Post Processor'
+  key alt+r
+  await '^Report of the study'
+  key Return
+  type_path '^Save report' "$study/report.pdf"
+  until_it test -s "$study/report.pdf" || fault "no report was saved"
+  insist Escape 'study/case.psc\*$'
+  key ctrl+s
+  await 'study/case.psc$'
+}
+
 # With the project as argument: a change, and the end by the system, and by force.
 copy=$study/.case.psc.autosave
 for signal in TERM KILL; do
   start 'study/case.psc$' "$study/case.psc"
-  [ $signal = KILL ] || plots_panels
+  [ $signal = KILL ] || { plots_panels; results_panels; }
   key alt+n
   [ $signal = KILL ] || model_panels
   changed
