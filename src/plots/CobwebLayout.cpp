@@ -85,7 +85,15 @@ CobwebLayout layOutChart(Metrics& metrics, const Rect& area, const CobwebChart& 
   const double gap = metrics.gap();
   layout.hasTexts = area.height > 6.0 * metrics.pen().height(metrics.tickStyle());
   const double above = layout.hasTexts ? layout.names.height + layout.uppers.height + 1.5 * gap : gap;
-  const double below = layout.hasTexts ? layout.lowers.height + gap : gap;
+  double below = layout.hasTexts ? layout.lowers.height + gap : gap;
+  if (layout.hasTexts && layout.names.every > 1) {
+    const std::size_t named = (count + layout.names.every - 1) / layout.names.every;
+    layout.unnamed = std::to_string(named) + " of " + std::to_string(count) +
+                     " axes have room for their names: a wider picture names the others";
+    const double line = metrics.pen().height(metrics.tickStyle());
+    layout.unnamedTop = area.bottom() - line;
+    below += line + gap / 2.0;
+  }
   // Half a spacing at each side: a level text is as wide as that.
   layout.plane = {area.x + spacing / 2.0, area.y + above, area.width - spacing, area.height - above - below};
   layout.names.top = area.y;

@@ -37,6 +37,8 @@ struct CobwebLayout {
 
   Rect area, plane;
   bool hasTexts = false;
+  std::string unnamed;  // says so where not every axis has its name; stands at `unnamedTop`
+  double unnamedTop = 0.0;
   TextRow names, uppers, lowers;
   std::vector<AxisPlace> axes;
 

@@ -47,6 +47,7 @@ void drawMark(Canvas& canvas, const Rect& box, const LegendEntry& entry, const C
 
 // Entries side by side, from the left; each takes `widths` of them.
 struct Row {
+  std::size_t first = 0;
   std::vector<std::size_t> entries;
   std::vector<double> widths;
   double width = 0.0;
@@ -60,7 +61,7 @@ std::vector<Row> rowsOf(Metrics& metrics, const std::vector<LegendEntry>& entrie
     const double taken = std::min(mark + metrics.pen().width(entries[i].text, metrics.bodyStyle()), width);
     if (rows.empty() || rows.back().width + 3.0 * gap + taken > width) {
       if (rows.size() == most) break;
-      rows.emplace_back();
+      rows.push_back({i, {}, {}, 0.0});
     }
     Row& row = rows.back();
     row.width += taken + (row.entries.empty() ? 0.0 : 3.0 * gap);
@@ -68,6 +69,22 @@ std::vector<Row> rowsOf(Metrics& metrics, const std::vector<LegendEntry>& entrie
     row.widths.push_back(taken);
   }
   return rows;
+}
+
+// Takes entries off the last row until it has room to say how many aren't there; what that is wide.
+double makeRoomForMore(Metrics& metrics, std::size_t count, double width, Row& last, std::string& more) {
+  if (last.entries.back() + 1 == count) return 0.0;
+  const double gap = 3.0 * metrics.gap();
+  double taken = 0.0;
+  while (true) {
+    const std::size_t shown = last.entries.empty() ? last.first : last.entries.back() + 1;
+    more = "and " + std::to_string(count - shown) + " more";
+    taken = metrics.pen().width(more, metrics.bodyStyle());
+    if (last.entries.empty() || last.width + gap + taken <= width) return taken;
+    last.width -= last.widths.back() + (last.entries.size() > 1 ? gap : 0.0);
+    last.entries.pop_back();
+    last.widths.pop_back();
+  }
 }
 
 }  // namespace
@@ -78,6 +95,8 @@ void LegendLayout::move(double x, double y) {
       rect->x += x;
       rect->y += y;
     }
+  moreText.x += x;
+  moreText.y += y;
 }
 
 LegendLayout layOutLegend(Metrics& metrics, const std::vector<LegendEntry>& entries, double width, double room) {
@@ -86,9 +105,13 @@ LegendLayout layOutLegend(Metrics& metrics, const std::vector<LegendEntry>& entr
   const double high = kMarkHeight * metrics.scale();
   LegendLayout layout;
   const auto most = static_cast<std::size_t>(std::max(room, 0.0) / rowHeight);
-  for (const Row& row : rowsOf(metrics, entries, width, most)) {
+  std::vector<Row> rows = rowsOf(metrics, entries, width, most);
+  const double moreWidth =
+      rows.empty() ? 0.0 : makeRoomForMore(metrics, entries.size(), width, rows.back(), layout.more);
+  for (const Row& row : rows) {
     const double middle = layout.height + rowHeight / 2.0;
-    double left = (width - row.width) / 2.0;
+    const bool isLast = &row == &rows.back();
+    double left = (width - row.width - (isLast ? moreWidth : 0.0)) / 2.0;
     for (std::size_t i = 0; i < row.entries.size(); ++i) {
       const double mark = markWidth(entries[row.entries[i]]) * metrics.scale();
       layout.places.push_back({row.entries[i],
@@ -96,6 +119,7 @@ LegendLayout layOutLegend(Metrics& metrics, const std::vector<LegendEntry>& entr
                                {left + mark + gap, layout.height, row.widths[i] - mark - gap, rowHeight}});
       left += row.widths[i] + 3.0 * gap;
     }
+    if (isLast && !layout.more.empty()) layout.moreText = {left, layout.height, moreWidth, rowHeight};
     layout.height += rowHeight;
   }
   return layout;
@@ -110,6 +134,10 @@ void drawLegend(Canvas& canvas, const std::vector<LegendEntry>& entries, const L
     canvas.pen().draw(entry.text, canvas.bodyStyle(), place.text.x, place.text.centreY(), Anchor::Left,
                       place.text.width, Shorten::InMiddle);
   }
+  if (layout.more.empty()) return;
+  canvas.setColour(canvas.inks().faintText);
+  canvas.pen().draw(layout.more, canvas.bodyStyle(), layout.moreText.x, layout.moreText.centreY(), Anchor::Left,
+                    layout.moreText.width);
 }
 
 }  // namespace tarvex

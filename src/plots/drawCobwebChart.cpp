@@ -192,6 +192,11 @@ void CobwebPainter::drawAxes() const {
     drawText(layout_.uppers, axis, true);
     drawText(layout_.lowers, axis, false);
   }
+  if (layout_.unnamed.empty()) return;
+  canvas_.setColour(canvas_.inks().faintText);
+  canvas_.pen().draw(layout_.unnamed, canvas_.tickStyle(), layout_.area.centreX(),
+                     layout_.unnamedTop + canvas_.pen().height(canvas_.tickStyle()) / 2.0, Anchor::Centre,
+                     layout_.area.width, Shorten::InMiddle);
 }
 
 void CobwebPainter::drawFilter(std::size_t number) const {

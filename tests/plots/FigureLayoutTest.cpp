@@ -87,6 +87,22 @@ TEST(FigureLayout, whatStandsAtAPlaceIsFound) {
   }
 }
 
+TEST(FigureLayout, whatHasNoRoomForItsNameIsCounted) {
+  Figure figure = figureOf({cobweb(20, 200)}, 1);
+  for (int i = 0; i < 500; ++i) figure.legend.push_back({"entry " + std::to_string(i), {}, LegendMark::Line, {}});
+  const FigureLayout layout = layOut(figure, {640.0, 480.0, {}});
+  const LegendLayout& legend = layout.legend;
+  ASSERT_FALSE(legend.places.empty());
+  EXPECT_EQ(legend.more, "and " + std::to_string(500 - legend.places.size()) + " more");
+  EXPECT_LE(legend.moreText.right(), 640.0);
+  EXPECT_GE(legend.moreText.x, legend.places.back().text.right());
+  const auto& web = std::get<CobwebLayout>(layout.charts[0]);
+  EXPECT_NE(web.unnamed.find("of 200 axes"), std::string::npos);
+  EXPECT_LT(web.lowers.top + web.lowers.height, web.unnamedTop);
+  figure.legend.resize(2);
+  EXPECT_EQ(layOut(figure, {640.0, 480.0, {}}).legend.more, "");
+}
+
 TEST(FigureLayout, columnsDroppedRunsAndZoom) {
   Figure figure = figureOf({scattergram(200), curves(), cobweb(60, 3)}, 3);
   auto& points = std::get<Points>(std::get<XyChart>(figure.charts[0]).layers[0]);
