@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 
+#include "base/WorkPace.h"
 #include "plots/ColourSet.h"
 #include "plots/RunTable.h"
 #include "plots/Ticks.h"
@@ -15,7 +16,9 @@ namespace tarvex {
 
 namespace {
 
-constexpr double kThinCoat = 0.75;  // of the way to white, for columns behind each other
+constexpr double kCopyingShare = 0.3;          // of the time, roughly
+constexpr std::int64_t kOperationsACopy = 10;  // for the pace of progress
+constexpr double kThinCoat = 0.75;             // of the way to white, for columns behind each other
 
 // What is drawn of one variable, over edges in the units of the scale.
 struct Series {
@@ -261,7 +264,7 @@ bool isWithoutBins(const UaStats& stats, std::int32_t variable) {
 }
 
 Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale,
-                     HistogramBins bins) {
+                     HistogramBins bins, const Progress& progress) {
   const auto isFactor = [](const RunColumn* column) { return column->isFactor; };
   const bool mixed = std::ranges::any_of(columns, isFactor) && !std::ranges::all_of(columns, isFactor);
   std::vector<std::string> names;
@@ -276,7 +279,9 @@ Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm
   }
   std::int64_t infinite = 0;
   bool stored = table.allocate(static_cast<std::int32_t>(columns.size()));
-  for (std::size_t run = 0; run < runs && stored; ++run) {
+  const Progress copying = progress.part(0.0, kCopyingShare);
+  WorkPace pace(copying, static_cast<std::int64_t>(runs), kOperationsACopy * static_cast<std::int64_t>(columns.size()));
+  for (std::size_t run = 0; run < runs && stored && pace.step(); ++run) {
     for (std::size_t i = 0; i < columns.size(); ++i) {
       row[i] = run < columns[i]->values.size() ? columns[i]->values[run] : std::nan("");
       if (!std::isinf(row[i])) continue;
@@ -287,10 +292,11 @@ Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm
     stored = table.addRow(row.data()) > 0;
   }
   UaStats stats;
-  if (stored && stats.compute(names, table)) return figureOf(stats, variables, form, scale, bins, infinite, columns);
+  if (stored && !progress.stopped() && stats.compute(names, table, progress.part(kCopyingShare, 1.0)))
+    return figureOf(stats, variables, form, scale, bins, infinite, columns);
   Figure figure;
   figure.title = titleOf(form);
-  figure.subtitle = "No values: " + table.errorText();
+  figure.emptyText = progress.stopped() ? "The drawing was stopped." : "No values: " + table.errorText();
   return figure;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/Progress.h"
 #include "plots/Figure.h"
 #include "postproc/UaStats.h"
 
@@ -26,8 +27,8 @@ Figure histogramPlot(const UaStats& stats, const std::vector<std::int32_t>& vari
 // True for a variable that statistics have no bins of because a value is infinite: its runs have to be shown instead.
 bool isWithoutBins(const UaStats& stats, std::int32_t variable);
 // The same for columns of a run table, on the same hundred and one bins. Infinite values are left out of them, and
-// counted in the subtitle.
+// counted in the subtitle. After a stop without charts, and the reason is that.
 Figure histogramPlot(const std::vector<const RunColumn*>& columns, HistogramForm form, HistogramScale scale,
-                     HistogramBins bins = HistogramBins::Suited);
+                     HistogramBins bins = HistogramBins::Suited, const Progress& progress = {});
 
 }  // namespace tarvex

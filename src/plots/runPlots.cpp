@@ -119,7 +119,14 @@ Figure scatterPlot(const RunColumn& x, const RunColumn& y, const ScatterLook& lo
   return figure;
 }
 
-Figure scatterMatrix(const std::vector<const RunColumn*>& columns) {
+std::size_t mostMatrixColumns(std::int32_t runs) {
+  constexpr double kMostPoints = 4e7;   // 640 MB
+  constexpr double kMostColumns = 8.0;  // of which each pair still has room
+  const double columns = std::floor(std::sqrt(kMostPoints / std::max(runs, 1)));
+  return static_cast<std::size_t>(std::clamp(columns, 2.0, kMostColumns));
+}
+
+Figure scatterMatrix(const std::vector<const RunColumn*>& columns, const Progress& progress) {
   constexpr double kCell = 180.0;
   constexpr double kMostSize = 1600.0;
   Figure figure;
@@ -130,19 +137,35 @@ Figure scatterMatrix(const std::vector<const RunColumn*>& columns) {
   figure.emptyText = "There are no runs.";
   if (columns.front()->values.empty()) return figure;
   figure.subtitle = runsText(static_cast<std::int64_t>(columns.front()->values.size()));
+  std::vector<bool> discrete;
+  for (const RunColumn* const column : columns) {
+    discrete.push_back(isDiscrete(*column));
+    const auto [lower, upper] = finiteRange(*column);
+    if (!(lower <= upper)) figure.subtitle += "; without a number: " + column->name;
+    figure.subtitle += constantText(*column);
+  }
+  const std::size_t planes = columns.size() * columns.size();
   for (const RunColumn* const up : columns) {
     for (const RunColumn* const across : columns) {
+      const std::size_t done = figure.charts.size();
+      if (!progress.report(done, planes)) {
+        figure.charts.clear();
+        figure.emptyText = "The drawing was stopped.";
+        return figure;
+      }
       // Names along the left and the lower edge alone, where all of a row and of a column have the same.
       const std::string xTitle = up == columns.back() ? across->axisTitle() : std::string();
       const std::string yTitle = across == columns.front() ? up->axisTitle() : std::string();
       if (up != across) {
         ScatterLook look;
-        look.jitter = isDiscrete(*up) || isDiscrete(*across);
+        look.jitter = discrete[done / columns.size()] || discrete[done % columns.size()];
         look.region = Region{std::nan(""), std::nan(""), std::nan(""), std::nan(""), namedColour("Indian Red")};
         figure.charts.emplace_back(pointsChart(xTitle, across->values, yTitle, up->values, look));
         continue;
       }
-      Figure own = histogramPlot({up}, HistogramForm::Area, kLinearScale);
+      const Progress counting = progress.part(static_cast<double>(done) / static_cast<double>(planes),
+                                              static_cast<double>(done + 1) / static_cast<double>(planes));
+      Figure own = histogramPlot({up}, HistogramForm::Area, kLinearScale, HistogramBins::Suited, counting);
       XyChart spread = own.charts.empty() ? XyChart{} : std::get<XyChart>(std::move(own.charts.front()));
       spread.x.title = xTitle;
       spread.y.title = up == columns.front() ? up->axisTitle() + ": runs" : std::string();

@@ -24,8 +24,11 @@ struct ScatterLook {
 
 // One column against another. Without charts, and with the reason, where no run has both.
 Figure scatterPlot(const RunColumn& x, const RunColumn& y, const ScatterLook& look = {});
-// Each column against each, and in the diagonal how each is spread. Requires: two columns or more.
-Figure scatterMatrix(const std::vector<const RunColumn*>& columns);
+// Each column against each, and in the diagonal how each is spread. Columns without a number are named in the subtitle.
+// Without charts after a stop. Requires: two columns or more.
+Figure scatterMatrix(const std::vector<const RunColumn*>& columns, const Progress& progress = {});
+// How many columns a matrix may have of so many runs, as each plane holds its points: at least two.
+std::size_t mostMatrixColumns(std::int32_t runs);
 
 // More points hide each other.
 bool isCrowded(std::size_t points);

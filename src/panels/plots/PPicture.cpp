@@ -1,5 +1,6 @@
 #include "panels/plots/PPicture.h"
 
+#include "app/RunController.h"
 #include "panels/plots/figurePanels.h"
 #include "panels/vels/ResultDesk.h"
 #include "plots/columnCorrelations.h"
@@ -42,7 +43,13 @@ void PPicture::showSelection() {
 void openScatterMatrix(ResultDesk& desk, std::shared_ptr<Selection> selection, std::vector<std::size_t> columns) {
   std::vector<const RunColumn*> shown;
   for (const std::size_t column : columns) shown.push_back(&selection->table()->columns[column]);
-  Figure figure = scatterMatrix(shown);
+  Figure figure;
+  const auto work = [&](const Progress& progress, std::string&) {
+    figure = scatterMatrix(shown, progress);
+    return !progress.stopped();
+  };
+  // Whatever keeps it from being drawn has been said, or was the user's stop.
+  if (desk.controller().perform("Scattergrams", selection->table()->runs, work) != Outcome::Done) return;
   desk.open(
       std::make_unique<PPicture>(desk, std::move(selection), "Scattergrams", std::move(figure), std::move(columns)));
 }

@@ -15,17 +15,12 @@
 #include "panels/plots/saveSheet.h"
 #include "panels/vels/ResultDesk.h"
 #include "plots/columnCorrelations.h"
+#include "plots/runPlots.h"
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
 #include "toolkit/allow.h"
 
 namespace tarvex {
-namespace {
-
-constexpr std::size_t kMostInMatrix = 8;  // columns, of which each pair still has room
-
-}  // namespace
-
 PPlots::PPlots(ResultDesk& desk, std::shared_ptr<Selection> selection)
     : RunPanel(desk, std::move(selection), "PPlots", "Plots", "Plots") {
   addPages();
@@ -138,9 +133,10 @@ void PPlots::refreshLists() {
   follow("BRight", "SlAvailable");
   follow("BLeft", "SlSelected");
   const std::size_t count = chosen().size();
-  allow(*gadget<QPushButton>("BScatter"), count < 2               ? "Two are needed under Shown."
-                                          : count > kMostInMatrix ? QString("At most %1 have room.").arg(kMostInMatrix)
-                                                                  : QString());
+  const std::size_t most = mostMatrixColumns(table().runs);
+  allow(*gadget<QPushButton>("BScatter"), count < 2      ? "Two are needed under Shown."
+                                          : count > most ? QString("At most %1 of so many runs have room.").arg(most)
+                                                         : QString());
   const QString none = count == 0 ? "Nothing is under Shown." : QString();
   allow(*gadget<QPushButton>("BCobwebs"), none);
   allow(*gadget<QPushButton>("BHistogram"), none);
@@ -150,7 +146,7 @@ void PPlots::scatter() {
   const std::vector<std::size_t> columns = chosen();
   if (columns.size() == 2)
     desk().open(std::make_unique<PScatter>(desk(), shared(), columns[0], columns[1]));
-  else if (columns.size() > 2 && columns.size() <= kMostInMatrix)
+  else if (columns.size() > 2 && columns.size() <= mostMatrixColumns(table().runs))
     openScatterMatrix(desk(), shared(), columns);
 }
 
