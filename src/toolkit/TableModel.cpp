@@ -102,11 +102,17 @@ QVariant TableModel::data(const QModelIndex& index, int role) const {
         role == Qt::ForegroundRole ? source_->ink(row, index.column()) : source_->paper(row, index.column());
     return own.isValid() ? QVariant(own) : QVariant();
   }
-  if (editable_ == nullptr || (role != Qt::ToolTipRole && role != Qt::DecorationRole)) return {};
-  const QString wrong = editable_->problem(sourceRow(index.row()), index.column());
-  if (wrong.isEmpty()) return {};
-  return role == Qt::ToolTipRole ? QVariant(wrong)
-                                 : QVariant(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning));
+  if (editable_ != nullptr && (role == Qt::ToolTipRole || role == Qt::DecorationRole)) {
+    const QString wrong = editable_->problem(sourceRow(index.row()), index.column());
+    if (!wrong.isEmpty())
+      return role == Qt::ToolTipRole ? QVariant(wrong)
+                                     : QVariant(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning));
+  }
+  if (role != Qt::ToolTipRole) return {};
+  // What a column may have no room for.
+  constexpr int kLong = 24;
+  const QString text = source_->shownText(sourceRow(index.row()), index.column());
+  return text.size() > kLong ? QVariant(text) : QVariant();
 }
 
 Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {

@@ -11,14 +11,18 @@
 #include "plots/runPlots.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/allow.h"
+#include "toolkit/longNames.h"
 
 namespace tarvex {
 namespace {
 
+constexpr int kNameChars = 24;  // beside the limits of the other column
+
 QString rangeOf(const RunColumn& column) {
   const auto [lower, upper] = finiteRange(column);
-  if (!(lower <= upper)) return QString::fromStdString(column.name) + ": no numbers";
-  return QString::fromStdString(column.name + ": " + numberText(lower) + " to " + numberText(upper));
+  const QString name = shortened(QString::fromStdString(column.name), kNameChars) + ": ";
+  if (!(lower <= upper)) return name + "no numbers";
+  return name + QString::fromStdString(numberText(lower) + " to " + numberText(upper));
 }
 
 }  // namespace
@@ -49,7 +53,7 @@ std::size_t PScatter::column(bool across) {
 void PScatter::fillColumns() {
   for (; listed_ < table().columns.size(); ++listed_)
     for (const char* const list : {"OFirst", "OSecond"})
-      gadget<QComboBox>(list)->addItem(QString::fromStdString(table().columns[listed_].label()));
+      addName(*gadget<QComboBox>(list), QString::fromStdString(table().columns[listed_].label()));
 }
 
 void PScatter::choose() {
@@ -57,7 +61,8 @@ void PScatter::choose() {
   const RunColumn& y = table().columns[column(false)];
   gadget<QLabel>("MlFirstVar")->setText(rangeOf(x));
   gadget<QLabel>("MlSecondVar")->setText(rangeOf(y));
-  setTitle("Scattergram: " + QString::fromStdString(y.name + " against " + x.name));
+  setTitle("Scattergram: " + shortened(QString::fromStdString(y.name)) + " against " +
+           shortened(QString::fromStdString(x.name)));
   const auto scale = [this](const char* box, const RunColumn& of) {
     const QString why = canBeLogarithmic(of) ? QString() : "Not all its values are above 0.";
     allow(*gadget<QCheckBox>(box), why);
