@@ -67,6 +67,8 @@
 #include "panels/vels/ResultDesk.h"
 #include "panels/vels/openSensitivity.h"
 #include "plots/runPlots.h"
+#include "postproc/OutputReference.h"
+#include "postproc/TimeBands.h"
 #include "sampling/FastSampler.h"
 #include "sampling/SamplerSettings.h"
 #include "toolkit/Application.h"
@@ -417,6 +419,19 @@ void drawResults(PMainPanel& main, Pictures& pictures) {
   }
 }
 
+// The first output over time, analysed at two of its times.
+void drawTimes(ResultDesk& desk, Pictures& pictures) {
+  const ProjectConfiguration& project = desk.controller().project();
+  const std::vector<double> times = resultTimes(project.model.results);
+  const std::string output = project.vels.outputNames(project.model).front();
+  AnalysisRequest request;
+  for (const std::size_t part : {3, 2}) request.variables.push_back(timeName(output, times[times.size() / part]));
+  if (desk.controller().analyse(request) != Outcome::Done) return;
+  PUaSingle single(desk, desk.controller().analysis(), 1);
+  single.gadget<QTabWidget>("NoVariable")->setCurrentIndex(3);
+  pictures.draw("PUaSingle-times", single);
+}
+
 // The panel that the last call opened, as `name`.
 void drawLast(ResultDesk& desk, const QString& name, Pictures& pictures) {
   if (!desk.panels().empty()) pictures.draw(name, *desk.panels().back());
@@ -480,6 +495,7 @@ void drawMeasures(const Display& display, const QString& mainDirectory, RunContr
   if (!snapshot->sensitivity) return;
   PSaRandomSelect components(display, *snapshot->sensitivity, snapshot->variables, {{0, 2, 4}, {0}}, nullptr);
   pictures.draw("PSaRandomSelect", components);
+  drawTimes(desk, pictures);
 }
 
 bool drawAll(const Display& display, char** argv, Pictures& pictures) {

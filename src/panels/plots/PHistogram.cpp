@@ -4,15 +4,18 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 
 #include "app/RunController.h"
 #include "panels/vels/ResultDesk.h"
 #include "toolkit/ChartView.h"
+#include "toolkit/longNames.h"
 
 namespace tarvex {
 namespace {
 
 constexpr int kRedrawMilliseconds = 80;
+constexpr int kTitleChars = 96;
 
 RunColumn keptOf(const RunColumn& column, const std::vector<std::int32_t>& runs) {
   RunColumn kept{column.name, column.isFactor, {}, column.factor, column.unit};
@@ -29,7 +32,11 @@ PHistogram::PHistogram(ResultDesk& desk, std::shared_ptr<Selection> selection, s
 }
 
 PHistogram::PHistogram(ResultDesk& desk, std::shared_ptr<Selection> selection, const QString& file, const QString& name)
-    : Panel(desk.display(), file, name, "Histogram", desk.parent()), desk_(desk), selection_(std::move(selection)) {
+    : Panel(desk.display(), file, name, "Histogram", desk.parent()),
+      desk_(desk),
+      selection_(std::move(selection)),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t) { pickTime(); }) {
   redraw_.setSingleShot(true);
   redraw_.setInterval(kRedrawMilliseconds);
   connect(&redraw_, &QTimer::timeout, this, [this] { draw(); });
@@ -63,11 +70,29 @@ void PHistogram::start(std::vector<std::size_t> columns, std::vector<PanelCallba
 
 void PHistogram::showColumns(std::vector<std::size_t> columns) {
   columns_ = std::move(columns);
+  std::vector<std::string> variables;
+  for (const RunColumn& column : table().columns) variables.push_back(column.isFactor ? std::string() : column.name);
+  const ProjectConfiguration& project = desk_.controller().project();
+  slider_.setVariables(variables, project.vels.outputNames(project.model));
+  slider_.setShown(-1);
+  for (auto column = columns_.rbegin(); column != columns_.rend(); ++column)
+    if (slider_.isTimed(static_cast<std::int32_t>(*column))) slider_.setShown(static_cast<std::int32_t>(*column));
   QString names;
   for (const std::size_t column : columns_)
     names += (names.isEmpty() ? "" : ", ") + QString::fromStdString(table().columns[column].name);
-  setTitle("Histogram: " + names);
+  setTitle("Histogram: " + shortened(names, kTitleChars));
   draw();
+}
+
+// Each output that is shown at a time, as long as it isn't shown at the other one, too.
+void PHistogram::pickTime() {
+  std::vector<std::size_t> columns = columns_;
+  for (std::size_t& column : columns) {
+    const std::int32_t picked = slider_.atPicked(static_cast<std::int32_t>(column));
+    if (picked >= 0 && std::ranges::find(columns, static_cast<std::size_t>(picked)) == columns.end())
+      column = static_cast<std::size_t>(picked);
+  }
+  showColumns(std::move(columns));
 }
 
 void PHistogram::choose(HistogramForm form) {
@@ -80,14 +105,14 @@ void PHistogram::draw() {
   const HistogramScale scale = gadget<QCheckBox>("TLog")->isChecked() ? kLogScale : kLinearScale;
   const HistogramBins bins = gadget<QCheckBox>("TAllBins")->isChecked() ? HistogramBins::All : HistogramBins::Suited;
   Figure figure;
-  const auto work = [&](const Progress&, std::string&) {
+  const auto work = [&](const Progress& progress, std::string&) {
     std::vector<RunColumn> copies;
     std::vector<const RunColumn*> shown;
     const std::vector<std::int32_t> runs = kept ? selection_->runs() : std::vector<std::int32_t>();
     copies.reserve(columns_.size());
     for (const std::size_t column : columns_)
       shown.push_back(kept ? &copies.emplace_back(keptOf(table().columns[column], runs)) : &table().columns[column]);
-    figure = histogramPlot(shown, form_, scale, bins);
+    figure = histogramPlot(shown, form_, scale, bins, progress);
     return true;
   };
   if (desk_.controller().perform("Histogram", table().runs, work) == Outcome::Busy) return redraw_.start();

@@ -7,6 +7,7 @@
 
 #include "app/Changes.h"
 #include "app/Selection.h"
+#include "panels/vels/TimeSlider.h"
 #include "plots/histogramPlots.h"
 #include "toolkit/Panel.h"
 
@@ -23,11 +24,12 @@ class PHistogram : public Panel {
  protected:
   PHistogram(ResultDesk& desk, std::shared_ptr<Selection> selection, const QString& file, const QString& name);
   void start(std::vector<std::size_t> columns, std::vector<PanelCallback> more);
-  void showColumns(std::vector<std::size_t> columns);
+  virtual void showColumns(std::vector<std::size_t> columns);
   const RunTable& table() const { return *selection_->table(); }
 
  private:
   void choose(HistogramForm form);
+  void pickTime();
   void draw();
   void say(const QString& text);
 
@@ -35,6 +37,7 @@ class PHistogram : public Panel {
   std::shared_ptr<Selection> selection_;
   std::vector<std::size_t> columns_;
   HistogramForm form_ = HistogramForm::Area;
+  TimeSlider slider_;
   QTimer redraw_;  // a drag in another window changes the selection faster than many runs can be counted
   Selection::Changed::Subscription selectionSubscription_;
   ChangeNotifier::Subscription subscription_;

@@ -9,6 +9,9 @@ class PSingleFactor : public PHistogram {
  public:
   // Requires: a column that there is.
   PSingleFactor(ResultDesk& desk, std::shared_ptr<Selection> selection, std::size_t column);
+
+ protected:
+  void showColumns(std::vector<std::size_t> columns) override;
 };
 
 }  // namespace tarvex

@@ -21,6 +21,7 @@
 #include "toolkit/TableView.h"
 #include "toolkit/allow.h"
 #include "toolkit/chartExport.h"
+#include "toolkit/longNames.h"
 
 namespace tarvex {
 namespace {
@@ -45,7 +46,9 @@ PSaResult::PSaResult(ResultDesk& desk, const SaKind& kind, Member)
     : Panel(desk.display(), kind.file, kind.name, title(desk.controller()), desk.parent()),
       desk_(desk),
       kind_(kind),
-      snapshot_(desk.controller().analysis()) {
+      snapshot_(desk.controller().analysis()),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t variable) { showVariable(variable); }) {
   addPages();
   variables_.resize(snapshot_->variables.size());
   std::iota(variables_.begin(), variables_.end(), 0);
@@ -74,12 +77,16 @@ void PSaResult::fillLists() {
 }
 
 void PSaResult::offerVariables() {
+  std::vector<std::string> shown(snapshot_->variables.size());
+  for (const std::int32_t v : variables_)
+    shown[static_cast<std::size_t>(v)] = snapshot_->variables[static_cast<std::size_t>(v)];
+  slider_.setVariables(shown, outputNames());
   for (const char* const name : {"ScPieName", "ScPieNameFO", "ScPieNameTO"}) {
     auto* const list = window()->findChild<QComboBox*>(name);
     if (list == nullptr) continue;
     list->clear();
     for (const std::int32_t v : variables_)
-      list->addItem(QString::fromStdString(snapshot_->variables[static_cast<std::size_t>(v)]));
+      addName(*list, QString::fromStdString(snapshot_->variables[static_cast<std::size_t>(v)]));
     list->setCurrentIndex(static_cast<int>(std::ranges::find(variables_, variable_) - variables_.begin()));
   }
 }
@@ -109,6 +116,7 @@ void PSaResult::start(std::vector<PanelCallback> more) {
     connect(gadget<TableView>(kind_.sheets[i].gadget)->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this, i] { sheet_ = i; });
   subscription_ = desk_.controller().subscribe([this](Changes changes) { followController(changes); });
+  if (const std::int32_t picked = slider_.atPicked(variable_); picked >= 0) return showVariable(picked);
   refresh();
 }
 
@@ -128,11 +136,15 @@ std::vector<std::int32_t> PSaResult::slots(SaForm form) const {
   return {slots.front()};
 }
 
+std::vector<std::string> PSaResult::outputNames() const {
+  std::vector<std::string> names;
+  for (const VelsOutputRecord& output : snapshot_->outputs) names.push_back(output.name);
+  return names;
+}
+
 // The variables that are the same output at other times; none for an output at one time.
 std::optional<TimedVariables> PSaResult::timesOfVariable() const {
-  std::vector<std::string> outputs;
-  for (const VelsOutputRecord& output : snapshot_->outputs) outputs.push_back(output.name);
-  for (TimedVariables& times : timedVariables(snapshot_->variables, outputs))
+  for (TimedVariables& times : timedVariables(snapshot_->variables, outputNames()))
     if (std::ranges::any_of(times.at, [this](const auto& at) { return at.second == variable_; })) return times;
   return std::nullopt;
 }
@@ -185,6 +197,7 @@ void PSaResult::showSheets() {
 }
 
 void PSaResult::refresh() {
+  slider_.setShown(variable_);
   showCharts();
   showSheets();
   if (auto* const norm = window()->findChild<QCheckBox*>("ChNorm"))
@@ -197,7 +210,11 @@ void PSaResult::refresh() {
 void PSaResult::changeVariable(const char* gadgetName) {
   const int place = gadget<QComboBox>(gadgetName)->currentIndex();
   if (place < 0 || place >= static_cast<int>(variables_.size())) return;
-  variable_ = variables_[static_cast<std::size_t>(place)];
+  showVariable(variables_[static_cast<std::size_t>(place)]);
+}
+
+void PSaResult::showVariable(std::int32_t variable) {
+  variable_ = variable;
   offerVariables();
   refresh();
 }

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/Changes.h"
+#include "panels/vels/TimeSlider.h"
 #include "panels/vels/saKinds.h"
 #include "plots/Figure.h"
 #include "plots/MeasureDisplay.h"
@@ -11,8 +12,6 @@
 #include "toolkit/Panel.h"
 
 namespace tarvex {
-
-struct TimedVariables;
 
 struct AnalysisSnapshot;
 class ResultDesk;
@@ -54,6 +53,7 @@ class PSaResult : public Panel {
   void addPages();
   void fillLists();
   void offerVariables();
+  void showVariable(std::int32_t variable);
   void changeVariable(const char* gadgetName);
   void changePie();
   void changeOrder();
@@ -64,6 +64,7 @@ class PSaResult : public Panel {
   void doppioClick();
   void followController(Changes changes);
   void markRecord(int record);
+  std::vector<std::string> outputNames() const;
   std::optional<TimedVariables> timesOfVariable() const;
   QString whyNot(SaForm form) const;
   Figure figure(const SaView& chart, ColourSet colours) const;
@@ -75,6 +76,7 @@ class PSaResult : public Panel {
   std::shared_ptr<const AnalysisSnapshot> snapshot_;
   std::vector<std::int32_t> variables_;  // the shown ones, by place
   std::int32_t variable_ = 0;
+  TimeSlider slider_;
   std::size_t form_ = 0;  // place among the kind's
   MeasureDisplay shown_;
   std::vector<std::shared_ptr<SaTable>> tables_;  // of the kind's sheets

@@ -1,6 +1,7 @@
 #include "panels/vels/PUaSingle.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QKeySequence>
 #include <QLabel>
@@ -26,6 +27,7 @@
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
 #include "toolkit/allow.h"
+#include "toolkit/longNames.h"
 
 namespace tarvex {
 namespace {
@@ -44,11 +46,13 @@ PUaSingle::PUaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> a
       desk_(desk),
       analysis_(std::move(analysis)),
       statistics_(analysis_->uncertainty),
+      hasTimes_(desk.controller().project().model.results.hasTimeAxis()),
+      slider_(*this, desk.time(), hasTimes_, [this](std::int32_t shown) { show(shown); }),
       methodId_(desk.controller().project().prep.methodId()) {
   addPages();
   for (const std::string& name : analysis_->variables)
-    gadget<QComboBox>("OVariable")->addItem(QString::fromStdString(name));
-  gadget<QComboBox>("OVariable")->setCurrentIndex(variable);
+    addName(*gadget<QComboBox>("OVariable"), QString::fromStdString(name));
+  slider_.setVariables(analysis_->variables, outputNames());
   allow(*gadget<QPushButton>("BSelect"),
         analysis_->variables.size() > 1 ? QString() : "A single variable was analysed.");
   gadget<QPushButton>("BArea")->setChecked(true);
@@ -64,10 +68,15 @@ void PUaSingle::addPages() {
   const struct {
     const char* file;
     const char* label;
-  } pages[] = {{"PUaSinglePage1", "Cha&rt"}, {"PUaSinglePage2", "Po&ints"}, {"PUaSinglePage3", "&Quantiles"}};
+  } pages[] = {{"PUaSinglePage1", "Cha&rt"},
+               {"PUaSinglePage2", "Po&ints"},
+               {"PUaSinglePage3", "&Quantiles"},
+               {"PUaSinglePage4", "Throu&gh time"}};
   QString problem;
   for (const auto& [file, label] : pages)
-    if (!gadget<Notebook>("NoVariable")->addPage(display(), file, label, problem)) missing(problem);
+    if ((hasTimes_ || file != pages[kTimesPage].file) &&
+        !gadget<Notebook>("NoVariable")->addPage(display(), file, label, problem))
+      missing(problem);
 }
 
 void PUaSingle::registerAll() {
@@ -89,8 +98,16 @@ void PUaSingle::registerAll() {
                      {"select", [this] { chooseSeveral(); }},
                      {"settings", [this] { settings(); }},
                      {"quantiles", [this] { quantiles(); }},
+                     {"bins", [this] { showChart(); }},
+                     {"saveTimes", [this] { gadget<ChartView>("ScTimes")->exportPicture(); }},
                      {"pageChanged", [this] { pageChanged(); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { call("dismiss"); });
+}
+
+std::vector<std::string> PUaSingle::outputNames() const {
+  std::vector<std::string> names;
+  for (const VelsOutputRecord& output : analysis_->outputs) names.push_back(output.name);
+  return names;
 }
 
 RunController& PUaSingle::controller() {
@@ -125,6 +142,8 @@ bool PUaSingle::closing() {
 void PUaSingle::show(std::int32_t variable) {
   variable_ = variable;
   inChart_ = {variable};
+  gadget<QComboBox>("OVariable")->setCurrentIndex(variable);
+  slider_.setShown(variable);
   showStatistics();
   showChart();
   showPoints();
@@ -160,11 +179,22 @@ void PUaSingle::showForm(HistogramForm form) {
 }
 
 Figure PUaSingle::figure() {
+  const HistogramBins bins = gadget<QCheckBox>("TAllBins")->isChecked() ? HistogramBins::All : HistogramBins::Suited;
   const std::int32_t withoutBins = inChart_.size() == 1 && isWithoutBins(statistics_, variable_) ? variable_ : -1;
-  if (withoutBins < 0) return histogramPlot(statistics_, inChart_, form_, scale_);
+  if (withoutBins < 0) return histogramPlot(statistics_, inChart_, form_, scale_, bins);
   RunColumn column{analysis_->variables[static_cast<std::size_t>(withoutBins)], false, {}};
   if (!analysis_->table->getColumn(withoutBins, column.values)) return {};
-  return histogramPlot({&column}, form_, scale_);
+  Figure made;
+  made.emptyText = "Another computation is in progress: choose the chart again after it.";
+  working_ = true;
+  // Whatever keeps it from being drawn the figure says.
+  static_cast<void>(
+      controller().perform("Histogram", statistics_.sampleSize(), [&](const Progress& progress, std::string&) {
+        made = histogramPlot({&column}, form_, scale_, bins, progress);
+        return true;
+      }));
+  working_ = false;
+  return made;
 }
 
 void PUaSingle::showChart() {

@@ -1,14 +1,17 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/Changes.h"
 #include "app/PostProcessor.h"
 #include "panels/vels/PUaSetting.h"
+#include "panels/vels/TimeSlider.h"
 #include "plots/histogramPlots.h"
 #include "postproc/Quantiles.h"
+#include "postproc/TimeBands.h"
 #include "toolkit/Panel.h"
 
 class QLineEdit;
@@ -31,9 +34,10 @@ class PUaSingle : public Panel {
   bool closing() override;
 
  private:
-  enum Page { kChartPage, kPointsPage, kQuantilePage };
+  enum Page { kChartPage, kPointsPage, kQuantilePage, kTimesPage };
 
   RunController& controller();
+  std::vector<std::string> outputNames() const;
   void addPages();
   void registerAll();
   void changed(Changes changes);
@@ -60,6 +64,8 @@ class PUaSingle : public Panel {
   bool readRequest(QuantileRequest& request);
 
   void pageChanged();
+  void showTimes();
+  bool readTimes(const std::string& output);
 
   ResultDesk& desk_;
   std::shared_ptr<const AnalysisSnapshot> analysis_;
@@ -70,6 +76,9 @@ class PUaSingle : public Panel {
   HistogramForm form_ = HistogramForm::Area;
   std::int32_t orderedVariable_ = -1;  // that ordered_ holds
   OrderedRuns ordered_;
+  bool hasTimes_;
+  std::optional<TimeBands> times_;  // of the output that was last looked at over time
+  TimeSlider slider_;
   std::int32_t methodId_;
   bool past_ = false;
   bool working_ = false;

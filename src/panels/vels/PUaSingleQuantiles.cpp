@@ -47,7 +47,9 @@ void PUaSingle::prepareQuantiles() {
 }
 
 void PUaSingle::pageChanged() {
-  if (gadget<QTabWidget>("NoVariable")->currentIndex() == kQuantilePage) quantiles();
+  const int page = gadget<QTabWidget>("NoVariable")->currentIndex();
+  if (page == kQuantilePage) quantiles();
+  if (page == kTimesPage) showTimes();
 }
 
 bool PUaSingle::readRequest(QuantileRequest& request) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/Changes.h"
+#include "panels/vels/TimeChoice.h"
 
 class QWidget;
 
@@ -36,6 +37,9 @@ class ResultDesk {
   // False for one that was read of an earlier sample or of earlier results.
   bool isPresent(const Selection& selection) const { return selection_.get() == &selection; }
 
+  // The time that the panels show, of outputs that are variables at several times.
+  TimeChoice& time() { return time_; }
+
   // Shows a panel and keeps it until the user closes it.
   void open(std::unique_ptr<Panel> panel);
   // The open panels, in the order in which they were opened; valid until the next call.
@@ -51,6 +55,7 @@ class ResultDesk {
   QWidget* parent_;
   std::shared_ptr<Selection> selection_;
   ChangeNotifier::Subscription subscription_;
+  TimeChoice time_;
   std::vector<std::unique_ptr<Panel>> panels_;
 };
 
