@@ -38,6 +38,8 @@
 #include "panels/model/PNewExpression.h"
 #include "panels/model/PTryRun.h"
 #include "panels/model/PnewFactorName.h"
+#include "panels/parts/PParts.h"
+#include "panels/parts/PPartsRun.h"
 #include "panels/plots/PCobSelect.h"
 #include "panels/plots/PCobwebs.h"
 #include "panels/plots/PHistogram.h"
@@ -66,6 +68,7 @@
 #include "panels/vels/PVelsMain.h"
 #include "panels/vels/ResultDesk.h"
 #include "panels/vels/openSensitivity.h"
+#include "parts/Ledger.h"
 #include "plots/runPlots.h"
 #include "postproc/OutputReference.h"
 #include "postproc/TimeBands.h"
@@ -74,6 +77,7 @@
 #include "toolkit/Application.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Display.h"
+#include "toolkit/SquareField.h"
 #include "toolkit/TableView.h"
 #include "toolkit/Theme.h"
 
@@ -87,6 +91,7 @@ constexpr double kSomeSeconds = 1.25;
 constexpr int kSomeMethod = 4;
 constexpr int kSlice = 20;  // ms
 constexpr int kTries = 500;
+constexpr int kFailedPart = 407;
 constexpr int kContents = 500;  // ms; the table of contents is made beside
 
 // Small files: as a table of colours where there are few enough, and without transparency.
@@ -351,6 +356,50 @@ void drawModel(const Display& display, const InternalModel& model, const PrepCon
   pictures.draw("PnewFactorName", name);
 }
 
+// A run of a thousand parts that has stopped because two of them failed.
+bool makePartsRun(const RunDirectory& run) {
+  constexpr std::int32_t kDone = 611;
+  RunRecord record;
+  record.directory = "/home/user";
+  record.sampleFile = "flood.sam";
+  record.executable = "/home/user/flood";
+  record.outputFile = "flood.out";
+  record.resultFile = "flood.sam.run/result.spc";
+  record.parts = splitRows(kRuns, kRuns / 10);
+  std::vector<LedgerEntry> entries = {
+      {"started"}, {"done", {}, 1}, {"failed", {kFailedPart, kFailedPart + 100}, 1}, {"sent"}};
+  entries[0].host = "n1";
+  entries[0].text = "local";
+  for (std::int32_t part = 0; part < kDone; ++part)
+    if (part != kFailedPart && part != kFailedPart + 100) entries[1].parts.push_back(part);
+  entries[2].host = "n1";
+  entries[2].code = 3;
+  entries[2].text = "code 3: flood: the river is dry in run 7";
+  for (std::int32_t part = kDone; part < kDone + 4; ++part) entries[3].parts.push_back(part);
+  Ledger ledger;
+  std::vector<LedgerEntry> none;
+  std::string message;
+  const std::string log = "flood 2.1: reading sample.sam, 10 runs of 5 factors\nflood: the river is dry in run 7\n";
+  return makeDirectories(run.attempt(kFailedPart, 1), message) && record.save(run.record(), message) &&
+         ledger.open(run.ledger(), none, message) && (!none.empty() || ledger.append(entries, message)) &&
+         writePlainFile(run.attempt(kFailedPart, 1) + "/log", log, message);
+}
+
+void drawParts(PMainPanel& main, Pictures& pictures) {
+  const RunDirectory run("flood.sam.run");
+  PartsRequest request;
+  request.settings.policy = FailurePolicy::Retry;
+  request.settings.repeats = 2;
+  request.directory = "/home/user/flood.sam.run";
+  PParts settings(
+      main.display(), request, request.directory, [](const PartsRequest&, std::string&) { return false; }, nullptr);
+  pictures.draw("PParts", settings);
+  if (!makePartsRun(run)) return;
+  PPartsRun panel(main.display(), main.controller(), run.path(), {}, nullptr);
+  panel.gadget<SquareField>("FdParts")->select(kFailedPart);
+  pictures.draw("PPartsRun", panel);
+}
+
 // The runs of the study, brushed: one selection in all of them.
 void drawPlots(ResultDesk& desk, Pictures& pictures) {
   const std::shared_ptr<Selection> selection = desk.selection();
@@ -538,6 +587,7 @@ bool drawAll(const Display& display, char** argv, Pictures& pictures) {
   PLinkOutputs names(display, outputs, nullptr);
   pictures.draw("PLinkOutputs", names);
   drawModel(display, model, main.controller().project().prep, pictures);
+  drawParts(main, pictures);
   ResultDesk desk(display, main.controller(), nullptr);
   drawPlots(desk, pictures);
   drawResults(main, pictures);

@@ -49,7 +49,7 @@ const std::map<QString, Named> kNamed = {
       "ishigami loadCfg analyse sobol1 AboutTarvex help seeLog visualize oldGeneration helpSearch linear changeSel "
       "selectInput monteCarlo configure quickSave generate sobol3 levelE resetConfiguration velsFile start sobol0 "
       "saveCfg importGeneration sobol2 abortMonteCarlo terminate",
-      "undo redo"}},
+      "undo redo runParts"}},
     {"PGenerate", {"RgPercentage MlPercentage MlFileName TeTitle", "stop"}},
     {"PExternalModel", {"MlModelName MlFileName icon1 icon2 icon3 icon4 icon5 icon6 icon7", "stop"}},
     {"PLogFile", {"TeText MFileName", "fileOpen close"}},
@@ -139,6 +139,13 @@ const std::map<QString, Named> kNamed = {
     {"PTryRun",
      {"OTrial NTrialRow BRun BStop MlOutcome MlCommand TePrinted TeOutput MaUnderstood MlMessage", "",
       "trialRow tryRun stop close"}},
+    {"PParts",
+     {"OEngine NParts NJobs OFailure NRepeats NLimit NMemory TeLinks TDirectory MlMessage BStart", "",
+      "switchEngine edited start cancel"}},
+    {"PPartsRun",
+     {"MlState RgDone MlPace MlDriver FdParts MlPart NoPart TePrinted TeRows MaSoFar MlSoFar BRetry BRetryAll BGoOn "
+      "BStop BSoFar BTake BDetach",
+      "", "selectPart showPage retry retryAll goOn stop soFar take detach"}},
     {"PIntModel",
      {"TModelName OInFactors MaExpress OTrial NTrialRow MlMessage",
       "exit textModified open saveAs doubleClick save newModel modifyExpression addExpression deleteExpression "

@@ -9,6 +9,7 @@
 #include "app/RunController.h"
 #include "panels/main/PAbout.h"
 #include "panels/main/PLogFile.h"
+#include "panels/parts/PPartsRun.h"
 #include "panels/plots/openPlots.h"
 #include "panels/prep/PPrepMain.h"
 #include "panels/vels/PVelsMain.h"
@@ -66,6 +67,7 @@ PMainPanel::PMainPanel(const Display& display, const QString& name, const QStrin
                      {"resetConfiguration", [this] { resetConfiguration(); }},
                      {"velsFile", [this] { velsFile(); }},
                      {"start", [this] { start(); }},
+                     {"runParts", [this] { runParts(); }},
                      {"sobol0", [this] { demo("SobolG0"); }},
                      {"saveCfg", [this] { saveCfg(); }},
                      {"importGeneration", [this] { importGeneration(); }},
@@ -84,6 +86,7 @@ PMainPanel::PMainPanel(const Display& display, const QString& name, const QStrin
   }
   recent_ = std::make_unique<RecentFiles>(display, *gadget<QMenu>("MnRecent"),
                                           [this](const QString& path) { openFile(path); });
+  controller_->whyHeld = [this] { return partsRun_ ? partsRun_->whyHeld() : std::string(); };
   guard_ = std::make_unique<ProjectGuard>(
       *controller_, window(), [this](const QString& text) { say(text); }, [this] { showProject(); });
   subscription_ = controller_->subscribe([this](Changes) { refresh(); });

@@ -16,6 +16,7 @@
 
 namespace tarvex {
 
+class PPartsRun;
 class ResultDesk;
 class RunController;
 enum class Step;
@@ -48,6 +49,8 @@ class PMainPanel : public Panel {
 
   // Keeps a copy of what isn't saved, now.
   void saveCopyNow() { guard_->saveNow(); }
+  // The run in parts that was looked at last; may be null.
+  PPartsRun* partsRun() { return partsRun_.get(); }
 
  protected:
   bool closing() override;
@@ -66,6 +69,7 @@ class PMainPanel : public Panel {
   void importGeneration();
   void selectInput();
   void start();
+  void runParts();
   void analyse();
   void abortMonteCarlo();
   void velsFile();
@@ -82,6 +86,13 @@ class PMainPanel : public Panel {
   void terminate();
   void undo();
   void redo();
+
+  void startParts();
+  void openParts(const std::string& directory, bool starts);
+  void offerParts();
+  QStringList keptRuns() const;
+  void keepRuns(const QStringList& runs) const;
+  std::string unfinishedRun(std::string& told) const;
 
   void loadSample(const QString& path);
   void importSample(const QString& path);
@@ -116,7 +127,8 @@ class PMainPanel : public Panel {
   std::unique_ptr<RunController> controller_;
   std::unique_ptr<ResultDesk> results_;  // what shows samples and results, side by side
   ChangeNotifier::Subscription subscription_;
-  UndoStack changes_;  // of settings, as long as the project is the same
+  UndoStack changes_;                    // of settings, as long as the project is the same
+  std::unique_ptr<PPartsRun> partsRun_;  // the run in parts that was looked at last
   std::unique_ptr<ProjectGuard> guard_;
   std::unique_ptr<RecentFiles> recent_;
   QString title_;            // without the star of unsaved changes

@@ -93,6 +93,7 @@ void PMainPanel::loadResults(const QString& path) {
   gadget<QLineEdit>("TOldGeneration")->clear();
   gadget<QLineEdit>("TVelsFile")->setText(path);
   fileOpened(path);
+  offerParts();
 }
 
 void PMainPanel::loadCfg() {
@@ -106,6 +107,7 @@ void PMainPanel::loadProject(const QString& path) {
   if (!guard_->mayOpen(path) || controller_->loadProject(path.toStdString()) != Outcome::Done) return;
   fileOpened(path);
   showProject();
+  offerParts();
 }
 
 // The project in hand, after all of it was replaced.

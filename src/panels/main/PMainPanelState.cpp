@@ -87,6 +87,8 @@ void PMainPanel::refreshGadgets() {
       {"BAnalyse", "AAnalyse", why(Step::Analyse)},
       {"BVelsFile", "AVelsFile", results},
       {"TVelsFile", nullptr, results},
+      {nullptr, "ARunParts",
+       QString::fromStdString(controller_->whyHeld().empty() ? controller_->whyNotInParts() : std::string()).trimmed()},
       {nullptr, "ALoad", atWork},
       {nullptr, "ASaveAs", why(Step::SaveProject)},
       {nullptr, "AQuickSave", why(Step::QuickSave)},
