@@ -19,7 +19,7 @@
 namespace tarvex {
 namespace {
 
-constexpr const char* kRuns = "parts/runs";  // directories of runs whose results no project has yet
+constexpr const char* kPartsRuns = "parts/runs";  // directories of runs whose results no project has yet
 constexpr int kMostRuns = 32;
 
 // Not only out of reach, as on a file system that isn't mounted now.
@@ -31,11 +31,11 @@ bool isGone(const QString& directory) {
 }  // namespace
 
 QStringList PMainPanel::keptRuns() const {
-  return display().kept() != nullptr ? display().kept()->value(kRuns).toStringList() : QStringList();
+  return display().kept() != nullptr ? display().kept()->value(kPartsRuns).toStringList() : QStringList();
 }
 
 void PMainPanel::keepRuns(const QStringList& runs) const {
-  if (display().kept() != nullptr) display().kept()->setValue(kRuns, runs.mid(0, kMostRuns));
+  if (display().kept() != nullptr) display().kept()->setValue(kPartsRuns, runs.mid(0, kMostRuns));
 }
 
 // The directory of the youngest run that was begun here over the project's sample with its model; empty: none. Those
