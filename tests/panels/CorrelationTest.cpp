@@ -100,10 +100,7 @@ TEST_F(Correlation, SteinSamplesAreTakenOrNothingChanges) {
     const char* text;
     std::string shown;
   } bad[] = {{nullptr, "Error: Error loading stein file. No factors to import."},
-             {"0 2\na\nb\n", "Error: Error loading stein file. No factors to import."},
              {"1 3\na\nb\nc\n1 2 3\n", "Error: Error loading stein file. The number of imported factors is different"},
-             {"2 2\na\n1b\n1 2\n3 4\n", inconsistent},
-             {"2 2\na\nb\n1 2\n3\n", inconsistent},
              {"2 2\na\nb\n1 2\n3 0,5\n", inconsistent}};
   open(normals(2));
   method(kSteinSample);

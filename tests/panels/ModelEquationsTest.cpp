@@ -33,10 +33,13 @@ class ModelEquations : public test::ModelTest {
   }
 };
 
+// clang-format off
 TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
-  const std::string kDelete = "Delete expression: Do you really want to delete the expression?";
-  const std::string kButtons = " [^Proceed/^Cancel]";
-  const std::string kSyntax = "Error: Current expression cannot be evaluated";
+  const std::string buttons = " [^Proceed/^Cancel]";
+  const std::string asked = "Delete expression: Do you really want to delete the expression?";
+  const std::string discard =
+      "Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it?" + buttons;
+  const std::string bad = "Error: Current expression cannot be evaluated";
   const struct {
     const char* callback;
     int row;                            // that is selected; -1: none
@@ -49,48 +52,24 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
       {"addExpression", -1, {"z", " "}, {"Error: Expression field empty"}, ""},
       {"addExpression", -1, {"2z", "x1"}, {"Error: Incorrect expression name"}, ""},
       {"addExpression", -1, {"y", "x1"}, {"Error: Expression name already in the list"}, ""},
-      {"addExpression",
-       -1,
-       {"z", "x1 +"},
-       {kSyntax + "\n Syntax error.\nMissing expression at character 5 of 'x1 +'"},
-       ""},
-      {"addExpression", -1, {"z", "x1 + q"}, {kSyntax + ".\n Unknown Variable.\nunknown name 'q'"}, ""},
+      {"addExpression", -1, {"z", "x1 +"}, {bad + "\n Syntax error.\nMissing expression at character 5 of 'x1 +'"}, ""},
+      {"addExpression", -1, {"z", "x1 + q"}, {bad + ".\n Unknown Variable.\nunknown name 'q'"}, ""},
       {"addExpression", -1, {"z", "y / t"}, {}, "x1 x2 x3 | t := x1 * x2 | y = t + x3 | z := y / t "},
       {"modifyExpression", -1, {}, {"Error: No row selected"}, ""},
       {"modifyExpression", 0, {"y", "x1"}, {"Error: Variable already inserted in the list"}, ""},
       {"doubleClick", 0, {"u", "x1"}, {}, "x1 x2 x3 | u := x1 | y = u + x3 "},
       {"deleteExpression", -1, {}, {"Error: No row selected"}, ""},
-      {"deleteExpression", 1, {}, {kDelete + kButtons}, ""},
-      {"deleteExpression",
-       0,
-       {},
-       {kDelete + "\nt is used by y." + kButtons,
-        "Error: The expression is in use, I can't delete it\nt is used by y."},
-       "",
-       true},
-      {"deleteExpression", 1, {}, {kDelete + kButtons}, "x1 x2 x3 | t := x1 * x2 ", true},
+      {"deleteExpression", 1, {}, {asked + buttons}, ""},
+      {"deleteExpression", 0, {}, {asked + "\nt is used by y." + buttons,
+                                   "Error: The expression is in use, I can't delete it\nt is used by y."}, "", true},
+      {"deleteExpression", 1, {}, {asked + buttons}, "x1 x2 x3 | t := x1 * x2 ", true},
       {"moveUp", 1, {}, {}, ""},  // above what it uses
-      {"newModel",
-       -1,
-       {},
-       {"Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it?" +
-        kButtons},
-       ""},
-      {"newModel",
-       -1,
-       {},
-       {"Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it?" +
-        kButtons},
-       "x1 x2 x3 ",
-       true},
-      {"open",
-       -1,
-       {},
-       {"Select the internal model to load: open *.imd", "Error: Error reading the internal model file\n" +
-                                                             file("bad.imd") +
-                                                             ":2: expected the number of variables, found 'x'"},
-       ""},
+      {"newModel", -1, {}, {discard}, ""},
+      {"newModel", -1, {}, {discard}, "x1 x2 x3 ", true},
+      {"open", -1, {}, {"Select the internal model to load: open *.imd", "Error: Error reading the internal model file\n" +
+                        file("bad.imd") + ":2: expected the number of variables, found 'x'"}, ""},
   };
+  // clang-format on
   test::writeFile(file("bad.imd"), "name\nx\n");
   const InternalModel model = modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}});
   for (const auto& row : rows) {
@@ -315,8 +294,7 @@ TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
   EXPECT_EQ(takeShown(), (Texts{"Error: New Factor text field empty", "Error: Factor already inserted in the list"}));
   EXPECT_EQ(described(panel.model()), "a x2 x3 | x12 = x2 | y = a * x1 + x12 ");
   EXPECT_EQ(label(panel, "MlMessage"), "x1 still stands in y, and reads as 0 there.");
-  panel.window()->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(panel.window()));
+  activate(*panel.window());
   QTest::keySequence(panel.window(), QKeySequence::Undo);
   EXPECT_EQ(described(panel.model()), described(model));
 }

@@ -1,4 +1,5 @@
 #include <QTextBlock>
+#include <csignal>
 
 #include "app/ModelTrial.h"
 #include "panels/MainPanelFixture.h"
@@ -218,21 +219,7 @@ TEST_F(ModelExternal, CellsAreWrittenAsDraftsAndJudgedTogether) {
             "input x1=Two!C7\tinput x2=One!B3\tinput x3=One!B4\toutput y='My sheet'!A1\toutput z='My sheet'!A2");
 }
 
-class ModelSelection : public test::MainPanelTest {
- protected:
-  void whenShown(const QString& window, std::function<void(QWidget&)> act) {
-    auto* const timer = new QTimer(panel_->window());
-    QObject::connect(timer, &QTimer::timeout, timer, [=] {
-      for (QWidget* const top : QApplication::topLevelWidgets()) {
-        if (top->objectName() != window || !top->isActiveWindow()) continue;
-        timer->deleteLater();
-        timer->stop();
-        return act(*top);
-      }
-    });
-    timer->start(1);
-  }
-};
+using ModelSelection = test::MainPanelTest;
 
 TEST_F(ModelSelection, ARunFailsInItsWordsWhateverTheModelIs) {
   panel_->call("monteCarlo");
@@ -272,41 +259,52 @@ TEST_F(ModelSelection, ARunFailsInItsWordsWhateverTheModelIs) {
   test::writeFile(file("book.ods"), "");
   const std::string unread = "Error: Error reading model output file\n" + file("y.out");
   const std::string noWorkbook = "Error: Error in the Excel model execution";
+  const auto gone = [&] {
+    ModelChoice choice = program("");
+    choice.executable += ".gone";
+    return choice;
+  };
+  const auto none = [] {
+    ModelChoice choice;
+    choice.kind = kInternalModel;
+    return choice;
+  };
+  const auto lost = [&] {
+    std::signal(SIGCHLD, SIG_IGN);  // takes the exit code
+    return program("");
+  };
+  const WorkbookCells cells{{{"x1", "Inputs", 0, 0}}, {{"y", "Two", 0, 0}}};
+  // clang-format off
   const struct {
     std::function<ModelChoice()> model;
     Texts shown;  // what each begins with
     const char* failing = "";
   } rows[] = {
+      {none, {"Error: Error starting internal model execution"}},
       {[&] { return equations(1); },
        {"Error: The number of model inputs differs from the number of factors in the generated sample"}},
-      {[&] { return equations(3); },
-       {"Warning: Error evaluating model\nThe equations could not be evaluated in 200 of"}},
-      {[&] {
-         ModelChoice choice = program("");
-         choice.executable += ".gone";
-         return choice;
-       },
-       {"Error: The model execution process can't be loaded.\nError 2\ncmd: \"" + file("model.gone")}},
+      {[&] { return equations(3); }, {"Warning: Error evaluating model\nThe equations could not be evaluated in 200 of"}},
+      {gone, {"Error: The model execution process can't be loaded.\nError 2\ncmd: \"" + file("model.gone")}},
+      {lost, {"Error: Lost connection to model execution"}},
       {[&] { return program("", "exit 3\n"); }, {"Error: Model execution returned with error code\nThe code is 3."}},
       {[&] { return program(""); }, {unread + ":1: expected the number of variables"}},
       {[&] { return program("1\\n2a\\n"); }, {"Error: Incorrect model variable name: 2a", unread + ":2: "}},
       {[&] { return program("1\\na-b\\ntime = no\\n1\\n5\\n"); },
        {"Warning: The model variable a-b will be modified in a_b"}},
       {[&] { return workbook(); },
-       {"Error: Excel not registered properly", "Information: start failed", noWorkbook},
-       "start"},
+       {"Error: Excel not registered properly", "Information: start failed", noWorkbook}, "start"},
       {[&] { return workbook(); }, {"Error: Model Output variables not found", noWorkbook}},
-      {[&] {
-         return workbook({{{"x1", "Inputs", 0, 0}}, {{"y", "Two", 0, 0}}});
-       },
+      {[&] { return workbook(cells); },
        {"Warning: The workbook has no cell for the factors 'x2', 'x3'.", noWorkbook + '\n' + file("book.ods")}},
   };
+  // clang-format on
   for (const auto& row : rows) {
     SCOPED_TRACE(row.shown.back());
     failing = row.failing;
     ASSERT_EQ(controller().acceptModel(row.model()), Outcome::Done);
     if (controller().project().model.choice.kind == kInternalModel) clickWhenShown("PLinkFactors", "ok");
     panel_->call("start");
+    std::signal(SIGCHLD, SIG_DFL);
     const Texts shown = takeShown();
     ASSERT_EQ(shown.size(), row.shown.size()) << testing::PrintToString(shown);
     for (std::size_t i = 0; i < shown.size(); ++i) EXPECT_EQ(shown[i].substr(0, row.shown[i].size()), row.shown[i]);
@@ -324,10 +322,10 @@ TEST_F(ModelSelection, IsOpenedByTheMainPanelTriedAndCanBeTakenBack) {
   takeShown();
   std::string printed, output, message;
   const auto press = [](QWidget& window, const char* name) { window.findChild<QPushButton*>(name)->click(); };
-  whenShown("External", [&](QWidget& selection) {
+  test::whenShown(panel_->window(), "External", [&](QWidget& selection) {
     selection.findChild<QLineEdit*>("CModel")->setText(QString::fromStdString(file("model")));
     selection.findChild<QLineEdit*>("TOutput")->setText(QString::fromStdString(file("y.out")));
-    whenShown("PTryRun", [&](QWidget& trial) {
+    test::whenShown(panel_->window(), "PTryRun", [&](QWidget& trial) {
       press(trial, "BRun");
       printed = trial.findChild<QPlainTextEdit*>("TePrinted")->toPlainText().toStdString();
       const auto marks = trial.findChild<QPlainTextEdit*>("TeOutput")->extraSelections();

@@ -1,6 +1,5 @@
 // Studies with every kind of model, by mouse and keys, against the program for shells.
 
-#include <QListWidget>
 #include <QProcess>
 #include <QStandardPaths>
 #include <ostream>
@@ -50,17 +49,6 @@ class ModelStudy : public test::ModelTest, public testing::WithParamInterface<Mo
     keys(text);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QApplication::processEvents();
-  }
-  void specify(QWidget& window) {
-    whenShown("Random", [](QWidget& panel) {
-      type(panel, {{"NExecution", GetParam().runs}});
-      QTest::keyClick(panel.focusWidget(), Qt::Key_Return);
-    });
-    auto* const methods = window.findChild<QListWidget*>("SlMethods");
-    const auto found = methods->findItems("Random", Qt::MatchExactly);
-    ASSERT_EQ(found.size(), 1);
-    QTest::mouseClick(methods->viewport(), Qt::LeftButton, {}, methods->visualItemRect(found.front()).center());
-    press(window, "BSpecify");
   }
   void choose(QWidget& selection) {
     const Model& model = GetParam();
@@ -117,7 +105,10 @@ TEST_P(ModelStudy, GivesTheNumbersOfTheBatchProgram) {
   dialogs_.files = {std::string(TARVEX_DEMO) + '/' + model.factors, file("x.sam")};
   whenShown("PrepMain", [this](QWidget& window) {
     press(window, "BInputSelection");
-    specify(window);
+    specify(window, "Random", "Random", [](QWidget& panel) {
+      type(panel, {{"NExecution", GetParam().runs}});
+      QTest::keyClick(panel.focusWidget(), Qt::Key_Return);
+    });
     press(window, "BOutputSelection");
     press(window, "BOk");
   });
@@ -140,41 +131,20 @@ TEST_P(ModelStudy, GivesTheNumbersOfTheBatchProgram) {
   EXPECT_EQ(valuesIn(file("panels.spc")), valuesIn(file("shell.spc")));
 }
 
+// clang-format off
 const Model kModels[] = {
     {"equations", kIshigami, "20", {}, {{"a", "sin(x2)"}, {"y", "sin(x1)+7*a**2"}}, {}, "|--model|m.imd"},
-    {"levele",
-     "levelE.fac",
-     "5",
-     {{"CModel", "LEVELE {sample} {output}"}, {"TOutput", "DIR/levele.out"}},
-     {},
-     {},
+    {"levele", "levelE.fac", "5", {{"CModel", "LEVELE {sample} {output}"}, {"TOutput", "DIR/levele.out"}}, {}, {},
      "|--executable|LEVELE|--output|levele.out"},
-    {"python",
-     kIshigami,
-     "20",
-     {{"CModel", "python3 DIR/m.py"}, {"TOutput", "DIR/p.out"}},
-     {},
-     {},
-     "|--executable|python3 m.py|--output|q.out",
-     "python3"},
-    {"rows",
-     kIshigami,
-     "20",
-     {{"TExcel", ""}, {"TOutput", "DIR/rows.ods"}},
-     {},
-     {},
-     "|--workbook|rows.ods",
-     "LibreOffice"},
-    {"cells",
-     kIshigami,
-     "20",
-     {{"TExcel", ""}, {"TOutput", "DIR/cells.fods"}},
-     {},
+    {"python", kIshigami, "20", {{"CModel", "python3 DIR/m.py"}, {"TOutput", "DIR/p.out"}}, {}, {},
+     "|--executable|python3 m.py|--output|q.out", "python3"},
+    {"rows", kIshigami, "20", {{"TExcel", ""}, {"TOutput", "DIR/rows.ods"}}, {}, {}, "|--workbook|rows.ods", "LibreOffice"},
+    {"cells", kIshigami, "20", {{"TExcel", ""}, {"TOutput", "DIR/cells.fods"}}, {},
      {"Model!A1", "A2", "B1", "y", "B2"},
      "|--workbook|cells.fods|--input-cell|x3=Model!B1|--input-cell|x1=Model!A1|--input-cell|x2=Model!A2"
-     "|--output-cell|y=Model!B2",
-     "LibreOffice"},
+     "|--output-cell|y=Model!B2", "LibreOffice"},
 };
+// clang-format on
 
 INSTANTIATE_TEST_SUITE_P(, ModelStudy, testing::ValuesIn(kModels));
 

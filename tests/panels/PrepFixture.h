@@ -7,10 +7,10 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <functional>
 
 #include "base/RememberedDirectories.h"
@@ -18,6 +18,7 @@
 #include "factors/TruncatedDistribution.h"
 #include "factors/factorFields.h"
 #include "factors/makeFactor.h"
+#include "panels/Windows.h"
 #include "qt/ScriptedDialogs.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
@@ -69,11 +70,6 @@ class PrepTest : public testing::Test {
     EXPECT_TRUE(found->isEnabled()) << button;
     found->click();
   }
-  static void press(QWidget& window, const char* button) {
-    auto* const found = window.findChild<QAbstractButton*>(button);
-    ASSERT_NE(found, nullptr) << button;
-    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
-  }
   // Equations in the panel of models, one after the other; Enter accepts each from the field of its text. What is asked
   // at the end dialogs_ answers.
   void chooseEquations(QWidget& selection, const Equations& equations) {
@@ -98,22 +94,35 @@ class PrepTest : public testing::Test {
   }
   // Acts on the window as soon as it has the keyboard: once, whatever is modal above it.
   void whenShown(const QString& window, std::function<void(QWidget&)> act) {
-    auto* const timer = new QTimer(&waiting_);
-    QObject::connect(timer, &QTimer::timeout, timer, [=] {
-      for (QWidget* const top : QApplication::topLevelWidgets()) {
-        if (top->objectName() != window || !top->isActiveWindow()) continue;
-        timer->stop();
-        timer->deleteLater();
-        return act(*top);
-      }
-    });
-    timer->start(1);
+    test::whenShown(&waiting_, window, std::move(act));
+  }
+  static void activate(QWidget& window) {
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
   }
   // A button's letter, once the window has the keyboard again.
   static void pressLetter(QWidget& window, Qt::Key letter) {
-    window.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    activate(window);
     QTest::keyClick(&window, letter, Qt::AltModifier);
+  }
+  // By the mouse.
+  static void press(QWidget& window, const char* button) {
+    auto* const found = window.findChild<QAbstractButton*>(button);
+    ASSERT_NE(found, nullptr) << button;
+    QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
+  }
+  static void pick(QListWidget& list, const QListWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
+    ASSERT_NE(item, nullptr);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, list.visualItemRect(item).center());
+  }
+  // The method on the pre-processor's panel, and its own panel, of that name.
+  void specify(QWidget& window, const char* method, const char* panel, std::function<void(QWidget&)> act) {
+    whenShown(panel, std::move(act));
+    auto* const methods = window.findChild<QListWidget*>("SlMethods");
+    const auto found = methods->findItems(method, Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1);
+    pick(*methods, found.front());
+    press(window, "BSpecify");
   }
   // By the keyboard, over what stands in the cell.
   static void typeCell(TableView& view, int row, int column, const char* text) {

@@ -1,5 +1,4 @@
 #include <QAction>
-#include <QListWidget>
 #include <QTabWidget>
 #include <map>
 
@@ -7,9 +6,12 @@
 #include "factors/FactorFiles.h"
 #include "panels/PrepFixture.h"
 #include "panels/main/PMainPanel.h"
+#include "panels/prep/PInputFactors.h"
 #include "panels/prep/POutputSelection.h"
 #include "panels/prep/PPrepMain.h"
 #include "panels/prep/definitionKinds.h"
+#include "panels/prep/editFactor.h"
+#include "panels/sampling/makeMethodPanel.h"
 #include "sampling/Sampler.h"
 #include "sampling/SamplerFactory.h"
 #include "support/Golden.h"
@@ -28,6 +30,7 @@ class PrepMain : public test::PrepTest {
     ASSERT_TRUE(settings.factors.copyFrom(factors, problem));
     panel_ = std::make_unique<PPrepMain>(display_, std::move(settings), from, demo, nullptr);
     ASSERT_EQ(panel_->problems(), QStringList());
+    panel_->window()->show();
   }
   std::string methods() {
     const auto* const list = panel_->gadget<QListWidget>("SlMethods");
@@ -38,16 +41,12 @@ class PrepMain : public test::PrepTest {
   }
   std::string label(const char* name) { return panel_->gadget<QLabel>(name)->text().toStdString(); }
   bool sensitive(const char* name) { return panel_->gadget<QWidget>(name)->isEnabled(); }
-  // Sets a method whose panel has that name; one that asks for a number of runs gets some.
+  // Sets a method; one that asks for a number of runs gets some.
   void choose(const char* method, const char* window) {
-    whenShown(window, [](QWidget& settings) {
+    specify(*panel_->window(), method, window, [](QWidget& settings) {
       if (settings.findChild<QLineEdit*>("NExecution") != nullptr) type(settings, {{"NExecution", "10"}});
       click(settings, "BOk");
     });
-    auto* const list = panel_->gadget<QListWidget>("SlMethods");
-    for (int i = 0; i < list->count(); ++i)
-      if (list->item(i)->text() == method) list->setCurrentRow(i);
-    panel_->call("specify");
     takeShown();
   }
   // What the project is saved as.
@@ -99,14 +98,11 @@ TEST_F(PrepMain, OffersTheMethodsThatFactorsAndCorrelationAllow) {
                                     {"", "RLX", "RLPX", "RLPX", "RLPX"},
                                     {"", "RLXMQ", "RLXMFQS", "RLXMFQS", "RLXMF"},
                                     {"", "L", "LP", "LP", "LP"}};
-  const std::map<std::string, char> letters{{"Random", 'R'},
-                                            {"Latin Hypercube", 'L'},
-                                            {"Replicated Latin Hypercube", 'P'},
-                                            {"Fixed samples", 'X'},
-                                            {"Morris", 'M'},
-                                            {"Fast", 'F'},
-                                            {"QuasiRandom LpTau", 'Q'},
-                                            {"Sobol", 'S'}};
+  // clang-format off
+  const std::map<std::string, char> letters{
+      {"Random", 'R'}, {"Latin Hypercube", 'L'}, {"Replicated Latin Hypercube", 'P'}, {"Fixed samples", 'X'},
+      {"Morris", 'M'}, {"Fast", 'F'}, {"QuasiRandom LpTau", 'Q'}, {"Sobol", 'S'}};
+  // clang-format on
   for (int mode = kDependenceTree; mode <= kSteinSample; ++mode)
     for (int i = 0; i < 5; ++i) {
       open(*normals(kCounts[i], static_cast<CorrelationMode>(mode)));
@@ -171,7 +167,7 @@ TEST_F(PrepMain, MethodAndFileAreAskedForAgainWhenFactorsChange) {
   EXPECT_FALSE(sensitive("BModify") || sensitive("FMethods"));
 }
 
-TEST_F(PrepMain, TheFormatIsTakenAndDemonstrationsAreForReading) {
+TEST_F(PrepMain, TheFormatIsTaken) {
   POutputSelection empty(display_, std::make_shared<FactorList>(), 0, nullptr);
   EXPECT_EQ(empty.gadget<TableView>("MaFactors")->model()->rowCount(), 0);
   open(*normals(6));
@@ -187,54 +183,67 @@ TEST_F(PrepMain, TheFormatIsTakenAndDemonstrationsAreForReading) {
   });
   panel_->call("setting");
   EXPECT_EQ(panel_->takeSettings().order, 1);
-
-  open(*normals(2), true);
-  EXPECT_EQ(panel_->window()->windowTitle(), "Prep - Main Panel (Demo mode)");
-  for (const char* const name : {"BCreate", "BSetting", "BInputSelection", "BOutputSelection"})
-    EXPECT_FALSE(sensitive(name)) << name;
-  EXPECT_TRUE(sensitive("BModify") && sensitive("BVisualize"));
 }
 
-TEST_F(PrepMain, AnEmptyProjectGetsFactorsMethodAndFile) {
+TEST_F(PrepMain, DemonstrationsAreForReading) {
+  const auto list = normals(2);
+  std::vector<std::pair<std::unique_ptr<Panel>, QString>> panels;  // with their titles
+  panels.emplace_back(std::make_unique<PPrepMain>(display_, PrepSettings(), "", true, nullptr),
+                      "Prep - Main Panel (Demo mode)");
+  panels.emplace_back(std::make_unique<PInputFactors>(display_, list, true, nullptr),
+                      "Input factors selection (Demo mode)[*]");
+  for (std::int32_t method = 0; method < kMethodCount; ++method)
+    panels.emplace_back(makeMethodPanel(display_, method, {list.get(), nullptr, true}, nullptr), QString());
+  for (const std::string& kind : factorKinds())
+    panels.emplace_back(makeDefinition(display_, *makeFactor(kind), {list.get(), -1, true}, nullptr),
+                        kind == "Beta" ? "Beta distribution (Demo mode)" : "");
+  const QStringList reads{"ok",      "cancel", "help",   "save",      "apply",
+                          "formula", "reset",  "modify", "visualize", "correlate"};  // what shows, or leaves the panel
+  for (const auto& [panel, title] : panels) {
+    SCOPED_TRACE(panel->window()->windowTitle().toStdString());
+    EXPECT_TRUE(title.isEmpty() || panel->window()->windowTitle() == title);
+    for (const QLineEdit* const field : panel->window()->findChildren<QLineEdit*>())
+      EXPECT_TRUE(field->isReadOnly() || !field->property("callback").isValid() || field->objectName() == "TSearch")
+          << field->objectName().toStdString();
+    for (const QComboBox* const box : panel->window()->findChildren<QComboBox*>())
+      EXPECT_FALSE(box->isEnabled()) << box->objectName().toStdString();
+    for (const QAbstractButton* const button : panel->window()->findChildren<QAbstractButton*>()) {
+      const QString callback = button->property("callback").toString();
+      EXPECT_TRUE(callback.isEmpty() || !button->isEnabled() || reads.contains(callback)) << callback.toStdString();
+    }
+    panel->call("ok");
+    EXPECT_FALSE(panel->accepted());
+  }
+}
+
+TEST_F(PrepMain, DefaultTruncationsComeAndGoWithTheFactors) {
   display_.keepIn(QString::fromStdString(file("desktop.ini")));
   PMainPanel main(display_, "PMainPanel", "Tarvex", directory_.path());
   whenShown("PrepMain", [&](QWidget& window) {
     whenShown("InputFactors", [&](QWidget& factors) {
-      whenShown("Normal Distribution", [](QWidget& normal) {
-        type(normal, {{"TName", "flow"}, {"NMean", "10"}});
-        click(normal, "BOk");
-      });
-      click(factors, "BAdd");
       whenShown("Truncation", [](QWidget& defaults) {
         type(defaults, {{"NLeftTrunc", "0.05"}});
         click(defaults, "BOk");
       });
+      typeCell(*factors.findChild<TableView*>("MaFactors"), 0, 0, "flow");
       factors.findChild<QAction*>("ATruncation")->trigger();
       click(factors, "BOk");
     });
     click(window, "BCreate");
-    window.findChild<QListWidget*>("SlMethods")->setCurrentRow(0);
-    whenShown("Random", [](QWidget& settings) {
+    specify(window, "Random", "Random", [](QWidget& settings) {
       type(settings, {{"NExecution", "10"}});
       click(settings, "BOk");
     });
-    click(window, "BSpecify");
     dialogs_.files = {file("x.sam")};
     click(window, "BOutputSelection");
     click(window, "BOk");
   });
   main.call("configure");
-  const PrepConfiguration& prep = main.controller().project().prep;
-  ASSERT_TRUE(main.controller().project().hasPrep);
-  EXPECT_EQ(described(prep.factors), "flow Normal 10, 1, 0.001, 0.999");
-  EXPECT_EQ(prep.sampler->methodName + ' ' + prep.sampleFile, "Random " + file("x.sam"));
   main.call("undo");
   EXPECT_FALSE(main.controller().project().hasPrep);
   EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.001);
   main.call("redo");
   EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.05);
-
-  // A file of factors brings its own defaults, which go with it.
   const std::string before = bytes(main);
   std::string problem;
   ASSERT_TRUE(TruncatedDistribution::setDefaultTruncations(0.2, 0.8));

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QRegularExpression>
@@ -107,10 +106,6 @@ const struct {
 
 class PrepStudies : public test::PrepTest, public testing::WithParamInterface<Study> {
  protected:
-  static void pick(QListWidget& list, const QListWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
-    ASSERT_NE(item, nullptr);
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, list.visualItemRect(item).center());
-  }
   // Keys into what has the keyboard, after Tab led there.
   static void keysInto(QWidget& window, const char* gadget, const QString& text) {
     constexpr int kMostTabs = 30;
@@ -147,8 +142,7 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
   void typeFactors(QWidget& window) {
     for (const auto& row : kTyped) {
       SCOPED_TRACE(row.name);
-      window.activateWindow();  // as a window manager does when the panel above goes
-      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+      activate(window);  // as a window manager does when the panel above goes
       whenShown(row.window, [&row](QWidget& definition) {
         keysInto(definition, "TName", row.name);
         keysInto(definition, "TNote", row.note);
@@ -245,18 +239,6 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
       press(window, "BNewGroup");
     }
   }
-  void specify(QWidget& window) {
-    whenShown(GetParam().panel, [this](QWidget& panel) {
-      for (const auto& [name, text] : GetParam().settings) set(panel, name, text);
-      makeGroups(panel);
-      press(panel, "BOk");
-    });
-    auto* const methods = window.findChild<QListWidget*>("SlMethods");
-    const auto found = methods->findItems(GetParam().method, Qt::MatchExactly);
-    ASSERT_EQ(found.size(), 1);
-    pick(*methods, found.front());
-    press(window, "BSpecify");
-  }
 
   // The model, its run, the report.
 
@@ -331,7 +313,11 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
   whenShown("PrepMain", [&](QWidget& window) {
     whenShown("InputFactors", [&](QWidget& list) { makeFactors(list, factors); });
     press(window, "BCreate");
-    specify(window);
+    specify(window, GetParam().method, GetParam().panel, [this](QWidget& panel) {
+      for (const auto& [name, text] : GetParam().settings) set(panel, name, text);
+      makeGroups(panel);
+      press(panel, "BOk");
+    });
     press(window, "BOutputSelection");
     press(window, "BOk");
   });
