@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 #include <string_view>
+#include <thread>
 
 #include "base/ProcessTable.h"
 
@@ -46,12 +48,15 @@ bool belongs(pid_t number, std::string_view run, PartProcess& process) {
   return false;
 }
 
-// Those that start others while they are looked for are found in the next round.
+// Those that start others while they are looked for are found in the next round, and so are those that take a moment to
+// go: none is left at the end.
 template <class Wanted>
 void killWhere(const std::string& run, Wanted wanted) {
-  constexpr int kMostRounds = 5;
+  constexpr int kMostRounds = 50;
+  constexpr std::chrono::milliseconds kPause{2};
   bool found = true;
   for (int round = 0; found && round < kMostRounds; ++round) {
+    if (round > 0) std::this_thread::sleep_for(kPause);
     found = false;
     for (const PartProcess& process : partProcesses(run))
       if (wanted(process)) found = ::kill(process.number, SIGKILL) == 0 || found;
