@@ -144,7 +144,9 @@ class RunController {
   std::string whyNotInParts() const;
   // The file that holds the sample in hand, written where none does: the parts are cut from it.
   Outcome provideSample(std::string& path);
-  // Whether a run is one over this project's sample file, with its model.
+  // Where that file is or will be, beside which a run's directory stands.
+  std::string samplePath() const;
+  // Whether a run is one over this project's sample, with its model.
   bool isAbout(const RunRecord& record) const;
   // The results of a run that is over become the project's, as if its model had been run here.
   Outcome takeParts(const RunFollower& run);

@@ -48,9 +48,17 @@ Outcome RunController::provideSample(std::string& path) {
   return Outcome::Done;
 }
 
+std::string RunController::samplePath() const {
+  return heldPath_.empty() ? absolutePath(project_.prep.sampleFile) : heldPath_;
+}
+
 bool RunController::isAbout(const RunRecord& record) const {
+  if (!whyNotOf(record).empty()) return false;
   const std::string path = sampleOf(record);
-  return whyNotOf(record).empty() && (path == heldPath_ || path == absolutePath(project_.prep.sampleFile));
+  if (path == heldPath_ || path == absolutePath(project_.prep.sampleFile)) return true;
+  // A project that was opened doesn't know every file that holds its sample.
+  const LongOperation operation(frontEnd_, "Sample file", project_.prep.samples.rows());
+  return fileHoldsSample(path, project_.prep, operation.progress());
 }
 
 std::string RunController::whyNotOf(const RunRecord& record) const {

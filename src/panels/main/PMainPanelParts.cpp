@@ -91,7 +91,7 @@ void PMainPanel::startParts() {
   guard_->saveNow();     // it may take its time
   frontEnd_.takeStop();  // of something before
   PartsRequest request;
-  request.directory = freeRunDirectory(controller_->project().prep.sampleFile);
+  request.directory = freeRunDirectory(controller_->samplePath());
   SiteSettings site;
   std::string message;
   if (!site.load(message))
