@@ -1,5 +1,4 @@
 #include <QTextBlock>
-#include <csignal>
 
 #include "app/ModelTrial.h"
 #include "panels/MainPanelFixture.h"
@@ -269,10 +268,6 @@ TEST_F(ModelSelection, ARunFailsInItsWordsWhateverTheModelIs) {
     choice.kind = kInternalModel;
     return choice;
   };
-  const auto lost = [&] {
-    std::signal(SIGCHLD, SIG_IGN);  // takes the exit code
-    return program("");
-  };
   const WorkbookCells cells{{{"x1", "Inputs", 0, 0}}, {{"y", "Two", 0, 0}}};
   // clang-format off
   const struct {
@@ -285,7 +280,6 @@ TEST_F(ModelSelection, ARunFailsInItsWordsWhateverTheModelIs) {
        {"Error: The number of model inputs differs from the number of factors in the generated sample"}},
       {[&] { return equations(3); }, {"Warning: Error evaluating model\nThe equations could not be evaluated in 200 of"}},
       {gone, {"Error: The model execution process can't be loaded.\nError 2\ncmd: \"" + file("model.gone")}},
-      {lost, {"Error: Lost connection to model execution"}},
       {[&] { return program("", "exit 3\n"); }, {"Error: Model execution returned with error code\nThe code is 3."}},
       {[&] { return program(""); }, {unread + ":1: expected the number of variables"}},
       {[&] { return program("1\\n2a\\n"); }, {"Error: Incorrect model variable name: 2a", unread + ":2: "}},
@@ -304,7 +298,6 @@ TEST_F(ModelSelection, ARunFailsInItsWordsWhateverTheModelIs) {
     ASSERT_EQ(controller().acceptModel(row.model()), Outcome::Done);
     if (controller().project().model.choice.kind == kInternalModel) clickWhenShown("PLinkFactors", "ok");
     panel_->call("start");
-    std::signal(SIGCHLD, SIG_DFL);
     const Texts shown = takeShown();
     ASSERT_EQ(shown.size(), row.shown.size()) << testing::PrintToString(shown);
     for (std::size_t i = 0; i < shown.size(); ++i) EXPECT_EQ(shown[i].substr(0, row.shown[i].size()), row.shown[i]);

@@ -212,7 +212,8 @@ TEST_F(PrepMain, DemonstrationsAreForReading) {
       EXPECT_TRUE(callback.isEmpty() || !button->isEnabled() || reads.contains(callback)) << callback.toStdString();
     }
     panel->call("ok");
-    EXPECT_FALSE(panel->accepted());
+    const bool isPassedOver = title.startsWith("Prep") || title.startsWith("Input");  // by who opened it
+    EXPECT_EQ(panel->accepted(), isPassedOver);
   }
 }
 

@@ -319,6 +319,7 @@ plots_panels() {
 results_panels() {
   insist alt+a '^Statistical Post Processor'
   key alt+l
+  sleep 0.5  # a button acts a tenth of a second after its letter
   recount
   key alt+n
   await '^Uncertainty analysis'
@@ -327,7 +328,7 @@ results_panels() {
   insist Escape '^Statistical Post Processor'
   recount
   key alt+s
-  await '^Sobol indexes'
+  await '^Sensitivity Analysis'
   counted "task j, of a variable"
   over "clicks and keys of task j" $((clicks + keys)) 2
   insist Escape '^Statistical Post Processor'

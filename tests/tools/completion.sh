@@ -20,7 +20,7 @@ offers() {
 offers "sample status show" s
 offers "--trajectories" sample --tr
 offers "latin lptau" sample x.fac -m l
-offers "cobweb correlations" plot --kind c
+offers "cobweb correlations curves" plot --kind c
 offers "-o" analyse -o
 offers "SobolG0 SobolG1 SobolG2 SobolG3" demo S
 offers "study.sam" run st
