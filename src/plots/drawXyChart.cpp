@@ -51,6 +51,7 @@ class PlanePainter {
   bool drawPoints(const Points& points, std::size_t shown, bool dropped, const Progress& progress) const;
   void drawLine(const Line& line) const;
   void drawLabelled(const LabelledPoints& points, std::size_t layer) const;
+  void drawNote(const std::string& text) const;
   void drawRegion(const Region& region) const;
   void ringMarked(const Points& points, std::size_t shown) const;
   void ringMarked(const LabelledPoints& points, std::size_t layer) const;
@@ -232,11 +233,33 @@ void PlanePainter::drawLabelled(const LabelledPoints& points, std::size_t layer)
     canvas_.pen().draw(points.labels[place.point], canvas_.tickStyle(), box.x, box.centreY(), Anchor::Left, box.width,
                        Shorten::InMiddle);
   }
-  if (without == 0) return;
+  if (without > 0)
+    drawNote(std::to_string(without) + (without == 1 ? " name has no room" : " names have no room"));
+}
+
+// In the first corner of the plane that no label and no mark of one needs.
+void PlanePainter::drawNote(const std::string& text) const {
+  const TextStyle style = canvas_.tickStyle();
+  const double width = std::min(canvas_.pen().width(text, style), plane_.width);
+  const double height = canvas_.pen().height(style);
+  const double gap = canvas_.gap();
+  const auto isFree = [&](const Rect& box) {
+    return std::ranges::none_of(layout_.labels, [&](const PlaneLayout::LabelPlace& place) {
+      const double radius = layout_.markRadius;
+      const Rect mark{place.x - radius, place.y - radius, 2.0 * radius, 2.0 * radius};
+      return mark.overlaps(box) || (place.label.placed && place.label.box.overlaps(box));
+    });
+  };
+  const double right = plane_.right() - gap - width;
+  const double low = plane_.bottom() - gap - height;
+  const Rect corners[] = {{right, plane_.y + gap, width, height},
+                          {plane_.x + gap, plane_.y + gap, width, height},
+                          {plane_.x + gap, low, width, height},
+                          {right, low, width, height}};
+  const Rect* const found = std::ranges::find_if(corners, isFree);
+  const Rect& box = found == std::end(corners) ? corners[0] : *found;
   canvas_.setColour(canvas_.inks().faintText);
-  canvas_.pen().draw(std::to_string(without) + (without == 1 ? " name has no room" : " names have no room"),
-                     canvas_.tickStyle(), plane_.right() - canvas_.gap(),
-                     plane_.y + canvas_.pen().height(canvas_.tickStyle()), Anchor::Right, plane_.width);
+  canvas_.pen().draw(text, style, box.x, box.centreY(), Anchor::Left, plane_.width);
 }
 
 void PlanePainter::drawRegion(const Region& region) const {
