@@ -27,7 +27,7 @@ std::string sampleOf(const RunRecord& record) {
 }  // namespace
 
 std::string RunController::whyNotInParts() const {
-  if (const std::string reason = whyNot(Step::Run); !reason.empty()) return reason;
+  if (std::string reason = whyNot(Step::Run); !reason.empty()) return reason;
   const ModelChoice& model = project_.model.choice;
   if (model.kind == kInternalModel) return "Equations need no parts: they are computed on all cores as they are.";
   if (model.spreadsheet != 0) return "A workbook is computed by one application and isn't run in parts.";

@@ -233,8 +233,7 @@ void PlanePainter::drawLabelled(const LabelledPoints& points, std::size_t layer)
     canvas_.pen().draw(points.labels[place.point], canvas_.tickStyle(), box.x, box.centreY(), Anchor::Left, box.width,
                        Shorten::InMiddle);
   }
-  if (without > 0)
-    drawNote(std::to_string(without) + (without == 1 ? " name has no room" : " names have no room"));
+  if (without > 0) drawNote(std::to_string(without) + (without == 1 ? " name has no room" : " names have no room"));
 }
 
 // In the first corner of the plane that no label and no mark of one needs.

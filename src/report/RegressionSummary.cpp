@@ -109,7 +109,11 @@ MeasureSummary summariseRegression(const SensitivityStats& statistics, std::int3
                                     listed(told, kToldFactors))
                       : fmt::format("By {} no factor stands out; the largest are {}.", by, listed(told, kToldFactors));
   if (isRegression) summary.trust = fitText(name, raw, ranks);
-  summary.trust += significanceText(regression, variable, measure, factors);
+  // The flags of SRRC compare coefficients of ranks with residuals of values: a reader of this couldn't make sense of
+  // them.
+  summary.trust += isRegression ? fmt::format("Coefficients beyond {:.2f} lie more than two standard errors from 0. ",
+                                              kTwoErrors * error)
+                                : significanceText(regression, variable, measure, factors);
   if (standsOut) summary.trust += tiesText(factors, told.size(), error);
   if (context.correlated)
     summary.trust += "The factors are correlated: a coefficient also carries what the factor shares with others. ";
