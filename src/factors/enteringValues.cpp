@@ -54,7 +54,7 @@ TARVEX_INLINE Points pointsOf(const double* values, std::size_t count) {
   for (std::size_t i = 0; i < count; i += kLanes) {
     Lanes size;
     sizesOf(values + i, size);
-    least = (size < least) & (size > 0.0) ? size : least;
+    least = ((size < least) & (size > 0.0)) ? size : least;
     most = size > most ? size : most;
   }
   return {pointOf(std::max({most[0], most[1], most[2], most[3]})),

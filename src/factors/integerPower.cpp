@@ -56,7 +56,7 @@ TARVEX_INLINE double doubtOf(double size, const Product& power) {
   constexpr std::uint64_t kExponent = 0x7ff0000000000000;
   const std::uint64_t bits = std::bit_cast<std::uint64_t>(power.nearest);
   const double unit = std::bit_cast<double>(bits & kExponent) * 0x1p-52;
-  const double nearest = (size > 1.0 / kLargestMedium) & (size < kLargestMedium) ? kNearestOfMedium : kNearest;
+  const double nearest = ((size > 1.0 / kLargestMedium) & (size < kLargestMedium)) ? kNearestOfMedium : kNearest;
   const bool isCertain =
       (size > kLeast) & (size < kLargest) & ((bits & kMantissa) != 0) & (std::fabs(power.rest) <= nearest * unit);
   return isCertain ? 0.0 : 1.0;
