@@ -20,8 +20,8 @@ mkfifo fifo.sam fifo.spc fifo.txt fifo.fac
 cat > model <<'END'
 #!/bin/bash
 trap '' TERM
-sleep 61 &
-sleep 60
+sleep 3661 &
+sleep 3662
 END
 chmod +x model
 before=$(ls -A)
@@ -70,7 +70,7 @@ stops TERM 0.3 sample "$golden/plant.fac" -o a.sam -m latin -n 900000
 stops HUP 0.3 sample "$golden/unit4.fac" -o a.sam -m sobol --base-size 400000
 stops TERM 0.1 run big.sam -o a.spc --model "$golden/ishigami.imd"
 stops INT 0.3 run small.sam -o a.spc --executable ./model --output a.out
-pgrep -f 'sleep 6[01]$' > ../left && fault "the model's programs run on: $(cat ../left)"
+pgrep -f 'sleep 366[12]$' > ../left && fault "the model's programs run on: $(cat ../left)"
 stops TERM 0.2 analyse big.spc -o a.spc --csv a.csv --tables tables --plots plots
 stops INT 0.1 analyse big.spc --json a.json
 stops TERM 0.2 report big.spc -o a.html
