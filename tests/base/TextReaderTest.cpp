@@ -128,7 +128,7 @@ TEST(TextReader, ManyNumbersAtOnce) {
     for (double& value : expected) good += (one >> value).ok() ? 1 : 0;
     many.expect("nothing of these").readNumbers(values.data(), values.size());
     ASSERT_EQ(many.ok(), one.ok()) << text;
-    ASSERT_EQ(std::memcmp(values.data(), expected.data(), good * sizeof(double)), 0) << text;
+    ASSERT_TRUE(good == 0 || std::memcmp(values.data(), expected.data(), good * sizeof(double)) == 0) << text;
     ASSERT_EQ(many.remaining(), one.remaining()) << text;
     if (values.empty()) continue;
     ASSERT_EQ(many.problem(), one.problem()) << text;
