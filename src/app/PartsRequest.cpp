@@ -8,6 +8,7 @@
 #include "app/FrontEnd.h"
 #include "model/ExternalProcess.h"
 #include "model/ModelChoice.h"
+#include "model/ModelCommand.h"
 #include "parts/RunDirectory.h"
 
 namespace tarvex {
@@ -68,15 +69,7 @@ std::string batchProgram() {
   const fs::path place = fs::read_symlink("/proc/self/exe", error).parent_path();
   for (const fs::path& path : {place / kBatch, place.parent_path().parent_path() / "bin" / kBatch})
     if (!error && fs::exists(path, error)) return path.string();
-  const char* const list = std::getenv("PATH");
-  std::string rest = list != nullptr ? list : "";
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find(':'), rest.size());
-    const fs::path path = fs::path(rest.substr(0, end)) / kBatch;
-    if (fs::exists(path, error)) return path.string();
-    rest.erase(0, end + 1);
-  }
-  return kBatch;
+  return alongPath(kBatch);
 }
 
 bool runBatch(const std::vector<std::string>& words, const std::string& directory, const std::function<bool()>& goOn,

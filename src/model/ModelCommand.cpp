@@ -60,7 +60,8 @@ bool replaceAll(std::string& word, std::string_view what, const std::string& by)
   return found;
 }
 
-// A name without a '/' is looked for as a shell does; where there is none it stays.
+}  // namespace
+
 std::string alongPath(const std::string& name) {
   const char* const variable = std::getenv("PATH");
   if (name.empty() || name.find('/') != std::string::npos || variable == nullptr) return name;
@@ -73,8 +74,6 @@ std::string alongPath(const std::string& name) {
   }
   return name;
 }
-
-}  // namespace
 
 std::string ModelCommand::text() const {
   std::string line = '"' + program + '"';

@@ -14,6 +14,9 @@ struct ModelCommand {
   std::string text() const;
 };
 
+// A program's name without a '/' is looked for as a shell does; where there is none it stays.
+std::string alongPath(const std::string& name);
+
 // The program that `text` names: a path, blanks and all, where a file of that name is there or nothing in it says
 // otherwise; else the first of its words, looked for along PATH unless it has a '/'.
 std::string programOf(const std::string& text);
