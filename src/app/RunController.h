@@ -146,8 +146,10 @@ class RunController {
   Outcome provideSample(std::string& path);
   // Where that file is or will be, beside which a run's directory stands.
   std::string samplePath() const;
-  // Whether a run is one over this project's sample, with its model.
+  // Whether a run is one over the file that is known to hold this project's sample, with its model.
   bool isAbout(const RunRecord& record) const;
+  // The same of a run whose file may hold the sample though that isn't known, as after a project was opened: reads it.
+  bool recognise(const RunRecord& record);
   // The results of a run that is over become the project's, as if its model had been run here.
   Outcome takeParts(const RunFollower& run);
   // Where it is set and says so, a run in parts needs the project's sample as it is: no other is made, and no other run

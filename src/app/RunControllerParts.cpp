@@ -53,12 +53,19 @@ std::string RunController::samplePath() const {
 }
 
 bool RunController::isAbout(const RunRecord& record) const {
-  if (!whyNotOf(record).empty()) return false;
   const std::string path = sampleOf(record);
-  if (path == heldPath_ || path == absolutePath(project_.prep.sampleFile)) return true;
-  // A project that was opened doesn't know every file that holds its sample.
+  return whyNotOf(record).empty() && (path == heldPath_ || path == absolutePath(project_.prep.sampleFile));
+}
+
+bool RunController::recognise(const RunRecord& record) {
+  if (isAbout(record)) return true;
+  if (busy_ || !whyNotOf(record).empty()) return false;
+  const BusyScope inProgress(*this);
+  const std::string path = sampleOf(record);
   const LongOperation operation(frontEnd_, "Sample file", project_.prep.samples.rows());
-  return fileHoldsSample(path, project_.prep, operation.progress());
+  if (!fileHoldsSample(path, project_.prep, operation.progress())) return false;
+  holdSampleIn(path);
+  return true;
 }
 
 std::string RunController::whyNotOf(const RunRecord& record) const {

@@ -89,6 +89,7 @@ class PMainPanel : public Panel {
 
   void startParts();
   void openParts(const std::string& directory, bool starts);
+  bool takeUpParts(const char* otherwise);
   void offerParts();
   QStringList keptRuns() const;
   void keepRuns(const QStringList& runs) const;

@@ -51,7 +51,7 @@ std::string PMainPanel::unfinishedRun(std::string& told) const {
       if (isGone(directory)) runs.removeAll(directory);
       continue;
     }
-    if (!found.empty() || !controller_->isAbout(run.record())) continue;
+    if (!found.empty() || !controller_->recognise(run.record())) continue;
     found = run.directory().path();
     told = partsText(run.states()) + '\n' + driverText(run) + '\n' + found;
   }
@@ -59,32 +59,30 @@ std::string PMainPanel::unfinishedRun(std::string& told) const {
   return found;
 }
 
-// After a file was opened.
-void PMainPanel::offerParts() {
-  if (partsRun_ && partsRun_->isVisible()) return;
+// Whether a run that was begun was taken up; `otherwise` is what the user can do instead.
+bool PMainPanel::takeUpParts(const char* otherwise) {
   std::string told;
   const std::string found = unfinishedRun(told);
-  if (!found.empty() &&
-      Dialogs::current().question(
+  if (found.empty() ||
+      !Dialogs::current().question(
           "Run in parts",
           "There is a run in parts of this study whose results it doesn't have.\n" + QString::fromStdString(told),
-          "^Take it up", "^Not now", window()))
-    openParts(found, false);
+          "^Take it up", otherwise, window()))
+    return false;
+  openParts(found, false);
+  return true;
+}
+
+// After a file was opened.
+void PMainPanel::offerParts() {
+  if (!partsRun_ || !partsRun_->isVisible()) takeUpParts("^Not now");
 }
 
 void PMainPanel::runParts() {
   if (partsRun_ && partsRun_->isVisible()) return static_cast<void>(partsRun_->show());  // to the front
   if (const std::string reason = controller_->whyNotInParts(); !reason.empty())
     return say(QString::fromStdString(reason).trimmed());
-  std::string told;
-  const std::string found = unfinishedRun(told);
-  if (!found.empty() &&
-      Dialogs::current().question(
-          "Run in parts",
-          "There is a run in parts of this study whose results it doesn't have.\n" + QString::fromStdString(told),
-          "^Take it up", "^Begin another", window()))
-    return openParts(found, false);
-  startParts();
+  if (!takeUpParts("^Begin another")) startParts();
 }
 
 void PMainPanel::startParts() {
