@@ -10,12 +10,13 @@
 #include <QTabWidget>
 #include <QTime>
 #include <algorithm>
-#include <limits>
 
 #include "app/PartsRequest.h"
+#include "app/PartsResults.h"
 #include "app/RunController.h"
 #include "base/NumberText.h"
 #include "panels/main/PanelWork.h"
+#include "panels/vels/CellTable.h"
 #include "parts/PartsText.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/SquareField.h"
@@ -59,36 +60,19 @@ QString beginningOf(const std::string& path) {
 }
 
 // The outputs over the runs that are there; every copy of it says that it is partial.
-class SoFarTable : public TableSource {
- public:
-  SoFarTable(std::vector<OutputSoFar> outputs, QString runs) : outputs_(std::move(outputs)), runs_(std::move(runs)) {}
-
-  int rows() const override { return static_cast<int>(outputs_.size()); }
-  int columns() const override { return 6; }
-  QString header(int column) const override {
-    static const char* const kNames[] = {"", "Runs", "Mean", "Deviation", "Minimum", "Maximum"};
-    return column == 0 ? "Partial, " + runs_ : QString(kNames[column]);
+std::shared_ptr<TableSource> soFarTable(const std::vector<OutputSoFar>& outputs, const QString& runs) {
+  std::vector<QStringList> cells;
+  for (const OutputSoFar& output : outputs) {
+    QStringList row(QString::fromStdString(output.name));
+    for (const double value :
+         {static_cast<double>(output.runs), output.mean, output.deviation, output.minimum, output.maximum})
+      row << QString::fromStdString(numberText(value));
+    cells.push_back(std::move(row));
   }
-  bool isNumeric(int column) const override { return column > 0; }
-  QString text(int row, int column) const override {
-    if (column == 0) return QString::fromStdString(outputs_[static_cast<std::size_t>(row)].name);
-    return QString::fromStdString(numberText(number(row, column)));
-  }
-  double number(int row, int column) const override {
-    const OutputSoFar& output = outputs_[static_cast<std::size_t>(row)];
-    const double values[] = {std::numeric_limits<double>::quiet_NaN(),
-                             static_cast<double>(output.runs),
-                             output.mean,
-                             output.deviation,
-                             output.minimum,
-                             output.maximum};
-    return values[column];
-  }
-
- private:
-  std::vector<OutputSoFar> outputs_;
-  QString runs_;
-};
+  const std::vector<CellTable::Column> columns = {
+      {"Partial, " + runs, false}, {"Runs"}, {"Mean"}, {"Deviation"}, {"Minimum"}, {"Maximum"}};
+  return std::make_shared<CellTable>(columns, std::move(cells));
+}
 
 }  // namespace
 
@@ -172,9 +156,9 @@ void PPartsRun::showState() {
   const bool starts = isDriven() && run_.holder().empty();
   QString driver =
       starts ? QString("The program that drives the run starts.") : QString::fromStdString(driverText(run_));
-  const QString said = endOf(run_.directory().path() + "/coordinator.log").trimmed();
-  if (!isDriven() && states.ending() != "done" && !said.isEmpty()) driver += '\n' + said.section('\n', -2);
-  gadget<QLabel>("MlDriver")->setText(driver);
+  if (!isDriven() && states.ending() != "done")
+    driver += '\n' + endOf(run_.directory().path() + "/coordinator.log").trimmed().section('\n', -2);
+  gadget<QLabel>("MlDriver")->setText(driver.trimmed());
 }
 
 QString PPartsRun::partText(int part) const {
@@ -314,12 +298,13 @@ void PPartsRun::soFar() {
   if (working_) return;
   working_ = true;
   std::string message;
+  std::vector<OutputSoFar> outputs;
   std::int32_t runs = 0;
   bool read = false;
   bool stopped = false;
   {
     const PanelWork work(display(), "Reading model output", window());
-    read = readSoFar(run_, outputs_, runs, message, work.progress());
+    read = readSoFar(run_, outputs, runs, message, work.progress());
     stopped = work.stopped();
   }
   working_ = false;
@@ -327,7 +312,7 @@ void PPartsRun::soFar() {
     return Dialogs::current().message(DialogKind::Error, "Error", QString::fromStdString(message), window());
   if (!read) return;
   const QString some = QString("%1 of %2 runs").arg(runs).arg(run_.record().rows());
-  gadget<TableView>("MaSoFar")->setSource(std::make_shared<SoFarTable>(outputs_, some));
+  gadget<TableView>("MaSoFar")->setSource(soFarTable(outputs, some));
   gadget<QLabel>("MlSoFar")->setText("Partial: " + some + ", read at " + QTime::currentTime().toString("HH:mm:ss") +
                                      ". This is no result of the study and isn't saved with it.");
   gadget<QTabWidget>("NoPart")->setCurrentIndex(2);

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "app/PartsResults.h"
 #include "parts/RunFollower.h"
 #include "toolkit/Panel.h"
 
@@ -68,7 +67,6 @@ class PPartsRun : public Panel {
   std::string problem_;  // why the run can't be looked at
   bool working_ = false;
   bool takes_ = true;  // the results when they are there, which was not tried yet
-  std::vector<OutputSoFar> outputs_;
 };
 
 }  // namespace tarvex
