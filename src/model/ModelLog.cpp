@@ -20,6 +20,7 @@ constexpr int kMostNumbers = 99;              // behind names that are taken
 constexpr off_t kLargest = off_t{64} << 20;   // bytes; what is read by a person is far less
 constexpr off_t kBeginning = off_t{1} << 20;  // that stay of a larger one
 constexpr std::size_t kEnd = std::size_t{64} << 10;
+constexpr int kMostTries = 5;  // at the end of a log that grows
 
 bool writeAll(int fd, std::string_view text) {
   while (!text.empty()) {
@@ -73,10 +74,16 @@ void ModelLog::trim() {
   SystemCalls& calls = SystemCalls::current();
   struct stat status {};
   if (fd_ < 0 || ::fstat(fd_, &status) != 0 || status.st_size <= kLargest) return;
-  std::string end(kEnd, '\0');
-  const ssize_t got = calls.pread(fd_, end.data(), end.size(), status.st_size - static_cast<off_t>(kEnd));
-  end.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-  // The model goes on appending meanwhile; what it prints between these calls is lost with the middle.
+  // The model goes on appending meanwhile: what it prints between the last two calls is lost with the middle.
+  std::string end;
+  off_t size = 0;
+  for (int tries = 0; size != status.st_size && tries < kMostTries; ++tries) {
+    size = status.st_size;
+    end.resize(kEnd);
+    const ssize_t got = calls.pread(fd_, end.data(), end.size(), size - static_cast<off_t>(kEnd));
+    end.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    if (::fstat(fd_, &status) != 0) return;
+  }
   if (calls.ftruncate(fd_, kBeginning) == 0) writeAll(fd_, "\n[... the middle was dropped ...]\n" + end);
 }
 
