@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <utility>
 
 #include "correlation/rankCorrelation.h"
 #include "factors/FactorList.h"
@@ -76,14 +78,14 @@ std::string threeDecimals(double r) {
 void addUnasked(Document& out, const FactorList& factors, const CorrelationMatrix& matrix,
                 const std::vector<AskedPair>& asked) {
   const std::vector<std::int32_t> places = correlatable(factors);
+  std::set<std::pair<std::int32_t, std::int32_t>> askedFor;  // the place that comes first in front, as below
+  for (const AskedPair& pair : asked) askedFor.insert(std::minmax(pair.one, pair.other));
   AskedPair strongest;
   for (std::size_t i = 0; i < places.size(); ++i)
     for (std::size_t j = i + 1; j < places.size(); ++j) {
       const double r = matrix.at(static_cast<std::size_t>(places[i]), static_cast<std::size_t>(places[j]));
-      const bool isAsked = std::ranges::any_of(asked, [&](const AskedPair& pair) {
-        return std::minmax(pair.one, pair.other) == std::minmax(places[i], places[j]);
-      });
-      if (!isAsked && std::abs(r) > std::abs(strongest.correlation)) strongest = {places[i], places[j], r};
+      if (std::abs(r) > std::abs(strongest.correlation) && !askedFor.contains({places[i], places[j]}))
+        strongest = {places[i], places[j], r};
     }
   if (strongest.one == strongest.other) return;
   out.add(Remark{fmt::format("The largest rank correlation of {} is that of {} and {}: {}",
