@@ -7,7 +7,6 @@
 
 #include "panels/PrepFixture.h"
 #include "panels/prep/PCorrelation.h"
-#include "toolkit/TableView.h"
 
 namespace tarvex::test {
 
@@ -26,7 +25,7 @@ class CorrelationPanelTest : public PrepTest {
   TableView& matrix() { return *panel_->gadget<TableView>("MaCorrelations"); }
   Tree& tree() { return *panel_->gadget<Tree>("TrCorrelation"); }
   Tree& list() { return *panel_->gadget<Tree>("SlFactors"); }
-  std::string label(const char* name) { return panel_->gadget<QLabel>(name)->text().toStdString(); }
+  std::string label(const char* name) { return PrepTest::label(*panel_, name); }
   void method(int mode) {
     panel_->gadget<QComboBox>("SeCorrType")->setCurrentIndex(mode);
     panel_->call("changeCorrType");
@@ -81,6 +80,11 @@ class CorrelationPanelTest : public PrepTest {
     QCoreApplication::sendEvent(to.viewport(), &drop);
     QCoreApplication::processEvents();
     return takeShown();
+  }
+  // The list with the panel's correlations.
+  void takeInto(FactorList& result) {
+    std::string problem;
+    ASSERT_TRUE(result.copyFrom(*list_, problem) && panel_->draft().applyTo(result, problem)) << problem;
   }
   // What is shown by ok, and whether the panel was left with acceptance.
   std::pair<Texts, bool> ok() {

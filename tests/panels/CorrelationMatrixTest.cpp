@@ -1,4 +1,3 @@
-#include <QClipboard>
 #include <QElapsedTimer>
 
 #include "panels/CorrelationFixture.h"
@@ -42,10 +41,8 @@ TEST_F(CorrelationMatrix, TheMatrixIsADraftThatIsJudgedAsAWhole) {
     EXPECT_EQ(label("MlMessage"), row.message) << row.text;
   }
   const auto [shown, left] = ok();
-  ASSERT_EQ(shown.size(), 1U);
-  EXPECT_EQ(
-      shown[0].rfind("Error: The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated.", 0),
-      0U);
+  expectShown(shown,
+              {"Error: The Iman Conover Matrix is not positive definited.\nNo correlation can be calculated...."});
   EXPECT_FALSE(left);
   click(*panel_->window(), "BNearest");
   EXPECT_EQ(numbers(), "01=0.499997 02=0.499997 12=-0.499997 ") << "and some room for six digits";
@@ -69,8 +66,7 @@ TEST_F(CorrelationMatrix, TheMatrixIsADraftThatIsJudgedAsAWhole) {
   typeCell(matrix(), 0, 1, "-0.75");
   EXPECT_EQ(ok(), std::pair(Texts(), true));
   FactorList result;
-  std::string problem;
-  ASSERT_TRUE(result.copyFrom(*list_, problem) && panel_->draft().applyTo(result, problem)) << problem;
+  takeInto(result);
   EXPECT_EQ(result.correlationMode, kImanConover);
   EXPECT_EQ(result.matrixAt(0, 1), -0.75F);
   EXPECT_EQ(list_->matrixAt(0, 1), 0.0F);
@@ -99,9 +95,7 @@ TEST_F(CorrelationMatrix, BlocksArePastedAsAWhole) {
   open(normals(3));
   std::string last;
   for (const auto& row : rows) {
-    QApplication::clipboard()->setText(row.text);
-    matrix().setCurrentIndex(matrix().model()->index(row.row, row.column));
-    QTest::keySequence(&matrix(), QKeySequence::Paste);
+    paste(matrix(), row.row, row.column, row.text);
     QCoreApplication::processEvents();
     EXPECT_EQ(takeShown(), row.shown.empty() ? Texts() : Texts{row.shown}) << row.text;
     if (!row.numbers.empty()) last = row.numbers;
@@ -110,11 +104,11 @@ TEST_F(CorrelationMatrix, BlocksArePastedAsAWhole) {
   matrix().selectAll();
   QTest::keySequence(&matrix(), QKeySequence::Copy);
   EXPECT_EQ(QApplication::clipboard()->text(), "x1\tx2\tx3\n1\t0.1\t0.2\n0.1\t1\t0.6\n0.2\t0.6\t1\n");
-  dialogs_.files = {file("m.txt"), file("none/m.txt")};
-  EXPECT_EQ(shownBy(*panel_, "saveCorrTable"), Texts{"Save table: save *.*"});
+  step(*panel_, "saveCorrTable", {"Save table: save *.*"}, {}, {file("m.txt")});
   EXPECT_EQ(test::splitLines(test::readFile(file("m.txt")))[1],
             "                  x1\t                   1\t                 0.1\t                 0.2\t");
-  EXPECT_EQ(shownBy(*panel_, "saveCorrTable")[1].rfind("Error: I cannot save the file\n", 0), 0U);
+  step(*panel_, "saveCorrTable", {"Save table: save *.*", "Error: I cannot save the file\n..."}, {},
+       {file("none/m.txt")});
 }
 
 TEST_F(CorrelationMatrix, TwoHundredFactorsAreEditedWithoutLag) {

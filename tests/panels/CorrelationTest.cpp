@@ -1,6 +1,4 @@
 #include <QAction>
-#include <QClipboard>
-#include <QComboBox>
 
 #include "panels/CorrelationFixture.h"
 #include "support/Numbers.h"
@@ -58,7 +56,7 @@ TEST_F(Correlation, TheTreeIsMadeByDragsAndKeys) {
   EXPECT_EQ(shownTree(), "0.00   x1 >1.00   x3 >0.50   x2 | x4");
   FactorList result;
   std::string problem;
-  ASSERT_TRUE(result.copyFrom(*list_, problem) && panel_->draft().applyTo(result, problem)) << problem;
+  takeInto(result);
   EXPECT_EQ(result.correlationMode, kDependenceTree);
   EXPECT_EQ(result.node(0).children, (std::vector<std::int32_t>{2, 1}));
 
@@ -110,20 +108,15 @@ TEST_F(Correlation, SteinSamplesAreTakenOrNothingChanges) {
   EXPECT_FALSE(panel_->window()->isWindowModified() || panel_->gadget<QAction>("AUndo")->isEnabled());
   for (const auto& row : bad) {
     if (row.text != nullptr) test::writeFile(file("s.txt"), row.text);
-    dialogs_.files = {file("s.txt")};
-    const Texts shown = shownBy(*panel_, "steinCorr");
-    ASSERT_EQ(shown.size(), 2U);
-    EXPECT_EQ(shown[0] + '\n' + shown[1].substr(0, row.shown.size()), chooser + '\n' + row.shown);
+    step(*panel_, "steinCorr", {chooser, row.shown + "..."}, {}, {file("s.txt")});
     EXPECT_FALSE(panel_->modified());
   }
   test::writeFile(file("s.txt"), "3 2\na\nb\n1 5\n2 7\n3 6\n");
-  dialogs_.files = {file("s.txt"), file("s.txt")};
-  panel_->call("steinCorr");
+  step(*panel_, "steinCorr", {chooser}, {}, {file("s.txt")});
   EXPECT_EQ(label("MlStein") + ": " + label("MlMessage"),
             "3 rows from s.txt: 3 rows of the Stein sample give the order of the sample.");
   EXPECT_EQ(panel_->gadget<TableView>("MaSamples")->tableModel().source()->text(1, 1), "7");
-  takeShown();
-  EXPECT_EQ(shownBy(*panel_, "steinCorr"), Texts{":    Discard the old Stein configuration ? [^Yes/^No]"});
+  step(*panel_, "steinCorr", {":    Discard the old Stein configuration ? [^Yes/^No]"});
   panel_->call("plot");
   EXPECT_EQ(label("MlOutcome"), "Rank correlation asked for: 0.50. Of these 3 points: 0.50.");
   EXPECT_TRUE(ok().second);
@@ -135,19 +128,20 @@ TEST_F(Correlation, ThePreviewSaysWhatWasAskedAndWhatCameOut) {
   const struct {
     CorrelationMode mode;
     int first, second;
-    std::string shown, asked;
-  } rows[] = {{kDependenceTree, 1, 0, "", "0.80"},
-              {kDependenceTree, 0, 2, "Error: x1 and x3 are not linked to each other in the dependence tree.", ""},
-              {kDependenceTree, 1, 1, "Error: Choose two factors.", ""},
-              {kImanConover, 0, 1, "", "0.90"},
-              {kNoCorrelation, 0, 2, "", "0.00"}};
+    Texts shown;
+    std::string asked;
+  } rows[] = {{kDependenceTree, 1, 0, {}, "0.80"},
+              {kDependenceTree, 0, 2, {"Error: x1 and x3 are not linked to each other in the dependence tree."}, ""},
+              {kDependenceTree, 1, 1, {"Error: Choose two factors."}, ""},
+              {kImanConover, 0, 1, {}, "0.90"},
+              {kNoCorrelation, 0, 2, {}, "0.00"}};
   open(linked);
   for (const auto& row : rows) {
     method(row.mode);
     panel_->gadget<QComboBox>("OFirst")->setCurrentIndex(row.first);
     panel_->gadget<QComboBox>("OSecond")->setCurrentIndex(row.second);
     panel_->gadget<QTabWidget>("NoCorrelation")->setCurrentIndex(3);
-    EXPECT_EQ(shownBy(*panel_, "plot"), row.shown.empty() ? Texts() : Texts{row.shown});
+    step(*panel_, "plot", row.shown);
     EXPECT_EQ(panel_->gadget<ChartView>("ScPoints")->figure().charts.empty(), row.asked.empty());
     const QString said = panel_->gadget<QLabel>("MlOutcome")->text();
     EXPECT_EQ(said.section(". ", 0, 0).toStdString(),
@@ -160,9 +154,8 @@ TEST_F(Correlation, ThePreviewSaysWhatWasAskedAndWhatCameOut) {
   method(kImanConover);
   cell(0, 2, "0.9");
   cell(1, 2, "-0.9");
-  EXPECT_EQ(
-      shownBy(*panel_, "plot"),
-      Texts{"Error: The Iman Conover Matrix is not positive definited.\nCorrelation's values cannot be calculated."});
+  step(*panel_, "plot",
+       {"Error: The Iman Conover Matrix is not positive definited.\nCorrelation's values cannot be calculated."});
 }
 
 TEST_F(Correlation, ADemonstrationIsForReading) {
@@ -175,8 +168,7 @@ TEST_F(Correlation, ADemonstrationIsForReading) {
   QTest::keyClick(&tree(), Qt::Key_Return);
   QTest::keyClick(&tree(), Qt::Key_Left, Qt::AltModifier);
   EXPECT_FALSE(matrix().model()->setData(matrix().model()->index(0, 1), "0.5"));
-  QApplication::clipboard()->setText("0.5");
-  QTest::keySequence(&matrix(), QKeySequence::Paste);
+  paste(matrix(), 0, 1, "0.5");
   for (const char* const gadget : {"SeCorrType", "BStein", "BNearest"})
     EXPECT_FALSE(panel_->gadget<QWidget>(gadget)->isEnabled()) << gadget;
   QCoreApplication::processEvents();

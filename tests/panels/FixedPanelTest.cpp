@@ -1,11 +1,8 @@
-#include <QClipboard>
-
 #include "factors/FactorFiles.h"
 #include "panels/PrepFixture.h"
 #include "panels/sampling/makeMethodPanel.h"
 #include "sampling/FixedSampler.h"
 #include "support/Golden.h"
-#include "toolkit/TableView.h"
 
 namespace tarvex {
 namespace {
@@ -23,27 +20,15 @@ class FixedPanel : public test::PrepTest {
     ASSERT_TRUE(panel_);
     view_ = panel_->gadget<TableView>("MaSamples");
   }
-  std::string rows() {
-    std::string text;
-    for (int row = 0; row < view_->model()->rowCount(); ++row)
-      for (int column = 0; column < view_->model()->columnCount(); ++column)
-        text += view_->model()->index(row, column).data().toString().toStdString() +
-                (column + 1 < view_->model()->columnCount() ? ' ' : '|');
-    return text;
-  }
+  std::string rows() { return cells(*view_->model()); }
+  std::string label(const char* name) { return PrepTest::label(*panel_, name); }
   std::string shownCell(int row, int column) {
     view_->selectionModel()->setCurrentIndex(view_->model()->index(row, column), QItemSelectionModel::ClearAndSelect);
-    std::string text = panel_->gadget<QLabel>("MlFactorType")->text().toStdString();
+    std::string text = label("MlFactorType");
     for (const char* const name : {"NValue", "NDensity", "NProbability"})
       text += ' ' + panel_->gadget<QLineEdit>(name)->text().toStdString();
     return text;
   }
-  void paste(int row, int column, const char* text) {
-    QApplication::clipboard()->setText(text);
-    view_->setCurrentIndex(view_->model()->index(row, column));
-    QTest::keyClick(view_, Qt::Key_V, Qt::ControlModifier);
-  }
-
   void select(int row) {
     view_->selectionModel()->setCurrentIndex(view_->model()->index(row, 0),
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -63,8 +48,8 @@ TEST_F(FixedPanel, BeginsInTheMiddleAndTellsOfEachCell) {
   EXPECT_EQ(shownCell(0, 3), "Relation 1.16667  ");  // 0.5 + 0.5 * 4 / 3, from the means
   view_->clearSelection();
   panel_->call("scrollTitle");
-  EXPECT_EQ(panel_->gadget<QLabel>("MlFactorType")->text() + panel_->gadget<QLineEdit>("NValue")->text(), "");
-  EXPECT_EQ(panel_->gadget<QLabel>("MlCost")->text().left(6), "1 run:");
+  EXPECT_EQ(label("MlFactorType") + panel_->gadget<QLineEdit>("NValue")->text().toStdString(), "");
+  EXPECT_EQ(label("MlCost").substr(0, 6), "1 run:");
   std::string message;
   FactorList flat;
   flat.addFactor(makeFactorOf("Normal", {0.0, 0.0}));
@@ -74,14 +59,15 @@ TEST_F(FixedPanel, BeginsInTheMiddleAndTellsOfEachCell) {
 
 TEST_F(FixedPanel, RowsAreAddedRemovedTypedAndPastedAsDrafts) {
   open();
-  paste(0, 0, "1\t2\t3\t4\t5\t6\t7\t8\r\n1,5\t2\t3\t4\t5\t6\t7\tabc\r\n");
+  const std::string wrong = "Row 2, x1: '1,5' is no number.";
+  paste(*view_, 0, 0, "1\t2\t3\t4\t5\t6\t7\t8\r\n1,5\t2\t3\t4\t5\t6\t7\tabc\r\n");
   EXPECT_EQ(rows(), "1 2 3 4 5 6 7 8|1,5 2 3 4 5 6 7 abc|");
-  EXPECT_EQ(panel_->gadget<QLabel>("MlMessage")->text(), "Row 2, x1: '1,5' is no number.");
-  EXPECT_EQ(shownBy(*panel_, "ok"), Texts{"Error: wrong values: Row 2, x1: '1,5' is no number."});
-  EXPECT_EQ(shownBy(*panel_, "save"), Texts{"Error: Row 2, x1: '1,5' is no number."});
-  paste(1, 6, "7\t8\t9");
+  EXPECT_EQ(label("MlMessage"), wrong);
+  step(*panel_, "ok", {"Error: wrong values: " + wrong});
+  step(*panel_, "save", {"Error: " + wrong});
+  paste(*view_, 1, 6, "7\t8\t9");
   EXPECT_EQ(takeShown(), Texts{"Error: There are columns for 2 values, not for 3."});
-  paste(0, 0, "x5\tx1\n80\t10\n81\t11\n82\t12\n");  // by name, and a row more than there is
+  paste(*view_, 0, 0, "x5\tx1\n80\t10\n81\t11\n82\t12\n");  // by name, and a row more than there is
   EXPECT_EQ(rows().substr(0, 53), "10 2 3 4 5 6 7 80|11 2 3 4 5 6 7 81|12 0.5 2 1.166665");
   view_->model()->setData(view_->model()->index(0, 0), "1e-3");
   select(2);
@@ -89,7 +75,7 @@ TEST_F(FixedPanel, RowsAreAddedRemovedTypedAndPastedAsDrafts) {
   panel_->call("add");
   EXPECT_EQ(view_->model()->rowCount(), 3);
   view_->clearSelection();
-  EXPECT_EQ(shownBy(*panel_, "remove"), Texts{"Error: No row selected"});
+  step(*panel_, "remove", {"Error: No row selected"});
   select(2);
   panel_->call("remove");
   panel_->call("ok");
@@ -101,7 +87,7 @@ TEST_F(FixedPanel, RowsAreAddedRemovedTypedAndPastedAsDrafts) {
   EXPECT_EQ(rows(), "0.001 2 3 4 5 6 7 80|11 2 3 4 5 6 7 81|");
   view_->selectAll();
   panel_->call("remove");
-  EXPECT_EQ(panel_->gadget<QLabel>("MlMessage")->text(), "No samples to generate");
+  EXPECT_EQ(label("MlMessage"), "No samples to generate");
   panel_->call("ok");
   EXPECT_EQ(panel_->takeSampler()->numSamples, 0);
 }
@@ -111,15 +97,13 @@ TEST_F(FixedPanel, FilesComeAndGoAndDamagedOnesChangeNothing) {
   const std::string before = rows();
   test::writeFile(file("short.csv"), "x1,k1\n1,2\n");
   test::writeFile(file("word.csv"), "x1,k1,x2,r1,x3,k2,x4,x5\n1,2,3,4,5,6,7,8\n1,2,3,4,5,6,7,eight\n");
-  const std::pair<const char*, const char*> damaged[] = {{"none.csv", "none.csv"},
-                                                         {"short.csv", "short.csv:1: the column of the factor 'x2'"},
-                                                         {"word.csv", "word.csv:3: 'eight' is not a number."}};
+  const std::string chooser = "Load the runs of a sample: open *.csv *.*";
+  const std::string failed = "Error: Error reading samples file\n";
+  const std::pair<const char*, const char*> damaged[] = {{"none.csv", "..."},
+                                                         {"short.csv", ":1: the column of the factor 'x2'..."},
+                                                         {"word.csv", ":3: 'eight' is not a number...."}};
   for (const auto& [name, said] : damaged) {
-    dialogs_.files = {file(name)};
-    const Texts shown = shownBy(*panel_, "load");
-    ASSERT_EQ(shown.size(), 2U) << name;
-    EXPECT_EQ(shown[0], "Load the runs of a sample: open *.csv *.*");
-    EXPECT_NE(shown[1].find(said), std::string::npos) << shown[1];
+    step(*panel_, "load", {chooser, failed + file(name) + said}, {}, {file(name)});
     EXPECT_EQ(rows(), before);
   }
   dialogs_.files = {test::goldenPath("rows.csv"), file("out.csv"), directory_.path()};

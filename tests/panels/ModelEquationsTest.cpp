@@ -1,6 +1,3 @@
-#include <QAbstractItemView>
-#include <QListWidget>
-
 #include "panels/ModelFixture.h"
 #include "panels/model/PIntModFacList.h"
 #include "panels/model/PNewExpression.h"
@@ -10,8 +7,6 @@ namespace tarvex {
 namespace {
 
 using test::Texts;
-
-constexpr const char* kAsked = "Warning: model edited: The model has been edited.\nDo you want to ";
 
 class ModelEquations : public test::ModelTest {
  protected:
@@ -77,9 +72,7 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
     const auto panel = editor(model);
     select(*panel, "MaExpress", row.row);
     if (!row.equation.empty()) writeEquation(row.equation[0], row.equation[1], 0);
-    dialogs_.answers = {row.answer};
-    dialogs_.files = {file("bad.imd")};
-    EXPECT_EQ(shownBy(*panel, row.callback), row.shown);
+    step(*panel, row.callback, row.shown, {row.answer}, {file("bad.imd")});
     QApplication::processEvents();
     const bool stays = *row.after == '\0';
     EXPECT_EQ(described(panel->model()), stays ? described(model) : row.after);
@@ -90,7 +83,7 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
   }
   const auto panel = editor(model);
   panel->gadget<QLineEdit>("TModelName")->setText("a b");
-  EXPECT_EQ(shownBy(*panel, "ok"), Texts{"Error: the name holds white space"});
+  step(*panel, "ok", {"Error: the name holds white space"});
   auto* const grid = panel->gadget<TableView>("MaExpress")->model();
   EXPECT_FALSE(grid->setData(grid->index(1, 1), "t + "));
   EXPECT_FALSE(grid->setData(grid->index(1, 2), "input"));
@@ -127,21 +120,18 @@ TEST_F(ModelEquations, ValuesFollowTheTrialRowAndFailuresSayWhy) {
 }
 
 TEST_F(ModelEquations, TheEndAsksForChangesAndFilesKeepThem) {
+  const std::string asked = "Warning: model edited: The model has been edited.\nDo you want to ";
   const auto panel = editor(modelOf({{"y", "x1"}}));
-  panel->call("exit");
-  EXPECT_EQ(takeShown(), Texts{});  // without a change nothing is asked
+  step(*panel, "exit", {});  // without a change nothing is asked
   panel->window()->show();
   auto* const grid = panel->gadget<TableView>("MaExpress")->model();
   EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 1"));
-  EXPECT_EQ(shownBy(*panel, "exit"), Texts{kAsked + std::string("lose changes? [^Proceed/^Cancel]")});
+  step(*panel, "exit", {asked + "lose changes? [^Proceed/^Cancel]"});
   EXPECT_TRUE(panel->isVisible());
-  dialogs_.files = {file("a.imd")};
-  panel->call("save");
-  EXPECT_EQ(takeShown(), Texts{"Save the internal model: save *.imd"});
+  step(*panel, "save", {"Save the internal model: save *.imd"}, {}, {file("a.imd")});
   EXPECT_FALSE(panel->window()->isWindowModified());
   EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 2"));
-  dialogs_.answers = {true};
-  EXPECT_EQ(shownBy(*panel, "ok"), Texts{kAsked + std::string("save changes in a file? [^Yes/^No]")});
+  step(*panel, "ok", {asked + "save changes in a file? [^Yes/^No]"}, {true});
   EXPECT_TRUE(panel->accepted());
   InternalModel saved;
   std::string message;
@@ -149,13 +139,11 @@ TEST_F(ModelEquations, TheEndAsksForChangesAndFilesKeepThem) {
   EXPECT_EQ(described(saved), "x1 x2 x3 | y = x1 + 2 ");
   // A directory in the file's place.
   std::filesystem::create_directory(file("b.imd"));
-  dialogs_.files = {file("b.imd")};
-  panel->call("saveAs");
-  EXPECT_EQ(takeShown().back().rfind("Error: Error writing the internal model file\n", 0), 0U);
+  step(*panel, "saveAs", {"Save the internal model: save *.imd", "Error: Error writing the internal model file\n..."},
+       {}, {file("b.imd")});
   EXPECT_TRUE(grid->setData(grid->index(0, 1), "x1 + 3"));
-  dialogs_.answers = {true};
-  dialogs_.files = {file("a.imd")};
-  EXPECT_EQ(shownBy(*panel, "open").front(), kAsked + std::string("save changes? [^Yes/^No]"));  // saved, then read
+  step(*panel, "open", {asked + "save changes? [^Yes/^No]", "Select the internal model to load: open *.imd"}, {true},
+       {file("a.imd")});  // saved, then read
   EXPECT_EQ(described(panel->model()), "x1 x2 x3 | y = x1 + 3 ");
 }
 
@@ -266,8 +254,7 @@ TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
     EXPECT_EQ(panel.problems(), QStringList());
     panel.gadget<QLineEdit>("TeNewFactor")->setText(row.typed);
     select(panel, "MaIntModFactors", row.row);
-    dialogs_.answers = {row.answer};
-    EXPECT_EQ(shownBy(panel, row.callback), row.shown);
+    step(panel, row.callback, row.shown, {row.answer});
     dialogs_.answers.clear();
     EXPECT_EQ(described(panel.model()), (*row.after == '\0' ? "x1 x2 x3 " : row.after) + equations);
     EXPECT_EQ(panel.changed(), *row.after != '\0');
@@ -277,8 +264,7 @@ TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
   select(all, "MaIntModFactors", 2);
   all.call("moveUp");
   all.call("moveUp");
-  dialogs_.answers = {true};
-  EXPECT_EQ(shownBy(all, "delAll"), (Texts{"Delete: Do you really want to delete all factors" + kButtons, kInUse}));
+  step(all, "delAll", {"Delete: Do you really want to delete all factors" + kButtons, kInUse}, {true});
   EXPECT_EQ(described(all.model()), "x1 x2 " + equations);
   PIntModFacList panel(display_, model, nullptr);
   panel.window()->show();
@@ -290,8 +276,7 @@ TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
       click(window, "BOk");
     }
   });
-  panel.call("modify");
-  EXPECT_EQ(takeShown(), (Texts{"Error: New Factor text field empty", "Error: Factor already inserted in the list"}));
+  step(panel, "modify", {"Error: New Factor text field empty", "Error: Factor already inserted in the list"});
   EXPECT_EQ(described(panel.model()), "a x2 x3 | x12 = x2 | y = a * x1 + x12 ");
   EXPECT_EQ(label(panel, "MlMessage"), "x1 still stands in y, and reads as 0 there.");
   activate(*panel.window());
@@ -305,7 +290,7 @@ TEST_F(ModelEquations, LargeModelsAreEditedAsSmallOnes) {
     ASSERT_TRUE(model.addExpression(i, "y" + std::to_string(i), std::to_string(i), 1)) << i;
   const auto panel = editor(model);
   writeEquation("more", "1");
-  EXPECT_EQ(shownBy(*panel, "addExpression"), Texts{"Error: Too much expressions: max number of expression 500"});
+  step(*panel, "addExpression", {"Error: Too much expressions: max number of expression 500"});
   auto* const grid = panel->gadget<TableView>("MaExpress")->model();
   EXPECT_EQ(grid->data(grid->index(498, 3)).toString(), "498");
   std::string longOne = "y1";

@@ -58,7 +58,6 @@ class ModelTest : public PrepTest {
     view->clearSelection();
     if (row >= 0) view->selectRow(row);
   }
-  static std::string label(Panel& panel, const char* name) { return panel.gadget<QLabel>(name)->text().toStdString(); }
 };
 
 }  // namespace tarvex::test

@@ -1,4 +1,4 @@
-// Studies with every kind of model, by mouse and keys, against the program for shells.
+// Studies with every kind of external model, by mouse and keys, against the program for shells.
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -16,7 +16,6 @@ namespace tarvex {
 namespace {
 
 using Fields = std::vector<std::pair<const char*, const char*>>;
-using Equations = test::Equations;
 
 constexpr const char* kIshigami = "ishigami.fac";
 
@@ -27,7 +26,6 @@ struct Model {
   const char* factors;
   const char* runs;
   Fields typed;
-  Equations equations;
   std::vector<const char*> cells;  // beside the factors, and then name and cell of an output
   const char* words;               // for the shell, each behind a '|'
   const char* needs = "";
@@ -52,10 +50,6 @@ class ModelStudy : public test::ModelTest, public testing::WithParamInterface<Mo
   }
   void choose(QWidget& selection) {
     const Model& model = GetParam();
-    if (!model.equations.empty()) {
-      dialogs_.answers = {false};  // to save them in a file
-      chooseEquations(selection, model.equations);
-    }
     for (const auto& [name, text] : model.typed)
       if (*text == '\0')
         press(selection, name);
@@ -80,7 +74,6 @@ class ModelStudy : public test::ModelTest, public testing::WithParamInterface<Mo
     QString program = QString::fromStdString(page.substr(start, page.find("</pre>", start) - start));
     test::writeFile(file("m.py"),
                     program.replace("&lt;", "<").replace("&gt;", ">").replace("&quot;", "\"").toStdString());
-    test::writeFile(file("m.imd"), "m\n3\nx1\n0\nx2\n0\nx3\n0\n2\na\nsin(x2)\n1\n0\ny\nsin(x1)+7*a**2\n1\n0\nnofile\n");
     test::writeFile(file("cells.fods"),
                     test::flatWorkbook({{"Model", {{"0", "0"}, {"0", "=SIN([.A1])+7*SIN([.A2])^2+[.B1]"}}}}));
     std::filesystem::copy_file(TARVEX_EXAMPLES "/workbook/ishigami.ods", file("rows.ods"));
@@ -133,13 +126,12 @@ TEST_P(ModelStudy, GivesTheNumbersOfTheBatchProgram) {
 
 // clang-format off
 const Model kModels[] = {
-    {"equations", kIshigami, "20", {}, {{"a", "sin(x2)"}, {"y", "sin(x1)+7*a**2"}}, {}, "|--model|m.imd"},
-    {"levele", "levelE.fac", "5", {{"CModel", "LEVELE {sample} {output}"}, {"TOutput", "DIR/levele.out"}}, {}, {},
+    {"levele", "levelE.fac", "5", {{"CModel", "LEVELE {sample} {output}"}, {"TOutput", "DIR/levele.out"}}, {},
      "|--executable|LEVELE|--output|levele.out"},
-    {"python", kIshigami, "20", {{"CModel", "python3 DIR/m.py"}, {"TOutput", "DIR/p.out"}}, {}, {},
+    {"python", kIshigami, "20", {{"CModel", "python3 DIR/m.py"}, {"TOutput", "DIR/p.out"}}, {},
      "|--executable|python3 m.py|--output|q.out", "python3"},
-    {"rows", kIshigami, "20", {{"TExcel", ""}, {"TOutput", "DIR/rows.ods"}}, {}, {}, "|--workbook|rows.ods", "LibreOffice"},
-    {"cells", kIshigami, "20", {{"TExcel", ""}, {"TOutput", "DIR/cells.fods"}}, {},
+    {"rows", kIshigami, "20", {{"TExcel", ""}, {"TOutput", "DIR/rows.ods"}}, {}, "|--workbook|rows.ods", "LibreOffice"},
+    {"cells", kIshigami, "20", {{"TExcel", ""}, {"TOutput", "DIR/cells.fods"}},
      {"Model!A1", "A2", "B1", "y", "B2"},
      "|--workbook|cells.fods|--input-cell|x3=Model!B1|--input-cell|x1=Model!A1|--input-cell|x2=Model!A2"
      "|--output-cell|y=Model!B2", "LibreOffice"},

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,7 +30,9 @@
 namespace tarvex::test {
 
 using Texts = std::vector<std::string>;
-using Equations = std::vector<std::pair<const char*, const char*>>;
+
+constexpr const char* kAllEffects = "All first and total order effect calculation";
+constexpr const char* kGroupEffects = "All first and total order effect calculation on groups";
 
 // The panels of the pre-processor, driven by the names of their gadgets.
 class PrepTest : public testing::Test {
@@ -49,6 +52,29 @@ class PrepTest : public testing::Test {
   Texts shownBy(Panel& panel, const char* callback) {
     panel.call(callback);
     return takeShown();
+  }
+  // Runs the callback while dialogs answer so; of what is then shown a text that ends with "..." is the beginning.
+  void step(Panel& panel, const char* callback, const Texts& expected, const std::deque<bool>& answers = {},
+            const std::deque<std::string>& files = {}) {
+    dialogs_.answers = answers;
+    dialogs_.files = files;
+    expectShown(shownBy(panel, callback), expected);
+  }
+  static void expectShown(Texts shown, const Texts& expected) {
+    for (std::size_t i = 0; i < std::min(shown.size(), expected.size()); ++i)
+      if (expected[i].ends_with("...") && shown[i].starts_with(expected[i].substr(0, expected[i].size() - 3)))
+        shown[i] = expected[i];
+    EXPECT_EQ(shown, expected);
+  }
+  static std::string label(Panel& panel, const char* name) { return panel.gadget<QLabel>(name)->text().toStdString(); }
+  // The texts of a list or a table, "1 2|3 4|".
+  static std::string cells(const QAbstractItemModel& model) {
+    std::string text;
+    for (int row = 0; row < model.rowCount(); ++row)
+      for (int column = 0; column < model.columnCount(); ++column)
+        text +=
+            model.index(row, column).data().toString().toStdString() + (column + 1 < model.columnCount() ? ' ' : '|');
+    return text;
   }
   // Texts of fields as a user types them.
   static void type(QWidget& window, const std::vector<std::pair<const char*, const char*>>& fields) {
@@ -70,28 +96,6 @@ class PrepTest : public testing::Test {
     EXPECT_TRUE(found->isEnabled()) << button;
     found->click();
   }
-  // Equations in the panel of models, one after the other; Enter accepts each from the field of its text. What is asked
-  // at the end dialogs_ answers.
-  void chooseEquations(QWidget& selection, const Equations& equations) {
-    auto* const kind = selection.findChild<QComboBox*>("SeSwitchModel");
-    kind->setFocus();
-    QTest::keyClick(kind, Qt::Key_Down);
-    whenShown("PIntModel", [this, equations](QWidget& editor) {
-      for (const auto& [name, text] : equations) {
-        whenShown("PNewExpression", [name = name, text = text](QWidget& window) {
-          type(window, {{"TExprName", name}});
-          auto* const field = window.findChild<QPlainTextEdit*>("TExpr");
-          QTest::mouseClick(field->viewport(), Qt::LeftButton);
-          QTest::keyClicks(field, text);
-          QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
-          QTest::keyClick(field, Qt::Key_Return);
-        });
-        press(editor, "BAdd");
-      }
-      press(editor, "BOk");
-    });
-    press(selection, "BCreateNewIntModel");
-  }
   // Acts on the window as soon as it has the keyboard: once, whatever is modal above it.
   void whenShown(const QString& window, std::function<void(QWidget&)> act) {
     test::whenShown(&waiting_, window, std::move(act));
@@ -111,6 +115,10 @@ class PrepTest : public testing::Test {
     ASSERT_NE(found, nullptr) << button;
     QTest::mouseClick(found, Qt::LeftButton, {}, QPoint(found->height() / 2, found->height() / 2));
   }
+  static void clickRow(QWidget& window, const char* name, int row, Qt::KeyboardModifiers keys = {}) {
+    auto* const list = window.findChild<QListWidget*>(name);
+    pick(*list, list->item(row), keys);
+  }
   static void pick(QListWidget& list, const QListWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
     ASSERT_NE(item, nullptr);
     QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, list.visualItemRect(item).center());
@@ -123,6 +131,11 @@ class PrepTest : public testing::Test {
     ASSERT_EQ(found.size(), 1);
     pick(*methods, found.front());
     press(window, "BSpecify");
+  }
+  static void paste(TableView& view, int row, int column, const char* text) {
+    QApplication::clipboard()->setText(text);
+    view.setCurrentIndex(view.model()->index(row, column));
+    QTest::keyClick(&view, Qt::Key_V, Qt::ControlModifier);
   }
   // By the keyboard, over what stands in the cell.
   static void typeCell(TableView& view, int row, int column, const char* text) {

@@ -1,11 +1,9 @@
 // Whole studies by mouse and keys over the real panels: from an empty project to the files of its factors and of its
 // sample, and one of each method on to its report.
 
-#include <QClipboard>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QPlainTextEdit>
 #include <QProcess>
 #include <QRegularExpression>
 #include <algorithm>
@@ -24,8 +22,8 @@ namespace {
 
 using Uses = std::vector<std::pair<const char*, const char*>>;
 
-constexpr const char* kAllEffects = "All first and total order effect calculation";
-constexpr const char* kGroupEffects = "All first and total order effect calculation on groups";
+using test::kAllEffects;
+using test::kGroupEffects;
 
 struct Study {
   const char* sample;  // one of the expected files
@@ -231,8 +229,7 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
     for (const auto& [name, rows] : GetParam().groups) {
       dialogs_.texts = {name};
       whenShown("selGroup", [rows = rows](QWidget& members) {
-        auto* const list = members.findChild<QListWidget*>("SlAvailable");
-        for (const int row : rows) pick(*list, list->item(row), Qt::ControlModifier);
+        for (const int row : rows) clickRow(members, "SlAvailable", row, Qt::ControlModifier);
         press(members, "BRight");
         press(members, "BOk");
       });
@@ -242,12 +239,31 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
 
   // The model, its run, the report.
 
+  // Enter accepts the equation from the field of its text.
+  void chooseEquation(QWidget& selection) {
+    auto* const kind = selection.findChild<QComboBox*>("SeSwitchModel");
+    kind->setFocus();
+    QTest::keyClick(kind, Qt::Key_Down);
+    whenShown("PIntModel", [this](QWidget& editor) {
+      whenShown("PNewExpression", [](QWidget& window) {
+        type(window, {{"TExprName", "y"}});
+        auto* const field = window.findChild<QPlainTextEdit*>("TExpr");
+        QTest::mouseClick(field->viewport(), Qt::LeftButton);
+        QTest::keyClicks(field, GetParam().equation);
+        QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+        QTest::keyClick(field, Qt::Key_Return);
+      });
+      press(editor, "BAdd");
+      press(editor, "BOk");
+    });
+    press(selection, "BCreateNewIntModel");
+  }
   void report(PMainPanel& main, const std::string& path) {
     QWidget& window = *main.window();
     whenShown("External", [this](QWidget& selection) {
       dialogs_.answers = {true};  // to save the equations
       dialogs_.files.push_back(file("m.imd"));
-      chooseEquations(selection, {{"y", GetParam().equation}});
+      chooseEquation(selection);
       press(selection, "BOk");
     });
     press(window, "BSelectInput");

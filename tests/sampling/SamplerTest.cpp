@@ -110,38 +110,6 @@ TEST(Sampler, sectionsThatDoNotFitAreRefused) {
     EXPECT_EQ(samplerFrom(section), nullptr) << section.name;
 }
 
-struct Row {
-  CorrelationMode mode;
-  std::size_t factors;  // stochastic ones; a constant and a relation stand beside them
-  const char* offered;  // a character per method, a dot where it isn't offered
-};
-
-TEST(MethodOffer, dependsOnCorrelationAndFactorCount) {
-  // Fast, Fixed, Latin, lp-tau (Q), Morris, Random, rePlicated, Sobol
-  for (const Row& row : {
-           Row{kNoCorrelation, 0, "........"},
-           Row{kNoCorrelation, 1, ".XLQMR.."},
-           Row{kNoCorrelation, 2, "FXLQMR.S"},
-           Row{kNoCorrelation, 370, "FXLQMR.S"},
-           Row{kNoCorrelation, 371, "FXL.MR.."},
-           Row{kDependenceTree, 0, "........"},
-           Row{kDependenceTree, 1, ".XL..R.."},
-           Row{kDependenceTree, 5, ".XL..R.."},
-           Row{kImanConover, 1, ".XL..R.."},
-           Row{kImanConover, 2, ".XL..RP."},
-           Row{kImanConover, 500, ".XL..RP."},
-           Row{kSteinSample, 1, "..L....."},
-           Row{kSteinSample, 2, "..L...P."},
-       }) {
-    FactorList factors = listOf(std::string(row.factors, 's') + "cr");
-    factors.correlationMode = row.mode;
-    for (std::int32_t method = 0; method < kMethodCount; ++method) {
-      EXPECT_EQ(whyNotOffered(method, factors).empty(), row.offered[method] != '.')
-          << row.mode << ' ' << row.factors << ' ' << methodNameOf(method);
-    }
-  }
-}
-
 TEST(MethodOffer, reasons) {
   FactorList factors = listOf("sssc");
   factors.correlationMode = kDependenceTree;
