@@ -4,7 +4,6 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
-#include <algorithm>
 
 #include "app/RunController.h"
 #include "panels/vels/ResultDesk.h"
@@ -36,7 +35,7 @@ PHistogram::PHistogram(ResultDesk& desk, std::shared_ptr<Selection> selection, c
       desk_(desk),
       selection_(std::move(selection)),
       slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t) { pickTime(); }) {
+              [this](std::int32_t) { showColumns(slider_.allAtPicked(columns_)); }) {
   redraw_.setSingleShot(true);
   redraw_.setInterval(kRedrawMilliseconds);
   connect(&redraw_, &QTimer::timeout, this, [this] { draw(); });
@@ -70,29 +69,14 @@ void PHistogram::start(std::vector<std::size_t> columns, std::vector<PanelCallba
 
 void PHistogram::showColumns(std::vector<std::size_t> columns) {
   columns_ = std::move(columns);
-  std::vector<std::string> variables;
-  for (const RunColumn& column : table().columns) variables.push_back(column.isFactor ? std::string() : column.name);
   const ProjectConfiguration& project = desk_.controller().project();
-  slider_.setVariables(variables, project.vels.outputNames(project.model));
-  slider_.setShown(-1);
-  for (auto column = columns_.rbegin(); column != columns_.rend(); ++column)
-    if (slider_.isTimed(static_cast<std::int32_t>(*column))) slider_.setShown(static_cast<std::int32_t>(*column));
+  slider_.setVariables(table(), project.vels.outputNames(project.model));
+  slider_.setShown(columns_);
   QString names;
   for (const std::size_t column : columns_)
     names += (names.isEmpty() ? "" : ", ") + QString::fromStdString(table().columns[column].name);
   setTitle("Histogram: " + shortened(names, kTitleChars));
   draw();
-}
-
-// Each output that is shown at a time, as long as it isn't shown at the other one, too.
-void PHistogram::pickTime() {
-  std::vector<std::size_t> columns = columns_;
-  for (std::size_t& column : columns) {
-    const std::int32_t picked = slider_.atPicked(static_cast<std::int32_t>(column));
-    if (picked >= 0 && std::ranges::find(columns, static_cast<std::size_t>(picked)) == columns.end())
-      column = static_cast<std::size_t>(picked);
-  }
-  showColumns(std::move(columns));
 }
 
 void PHistogram::choose(HistogramForm form) {

@@ -29,7 +29,6 @@ class PHistogram : public Panel {
 
  private:
   void choose(HistogramForm form);
-  void pickTime();
   void draw();
   void say(const QString& text);
 

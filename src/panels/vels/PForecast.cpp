@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/PostProcessor.h"
+#include "app/RunController.h"
 #include "panels/vels/ResultDesk.h"
 #include "plots/MeasureColumn.h"
 #include "plots/measurePlots.h"
 #include "postproc/CellFormat.h"
 #include "postproc/RegressionStats.h"
 #include "toolkit/ChartView.h"
+#include "toolkit/longNames.h"
 
 namespace tarvex {
 namespace {
@@ -52,17 +53,27 @@ QString recordText(const SensitivityStats& stats, std::int32_t variable, std::in
 
 PForecast::PForecast(ResultDesk& desk, const std::shared_ptr<const AnalysisSnapshot>& snapshot, std::int32_t variable,
                      std::int32_t slot, std::size_t record)
-    : Panel(desk.display(), "PForecast", "Forecast", "Forecast", desk.parent()) {
-  const SensitivityStats& stats = *snapshot->sensitivity;
-  const std::string& name = snapshot->variables[static_cast<std::size_t>(variable)];
-  setTitle("Forecast: " + QString::fromStdString(stats.records[record].name));
-  gadget<QLabel>("MlForecast")->setText(recordText(stats, variable, slot, record));
-  auto* const chart = gadget<ChartView>("ChForecast");
-  chart->setEmptyText("No factor has this measure.");
-  chart->show(forecastBars(stats, variable, name, slot));
-  chart->setMarked({static_cast<std::int32_t>(record)});
+    : Panel(desk.display(), "PForecast", "Forecast", "Forecast", desk.parent()),
+      snapshot_(snapshot),
+      slot_(slot),
+      record_(record),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t shown) { show(shown); }) {
+  setTitle("Forecast: " + shortened(QString::fromStdString(snapshot_->sensitivity->records[record].name)));
+  gadget<ChartView>("ChForecast")->setEmptyText("No factor has this measure.");
+  slider_.setVariables(snapshot_->variables, outputNamesOf(*snapshot_));
+  show(variable);
   registerCallbacks({{"ok", [this] { end(true); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
+}
+
+void PForecast::show(std::int32_t variable) {
+  slider_.setShown(variable);
+  const SensitivityStats& stats = *snapshot_->sensitivity;
+  gadget<QLabel>("MlForecast")->setText(recordText(stats, variable, slot_, record_));
+  auto* const chart = gadget<ChartView>("ChForecast");
+  chart->show(forecastBars(stats, variable, snapshot_->variables[static_cast<std::size_t>(variable)], slot_));
+  chart->setMarked({static_cast<std::int32_t>(record_)});
 }
 
 }  // namespace tarvex

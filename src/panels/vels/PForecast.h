@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 
+#include "panels/vels/TimeSlider.h"
 #include "toolkit/Panel.h"
 
 namespace tarvex {
@@ -9,12 +12,21 @@ namespace tarvex {
 struct AnalysisSnapshot;
 class ResultDesk;
 
-// One measure of all uncertain factors of a variable, with one of them marked and put into words.
+// One measure of all uncertain factors of a variable, with one of them marked and put into words. It follows the time
+// that is picked.
 class PForecast : public Panel {
  public:
   // Requires: measures, a variable, a slot and a record that they have.
   PForecast(ResultDesk& desk, const std::shared_ptr<const AnalysisSnapshot>& snapshot, std::int32_t variable,
             std::int32_t slot, std::size_t record);
+
+ private:
+  void show(std::int32_t variable);
+
+  std::shared_ptr<const AnalysisSnapshot> snapshot_;
+  std::int32_t slot_;
+  std::size_t record_;
+  TimeSlider slider_;
 };
 
 }  // namespace tarvex

@@ -80,7 +80,7 @@ void PSaResult::offerVariables() {
   std::vector<std::string> shown(snapshot_->variables.size());
   for (const std::int32_t v : variables_)
     shown[static_cast<std::size_t>(v)] = snapshot_->variables[static_cast<std::size_t>(v)];
-  slider_.setVariables(shown, outputNames());
+  slider_.setVariables(shown, outputNamesOf(*snapshot_));
   for (const char* const name : {"ScPieName", "ScPieNameFO", "ScPieNameTO"}) {
     auto* const list = window()->findChild<QComboBox*>(name);
     if (list == nullptr) continue;
@@ -136,15 +136,9 @@ std::vector<std::int32_t> PSaResult::slots(SaForm form) const {
   return {slots.front()};
 }
 
-std::vector<std::string> PSaResult::outputNames() const {
-  std::vector<std::string> names;
-  for (const VelsOutputRecord& output : snapshot_->outputs) names.push_back(output.name);
-  return names;
-}
-
 // The variables that are the same output at other times; none for an output at one time.
 std::optional<TimedVariables> PSaResult::timesOfVariable() const {
-  for (TimedVariables& times : timedVariables(snapshot_->variables, outputNames()))
+  for (TimedVariables& times : timedVariables(snapshot_->variables, outputNamesOf(*snapshot_)))
     if (std::ranges::any_of(times.at, [this](const auto& at) { return at.second == variable_; })) return times;
   return std::nullopt;
 }

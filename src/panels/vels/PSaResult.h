@@ -64,7 +64,6 @@ class PSaResult : public Panel {
   void doppioClick();
   void followController(Changes changes);
   void markRecord(int record);
-  std::vector<std::string> outputNames() const;
   std::optional<TimedVariables> timesOfVariable() const;
   QString whyNot(SaForm form) const;
   Figure figure(const SaView& chart, ColourSet colours) const;

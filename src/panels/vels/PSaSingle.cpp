@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <algorithm>
 
-#include "app/PostProcessor.h"
+#include "app/RunController.h"
 #include "base/TextWriter.h"
 #include "panels/vels/PForecast.h"
 #include "panels/vels/ResultDesk.h"
@@ -13,6 +13,7 @@
 #include "postproc/CellFormat.h"
 #include "postproc/RegressionStats.h"
 #include "toolkit/TableView.h"
+#include "toolkit/longNames.h"
 
 namespace tarvex {
 
@@ -20,13 +21,11 @@ PSaSingle::PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> s
     : Panel(desk.display(), "PSaSingle", "SaSingle", "Sensitivity Analysis", desk.parent()),
       desk_(desk),
       snapshot_(std::move(snapshot)),
-      variable_(variable) {
+      variable_(variable),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t shown) { show(shown); }) {
   for (const MeasureChoice& choice : measureChoices(*snapshot_->sensitivity)) slots_.push_back(choice.slot);
-  table_ = std::make_shared<SaTable>(snapshot_->sensitivity, variable, slots_, MeasureDisplay{}, false);
-  const QString name = QString::fromStdString(snapshot_->variables[static_cast<std::size_t>(variable)]);
-  setTitle("Sensitivity Analysis: " + name);
-  gadget<QLabel>("MlTitle")->setText("All measures of " + name);
-  showSheet(*gadget<TableView>("ShIndexes"), table_);
+  slider_.setVariables(snapshot_->variables, outputNamesOf(*snapshot_));
   if (const auto* const regression = dynamic_cast<const RegressionStats*>(snapshot_->sensitivity.get()))
     gadget<QLabel>("MlMessage")
         ->setText(QString("Green: significantly above 0 at %1; red: not. PCC, PRCC and Smirnov have no test.")
@@ -35,6 +34,17 @@ PSaSingle::PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> s
                      {"doppioClick", [this] { doppioClick(); }},
                      {"dismiss", [this] { end(true); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
+  show(variable);
+}
+
+void PSaSingle::show(std::int32_t variable) {
+  variable_ = variable;
+  slider_.setShown(variable);
+  table_ = std::make_shared<SaTable>(snapshot_->sensitivity, variable, slots_, MeasureDisplay{}, false);
+  const QString name = QString::fromStdString(snapshot_->variables[static_cast<std::size_t>(variable)]);
+  setTitle("Sensitivity Analysis: " + shortened(name));
+  gadget<QLabel>("MlTitle")->setText("All measures of " + name);
+  showSheet(*gadget<TableView>("ShIndexes"), table_);
 }
 
 void PSaSingle::saveTable() {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "panels/vels/SaTable.h"
+#include "panels/vels/TimeSlider.h"
 #include "toolkit/Panel.h"
 
 namespace tarvex {
@@ -10,13 +11,14 @@ namespace tarvex {
 struct AnalysisSnapshot;
 class ResultDesk;
 
-// All measures of one variable as a sheet, with the colours of their significance.
+// All measures of one variable as a sheet, with the colours of their significance. It follows the time that is picked.
 class PSaSingle : public Panel {
  public:
   // Requires: measures, and a variable that they have.
   PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> snapshot, std::int32_t variable);
 
  private:
+  void show(std::int32_t variable);
   void saveTable();
   void doppioClick();
 
@@ -25,6 +27,7 @@ class PSaSingle : public Panel {
   std::int32_t variable_;
   std::vector<std::int32_t> slots_;
   std::shared_ptr<SaTable> table_;
+  TimeSlider slider_;
 };
 
 }  // namespace tarvex

@@ -32,7 +32,11 @@ PVisualSA::PVisualSA(ResultDesk& desk, std::shared_ptr<Selection> selection)
     : Panel(desk.display(), "PVisualSA", "VisualSA", "Visual sensitivity analysis", desk.parent()),
       desk_(desk),
       selection_(std::move(selection)),
-      table_(selection_->table()) {
+      table_(selection_->table()),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t) { pickTime(); }) {
+  const ProjectConfiguration& project = desk.controller().project();
+  slider_.setVariables(*table_, project.vels.outputNames(project.model));
   addPages();
   fillList("SlAvailFac", true);
   fillList("SlAvailVar", false);
@@ -122,8 +126,21 @@ void PVisualSA::deSelect() {
   refresh();
 }
 
+void PVisualSA::pickTime() {
+  const std::vector<std::size_t> columns = slider_.allAtPicked(selected());
+  auto* const list = gadget<QListWidget>("SlSelected");
+  for (int row = 0; row < list->count(); ++row) {
+    const std::size_t column = columns[static_cast<std::size_t>(row)];
+    list->item(row)->setText(QString::fromStdString(table_->columns[column].label()));
+    list->item(row)->setData(Qt::UserRole, static_cast<qulonglong>(column));
+  }
+  fillList("SlAvailVar", false);
+  refresh();
+}
+
 void PVisualSA::refresh() {
   const std::vector<std::size_t> columns = selected();
+  slider_.setShown(columns);
   const bool anyAvailable = !picked("SlAvailFac").empty() || !picked("SlAvailVar").empty();
   const auto when = [this](const char* button, bool possible, const char* reason) {
     allow(*gadget<QPushButton>(button), possible ? QString() : QString(reason));

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "app/Changes.h"
+#include "panels/vels/TimeSlider.h"
 #include "plots/RunTable.h"
 #include "toolkit/Panel.h"
 
@@ -15,7 +16,8 @@ class ResultDesk;
 class RunSheet;
 class Selection;
 
-// Factors and variables together: chosen columns of the runs as a sheet, and opened as a scattergram or a cobweb.
+// Factors and variables together: chosen columns of the runs as a sheet, and opened as a scattergram or a cobweb. Those
+// of outputs at a time follow the time that is picked.
 class PVisualSA : public Panel {
  public:
   PVisualSA(ResultDesk& desk, std::shared_ptr<Selection> selection);
@@ -33,6 +35,7 @@ class PVisualSA : public Panel {
   void turnColumns(int step);
   void saveTable();
   void refresh();
+  void pickTime();
   std::vector<std::size_t> selected();
   std::vector<std::size_t> picked(const char* list);
   void followController();
@@ -41,6 +44,7 @@ class PVisualSA : public Panel {
   std::shared_ptr<Selection> selection_;
   std::shared_ptr<const RunTable> table_;  // of the selection
   std::shared_ptr<RunSheet> sheet_;
+  TimeSlider slider_;
   ChangeNotifier::Subscription subscription_;
 };
 

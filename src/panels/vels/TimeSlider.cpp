@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/PostProcessor.h"
 #include "base/NumberText.h"
+#include "plots/RunTable.h"
 #include "toolkit/Panel.h"
 #include "toolkit/allow.h"
 
@@ -18,6 +20,12 @@ constexpr const char* kNoTimes =
     "of them.";
 
 }  // namespace
+
+std::vector<std::string> outputNamesOf(const AnalysisSnapshot& analysis) {
+  std::vector<std::string> names;
+  for (const VelsOutputRecord& output : analysis.outputs) names.push_back(output.name);
+  return names;
+}
 
 TimeSlider::TimeSlider(Panel& panel, TimeChoice& choice, bool hasTimes, Show show)
     : caption_(*panel.gadget<QLabel>("LTime")),
@@ -37,6 +45,12 @@ void TimeSlider::setVariables(const std::vector<std::string>& variables, const s
   timed_ = timedVariables(variables, outputs);
   for (QWidget* const part : std::initializer_list<QWidget*>{&caption_, &slider_, &label_})
     part->setVisible(hasTimes_ || !timed_.empty());
+}
+
+void TimeSlider::setVariables(const RunTable& table, const std::vector<std::string>& outputs) {
+  std::vector<std::string> variables;
+  for (const RunColumn& column : table.columns) variables.push_back(column.isFactor ? std::string() : column.name);
+  setVariables(variables, outputs);
 }
 
 const TimedVariables* TimeSlider::timesOf(std::int32_t variable) const {
@@ -65,11 +79,26 @@ void TimeSlider::setShown(std::int32_t variable) {
       QString("%1, time %2 of %3").arg(QString::fromStdString(numberText(place->first))).arg(at + 1).arg(count));
 }
 
+void TimeSlider::setShown(const std::vector<std::size_t>& variables) {
+  const auto timed = std::ranges::find_if(
+      variables, [this](std::size_t variable) { return timesOf(static_cast<std::int32_t>(variable)) != nullptr; });
+  setShown(timed != variables.end() ? static_cast<std::int32_t>(*timed) : -1);
+}
+
 std::int32_t TimeSlider::atPicked(std::int32_t variable) const {
   const TimedVariables* const times = timesOf(variable);
   if (times == nullptr || !choice_.time()) return -1;
   const auto place = std::ranges::find(times->at, *choice_.time(), &std::pair<double, std::int32_t>::first);
   return place != times->at.end() ? place->second : -1;
+}
+
+std::vector<std::size_t> TimeSlider::allAtPicked(std::vector<std::size_t> variables) const {
+  for (std::size_t& variable : variables) {
+    const std::int32_t picked = atPicked(static_cast<std::int32_t>(variable));
+    if (picked >= 0 && std::ranges::find(variables, static_cast<std::size_t>(picked)) == variables.end())
+      variable = static_cast<std::size_t>(picked);
+  }
+  return variables;
 }
 
 void TimeSlider::moved(int place) {

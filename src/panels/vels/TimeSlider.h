@@ -2,6 +2,7 @@
 
 #include <QMetaObject>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -15,7 +16,12 @@ class QSlider;
 
 namespace tarvex {
 
+struct AnalysisSnapshot;
 class Panel;
+struct RunTable;
+
+// The outputs that there were when an analysis was made.
+std::vector<std::string> outputNamesOf(const AnalysisSnapshot& analysis);
 
 // The slider of a result panel, HsTime between LTime and MlTime, that picks the time of what is shown: the panel's
 // variables that are one output at several times. All sliders of a desk move together, as far as their panels have a
@@ -33,12 +39,16 @@ class TimeSlider {
   TimeSlider& operator=(const TimeSlider&) = delete;
 
   void setVariables(const std::vector<std::string>& variables, const std::vector<std::string>& outputs);
-  // Whether it is one of an output at several times.
-  bool isTimed(std::int32_t variable) const { return timesOf(variable) != nullptr; }
+  // The variables among the columns of a table, whose places are then meant.
+  void setVariables(const RunTable& table, const std::vector<std::string>& outputs);
   // The panel shows this one, for whatever reason; -1: none, or several.
   void setShown(std::int32_t variable);
+  // The panel shows these: the slider is that of the first one at several times.
+  void setShown(const std::vector<std::size_t>& variables);
   // The variable of the same output at the time that was picked last; -1 for none.
   std::int32_t atPicked(std::int32_t variable) const;
+  // Each of them at that time, as far as there is such a variable and it isn't among them already.
+  std::vector<std::size_t> allAtPicked(std::vector<std::size_t> variables) const;
 
  private:
   const TimedVariables* timesOf(std::int32_t variable) const;
