@@ -9,9 +9,8 @@
 
 #include "app/RunController.h"
 #include "app/saveReport.h"
-#include "base/RememberedDirectories.h"
 #include "panels/vels/ResultDesk.h"
-#include "toolkit/Dialogs.h"
+#include "panels/vels/chooseResultsFile.h"
 
 namespace tarvex {
 namespace {
@@ -48,16 +47,9 @@ ReportWords PReport::words() {
 }
 
 void PReport::save() {
-  const QString directory = QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Vels));
-  const auto chosen = Dialogs::current().chooseFile({"Save report",
-                                                     {{"*.html", "pages for a browser"}, {"*.pdf", "PDF files"}},
-                                                     directory,
-                                                     FileChoice::Purpose::Save,
-                                                     "html"},
-                                                    window());
+  const auto chosen =
+      chooseResultsFile("Save report", {{"*.html", "pages for a browser"}, {"*.pdf", "PDF files"}}, "html", window());
   if (!chosen) return;
-  // One that can't be entered leaves the old one.
-  static_cast<void>(RememberedDirectories::set(RememberedDirectories::Vels, chosen->directory.toStdString()));
   const ReportWords above = words();
   if (saveReport(desk_.controller(), chosen->path.toStdString(), above) != Outcome::Done) return;
   lastAuthor() = QString::fromStdString(above.author);

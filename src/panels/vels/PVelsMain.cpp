@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "app/RunController.h"
-#include "base/RememberedDirectories.h"
 #include "panels/model/NameCompletion.h"
 #include "panels/plots/openPlots.h"
 #include "panels/prep/ExpressionColours.h"
@@ -20,6 +19,7 @@
 #include "panels/vels/PSelectVariable.h"
 #include "panels/vels/PUaSingle.h"
 #include "panels/vels/ResultDesk.h"
+#include "panels/vels/chooseResultsFile.h"
 #include "panels/vels/openSensitivity.h"
 #include "postproc/OutputVariables.h"
 #include "postproc/TimeBands.h"
@@ -269,16 +269,9 @@ void PVelsMain::report() {
 }
 
 void PVelsMain::save() {
-  const QString directory = QString::fromStdString(RememberedDirectories::get(RememberedDirectories::Vels));
-  const auto chosen = Dialogs::current().chooseFile({"Output file for Vels configuration",
-                                                     {{"*.spc", "vels's files"}, {"*.*", "all files"}},
-                                                     directory,
-                                                     FileChoice::Purpose::Save,
-                                                     "spc"},
-                                                    window());
+  const auto chosen = chooseResultsFile("Output file for Vels configuration",
+                                        {{"*.spc", "vels's files"}, {"*.*", "all files"}}, "spc", window());
   if (!chosen) return;
-  // One that can't be entered leaves the old one.
-  static_cast<void>(RememberedDirectories::set(RememberedDirectories::Vels, chosen->directory.toStdString()));
   const QFileInfo file(chosen->path);
   if (file.exists() ? file.isDir() || !file.isWritable() : !QFileInfo(file.absolutePath()).isWritable())
     return refuse("Can't write on selected file.\n\n" + chosen->path);
