@@ -184,7 +184,7 @@ void addPlot(CLI::App& app, PlotOptions& options, Command& command) {
   sub->add_flag("--log", options.logScale, "Logarithmic scale (histogram)");
   sub->add_option("--bins", options.bins, "As many as suit the runs, or all of the saved table (histogram)")
       ->check(CLI::IsMember({"suited", "all"}));
-  sub->add_flag("--log-x", options.logX, "Logarithmic axis across (scatter)");
+  sub->add_flag("--log-x", options.logX, "Logarithmic axis across (scatter, times)");
   sub->add_flag("--log-y", options.logY, "Logarithmic axis up (scatter)");
   sub->add_flag("--jitter", options.jitter, "Move points of discrete factors a little apart (scatter)");
   sub->add_option("--shade", options.shade, "Colours by the density of points (scatter; default: where they are many)")

@@ -77,8 +77,9 @@ struct PlotOptions {
   std::string colours;        // of a set; empty: those that can be told apart
   std::string form = "area";  // of a histogram
   bool logScale = false;
-  std::string bins;                 // of a histogram; empty: as many as suit the runs
-  bool logX = false, logY = false;  // of a scattergram, as all that follow
+  std::string bins;   // of a histogram; empty: as many as suit the runs
+  bool logX = false;  // of a scattergram or over time
+  bool logY = false;  // of a scattergram, as all that follow
   bool jitter = false;
   std::string shade;    // "yes", "no"; empty: where there are many points
   bool ranks = false;   // of a map of correlations

@@ -34,7 +34,10 @@ bool makeTimeFigure(const PlotOptions& options, const ProjectConfiguration& proj
       return false;
     }
   }
-  figure = timeBandsPlot(outputs);
+  if (options.logX)
+    for (const TimeBands& output : outputs)
+      if (message = whyNotLogarithmic(output); !message.empty()) return false;
+  figure = timeBandsPlot(outputs, std::nullopt, options.logX ? AxisScale::Logarithms : AxisScale::Linear);
   return true;
 }
 

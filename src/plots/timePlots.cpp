@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "base/NumberText.h"
 #include "plots/ColourSet.h"
 #include "plots/RunTable.h"
 #include "plots/Ticks.h"
@@ -28,8 +29,13 @@ Colour meanColour() {
   return roleColours(ColourSet::Distinct).mark;
 }
 
-Band timeBandOf(const TimeBands& output, std::size_t lower, std::size_t upper, double pale) {
-  return {output.times,
+double timePlace(double time, AxisScale scale) {
+  return scale == AxisScale::Logarithms ? std::log(time) : time;
+}
+
+Band timeBandOf(const TimeBands& output, const std::vector<double>& places, std::size_t lower, std::size_t upper,
+                double pale) {
+  return {places,
           output.quantiles[lower],
           output.quantiles[upper],
           paler(runsColour(), pale),
@@ -42,20 +48,24 @@ LegendEntry bandEntry(std::size_t lower, std::size_t upper, double pale) {
           paler(runsColour(), pale), LegendMark::Box, LineStyle::Solid};
 }
 
-XyChart timeChartOf(const TimeBands& output, bool titled, const std::optional<double>& marked) {
+XyChart timeChartOf(const TimeBands& output, bool titled, const std::optional<double>& marked, AxisScale scale) {
   XyChart chart;
   if (titled) chart.title = output.output;
-  chart.x = axisOver("time", output.times, NumberForm::TwoDecimals);
+  std::vector<double> places;
+  for (const double time : output.times) places.push_back(timePlace(time, scale));
+  chart.x = axisOver("time", places, NumberForm::TwoDecimals);
+  chart.x.scale = scale;
   std::vector<double> all = output.means;
   for (const std::vector<double>& quantile : output.quantiles) all.insert(all.end(), quantile.begin(), quantile.end());
   chart.y = axisOver(output.output, all, NumberForm::FourDecimals);
   if (chart.y.lower > 0.0 && chart.y.lower < kNothing * chart.y.upper) chart.y.lower = 0.0;
-  chart.layers.emplace_back(timeBandOf(output, kOuterLower, kOuterUpper, kOuterPale));
-  chart.layers.emplace_back(timeBandOf(output, kInnerLower, kInnerUpper, kInnerPale));
-  chart.layers.emplace_back(Line{output.times, output.quantiles[kMedian], runsColour(), LineStyle::Solid, false});
-  chart.layers.emplace_back(Line{output.times, output.means, meanColour(), kMeanStyle, false});
-  if (marked && *marked >= chart.x.lower && *marked <= chart.x.upper)
-    chart.layers.emplace_back(Line{{*marked, *marked},
+  chart.layers.emplace_back(timeBandOf(output, places, kOuterLower, kOuterUpper, kOuterPale));
+  chart.layers.emplace_back(timeBandOf(output, places, kInnerLower, kInnerUpper, kInnerPale));
+  chart.layers.emplace_back(Line{places, output.quantiles[kMedian], runsColour(), LineStyle::Solid, false});
+  chart.layers.emplace_back(Line{places, output.means, meanColour(), kMeanStyle, false});
+  const double mark = marked ? timePlace(*marked, scale) : NAN;
+  if (mark >= chart.x.lower && mark <= chart.x.upper)
+    chart.layers.emplace_back(Line{{mark, mark},
                                    {chart.y.lower, chart.y.upper},
                                    roleColours(ColourSet::Distinct).without,
                                    LineStyle::Solid,
@@ -82,7 +92,7 @@ std::string timeSubtitleOf(const std::vector<TimeBands>& outputs, const std::vec
 
 }  // namespace
 
-Figure timeBandsPlot(const std::vector<TimeBands>& outputs, std::optional<double> marked) {
+Figure timeBandsPlot(const std::vector<TimeBands>& outputs, std::optional<double> marked, AxisScale timeScale) {
   constexpr int kMostAcross = 2;
   constexpr double kChartWidth = 560.0, kChartHeight = 380.0;  // of several
   Figure figure;
@@ -90,7 +100,7 @@ Figure timeBandsPlot(const std::vector<TimeBands>& outputs, std::optional<double
   std::vector<std::string> without;
   for (const TimeBands& output : outputs)
     if (hasNumbers(output))
-      figure.charts.emplace_back(timeChartOf(output, outputs.size() > 1, marked));
+      figure.charts.emplace_back(timeChartOf(output, outputs.size() > 1, marked, timeScale));
     else
       without.push_back(output.output);
   figure.subtitle = timeSubtitleOf(outputs, without);
@@ -106,6 +116,12 @@ Figure timeBandsPlot(const std::vector<TimeBands>& outputs, std::optional<double
   figure.width = kChartWidth * kMostAcross;
   figure.height = kChartHeight * static_cast<double>(rows);
   return figure;
+}
+
+std::string whyNotLogarithmic(const TimeBands& output) {
+  if (output.times.empty()) return "There are no times.";
+  if (output.times.front() > 0.0) return {};
+  return "A logarithmic axis needs times above 0; the first one is " + numberText(output.times.front()) + ".";
 }
 
 }  // namespace tarvex

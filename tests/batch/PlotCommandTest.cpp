@@ -145,6 +145,7 @@ TEST_F(PlotCommand, refusals) {
       {"ishigami.spc a.svg --kind preview -v x1,x2", kFailed, "not correlated"},
       {"ishigami.spc a.svg --kind times", kFailed, "no time axis"},
       {"times.spc a.svg --kind times -v dose[1]", kFailed, "no output dose[1]"},
+      {"times.spc a.svg --kind times --log-x", kFailed, "the first one is 0"},
       {"times.spc a.svg --kind times --filter dose=0:1", kFailed, "shows all of them"},
       {"ishigami.fac a.svg --kind cobweb", kFailed, "no sample"},
       {"ishigami.sam a.svg --kind bars", kFailed, "no results"},

@@ -179,6 +179,13 @@ TEST(TimeBandsPlot, showsWhatHasANumberAndNamesTheRest) {
             "20 runs, 3 of 9 times, at some times up to 20 of them without a number; without a finite value: Z");
   EXPECT_EQ(both.legend.at(2).text, "25 % to 75 % of the runs");
   EXPECT_EQ(chartOf(timeBandsPlot({good}, 2.5)).layers.size(), 4u) << "a time outside is not marked";
+  EXPECT_THAT(whyNotLogarithmic(good), HasSubstr("the first one is 0."));
+  good.times = {1.0, 2.0, 4.0};
+  EXPECT_EQ(whyNotLogarithmic(good), "");
+  const Figure logarithmic = timeBandsPlot({good}, 2.0, AxisScale::Logarithms);
+  EXPECT_EQ(chartOf(logarithmic).x.scale, AxisScale::Logarithms);
+  EXPECT_EQ(chartOf(logarithmic).x.upper, std::log(4.0));
+  EXPECT_EQ(std::get<Line>(chartOf(logarithmic).layers.at(4)).x[0], std::log(2.0)) << "the marked time";
   EXPECT_THAT(timeBandsPlot({empty}).charts, IsEmpty());
   EXPECT_THAT(timeBandsPlot({empty}).emptyText, HasSubstr("no finite value"));
 }

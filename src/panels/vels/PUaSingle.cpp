@@ -52,7 +52,7 @@ PUaSingle::PUaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> a
   addPages();
   for (const std::string& name : analysis_->variables)
     addName(*gadget<QComboBox>("OVariable"), QString::fromStdString(name));
-  slider_.setVariables(analysis_->variables, outputNames());
+  slider_.setVariables(analysis_->variables, outputNamesOf(*analysis_));
   allow(*gadget<QPushButton>("BSelect"),
         analysis_->variables.size() > 1 ? QString() : "A single variable was analysed.");
   gadget<QPushButton>("BArea")->setChecked(true);
@@ -99,15 +99,10 @@ void PUaSingle::registerAll() {
                      {"settings", [this] { settings(); }},
                      {"quantiles", [this] { quantiles(); }},
                      {"bins", [this] { showChart(); }},
+                     {"timeScale", [this] { drawTimes(); }},
                      {"saveTimes", [this] { gadget<ChartView>("ScTimes")->exportPicture(); }},
                      {"pageChanged", [this] { pageChanged(); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { call("dismiss"); });
-}
-
-std::vector<std::string> PUaSingle::outputNames() const {
-  std::vector<std::string> names;
-  for (const VelsOutputRecord& output : analysis_->outputs) names.push_back(output.name);
-  return names;
 }
 
 RunController& PUaSingle::controller() {

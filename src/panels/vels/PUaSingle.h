@@ -37,7 +37,6 @@ class PUaSingle : public Panel {
   enum Page { kChartPage, kPointsPage, kQuantilePage, kTimesPage };
 
   RunController& controller();
-  std::vector<std::string> outputNames() const;
   void addPages();
   void registerAll();
   void changed(Changes changes);
@@ -66,6 +65,7 @@ class PUaSingle : public Panel {
   void pageChanged();
   void showTimes();
   bool readTimes(const std::string& output);
+  void drawTimes();
 
   ResultDesk& desk_;
   std::shared_ptr<const AnalysisSnapshot> analysis_;

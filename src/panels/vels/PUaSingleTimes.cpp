@@ -1,5 +1,6 @@
 // The page over time: mean and quantiles of the runs at each time of the variable's output.
 
+#include <QCheckBox>
 #include <QTabWidget>
 
 #include "app/RunController.h"
@@ -8,6 +9,7 @@
 #include "plots/timePlots.h"
 #include "postproc/TimedVariables.h"
 #include "toolkit/ChartView.h"
+#include "toolkit/allow.h"
 
 namespace tarvex {
 
@@ -37,7 +39,7 @@ bool PUaSingle::readTimes(const std::string& output) {
 }
 
 void PUaSingle::showTimes() {
-  const std::vector<std::string> outputs = outputNames();
+  const std::vector<std::string> outputs = outputNamesOf(*analysis_);
   const std::string& variable = analysis_->variables[static_cast<std::size_t>(variable_)];
   const auto output = outputOfVariable(variable, outputs);
   auto* const view = gadget<ChartView>("ScTimes");
@@ -50,7 +52,22 @@ void PUaSingle::showTimes() {
   // Another variable may have been chosen while it was computed.
   if (const std::string& now = analysis_->variables[static_cast<std::size_t>(variable_)]; now != variable)
     return showTimes();
-  Figure figure = timeBandsPlot({*times_}, timeOfVariable(variable, outputs));
+  drawTimes();
+}
+
+// What was read; where there is none, why is shown already.
+void PUaSingle::drawTimes() {
+  auto* const box = gadget<QCheckBox>("TLogTime");
+  const std::string& variable = analysis_->variables[static_cast<std::size_t>(variable_)];
+  const std::vector<std::string> outputs = outputNamesOf(*analysis_);
+  const auto output = outputOfVariable(variable, outputs);
+  if (!times_ || !output || outputs[*output] != times_->output) return;
+  const QString why = QString::fromStdString(tarvex::whyNotLogarithmic(*times_));
+  allow(*box, why);
+  if (!why.isEmpty()) box->setChecked(false);
+  Figure figure = timeBandsPlot({*times_}, timeOfVariable(variable, outputs),
+                                box->isChecked() ? AxisScale::Logarithms : AxisScale::Linear);
+  auto* const view = gadget<ChartView>("ScTimes");
   view->setEmptyText(QString::fromStdString(figure.emptyText));
   view->show(std::move(figure), true);
 }
