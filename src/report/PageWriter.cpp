@@ -72,6 +72,8 @@ double PageWriter::kept(std::size_t block) {
   if (block >= document_.blocks.size()) return 0.0;
   if (const auto* const figure = std::get_if<Figure>(&document_.blocks[block]))
     return figure->height * figureScale(*figure) + kKeptText;
+  if (const auto* const heading = std::get_if<Heading>(&document_.blocks[block]))
+    return 2.0 * pen_.height(kHeadings[heading->level == 1 ? 0 : 1]) + kept(block + 1);
   if (std::holds_alternative<Table>(document_.blocks[block])) return kKeptTable;
   if (std::holds_alternative<Caption>(document_.blocks[block])) return pen_.height(kSmall) + kKeptTable;
   return kKeptText;

@@ -164,7 +164,9 @@ void addCurves(Document& out, const StudyParts& study) {
 }
 
 void addMeasures(Document& out, const StudyParts& study, const StudyColumns& columns, const Progress& progress) {
+  constexpr double kMap = 0.4;  // of the time
   out.add(Heading{"Sensitivity"});
+  addCorrelationMap(out, columns.table, columns.factors, progress.part(0.0, kMap));
   if (!study.vels.sensitivity || !study.vels.sensitivity->computed) {
     out.add(Paragraph{"Sensitivity measures: not computed"});
     return;
@@ -172,7 +174,8 @@ void addMeasures(Document& out, const StudyParts& study, const StudyColumns& col
   addCurves(out, study);
   const std::vector<std::string>& names = study.vels.selectedVariables();
   const std::int32_t count = study.vels.sensitivity->variableCount;
-  for (std::int32_t v = 0; v < count && progress.report(v, count); ++v) {
+  const Progress pictures = progress.part(kMap, 1.0);
+  for (std::int32_t v = 0; v < count && pictures.report(v, count); ++v) {
     const auto index = static_cast<std::size_t>(v);
     const std::string name = index < names.size() ? names[index] : std::to_string(v + 1);
     out.add(Heading{"Sensitivity of " + name, 2});
@@ -211,7 +214,7 @@ std::string today() {
 
 Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
                      const ReportWords& words, const QuantileTable& quantiles, const Progress& progress) {
-  constexpr double kRead = 0.3;  // of the time
+  constexpr double kRead = 0.3, kTimes = 0.6;  // parts of the time: columns, times, pictures
   const StudyParts study{prep, model, vels, quantiles};
   Document out;
   out.title = words.title;
@@ -234,7 +237,8 @@ Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& mo
   out.add(Heading{"Model"});
   reportResults(out, model, vels);
   addUncertainty(out, study);
-  addMeasures(out, study, columns, progress.part(kRead, 1.0));
+  addStudyTimes(out, study, progress.part(kRead, kTimes));
+  addMeasures(out, study, columns, progress.part(kTimes, 1.0));
   addGlossary(out, study);
   addIdentity(out, prep);
   return out;

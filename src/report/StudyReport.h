@@ -23,7 +23,8 @@ std::string today();
 
 // A whole study for its readers, so that somebody else can judge and repeat it: a summary in sentences, known limits,
 // factors with their densities, design, seed and checksum of the sample, correlations as asked for and as they came
-// out, model, uncertainty and measures of each variable with their pictures, a glossary, versions. Blocks that aren't
+// out, model, uncertainty and measures of each variable with their pictures, outputs over time, a map of rank
+// correlations, a glossary, versions. Blocks that aren't
 // computed are said to be missing, quantiles left out. After a stop it is incomplete.
 Document studyReport(const PrepConfiguration& prep, const ModelConfiguration& model, const VelsConfiguration& vels,
                      const ReportWords& words, const QuantileTable& quantiles = {}, const Progress& progress = {});

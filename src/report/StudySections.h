@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+
+#include "base/Progress.h"
 
 namespace tarvex {
 
@@ -28,6 +31,12 @@ void addStudySummary(Document& out, const StudyParts& study);
 void addStudyLimits(Document& out, const StudyParts& study);
 // The correlations that were asked for beside those that the sample has. `columns` begins with those of all factors.
 void addDesignCorrelations(Document& out, const PrepConfiguration& prep, const RunTable& columns);
+// Outputs that are analysed and have a time axis: mean and bands of quantiles at each time. Nothing where there is
+// none; after a stop it is incomplete.
+void addStudyTimes(Document& out, const StudyParts& study, const Progress& progress);
+// The rank correlations of the factors, which are the first `factors` columns, and of as many of the variables behind
+// them as a page has room for. Nothing of less than two factors, or after a stop.
+void addCorrelationMap(Document& out, const RunTable& columns, std::size_t factors, const Progress& progress);
 // The words of the report that a reader may not know.
 void addGlossary(Document& out, const StudyParts& study);
 

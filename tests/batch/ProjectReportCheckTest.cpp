@@ -111,7 +111,12 @@ TEST_F(ReportCommand, everyResultOnOnePage) {
   ASSERT_EQ(run({"analyse", test::goldenPath("times-run.spc"), "-o", file("t.spc"), "-v", "dose[0]", "-v", "dose[1]"}),
             kSucceeded);
   ASSERT_EQ(report(file("t.spc"), file("a.html")), kSucceeded) << errors_;
-  EXPECT_NE(test::readFile(file("a.html")).find("Measures of dose over time"), std::string::npos);
+  const std::string overTime = test::readFile(file("a.html"));
+  for (const char* const caption :
+       {"Measures of dose over time", "Mean, median and bands of quantiles of dose over time",
+        "Rank correlations of the factors and the variables"})
+    EXPECT_NE(overTime.find(caption), std::string::npos) << caption;
+  EXPECT_EQ(overTime.find("quantiles of rate over"), std::string::npos) << "it isn't analysed";
 }
 
 TEST_F(ReportCommand, refusalsLeaveTheOldReport) {
