@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QListWidget>
 #include <QSlider>
 #include <QTabWidget>
 #include <cmath>
@@ -16,6 +17,8 @@
 #include "panels/plots/PScatter.h"
 #include "panels/plots/PSingleFactor.h"
 #include "panels/plots/figurePanels.h"
+#include "panels/vels/PForecast.h"
+#include "panels/vels/PSaSingle.h"
 #include "panels/vels/PUaSingle.h"
 #include "panels/vels/PVelsMain.h"
 #include "panels/vels/PVisualSA.h"
@@ -185,10 +188,16 @@ TEST_F(ResultStudies, TheSliderPicksTheTimeOfAllWindows) {
   desk_.open(std::make_unique<PUaSingle>(desk_, controller().analysis(), 1));
   desk_.open(std::make_unique<PSingleFactor>(desk_, selection, column(variables[1])));
   openSensitivity(desk_);
-  ASSERT_EQ(desk_.panels().size(), 3U);
+  desk_.open(std::make_unique<PSaSingle>(desk_, controller().analysis(), 1));
+  desk_.open(std::make_unique<PForecast>(desk_, controller().analysis(), 1, 0, 0));
+  desk_.open(std::make_unique<PVisualSA>(desk_, selection));
+  ASSERT_EQ(desk_.panels().size(), 6U);
   Panel& single = *desk_.panels()[0];
   Panel& histogram = *desk_.panels()[1];
   Panel& measures = *desk_.panels()[2];
+  Panel& visual = *desk_.panels()[5];
+  for (int row = 1; row < 3; ++row) visual.gadget<QListWidget>("SlAvailVar")->item(row)->setSelected(true);
+  visual.call("right");
   EXPECT_FALSE(measures.gadget<QSlider>("HsTime")->isEnabled()) << "its variable is a maximum";
   measures.gadget<QComboBox>("ScPieName")->setCurrentIndex(1);
   measures.call("changeVariable");
@@ -198,7 +207,13 @@ TEST_F(ResultStudies, TheSliderPicksTheTimeOfAllWindows) {
   EXPECT_EQ(single.gadget<QComboBox>("OVariable")->currentText(), third);
   EXPECT_EQ(measures.gadget<QComboBox>("ScPieName")->currentText(), third);
   EXPECT_EQ(histogram.gadget<QComboBox>("OFactor")->currentText(), "V - " + third);
-  EXPECT_TRUE(single.gadget<QLabel>("MlTime")->text().endsWith("time 3 of 3"));
+  for (const std::size_t panel : {0, 3, 4, 5})
+    EXPECT_TRUE(desk_.panels()[panel]->gadget<QLabel>("MlTime")->text().endsWith("time 3 of 3")) << panel;
+  EXPECT_EQ(desk_.panels()[3]->gadget<QLabel>("MlTitle")->text(), "All measures of " + third);
+  EXPECT_TRUE(desk_.panels()[4]->gadget<ChartView>("ChForecast")->figure().subtitle.starts_with(variables[3]));
+  EXPECT_EQ(visual.gadget<QListWidget>("SlSelected")->item(0)->text(), "V - " + third);
+  EXPECT_EQ(visual.gadget<QListWidget>("SlSelected")->item(1)->text(), "V - " + QString::fromStdString(variables[2]))
+      << "two columns don't become the same";
 
   single.gadget<QTabWidget>("NoVariable")->setCurrentIndex(3);
   TimeBands bands;
@@ -208,6 +223,9 @@ TEST_F(ResultStudies, TheSliderPicksTheTimeOfAllWindows) {
   ASSERT_EQ(shown.charts.size(), 1U);
   EXPECT_EQ(std::get<Line>(std::get<XyChart>(shown.charts[0]).layers[3]).y, bands.means);
   EXPECT_EQ(std::get<Line>(std::get<XyChart>(shown.charts[0]).layers[4]).x[0], times[2]);
+
+  EXPECT_FALSE(single.gadget<QCheckBox>("TLogTime")->isEnabled());
+  EXPECT_TRUE(single.gadget<QCheckBox>("TLogTime")->toolTip().contains("the first one is 0"));
 
   // Of earlier results, and of results without times.
   ASSERT_EQ(controller().loadResultsFile(test::goldenPath("ishigami-run.spc")), Outcome::Done);
