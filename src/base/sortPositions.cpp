@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <iterator>
 #include <memory>
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include "base/Memory.h"
+#include "base/sortKey.h"
 
 namespace tarvex {
 
@@ -26,15 +26,6 @@ constexpr int kDigitsOfFew = 3;
 constexpr int kDigitsOfMany = 4;
 constexpr std::size_t kManyKeys = std::size_t{1} << 20;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
-
-// A key whose unsigned order is that of the numbers: equal numbers, both zeros too, have one key, and what is not a
-// number has the highest.
-std::uint64_t sortKey(double value) {
-  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-  if (std::isnan(value)) return ~std::uint64_t{0};
-  const auto bits = std::bit_cast<std::uint64_t>(value + 0.0);
-  return bits & kSign ? ~bits : bits | kSign;
-}
 
 std::size_t digitOf(std::uint64_t key, int digit) {
   return key >> (digit * kDigitBits) & (kDigitValues - 1);

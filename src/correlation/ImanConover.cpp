@@ -10,6 +10,7 @@
 #include "base/Memory.h"
 #include "base/WorkPace.h"
 #include "base/randomExchanges.h"
+#include "base/ranksOfMany.h"
 #include "base/sortPositions.h"
 #include "factors/Distribution.h"
 #include "factors/FactorList.h"
@@ -74,26 +75,37 @@ void ImanConover::compute(const Progress& progress) {
 }
 
 bool ImanConover::build(const Progress& progress) {
-  return drawShuffledScores(progress) && factorise() && correlate(progress.part(kShuffledShare, 1.0));
+  if (rowCount_ < 1) return factorise();
+  return layScores(progress.part(0.0, kScoresShare)) && shufflePlaces(progress.part(kScoresShare, kShuffledShare)) &&
+         factorise() && correlate(progress.part(kShuffledShare, 1.0));
+}
+
+bool ImanConover::fail(const std::string& reason) {
+  errorText_ = reason;
+  return false;
 }
 
 // False when the normal can't be inverted, and after a stop.
-bool ImanConover::drawShuffledScores(const Progress& progress) {
-  if (rowCount_ < 1) return true;
-  scores_ = normalScores(rowCount_, progress.part(0.0, kScoresShare));
-  if (scores_.empty()) return false;
-  const Progress shuffling = progress.part(kScoresShare, kShuffledShare);
+bool ImanConover::layScores(const Progress& progress) {
+  std::vector<double> scores = normalScores(rowCount_, progress);
+  if (scores.empty()) return false;
+  scores_ = ColumnShelf<double>(1, scores.size());
+  return scores_.put(0, std::move(scores)) || fail(scores_.errorText());
+}
+
+bool ImanConover::shufflePlaces(const Progress& progress) {
   const double rows = rowCount_;
   const auto swaps = static_cast<std::int32_t>(rows * kSwapsPerRow);
-  std::vector<std::int32_t> sorted(static_cast<std::size_t>(rowCount_));
-  std::iota(sorted.begin(), sorted.end(), 0);
+  ranks_ = PlaceColumns(static_cast<std::size_t>(factorCount_), static_cast<std::size_t>(rowCount_));
   for (std::int32_t column = 0; column < factorCount_; ++column) {
-    std::vector<std::int32_t>& places = ranks_.emplace_back(sorted);
+    std::vector<std::int32_t> places(static_cast<std::size_t>(rowCount_));
+    std::iota(places.begin(), places.end(), 0);
     for (std::int32_t done = 0; done < swaps; done += kSwapsAReport) {
-      if (!shuffling.report(column + done / rows, factorCount_ + 0.0)) return false;
+      if (!progress.report(column + done / rows, factorCount_ + 0.0)) return false;
       exchangeAtRandom(seed_, places.data(), rowCount_,
                        static_cast<std::size_t>(std::min(kSwapsAReport, swaps - done)));
     }
+    if (!ranks_.put(static_cast<std::size_t>(column), std::move(places))) return fail(ranks_.errorText());
   }
   return true;
 }
@@ -120,52 +132,74 @@ bool ImanConover::factorise() {
 // Replaces the score places by the ranks of the correlated scores. A column is a sum over itself and the columns before
 // it, so going from the last to the first needs no second table.
 bool ImanConover::correlate(const Progress& progress) {
-  if (rowCount_ < 1) return true;
-  std::vector<std::vector<double>> sums(static_cast<std::size_t>(std::min(kColumnsTogether, factorCount_)));
-  for (std::vector<double>& sum : sums) sum.resize(scores_.size());
+  ColumnShelf<double> sums(static_cast<std::size_t>(std::min(kColumnsTogether, factorCount_)),
+                           static_cast<std::size_t>(rowCount_));
   for (std::int32_t last = factorCount_ - 1; last >= 0;) {
     const std::int32_t first = std::max(last - kColumnsTogether + 1, 0);
-    const double columns = last - first + 1;
     const auto shareTo = [this](std::int32_t column) { return 1.0 - (column + 1.0) / factorCount_; };
-    const Progress ofColumns = progress.part(shareTo(last), shareTo(first - 1));
-    if (!addScores(first, last, sums, ofColumns.part(0.0, kAddedShare))) return false;
-    for (std::int32_t j = first; j <= last; ++j) {
-      const Progress ranking = ofColumns.part(kAddedShare, 1.0).part((j - first) / columns, (j - first + 1) / columns);
-      if (ranksOf(sums[static_cast<std::size_t>(j - first)], ranks_[static_cast<std::size_t>(j)], ranking)) continue;
-      if (!progress.stopped()) errorText_ = kNotEnoughMemory;
-      return false;
-    }
+    if (!correlateColumns(first, last, sums, progress.part(shareTo(last), shareTo(first - 1)))) return false;
     last = first - 1;
   }
   return true;
 }
 
+bool ImanConover::correlateColumns(std::int32_t first, std::int32_t last, ColumnShelf<double>& sums,
+                                   const Progress& progress) {
+  if (!addScores(first, last, sums, progress.part(0.0, kAddedShare))) return false;
+  const Progress ranking = progress.part(kAddedShare, 1.0);
+  const double columns = last - first + 1;
+  for (std::int32_t j = first; j <= last; ++j)
+    if (!rankSums(static_cast<std::size_t>(j - first), j, sums,
+                  ranking.part((j - first) / columns, (j - first + 1) / columns)))
+      return false;
+  return true;
+}
+
 // The correlated scores of neighbouring columns. A sum is formed in the order of the columns.
-bool ImanConover::addScores(std::int32_t first, std::int32_t last, std::vector<std::vector<double>>& sums,
-                            const Progress& progress) const {
-  std::array<double, kRowsTogether> scores;
-  WorkPace pace(progress, static_cast<std::int64_t>(scores_.size() / kRowsTogether) + 1,
+bool ImanConover::addScores(std::int32_t first, std::int32_t last, ColumnShelf<double>& sums,
+                            const Progress& progress) {
+  const auto rows = static_cast<std::size_t>(rowCount_);
+  std::vector<double> buffer;
+  const double* const scores = scores_.view(0, 0, rows, buffer);
+  if (scores == nullptr) return fail(scores_.errorText());
+  std::array<double, kRowsTogether> some;
+  std::array<std::array<double, kRowsTogether>, kColumnsTogether> someSums;
+  WorkPace pace(progress, static_cast<std::int64_t>(rows / kRowsTogether) + 1,
                 (last + 1) * static_cast<std::int64_t>(kRowsTogether));
-  for (std::size_t row = 0; row < scores_.size(); row += kRowsTogether) {
+  for (std::size_t row = 0; row < rows; row += kRowsTogether) {
     if (!pace.step()) return false;
-    const std::size_t count = std::min(kRowsTogether, scores_.size() - row);
-    for (std::vector<double>& sum : sums) std::fill_n(sum.begin() + static_cast<std::ptrdiff_t>(row), count, 0.0);
+    const std::size_t count = std::min(kRowsTogether, rows - row);
+    for (auto& sum : someSums) sum.fill(0.0);
     for (std::int32_t k = 0; k <= last; ++k) {
-      const std::int32_t* const places = ranks_[static_cast<std::size_t>(k)].data() + row;
-      for (std::size_t i = 0; i < count; ++i) scores[i] = scores_[static_cast<std::size_t>(places[i])];
+      const std::int32_t* const places =
+          ranks_.at(k, static_cast<std::int32_t>(row), static_cast<std::int32_t>(count), errorText_);
+      if (places == nullptr) return false;
+      for (std::size_t i = 0; i < count; ++i) some[i] = scores[places[i]];
       for (std::int32_t j = std::max(first, k); j <= last; ++j) {
         const double factor = cholesky_[index(j, k)];
-        double* const sum = sums[static_cast<std::size_t>(j - first)].data() + row;
-        for (std::size_t i = 0; i < count; ++i) sum[i] += factor * scores[i];
+        double* const sum = someSums[static_cast<std::size_t>(j - first)].data();
+        for (std::size_t i = 0; i < count; ++i) sum[i] += factor * some[i];
       }
+    }
+    for (std::int32_t j = first; j <= last; ++j) {
+      const auto column = static_cast<std::size_t>(j - first);
+      if (!sums.put(column, row, someSums[column].data(), count)) return fail(sums.errorText());
     }
   }
   return true;
 }
 
-std::int32_t ImanConover::rankOf(std::int32_t column, std::int32_t row) const {
-  if (failed_ || column < 0 || column >= factorCount_ || row < 0 || row >= rowCount_) return 0;
-  return ranks_[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)];
+// The ranks of a column's sums take the place of its score places.
+bool ImanConover::rankSums(std::size_t sum, std::int32_t column, ColumnShelf<double>& sums, const Progress& progress) {
+  const auto source = [&](std::size_t first, std::size_t count, double* numbers) {
+    return sums.get(sum, first, numbers, count) || fail(sums.errorText());
+  };
+  std::vector<std::int32_t> ranks;
+  const std::vector<double>* const whole = sums.whole(sum);
+  const bool ranked = whole != nullptr ? ranksOf(*whole, ranks, progress)
+                                       : ranksOfMany(static_cast<std::size_t>(rowCount_), source, ranks, progress);
+  if (!ranked) return fail(errorText_.empty() && !progress.stopped() ? kNotEnoughMemory : errorText_);
+  return ranks_.put(static_cast<std::size_t>(column), std::move(ranks)) || fail(ranks_.errorText());
 }
 
 std::size_t ImanConover::index(std::int32_t row, std::int32_t column) const {

@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "base/ColumnShelf.h"
 #include "base/Progress.h"
+#include "correlation/PlaceColumns.h"
 #include "correlation/RankTable.h"
 
 namespace tarvex {
@@ -30,16 +32,25 @@ class ImanConover : public RankTable {
   bool isValid() const override { return !failed_; }
   // What ended a computation that the matrix allows; empty when nothing did.
   const std::string& errorText() const { return errorText_; }
-  std::int32_t rankOf(std::int32_t column, std::int32_t row) const override;
+  const std::int32_t* ranks(std::int32_t column, std::int32_t row, std::int32_t count,
+                            std::string& message) const override {
+    return ranks_.at(column, row, count, message);
+  }
 
  private:
   void compute(const Progress& progress);
   [[nodiscard]] bool build(const Progress& progress);
-  [[nodiscard]] bool drawShuffledScores(const Progress& progress);
+  [[nodiscard]] bool layScores(const Progress& progress);
+  [[nodiscard]] bool shufflePlaces(const Progress& progress);
   [[nodiscard]] bool factorise();
   [[nodiscard]] bool correlate(const Progress& progress);
-  [[nodiscard]] bool addScores(std::int32_t first, std::int32_t last, std::vector<std::vector<double>>& sums,
-                               const Progress& progress) const;
+  [[nodiscard]] bool correlateColumns(std::int32_t first, std::int32_t last, ColumnShelf<double>& sums,
+                                      const Progress& progress);
+  [[nodiscard]] bool addScores(std::int32_t first, std::int32_t last, ColumnShelf<double>& sums,
+                               const Progress& progress);
+  [[nodiscard]] bool rankSums(std::size_t sum, std::int32_t column, ColumnShelf<double>& sums,
+                              const Progress& progress);
+  bool fail(const std::string& reason);  // always false
   double& target(std::int32_t row, std::int32_t column) { return target_[index(row, column)]; }
   double& cholesky(std::int32_t row, std::int32_t column) { return cholesky_[index(row, column)]; }
   std::size_t index(std::int32_t row, std::int32_t column) const;
@@ -51,10 +62,10 @@ class ImanConover : public RankTable {
   std::string errorText_;
   std::vector<double> target_;    // factorCount_ squared, by row
   std::vector<double> cholesky_;  // the same, lower triangle
-  std::vector<double> scores_;    // by rank; only during construction
+  ColumnShelf<double> scores_;    // one column, by rank; only during construction
   // By column: first the place of each row's score in scores_, then the row's rank. Four bytes a cell, so that a
   // million rows of ten factors take 40 MB.
-  std::vector<std::vector<std::int32_t>> ranks_;
+  PlaceColumns ranks_;
 };
 
 }  // namespace tarvex

@@ -1,5 +1,7 @@
 #include "correlation/SteinRanks.h"
 
+#include <utility>
+
 #include "base/Memory.h"
 #include "base/sortPositions.h"
 #include "factors/FactorList.h"
@@ -22,27 +24,33 @@ SteinRanks::SteinRanks(const FactorList& factors, std::int32_t rows, std::int32_
                        const Progress& progress) {
   valid_ = accepts(factors, rows);
   const double count = factors.factorCount();
+  const auto columns = static_cast<std::size_t>(factors.correlatableCount());
+  if (valid_) ranks_ = PlaceColumns(columns, static_cast<std::size_t>(blockRows) * static_cast<std::size_t>(blocks));
+  std::size_t place = 0;
   for (std::int32_t i = 0; valid_ && i < factors.factorCount(); ++i)
     if (factors.isCorrelatable(i) == 1)
-      valid_ = addRanks(factors.steinInfo, i, blockRows, blocks, progress.part(i / count, (i + 1) / count));
+      valid_ = putRanks(factors.steinInfo, i, blockRows, blocks, place++, progress.part(i / count, (i + 1) / count));
+  if (!valid_) ranks_ = {};
 }
 
 // Of the first blocks of a column, each block by itself.
-bool SteinRanks::addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
-                          const Progress& progress) {
+bool SteinRanks::putRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
+                          std::size_t place, const Progress& progress) {
   std::vector<double> values;
   if (!stein.getColumn(column, values)) {
     errorText = stein.errorText();
     return false;
   }
-  std::vector<std::int32_t>& ranks = ranks_.emplace_back();
+  std::vector<std::int32_t> ranks;
   for (std::int32_t block = 0; block < blocks; ++block) {
     const Progress ofBlock = progress.part(block / (blocks + 0.0), (block + 1) / (blocks + 0.0));
     if (appendRanks(values.begin() + std::ptrdiff_t{block} * blockRows, blockRows, ranks, ofBlock)) continue;
     errorText = progress.stopped() ? kStoppedText : kNotEnoughMemory;
     return false;
   }
-  return true;
+  if (ranks_.put(place, std::move(ranks))) return true;
+  errorText = ranks_.errorText();
+  return false;
 }
 
 bool SteinRanks::accepts(const FactorList& factors, std::int32_t rows) {
@@ -56,12 +64,6 @@ bool SteinRanks::accepts(const FactorList& factors, std::int32_t rows) {
   else
     return true;
   return false;
-}
-
-std::int32_t SteinRanks::rankOf(std::int32_t column, std::int32_t row) const {
-  if (column < 0 || static_cast<std::size_t>(column) >= ranks_.size() || row < 0) return 0;
-  const std::vector<std::int32_t>& ranks = ranks_[static_cast<std::size_t>(column)];
-  return static_cast<std::size_t>(row) < ranks.size() ? ranks[static_cast<std::size_t>(row)] : 0;
 }
 
 }  // namespace tarvex

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/Progress.h"
+#include "correlation/PlaceColumns.h"
 #include "correlation/RankTable.h"
 
 namespace tarvex {
@@ -22,18 +23,21 @@ class SteinRanks : public RankTable {
              const Progress& progress = {});
 
   bool isValid() const override { return valid_; }
-  // The rank within the row's block.
-  std::int32_t rankOf(std::int32_t column, std::int32_t row) const override;
+  // The ranks within the rows' blocks.
+  const std::int32_t* ranks(std::int32_t column, std::int32_t row, std::int32_t count,
+                            std::string& message) const override {
+    return ranks_.at(column, row, count, message);
+  }
 
   std::string errorText = "No errors";
 
  private:
   bool accepts(const FactorList& factors, std::int32_t rows);
-  [[nodiscard]] bool addRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
-                              const Progress& progress);
+  [[nodiscard]] bool putRanks(const sampValues& stein, std::int32_t column, std::int32_t blockRows, std::int32_t blocks,
+                              std::size_t place, const Progress& progress);
 
   bool valid_ = false;
-  std::vector<std::vector<std::int32_t>> ranks_;  // by correlatable factor
+  PlaceColumns ranks_;  // by correlatable factor
 };
 
 }  // namespace tarvex

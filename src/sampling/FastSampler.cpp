@@ -6,6 +6,7 @@
 #include <numbers>
 #include <numeric>
 
+#include "base/Cores.h"
 #include "base/TextReader.h"
 #include "base/TextWriter.h"
 #include "base/sampValues.h"
@@ -22,6 +23,8 @@ constexpr std::int32_t kHarmonics = 4;  // of a frequency, that count as its fac
 constexpr std::int32_t kRunsPerFrequency = 2 * kHarmonics;
 constexpr std::int32_t kLeastCurve = kRunsPerFrequency * kRunsPerFrequency + 1;  // room for one complementary frequency
 constexpr std::int32_t kNoUnit = -1;                                             // of constants and relations
+constexpr std::size_t kCellsTogether = std::size_t{1} << 16;  // of rows made in one piece, some milliseconds
+constexpr std::size_t kLeastCells = std::size_t{1} << 11;     // for a core of its own
 constexpr std::string_view kDesign = "group information";
 constexpr std::string_view kNoDesign = "no group information";
 constexpr std::int32_t kGroupFrequency = kRunsPerFrequency;  // a group has the shortest curves, and more of them
@@ -123,16 +126,22 @@ bool FastSampler::fill(double target, sampValues& store, FactorList& factors) {
   if (!requireSamples()) return false;
   const bool classic = analysisMode_ == kClassic;
   if (isAtStart() && !(classic ? beginClassic(factors) : beginExtended(factors))) return false;
-  std::vector<double> row = constantRow(factors);
+  const std::vector<double> constants = constantRow(factors);
+  const auto together = static_cast<std::int32_t>(std::max<std::size_t>(kCellsTogether / constants.size(), 1));
+  std::vector<double> rows;
   while (progress < target) {
     if (!classic && sampleIndex == blockEnd_ && !openBlock()) return false;
     const std::int32_t run = sampleIndex - blockStart_;
-    if (run % block_.curveLength == 0) drawPhases();
-    // Frequencies are whole numbers: the curves of a block need no parameter of their own.
-    const double s = (2.0 * run - block_.curveLength + 1.0) * std::numbers::pi / block_.curveLength;
-    fillRow(s, row);
-    if (!addRun(store, row)) return false;
-    setRunProgress(++sampleIndex);
+    const std::int32_t runOfCurve = run % block_.curveLength;
+    if (runOfCurve == 0) drawPhases();
+    // Within one curve, and none beyond the target. A block that is shorter than its budget may have reached it.
+    const std::int32_t wanted = std::max(runsUntil(target) - sampleIndex, 1);
+    const std::int32_t count = std::min({together, wanted, block_.curveLength - runOfCurve});
+    while (rows.size() < static_cast<std::size_t>(count) * constants.size())
+      rows.insert(rows.end(), constants.begin(), constants.end());
+    fillRows(run, count, rows.data());
+    if (!addRuns(store, rows.data(), count)) return false;
+    setRunProgress(sampleIndex += count);
   }
   return true;
 }
@@ -216,9 +225,23 @@ void FastSampler::drawPhases() {
   for (double& phase : phases_) phase = 2.0 * std::numbers::pi * uniformRandom(randomState);
 }
 
+// Rows of a block from its run `run` on, split among the cores.
+void FastSampler::fillRows(std::int32_t run, std::int32_t count, double* rows) const {
+  const std::size_t width = frequencies_.size();
+  inParts(static_cast<std::size_t>(count), std::max<std::size_t>(kLeastCells / width, 1),
+          [&](std::size_t, std::size_t first, std::size_t last) {
+            for (std::size_t row = first; row < last; ++row) {
+              // Frequencies are whole numbers: the curves of a block need no parameter of their own.
+              const double s = (2.0 * (run + static_cast<std::int32_t>(row)) - block_.curveLength + 1.0) *
+                               std::numbers::pi / block_.curveLength;
+              fillRow(s, rows + row * width);
+            }
+          });
+}
+
 // The point of the search curve at s (A. Saltelli, S. Tarantola, K. Chan, 1999), uniform in each coordinate.
-void FastSampler::fillRow(double s, std::vector<double>& row) const {
-  for (std::size_t i = 0; i < row.size(); ++i)
+void FastSampler::fillRow(double s, double* row) const {
+  for (std::size_t i = 0; i < frequencies_.size(); ++i)
     if (frequencies_[i] != 0)
       row[i] = 0.5 + std::asin(std::sin(frequencies_[i] * s + phases_[i])) * std::numbers::inv_pi;
 }

@@ -82,7 +82,8 @@ class FastSampler : public Sampler {
   std::int32_t membersOf(std::int32_t unit) const;
   void assignFrequencies(std::int32_t memberCount);
   void drawPhases();
-  void fillRow(double s, std::vector<double>& row) const;
+  void fillRows(std::int32_t run, std::int32_t count, double* rows) const;
+  void fillRow(double s, double* row) const;
 
   bool readDesignTable(TextReader& in);
 

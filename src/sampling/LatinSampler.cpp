@@ -106,18 +106,16 @@ void LatinSampler::leave(std::int32_t cells) {
 bool LatinSampler::stratify(std::int32_t cells, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   if (!ranked_ && factors.parentOf(factor) != -1) return true;
-  if (cell_ == 0) column_.start(numSamples);
-  if (ranked_ && factors.isConstant(factor) == 1) {
-    const double value = static_cast<const Constant&>(factors.factor(factor)).value();
-    for (std::int32_t k = 0; k < cells; ++k) column_[row(k)] = value;
-  } else if (!ranked_ || factors.isCorrelatable(factor) == 1) {
-    stratifyColumn(cells);
-  }
-  return handOver(cells, factor, store);
+  double* const column = designColumn(store, factor, numSamples);
+  if (column == nullptr) return checkStore(false, store);
+  if (ranked_ && factors.isConstant(factor) == 1)
+    std::fill_n(column + row(0), cells, static_cast<const Constant&>(factors.factor(factor)).value());
+  else if (!ranked_ || factors.isCorrelatable(factor) == 1)
+    stratifyCells(cells, column + row(0));
+  return true;
 }
 
-void LatinSampler::stratifyColumn(std::int32_t cells) {
-  double* const points = &column_[row(0)];
+void LatinSampler::stratifyCells(std::int32_t cells, double* points) {
   uniformRandom(randomState, points, static_cast<std::size_t>(cells));
   for (std::int32_t k = 0; k < cells; ++k) points[k] = pointOfStratum(row(k), numSamples, points[k]);
 }
@@ -140,37 +138,29 @@ bool LatinSampler::finish(std::int32_t cells, DiagonalBand& diagonalBand, sampVa
   const bool isConstant = factors.isConstant(factor) == 1;
   // With no stochastic factor the rows are made here.
   if (parent < 0 && !isConstant && store.rows() > 0) return true;
-  if (cell_ == 0) {
-    column_.start(numSamples);
-    if (parent >= 0 && !checkStore(parentColumn_.load(store, parent), store)) return false;
-  }
+  if (cell_ == 0 && parent >= 0 && !checkStore(parentColumn_.load(store, parent), store)) return false;
+  double* const column = designColumn(store, factor, numSamples);
+  if (column == nullptr) return checkStore(false, store);
   if (parent >= 0) {
     diagonalBand.setCorrelation(factors.node(factor).correlation);
-    for (std::int32_t k = 0; k < cells; ++k) column_[row(k)] = diagonalBand.sampleConditional(parentColumn_[row(k)]);
+    for (std::int32_t k = 0; k < cells; ++k) column[row(k)] = diagonalBand.sampleConditional(parentColumn_[row(k)]);
   } else if (isConstant) {
-    const double value = static_cast<const Constant&>(factors.factor(factor)).value();
-    for (std::int32_t k = 0; k < cells; ++k) column_[row(k)] = value;
+    std::fill_n(column + row(0), cells, static_cast<const Constant&>(factors.factor(factor)).value());
   }
-  return handOver(cells, factor, store);
+  return true;
 }
 
 // Factors in list order. False when the Stein sample can't serve.
 bool LatinSampler::order(std::int32_t cells, sampValues& store, const FactorList& factors) {
   const bool byMatrix = factors.correlationMode == kImanConover;
-  if (!ordering_.isStarted() && !(byMatrix ? ordering_.startImanConover(factors, numSamples, within(), errorText)
+  if (!ordering_.isStarted() && !(byMatrix ? ordering_.startImanConover(factors, store, within(), errorText)
                                            : ordering_.startStein(factors, numSamples, within(), errorText)))
     return false;
   if (cell_ == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
-  return checkStore(ordering_.placeCells(factorPosition, row(0), cells, store, factors), store);
-}
-
-// The column of a factor goes to the store with its last cell.
-bool LatinSampler::handOver(std::int32_t cells, std::int32_t factor, sampValues& store) {
-  return cell_ + cells < cellsAFactor() || checkStore(column_.finish(store, factor), store);
+  return ordering_.placeCells(factorPosition, row(0), cells, store, factors, errorText);
 }
 
 void LatinSampler::releaseColumns() {
-  column_.release();
   parentColumn_.release();
   ordering_.release();
 }

@@ -45,16 +45,14 @@ class LatinSampler : public Sampler {
   bool exchange(std::int32_t pairs, sampValues& store, const FactorList& factors);
   bool finish(std::int32_t cells, DiagonalBand& diagonalBand, sampValues& store, const FactorList& factors);
   bool order(std::int32_t cells, sampValues& store, const FactorList& factors);
-  void stratifyColumn(std::int32_t cells);
-  bool handOver(std::int32_t cells, std::int32_t factor, sampValues& store);
+  void stratifyCells(std::int32_t cells, double* points);
   void releaseColumns();
 
   Phase phase_ = kStratify;
   bool ranked_ = false;  // the columns are put in the order of a rank table
   std::int32_t numStochastic_ = 0;
   std::int64_t cell_ = 0;      // of the current factor: a run, or an exchange
-  DesignColumn column_;        // of the factor that is being made
-  DesignColumn parentColumn_;  // of its parent in the dependence tree
+  DesignColumn parentColumn_;  // of the factor that is being made, in the dependence tree
   RankOrdering ordering_;
 };
 

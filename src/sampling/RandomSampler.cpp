@@ -64,34 +64,32 @@ void RandomSampler::leave(std::int32_t cells) {
 bool RandomSampler::draw(std::int32_t cells, sampValues& store, const FactorList& factors) {
   const std::int32_t factor = factors.factorAt(factorPosition);
   const std::int32_t parent = factors.parentOf(factor);
-  if (sampleIndex == 0) {
-    column_.start(numSamples);
-    if (parent >= 0) {
-      if (!checkStore(parentColumn_.load(store, parent), store)) return false;
-      diagonalBand_.setCorrelation(factors.node(factor).correlation);
-    }
+  if (sampleIndex == 0 && parent >= 0) {
+    if (!checkStore(parentColumn_.load(store, parent), store)) return false;
+    diagonalBand_.setCorrelation(factors.node(factor).correlation);
   }
+  double* const column = designColumn(store, factor, numSamples);
+  if (column == nullptr) return checkStore(false, store);
   const std::int32_t end = sampleIndex + cells;
   if (parent >= 0) {
     for (std::int32_t run = sampleIndex; run < end; ++run)
-      column_[run] = diagonalBand_.sampleConditional(parentColumn_[run]);
+      column[run] = diagonalBand_.sampleConditional(parentColumn_[run]);
   } else if (factors.isCorrelatable(factor) == 1) {
-    uniformRandom(randomState, &column_[sampleIndex], static_cast<std::size_t>(cells));
+    uniformRandom(randomState, column + sampleIndex, static_cast<std::size_t>(cells));
   } else if (factors.isConstant(factor) == 1) {
-    std::fill_n(&column_[sampleIndex], cells, static_cast<const Constant&>(factors.factor(factor)).value());
+    std::fill_n(column + sampleIndex, cells, static_cast<const Constant&>(factors.factor(factor)).value());
   }
-  return end < numSamples || checkStore(column_.finish(store, factor), store);
+  return true;
 }
 
 // Factors in list order.
 bool RandomSampler::order(std::int32_t cells, sampValues& store, const FactorList& factors) {
-  if (!ordering_.isStarted() && !ordering_.startImanConover(factors, numSamples, within(), errorText)) return false;
+  if (!ordering_.isStarted() && !ordering_.startImanConover(factors, store, within(), errorText)) return false;
   if (sampleIndex == 0 && !ordering_.openColumn(factorPosition, store, factors, within(), errorText)) return false;
-  return checkStore(ordering_.placeCells(factorPosition, sampleIndex, cells, store, factors), store);
+  return ordering_.placeCells(factorPosition, sampleIndex, cells, store, factors, errorText);
 }
 
 void RandomSampler::releaseColumns() {
-  column_.release();
   parentColumn_.release();
   ordering_.release();
 }

@@ -41,8 +41,7 @@ class RandomSampler : public Sampler {
 
   bool ranked_ = false;        // the columns are put in order once they are drawn
   DiagonalBand diagonalBand_;  // one for the whole generation
-  DesignColumn column_;        // of the factor that is being drawn
-  DesignColumn parentColumn_;  // of its parent in the dependence tree
+  DesignColumn parentColumn_;  // of the factor that is being drawn, in the dependence tree
   RankOrdering ordering_;
 };
 

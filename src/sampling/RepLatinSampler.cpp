@@ -164,7 +164,9 @@ bool RepLatinSampler::permuteCell(const FactorList& factors) {
       sortedColumn_ = column;
       if (!sortedColumn_.sortAscending(within())) return refuse(kNotEnoughMemory);
     }
-    const std::int32_t rank = rankOfCell(factors);
+    const std::int32_t* const place = rankOfCell(factors);
+    if (place == nullptr) return false;
+    const std::int32_t rank = *place;
     column[sampleIndex] = sortedColumn_[rank];
     runTable_[runIndex(factor, rank) + static_cast<std::size_t>(replicate_)] = replicate_ * baseDesign_ + sampleIndex;
   }
@@ -184,9 +186,11 @@ bool RepLatinSampler::startReplicate(const FactorList& factors) {
   return replicate_ > 0 || zerosWatched(runTable_, runIndex(numFactors, 0), within());
 }
 
-std::int32_t RepLatinSampler::rankOfCell(const FactorList& factors) const {
+// Null, with the reason, when the table can't be read.
+const std::int32_t* RepLatinSampler::rankOfCell(const FactorList& factors) {
   const bool perReplicate = factors.correlationMode == kImanConover;
-  return ranks_->rankOf(stochasticIndex_, perReplicate ? sampleIndex : replicate_ * baseDesign_ + sampleIndex);
+  const std::int32_t row = perReplicate ? sampleIndex : replicate_ * baseDesign_ + sampleIndex;
+  return ranks_->ranks(stochasticIndex_, row, 1, errorText);
 }
 
 // Appends the block to the store. It is also where the next replicate starts from.

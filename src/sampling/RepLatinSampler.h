@@ -66,7 +66,7 @@ class RepLatinSampler : public Sampler {
   void stratifyCell(const FactorList& factors);
   bool permuteCell(const FactorList& factors);
   bool startReplicate(const FactorList& factors);
-  std::int32_t rankOfCell(const FactorList& factors) const;
+  const std::int32_t* rankOfCell(const FactorList& factors);
   bool endReplicate(sampValues& store);
   double visited() const { return static_cast<double>(baseDesign_) * factorPosition + sampleIndex; }
   std::size_t runIndex(std::int32_t factor, std::int32_t valueRank) const;

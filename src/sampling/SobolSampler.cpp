@@ -81,7 +81,14 @@ bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
     }
     setRunProgress(sampleIndex);
   }
+  if (progress == kComplete) releaseMatrices();
   return true;
+}
+
+void SobolSampler::releaseMatrices() {
+  matrixA_ = {};
+  matrixB_ = {};
+  rows_ = {};
 }
 
 // Lays out the blocks. A count of runs that fits no design of these factors would be misread by the measures.
@@ -166,8 +173,7 @@ void SobolSampler::reset() {
   Sampler::reset();
   stochasticIndex_.clear();
   pointColumns_.clear();
-  matrixA_ = {};
-  matrixB_ = {};
+  releaseMatrices();
   orderStart_.clear();
   combos_.clear();
   exchanged_.clear();

@@ -51,6 +51,7 @@ class SobolSampler : public Sampler {
   bool fits(std::int32_t stochasticCount, bool cheap) const;
   bool makeBasePoint(std::int32_t baseRow);
   void openBlock(std::int32_t block);
+  void releaseMatrices();
   const double* rowsOf(std::int32_t block, std::int32_t first, std::int32_t count);
 
   std::int32_t baseSize_ = 0;

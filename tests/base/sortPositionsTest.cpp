@@ -3,6 +3,7 @@
 #include <cstring>
 #include <numeric>
 
+#include "base/ranksOfMany.h"
 #include "support/Test.h"
 
 namespace tarvex {
@@ -52,6 +53,33 @@ TEST(SortPositions, LongColumnsLikeShortOnes) {
     });
     EXPECT_EQ(positionsOf(values), expected) << size;
   }
+}
+
+TEST(SortPositions, RanksOfManyAreThoseOfAll) {
+  std::vector<double> values((std::size_t{1} << 20) + 4321);  // more than are sorted together
+  std::uint64_t state = 7;
+  for (double& value : values) {
+    state = state * 6364136223846793005u + 1442695040888963407u;
+    if ((state >> 60) == 0)
+      value = (state >> 59 & 1) != 0 ? -0.0 : NAN;
+    else if ((state >> 60) == 1)
+      std::memcpy(&value, &state, sizeof value);  // any bits
+    else
+      value = static_cast<double>(static_cast<std::int64_t>(state) >> 24);  // some equal
+  }
+  Positions expected;
+  Positions ranks;
+  ASSERT_TRUE(ranksOf(values, expected));
+  std::size_t readable = values.size();
+  const NumberSource source = [&](std::size_t first, std::size_t count, double* numbers) {
+    std::copy_n(values.data() + first, count, numbers);
+    return first + count <= readable;
+  };
+  ASSERT_TRUE(ranksOfMany(values.size(), source, ranks));
+  EXPECT_TRUE(ranks == expected);
+  readable /= 2;
+  EXPECT_FALSE(ranksOfMany(values.size(), source, ranks));
+  EXPECT_TRUE(ranks.empty());
 }
 
 }  // namespace

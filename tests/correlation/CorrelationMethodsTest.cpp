@@ -1,4 +1,5 @@
 // The ways to correlate factors: what each promises, and the preview of them.
+#include "base/ColumnShelf.h"
 #include "base/TextWriter.h"
 #include "base/uniformRandom.h"
 #include "correlation/CorrelationPreview.h"
@@ -130,6 +131,29 @@ TEST(SteinRanks, refusals) {
   const SteinRanks empty(list, 1, 1, 1);
   EXPECT_FALSE(empty.isValid());
   EXPECT_EQ(empty.errorText, "The Stein correlation sample is empty.\nNo correlation can be calculated.");
+}
+
+TEST(RankTables, aDiskThatFailsIsTold) {
+  const std::size_t memory = ShelfMemory::limit();
+  ShelfMemory::use(0);
+  const FactorList list = listWithStein();
+  const SteinRanks good(list, 6, 6, 1);
+  const std::vector<float> matrix{1, 0.5f, 0.5f, 1};
+  {
+    FailingCalls calls;
+    calls.fail(FailingCalls::kPwrite, 2, EIO);
+    EXPECT_NE(SteinRanks(list, 6, 6, 1).errorText.find("Input/output error"), std::string::npos);
+    calls.fail(FailingCalls::kPwrite, 4, EIO);  // the scores, two columns of places, then a sum
+    const ImanConover ranks(matrix, 2, 5);
+    EXPECT_FALSE(ranks.isValid());
+    EXPECT_NE(ranks.errorText().find("Input/output error"), std::string::npos) << ranks.errorText();
+    calls.clearFailures();
+    calls.fail(FailingCalls::kPread, 1, EIO);
+    std::string reason;
+    EXPECT_EQ(good.ranks(0, 0, 6, reason), nullptr);
+    EXPECT_NE(reason.find("Input/output error"), std::string::npos) << reason;
+  }
+  ShelfMemory::use(memory);
 }
 
 // A sample beyond what its store holds in memory, on a disk that fails.

@@ -1,3 +1,4 @@
+#include "base/ColumnShelf.h"
 #include "base/uniformRandom.h"
 #include "sampling/Designs.h"
 #include "sampling/LatinSampler.h"
@@ -67,6 +68,10 @@ TEST(CorrelatedDesigns, areTheSameInStepsAgainAndAfterAStop) {
     const bool childrenDiffer = combination.method == kLatin && combination.mode == kDependenceTree;
     const Table atOnce = generated(*samplerOf(combination.method, 95, 31), factors);
     ASSERT_EQ(atOnce.size(), 95u);
+    const std::size_t memory = ShelfMemory::limit();
+    ShelfMemory::use(0);
+    EXPECT_EQ(generated(*samplerOf(combination.method, 95, 31), factors), atOnce) << "with what is laid by on the disk";
+    ShelfMemory::use(memory);
     for (const double step : {1.0, 7.0})
       for (const std::int32_t column : {0, 2, 4}) {
         if (childrenDiffer && column != 4) continue;
