@@ -1,6 +1,6 @@
 // A table of how long the user's events wait: of each operation on a study of many runs the longest time of this thread
-// between two reports of progress, and its whole time, in milliseconds.
-//   tarvex-slices [RUNS [FACTORS]]     1000000 20
+// between two reports of progress, the progress that the second of them told, and the whole time, in milliseconds.
+//   tarvex-slices [RUNS [FACTORS [METHOD]]]     1000000 20; of one method, by its number, alone
 #include <cairo.h>
 #include <time.h>
 
@@ -45,15 +45,20 @@ class Slices {
   explicit Slices(std::string operation) : operation_(std::move(operation)) {}
   ~Slices() {
     mark();
-    std::printf("%-48s %8d %10.1f %12.1f\n", operation_.c_str(), reports_ - 1, longest_, last_ - start_);
+    std::printf("%-48s %8d %10.1f %6.3f %12.1f\n", operation_.c_str(), reports_ - 1, longest_, longestEnd_,
+                last_ - start_);
     static_cast<void>(std::fflush(stdout));
   }
   Slices(const Slices&) = delete;
   Slices& operator=(const Slices&) = delete;
 
-  bool mark() {
+  // `done` says where in the operation, 0 to 1.
+  bool mark(double done = 1.0) {
     const double now = milliseconds();
-    longest_ = std::max(longest_, now - last_);
+    if (now - last_ > longest_) {
+      longest_ = now - last_;
+      longestEnd_ = done;
+    }
     last_ = now;
     ++reports_;
     return true;
@@ -65,8 +70,9 @@ class Slices {
   double start_ = milliseconds();
   double last_ = start_;
   double longest_ = 0.0;
+  double longestEnd_ = 0.0;
   int reports_ = 0;
-  Progress progress_{[this](double) { return mark(); }};
+  Progress progress_{[this](double done) { return mark(done); }};
 };
 
 PrepConfiguration generated(std::int32_t method, std::int32_t factors, std::int32_t runs, bool ranked = false) {
@@ -256,10 +262,12 @@ int main(int argc, char** argv) {
   const int factors = argc > 2 ? std::atoi(argv[2]) : 20;
   bench::require(runs >= 1000 && factors >= 4, "at least 1000 runs and 4 factors");
   std::printf("%d runs of %d factors; milliseconds of this thread\n", runs, factors);
-  std::printf("%-48s %8s %10s %12s\n", "operation", "reports", "longest", "whole");
+  std::printf("%-48s %8s %10s %6s %12s\n", "operation", "reports", "longest", "until", "whole");
+  const int wanted = argc > 3 ? std::atoi(argv[3]) : -1;
   for (const std::int32_t method : {kRandom, kLatin, kLpTau, kMorris, kFast, kSobol, kRepLatin})
-    bench::study(method, factors, runs);
+    if (wanted < 0 || method == wanted) bench::study(method, factors, runs);
   for (const std::int32_t method : {kRandom, kLatin})
-    static_cast<void>(bench::generated(method, factors, runs, true));  // only its row counts
+    if (wanted < 0 || method == wanted)
+      static_cast<void>(bench::generated(method, factors, runs, true));  // only its row counts
   return 0;
 }

@@ -96,7 +96,7 @@ bool ranksOfMany(std::size_t count, const NumberSource& source, std::vector<std:
                  const Progress& progress) {
   bool ranked = false;
   if (fitsInMemory([&] { ranked = rankAll(count, source, ranks, progress); }) && ranked) return true;
-  ranks = {};
+  ranks = std::vector<std::int32_t>();
   return false;
 }
 

@@ -38,7 +38,7 @@ bool sampValues::ensureMode(bool columnMode, const Progress& progress) const {
   if (dirty_ && !flush()) return false;
   cachedColumn_ = -1;
   loaded_ = false;
-  cache_ = {};
+  cache_ = std::vector<double>();  // `{}` would keep its memory
   if (!patchRowFile(progress)) return false;
   columnMode_ = columnMode;
   firstRow_ = 0;

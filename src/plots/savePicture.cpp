@@ -122,17 +122,17 @@ void renumber(std::string& svg, const std::string& name) {
 
 bool renderVector(const Figure& figure, PictureFormat format, const Progress& progress, std::string& content) {
   SvgTexts texts;
-  const CairoSurface surface =
-      vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
+  CairoSurface surface = vectorSurface(format, content, figure.width * kPointsPerUnit, figure.height * kPointsPerUnit);
   if (format == PictureFormat::Svg) texts.listen(surface.get());
   const bool drawn = draw(surface.get(), figure, kPointsPerUnit, {Surface::VectorFile, kPrintPixelsPerUnit}, progress);
+  cairo_status_t status = CAIRO_STATUS_SUCCESS;
   const auto write = [&] {
     cairo_surface_show_page(surface.get());
     cairo_surface_finish(surface.get());  // what could not be written is known only now
+    status = cairo_surface_status(surface.get());
+    surface.reset();  // takes its time, too, where the page holds large images
   };
-  if (!drawn || !callWatched(progress.part(kDrawnShare, 1.0), write) ||
-      cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
-    return false;
+  if (!drawn || !callWatched(progress.part(kDrawnShare, 1.0), write) || status != CAIRO_STATUS_SUCCESS) return false;
   texts.writeInto(content);
   return true;
 }

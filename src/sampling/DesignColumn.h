@@ -23,7 +23,7 @@ class DesignColumn {
   void start(std::int32_t rows) { values_.assign(static_cast<std::size_t>(rows), 0.0); }
   // Takes the column that the store holds. False when the store refuses.
   [[nodiscard]] bool load(const sampValues& store, std::int32_t column) { return store.getColumn(column, values_); }
-  void release() { values_ = {}; }
+  void release() { values_ = std::vector<double>(); }  // `{}` would keep its memory
 
   double& operator[](std::int32_t row) { return values_[static_cast<std::size_t>(row)]; }
   double operator[](std::int32_t row) const { return values_[static_cast<std::size_t>(row)]; }

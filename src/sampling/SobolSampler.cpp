@@ -86,9 +86,10 @@ bool SobolSampler::fill(double target, sampValues& store, FactorList& factors) {
 }
 
 void SobolSampler::releaseMatrices() {
-  matrixA_ = {};
-  matrixB_ = {};
-  rows_ = {};
+  // `{}` would keep their memory.
+  matrixA_ = std::vector<double>();
+  matrixB_ = std::vector<double>();
+  rows_ = std::vector<double>();
 }
 
 // Lays out the blocks. A count of runs that fits no design of these factors would be misread by the measures.
