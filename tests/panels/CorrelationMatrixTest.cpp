@@ -63,13 +63,15 @@ TEST_F(CorrelationMatrix, TheMatrixIsADraftThatIsJudgedAsAWhole) {
   matrix().selectAll();
   QTest::keyClick(&matrix(), Qt::Key_Delete);
   EXPECT_EQ(numbers(), "");
-  typeCell(matrix(), 0, 1, "-0.75");
+  typeCell(matrix(), 0, 2, "-0.75");
+  EXPECT_EQ(label("MlPair"), "x1 with x3: -0.75");
+  EXPECT_EQ(panel_->gadget<QComboBox>("OSecond")->currentText(), "x3");  // whose preview is at hand
   EXPECT_EQ(ok(), std::pair(Texts(), true));
   FactorList result;
   takeInto(result);
   EXPECT_EQ(result.correlationMode, kImanConover);
-  EXPECT_EQ(result.matrixAt(0, 1), -0.75F);
-  EXPECT_EQ(list_->matrixAt(0, 1), 0.0F);
+  EXPECT_EQ(result.matrixAt(0, 2), -0.75F);
+  EXPECT_EQ(list_->matrixAt(0, 2), 0.0F);
 }
 
 TEST_F(CorrelationMatrix, BlocksArePastedAsAWhole) {

@@ -279,7 +279,8 @@ TEST_F(MethodPanels, GroupsAreMadeChangedAndTakenAway) {
 TEST_F(MethodPanels, ChosenFactorsKeepTheirFlags) {
   const auto list = normals(3, kImanConover);
   open(kRepLatin, *list);
-  use({{"NBaseDesign", "20"}, {"NReplications", "6"}});
+  use({{"NBaseDesign", "20"}, {"NReplications", "6"}, {"SCChoice", ""}, {"SCChoice", ""}});
+  EXPECT_EQ(panel_->gadget<QLineEdit>("NReplications")->text(), "6");  // as many as there were
   auto* const table = panel_->gadget<TableView>("MaElements");
   EXPECT_FALSE(table->isEnabled());
   use({{"SCChoice", ""}});

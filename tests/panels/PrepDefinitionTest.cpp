@@ -203,6 +203,8 @@ TEST_F(PrepDefinition, AnotherKindGoesOnWithMeanDeviationAndTexts) {
   }
   type(*correlated->window(), {{"TName", "x1"}});
   step(*correlated, "ok", {"Error: wrong name:    The name of this factor is already in use"});
+  type(*correlated->window(), {{"TName", "x2"}});
+  step(*correlated, "ok", {});  // its own
 }
 
 TEST_F(PrepDefinition, ARelationIsCheckedWhereItIsWrong) {

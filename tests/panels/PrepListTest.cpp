@@ -281,6 +281,7 @@ TEST_F(PrepList, LeavingAsksForWhatIsntSavedAndRestoresTheDefaults) {
     type(window, {{"NLeftTrunc", "0.9"}, {"NRightTrunc", "0.1"}});
     click(window, "BOk");
     type(window, {{"NLeftTrunc", "0.05"}, {"NRightTrunc", "0.95"}});
+    EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.001);  // as long as it is but typed
     window.findChild<QAbstractButton*>("ChSelected")->click();
     click(window, "BOk");
     window.findChild<TableView*>("MaFactors")->selectRow(1);
@@ -352,9 +353,20 @@ TEST_F(PrepList, OtherViewsOfTheList) {
     graphics.call(form);
     EXPECT_EQ(figure().charts.size(), 1U) << form;
   }
+  const auto& complement = std::get<Line>(std::get<XyChart>(figure().charts.front()).layers.front());
+  EXPECT_GT(complement.y.front(), complement.y.back());
   graphics.gadget<QComboBox>("SlFactors")->setCurrentIndex(2);
   graphics.call("choose");
   EXPECT_TRUE(figure().charts.empty());
+  // A list that a cell's editor would cut short is told by its length.
+  std::string points, problem;
+  for (int i = 0; i < 10'000; ++i) points += std::to_string(i) + ';';
+  const auto large = std::make_shared<FactorList>();
+  large->addFactor(readFactorFields("Discrete", points, nullptr, problem));
+  open(large);
+  const QModelIndex cell = grid().model()->index(0, 2);
+  EXPECT_EQ(cell.data().toString(), "10000 points");
+  EXPECT_FALSE(cell.flags().testFlag(Qt::ItemIsEditable));
 }
 
 }  // namespace

@@ -143,6 +143,10 @@ TEST_F(PrepMain, MethodAndFileAreAskedForAgainWhenFactorsChange) {
   whenShown("InputFactors", [](QWidget& window) { click(window, "BOk"); });
   choose(*panel_->window(), "Random", "Random");
   EXPECT_TRUE(sensitive("BOk"));
+  specify(*panel_->window(), "Random", "Random", [](QWidget& settings) {
+    EXPECT_EQ(settings.findChild<QLineEdit*>("NExecution")->text(), "10");  // as it was set
+    click(settings, "BCancel");
+  });
   panel_->call("modify");
   EXPECT_EQ(label("MlSourceInfo") + label("MlMethodInfo"), "Using factors from panelNo Method");
   EXPECT_FALSE(sensitive("BOk"));
@@ -158,11 +162,10 @@ TEST_F(PrepMain, TheFormatIsTaken) {
   open(*normals(6));
   whenShown("OutSelection", [](QWidget& window) {
     auto* const view = window.findChild<TableView*>("MaFactors");
-    click(window, "BScrollDown");
-    click(window, "BScrollDown");
-    EXPECT_EQ(view->currentIndex().row(), 1);
-    click(window, "BScrollUp");
-    EXPECT_EQ(view->currentIndex().row(), 0);
+    for (const auto& [button, row] : {std::pair("BScrollDown", 0), {"BScrollDown", 1}, {"BScrollUp", 0}}) {
+      click(window, button);
+      EXPECT_EQ(view->currentIndex().row(), row);
+    }
     window.findChild<QComboBox*>("SelOrder")->setCurrentIndex(1);
     click(window, "BOk");
   });
