@@ -88,7 +88,7 @@ double SaTable::number(int row, int column) const {
 
 std::optional<bool> SaTable::significant(int row, int column) const {
   const auto* const regression = dynamic_cast<const RegressionStats*>(stats_.get());
-  if (regression == nullptr || column == 0 || at(column).role == Role::Rank || !valueAt(row, column) ||
+  if (regression == nullptr || column == 0 || at(column).role == Role::Rank || std::isnan(number(row, column)) ||
       !hasTest(at(column).slot))
     return {};
   const std::int32_t slot = RegressionStats::kFlagSlots + at(column).slot;
