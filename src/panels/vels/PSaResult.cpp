@@ -170,10 +170,13 @@ Figure PSaResult::figure(const SaView& chart, ColourSet colours) const {
 }
 
 void PSaResult::showCharts() {
-  const QString why = whyNot(form());
+  QString why = whyNot(form());
+  const std::string reason = stats().notComputedReason(variable_, slots(form()).front());
+  if (why.isEmpty() && !reason.empty()) why = "Not computed: " + QString::fromStdString(reason) + '.';
+  if (why.isEmpty()) why = "There are no measures of the chosen factors for this variable.";
   for (std::size_t i = 0; i < kind_.charts.size(); ++i) {
     auto* const chart = gadget<ChartView>(kind_.charts[i].gadget);
-    chart->setEmptyText(why.isEmpty() ? "There are no measures of the chosen factors for this variable." : why);
+    chart->setEmptyText(why);
     chart->show(figure(kind_.charts[i], ColourSet::Distinct));
     // The interactions are of both orders: the second chart goes, with what stands around it.
     if (i > 0) chart->parentWidget()->setVisible(form() != SaForm::Interactions);

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <charconv>
+#include <cmath>
 #include <numeric>
 #include <utility>
 
@@ -34,6 +35,7 @@ namespace {
 
 // The shortest text that is read back as this number.
 QString singleText(float value) {
+  if (std::isnan(value)) return "nan";  // whatever its sign
   char text[kMaxNumberText];
   return QString::fromLatin1(text, std::to_chars(text, text + sizeof text, value).ptr - text);
 }
@@ -229,7 +231,7 @@ void PUaSingle::boundSet() {
   const double probability =
       areNumbers ? std::min(1.0, statistics_.intervalProbability(lower, upper, variable_, scale_)) : 0.0;
   gadget<QLabel>("NValue")->setText(!areNumbers ? "two numbers are needed"
-                                    : !hasBins  ? "none: there are no bins"
+                                    : !hasBins  ? "no bins"
                                                 : statisticText(probability));
 }
 
