@@ -36,8 +36,15 @@ std::uint8_t classOf(float t) {
   return number;
 }
 
-std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits, bool dropped,
+// Has no finite value.
+bool isEmptyColumn(const RunColumn& column, const Limits& limits) {
+  return limits.lower == 0.0 && limits.upper == 0.0 &&
+         std::ranges::none_of(column.values, [](double value) { return std::isfinite(value); });
+}
+
+std::vector<LegendEntry> legendOf(const RunColumn& column, const Limits& limits, bool dropped,
                                   const RoleColours& colours) {
+  const std::string& name = column.name;
   std::vector<LegendEntry> legend;
   const auto add = [&](const std::string& text, const Colour& colour) {
     legend.push_back({text, colour, LegendMark::Line, LineStyle::Solid});
@@ -47,7 +54,8 @@ std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits,
     return limitNumber(limits.lower + kClassLimits[i] * span, span);
   };
   if (limits.lower == limits.upper) {
-    add(name + " is the same in all runs", colours.classes.back());
+    add(name + (isEmptyColumn(column, limits) ? " has no number in any run" : " is the same in all runs"),
+        colours.classes.back());
   } else {
     add(name + " below " + edge(0), colours.classes[0]);
     for (std::size_t i = 1; i < kClassLimits.size(); ++i) add(edge(i - 1) + " to " + edge(i), colours.classes[i]);
@@ -55,6 +63,15 @@ std::vector<LegendEntry> legendOf(const std::string& name, const Limits& limits,
   }
   if (dropped) add("filtered out", colours.dropped);
   return legend;
+}
+
+// "; without a number: Y, Z": the columns whose axes no run meets.
+std::string emptyColumns(const RunTable& table, const std::vector<Limits>& limits) {
+  std::string text;
+  for (std::size_t i = 0; i < limits.size(); ++i)
+    if (isEmptyColumn(table.columns[i], limits[i]))
+      text += (text.empty() ? "; without a number: " : ", ") + table.columns[i].name;
+  return text;
 }
 
 CobwebAxis axisOf(const RunColumn& column, std::size_t number, const Limits& limits,
@@ -122,7 +139,8 @@ Figure cobwebPlot(const RunTable& table, const std::vector<RunRange>& filters, b
   const std::int32_t keptRuns = markDropped(table, filters, chart.runs.dropped);
 
   if (!filters.empty()) figure.subtitle = std::to_string(keptRuns) + " of " + figure.subtitle + " within the filters";
-  figure.legend = legendOf(table.columns.front().name, limits.front(), showDropped && keptRuns < table.runs, colours);
+  figure.subtitle += emptyColumns(table, limits);
+  figure.legend = legendOf(table.columns.front(), limits.front(), showDropped && keptRuns < table.runs, colours);
   figure.width = std::clamp(kPerAxis * static_cast<double>(limits.size()), kLeastWidth, kMostWidth);
   figure.charts.emplace_back(std::move(chart));
   return figure;
