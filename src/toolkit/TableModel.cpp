@@ -11,6 +11,8 @@
 namespace tarvex {
 namespace {
 
+constexpr int kLongCell = 24;  // characters that a column may have no room for
+
 // Keys in one array, so that a comparison asks no source; equal keys keep their order, not-a-numbers come last.
 template <class Key, class Less>
 void sortRows(std::vector<int>& rows, const std::vector<Key>& keys, bool ascending, Less less) {
@@ -109,10 +111,8 @@ QVariant TableModel::data(const QModelIndex& index, int role) const {
                                      : QVariant(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning));
   }
   if (role != Qt::ToolTipRole) return {};
-  // What a column may have no room for.
-  constexpr int kLong = 24;
   const QString text = source_->shownText(sourceRow(index.row()), index.column());
-  return text.size() > kLong ? QVariant(text) : QVariant();
+  return text.size() > kLongCell ? QVariant(text) : QVariant();
 }
 
 Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
@@ -139,7 +139,9 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
   if (source_ == nullptr) return {};
   if (role == Qt::ToolTipRole && orientation == Qt::Horizontal) {
     const QString meaning = source_->headerToolTip(section);
-    return meaning.isEmpty() ? QVariant() : meaning;
+    if (!meaning.isEmpty()) return meaning;
+    const QString text = source_->header(section);
+    return text.size() > kLongCell ? QVariant(text) : QVariant();
   }
   if (role != Qt::DisplayRole) return {};
   if (orientation == Qt::Horizontal) return source_->header(section);

@@ -32,6 +32,7 @@ TableView::TableView(QWidget* parent) : QTableView(parent), search_(new QLineEdi
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kCellPadding);
   verticalHeader()->setHighlightSections(false);
   horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setTextElideMode(Qt::ElideMiddle);  // a heading that is cut at both ends reads as another
   horizontalHeader()->setSortIndicatorShown(false);
   setAlternatingRowColors(true);
   setWordWrap(false);
