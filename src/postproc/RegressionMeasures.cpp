@@ -106,8 +106,10 @@ bool RegressionStats::computeSmirnov(const RankColumns& ranks, std::int32_t runs
       isHigh[v].push_back(rank > threshold);
 
   std::vector<std::int32_t> rowsByRank(static_cast<std::size_t>(runs));
-  WorkPace pace(progress, std::int64_t{activeCount} * variableCount, kOperationsARank * std::int64_t{runs});
+  // A step to put the runs in a factor's order, and one for each variable.
+  WorkPace pace(progress, std::int64_t{activeCount} * (variableCount + 1), kOperationsARank * std::int64_t{runs});
   for (const std::size_t factor : activeFactors()) {
+    if (!pace.step()) return false;
     const std::vector<std::int32_t>& own = ranks.ranks(factor);
     for (std::size_t row = 0; row < own.size(); ++row)
       rowsByRank[static_cast<std::size_t>(own[row] - 1)] = static_cast<std::int32_t>(row);
