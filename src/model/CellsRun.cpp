@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <filesystem>
 #include <utility>
 
 #include "base/NumberText.h"
@@ -11,6 +10,7 @@
 #include "model/ModelChoice.h"
 #include "model/ModelResults.h"
 #include "model/SpreadsheetApplication.h"
+#include "model/WorkbookCopy.h"
 #include "sampling/PrepConfiguration.h"
 
 namespace tarvex {
@@ -21,16 +21,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kBlockTime{200};  // from one look at the user to the next
 constexpr std::int32_t kMostRows = 1024;              // of a block
-
-// Whether a spreadsheet application says that it has the workbook open.
-bool isOpenElsewhere(const std::filesystem::path& workbook) {
-  std::error_code error;
-  const auto beside = [&](const std::string& name) {
-    return std::filesystem::exists(workbook.parent_path() / name, error);
-  };
-  const std::string name = workbook.filename().string();
-  return beside(".~lock." + name + '#') || beside("~$" + name);
-}
 
 std::string listed(const std::vector<std::string>& names) {
   std::string text;
@@ -88,8 +78,7 @@ bool CellsRun::open() {
     if (!application_.errorText.empty()) warn_("Information", std::exchange(application_.errorText, {}));
     return false;
   }
-  if (isOpenElsewhere(workbook_))
-    warn_("Warning", "The workbook is open in another application. It is run as it was saved last.\n" + workbook_);
+  if (const std::string text = openElsewhere(workbook_); !text.empty()) warn_("Warning", text);
   return application_.openCopy(workbook_);
 }
 

@@ -56,7 +56,10 @@ std::string OfficeApplication::helperPath() {
 bool OfficeApplication::start(bool visible) {
   quit();
   if (!startHelper()) return false;
-  if (ask(request("start", std::string_view(visible ? "visible" : "hidden")), kStartLimit, &files_)) return true;
+  if (ask(request("start", std::string_view(visible ? "visible" : "hidden")), kStartLimit, &files_)) {
+    for (const std::string& file : files_) Temporaries::add(file);
+    return true;
+  }
   // A helper whose libraries are gone ends before its first answer.
   if (channel_.state() == LineChannel::State::Closed)
     errorText = "Workbooks need LibreOffice Calc: install the package libreoffice-calc.";

@@ -105,6 +105,9 @@ bool SpreadsheetRun::openResults() {
 }
 
 bool SpreadsheetRun::computeAlone(const PrepConfiguration& prep, WorkbookCopy& copy) {
+  if (attendance_ == Attendance::Unsaved)
+    return start(false) && application_.openCopy(workbook_) && writeSample(application_, prep) &&
+           application_.recalculate();
   if (!start(false) || !application_.open(workbook_, false)) return false;
   if (!copy.make(workbook_)) return cannotWrite(copy);
   return writeSample(application_, prep) && application_.recalculate() && application_.saveCopy(copy.path());

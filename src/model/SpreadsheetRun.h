@@ -16,8 +16,8 @@ class WorkbookCopy;
 class SpreadsheetRun {
  public:
   // The user computes and saves the workbook in the application and closes that. With nobody there it is recalculated,
-  // and takes the place of the file once all has gone well.
-  enum class Attendance { User, Nobody };
+  // and takes the place of the file once all has gone well; unsaved it is computed in a copy that nobody keeps.
+  enum class Attendance { User, Nobody, Unsaved };
 
   SpreadsheetRun(SpreadsheetApplication& application, Attendance attendance, Warn warn);
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 
 #include "base/SystemCalls.h"
 #include "base/Temporaries.h"
@@ -54,6 +55,17 @@ bool WorkbookCopy::replaceWorkbook() {
   Temporaries::forget(path_);
   path_.clear();
   return true;
+}
+
+std::string openElsewhere(const std::string& workbook) {
+  const std::filesystem::path path(workbook);
+  const std::string name = path.filename().string();
+  for (const std::string& lock : {".~lock." + name + '#', "~$" + name}) {
+    std::error_code error;
+    if (std::filesystem::exists(path.parent_path() / lock, error))
+      return "The workbook is open in another application. It is run as it was saved last.\n" + workbook;
+  }
+  return {};
 }
 
 }  // namespace tarvex

@@ -28,4 +28,8 @@ class WorkbookCopy {
   int error_ = 0;
 };
 
+// What is said of a workbook that is used as its file has it, while a spreadsheet application says that it has it open;
+// else empty.
+std::string openElsewhere(const std::string& workbook);
+
 }  // namespace tarvex
