@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "app/FrontEnd.h"
+#include "base/Paths.h"
 #include "model/ExternalProcess.h"
 #include "model/ModelChoice.h"
 #include "model/ModelCommand.h"
@@ -44,11 +45,20 @@ void endProgram(ExternalProcess& process) {
 
 std::vector<std::string> wordsOf(const PartsRequest& request, const std::string& sampleFile, const ModelChoice& model) {
   const PartSettings& settings = request.settings;
-  std::vector<std::string> words = {
-      "run",          sampleFile,           "-o",       request.directory + "/result.spc",
-      "--executable", model.executable,     "--output", fs::path(model.outputFile).filename().string(),
-      "--directory",  request.directory,    "--engine", engineWord(settings.engine),
-      "--on-failure", policyWord(settings), "--detach"};
+  std::vector<std::string> words = {"run",          sampleFile,           "-o",       request.directory + "/result.spc",
+                                    "--directory",  request.directory,    "--engine", engineWord(settings.engine),
+                                    "--on-failure", policyWord(settings), "--detach"};
+  if (model.spreadsheet != 0)
+    words.insert(words.end(), {"--workbook", absolutePath(model.outputFile)});
+  else
+    words.insert(words.end(),
+                 {"--executable", model.executable, "--output", fs::path(model.outputFile).filename().string()});
+  if (model.drivesCells()) {
+    for (const NamedCell& cell : model.cells.inputs)
+      words.insert(words.end(), {"--input-cell", cell.name + '=' + cell.place()});
+    for (const NamedCell& cell : model.cells.outputs)
+      words.insert(words.end(), {"--output-cell", cell.name + '=' + cell.place()});
+  }
   appendOption(words, "--parts", request.parts);
   appendOption(words, "--jobs", settings.jobs);
   appendOption(words, "--time-limit", settings.timeLimit);

@@ -135,11 +135,12 @@ Outcome RunController::runModel(SampleUse use) {
 }
 
 bool RunController::runChosenModel() {
-  if (project_.model.choice.kind == kInternalModel) return runInternal();
-  if (project_.model.choice.drivesCells()) return runCells();
-  if (project_.model.choice.spreadsheet != 0) return runSpreadsheet();
-  if (project_.model.choice.kind != kExternalExecutable) return readOutputs();
-  if (runElsewhere) return runElsewhere(project_, project_.model.results);
+  const ModelChoice& model = project_.model.choice;
+  if (model.kind == kInternalModel) return runInternal();
+  if (runElsewhere && model.kind == kExternalExecutable) return runElsewhere(project_, project_.model.results);
+  if (model.drivesCells()) return runCells();
+  if (model.spreadsheet != 0) return runSpreadsheet();
+  if (model.kind != kExternalExecutable) return readOutputs();
   return runExternal() && readOutputs();
 }
 

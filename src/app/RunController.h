@@ -86,8 +86,8 @@ class RunController {
   // The application for models that are workbooks; it calls the operation that it is given while it works.
   std::function<std::unique_ptr<SpreadsheetApplication>(std::function<bool()> serve)> makeSpreadsheetApplication;
 
-  // In place of one start of an external model for the whole sample, where it is set: fills the results. False when it
-  // failed or was stopped, with the messages shown.
+  // In place of one start of an external model, program or workbook, for the whole sample, where it is set: fills the
+  // results. False when it failed or was stopped, with the messages shown.
   std::function<bool(const ProjectConfiguration& project, ModelResults& results)> runElsewhere;
 
   // Files. A path that is relative is meant from the current directory at the call, wherever the load then goes.

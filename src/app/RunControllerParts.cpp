@@ -20,8 +20,21 @@ namespace {
 namespace fs = std::filesystem;
 
 // The paths of a record are as they were typed, from its directory on.
+std::string pathOf(const RunRecord& record, const std::string& path) {
+  return (fs::path(record.directory) / path).lexically_normal().string();
+}
+
 std::string sampleOf(const RunRecord& record) {
-  return (fs::path(record.directory) / record.sampleFile).lexically_normal().string();
+  return pathOf(record, record.sampleFile);
+}
+
+bool isModelOf(const RunRecord& record, const ModelChoice& model) {
+  if (model.kind != kExternalExecutable || (model.spreadsheet != 0) == record.workbook.empty()) return false;
+  if (model.spreadsheet != 0)
+    return absolutePath(model.outputFile) == pathOf(record, record.workbook) &&
+           (model.drivesCells() ? model.cells.text() : "") == record.cells;
+  return model.executable == record.executable &&
+         fs::path(model.outputFile).filename() == fs::path(record.outputFile).filename();
 }
 
 }  // namespace
@@ -30,8 +43,9 @@ std::string RunController::whyNotInParts() const {
   if (std::string reason = whyNot(Step::Run); !reason.empty()) return reason;
   const ModelChoice& model = project_.model.choice;
   if (model.kind == kInternalModel) return "Equations need no parts: they are computed on all cores as they are.";
-  if (model.spreadsheet != 0) return "A workbook is computed by one application and isn't run in parts.";
-  if (model.kind != kExternalExecutable) return "Only an output file is read: there is no program to run in parts.";
+  if (model.kind != kExternalExecutable)
+    return model.spreadsheet != 0 ? "The workbook is only read: there is nothing to run in parts."
+                                  : "Only an output file is read: there is no program to run in parts.";
   if (project_.prep.external == 1)
     return "An imported sample is run in parts from a sample file, which `tarvex-batch import` makes of it.";
   if (project_.prep.samples.rows() == 0) return "There is no sample yet: generate or load one.";
@@ -69,13 +83,11 @@ bool RunController::recognise(const RunRecord& record) {
 }
 
 std::string RunController::whyNotOf(const RunRecord& record) const {
-  const ModelChoice& model = project_.model.choice;
   const std::int32_t rows = project_.prep.samples.rows();
   if (rows == 0 || rows != record.rows()) return "The run in parts is one over another sample: " + sampleOf(record);
-  const bool same = model.kind == kExternalExecutable && model.spreadsheet == 0 &&
-                    model.executable == record.executable &&
-                    fs::path(model.outputFile).filename() == fs::path(record.outputFile).filename();
-  return same ? "" : "The run in parts is one of another model: " + record.executable;
+  if (isModelOf(record, project_.model.choice)) return {};
+  return "The run in parts is one of another model: " +
+         (record.workbook.empty() ? record.executable : pathOf(record, record.workbook));
 }
 
 Outcome RunController::takeParts(const RunFollower& run) {
@@ -92,6 +104,8 @@ Outcome RunController::takeParts(const RunFollower& run) {
   if (const std::string missing = missingText(run.states(), run.directory().path());
       taken == Outcome::Done && !missing.empty())
     frontEnd_.message(MessageKind::Warning, "Warning", missing);
+  if (const std::string text = workbookText(run); taken == Outcome::Done && !text.empty())
+    frontEnd_.message(MessageKind::Warning, "Warning", text);
   return taken;
 }
 

@@ -131,8 +131,9 @@ void addRun(CLI::App& app, RunOptions& options, Command& command) {
   kind->require_option(1, 2);
   addPartsWords(*sub, options.parts);
   sub->callback([&] {
-    if (options.parts.any() && (!options.executable || !options.tryRow.empty()))
-      throw CLI::ValidationError("--parts", "and what goes with it belong to --executable and -o");
+    const bool isRun = options.executable || (options.workbook && !options.readOnly);
+    if (options.parts.any() && (!isRun || !options.tryRow.empty()))
+      throw CLI::ValidationError("--parts", "and what goes with it belong to -o and --executable or --workbook");
     command = options;
   });
 }

@@ -123,9 +123,9 @@ struct DemoOptions {
   std::string caseName;
 };
 
-using Command =
-    std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, ResumeOptions, StatusOptions, CancelOptions,
-                 AnalyseOptions, PlotOptions, ReportOptions, ProjectOptions, ShowOptions, CheckOptions, DemoOptions>;
+using Command = std::variant<std::monostate, SampleOptions, ImportOptions, RunOptions, WorkbookPartOptions,
+                             ResumeOptions, StatusOptions, CancelOptions, AnalyseOptions, PlotOptions, ReportOptions,
+                             ProjectOptions, ShowOptions, CheckOptions, DemoOptions>;
 
 struct CommandLine {
   Command command;

@@ -17,6 +17,7 @@ struct Dispatch {
   int operator()(const SampleOptions& options) const { return runSample(options, console); }
   int operator()(const ImportOptions& options) const { return runImport(options, console); }
   int operator()(const RunOptions& options) const { return runRun(options, console); }
+  int operator()(const WorkbookPartOptions& options) const { return runWorkbookPart(options, console); }
   int operator()(const ResumeOptions& options) const { return runResume(options, console); }
   int operator()(const StatusOptions& options) const { return runStatus(options, console); }
   int operator()(const CancelOptions& options) const { return runCancel(options, console); }
@@ -35,6 +36,7 @@ struct Purpose {
   std::string operator()(const SampleOptions& options) const { return "make the sample " + options.output; }
   std::string operator()(const ImportOptions& options) const { return "import the sample " + options.externalFile; }
   std::string operator()(const RunOptions& options) const { return "run the model over " + options.sampleFile; }
+  std::string operator()(const WorkbookPartOptions& options) const { return "compute " + options.sampleFile; }
   std::string operator()(const ResumeOptions& options) const { return "go on with the run in " + options.directory; }
   std::string operator()(const StatusOptions& options) const { return "show the run in " + options.directory; }
   std::string operator()(const CancelOptions& options) const { return "end the run in " + options.directory; }

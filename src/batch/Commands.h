@@ -43,6 +43,7 @@ struct Console {
 int runSample(const SampleOptions& options, const Console& console);
 int runImport(const ImportOptions& options, const Console& console);
 int runRun(const RunOptions& options, const Console& console);
+int runWorkbookPart(const WorkbookPartOptions& options, const Console& console);
 int runResume(const ResumeOptions& options, const Console& console);
 int runStatus(const StatusOptions& options, const Console& console);
 int runCancel(const CancelOptions& options, const Console& console);

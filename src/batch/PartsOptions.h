@@ -34,6 +34,14 @@ struct ResumeOptions {
   PartsOptions parts;              // in place of what the run was started with
 };
 
+// A part whose model is a workbook, as the script of the run has it computed.
+struct WorkbookPartOptions {
+  std::string sampleFile;
+  std::string output;  // a file as a model writes it
+  std::string workbook;
+  std::string cells;  // as WorkbookCells::text() has them; empty: by its sheets
+};
+
 struct StatusOptions {
   std::string directory;
 };
@@ -42,8 +50,9 @@ struct CancelOptions {
   std::string directory;
 };
 
-// The three commands on a run in parts, while their words are read.
+// The commands on a run in parts, while their words are read.
 struct PartsCommands {
+  WorkbookPartOptions workbookPart;
   ResumeOptions resume;
   StatusOptions status;
   CancelOptions cancel;

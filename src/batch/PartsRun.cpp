@@ -10,10 +10,10 @@
 #include "app/RunController.h"
 #include "base/Paths.h"
 #include "batch/PartsDisplay.h"
+#include "batch/PartsModel.h"
 #include "batch/StopSignals.h"
 #include "model/ExternalProcess.h"
-#include "model/ModelCommand.h"
-#include "model/ModelRequest.h"
+#include "model/ModelChoice.h"
 #include "parts/Coordinator.h"
 #include "parts/FileChecksum.h"
 #include "parts/PartAttempt.h"
@@ -128,6 +128,9 @@ int carryOut(PartsRun& run, RunController& controller, const Console& console) {
   coordinator->finish();
   if (const std::string missing = missingText(coordinator->states(), run.directory.path()); !missing.empty())
     console.warn(missing);
+  std::string ignored;  // it was looked at all the time
+  if (RunFollower seen(run.directory.path()); !run.record.workbook.empty() && seen.look(ignored))
+    console.warn(workbookText(seen));
   const ModelResults& results = controller.project().model.results;
   console.out << counted(results.runCount(), "run") << ", " << counted(results.outputCount(), "output") << ": "
               << run.record.resultFile << '\n';
@@ -188,18 +191,16 @@ void dropWishes(const RunDirectory& directory) {
 }
 
 // What the first start settles for all later ones.
-bool describe(const RunOptions& options, RunRecord& record, const Console& console) {
+bool describe(const RunOptions& options, const ModelChoice& model, RunRecord& record, const Console& console) {
   record.id = newRunId();
   record.directory = absolutePath(".");
   record.sampleFile = options.sampleFile;
   record.sampleChecksum = fileChecksum(existingPath(options.sampleFile));
-  record.executable = *options.executable;
-  record.programChecksum = fileChecksum(existingPath(programOf(record.executable)));
-  record.outputFile = options.modelOutput;
   record.resultFile = options.output;
   record.keeps = !options.parts.directory.empty();
   std::string message;
-  return takeOptions(options.parts, record.settings, message) || console.fail(message) == kSucceeded;
+  return (describeModel(options, model, record, message) && takeOptions(options.parts, record.settings, message)) ||
+         console.fail(message) == kSucceeded;
 }
 
 bool cut(const RunOptions& options, RunController& controller, RunRecord& record, std::string& message) {
@@ -225,7 +226,7 @@ int runInParts(const RunOptions& options, ModelChoice model, const Console& cons
   std::string message;
   PartsRun run{{}, RunDirectory(""), {}, std::make_unique<RunLock>()};
   if (!run.site.load(message)) return console.fail(message);
-  if (!describe(options, run.record, console)) return kFailed;
+  if (!describe(options, model, run.record, console)) return kFailed;
   takeSite(run.site, run.record.settings);
   if (controller.loadSampleFile(options.sampleFile) != Outcome::Done ||
       controller.acceptModel(std::move(model)) != Outcome::Done)
@@ -236,7 +237,8 @@ int runInParts(const RunOptions& options, ModelChoice model, const Console& cons
   if (!cut(options, controller, run.record, message)) return console.fail(message);
   if (!makeRunDirectory(path, message)) return console.fail(message);
   run.directory = RunDirectory(fs::canonical(path).string());
-  if (!run.lock->take(run.directory.lock(), message) || !run.record.save(run.directory.record(), message))
+  if (!run.lock->take(run.directory.lock(), message) || !prepareModel(run.record, run.directory, console, message) ||
+      !run.record.save(run.directory.record(), message))
     return console.fail(message);
   return options.parts.detach ? detach(run, {}, console) : carryOut(run, controller, console);
 }
@@ -265,20 +267,14 @@ int runResume(const ResumeOptions& options, const Console& console) {
   RunController controller(console.frontEnd);
   controller.modelDirectory = absolutePath(".");
   ModelChoice model;
-  ModelRequest request;
-  request.executable = run.record.executable;
-  request.outputFile = run.record.outputFile;
-  if (const std::optional<ModelRefusal> refusal = acceptModelRequest(request, model); refusal)
-    return console.fail(refusal->text);
-  if (const std::string program = programOf(run.record.executable);
-      fileChecksum(existingPath(program)) != run.record.programChecksum)
-    console.warn("The model isn't the one that the run was begun with; what is done stays.\n" + program);
+  if (!chooseModelAgain(run.record, model, console, message)) return console.fail(message);
   if (controller.loadSampleFile(run.record.sampleFile) != Outcome::Done ||
       controller.acceptModel(std::move(model)) != Outcome::Done)
     return kFailed;
   if (message = whyNotInParts(run.record, controller.project().prep.methodId()); !message.empty())
     return console.fail(message);
-  if (!run.record.save(run.directory.record(), message)) return console.fail(message);
+  if (!prepareModel(run.record, run.directory, console, message) || !run.record.save(run.directory.record(), message))
+    return console.fail(message);
   return options.parts.detach ? detach(run, options.only, console) : carryOut(run, controller, console);
 }
 

@@ -51,7 +51,8 @@ void addChangeable(CLI::App& app, PartsOptions& options) {
 void addPartsWords(CLI::App& app, PartsOptions& options) {
   addCount(
       app, "--parts", options.parts, std::numeric_limits<std::int32_t>::max(),
-      "Run the program in so many parts of the sample (default, with any option of these: as many as are sensible)");
+      "Run the program or the workbook in so many parts of the sample (default, with any option of these: as many as "
+      "are sensible)");
   app.add_option("--directory", options.directory, "Directory of the run in parts (default: -o's name and .run)");
   addChangeable(app, options);
 }
@@ -67,6 +68,14 @@ void addPartsCommands(CLI::App& app, PartsCommands& options, Command& command) {
       ->type_name("PART");
   addChangeable(*resume, options.resume.parts);
   resume->callback([&] { command = options.resume; });
+  // For scripts of runs, not for people: no group of the help has it.
+  CLI::App* part = app.add_subcommand("workbook-part", "Compute a part of a sample by a workbook")->group("");
+  part->add_option("SAMPLE", options.workbookPart.sampleFile, "Sample file of the part")->required();
+  part->add_option("OUTPUT", options.workbookPart.output, "File to write, as a program that is a model would")
+      ->required();
+  part->add_option("WORKBOOK", options.workbookPart.workbook, "The workbook, which stays as it is")->required();
+  part->add_option("CELLS", options.workbookPart.cells, "The cells by which it is driven");
+  part->callback([&] { command = options.workbookPart; });
   CLI::App* status = app.add_subcommand("status", "Show how far a run in parts is");
   status->add_option("RUN", options.status.directory, "Directory of the run")->required();
   status->callback([&] { command = options.status; });

@@ -7,6 +7,7 @@
 #include "base/Paths.h"
 #include "batch/CommandFiles.h"
 #include "batch/Commands.h"
+#include "batch/PartsModel.h"
 #include "batch/PartsRun.h"
 #include "batch/StopSignals.h"
 #include "batch/TrialFigures.h"
@@ -18,9 +19,6 @@
 namespace tarvex {
 
 namespace {
-
-// What stands in the record in the executable's place.
-constexpr const char* kSpreadsheet = "Excel Application";
 
 bool readCells(const std::vector<std::string>& texts, std::vector<NamedCell>& cells, std::string& message) {
   return std::ranges::all_of(

@@ -11,7 +11,8 @@ class PartSample;
 struct RunRecord;
 
 // How many parts a run is best cut into, from what one run of the model takes: it is tried here, on the first row of
-// the sample, in a directory that is gone afterwards. False, with the message, when it fails or was stopped.
+// the sample, in a directory that is gone afterwards. A workbook isn't tried: one part a place that works. False, with
+// the message, when it fails or was stopped.
 [[nodiscard]] bool findPartCount(const RunRecord& record, const FactorList& factors, std::int32_t rows,
                                  const std::function<bool()>& goOn, std::int32_t& parts, std::string& message);
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "parts/PartStates.h"
+#include "parts/RunDirectory.h"
 #include "parts/RunFollower.h"
 
 namespace tarvex {
@@ -59,6 +60,18 @@ std::string missingText(const PartStates& states, const std::string& run) {
       "{} part{} gave no results: {} runs are nan, and so are measures over them. They are repeated by `tarvex-batch "
       "resume {}`.",
       missing, missing == 1 ? "" : "s", states.rowsIn(PartState::Missing), run);
+}
+
+std::string workbookText(const RunFollower& run) {
+  if (run.record().workbook.empty()) return {};
+  for (std::size_t part = 0; part < run.states().size(); ++part) {
+    const PartState& state = run.states()[part];
+    if (state.stage != PartState::Done) continue;
+    std::string text = contentOf(run.directory().attempt(static_cast<std::int32_t>(part), state.attempt) + "/log");
+    text.erase(text.find_last_not_of('\n') + 1);
+    return text;
+  }
+  return {};
 }
 
 }  // namespace tarvex

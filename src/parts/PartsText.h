@@ -20,5 +20,7 @@ std::string failureText(const PartStates& states, std::size_t part);
 std::string driverText(const RunFollower& run);
 // What is said of results in which parts are missing; empty: none is. `run` is the directory.
 std::string missingText(const PartStates& states, const std::string& run);
+// What the first part that is done had to say of a workbook; empty: nothing, or the model is a program.
+std::string workbookText(const RunFollower& run);
 
 }  // namespace tarvex

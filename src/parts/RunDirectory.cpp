@@ -51,6 +51,10 @@ std::string RunDirectory::partName(std::int32_t part) {
          digits;
 }
 
+std::string RunDirectory::workbook(const std::string& original) const {
+  return path_ + "/workbook" + std::filesystem::path(original).extension().string();
+}
+
 std::string RunDirectory::attempt(std::int32_t part, std::int32_t attempt) const {
   return parts() + '/' + partName(part) + '/' + std::to_string(attempt);
 }

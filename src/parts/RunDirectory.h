@@ -15,6 +15,7 @@ class RunDirectory {
   std::string ledger() const { return path_ + "/ledger"; }
   std::string lock() const { return path_ + "/lock"; }
   std::string script() const { return path_ + "/job.sh"; }
+  std::string workbook(const std::string& original) const;  // what of a model that is one the parts compute in
   std::string marks() const { return path_ + "/marks"; }
   std::string stopMark() const { return marks() + "/stop"; }
   std::string againMark(std::int32_t part) const { return marks() + '/' + partName(part) + ".again"; }

@@ -61,6 +61,8 @@ bool RunRecord::save(const std::string& path, std::string& message) const {
                      {"sample-checksum", sampleChecksum},
                      {"executable", executable},
                      {"program-checksum", programChecksum},
+                     {"workbook", workbook},
+                     {"cells", cells},
                      {"output", outputFile},
                      {"result", resultFile},
                      {"keeps", keeps},
@@ -96,6 +98,8 @@ bool RunRecord::load(const std::string& path, std::string& message) {
     json.at("executable").get_to(read.executable);
     json.at("program-checksum").get_to(read.programChecksum);
     json.at("output").get_to(read.outputFile);
+    read.workbook = json.value("workbook", "");
+    read.cells = json.value("cells", "");
     json.at("result").get_to(read.resultFile);
     json.at("keeps").get_to(read.keeps);
     takeSettings(json.at("settings"), read.settings);

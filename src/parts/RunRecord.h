@@ -22,6 +22,9 @@ struct RunRecord {
   bool keeps = true;  // the directory stays when the result is there
   std::vector<Part> parts;
   PartSettings settings;
+  // The model, where it is one, whose checksum then is the program's; the executable is what computes a part of it.
+  std::string workbook = {};
+  std::string cells = {};  // by which it is driven, as WorkbookCells::text() has them
 
   std::int32_t rows() const { return parts.empty() ? 0 : parts.back().first + parts.back().rows; }
 

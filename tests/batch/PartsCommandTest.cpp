@@ -6,6 +6,8 @@
 
 #include "batch/CommandFixture.h"
 #include "model/ExternalProcess.h"
+#include "support/FailingCalls.h"
+#include "support/FlatWorkbook.h"
 #include "support/Processes.h"
 
 namespace tarvex {
@@ -138,6 +140,40 @@ TEST_F(PartsCommand, stopsWithinTwoSecondsAndGoesOn) {
   }
 }
 
+TEST_F(PartsCommand, whatIsKilledFromOutsideIsDoneAgain) {
+  behave("case $TARVEX_PART in *:3:1) kill -KILL $PPID; sleep 60.8;; *:5:1) kill -TERM $PPID; sleep 60.8;; esac");
+  EXPECT_EQ(start("--parts 12 --jobs 2"), kSucceeded) << errors_;
+  EXPECT_NE(errors_.find("part 3 (runs 15 to 19) was lost: its job is gone without a word"), std::string::npos)
+      << errors_;
+  EXPECT_NE(errors_.find("part 5 (runs 25 to 29) was lost: it was stopped by something else"), std::string::npos)
+      << errors_;
+  EXPECT_EQ(ledgerLines("\"failed\""), 0U);
+  EXPECT_TRUE(test::processesOf("sleep", "60.8").empty());
+  expectResult();
+}
+
+TEST_F(PartsCommand, aFullDiskAndADirectoryThatIsGone) {
+  for (const int call : {2, 6, 12}) {
+    {
+      test::FailingCalls calls;
+      calls.fail(test::FailingCalls::kFsync, call);
+      EXPECT_EQ(start("--parts 12 --jobs 2"), kFailed) << call;
+    }
+    EXPECT_NE(errors_.find(": No space left on device"), std::string::npos) << call << errors_;
+    EXPECT_FALSE(std::filesystem::exists("r.spc"));
+    if (std::filesystem::exists("RUN/run.json"))
+      EXPECT_EQ(resume(), kSucceeded) << errors_;
+    else
+      EXPECT_EQ(start("--parts 12"), kSucceeded) << errors_;
+    expectResult();
+    for (const char* name : {"RUN", "r.spc"}) std::filesystem::remove_all(name);
+  }
+  behave("case $TARVEX_PART in *:3:1) rm -rf '" + file("RUN") + "';; esac");
+  EXPECT_EQ(start("--parts 12 --jobs 1"), kFailed);
+  EXPECT_NE(errors_.find(file("RUN")), std::string::npos) << errors_;
+  EXPECT_FALSE(std::filesystem::exists("RUN"));
+}
+
 // What a coordinator leaves that is killed at any moment: processes that go on, and a ledger that tells what is done.
 TEST_F(PartsCommand, losesNothingWhenItIsKilled) {
   behave("sleep 0.02");
@@ -250,11 +286,101 @@ TEST_F(PartsCommand, manyPartsLeaveNothingBehind) {
   EXPECT_EQ(std::filesystem::remove_all("RUN"), 7 + 60 * 8U);  // two marks, two directories, four files a part
 }
 
+// A workbook over the same sample, by the program itself, which finds the helper of the application. All that an
+// application leaves lies in one directory.
+class PartsOfWorkbook : public PartsCommand {
+ protected:
+  void SetUp() override {
+#ifndef TARVEX_SHEET
+    GTEST_SKIP() << "tarvex-sheet is not built: it needs libreoffice-calc and libreoffice-dev";
+#endif
+    PartsCommand::SetUp();
+    std::filesystem::copy_file(TARVEX_EXAMPLES "/workbook/ishigami.ods", "rows.ods");
+    writeCells("Model", "=SIN([.A1])+7*SIN([.A2])^2+[.B1]");
+  }
+  static void writeCells(const char* sheet, const char* formula) {
+    test::writeFile("cells.fods", test::flatWorkbook({{sheet, {{"0", "0"}, {"0", formula}}}}));
+  }
+  int program(const std::string& words) {
+    ExternalProcess process;
+    startProgram(process, test::wordsOf(words));
+    const int status = endOf(process, milliseconds(180'000));
+    said_ = test::readFile("said");
+    said_.erase(0, said_.find('\n') + 1);  // the line of the log itself
+    return status;
+  }
+  void expectNothingLeft() const {
+    for (const char* name : {"soffice.bin", "oosplash", "tarvex-sheet"})
+      EXPECT_TRUE(test::processesOf(name, temporary_.path()).empty()) << name;
+    EXPECT_EQ(temporary_.entries(), std::vector<std::string>());
+  }
+
+  const std::string byRows_ = "--workbook rows.ods ";
+  const std::string byCells_ =
+      "--workbook cells.fods --input-cell x1=Model!A1 --input-cell x2=Model!A2 --input-cell x3=Model!B1 --output-cell "
+      "y=Model!B2 ";
+  test::TempDirectory temporary_;
+  test::ScopedEnvironment temp_{"TEMP", temporary_.path()};
+  std::string said_;
+};
+
+TEST_F(PartsOfWorkbook, givesTheBytesOfASingleProcessAndIsNotWritten) {
+  for (const auto& [book, words] : {std::pair{"rows.ods", byRows_}, {"cells.fods", byCells_}}) {
+    const std::string before = test::readFile(book);
+    ASSERT_EQ(program("run s.sam -o single.spc " + words), kSucceeded) << said_;
+    test::writeFile(book, before);
+    ASSERT_EQ(program("run s.sam -o r.spc " + words + "--parts 3 --jobs 2"), kSucceeded) << said_;
+    EXPECT_EQ(said_, "60 runs, 1 output: r.spc\n");
+    EXPECT_TRUE(test::readFile("r.spc") == test::readFile("single.spc")) << book;
+    EXPECT_TRUE(test::readFile(book) == before) << book;
+    EXPECT_FALSE(std::filesystem::exists("r.spc.run"));
+    expectNothingLeft();
+  }
+}
+
+TEST_F(PartsOfWorkbook, stopsAndGoesOnWithWhatTheFileThenHolds) {
+  ASSERT_EQ(program("run s.sam -o single.spc " + byCells_), kSucceeded) << said_;
+  ExternalProcess process;
+  startProgram(process, test::wordsOf("run s.sam -o r.spc " + byCells_ + "--parts 3 --jobs 2 --directory RUN"));
+  const auto end = steady_clock::now() + milliseconds(60'000);
+  while (test::processesOf("soffice.bin", temporary_.path()).empty() && steady_clock::now() < end)
+    std::this_thread::sleep_for(milliseconds(20));
+  ::kill(process.number(), SIGTERM);
+  EXPECT_EQ(endOf(process, milliseconds(10'000)), kStopped);
+  expectNothingLeft();
+
+  const std::string book = test::readFile("cells.fods");
+  const struct {
+    const char* sheet;
+    const char* formula;
+    const char* problem;
+  } cases[] = {{"Other", "=[.A1]", "there is no sheet 'Model', but 'Other'"},
+               {"Model", "=1/[.C9]", "Model!B2: expected a number, found '#DIV/0!' - row 1 of the part"}};
+  for (const auto& test : cases) {
+    writeCells(test.sheet, test.formula);
+    EXPECT_EQ(program("resume RUN --jobs 1"), kFailed);
+    EXPECT_NE(said_.find("The model isn't the one that the run was begun with"), std::string::npos) << said_;
+    EXPECT_NE(said_.find(test.problem), std::string::npos) << said_;
+  }
+  const std::string ledger = test::readFile("RUN/ledger");
+  std::filesystem::remove("cells.fods");
+  EXPECT_EQ(program("resume RUN"), kFailed);
+  EXPECT_NE(said_.find("The workbook cannot be copied: No such file or directory\ncells.fods"), std::string::npos)
+      << said_;
+  EXPECT_EQ(test::readFile("RUN/ledger"), ledger);
+  test::writeFile("cells.fods", book);
+  test::writeFile(".~lock.cells.fods#", "");
+  EXPECT_EQ(program("resume RUN --jobs 2"), kSucceeded) << said_;
+  EXPECT_NE(said_.find("The workbook is open in another application."), std::string::npos) << said_;
+  EXPECT_TRUE(test::readFile("r.spc") == test::readFile("single.spc"));
+  expectNothingLeft();
+}
+
 TEST_F(PartsCommand, wordsThatDoNotFit) {
   for (const char* words :
        {"run s.sam -o r --model m.imd --parts 3", "run s.sam --try 1 --executable e --output o --parts 3",
-        "run s.sam -o r --executable e --output o --parts 0", "resume", "resume RUN --parts 3",
-        "run s.sam -o r --executable e --output o --on-failure retry",
+        "run s.sam -o r --executable e --output o --parts 0", "run s.sam -o r --workbook w --read-only --parts 3",
+        "resume", "resume RUN --parts 3", "run s.sam -o r --executable e --output o --on-failure retry",
         "run s.sam -o r --executable e --output o --engine cloud"})
     EXPECT_EQ(run(test::wordsOf(words)), kWrongUsage) << words;
   EXPECT_EQ(run(test::wordsOf("status nothing")), kFailed);

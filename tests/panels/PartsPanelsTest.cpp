@@ -6,6 +6,7 @@
 #include <csignal>
 
 #include "model/ModelRequest.h"
+#include "model/OfficeApplication.h"
 #include "panels/MainPanelFixture.h"
 #include "panels/parts/PPartsRun.h"
 #include "parts/Ledger.h"
@@ -46,15 +47,15 @@ class PartsPanels : public test::MainPanelTest {
   PPartsRun* run() { return panel_ ? panel_->partsRun() : nullptr; }
   std::string runPath(const char* name = "") const { return file("s.sam.run") + name; }
   std::string said(const char* label) { return run()->gadget<QLabel>(label)->text().toStdString(); }
-  // Begins a run of six parts with the other fields as they are, or with the policy of that row.
-  void begin(int policy = 0) {
+  // Begins a run of so many parts with the other fields as they are, or with the policy of that row.
+  void begin(int policy = 0, int parts = 6) {
     auto* const timer = new QTimer(panel_->window());
     QObject::connect(timer, &QTimer::timeout, timer, [=] {
       for (QWidget* const top : QApplication::topLevelWidgets()) {
         if (top->objectName() != "PParts" || !top->isVisible()) continue;
         timer->stop();
         timer->deleteLater();
-        top->findChild<QSpinBox*>("NParts")->setValue(6);
+        top->findChild<QSpinBox*>("NParts")->setValue(parts);
         top->findChild<QComboBox*>("OFailure")->setCurrentIndex(policy);
         top->findChild<QPushButton*>("BStart")->click();
         if (top->isVisible()) top->findChild<QPushButton*>("BCancel")->click();  // it was refused, as was shown
@@ -65,9 +66,9 @@ class PartsPanels : public test::MainPanelTest {
     panel_->call("runParts");
   }
   template <class Holds>
-  bool eventually(const Holds& holds) {
+  bool eventually(const Holds& holds, qint64 most = 20'000) {
     QElapsedTimer since;
-    for (since.start(); !holds() && !since.hasExpired(20'000);) QTest::qWait(20);
+    for (since.start(); !holds() && !since.hasExpired(most);) QTest::qWait(20);
     return holds();
   }
   std::size_t count(PartState::Stage stage) { return run()->run().states().count(stage); }
@@ -179,6 +180,47 @@ TEST_F(PartsPanels, isFoundAgainAndGoesOnAfterAKill) {
   panel_->openFile(QString::fromStdString(file("study.psc")));
   EXPECT_FALSE(run()->isVisible());
   EXPECT_EQ(takeShown().size(), 1U);
+}
+
+TEST_F(PartsPanels, stopsAndGoesOn) {
+  behave("trap '' TERM; echo $$ >> " + file("pids") + "; sleep 60; sleep 60");
+  begin();
+  ASSERT_NE(run(), nullptr) << testing::PrintToString(takeShown());
+  ASSERT_TRUE(test::waitForLines(file("pids"), 1));
+  run()->call("stop");
+  EXPECT_TRUE(test::livingProcesses(file("pids")).empty());
+  EXPECT_TRUE(run()->run().holder().empty());
+  EXPECT_EQ(takeShown(), std::vector<std::string>());
+  behave(":");
+  run()->call("goOn");
+  EXPECT_TRUE(eventually([this] { return said("MlDriver") == "The project has the results."; })) << said("MlDriver");
+}
+
+TEST_F(PartsPanels, aWorkbookIsComputedInCopies) {
+  constexpr std::string_view kHelper = TARVEX_SHEET_PROGRAM;
+  if (kHelper.empty()) GTEST_SKIP() << "tarvex-sheet is not built";
+  const std::string book = file("rows.ods");
+  std::filesystem::copy_file(TARVEX_EXAMPLES "/workbook/ishigami.ods", book);
+  const std::string before = test::readFile(book);
+  ModelChoice model;
+  ASSERT_FALSE(acceptModelRequest({.spreadsheet = true, .executable = "Excel Application", .outputFile = book}, model));
+  ASSERT_EQ(controller().acceptModel(std::move(model)), Outcome::Done);
+  controller().userAtWorkbook = false;
+  controller().makeSpreadsheetApplication = [](std::function<bool()> serve) {
+    return std::make_unique<OfficeApplication>(std::move(serve), std::string(TARVEX_SHEET_PROGRAM));
+  };
+  ASSERT_EQ(controller().runModel(RunController::SampleUse::Existing), Outcome::Done)
+      << testing::PrintToString(takeShown());
+  const std::string single = results();
+  test::writeFile(book, before);
+  takeShown();
+  begin(0, 2);
+  ASSERT_NE(run(), nullptr) << testing::PrintToString(takeShown());
+  EXPECT_TRUE(eventually([this] { return said("MlDriver") == "The project has the results."; }, 120'000))
+      << said("MlDriver");
+  EXPECT_EQ(results(), single);
+  EXPECT_EQ(test::readFile(book), before);
+  EXPECT_EQ(takeShown(), std::vector<std::string>());
 }
 
 long residentKilobytes() {

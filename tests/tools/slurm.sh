@@ -4,6 +4,7 @@
 #   slurm.sh TARVEX-BATCH LEVELE FACTORS RIG        skipped (77) where Slurm isn't installed
 set -u
 batch=$1 levele=$2 factors=$3 rig=$4
+book=$(cd "$(dirname "$0")/../../examples/workbook" && pwd)/ishigami.ods
 dir=$(mktemp -d /tmp/tarvex-slurm.XXXXXX)
 trap '"$rig" stop "$dir/rig"; rm -rf "$dir"' EXIT
 "$rig" start "$dir/rig" 2 4
@@ -113,6 +114,17 @@ behave :
 grep -q 'Invalid job array specification' large.out || fault "large: $(cat large.out)"
 "$batch" resume large --engine local > large.out 2>&1
 name=large result
+
+# A workbook, on nodes that have the program and LibreOffice as this machine has.
+if [ -x "$(dirname "$batch")/tarvex-sheet" ]; then
+  cp "$book" book.ods
+  "$batch" run study.sam -o single.spc --workbook book.ods > out 2>&1 || fault "no single run: $(cat out)"
+  cp "$book" book.ods
+  "$batch" run study.sam -o book.spc --workbook book.ods --parts 3 --jobs 2 --engine slurm --directory book \
+    > book.out 2>&1
+  name=book result
+  cmp -s "$book" book.ods || fault "book: the workbook was written"
+fi
 
 echo "$faults faults"
 [ $faults = 0 ]
