@@ -25,7 +25,8 @@ void takeDone(const RunFollower& run, std::vector<Part>& parts, std::vector<std:
   }
 }
 
-// Takes in one more value; `deviation` is the sum of squares meanwhile (B. P. Welford, Technometrics 4, 1962).
+// Takes in one more value, unless it is missing: UaStats, whose definitions these are, would have nothing but nan then.
+// Meanwhile `deviation` is the sum of squares (B. P. Welford, Technometrics 4, 1962).
 void takeValue(OutputSoFar& output, double value) {
   if (std::isnan(value)) return;
   ++output.runs;
@@ -71,9 +72,10 @@ bool readSoFar(const RunFollower& run, std::vector<OutputSoFar>& outputs, std::i
     if (!counting.report(row, results.runCount())) return false;
     for (std::size_t i = 0; i < read.size(); ++i) takeValue(read[i], largest(values, i, read.size()));
   }
-  for (OutputSoFar& output : read)
-    output.deviation =
-        output.runs > 1 ? std::sqrt(output.deviation / (output.runs - 1)) : std::numeric_limits<double>::quiet_NaN();
+  for (OutputSoFar& output : read) {
+    output.deviation = std::sqrt(output.deviation / output.runs);
+    if (output.runs == 0) output.mean = output.minimum = output.maximum = std::numeric_limits<double>::quiet_NaN();
+  }
   outputs = std::move(read);
   runs = results.runCount();
   return true;

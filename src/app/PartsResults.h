@@ -15,7 +15,7 @@ struct OutputSoFar {
   std::string name;
   std::int32_t runs = 0;  // whose value is a number
   double mean = 0.0;
-  double deviation = 0.0;  // of one run less; nan for a single one
+  double deviation = 0.0;  // as in the tables of the analysis; nan without any number, as are the others
   double minimum = 0.0;
   double maximum = 0.0;
 };
