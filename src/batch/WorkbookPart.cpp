@@ -1,7 +1,9 @@
 // A part of a run in parts whose model is a workbook: started by the run's script, in the directory of the part.
 
 #include <algorithm>
+#include <filesystem>
 
+#include "base/ScratchDirectory.h"
 #include "batch/Commands.h"
 #include "batch/PartsModel.h"
 #include "model/CellsRun.h"
@@ -54,6 +56,22 @@ bool computePart(const ModelChoice& model, const PrepConfiguration& prep, std::o
   return false;
 }
 
+// Applications that open one file in the same moment are in each other's way: each has a copy.
+bool copyWorkbook(const std::string& workbook, const std::string& copy, std::string& message) {
+  std::error_code error;
+  std::filesystem::copy_file(workbook, copy, error);
+  if (!error) return true;
+  message = "The workbook cannot be copied: " + error.message() + '\n' + workbook;
+  return false;
+}
+
+// What is said of the copy is meant of the workbook.
+std::string aboutWorkbook(std::string text, const std::string& copy, const std::string& workbook) {
+  for (std::size_t at = text.find(copy); at != std::string::npos; at = text.find(copy, at + workbook.size()))
+    text.replace(at, copy.size(), workbook);
+  return text;
+}
+
 }  // namespace
 
 int runWorkbookPart(const WorkbookPartOptions& options, const Console& console) {
@@ -63,8 +81,12 @@ int runWorkbookPart(const WorkbookPartOptions& options, const Console& console) 
   PartProblem problem;
   std::string message;
   if (!loadSampleFile(options.sampleFile, prep, message, console.watched())) return console.fail(message);
-  if (!chooseWorkbook(options.workbook, options.cells, model, message)) return console.fail(message);
-  if (!computePart(model, prep, console.errors, results, problem)) return console.fail(problem.line());
+  const ScratchDirectory scratch;
+  const std::string copy = scratch.path() + '/' + std::filesystem::path(options.workbook).filename().string();
+  if (!copyWorkbook(options.workbook, copy, message) || !chooseWorkbook(copy, options.cells, model, message))
+    return console.fail(message);
+  if (!computePart(model, prep, console.errors, results, problem))
+    return console.fail(aboutWorkbook(problem.line(), copy, options.workbook));
   return writeModelOutput(options.output, results, message) ? kSucceeded : console.fail(message);
 }
 
