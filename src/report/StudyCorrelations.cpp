@@ -17,13 +17,13 @@ void addCorrelationMap(Document& out, const RunTable& columns, std::size_t facto
   if (factors > kMostFactors)
     return out.add(
         Remark{fmt::format("A map of the rank correlations of {} factors can't be read on a page.", factors)});
-  RunTable shown;
-  shown.runs = columns.runs;
   const std::size_t count = std::min(all, kMostColumns);
-  for (std::size_t i = 0; i < count; ++i) shown.columns.push_back(columns.columns[i]);
+  RunTable part;  // the columns may be large: copies are made only where some are left out
+  part.runs = columns.runs;
+  for (std::size_t i = 0; count < all && i < count; ++i) part.columns.push_back(columns.columns[i]);
   CorrelationMatrix matrix;
   std::string problem;
-  if (!correlateColumns(shown, {}, CorrelationKind::Ranks, matrix, problem, progress)) {
+  if (!correlateColumns(count < all ? part : columns, {}, CorrelationKind::Ranks, matrix, problem, progress)) {
     if (!progress.stopped()) out.add(Remark{problem});
     return;
   }
