@@ -124,7 +124,7 @@ TEST_F(OutputVariablesTest, FailedExpressionsAreZeroAndCounted) {
   EXPECT_TRUE(std::isinf(valuesOf("z")[2]));  // a plain output keeps it
   EXPECT_EQ(variables_.failures(), "");
   EXPECT_TRUE(std::isnan(valuesOf("log(y)")[2]));  // not a number is a result; the function, not the output
-  EXPECT_EQ(valuesOf("log[max] + log"), (std::vector<double>{4.0, 10.0, 12.0}));  // without a time axis: its value
+  EXPECT_EQ(valuesOf("log[max] + log"), (std::vector<double>{4.0, 10.0, 12.0}));    // without a time axis: its value
   EXPECT_EQ(valuesOf("log10(0 * y + 100)"), (std::vector<double>{2.0, 2.0, 2.0}));  // begins as an output does
 }
 
