@@ -7,6 +7,7 @@
 #include "batch/Commands.h"
 #include "batch/PartsModel.h"
 #include "model/CellsRun.h"
+#include "model/ModelChoice.h"
 #include "model/ModelResults.h"
 #include "model/OfficeApplication.h"
 #include "model/SpreadsheetRun.h"
