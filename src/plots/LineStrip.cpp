@@ -12,27 +12,50 @@ constexpr std::size_t kClasses = 256;
 constexpr int kSlotsBeyond = 2 * LineStrip::kMostBeyond;  // slots beyond the plane, on each side
 // Lines further away than this, in pixels, are as good as upright; beyond it single precision would fail.
 constexpr float kFarAway = 1e6F;
+// Borders counted at a time: their sums take vector instructions, and where all lines meet, an addition needn't wait
+// for the one before. With more of them the tables leave the processor's nearest memory.
+constexpr std::size_t kTogether = 2;
 constexpr std::size_t kBlock = 64;  // lines at a time: the arithmetic of a block takes vector instructions
 
-// Counts the lines by their slot at share `t` of their way. Neighbours go to two tables in turn: where all lines meet,
-// an addition needn't wait for the one before.
-void addHits(const float* from, const float* rise, std::size_t count, float t, std::size_t slots, std::uint32_t* hits) {
+// A line's slot at share `t` of its way.
+template <bool isClamped>
+std::int32_t slotAt(float from, float rise, float t, float most) {
+  const float slot = from + rise * t;
+  if constexpr (!isClamped) return static_cast<std::int32_t>(slot);
+  const float low = slot > 0.0F ? slot : 0.0F;
+  return static_cast<std::int32_t>(low < most ? low : most);
+}
+
+// Counts the lines by their slots at the shares of their way, one table for each share, slot by slot.
+template <bool isClamped>
+void addHits(const float* from, const float* rise, std::size_t count, const std::array<float, kTogether>& shares,
+             std::size_t slots, std::uint32_t* hits) {
   const float most = static_cast<float>(slots - 1);
-  std::array<std::int32_t, kBlock> at;
-  const auto place = [&](std::size_t i) {
-    const float slot = from[i] + rise[i] * t;
-    const float low = slot > 0.0F ? slot : 0.0F;
-    return static_cast<std::int32_t>(low < most ? low : most);
-  };
+  std::array<std::array<std::int32_t, kBlock>, kTogether> at;
   std::size_t i = 0;
   for (; i + kBlock <= count; i += kBlock) {
-    for (std::size_t k = 0; k < kBlock; ++k) at[k] = place(i + k);
-    for (std::size_t k = 0; k < kBlock; k += 2) {
-      ++hits[at[k]];
-      ++hits[slots + static_cast<std::size_t>(at[k + 1])];
-    }
+    for (std::size_t table = 0; table < kTogether; ++table)
+      for (std::size_t k = 0; k < kBlock; ++k)
+        at[table][k] = slotAt<isClamped>(from[i + k], rise[i + k], shares[table], most);
+    for (std::size_t k = 0; k < kBlock; ++k)
+      for (std::size_t table = 0; table < kTogether; ++table)
+        ++hits[static_cast<std::size_t>(at[table][k]) * kTogether + table];
   }
-  for (; i < count; ++i) ++hits[place(i)];
+  for (; i < count; ++i)
+    for (std::size_t table = 0; table < kTogether; ++table)
+      ++hits[static_cast<std::size_t>(slotAt<isClamped>(from[i], rise[i], shares[table], most)) * kTogether + table];
+}
+
+// Whether all lines stay among the slots, and a slot away from the outermost, on all of their way.
+bool stayAmong(const float* from, const float* rise, std::size_t count, std::size_t slots) {
+  const float most = static_cast<float>(slots - 2);
+  std::uint32_t others = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const float to = from[i] + rise[i];
+    others |= static_cast<std::uint32_t>(from[i] < 1.0F) | static_cast<std::uint32_t>(from[i] > most) |
+              static_cast<std::uint32_t>(to < 1.0F) | static_cast<std::uint32_t>(to > most);
+  }
+  return others == 0;
 }
 
 std::uint32_t byteOf(float sum, std::uint32_t count) {
@@ -84,41 +107,56 @@ bool LineStrip::sort(std::span<const float> from, std::span<const float> to, std
     from_[place] = start + static_cast<float>(kSlotsBeyond);
     rise_[place] = std::clamp(to[line], -kFarAway, kFarAway) * subRows - start;
   }
+  for (Group& group : groups_)
+    group.isClamped =
+        !stayAmong(from_.data() + group.first, rise_.data() + group.first, group.last - group.first, slots_);
   return here.report(0.0);
 }
 
-// From hits to how many lie in this slot or before it, summed over the slots so far. Both directions in one loop: each
-// sum waits for the one before.
+// From hits to how many lie in this slot or before it, summed over the slots so far. All in one loop: each sum waits
+// for the one before.
 void LineStrip::sumUp() {
-  std::uint32_t linesDown = 0, linesUp = 0;
-  std::uint32_t sumDown = 0, sumUp = 0;
-  for (std::size_t slot = 0; slot < slots_; ++slot) {
-    linesDown += down_[slot] + down_[slots_ + slot];
-    linesUp += up_[slot] + up_[slots_ + slot];
-    down_[slot] = sumDown += linesDown;
-    up_[slot] = sumUp += linesUp;
+  std::array<std::uint32_t, kTogether> linesDown{}, linesUp{}, sumDown{}, sumUp{};
+  std::uint32_t* down = down_.data();
+  std::uint32_t* up = up_.data();
+  for (std::size_t slot = 0; slot < slots_; ++slot, down += kTogether, up += kTogether) {
+    for (std::size_t table = 0; table < kTogether; ++table) linesDown[table] += down[table];
+    for (std::size_t table = 0; table < kTogether; ++table) sumDown[table] += linesDown[table];
+    for (std::size_t table = 0; table < kTogether; ++table) down[table] = sumDown[table];
+    for (std::size_t table = 0; table < kTogether; ++table) linesUp[table] += up[table];
+    for (std::size_t table = 0; table < kTogether; ++table) sumUp[table] += linesUp[table];
+    for (std::size_t table = 0; table < kTogether; ++table) up[table] = sumUp[table];
   }
 }
 
-void LineStrip::countBorder(std::size_t border, const Group& down, const Group& up) {
-  const double x = first_ + static_cast<double>(border) / grid_.subColumns;
-  const auto t = static_cast<float>(std::clamp((x - fromX_) / (toX_ - fromX_), 0.0, 1.0));
+void LineStrip::countBorders(std::size_t border, const Group& down, const Group& up) {
+  std::array<float, kTogether> shares{};
+  for (std::size_t table = 0; table < kTogether; ++table) {
+    const double x = first_ + static_cast<double>(border + table) / grid_.subColumns;
+    shares[table] = static_cast<float>(std::clamp((x - fromX_) / (toX_ - fromX_), 0.0, 1.0));
+  }
   std::fill(down_.begin(), down_.end(), 0);
   std::fill(up_.begin(), up_.end(), 0);
-  addHits(from_.data() + down.first, rise_.data() + down.first, down.last - down.first, t, slots_, down_.data());
-  addHits(from_.data() + up.first, rise_.data() + up.first, up.last - up.first, t, slots_, up_.data());
+  const auto add = [&](const Group& group, std::uint32_t* hits) {
+    const auto addAll = group.isClamped ? addHits<true> : addHits<false>;
+    addAll(from_.data() + group.first, rise_.data() + group.first, group.last - group.first, shares, slots_, hits);
+  };
+  add(down, down_.data());
+  add(up, up_.data());
   sumUp();
-  const auto subRows = static_cast<std::size_t>(grid_.subRows);
-  const std::size_t entering = static_cast<std::size_t>(kSlotsBeyond + grid_.above) - 1;
-  const std::size_t leaving = static_cast<std::size_t>(kSlotsBeyond - grid_.below) - 2;
-  std::uint32_t* entered = entered_.data() + border * rows_;
-  std::uint32_t* left = left_.data() + border * rows_;
-  // Differences of unsigned sums are right even where the sums have run over.
-  for (std::size_t row = 0; row < rows_; ++row) {
-    const std::size_t in = entering + row * subRows;
-    const std::size_t out = leaving + row * subRows;
-    entered[row] = (down_[in + subRows] - down_[in]) - (up_[out + subRows] - up_[out]);
-    left[row] = (up_[in + subRows] - up_[in]) - (down_[out + subRows] - down_[out]);
+  const std::size_t step = static_cast<std::size_t>(grid_.subRows) * kTogether;
+  const std::size_t entering = (static_cast<std::size_t>(kSlotsBeyond + grid_.above) - 1) * kTogether;
+  const std::size_t leaving = (static_cast<std::size_t>(kSlotsBeyond - grid_.below) - 2) * kTogether;
+  for (std::size_t table = 0; table < kTogether && border + table < borders_; ++table) {
+    std::uint32_t* entered = entered_.data() + (border + table) * rows_;
+    std::uint32_t* left = left_.data() + (border + table) * rows_;
+    // Differences of unsigned sums are right even where the sums have run over.
+    for (std::size_t row = 0; row < rows_; ++row) {
+      const std::size_t in = entering + row * step + table;
+      const std::size_t out = leaving + row * step + table;
+      entered[row] = (down_[in + step] - down_[in]) - (up_[out + step] - up_[out]);
+      left[row] = (up_[in + step] - up_[in]) - (down_[out + step] - down_[out]);
+    }
   }
 }
 
@@ -147,7 +185,7 @@ bool LineStrip::count(std::span<const float> from, std::span<const float> to, st
   if (columns_ == 0 || rows_ == 0) return true;
   if (!sort(from, to, classes, progress)) return false;
   std::size_t passed = 0;
-  for (std::vector<std::uint32_t>* hits : {&down_, &up_}) hits->resize(2 * slots_);
+  for (std::vector<std::uint32_t>* hits : {&down_, &up_}) hits->resize(kTogether * slots_);
   for (std::vector<std::uint32_t>* sums : {&entered_, &left_}) sums->resize(borders_ * rows_);
   covered_.resize(columns_ * rows_);
   for (std::vector<float>* sums : {&red_, &green_, &blue_}) sums->resize(columns_ * rows_);
@@ -155,13 +193,13 @@ bool LineStrip::count(std::span<const float> from, std::span<const float> to, st
     const Group& down = groups_[2 * number];
     const Group& up = groups_[2 * number + 1];
     if (down.first == up.last) continue;
-    for (std::size_t border = 0; border < borders_; ++border) {
-      countBorder(border, down, up);
-      passed += up.last - down.first;
+    for (std::size_t border = 0; border < borders_; border += kTogether) {
+      countBorders(border, down, up);
+      passed += kTogether * (up.last - down.first);
       if (passed < kLinesAReport) continue;
       passed = 0;
       const double lines = static_cast<double>(from_.size());
-      const double share = static_cast<double>(border + 1) / static_cast<double>(borders_);
+      const double share = static_cast<double>(border) / static_cast<double>(borders_);
       const double before = static_cast<double>(down.first);
       if (!progress.report((before + share * static_cast<double>(up.last - down.first)) / lines)) return false;
     }

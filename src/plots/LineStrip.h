@@ -43,11 +43,13 @@ class LineStrip {
   // Lines of one class and direction, as places in from_ and rise_.
   struct Group {
     std::size_t first = 0, last = 0;
+    bool isClamped = false;  // some lines leave the slots
   };
 
   [[nodiscard]] bool sort(std::span<const float> from, std::span<const float> to, std::span<const std::uint8_t> classes,
                           const Progress& progress);
-  void countBorder(std::size_t border, const Group& down, const Group& up);
+  // Some borders from this one on.
+  void countBorders(std::size_t border, const Group& down, const Group& up);
   void sumUp();
   void addClass(const Colour& colour);
 
@@ -57,7 +59,7 @@ class LineStrip {
   double fromX_, toX_;
   std::vector<float> from_, rise_;  // of the lines, group after group, in slots: subrows with a margin on both sides
   std::vector<Group> groups_;       // of each class: down, up
-  std::vector<std::uint32_t> down_, up_;       // hits at a border, two tables each; then sums of their sums
+  std::vector<std::uint32_t> down_, up_;       // hits at some borders, slot by slot; then sums of their sums
   std::vector<std::uint32_t> entered_, left_;  // of each border and row: covered to its right, to its left
   std::vector<std::uint32_t> covered_;         // of each column and row
   std::vector<float> red_, green_, blue_;      // the same, times the colours

@@ -130,10 +130,11 @@ bool CobwebPainter::paintLines(const std::vector<std::size_t>& runs, bool droppe
   for (std::size_t axis = 0; axis < chart_.axes.size(); ++axis) {
     if (!placing.report(axis, chart_.axes.size())) return false;
     LineCounts::Axis& into = axes.emplace_back(LineCounts::Axis{layer.pixelX(layout_.axes[axis].x), {}});
-    into.rows.reserve(runs.size());
+    into.rows.resize(runs.size());
     const auto foot = static_cast<float>(layer.pixelY(layout_.levelOf(axis, 0.0F)));
     const auto rise = static_cast<float>(layer.pixelY(layout_.levelOf(axis, 1.0F))) - foot;
-    for (const std::size_t run : runs) into.rows.push_back(foot + rise * chart_.axes[axis].positions[run]);
+    const std::vector<float>& positions = chart_.axes[axis].positions;
+    for (std::size_t i = 0; i < runs.size(); ++i) into.rows[i] = foot + rise * positions[runs[i]];
   }
   std::vector<std::uint8_t> classes;
   classes.reserve(runs.size());
