@@ -71,6 +71,7 @@ bool callWatched(const Progress& progress, Call call) {
   }
   bool going = true;
   while (done.wait_for(kLook) != std::future_status::ready) going = progress.report(0.0) && going;
+  done.get();  // throws what the call threw
   return going && progress.report(1.0);
 }
 
@@ -131,10 +132,15 @@ bool renderVector(const Figure& figure, PictureFormat format, const Progress& pr
     cairo_surface_finish(surface.get());  // what could not be written is known only now
     status = cairo_surface_status(surface.get());
     surface.reset();  // takes its time, too, where the page holds large images
+    // So does each look through a file of many megabytes.
+    if (format == PictureFormat::Ps || format == PictureFormat::Eps) dropCreationDate(content);
+    if (format == PictureFormat::Svg) {
+      texts.writeInto(content);
+      renumber(content, "image");
+      renumber(content, "surface");
+    }
   };
-  if (!drawn || !callWatched(progress.part(kDrawnShare, 1.0), write) || status != CAIRO_STATUS_SUCCESS) return false;
-  texts.writeInto(content);
-  return true;
+  return drawn && callWatched(progress.part(kDrawnShare, 1.0), write) && status == CAIRO_STATUS_SUCCESS;
 }
 
 }  // namespace
@@ -161,11 +167,6 @@ std::string renderPicture(const Figure& figure, PictureFormat format, double zoo
   const bool rendered = format == PictureFormat::Png ? renderImage(figure, zoom, progress, content)
                                                      : renderVector(figure, format, progress, content);
   if (!rendered) return {};
-  if (format == PictureFormat::Ps || format == PictureFormat::Eps) dropCreationDate(content);
-  if (format == PictureFormat::Svg) {
-    renumber(content, "image");
-    renumber(content, "surface");
-  }
   return content;
 }
 
