@@ -47,6 +47,7 @@ CobwebLayout::AxisPlace placeOf(const CobwebAxis& axis, const Axis& shown, const
 }
 
 std::string limitText(const CobwebAxis& axis, double own, double shown, double span) {
+  if (std::isnan(own)) return {};
   return axis.lower < axis.upper ? limitNumber(shown, span) : limitNumber(own, 0.0);
 }
 

@@ -127,7 +127,7 @@ struct XyChart {
 // Parallel vertical axes, and a line a run from axis to axis.
 struct CobwebAxis {
   std::string name;
-  double lower = 0.0;  // lower == upper for a constant column: its lines pass in the middle
+  double lower = 0.0;  // lower == upper for a constant column: its lines pass in the middle; nan: no run has a number
   double upper = 1.0;
   std::optional<std::pair<double, double>> filter;  // marked on the axis
   std::vector<float> positions = {};                // of the runs: 0 at the foot, 1 at the top

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "plots/Ticks.h"
 #include "plots/runPlots.h"
@@ -77,6 +78,7 @@ std::string emptyColumns(const RunTable& table, const std::vector<Limits>& limit
 CobwebAxis axisOf(const RunColumn& column, std::size_t number, const Limits& limits,
                   const std::vector<RunRange>& filters) {
   CobwebAxis axis{column.name, limits.lower, limits.upper, std::nullopt};
+  if (isEmptyColumn(column, limits)) axis.lower = axis.upper = std::numeric_limits<double>::quiet_NaN();
   for (const RunRange& filter : filters) {
     if (filter.column != number) continue;
     if (!axis.filter) axis.filter.emplace(filter.lower, filter.upper);

@@ -1,6 +1,7 @@
 #include "toolkit/ChartBrush.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "plots/Figure.h"
@@ -61,7 +62,7 @@ bool ChartBrush::dragTo(const CobwebChart& chart, double value) {
 
 bool ChartBrush::move(const CobwebChart& chart, std::size_t axis, double by) {
   const BrushRange* const range = on(axis);
-  if (range == nullptr || axis >= chart.axes.size()) return false;
+  if (range == nullptr || axis >= chart.axes.size() || std::isnan(chart.axes[axis].lower)) return false;
   const double step = by * (chart.axes[axis].upper - chart.axes[axis].lower);
   return put(within(chart.axes[axis], {axis, range->lower + step, range->upper + step}));
 }

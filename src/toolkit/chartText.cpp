@@ -136,7 +136,9 @@ struct ChartWords {
   QString operator()(const CobwebChart& chart) const {
     QStringList axes;
     for (const CobwebAxis& axis : chart.axes)
-      axes << QString::fromStdString(axis.name) + " from " + text(axis.lower) + " to " + text(axis.upper);
+      axes << QString::fromStdString(axis.name) + (std::isnan(axis.lower)
+                                                       ? QString(" without a number")
+                                                       : " from " + text(axis.lower) + " to " + text(axis.upper));
     return groupedNumber(static_cast<std::int64_t>(chart.runCount())) + " runs over the axes " + axes.join(", ");
   }
   QString operator()(const BarChart& chart) const {

@@ -166,10 +166,12 @@ const std::map<QString, Named> kNamed = {
     {"PPlotsPage2", {"MaSamples BPrevious BNext BNotation BSaveTable", "next previous saveTable", "notation"}},
     {"PPlotsPage3", {"MaCorrelations OKind MlPair", "checkValue saveCorrTable", "correlationKind pair map notation"}},
     {"PScatter",
-     {"SpSamples RSelected MlFirstVar MlSecondVar OFirst OSecond TLogFirst TLogSecond TJitter TShade MlKept MlMessage",
+     {"SpSamples RSelected MlFirstVar MlSecondVar OFirst OSecond TLogFirst TLogSecond TJitter TShade LTime HsTime "
+      "MlTime "
+      "MlKept MlMessage",
       "saveImg close save", "choose scale frame complement allRuns saveRuns"}},
     {"PCobwebs",
-     {"TeBackground TShowDropped TSystemColours MlKept MlMessage", "saveImg save close",
+     {"TeBackground TShowDropped TSystemColours LTime HsTime MlTime MlKept MlMessage", "saveImg save close",
       "filters showDropped colours complement allRuns saveRuns"}},
     {"PCobSelect", {"OAxis NLowerBound NUpperBound MlRange MlMessage", "cancel apply reset", "choose edited"}},
     {"PHistogram",

@@ -191,7 +191,13 @@ TEST_F(ResultStudies, TheSliderPicksTheTimeOfAllWindows) {
   desk_.open(std::make_unique<PSaSingle>(desk_, controller().analysis(), 1));
   desk_.open(std::make_unique<PForecast>(desk_, controller().analysis(), 1, 0, 0));
   desk_.open(std::make_unique<PVisualSA>(desk_, selection));
-  ASSERT_EQ(desk_.panels().size(), 6U);
+  desk_.open(std::make_unique<PScatter>(desk_, selection, 0, column(variables[1])));
+  desk_.open(std::make_unique<PCobwebs>(desk_, selection, std::vector{std::size_t{0}, column(variables[1])}));
+  ASSERT_EQ(desk_.panels().size(), 8U);
+  std::string message;
+  ASSERT_TRUE(selection->setFilter(0, -1e9, 1e9, message) &&
+              selection->setFilter(column(variables[1]), -1.0, 2.0, message) &&
+              selection->setRegion({0, -5.0, 5.0}, {column(variables[1]), -3.0, 4.0}, message));
   Panel& single = *desk_.panels()[0];
   Panel& histogram = *desk_.panels()[1];
   Panel& measures = *desk_.panels()[2];
@@ -207,17 +213,26 @@ TEST_F(ResultStudies, TheSliderPicksTheTimeOfAllWindows) {
   EXPECT_EQ(single.gadget<QComboBox>("OVariable")->currentText(), third);
   EXPECT_EQ(measures.gadget<QComboBox>("ScPieName")->currentText(), third);
   EXPECT_EQ(histogram.gadget<QComboBox>("OFactor")->currentText(), "V - " + third);
-  for (const std::size_t panel : {0, 3, 4, 5})
+  for (const std::size_t panel : {0, 3, 4, 5, 6, 7})
     EXPECT_TRUE(desk_.panels()[panel]->gadget<QLabel>("MlTime")->text().endsWith("time 3 of 3")) << panel;
   EXPECT_EQ(desk_.panels()[3]->gadget<QLabel>("MlTitle")->text(), "All measures of " + third);
   EXPECT_TRUE(desk_.panels()[4]->gadget<ChartView>("ChForecast")->figure().subtitle.starts_with(variables[3]));
   EXPECT_EQ(visual.gadget<QListWidget>("SlSelected")->item(0)->text(), "V - " + third);
   EXPECT_EQ(visual.gadget<QListWidget>("SlSelected")->item(1)->text(), "V - " + QString::fromStdString(variables[2]))
       << "two columns don't become the same";
+  EXPECT_EQ(desk_.panels()[6]->gadget<QComboBox>("OSecond")->currentText(), "V - " + third);
+  EXPECT_EQ(
+      std::get<CobwebChart>(desk_.panels()[7]->gadget<ChartView>("TeBackground")->figure().charts.at(0)).axes[1].name,
+      variables[3]);
+  ASSERT_EQ(selection->filters().size(), 2U) << "the filters go with their axes";
+  EXPECT_EQ(selection->filters()[0].column, 0U);
+  EXPECT_EQ(selection->filters()[1].column, column(variables[3]));
+  EXPECT_EQ(selection->filters()[1].upper, 2.0);
+  EXPECT_EQ(selection->region()[1].column, column(variables[3])) << "and so does the region";
+  EXPECT_EQ(selection->region()[1].lower, -3.0);
 
   single.gadget<QTabWidget>("NoVariable")->setCurrentIndex(3);
   TimeBands bands;
-  std::string message;
   ASSERT_TRUE(computeTimeBands(project.model, outputs, outputs[0], bands, message)) << message;
   const Figure& shown = single.gadget<ChartView>("ScTimes")->figure();
   ASSERT_EQ(shown.charts.size(), 1U);
@@ -234,6 +249,8 @@ TEST_F(ResultStudies, TheSliderPicksTheTimeOfAllWindows) {
   EXPECT_EQ(single.gadget<ChartView>("ScTimes")->figure().charts.size(), 1U) << "what it has stays";
   PHistogram other(desk_, desk_.selection(), {0});
   EXPECT_FALSE(other.gadget<QSlider>("HsTime")->isVisibleTo(other.window()));
+  EXPECT_TRUE(desk_.panels()[3]->gadget<QLabel>("MlTitle")->text().contains("Past: "));
+  EXPECT_TRUE(desk_.panels()[4]->gadget<QLabel>("MlForecast")->text().contains("Past: "));
 }
 
 TEST_F(ResultStudies, APanelStaysOpenUntilItsWorkIsThrough) {

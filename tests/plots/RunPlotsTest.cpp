@@ -117,6 +117,7 @@ TEST(CobwebPlot, coloursRunsByTheFirstColumnAndPutsDroppedOnesBehind) {
   const Figure none = cobwebPlot(tableOf({{kNan, kNan}, {0.0, 0.0}}), {});
   EXPECT_THAT(none.subtitle, HasSubstr("; without a number: ")) << "it is nowhere, not at 0";
   EXPECT_THAT(none.legend.at(0).text, HasSubstr(" has no number in any run"));
+  EXPECT_TRUE(std::isnan(std::get<CobwebChart>(none.charts.front()).axes[0].lower)) << "no limits of its own";
   const Figure widest = cobwebPlot(tableOf({{-1e308, 1e308, 0.0}}), {});
   EXPECT_THAT(std::get<CobwebChart>(widest.charts.front()).axes[0].positions, ElementsAre(0.0f, 1.0f, 0.5f));
   EXPECT_THAT(cobwebPlot({}, {}).charts, IsEmpty());

@@ -26,7 +26,9 @@ PCobSelect::PCobSelect(const Display& display, const RunTable& table, const std:
   for (const std::size_t column : columns) {
     gadget<QComboBox>("OAxis")->addItem(QString::fromStdString(table.columns[column].label()));
     const auto [lower, upper] = finiteRange(table.columns[column]);
-    Draft draft{text(lower), text(upper), text(lower), text(upper)};
+    const QString least = lower <= upper ? text(lower) : QString();
+    const QString most = lower <= upper ? text(upper) : QString();
+    Draft draft{least, most, least, most};
     Bounds bounds{column, std::nullopt};
     for (const RunRange& filter : filters) {
       if (filter.column != column) continue;
@@ -52,7 +54,8 @@ std::size_t PCobSelect::axis() {
 
 void PCobSelect::choose() {
   const Draft& draft = drafts_[axis()];
-  gadget<QLabel>("MlRange")->setText(draft.fullLower + " to " + draft.fullUpper);
+  gadget<QLabel>("MlRange")->setText(draft.fullLower.isEmpty() ? "no numbers"
+                                                               : draft.fullLower + " to " + draft.fullUpper);
   gadget<QLineEdit>("NLowerBound")->setText(draft.lower);
   gadget<QLineEdit>("NUpperBound")->setText(draft.upper);
   edited();

@@ -1,6 +1,8 @@
 #include "panels/plots/PCobwebs.h"
 
 #include <QCheckBox>
+#include <algorithm>
+#include <utility>
 
 #include "app/RunController.h"
 #include "panels/plots/PCobSelect.h"
@@ -9,9 +11,20 @@
 #include "toolkit/ChartView.h"
 
 namespace tarvex {
+namespace {
+
+constexpr int kRedrawCobwebMilliseconds = 80;
+
+}  // namespace
 
 PCobwebs::PCobwebs(ResultDesk& desk, std::shared_ptr<Selection> selection, std::vector<std::size_t> columns)
-    : RunPanel(desk, std::move(selection), "PCobwebs", "Cobwebs", "Cobwebs plot"), columns_(std::move(columns)) {
+    : RunPanel(desk, std::move(selection), "PCobwebs", "Cobwebs", "Cobwebs plot"),
+      columns_(std::move(columns)),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t) { moveInTime(); }) {
+  redraw_.setSingleShot(true);
+  redraw_.setInterval(kRedrawCobwebMilliseconds);
+  connect(&redraw_, &QTimer::timeout, this, [this] { draw(); });
   auto* const chart = gadget<ChartView>("TeBackground");
   chart->setEmptyText("There are no runs, or the drawing was stopped.");
   // The selection has the values, of which the chart knows rounded places alone; other plots may filter, too.
@@ -36,17 +49,44 @@ void PCobwebs::draw() {
   for (const std::size_t column : columns_) shown.columns.push_back(table().columns[column]);
   const ColourSet colours = gadget<QCheckBox>("TSystemColours")->isChecked() ? ColourSet::System : ColourSet::Distinct;
   Figure figure;
+  const auto work = [&](const Progress& progress, std::string&) {
+    figure = cobwebPlot(shown, {}, true, colours, progress);
+    return true;
+  };
   // After a stop there is no picture, and the chart says so.
-  static_cast<void>(
-      desk().controller().perform("Drawing a cobweb", shown.runs, [&](const Progress& progress, std::string&) {
-        figure = cobwebPlot(shown, {}, true, colours, progress);
-        return true;
-      }));
+  if (desk().controller().perform("Drawing a cobweb", shown.runs, work) == Outcome::Busy) return redraw_.start();
   gadget<ChartView>("TeBackground")->show(std::move(figure));
   showSelection();
 }
 
+// A filter goes with its axis, at the same values, unless the column there has one of its own.
+void PCobwebs::moveInTime() {
+  if (!isVisible()) return;
+  const std::vector<std::size_t> before = std::exchange(columns_, slider_.allAtPicked(columns_));
+  slider_.setShown(columns_);
+  brushing_ = true;  // the picture still has the axes of before
+  std::string message;
+  for (std::size_t axis = 0; axis < columns_.size(); ++axis) {
+    if (columns_[axis] == before[axis]) continue;
+    const std::vector<RunRange> filters = selection().filters();
+    const auto moved = std::ranges::find(filters, before[axis], &RunRange::column);
+    if (moved == filters.end()) continue;
+    selection().clearFilter(before[axis]);
+    // It was a range before.
+    if (std::ranges::find(filters, columns_[axis], &RunRange::column) == filters.end())
+      static_cast<void>(selection().setFilter(columns_[axis], moved->lower, moved->upper, message));
+  }
+  brushing_ = false;
+  draw();
+}
+
 void PCobwebs::showSelection() {
+  if (known_ != table().columns.size()) {
+    known_ = table().columns.size();
+    const ProjectConfiguration& project = desk().controller().project();
+    slider_.setVariables(table(), project.vels.outputNames(project.model));
+    slider_.setShown(columns_);
+  }
   if (brushing_) return;
   std::vector<BrushRange> ranges;
   for (const RunRange& filter : selection().filters())

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "app/RunController.h"
 #include "base/NumberText.h"
+#include "panels/vels/ResultDesk.h"
 #include "plots/runPlots.h"
 #include "toolkit/Dialogs.h"
 #include "toolkit/allow.h"
@@ -28,7 +30,9 @@ QString rangeOf(const RunColumn& column) {
 }  // namespace
 
 PScatter::PScatter(ResultDesk& desk, std::shared_ptr<Selection> selection, std::size_t x, std::size_t y)
-    : RunPanel(desk, std::move(selection), "PScatter", "Scattergram", "Scattergram") {
+    : RunPanel(desk, std::move(selection), "PScatter", "Scattergram", "Scattergram"),
+      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
+              [this](std::int32_t) { moveInTime(); }) {
   fillColumns();
   gadget<QComboBox>("OFirst")->setCurrentIndex(static_cast<int>(x));
   gadget<QComboBox>("OSecond")->setCurrentIndex(static_cast<int>(y));
@@ -51,12 +55,43 @@ std::size_t PScatter::column(bool across) {
 
 // Analysed variables join the table; those that were there keep their places.
 void PScatter::fillColumns() {
+  if (listed_ == table().columns.size()) return;
+  const ProjectConfiguration& project = desk().controller().project();
+  slider_.setVariables(table(), project.vels.outputNames(project.model));
   for (; listed_ < table().columns.size(); ++listed_)
     for (const char* const list : {"OFirst", "OSecond"})
       addName(*gadget<QComboBox>(list), QString::fromStdString(table().columns[listed_].label()));
+  slider_.setShown({column(false), column(true)});
+}
+
+// A region between these columns goes with them, at the same values.
+void PScatter::moveInTime() {
+  if (!isVisible()) return;
+  const std::vector<std::size_t> picked = slider_.allAtPicked({column(false), column(true)});
+  const bool moves = picked[0] != column(false) || picked[1] != column(true);
+  const std::vector<RunRange> region = moves && hasRegion() ? selection().region() : std::vector<RunRange>();
+  gadget<QComboBox>("OSecond")->setCurrentIndex(static_cast<int>(picked[0]));
+  gadget<QComboBox>("OFirst")->setCurrentIndex(static_cast<int>(picked[1]));
+  describe();
+  draw();
+  if (!region.empty())
+    frame({.lowerX = region[0].lower, .upperX = region[0].upper, .lowerY = region[1].lower, .upperY = region[1].upper});
+}
+
+bool PScatter::hasRegion() {
+  const std::vector<RunRange>& region = selection().region();
+  return region.size() == 2 && region[0].column == column(true) && region[1].column == column(false);
 }
 
 void PScatter::choose() {
+  describe();
+  gadget<QCheckBox>("TJitter")->setChecked(gadget<QCheckBox>("TJitter")->isEnabled());
+  gadget<QCheckBox>("TShade")->setChecked(isCrowded(table().runs));
+  draw();
+}
+
+void PScatter::describe() {
+  slider_.setShown({column(false), column(true)});
   const RunColumn& x = table().columns[column(true)];
   const RunColumn& y = table().columns[column(false)];
   gadget<QLabel>("MlFirstVar")->setText(rangeOf(x));
@@ -72,9 +107,7 @@ void PScatter::choose() {
   scale("TLogSecond", y);
   const bool discrete = isDiscrete(x) || isDiscrete(y);
   allow(*gadget<QCheckBox>("TJitter"), discrete ? QString() : "Neither column has only a few values.");
-  gadget<QCheckBox>("TJitter")->setChecked(discrete);
-  gadget<QCheckBox>("TShade")->setChecked(isCrowded(table().runs));
-  draw();
+  if (!discrete) gadget<QCheckBox>("TJitter")->setChecked(false);
 }
 
 void PScatter::draw() {
@@ -96,10 +129,9 @@ void PScatter::showSelection() {
   auto* const chart = gadget<ChartView>("SpSamples");
   chart->setDropped(selection().dropped());
   const std::vector<RunRange>& region = selection().region();
-  const bool here = region.size() == 2 && region[0].column == column(true) && region[1].column == column(false);
   chart->setRegion(
-      0, here ? std::optional(ChartView::Box{region[0].lower, region[0].upper, region[1].lower, region[1].upper})
-              : std::nullopt);
+      0, hasRegion() ? std::optional(ChartView::Box{region[0].lower, region[0].upper, region[1].lower, region[1].upper})
+                     : std::nullopt);
 }
 
 void PScatter::frame(const ChartView::Box& box) {

@@ -5,12 +5,9 @@
 #include <QComboBox>
 #include <QKeySequence>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTabWidget>
-#include <charconv>
-#include <cmath>
 #include <numeric>
 #include <utility>
 
@@ -23,7 +20,6 @@
 #include "panels/vels/saveMeasures.h"
 #include "plots/RunTable.h"
 #include "postproc/SavedTables.h"
-#include "postproc/UaCurves.h"
 #include "toolkit/ChartView.h"
 #include "toolkit/Notebook.h"
 #include "toolkit/TableView.h"
@@ -31,16 +27,6 @@
 #include "toolkit/longNames.h"
 
 namespace tarvex {
-namespace {
-
-// The shortest text that is read back as this number.
-QString singleText(float value) {
-  if (std::isnan(value)) return "nan";  // whatever its sign
-  char text[kMaxNumberText];
-  return QString::fromLatin1(text, std::to_chars(text, text + sizeof text, value).ptr - text);
-}
-
-}  // namespace
 
 PUaSingle::PUaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> analysis, std::int32_t variable)
     : Panel(desk.display(), "PUaSingle", "SelVar",
@@ -200,39 +186,6 @@ void PUaSingle::showChart() {
   view->setEmptyText(made.charts.empty() ? "There is no histogram: " + QString::fromStdString(made.subtitle) + '.'
                                          : QString());
   view->show(std::move(made));
-}
-
-void PUaSingle::showPoints() {
-  std::vector<CellTable::Column> columns;
-  for (const char* const heading : kPointHeadings) columns.push_back({heading});
-  std::vector<QStringList> cells;
-  for (const auto& point : curvePoints(statistics_, variable_, scale_)) {
-    QStringList row;
-    for (const std::string& cell : point) row << QString::fromStdString(cell).trimmed();
-    cells.push_back(row);
-  }
-  gadget<TableView>("MaPoints")->setSource(std::make_shared<CellTable>(columns, cells));
-}
-
-// The interval of the chart: from the first point to the last one.
-void PUaSingle::showBounds() {
-  const UaCurves curves = makeUaCurves(statistics_, variable_, scale_);
-  gadget<QLineEdit>("NLower")->setText(singleText(curves.x.front()));
-  gadget<QLineEdit>("NUpper")->setText(singleText(curves.x.back()));
-  boundSet();
-}
-
-void PUaSingle::boundSet() {
-  double lower = 0.0;
-  double upper = 0.0;
-  const bool areNumbers = isNumber(gadget<QLineEdit>("NLower")->text().toStdString(), lower) &&
-                          isNumber(gadget<QLineEdit>("NUpper")->text().toStdString(), upper);
-  const bool hasBins = statistics_.hasHistogram(variable_, scale_);
-  const double probability =
-      areNumbers ? std::min(1.0, statistics_.intervalProbability(lower, upper, variable_, scale_)) : 0.0;
-  gadget<QLabel>("NValue")->setText(!areNumbers ? "two numbers are needed"
-                                    : !hasBins  ? "no bins"
-                                                : statisticText(probability));
 }
 
 void PUaSingle::chooseVariable() {
