@@ -9,6 +9,7 @@
 
 #include "app/RunController.h"
 #include "base/Paths.h"
+#include "base/ScratchDirectory.h"
 #include "batch/PartsDisplay.h"
 #include "batch/PartsModel.h"
 #include "batch/StopSignals.h"
@@ -98,6 +99,8 @@ bool runParts(PartsRun& run, const ProjectConfiguration& project, PartsDisplay& 
                           [&display](const std::string& text) { display.tell(text); }};
   coordinator = std::make_unique<Coordinator>(run.record, run.directory, sample, run.site, watch);
   const Coordinator::Ending ending = coordinator->run(message);
+  // Beside the working files, what killed processes left goes when something is made there.
+  const ScratchDirectory cleaning;
   if (ending == Coordinator::Ending::Stopped)
     display.tell("Stopped: " + partsText(coordinator->states()) + ". `tarvex-batch resume " + run.directory.path() +
                  "` goes on.");
