@@ -41,15 +41,17 @@ std::string linesOf(const CellBlock& block, std::string text = kOk) {
 
 }  // namespace
 
-void Commands::serve() {
+bool Commands::serve() {
+  bool isAsked = false;
   std::string line;
-  while (std::getline(in_, line)) {
+  while (!isAsked && std::getline(in_, line)) {
     const Words words = fieldsOf(line);
+    isAsked = words[0] == "quit";
     out_ << answer(words) << '\n' << std::flush;
-    if (words[0] == "quit") break;
   }
-  // Else a document that was changed could hold up the end.
+  // Else a document that was changed could hold up the end, and its lock would stay.
   answer({"close"});
+  return isAsked;
 }
 
 std::string Commands::answer(const Words& words) {

@@ -15,8 +15,8 @@ class Commands {
  public:
   Commands(Office& office, std::istream& in, std::ostream& out) : office_(office), in_(in), out_(out) {}
 
-  // Until the request to quit, or the end of the input.
-  void serve();
+  // Until the request to quit, or the end of the input: false for that. Then no workbook is open.
+  bool serve();
 
  private:
   using Words = std::vector<std::string>;

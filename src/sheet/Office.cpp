@@ -31,7 +31,7 @@ using com::sun::star::uno::UNO_QUERY_THROW;
 
 const std::string kProgramDirectory = TARVEX_OFFICE_PROGRAM;
 constexpr const char* kHex = "0123456789abcdef";
-constexpr int kSlice = 50;        // milliseconds between two looks
+constexpr int kSlice = 10;        // milliseconds between two looks
 constexpr int kStepOfWait = 200;  // while the user works
 constexpr int kEndLimit = 5000;   // for a termination that was asked for
 
@@ -92,7 +92,9 @@ void Office::start(bool visible) {
     throw Failure{"Workbooks need LibreOffice Calc: install the package libreoffice-calc."};
   useUtf8();
   writeSettings();
-  spawn(visible);
+  writeBuild();
+  visible_ = visible;
+  spawn();
   connect();
 }
 
@@ -116,7 +118,17 @@ void Office::writeSettings() const {
   if (!out) throw Failure{"LibreOffice cannot be started: its profile cannot be written in " + directory_ + '.'};
 }
 
-void Office::spawn(bool visible) {
+// A profile that bears the mark of another build, or none, has its extensions registered anew, after which LibreOffice
+// starts a second time. This one has none: with the mark one start will do.
+void Office::writeBuild() const {
+  rtl::OUString build;
+  if (!rtl::Bootstrap(fileUrl(kProgramDirectory + "/versionrc")).getFrom("buildid", build)) return;
+  std::error_code error;
+  std::filesystem::create_directories(directory_ + "/profile/user/extensions", error);
+  std::ofstream(directory_ + "/profile/user/extensions/buildid") << utf8(build);  // without it both starts are done
+}
+
+void Office::spawn() {
   for (const char* name : {"TEMP", "TMP", "TMPDIR"}) ::setenv(name, directory_.c_str(), 1);
   std::vector<std::string> words = {kProgramDirectory + "/soffice",
                                     "-env:UserInstallation=" + utf8(fileUrl(directory_ + "/profile")),
@@ -125,7 +137,7 @@ void Office::spawn(bool visible) {
                                     "--nodefault",
                                     "--nolockcheck",
                                     "--accept=pipe,name=" + pipeName() + ";urp;"};
-  if (!visible) words.emplace_back("--headless");
+  if (!visible_) words.emplace_back("--headless");
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
@@ -191,14 +203,18 @@ bool Office::waitFor(int milliseconds) {
   return true;
 }
 
-void Office::end() {
+bool Office::terminate() {
   try {
     const Reference<com::sun::star::frame::XDesktop> desktop(desktop_, com::sun::star::uno::UNO_QUERY);
     if (desktop.is() && running()) desktop->terminate();
   } catch (const com::sun::star::uno::Exception&) {
     // It is gone already, or will be.
   }
-  const bool ended = waitFor(desktop_.is() ? kEndLimit : 0);
+  return waitFor(desktop_.is() ? kEndLimit : 0);
+}
+
+void Office::end(bool isAwaited) {
+  const bool ended = isAwaited && !visible_ ? !running() : terminate();
   desktop_.clear();
   std::error_code ignored;
   for (const std::string& pipe : pipes()) std::filesystem::remove(pipe, ignored);

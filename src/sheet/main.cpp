@@ -20,8 +20,7 @@ int main(int argc, char** argv) {
   tarvex::office::Office office(argv[1]);
   {
     tarvex::office::Commands commands(office, std::cin, std::cout);
-    commands.serve();
-    office.end();
+    office.end(commands.serve());
   }
   // Threads of the connection may still run.
   ::_exit(0);
