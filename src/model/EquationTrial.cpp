@@ -47,7 +47,11 @@ std::string failureOf(const Evaluator& evaluator, std::string_view text) {
   return reason + " at character " + std::to_string(evaluator.evalErrorColumn()) + " of " + inQuotes(text);
 }
 
+// The evaluator sees an unknown function only behind its arguments.
 std::size_t placeOf(const Evaluator& evaluator, const std::string& text) {
+  const std::string_view function =
+      evaluator.evalErrorText() == kNoFunction ? unknownFunction(text) : std::string_view();
+  if (!function.empty()) return static_cast<std::size_t>(function.data() - text.data());
   return placeInText(text, evaluator.evalErrorLine(), evaluator.evalErrorColumn());
 }
 

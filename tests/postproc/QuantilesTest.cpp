@@ -91,7 +91,7 @@ TEST(VariableTrial, saysWhereATextGoesWrong) {
               {"a = 2; a * Q", "unknown name 'Q'", 11},
               {"Y[max] + Y[soon]", "a bracket holds a time or the word max", 11},
               {"X", "The model has no output \"X\".", 0},
-              {"2 * foo(Y[max])", "unknown function 'foo'", 15}};
+              {"2 * foo(Y[max])", "unknown function 'foo'", 4}};
   for (const auto& row : rows) {
     const VariableTrial trial = tryVariable(row.text, {"Y", "Z"});
     EXPECT_EQ(trial.reason, row.reason) << row.text;
