@@ -266,7 +266,7 @@ void addDemo(CLI::App& app, DemoOptions& options, Command& command) {
 CommandLine parseCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& errors) {
   CLI::App app("Uncertainty and sensitivity analysis of numerical models", "tarvex-batch");
   app.get_formatter()->column_width(34);
-  app.set_version_flag("--version", "tarvex-batch " + versionsInUse().front().second);
+  app.set_version_flag("--version", "tarvex-batch " + programVersion());
   CommandLine line;
   Command& command = line.command;
   SampleOptions sample;

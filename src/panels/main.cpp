@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--help") == 0) return std::fputs(kHelp, stdout) < 0 ? 1 : 0;
     if (std::strcmp(argv[i], "--version") == 0)
-      return std::printf("tarvex %s\n", tarvex::versionsInUse().front().second.c_str()) < 0 ? 1 : 0;
+      return std::printf("tarvex %s\n", tarvex::programVersion().c_str()) < 0 ? 1 : 0;
   }
   if (argc > 2 && std::strcmp(argv[1], "--failed") == 0) return tellFailure(argc, argv, argv[2]);
   tarvex::endOnLibraryFailure("tarvex");

@@ -51,6 +51,13 @@ bool drawChartLayer(Canvas& canvas, FigureLayer layer, const Chart& chart, const
       chart, layout);
 }
 
+// What is asked of fonts.
+FcObjectSet* familyAlone() {
+  FcObjectSet* asked = FcObjectSetCreate();
+  FcObjectSetAdd(asked, FC_FAMILY);
+  return asked;
+}
+
 }  // namespace
 
 bool drawLayer(cairo_t* context, const Figure& figure, const FigureLayout& layout, FigureLayer layer,
@@ -96,7 +103,7 @@ bool hasFont() {
   // Asked once: fonts that are installed later are seen by the next start.
   static const bool has = [] {
     FcPattern* any = FcPatternCreate();
-    FcObjectSet* family = FcObjectSetBuild(FC_FAMILY, nullptr);
+    FcObjectSet* family = familyAlone();
     FcFontSet* fonts = FcFontList(nullptr, any, family);
     const bool found = fonts != nullptr && fonts->nfont > 0;
     if (fonts != nullptr) FcFontSetDestroy(fonts);
@@ -110,7 +117,7 @@ bool hasFont() {
 bool hasFont(const std::string& family) {
   FcPattern* wanted = FcPatternCreate();
   FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
-  FcObjectSet* nothing = FcObjectSetBuild(FC_FAMILY, nullptr);
+  FcObjectSet* nothing = familyAlone();
   FcFontSet* fonts = FcFontList(nullptr, wanted, nothing);
   const bool found = fonts != nullptr && fonts->nfont > 0;
   if (fonts != nullptr) FcFontSetDestroy(fonts);

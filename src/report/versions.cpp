@@ -8,9 +8,13 @@
 
 namespace tarvex {
 
+std::string programVersion() {
+  return TARVEX_VERSION;
+}
+
 std::vector<std::pair<std::string, std::string>> versionsInUse() {
   return {
-      {"Tarvex", TARVEX_VERSION},
+      {"Tarvex", programVersion()},
       {"Boost.Math", fmt::format("{}.{}.{}", BOOST_VERSION / 100000, BOOST_VERSION / 100 % 1000, BOOST_VERSION % 100)},
       {"cairo", drawingVersion()},
       {"compiler", __VERSION__},

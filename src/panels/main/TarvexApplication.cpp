@@ -22,7 +22,7 @@ constexpr int kTop = 154;
 }  // namespace
 
 TarvexApplication::TarvexApplication(int& argc, char** argv)
-    : application_(argc, argv, "Tarvex", QString::fromStdString(versionsInUse().front().second)) {}
+    : application_(argc, argv, "Tarvex", QString::fromStdString(programVersion())) {}
 
 TarvexApplication::~TarvexApplication() = default;
 
