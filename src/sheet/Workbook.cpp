@@ -18,6 +18,7 @@
 #include <com/sun/star/util/XCloseable.hpp>
 #include <com/sun/star/util/XModifiable.hpp>
 #include <cstring>
+#include <filesystem>
 
 namespace tarvex::office {
 
@@ -61,6 +62,12 @@ uno::Any valueOf(const SheetCell& cell) {
   return uno::Any(text != nullptr ? fromUtf8(*text) : rtl::OUString());
 }
 
+// By the file that spreadsheet applications lay beside a workbook that they have open.
+bool isLocked(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::exists(path.parent_path() / (".~lock." + path.filename().string() + '#'), error);
+}
+
 }  // namespace
 
 SheetCell cellOf(const uno::Any& value) {
@@ -73,7 +80,12 @@ SheetCell cellOf(const uno::Any& value) {
 
 void Workbook::open(const Office& office, const std::string& path, Use use, bool visible) {
   const std::string cannot = "The workbook cannot be opened: ";
+  const std::string locked =
+      "The workbook cannot be written: it is read-only, or open in another application.\n" + path;
   if (::access(path.c_str(), R_OK) != 0) throw Failure{cannot + std::strerror(errno) + "\n" + path};
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) throw Failure{cannot + "it is no plain file.\n" + path};
+  const bool wasLocked = isLocked(path);
   uno::Sequence<beans::PropertyValue> arguments(4);
   arguments[0] = property("Hidden", uno::Any(!visible));
   arguments[1] = property("ReadOnly", uno::Any(use == Use::Read));
@@ -81,6 +93,8 @@ void Workbook::open(const Office& office, const std::string& path, Use use, bool
   arguments[3] = property("AsTemplate", uno::Any(use == Use::Copy));
   const Reference<frame::XComponentLoader> loader(office.desktop(), UNO_QUERY_THROW);
   const Reference<lang::XComponent> loaded = loader->loadComponentFromURL(fileUrl(path), "_blank", 0, arguments);
+  // Some formats are opened to be read then, and others not at all.
+  if (!loaded.is() && use == Use::Write && wasLocked) throw Failure{locked};
   if (!loaded.is()) throw Failure{cannot + "it is damaged, or protected by a password.\n" + path};
   document_.set(loaded, UNO_QUERY);
   const Reference<frame::XModel> model(loaded, UNO_QUERY_THROW);
@@ -92,8 +106,7 @@ void Workbook::open(const Office& office, const std::string& path, Use use, bool
   maxRows_ = format->rows;
   maxColumns_ = format->columns;
   const Reference<frame::XStorable> storable(document_, UNO_QUERY_THROW);
-  if (use == Use::Write && storable->isReadonly())
-    throw Failure{"The workbook cannot be written: it is read-only, or open in another application.\n" + path};
+  if (use == Use::Write && storable->isReadonly()) throw Failure{locked};
 }
 
 void Workbook::close() {

@@ -175,6 +175,7 @@ TEST_F(Office, whatCannotBeRunIsLeftAsItWas) {
       {"no workbook", "book.ods", "name,value\na,1\n", damaged},
       {"empty", "book.xlsx", "", "Error: Model Output variables not found"},
       {"locked", "book.fods", good, locked, true},
+      {"locked and packed", "book.ods", ods, locked, true},
   };
   for (const auto& c : cases) {
     const std::string book = file(c.file);
