@@ -200,6 +200,10 @@ bool RunController::runExternal() {
   if (!makeModelCommand(model.executable, heldPath_, output, command, message))
     return refuse(std::string(kNotLoaded) + '\n' + message);
   if (!runExternalModel({command, heldPath_, output + ".log", modelDirectory, output}, frontEnd_)) return false;
+  if (!(FileStamp(heldPath_) == heldStamp_))
+    tell("Warning",
+         "The sample file has changed while the model ran. The results count as those of the sample as it was.\n" +
+             heldPath_);
   const std::string problem = before.problem();
   return problem.empty() || refuse("Error reading model output file\n" + problem);
 }

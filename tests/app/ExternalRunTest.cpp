@@ -121,6 +121,8 @@ TEST_F(External, theSampleFileHoldsTheSampleInHand) {
     EXPECT_TRUE(runAgain()) << c.name;
     EXPECT_EQ(test::readFile(file("seen")).substr(0, sample.size()), sample) << c.name;
   }
+  ASSERT_TRUE(run(commands + "echo junk > \"$1\"\n"));
+  EXPECT_TRUE(frontEnd_.calls.back().starts_with("Warning: The sample file has changed while the model ran."));
   std::filesystem::remove(file("in.sam"));
   std::filesystem::create_directory(file("in.sam"));
   EXPECT_FALSE(runAgain());
