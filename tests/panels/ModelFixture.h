@@ -14,15 +14,9 @@ namespace tarvex::test {
 class ModelTest : public PrepTest {
  protected:
   static ModelContext study() {
-    return {{"x1", "x2", "x3"}, 2, [](std::int32_t row, TrialRow& trial, std::string& message) {
-              const std::vector<double> rows[] = {{1.0, 2.0, 3.0}, {4.0, 0.0, 6.0}};
-              if (row >= 2) {
-                message = "The sample has 2 rows.";
-                return false;
-              }
-              trial = {row < 0 ? "the means" : "row " + std::to_string(row + 1),
-                       {"x1", "x2", "x3"},
-                       row < 0 ? std::vector<double>{2.5, 1.0, 4.5} : rows[row]};
+    return {{"x1", "x2", "x3"}, 2, [](std::int32_t row, TrialRow& trial, std::string&) {
+              const std::vector<double> rows[] = {{2.5, 1.0, 4.5}, {1.0, 2.0, 3.0}, {4.0, 0.0, 6.0}};
+              trial = {row < 0 ? "the means" : "row " + std::to_string(row + 1), {"x1", "x2", "x3"}, rows[row + 1]};
               return true;
             }};
   }
@@ -52,6 +46,14 @@ class ModelTest : public PrepTest {
     for (int row = 0; row < model.rowCount(); ++row)
       text += model.data(model.index(row, column), Qt::DisplayRole).toString().toStdString() + ' ';
     return text;
+  }
+  // Writes into a cell; false where that is refused.
+  static bool put(Panel& panel, const char* table, int row, int column, const std::string& text) {
+    auto* const cells = panel.gadget<TableView>(table)->model();
+    return cells->setData(cells->index(row, column), QString::fromStdString(text));
+  }
+  static std::string said(const QWidget& window, const char* label = "MlMessage") {
+    return window.findChild<QLabel*>(label)->text().toStdString();
   }
   static void select(Panel& panel, const char* table, int row) {
     auto* const view = panel.gadget<TableView>(table);
