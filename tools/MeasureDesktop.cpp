@@ -275,6 +275,27 @@ void measureCorrelations(const Display& display, const FactorList& list) {
         kBudget);
 }
 
+// A rank correlation matrix that is edited on its page: judged anew, and once so that it can't be had.
+void measureMatrix(const Display& display) {
+  constexpr double kBudget = 100.0;
+  constexpr int kOrder = 200;
+  const std::shared_ptr<FactorList> list = manyFactors(kOrder);
+  list->correlationMode = kImanConover;
+  for (int row = 0; row < kOrder; ++row)
+    for (int column = 0; column < row; ++column)
+      static_cast<void>(list->setMatrix(row, column, 0.3F));  // both are in the list
+  PCorrelation panel(display, *list, false, nullptr);
+  if (!panel.show()) return;
+  QAbstractItemModel& cells = *panel.gadget<TableView>("MaCorrelations")->model();
+  int round = 0;
+  const auto change = [&](double value) {
+    cells.setData(cells.index(5, 9), value);
+    panel.window()->repaint();
+  };
+  print("a matrix of 200 x 200: a cell changes", taken([&] { change(0.3 + 0.01 * ++round); }), kBudget);
+  print("it is valid no longer", taken([&] { change(-0.8 - 0.01 * ++round); }), kBudget);
+}
+
 void measureFactors(const Display& display, int count) {
   constexpr double kBudget = 100.0;
   const std::shared_ptr<FactorList> list = manyFactors(count);
@@ -384,6 +405,7 @@ int measure(int argc, char** argv) {
   measureTable();
   measureCharts();
   measurePlots(display);
+  measureMatrix(display);
   for (const int count : {1000, 5000}) measureFactors(display, count);
   measurePoints(display);
   return 0;
