@@ -1,3 +1,4 @@
+#include <QHeaderView>
 #include <QTextBlock>
 
 #include "app/ModelTrial.h"
@@ -199,6 +200,8 @@ TEST_F(ModelExternal, CellsAreWrittenAsDraftsAndJudgedTogether) {
     SCOPED_TRACE(row.text);
     EXPECT_TRUE(put(*panel, "MaCells", row.row, row.column, row.text));
     EXPECT_EQ(label(*panel, "MlMessage"), row.message);
+    auto* const cellTable = panel->gadget<TableView>("MaCells");
+    EXPECT_EQ(cellTable->verticalHeader()->count(), cellTable->tableModel().rowCount()) << "rows that came or went";
     if (!row.message.empty()) step(*panel, "ok", {"Error: Cells of the workbook: " + row.message});
     EXPECT_FALSE(panel->accepted());
   }
