@@ -11,23 +11,21 @@
 namespace tarvex::test {
 
 // The panel of correlations.
-class CorrelationPanelTest : public PrepTest {
+class CorrelationPanelTest : public PrepPanelTest<PCorrelation> {
  protected:
   void open(std::shared_ptr<const FactorList> list, bool demo = false) {
     panel_.reset();
     list_ = std::move(list);
-    panel_ = std::make_unique<PCorrelation>(display_, *list_, demo, nullptr);
-    ASSERT_EQ(panel_->problems(), QStringList());
-    panel_->window()->show();
-    panel_->window()->activateWindow();
+    show(std::make_unique<PCorrelation>(display_, *list_, demo, nullptr));
+    window().activateWindow();
     QCoreApplication::processEvents();
   }
-  TableView& matrix() { return *panel_->gadget<TableView>("MaCorrelations"); }
-  Tree& tree() { return *panel_->gadget<Tree>("TrCorrelation"); }
-  Tree& list() { return *panel_->gadget<Tree>("SlFactors"); }
-  std::string label(const char* name) { return PrepTest::label(*panel_, name); }
+  TableView& matrix() { return table("MaCorrelations"); }
+  Tree& tree() { return in<Tree>("TrCorrelation"); }
+  Tree& list() { return in<Tree>("SlFactors"); }
+  void page(int number) { in<QTabWidget>("NoCorrelation").setCurrentIndex(number); }
   void method(int mode) {
-    panel_->gadget<QComboBox>("SeCorrType")->setCurrentIndex(mode);
+    in<QComboBox>("SeCorrType").setCurrentIndex(mode);
     panel_->call("changeCorrType");
   }
   // What is shown when a cell gets the text.
@@ -38,14 +36,12 @@ class CorrelationPanelTest : public PrepTest {
   }
   // The pairs of the matrix that are correlated.
   std::string numbers() {
+    const CorrelationDraft& draft = panel_->draft();
     std::string text;
-    for (int row = 0; row < panel_->draft().order(); ++row)
-      for (int column = row + 1; column < panel_->draft().order(); ++column)
-        if (const float value = panel_->draft().at(row, column); value != 0.0F) {
-          EXPECT_EQ(value, panel_->draft().at(column, row));
-          text +=
-              std::to_string(row) + std::to_string(column) + '=' + QString::number(value, 'g', 6).toStdString() + ' ';
-        }
+    for (int row = 0; row < draft.order(); ++row)
+      for (int column = row + 1; column < draft.order(); ++column)
+        if (const float value = draft.at(row, column); value != 0.0F)
+          text += QString("%1%2=%3 ").arg(row).arg(column).arg(value).toStdString();
     return text;
   }
   // "0.00   x1 > 0.50   x2 | x3": each item of the tree behind its depth, and what is outside.
@@ -62,38 +58,41 @@ class CorrelationPanelTest : public PrepTest {
   }
   // What is shown when an item is dragged there; -1 is beside all items. `value` is typed where one is asked for.
   Texts drag(Tree& from, int id, Tree& to, int on, const char* value = nullptr) {
-    panel_->gadget<QTabWidget>("NoCorrelation")->setCurrentIndex(0);
+    page(0);
     QCoreApplication::processEvents();
     from.setCurrent(id);
     const std::unique_ptr<QMimeData> data(from.model()->mimeData({from.currentIndex()}));
     QPoint place(100, to.viewport()->height() - 4);
     if (on >= 0) to.setCurrent(on);
     if (on >= 0) place = to.visualItemRect(to.currentItem()).center();
-    QDragEnterEvent enter(place, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(to.viewport(), &enter);
-    QDragMoveEvent move(place, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(to.viewport(), &move);
-    held_ = label("MlMessage");
-    if (!move.isAccepted()) return {"not accepted"};
+    const auto send = [&](auto&& event) {
+      QCoreApplication::sendEvent(to.viewport(), &event);
+      return event.isAccepted();
+    };
+    send(QDragEnterEvent(place, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier));
+    const bool accepted = send(QDragMoveEvent(place, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier));
+    held_ = message();
+    if (!accepted) return {"not accepted"};
     if (value != nullptr) answerValue(value);
-    QDropEvent drop(place, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(to.viewport(), &drop);
+    send(QDropEvent(place, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier));
     QCoreApplication::processEvents();
     return takeShown();
   }
   // The list with the panel's correlations.
-  void takeInto(FactorList& result) {
+  FactorList taken() {
+    FactorList result;
     std::string problem;
-    ASSERT_TRUE(result.copyFrom(*list_, problem) && panel_->draft().applyTo(result, problem)) << problem;
+    EXPECT_TRUE(result.copyFrom(*list_, problem) && panel_->draft().applyTo(result, problem)) << problem;
+    return result;
   }
-  // What is shown by ok, and whether the panel was left with acceptance.
-  std::pair<Texts, bool> ok() {
-    click(*panel_->window(), "BOk");
-    return {takeShown(), !panel_->isVisible() && panel_->accepted()};
+  // Whether ok left the panel with acceptance, after it had shown these.
+  bool ok(const Texts& expected = {}) {
+    click(window(), "BOk");
+    expectShown(takeShown(), expected);
+    return !panel_->isVisible() && panel_->accepted();
   }
 
   std::shared_ptr<const FactorList> list_;
-  std::unique_ptr<PCorrelation> panel_;
   std::string held_;
 };
 

@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
@@ -15,12 +16,14 @@
 #include <functional>
 
 #include "base/RememberedDirectories.h"
+#include "factors/FactorFiles.h"
 #include "factors/FactorList.h"
 #include "factors/TruncatedDistribution.h"
 #include "factors/factorFields.h"
 #include "factors/makeFactor.h"
 #include "panels/Windows.h"
 #include "qt/ScriptedDialogs.h"
+#include "support/Golden.h"
 #include "support/TempDirectory.h"
 #include "support/TextFiles.h"
 #include "toolkit/Display.h"
@@ -30,6 +33,7 @@
 namespace tarvex::test {
 
 using Texts = std::vector<std::string>;
+using Uses = std::vector<std::pair<const char*, const char*>>;  // names of gadgets, and what is done with them
 
 constexpr const char* kAllEffects = "All first and total order effect calculation";
 constexpr const char* kGroupEffects = "All first and total order effect calculation on groups";
@@ -77,13 +81,27 @@ class PrepTest : public testing::Test {
     return text;
   }
   // Texts of fields as a user types them.
-  static void type(QWidget& window, const std::vector<std::pair<const char*, const char*>>& fields) {
+  static void type(QWidget& window, const Uses& fields) {
     for (const auto& [name, text] : fields) {
       auto* const field = window.findChild<QLineEdit*>(name);
       ASSERT_NE(field, nullptr) << name;
       field->selectAll();
       QTest::keyClick(field, Qt::Key_Delete);
       QTest::keyClicks(field, text);
+    }
+  }
+  // Fields are typed into, entries of lists chosen by keys, buttons pressed.
+  static void use(QWidget& window, const Uses& uses) {
+    for (const auto& [name, text] : uses) {
+      auto* const list = window.findChild<QComboBox*>(name);
+      if (list == nullptr) {
+        window.findChild<QAbstractButton*>(name) != nullptr ? press(window, name) : type(window, {{name, text}});
+        continue;
+      }
+      list->setFocus();
+      QTest::keyClick(list, Qt::Key_Home);
+      for (int i = 0; i < list->count() && list->currentText() != text; ++i) QTest::keyClick(list, Qt::Key_Down);
+      EXPECT_EQ(list->currentText(), text) << name;
     }
   }
   // Keys into what has the keyboard, which a key may change.
@@ -117,11 +135,8 @@ class PrepTest : public testing::Test {
   }
   static void clickRow(QWidget& window, const char* name, int row, Qt::KeyboardModifiers keys = {}) {
     auto* const list = window.findChild<QListWidget*>(name);
-    pick(*list, list->item(row), keys);
-  }
-  static void pick(QListWidget& list, const QListWidgetItem* item, Qt::KeyboardModifiers keys = {}) {
-    ASSERT_NE(item, nullptr);
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, list.visualItemRect(item).center());
+    ASSERT_NE(list->item(row), nullptr) << name;
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, keys, list->visualItemRect(list->item(row)).center());
   }
   // The method on the pre-processor's panel, and its own panel, of that name.
   void specify(QWidget& window, const char* method, const char* panel, std::function<void(QWidget&)> act) {
@@ -129,7 +144,7 @@ class PrepTest : public testing::Test {
     auto* const methods = window.findChild<QListWidget*>("SlMethods");
     const auto found = methods->findItems(method, Qt::MatchExactly);
     ASSERT_EQ(found.size(), 1);
-    pick(*methods, found.front());
+    clickRow(window, "SlMethods", methods->row(found.front()));
     press(window, "BSpecify");
   }
   static void paste(TableView& view, int row, int column, const char* text) {
@@ -164,7 +179,13 @@ class PrepTest : public testing::Test {
     list->correlationMode = mode;
     return list;
   }
-  // "x1 Normal 0, 1, 0.001, 0.999; ..."
+  static std::shared_ptr<FactorList> golden(const std::string& name) {
+    auto list = std::make_shared<FactorList>();
+    std::string message;
+    EXPECT_TRUE(loadFactorFile(goldenPath(name), *list, message)) << message;
+    return list;
+  }
+  // "x1 Normal 0, 1, 0.001, 0.999 | ..."
   static std::string described(const FactorList& list) {
     std::string text;
     for (std::int32_t i = 0; i < list.factorCount(); ++i)
@@ -178,6 +199,36 @@ class PrepTest : public testing::Test {
   ScriptedDialogs dialogs_;
   Display display_;
   QObject waiting_;  // for windows that may never come
+};
+
+// One of them at a time.
+template <class Tested>
+class PrepPanelTest : public PrepTest {
+ protected:
+  void show(std::unique_ptr<Tested> panel) {
+    panel_ = std::move(panel);
+    ASSERT_TRUE(panel_);
+    ASSERT_EQ(panel_->problems(), QStringList());
+    panel_->window()->show();
+  }
+  QWidget& window() { return *panel_->window(); }
+  template <class Gadget = QWidget>
+  Gadget& in(const char* name) {
+    return *panel_->template gadget<Gadget>(name);
+  }
+  TableView& table(const char* name) { return in<TableView>(name); }
+  bool enabled(const char* name) { return in(name).isEnabled(); }
+  using PrepTest::label;
+  std::string label(const char* name) { return PrepTest::label(*panel_, name); }
+  std::string message() { return label("MlMessage"); }
+  std::string field(const char* name) { return in<QLineEdit>(name).text().toStdString(); }
+  void does(const char* callback, const Texts& shown = {}, const std::deque<bool>& answers = {},
+            const std::deque<std::string>& files = {}) {
+    SCOPED_TRACE(callback);
+    step(*panel_, callback, shown, answers, files);
+  }
+
+  std::unique_ptr<Tested> panel_;
 };
 
 }  // namespace tarvex::test

@@ -1,9 +1,6 @@
-#include <QAction>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QMenuBar>
 
-#include "factors/Relation.h"
 #include "panels/PrepFixture.h"
 #include "panels/prep/FactorEditing.h"
 #include "panels/prep/PGraphics.h"
@@ -24,35 +21,24 @@ constexpr const char* kDeleteAsked = "Delete: Really delete this factor? [^Yes/^
 constexpr const char* kNoneSelected = "Error:    No factor selected";
 constexpr const char* kSaveChooser = "Save current list of factors: save *.fac *.*";
 
-class PrepList : public test::PrepTest {
+class PrepList : public test::PrepPanelTest<PInputFactors> {
  protected:
   void open(std::shared_ptr<const FactorList> list, bool demo = false) {
-    panel_ = std::make_unique<PInputFactors>(display_, std::move(list), demo, nullptr);
-    ASSERT_EQ(panel_->problems(), QStringList());
-    panel_->window()->show();
+    show(std::make_unique<PInputFactors>(display_, std::move(list), demo, nullptr));
   }
-  TableView& grid() { return *panel_->gadget<TableView>("MaFactors"); }
+  TableView& grid() { return table("MaFactors"); }
   void select(int row) {
     grid().clearSelection();
     if (row >= 0) grid().selectRow(row);
+  }
+  void also(int row, QItemSelectionModel::SelectionFlag how = QItemSelectionModel::Select) {
+    grid().selectionModel()->select(grid().model()->index(row, 0), how | QItemSelectionModel::Rows);
   }
   bool setCell(int row, int column, const char* text) {
     return grid().model()->setData(grid().model()->index(row, column), text);
   }
   const FactorList& factors() const { return panel_->editing().list(); }
   std::string list() const { return described(factors()); }
-  std::string message() { return label(*panel_, "MlMessage"); }
-  void does(const char* callback, const Texts& shown = {}, const std::deque<bool>& answers = {},
-            const std::deque<std::string>& files = {}) {
-    SCOPED_TRACE(callback);
-    step(*panel_, callback, shown, answers, files);
-  }
-  std::shared_ptr<FactorList> withStein() {
-    auto list = normals(2, kSteinSample);
-    const double row[] = {1.0, 2.0};
-    EXPECT_TRUE(list->steinInfo.allocate(2) && list->steinInfo.addRow(row) != 0);
-    return list;
-  }
   // The gadgets that can't be used, buttons and menu items.
   std::string insensitive() {
     std::string names;
@@ -61,39 +47,37 @@ class PrepList : public test::PrepTest {
       if (!panel_->gadget<QObject>(name)->property("enabled").toBool()) names += std::string(name) + ' ';
     return names;
   }
-
-  std::unique_ptr<PInputFactors> panel_;
 };
 
 TEST_F(PrepList, CellsAndPastedRowsAreTakenOrRefusedAsAWhole) {
   auto start = normals(3);
-  std::unique_ptr<Factor> y = makeFactor("Relation");
-  y->name = "y";
-  ASSERT_TRUE(static_cast<Relation&>(*y).setExpression("x1 + x2"));
-  start->addFactor(std::move(y));
+  std::string problem;
+  start->addFactor(readFactorFields("Relation", "x1 + x2", nullptr, problem));
+  start->factor(3).name = "y";
   open(start);
   select(0);
   EXPECT_TRUE(setCell(0, 0, " flow "));
-  EXPECT_EQ(factorFields(factors().factor(3)), "flow + x2");
   EXPECT_FALSE(setCell(0, 0, "x2"));
   EXPECT_EQ(message(), "The name of this factor is already in use");
   EXPECT_FALSE(setCell(1, 1, "cauchy"));
   EXPECT_EQ(message(), "'cauchy' is no distribution");
+  const std::string before =
+      "flow Normal 0, 1, 0.001, 0.999 | x2 Normal 0, 1, 0.001, 0.999 | x3 Normal 0, 1, 0.001, 0.999 | "
+      "y Relation flow + x2";
+  EXPECT_EQ(list(), before);
   grid().selectAll();
-  grid().selectionModel()->select(grid().model()->index(3, 0),
-                                  QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+  also(3, QItemSelectionModel::Deselect);
   EXPECT_TRUE(setCell(1, 2, "5 2"));
-  EXPECT_EQ(list(),
-            "flow Normal 5, 2, 0.001, 0.999 | x2 Normal 5, 2, 0.001, 0.999 | x3 Normal 5, 2, 0.001, 0.999 | "
-            "y Relation flow + x2");
+  EXPECT_EQ(list(), QString::fromStdString(before).replace(" 0, 1,", " 5, 2,").toStdString());
   does("undo");
-  EXPECT_EQ(factorFields(factors().factor(1)), "0, 1, 0.001, 0.999");
+  whenShown("Normal Distribution", [](QWidget& panel) { use(panel, {{"NMean", "7"}, {"BOk", ""}}); });
+  select(1);
+  does("modify");
+  EXPECT_EQ(factorFields(factors().factor(1)), "7, 1, 0.001, 0.999");
+  does("undo");
 
-  const struct {
-    int column;
-    const char* block;
-    std::string why;  // from its start
-  } refused[] = {
+  // Where a block is pasted, and how the reason begins.
+  const std::tuple<int, const char*, std::string> refused[] = {
       {0, "a\tUniform\t0\t1\nb\tNormal\t1,5\t2", "Row 2: '1,5' is no number: decimals stand behind a point"},
       {0, "a\tUniform\t0\t1\na\tNormal\t1\t2", "Row 2: another row has the name a"},
       {0, "Dear all,\nplease find below\n\tour factors", "Row 1: the factor name"},
@@ -101,29 +85,29 @@ TEST_F(PrepList, CellsAndPastedRowsAreTakenOrRefusedAsAWhole) {
       {1, "Normal\t1\t2\nGauss\t3", "Row 2: 'Gauss' is no distribution"},
       {2, "1\n2\n3\nx2\n5", "Row 5: there is no factor to take it"},
   };
-  const std::string before = list();
   for (const auto& [column, block, why] : refused) {
     paste(grid(), 0, column, block);
-    EXPECT_EQ(message().substr(0, 20 + why.size()), "Nothing was pasted. " + why);
+    EXPECT_TRUE(message().starts_with("Nothing was pasted. " + why)) << message();
     EXPECT_EQ(list(), before);
   }
-  whenShown("Exponential Distribution", [](QWidget& window) { click(window, "BCancel"); });
-  panel_->gadget<QAction>("AAddExponential")->trigger();
+  whenShown("Exponential Distribution", [](QWidget& panel) { click(panel, "BCancel"); });
+  in<QAction>("AAddExponential").trigger();
   paste(grid(), 0, 0,
         "Name\tLaw\tp1\na\tuniform\t0\t1\t\r\nx3\tlog normal\t1\t2\t\t0.1\t0.9\r\nb\r\n\nx2\tUniform\nflow\n");
   EXPECT_EQ(list(),
             "flow Normal 0, 1, 0.001, 0.999 | x2 Uniform -1.73205080756888, 1.73205080756888 | "
             "x3 LogNormal 1, 2, 0.1, 0.9 | y Relation flow + x2 | a Uniform 0, 1 | b Exponential 1, 0, 0.999");
-  EXPECT_EQ(panel_->editing().undo().undoName(), "Paste 7 factors");
-  paste(grid(), 1, 1, "normal\t4\t2\nNormal\t5\t1");
-  EXPECT_NE(list().find("| x2 Normal 4, 2, 0.001, 0.999 | x3 Normal 5, 1, 0.1, 0.9 |"), std::string::npos) << list();
   does("undo");
-  QString problem;
-  EXPECT_TRUE(panel_->editing().move({0, 4}, 3, problem));
-  EXPECT_EQ(list().rfind("x2 Uniform -1.73205080756888, 1.73205080756888 | x3 LogNormal 1, 2, 0.1, 0.9 | flow Normal "
-                         "0, 1, 0.001, 0.999 | a Uniform 0, 1 | y Relation",
-                         0),
-            0U);
+  EXPECT_EQ(message(), "Undone: Paste 7 factors");
+  paste(grid(), 1, 1, "normal\t4\t2\nNormal\t5\t1\t0.1");
+  EXPECT_EQ(list(),
+            "flow Normal 0, 1, 0.001, 0.999 | x2 Normal 4, 2, 0.001, 0.999 | x3 Normal 5, 1, 0.1, 0.999 | "
+            "y Relation flow + x2");
+  QString why;
+  EXPECT_TRUE(panel_->editing().move({0, 3}, 2, why));
+  EXPECT_EQ(list(),
+            "x2 Normal 4, 2, 0.001, 0.999 | flow Normal 0, 1, 0.001, 0.999 | y Relation flow + x2 | "
+            "x3 Normal 5, 1, 0.1, 0.999");
 }
 
 TEST_F(PrepList, DeletionRefusesAsksAndLeavesFiveRows) {
@@ -139,7 +123,7 @@ TEST_F(PrepList, DeletionRefusesAsksAndLeavesFiveRows) {
   EXPECT_EQ(insensitive(), "BDelete BModify BVisualize BSave BCorrelate ADelete AModify AVisualize ASave ACorrelate ");
   does("undo");
   EXPECT_EQ(insensitive(), "BCorrelate ACorrelate ");
-  EXPECT_FALSE(panel_->gadget<QAction>("AUndo")->isEnabled());
+  EXPECT_FALSE(in<QAction>("AUndo").isEnabled());
   does("redo");
   EXPECT_EQ(list(), "");
 
@@ -158,21 +142,15 @@ TEST_F(PrepList, DeletionRefusesAsksAndLeavesFiveRows) {
 
   open(normals(2), true);
   EXPECT_EQ(insensitive(), "BAdd BDelete ADelete ");
-  for (const int item : {0, 1}) EXPECT_FALSE(menuItem(*panel_->gadget<QMenuBar>("MnMenu"), 0, item)->isEnabled());
+  for (const int item : {0, 1}) EXPECT_FALSE(menuItem(in<QMenuBar>("MnMenu"), 0, item)->isEnabled());
   EXPECT_FALSE(setCell(0, 0, "flow"));
 }
 
 TEST_F(PrepList, AChangedListGivesUpItsSteinSample) {
-  open(withStein());
-  select(0);
-  does("deletion", {kDeleteAsked, kSteinAsked}, {true, false});
-  EXPECT_EQ(factors().factorCount(), 2);
-  does("deletion", {kDeleteAsked, kSteinAsked}, {true, true});
-  EXPECT_EQ(list(), "x2 Normal 0, 1, 0.001, 0.999");
-  EXPECT_FALSE(factors().hasStein());
-  EXPECT_EQ(factors().correlationMode, kNoCorrelation);
-  does("undo");
-  EXPECT_EQ(factors().steinInfo.rows(), 1);
+  const auto stein = normals(2, kSteinSample);
+  const double row[] = {1.0, 2.0};
+  ASSERT_TRUE(stein->steinInfo.allocate(2) && stein->steinInfo.addRow(row) != 0);
+  open(stein);
   EXPECT_TRUE(setCell(0, 2, "3 4"));  // which factors there are stays
   EXPECT_TRUE(factors().hasStein());
   const std::string before = list();
@@ -191,19 +169,23 @@ TEST_F(PrepList, AChangedListGivesUpItsSteinSample) {
     EXPECT_EQ(list(), before) << way;
     EXPECT_TRUE(factors().hasStein()) << way;
   }
-  dialogs_.answers = {true};
-  EXPECT_TRUE(setCell(0, 1, "Constant"));
-  EXPECT_FALSE(factors().hasStein());
-  takeShown();
-  // With the real question, for which the cell's editor loses the keyboard.
+  select(0);
+  for (const bool answer : {false, true}) {
+    does("deletion", {kDeleteAsked, kSteinAsked}, {true, answer});
+    EXPECT_EQ(factors().factorCount(), answer ? 1 : 2);
+    EXPECT_EQ(factors().hasStein(), !answer);
+  }
+  EXPECT_EQ(factors().correlationMode, kNoCorrelation);
   does("undo");
+  EXPECT_EQ(factors().steinInfo.rows(), 1);
+  // With the real question, for which the cell's editor loses the keyboard.
   Dialogs* const scripted = Dialogs::exchange(nullptr);
   int asked = 0;
   whenShown("message", [&asked](QWidget& box) {
     ++asked;
     click(box, "cancel");
   });
-  activate(*panel_->window());
+  activate(window());
   grid().setFocus();
   grid().setCurrentIndex(grid().model()->index(0, 1));
   keys("Constant\r");
@@ -227,45 +209,38 @@ TEST_F(PrepList, FilesAreOpenedSavedAndImported) {
   const std::string discards = ":    Discard current factors and load from file ? [^Yes/^No]";
   const std::string discardsStein = ":    Discard the old Stein configuration ? [^Yes/^No]";
   const std::string nothing = "Error: Error loading stein file. No factors to import....";
-  const std::string nowhere = file("none/x.fac"), saved = file("x.fac"), sample = file("s.txt");
-  // clang-format off
-  const struct {
-    const char* callback;
-    std::deque<bool> answers;
-    std::deque<std::string> files;
-    Texts shown;
-    std::string after;
-  } steps[] = {
+  const std::string nowhere = file("none/x.fac"), saved = file("x.fac"), sample = file("s.txt"), bad = file("bad.fac");
+  // What is done, what dialogs answer, what they show, and the list then.
+  const std::tuple<const char*, std::deque<bool>, std::deque<std::string>, Texts, std::string> steps[] = {
       {"save", {}, {nowhere}, {kSaveChooser, "Write error:   Error writing output file\n " + nowhere + "..."}, renamed},
       {"save", {}, {saved}, {kSaveChooser}, renamed},
       {"newFactors", {}, {}, {deletesAll}, renamed},
       {"newFactors", {true}, {}, {deletesAll}, ""},
       {"open", {true}, {saved}, {discards, opens}, renamed},
-      {"open", {}, {file("bad.fac")}, {opens, damaged}, ""},
+      {"open", {}, {bad}, {opens, damaged}, ""},
       {"undo", {}, {}, {}, renamed},  // nothing is lost
       {"impStein", {false}, {sample}, {imports, overwrites}, renamed},
       {"impStein", {true}, {sample}, {imports, overwrites}, stein},
       {"impStein", {true, true}, {file("none")}, {discardsStein, imports, overwrites, nothing}, stein},
   };
-  // clang-format on
-  test::writeFile(file("bad.fac"), "rubbish");
+  test::writeFile(bad, "rubbish");
   test::writeFile(sample, "3 2\na\nb\n1 5\n2 7\n3 6\n");
   open(normals(2));
   EXPECT_TRUE(setCell(0, 0, "flow"));
-  for (const auto& step : steps) {
-    does(step.callback, step.shown, step.answers, step.files);
-    EXPECT_EQ(list(), step.after) << step.callback;
+  for (const auto& [callback, answers, files, shown, after] : steps) {
+    does(callback, shown, answers, files);
+    EXPECT_EQ(list(), after) << callback;
   }
 
   // A large one is stopped by Esc, which leaves the panel and its list; no other key does anything meanwhile.
   std::string many = "500000 2\na\nb\n";
   for (int i = 0; i < 500000; ++i) many += std::to_string(i) + " 0.5\n";
   test::writeFile(file("many.txt"), many);
-  panel_->window()->activateWindow();
+  window().activateWindow();
   QTimer::singleShot(0, panel_.get(), [this] {
     grid().selectAll();
     QTest::keyClick(&grid(), Qt::Key_Z, Qt::ControlModifier);
-    QTest::keyClick(panel_->window(), Qt::Key_Escape);
+    QTest::keyClick(&window(), Qt::Key_Escape);
   });
   does("impStein", {"...", "...", "..."}, {true, true}, {file("many.txt")});
   EXPECT_EQ(message(), "Stopped: nothing was imported.");
@@ -276,16 +251,14 @@ TEST_F(PrepList, FilesAreOpenedSavedAndImported) {
 TEST_F(PrepList, LeavingAsksForWhatIsntSavedAndRestoresTheDefaults) {
   open(normals(2));
   does("cancel");
-  whenShown("Truncation", [&](QWidget& window) {
-    EXPECT_EQ(window.findChild<QLabel*>("MlTruncation")->text(), "Truncation: 0.001 - 0.999");
-    type(window, {{"NLeftTrunc", "0.9"}, {"NRightTrunc", "0.1"}});
-    click(window, "BOk");
-    type(window, {{"NLeftTrunc", "0.05"}, {"NRightTrunc", "0.95"}});
+  whenShown("Truncation", [&](QWidget& panel) {
+    EXPECT_EQ(panel.findChild<QLabel*>("MlTruncation")->text(), "Truncation: 0.001 - 0.999");
+    use(panel, {{"NLeftTrunc", "0.9"}, {"NRightTrunc", "0.1"}, {"BOk", ""}});
+    type(panel, {{"NLeftTrunc", "0.05"}, {"NRightTrunc", "0.95"}});
     EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.001);  // as long as it is but typed
-    window.findChild<QAbstractButton*>("ChSelected")->click();
-    click(window, "BOk");
-    window.findChild<TableView*>("MaFactors")->selectRow(1);
-    click(window, "BOk");
+    use(panel, {{"ChSelected", ""}, {"BOk", ""}});
+    panel.findChild<TableView*>("MaFactors")->selectRow(1);
+    click(panel, "BOk");
   });
   does("truncation", {"Error: Error setting default truncations", kNoneSelected});
   EXPECT_EQ(TruncatedDistribution::defaultLeftTruncation(), 0.05);
@@ -300,17 +273,12 @@ TEST_F(PrepList, LeavingAsksForWhatIsntSavedAndRestoresTheDefaults) {
 
 TEST_F(PrepList, WhatIsSearchedSortedAndSelectedStaysWithItsFactors) {
   open(normals(5000));
-  type(*panel_->window(), {{"TSearch", "x999"}});
-  EXPECT_EQ(grid().model()->rowCount(), 1);
-  type(*panel_->window(), {{"TSearch", "x49"}});
-  EXPECT_EQ(grid().model()->rowCount(), 111);
-  QElapsedTimer timer;
-  timer.start();
-  for (int row = 0; row < 111; row += 2)
-    grid().selectionModel()->select(grid().model()->index(row, 0), QItemSelectionModel::Select);
+  for (const auto& [letters, found] : {std::pair("x999", 1), {"x49", 111}}) {
+    type(window(), {{"TSearch", letters}});
+    EXPECT_EQ(grid().model()->rowCount(), found);
+  }
+  for (int row = 0; row < 111; row += 2) also(row);
   for (const char* const parameters : {"5 2", "6 3"}) EXPECT_TRUE(setCell(0, 2, parameters));
-  QCoreApplication::processEvents();
-  EXPECT_LT(timer.elapsed(), 3000);  // a tenth of it on a machine of its own
   EXPECT_EQ(factorFields(factors().factor(48)) + factorFields(factors().factor(489)),
             "6, 3, 0.001, 0.9990, 1, 0.001, 0.999");
   EXPECT_EQ(grid().selectionModel()->selectedRows().size(), 56);
@@ -322,9 +290,9 @@ TEST_F(PrepList, WhatIsSearchedSortedAndSelectedStaysWithItsFactors) {
 
   open(normals(3));
   grid().setFocus();
-  activate(*panel_->window());
+  activate(window());
   select(0);
-  grid().selectionModel()->select(grid().model()->index(1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  also(1);
   QTest::keyClick(&grid(), Qt::Key_Down, Qt::AltModifier);
   QCoreApplication::processEvents();
   EXPECT_EQ(list().substr(0, 2), "x3");
@@ -341,23 +309,25 @@ TEST_F(PrepList, OtherViewsOfTheList) {
   const auto list = normals(2);
   list->addFactor(makeFactor("Constant"));
   PVisInputFactors view(display_, list, nullptr);
-  whenShown("NormInsp", [](QWidget& window) {
-    EXPECT_EQ(window.findChild<QLabel*>("LaName")->text(), "x2");
-    window.close();
+  whenShown("NormInsp", [](QWidget& inspector) {
+    EXPECT_EQ(inspector.findChild<QLabel*>("LaName")->text(), "x2");
+    inspector.close();
   });
   view.gadget<TableView>("MaFactors")->selectRow(1);
   click(*view.window(), "BVisualize");
   PGraphics graphics(display_, *list, 0, nullptr);
-  const auto& figure = [&]() -> const Figure& { return graphics.gadget<ChartView>("boundGraph")->figure(); };
+  const auto& charts = [&]() -> const auto& {
+    return graphics.gadget<ChartView>("boundGraph")->figure().charts;
+  };
   for (const char* const form : {"outline", "area", "histogram", "frequency", "cumulative", "invCumulative"}) {
     graphics.call(form);
-    EXPECT_EQ(figure().charts.size(), 1U) << form;
+    EXPECT_EQ(charts().size(), 1U) << form;
   }
-  const auto& complement = std::get<Line>(std::get<XyChart>(figure().charts.front()).layers.front());
+  const auto& complement = std::get<Line>(std::get<XyChart>(charts().front()).layers.front());
   EXPECT_GT(complement.y.front(), complement.y.back());
   graphics.gadget<QComboBox>("SlFactors")->setCurrentIndex(2);
   graphics.call("choose");
-  EXPECT_TRUE(figure().charts.empty());
+  EXPECT_TRUE(charts().empty());
   // A list that a cell's editor would cut short is told by its length.
   std::string points, problem;
   for (int i = 0; i < 10'000; ++i) points += std::to_string(i) + ';';

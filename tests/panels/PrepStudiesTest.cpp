@@ -8,22 +8,19 @@
 #include <QRegularExpression>
 #include <algorithm>
 #include <filesystem>
-#include <map>
 
 #include "app/RunController.h"
 #include "base/uniformRandom.h"
 #include "panels/PrepFixture.h"
 #include "panels/main/PMainPanel.h"
-#include "support/Golden.h"
 #include "toolkit/Tree.h"
 
 namespace tarvex {
 namespace {
 
-using Uses = std::vector<std::pair<const char*, const char*>>;
-
 using test::kAllEffects;
 using test::kGroupEffects;
+using test::Uses;
 
 struct Study {
   const char* sample;  // one of the expected files
@@ -56,18 +53,6 @@ const Study kPrepStudies[] = {
     {"lptau.sam", "QuasiRandom LpTau", "LpTau", {{"OExecutions", "128"}}, {}, "norm + 2 * bet"},
     {"sobol.sam", "Sobol", "Sobol", {}, {}, "x1 + x2 * x3"},
     {"sobol-order2.sam", "Sobol", "Sobol", {{"TOSwitchSel", ""}, {"TOrder", "2"}}},
-};
-
-// The rows of a spreadsheet that these lists are pasted from.
-const std::map<std::string, const char*> kPasted = {
-    {"mixed.fac", "Name\tLaw\nx1\tuniform\t0\t1\nk1\tconstant\t0.5\nx2\tnormal\t2\t0.5\nr1\trelation\tx1 + k1 * x3\n"
-                  "x3\ttriangular\t0\t1\t3\nk2\tconstant\t-3\nx4\tbeta\t2\t5\nx5\tlog uniform\t1\t2.71828\n"},
-    {"tree.fac", "child\tNormal\t0\t1\nk\tConstant\t7\nroot\tUniform\nrel\tRelation\tchild * k\n"
-                 "grandchild\tGamma\t2\t1\t0\nother\tExponential\t1\t0\t0.999\nagainst\tBeta\t2\t2\t0\t1\n"},
-    {"matrix.fac", "a\tNormal\t10\t2\nk\tConstant\t2\nb\tUniform\t0\t1\nr\tRelation\ta / (1 + b) + k\n"
-                   "c\tWeibull\t2\t1\t0\nd\tDiscrete\t1 0.25; 2 0.25; 3 0.5\n"},
-    {"stein.fac", "a\tNormal\t5\t1\r\nk\tConstant\t2\r\nb\tLogNormal\t0\t0.3\r\nc\tUniform\t1\t2\r\n"
-                  "r\tRelation\ta * b - k\r\n"},
 };
 
 // A kind of each panel, typed as far as its parameters aren't the defaults.
@@ -112,7 +97,7 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
     ASSERT_EQ(window.focusWidget()->objectName(), gadget);
     QTest::keyClicks(window.focusWidget(), text);
   }
-  static void pasteInto(QWidget& window, const char* gadget, const char* rows) {
+  static void pasteInto(QWidget& window, const char* gadget, const QString& rows) {
     keysInto(window, gadget, {});
     QApplication::clipboard()->setText(rows);
     QTest::keyClick(window.focusWidget(), Qt::Key_V, Qt::ControlModifier);
@@ -120,21 +105,14 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
 
   // Factors and their correlations.
 
-  static void typeFields(QWidget& definition, const Uses& fields) {
-    for (const auto& [gadget, text] : fields) {
-      const bool isTable = gadget == std::string("MaValues");
-      if (isTable && QString(text).contains('\n')) {
-        pasteInto(definition, gadget, text);
-      } else if (isTable) {
-        // From cell to cell, the last one as Enter takes it.
-        keysInto(definition, gadget, {});
-        for (const QString& cell : QString(text).split('\t')) {
-          keys(cell);
-          QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        }
-      } else {
-        keysInto(definition, gadget, text);
-      }
+  static void typeField(QWidget& definition, const char* gadget, const QString& text) {
+    if (gadget != std::string("MaValues")) return keysInto(definition, gadget, text);
+    if (text.contains('\n')) return pasteInto(definition, gadget, text);
+    // From cell to cell, the last one as Enter takes it.
+    keysInto(definition, gadget, {});
+    for (const QString& cell : text.split('\t')) {
+      keys(cell);
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
   }
   void typeFactors(QWidget& window) {
@@ -144,7 +122,7 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
       whenShown(row.window, [&row](QWidget& definition) {
         keysInto(definition, "TName", row.name);
         keysInto(definition, "TNote", row.note);
-        typeFields(definition, row.fields);
+        for (const auto& [gadget, text] : row.fields) typeField(definition, gadget, text);
         if (auto* const expression = qobject_cast<QPlainTextEdit*>(definition.focusWidget()))
           QTest::keyClick(expression, Qt::Key_Return);  // Enter takes it from there, too
         else
@@ -188,15 +166,20 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
     }
     pressLetter(window, Qt::Key_O);
   }
+  // One list is typed, the others are pasted from a spreadsheet.
   void makeFactors(QWidget& window, const std::string& factors) {
-    const auto rows = kPasted.find(factors);
-    if (rows == kPasted.end())
+    if (factors == "kinds.fac") {
       typeFactors(window);
-    else
-      pasteInto(window, "MaFactors", rows->second);
-    if (rows != kPasted.end() && factors != "mixed.fac") {
-      whenShown("Correlation", [this, factors](QWidget& panel) { correlate(panel, factors); });
-      press(window, "BCorrelate");
+    } else {
+      const auto list = golden(factors);
+      std::string rows = "Name\tLaw\n";
+      for (int i = 0; i < list->factorCount(); ++i)
+        rows += list->factor(i).name + '\t' + list->factor(i).typeName + '\t' + factorFields(list->factor(i)) + "\r\n";
+      pasteInto(window, "MaFactors", QString::fromStdString(rows));
+      if (list->correlationMode != kNoCorrelation) {
+        whenShown("Correlation", [this, factors](QWidget& panel) { correlate(panel, factors); });
+        press(window, "BCorrelate");
+      }
     }
     press(window, "BSave");
     press(window, "BOk");
@@ -212,19 +195,6 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
 
   // The method.
 
-  // Entries are chosen as a user does without the mouse.
-  static void set(QWidget& window, const char* name, const char* text) {
-    if (auto* const list = window.findChild<QComboBox*>(name)) {
-      list->setFocus();
-      QTest::keyClick(list, Qt::Key_Home);
-      for (int i = 0; i < list->count() && list->currentText() != text; ++i) QTest::keyClick(list, Qt::Key_Down);
-      EXPECT_EQ(list->currentText(), text);
-    } else if (*text == '\0') {
-      press(window, name);
-    } else {
-      type(window, {{name, text}});
-    }
-  }
   void makeGroups(QWidget& window) {
     for (const auto& [name, rows] : GetParam().groups) {
       dialogs_.texts = {name};
@@ -330,7 +300,7 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
     whenShown("InputFactors", [&](QWidget& list) { makeFactors(list, factors); });
     press(window, "BCreate");
     specify(window, GetParam().method, GetParam().panel, [this](QWidget& panel) {
-      for (const auto& [name, text] : GetParam().settings) set(panel, name, text);
+      use(panel, GetParam().settings);
       makeGroups(panel);
       press(panel, "BOk");
     });
