@@ -258,7 +258,7 @@ class PrepStudies : public test::PrepTest, public testing::WithParamInterface<St
     EXPECT_EQ(vels->findChild<QLabel*>("MlMessage")->text().toStdString(), "Written: " + path)
         << testing::PrintToString(takeShown());
   }
-  void shell(const QStringList& words) { ASSERT_EQ(QProcess::execute(TARVEX_BATCH_PROGRAM, words), 0); }
+  static void shell(const QStringList& words) { ASSERT_EQ(QProcess::execute(TARVEX_BATCH_PROGRAM, words), 0); }
 
   // The words with which a shell makes the sample, and the list of factors that they name.
   QStringList command(std::string& factors) {
@@ -287,7 +287,7 @@ TEST_P(PrepStudies, GivesTheFilesOfTheShellToTheLastByte) {
   std::filesystem::current_path(directory_.path());
   const std::string sample = file(GetParam().sample);
   std::string factors;
-  ASSERT_EQ(QProcess::execute(TARVEX_BATCH_PROGRAM, command(factors)), 0);
+  shell(command(factors));
   const std::string ofShell = test::readFile(sample);
   std::filesystem::remove(sample);
   display_.keepIn(QString::fromStdString(file("desktop.ini")));
