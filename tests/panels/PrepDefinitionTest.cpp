@@ -129,9 +129,11 @@ TEST_F(PrepDefinition, TheGraphFollowsTheTypingAndDraftsAreNoVetoes) {
   EXPECT_EQ(label("MlTruncation"), "0.001 - 0.999");
   type(window(), {{"NStdDeviation", "0"}});
   does("apply", {"Warning: Warning. Can't display function graph: undeflow error"});
-  open("LogUniform");
-  EXPECT_EQ(in<QPushButton>("BFormula").text(), "&LogUniform");
-  expectShown(shownBy(*panel_, "formula"), {"LogUniform distribution: f(x) = ..."});
+  for (const std::string kind : {"LogNormal", "LogUniform"}) {
+    open(kind);
+    EXPECT_EQ(in<QPushButton>("BFormula").text().toStdString(), '&' + kind);
+    does("formula", {kind + " distribution: f(x) = ..."});
+  }
 }
 
 TEST_F(PrepDefinition, AnotherKindGoesOnWithMeanDeviationAndTexts) {
