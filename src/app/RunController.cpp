@@ -194,6 +194,11 @@ bool RunController::runExternal() {
   const ModelChoice& model = project_.model.choice;
   if (!provideSampleFile()) return false;
   const std::string output = absolutePath(model.outputFile);
+  if (isSameFile(output, heldPath_))
+    return refuse("Error reading model output file\n" + model.outputFile +
+                  ": this is the sample, which the model reads");
+  if (project_.fileName != ProjectConfiguration::kNoFile && isSameFile(output, project_.fileName))
+    return refuse("Error reading model output file\n" + model.outputFile + ": this is the project itself");
   const OutputFileStamp before(output);
   ModelCommand command;
   std::string message;

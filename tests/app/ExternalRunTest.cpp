@@ -35,9 +35,9 @@ class External : public test::InDirectory {
     EXPECT_TRUE(std::filesystem::is_empty(working_));
   }
 
-  void setModel(const std::string& executable) {
+  void setModel(const std::string& executable, const std::string& output = "model.out") {
     ModelChoice model;
-    model.setExternal(executable, file("model.out"), 0);
+    model.setExternal(executable, file(output), 0);
     model.kind = kExternalExecutable;
     ASSERT_EQ(controller_.acceptModel(std::move(model)), Outcome::Done);
   }
@@ -121,6 +121,11 @@ TEST_F(External, theSampleFileHoldsTheSampleInHand) {
     EXPECT_TRUE(runAgain()) << c.name;
     EXPECT_EQ(test::readFile(file("seen")).substr(0, sample.size()), sample) << c.name;
   }
+  setModel(file("model"), "in.sam");
+  EXPECT_FALSE(runAgain());
+  EXPECT_EQ(frontEnd_.calls.back(), "Error: Error reading model output file\n" + file("in.sam") +
+                                        ": this is the sample, which the model reads");
+  setModel(file("model"));
   ASSERT_TRUE(run(commands + "echo junk > \"$1\"\n"));
   EXPECT_TRUE(frontEnd_.calls.back().starts_with("Warning: The sample file has changed while the model ran."));
   std::filesystem::remove(file("in.sam"));
