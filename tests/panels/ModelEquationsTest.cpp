@@ -22,12 +22,6 @@ class ModelEquations : public test::ModelTest {
  protected:
   static constexpr const char* kGrid = "MaExpress";
 
-  std::unique_ptr<PIntModel> editor(const InternalModel& model) {
-    auto panel = std::make_unique<PIntModel>(display_, model, study(), nullptr);
-    EXPECT_EQ(panel->problems(), QStringList());
-    panel->window()->show();
-    return panel;
-  }
   // Fills the editor of one equation in, once it is shown, looks at what it says and presses ok; where that is refused,
   // at the caret, and cancels.
   void writeEquation(const char* name, const char* text) {
@@ -46,9 +40,6 @@ class ModelEquations : public test::ModelTest {
   std::string said_;  // while an equation was written
   int caret_ = -1;
   const std::string edited_ = "Warning: model edited: The model has been edited.\nDo you want to ";
-  const std::string discard_ =
-      "Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it? "
-      "[^Proceed/^Cancel]";
 };
 
 TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
@@ -74,8 +65,8 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
                                    "Error: The expression is in use, I can't delete it\nt is used by y."}, "", true},
       {"deleteExpression", 1, {}, {asked + buttons}, "x1 x2 x3 | t := x1 * x2 ", true},
       {"moveUp", 1, {}, {}},  // above what it uses
-      {"newModel", -1, {}, {discard_}},
-      {"newModel", -1, {}, {discard_}, "x1 x2 x3 ", true},
+      {"newModel", -1, {}, {test::kDiscards}},
+      {"newModel", -1, {}, {test::kDiscards}, "x1 x2 x3 ", true},
       {"open", -1, {}, {"Select the internal model to load: open *.imd", "Error: Error reading the internal model file\n" +
                         file("bad.imd") + ":2: expected the number of variables, found 'x'"}},
   };
@@ -84,7 +75,7 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
   const InternalModel model = modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}});
   for (const Action& row : rows) {
     SCOPED_TRACE(row.callback + testing::PrintToString(row.typed));
-    const auto panel = editor(model);
+    const auto panel = shown<PIntModel>(model);
     select(*panel, kGrid, row.row);
     if (!row.typed.empty()) writeEquation(row.typed[0], row.typed[1]);
     step(*panel, row.callback, row.shown, {row.answer}, {file("bad.imd")});
@@ -99,7 +90,7 @@ TEST_F(ModelEquations, EachActionRefusesInItsWordsAndOtherwiseDoesIt) {
 }
 
 TEST_F(ModelEquations, TheGridTakesWhatTheModelTakes) {
-  const auto panel = editor(modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}}));
+  const auto panel = shown<PIntModel>(modelOf({{"-t", "x1 * x2"}, {"y", "t + x3"}}));
   panel->gadget<QLineEdit>("TModelName")->setText("a b");
   step(*panel, "ok", {"Error: the name holds white space"});
   EXPECT_FALSE(put(*panel, kGrid, 1, 1, "t + "));
@@ -109,13 +100,14 @@ TEST_F(ModelEquations, TheGridTakesWhatTheModelTakes) {
   paste(*panel->gadget<TableView>(kGrid), 0, 0, "y\tt\nz\tx1 / t\tinternal");
   EXPECT_EQ(described(panel->model()), "x1 x2 x3 | t = x1 * x2 | y = t | z := x1 / t ");
   paste(*panel->gadget<TableView>(kGrid), 0, 0, "t\tx1\nq\tx1 /");  // all of it or nothing
+  EXPECT_EQ(label(*panel, "MlMessage").rfind("Current expression cannot be evaluated", 0), 0U);
   EXPECT_EQ(column(*panel, kGrid, 1), "x1 * x2 t x1 / t ");
   step(*panel, "newModel", {edited_ + "save changes? [^Yes/^No]"});
   EXPECT_EQ(described(panel->model()), "x1 x2 x3 ");
 }
 
 TEST_F(ModelEquations, ValuesFollowTheTrialRowAndFailuresSayWhy) {
-  const auto panel = editor(modelOf({{"-t", "x1 / x2"}, {"y", "t + x3"}, {"late", "x1"}}));
+  const auto panel = shown<PIntModel>(modelOf({{"-t", "x1 / x2"}, {"y", "t + x3"}, {"late", "x1"}}));
   EXPECT_EQ(column(*panel, kGrid, 3), "0.5 3.5 1 ");
   panel->gadget<QSpinBox>("NTrialRow")->setValue(2);
   EXPECT_EQ(column(*panel, kGrid, 3), "Divide by Zero t has no value 4 ");
@@ -139,7 +131,7 @@ TEST_F(ModelEquations, ValuesFollowTheTrialRowAndFailuresSayWhy) {
 
 TEST_F(ModelEquations, TheEndAsksForChangesAndFilesKeepThem) {
   const std::string saves = "Save the internal model: save *.imd";
-  const auto panel = editor(modelOf({{"y", "x1"}}));
+  const auto panel = shown<PIntModel>(modelOf({{"y", "x1"}}));
   step(*panel, "exit", {});  // without a change nothing is asked
   panel->window()->show();
   EXPECT_TRUE(put(*panel, kGrid, 0, 1, "x1 + 1"));
@@ -176,7 +168,7 @@ TEST_F(ModelEquations, AnEquationIsJudgedMarkedAndComputedWhileItIsTyped) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);
-    const auto panel = editor(modelOf({{"y", "x3"}}));
+    const auto panel = shown<PIntModel>(modelOf({{"y", "x3"}}));
     writeEquation(row.name, row.text);
     panel->call("addExpression");
     EXPECT_EQ(said_, row.said);
@@ -243,8 +235,7 @@ TEST_F(ModelEquations, InputsAreAddedRenamedMovedAndDeleted) {
   PIntModFacList panel(display_, model, nullptr);
   panel.window()->show();
   select(panel, "MaIntModFactors", 2);
-  panel.call("moveUp");
-  panel.call("moveUp");
+  for (int i = 0; i < 2; ++i) panel.call("moveUp");
   step(panel, "delAll", {"Delete: Do you really want to delete all factors" + buttons, inUse}, {true});
   EXPECT_EQ(described(panel.model()), "x1 x2 " + equations);
   select(panel, "MaIntModFactors", 0);
@@ -267,7 +258,7 @@ TEST_F(ModelEquations, LargeModelsAreEditedAsSmallOnes) {
   InternalModel model;  // without inputs: a table of the language holds 499 names
   for (int i = 0; i < InternalModel::kMaxExpressions; ++i)
     ASSERT_TRUE(model.addExpression(i, "y" + std::to_string(i), std::to_string(i), 1)) << i;
-  const auto panel = editor(model);
+  const auto panel = shown<PIntModel>(model);
   writeEquation("more", "1");
   step(*panel, "addExpression", {"Error: Too much expressions: max number of expression 500"});
   EXPECT_NE(column(*panel, kGrid, 3).find(" 497 498 "), std::string::npos);

@@ -6,26 +6,11 @@
 #include "panels/ModelFixture.h"
 #include "panels/model/PExternal.h"
 #include "panels/model/PTryRun.h"
-#include "support/ScriptedApplication.h"
 
 namespace tarvex {
 namespace {
 
 using test::Texts;
-
-ModelChoice externalModel(const std::string& executable, const std::string& output) {
-  ModelChoice choice;
-  choice.setExternal(executable, output, 0);
-  choice.kind = kExternalExecutable;
-  return choice;
-}
-
-ModelChoice workbookModel(const std::string& path, const WorkbookCells& cells = {}) {
-  ModelChoice choice = externalModel("Excel Application", path);
-  choice.spreadsheet = 1;
-  choice.cells = cells;
-  return choice;
-}
 
 // How the switches stand, and what can't be used then.
 struct Switches {
@@ -50,12 +35,6 @@ class ModelExternal : public test::ModelTest {
     test::writeFile(file("y.out"), "1\ny\ntime = no\n1\n5\n");
     test::writeFile(file("a.imd"), "name\n1\nx1\n0\n1\ny\nx1\n1\n0\nnofile\n");
     test::writeFile(file("none.imd"), "name\n1\nx1\n0\n1\ny\nx1\n0\n0\nnofile\n");
-  }
-  std::unique_ptr<PExternal> open(const ModelChoice& choice = {}) {
-    auto panel = std::make_unique<PExternal>(display_, choice, study(), nullptr);
-    EXPECT_EQ(panel->problems(), QStringList());
-    panel->window()->show();
-    return panel;
   }
   static void fill(PExternal& panel, const Switches& switches, const std::string& program, const std::string& output) {
     panel.gadget<QComboBox>("SeSwitchModel")->setCurrentIndex(switches.model);
@@ -108,11 +87,12 @@ TEST_F(ModelExternal, OkTakesAModelOrRefusesInItsWords) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.program + ' ' + row.output);
-    const auto panel = open();
+    const auto panel = shown<PExternal>(ModelChoice());
     fill(*panel, row.switches, row.program, row.output);
     EXPECT_EQ(label(*panel, "MlMessage"), row.text);
     const bool isTaken = row.title.empty();
     step(*panel, "ok", isTaken ? Texts() : Texts{row.title + row.text});
+    if (!isTaken) panel->call("cancel");
     EXPECT_EQ(panel->accepted(), isTaken);
     EXPECT_EQ(panel->choice().kind, isTaken && row.switches.execute ? kExternalExecutable : kNoModelToStart);
     EXPECT_EQ(panel->choice().spreadsheet, isTaken && row.switches.workbook ? 1 : 0);
@@ -122,7 +102,7 @@ TEST_F(ModelExternal, OkTakesAModelOrRefusesInItsWords) {
 }
 
 TEST_F(ModelExternal, FilesAndEquationsAreChosen) {
-  const auto panel = open();
+  const auto panel = shown<PExternal>(ModelChoice());
   const std::string loads = "Select the internal model to load: open *.imd *.*";
   auto* const field = panel->gadget<QLineEdit>("TIntModelFile");
   auto* const modify = panel->gadget<QWidget>("BModifyInternalModel");
@@ -149,17 +129,14 @@ TEST_F(ModelExternal, FilesAndEquationsAreChosen) {
   EXPECT_EQ(panel->choice().internalModel()->numOutputs(), 1);
   // New ones, of the factors.
   panel->window()->show();
-  const std::string discards =
-      "Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it? "
-      "[^Proceed/^Cancel]";
-  step(*panel, "NewIntModel", {discards});
+  step(*panel, "NewIntModel", {test::kDiscards});
   for (const char* const button : {"BExit", "BOk"}) {
     EXPECT_EQ(field->text().toStdString(), file("a.imd"));
     whenShown("PIntModel", [button](QWidget& window) {
       EXPECT_EQ(window.findChild<QComboBox*>("OInFactors")->count(), 3);
       click(window, button);
     });
-    step(*panel, "NewIntModel", {discards}, {true});
+    step(*panel, "NewIntModel", {test::kDiscards}, {true});
   }
   EXPECT_EQ(field->text(), "Internal Model loaded");
   whenShown("Help", [](QWidget& window) {
@@ -172,11 +149,13 @@ TEST_F(ModelExternal, FilesAndEquationsAreChosen) {
 }
 
 TEST_F(ModelExternal, CellsAreWrittenAsDraftsAndJudgedTogether) {
-  const WorkbookCells cells{{{"x2", "One", 2, 1}, {"gone", "One", 3, 1}}, {{"y", "My sheet", 0, 0}}};
-  const auto panel = open(workbookModel(file("book.ods"), cells));
-  EXPECT_EQ(column(*panel, "MaCells", 0), "factor factor factor factor output output ");
-  EXPECT_EQ(column(*panel, "MaCells", 1), "x1 x2 x3 gone y  ");
-  EXPECT_EQ(column(*panel, "MaCells", 2), " One!B3  One!B4 'My sheet'!A1  ");
+  ModelChoice book;
+  book.setExternal("Excel Application", file("book.ods"), 1);
+  book.kind = kExternalExecutable;
+  book.cells = {{{"x2", "One", 2, 1}, {"gone", "One", 3, 1}}, {{"y", "My sheet", 0, 0}}};
+  const auto panel = shown<PExternal>(book);
+  EXPECT_EQ(cells(panel->gadget<TableView>("MaCells")->tableModel()),
+            "factor x1 |factor x2 One!B3|factor x3 |factor gone One!B4|output y 'My sheet'!A1|output  |");
   const struct {
     int row, column;
     const char* text;
@@ -212,43 +191,12 @@ TEST_F(ModelExternal, CellsAreWrittenAsDraftsAndJudgedTogether) {
             "input x1=Two!C7\tinput x2=One!B3\tinput x3=One!B4\toutput y='My sheet'!A1\toutput z='My sheet'!A2");
 }
 
-class ModelSelection : public test::MainPanelTest {
- protected:
-  ModelSelection() {
-    panel_->call("monteCarlo");
-    source(1);
-    choose("oldGeneration", test::goldenPath("ishigami.sam"));
-    takeShown();
-  }
-};
-
-TEST_F(ModelSelection, ARunThatCannotStartSaysWhy) {
-  controller().userAtWorkbook = false;
-  controller().makeSpreadsheetApplication = [](auto) {
-    auto application = std::make_unique<test::ScriptedApplication>();
-    application->failing = "start";
-    return application;
-  };
-  ModelChoice none;
-  none.kind = kInternalModel;
-  const std::pair<ModelChoice, std::string> rows[] = {
-      {none, "Error: Error starting internal model execution"},
-      {externalModel(file("gone"), file("y.out")),
-       "Error: The model execution process can't be loaded.\nError 2\ncmd: \"" + file("gone")},
-      {workbookModel(file("y.ods")),
-       "Error: Excel not registered properly|Information: start failed|Error: Error in the Excel model execution"},
-  };
-  for (const auto& [model, expected] : rows) {
-    ASSERT_EQ(controller().acceptModel(model), Outcome::Done);
-    panel_->call("start");
-    std::string shown;
-    for (const std::string& text : takeShown()) shown += text + '|';
-    EXPECT_EQ(shown.substr(0, expected.size()), expected);
-    EXPECT_FALSE(controller().project().hasVels);
-  }
-}
+using ModelSelection = test::MainPanelTest;
 
 TEST_F(ModelSelection, IsOpenedByTheMainPanelTriedAndCanBeTakenBack) {
+  panel_->call("monteCarlo");
+  source(1);
+  choose("oldGeneration", test::goldenPath("ishigami.sam"));
   test::writeScript(file("model"),
                     "echo hello\n(echo 1; echo y; echo time = no; echo 1; echo oops) > \"$TARVEX_OUTPUT\"\n");
   const auto press = [](QWidget& window, const char* name) { window.findChild<QPushButton*>(name)->click(); };
@@ -276,6 +224,12 @@ TEST_F(ModelSelection, IsOpenedByTheMainPanelTriedAndCanBeTakenBack) {
   EXPECT_EQ(text("MlPrepVels"), "External model selection");
   panel_->call("undo");
   EXPECT_FALSE(controller().project().hasModel);
+  ModelChoice none;
+  none.kind = kInternalModel;
+  ASSERT_EQ(controller().acceptModel(none), Outcome::Done);
+  takeShown();
+  panel_->call("start");
+  EXPECT_EQ(takeShown(), Texts{"Error: Error starting internal model execution"});
 }
 
 }  // namespace

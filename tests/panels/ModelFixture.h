@@ -10,6 +10,10 @@
 
 namespace tarvex::test {
 
+constexpr const char* kDiscards =
+    "Warning: existing configuration: An internal model is already loaded.\n Do you wish to discard it? "
+    "[^Proceed/^Cancel]";
+
 // The panels of the model, over a study of the factors x1, x2, x3 with a sample of two rows.
 class ModelTest : public PrepTest {
  protected:
@@ -20,15 +24,21 @@ class ModelTest : public PrepTest {
               return true;
             }};
   }
+  // The panel of a model, shown.
+  template <class ModelPanel, class Model>
+  std::unique_ptr<ModelPanel> shown(const Model& model) {
+    auto panel = std::make_unique<ModelPanel>(display_, model, study(), nullptr);
+    EXPECT_EQ(panel->problems(), QStringList());
+    panel->window()->show();
+    return panel;
+  }
   // name, text, type (output unless it begins with a '-')
   static InternalModel modelOf(const std::vector<std::pair<std::string, std::string>>& equations) {
     InternalModel model;
     for (const char* const name : {"x1", "x2", "x3"}) EXPECT_TRUE(model.addVariable(name));
     for (const auto& [name, text] : equations) {
-      const bool isInternal = name.front() == '-';
-      EXPECT_TRUE(
-          model.addExpression(model.numExpressions(), isInternal ? name.substr(1) : name, text, isInternal ? 0 : 1))
-          << model.errorText();
+      const std::size_t isInternal = name.front() == '-' ? 1 : 0;
+      EXPECT_TRUE(model.addExpression(model.numExpressions(), name.substr(isInternal), text, isInternal == 0 ? 1 : 0));
     }
     return model;
   }
