@@ -34,6 +34,7 @@ sampValues& sampValues::operator=(sampValues&& other) noexcept {
   columnMode_ = std::exchange(other.columnMode_, false);
   cachedColumn_ = std::exchange(other.cachedColumn_, -1);
   unpatched_ = std::exchange(other.unpatched_, {});
+  blank_ = std::exchange(other.blank_, {});
   rows_ = std::exchange(other.rows_, 0);
   columns_ = std::exchange(other.columns_, 0);
   blockRows_ = std::exchange(other.blockRows_, 0);
@@ -118,8 +119,12 @@ bool sampValues::openEnd(std::int32_t count, std::int32_t& room) {
 bool sampValues::addZeroRows(std::int32_t count) {
   if (columns_ == 0 || rows_ != 0 || count < 1) return setError(kWrongLine);
   if (!ensureMode(true)) return false;
-  if (!fitsInMemory([this] { unpatched_.assign(static_cast<std::size_t>(columns_), true); }))
-    return setError(kNotEnoughMemory);
+  const auto all = static_cast<std::size_t>(columns_);
+  const auto mark = [&] {
+    unpatched_.assign(all, true);
+    blank_.assign(all, true);
+  };
+  if (!fitsInMemory(mark)) return setError(kNotEnoughMemory);
   rows_ = count;
   return true;
 }

@@ -132,6 +132,8 @@ class sampValues {
   mutable std::int32_t cachedColumn_ = -1;
   // In column mode, by column: changed in the column file, not yet in the row file. Empty while there is none.
   mutable std::vector<bool> unpatched_;
+  // In column mode, by column: zeros since the table was made, and never written. Empty where none is known.
+  mutable std::vector<bool> blank_;
 
   std::int32_t rows_ = 0;
   std::int32_t columns_ = 0;

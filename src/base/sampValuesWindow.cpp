@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/LargePages.h"
 #include "base/Memory.h"
 #include "base/sampValues.h"
 
@@ -22,7 +23,15 @@ std::size_t sampValues::rowBytes() const {
 }
 
 bool sampValues::resizeValues(std::vector<double>& values, std::int64_t size) const {
-  return fitsInMemory([&] { values.resize(static_cast<std::size_t>(size)); }) || setError(kNotEnoughMemory);
+  const auto count = static_cast<std::size_t>(size);
+  const auto resize = [&] {
+    if (values.capacity() < count) {
+      values.reserve(count);
+      useLargePages(values.data(), count * kValueBytes);
+    }
+    values.resize(count);
+  };
+  return fitsInMemory(resize) || setError(kNotEnoughMemory);
 }
 
 bool sampValues::readFrom(const WorkingFile& file, std::uint64_t offset, double* to, std::int64_t count) const {
@@ -143,9 +152,11 @@ bool sampValues::forColumnParts(std::int32_t column, Transfer transfer) const {
 bool sampValues::loadColumn(std::int32_t column) const {
   cachedColumn_ = -1;
   if (!resizeValues(cache_, rows_)) return false;
-  const bool ok = forColumnParts(column, [this](std::uint64_t offset, double* part, std::int64_t count) {
-    return readFrom(columnFile_, offset, part, count);
-  });
+  const bool isBlank = !blank_.empty() && blank_[static_cast<std::size_t>(column)];
+  if (isBlank) std::fill(cache_.begin(), cache_.end(), 0.0);
+  const bool ok = isBlank || forColumnParts(column, [this](std::uint64_t offset, double* part, std::int64_t count) {
+                    return readFrom(columnFile_, offset, part, count);
+                  });
   if (!ok) return false;
   cachedColumn_ = column;
   return true;
@@ -156,6 +167,7 @@ bool sampValues::loadColumn(std::int32_t column) const {
 bool sampValues::flushColumn() const {
   if (!fitsInMemory([this] { unpatched_.resize(static_cast<std::size_t>(columns_)); }))
     return setError(kNotEnoughMemory);
+  if (!blank_.empty()) blank_[static_cast<std::size_t>(cachedColumn_)] = false;
   const bool ok = forColumnParts(cachedColumn_, [this](std::uint64_t offset, const double* part, std::int64_t count) {
     return writeTo(columnFile_, offset, part, count);
   });
@@ -177,6 +189,7 @@ bool sampValues::patchRowFile(const Progress& progress) const {
     if (!patchRows(row, part, rows)) return false;
   }
   unpatched_ = {};
+  blank_ = {};
   return true;
 }
 
