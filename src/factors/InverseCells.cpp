@@ -1,7 +1,6 @@
 #include "factors/InverseCells.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -24,14 +23,35 @@ double size(double a, double b) {
   return std::max(std::fabs(a), std::fabs(b));
 }
 
-// The least count of halvings that brings `width` below `narrow`, but for the rounding of the quotient; 0 where no few
-// of them do.
-TARVEX_INLINE int halvingsTo(double narrow, double width) {
-  constexpr int kExponentBits = 52;  // above the fraction
+// Numbers of a vector register, and what their comparisons give.
+typedef double Group __attribute__((vector_size(4 * sizeof(double)), may_alias));
+
+using Flags = decltype(Group{} < Group{});
+
+TARVEX_INLINE Group& groupAt(double* numbers, std::size_t place) {
+  return *reinterpret_cast<Group*>(numbers + place);
+}
+
+// Results of these stand in an argument: returned they would need the wide registers outside of wide functions, too.
+
+TARVEX_INLINE void findSize(const Group& a, const Group& b, Group& size) {
+  const Group sizeOfA = a < 0.0 ? -a : a;
+  const Group sizeOfB = b < 0.0 ? -b : b;
+  size = sizeOfA < sizeOfB ? sizeOfB : sizeOfA;
+}
+
+// The least counts of halvings that bring widths below those of `narrow`, but for the rounding of the quotients; 0
+// where no few of them do.
+TARVEX_INLINE void findHalvings(const Group& narrow, const Group& width, Flags& halvings) {
+  constexpr int kFractionBits = 52;
   constexpr int kExponentOfHalf = 1022;
-  const int exponent =
-      static_cast<int>(std::bit_cast<std::uint64_t>(width / narrow) >> kExponentBits) - kExponentOfHalf;
-  return exponent > 0 && exponent <= kMostHalvings ? exponent : 0;
+  const Group quotient = width / narrow;
+  // A sign makes the exponent one of those that are too large.
+  const Flags upper = __builtin_bit_cast(Flags, quotient) >> kFractionBits & 0xfff;
+  const Flags exponent = upper - kExponentOfHalf;
+  const Flags none = {};
+  halvings = exponent > 0 ? exponent : none;
+  halvings = exponent <= kMostHalvings ? halvings : none;
 }
 
 }  // namespace
@@ -83,105 +103,126 @@ double InverseCells::findSlowly(const Distribution& distribution, const Search& 
   return middle(lo.point.x, hi.point.x);
 }
 
-// Searches side by side, in groups for vector registers. A lane without an interpolated quantile stands still.
+// Searches side by side. A lane without an interpolated quantile isn't looked at.
 struct InverseCells::Lanes {
-  static constexpr std::size_t kWidth = 4;
-  static constexpr std::size_t kGroups = kLanes / kWidth;
-  typedef double Group __attribute__((vector_size(kWidth * sizeof(double))));
-  using Groups = Group[kGroups];
+  QuantilePiece::Row<kLanes> pieces;
+  bool isInterpolated[kLanes];
+  // Of the cells and their targets.
+  alignas(QuantilePiece::kAlignment) double low[kLanes], high[kLanes], target[kLanes];
+  // The quantiles, and the brackets around them that are left.
+  alignas(QuantilePiece::kAlignment) double x[kLanes], reach[kLanes], narrow[kLanes], wide[kLanes], lo[kLanes],
+      hi[kLanes];
+  alignas(QuantilePiece::kAlignment) std::int64_t halvings[kLanes];
+  // 1 where the bisection of the cell ends with this bracket, else 0.
+  alignas(QuantilePiece::kAlignment) double isCertain[kLanes];
 
-  static double& at(Groups& groups, std::size_t lane) { return reinterpret_cast<double*>(groups)[lane]; }
-
-  Groups lo = {};
-  Groups hi = {};
-  Groups x = {};
-  Groups halvings = {};  // that are asked for
-  int least = kMostHalvings;
-  int most = 0;
+  QuantilePiece::Quantile quantile(std::size_t k) const { return {x[k], reach[k], narrow[k], wide[k]}; }
 };
 
-TARVEX_INLINE void InverseCells::halve(Lanes& lanes) {
-  using Group = Lanes::Group;
-  Lanes::Groups lo;
-  Lanes::Groups hi;
-  for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
-    lo[k] = lanes.lo[k];
-    hi[k] = lanes.hi[k];
+TARVEX_INLINE void InverseCells::halve(Lanes& lanes, double tolerance) {
+  constexpr std::size_t kWidth = sizeof(Group) / sizeof(double);
+  constexpr std::size_t kGroups = 4;  // as many as the registers hold
+  for (std::size_t k = 0; k < kLanes; k += kWidth) {
+    const auto quantile = QuantilePiece::at<Group>(lanes.pieces, k, groupAt(lanes.target, k), tolerance);
+    groupAt(lanes.x, k) = quantile.x;
+    groupAt(lanes.reach, k) = quantile.reach;
+    groupAt(lanes.narrow, k) = quantile.narrow;
+    groupAt(lanes.wide, k) = quantile.wide;
+    findHalvings(quantile.narrow, groupAt(lanes.high, k) - groupAt(lanes.low, k),
+                 reinterpret_cast<Flags&>(lanes.halvings[k]));
   }
-  int pass = 0;
-  for (; pass < lanes.least; ++pass)
-    for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
-      const Group m = (lo[k] + hi[k]) * 0.5;
-      const auto isBelow = m < lanes.x[k];
-      lo[k] = isBelow ? m : lo[k];
-      hi[k] = isBelow ? hi[k] : m;
+  for (std::size_t first = 0; first < kLanes; first += kGroups * kWidth) {
+    std::int64_t least = kMostHalvings;
+    std::int64_t most = 0;
+    Group lo[kGroups];
+    Group hi[kGroups];
+    Group x[kGroups];
+    for (std::size_t k = first; k < first + kGroups * kWidth; ++k) {
+      if (!lanes.isInterpolated[k]) continue;
+      least = std::min(least, lanes.halvings[k]);
+      most = std::max(most, lanes.halvings[k]);
     }
-  for (; pass < lanes.most; ++pass)
-    for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
-      const Group m = (lo[k] + hi[k]) * 0.5;
-      const auto goesOn = lanes.halvings[k] > static_cast<double>(pass);
-      const auto isBelow = m < lanes.x[k];
-      lo[k] = goesOn & isBelow ? m : lo[k];
-      hi[k] = goesOn & ~isBelow ? m : hi[k];
+    for (std::size_t i = 0; i < kGroups; ++i) {
+      lo[i] = groupAt(lanes.low, first + i * kWidth);
+      hi[i] = groupAt(lanes.high, first + i * kWidth);
+      x[i] = groupAt(lanes.x, first + i * kWidth);
     }
-  for (std::size_t k = 0; k < Lanes::kGroups; ++k) {
-    lanes.lo[k] = lo[k];
-    lanes.hi[k] = hi[k];
+    std::int64_t pass = 0;
+    for (; pass < least; ++pass)
+      for (std::size_t i = 0; i < kGroups; ++i) {
+        const Group m = (lo[i] + hi[i]) * 0.5;
+        const auto isBelow = m < x[i];
+        lo[i] = isBelow ? m : lo[i];
+        hi[i] = isBelow ? hi[i] : m;
+      }
+    for (; pass < most; ++pass)
+      for (std::size_t i = 0; i < kGroups; ++i) {
+        const Group m = (lo[i] + hi[i]) * 0.5;
+        const auto& asked = reinterpret_cast<const Flags&>(lanes.halvings[first + i * kWidth]);
+        const Group below = m < x[i] ? m : lo[i];
+        const Group above = m < x[i] ? hi[i] : m;
+        lo[i] = asked > pass ? below : lo[i];
+        hi[i] = asked > pass ? above : hi[i];
+      }
+    // Certain is what was judged rightly all the way: both ends were middles, farther from the quantile than its reach;
+    // the width is one to end with, the width before it was not; and it has doubles enough to be halved further.
+    for (std::size_t i = 0; i < kGroups; ++i) {
+      const std::size_t k = first + i * kWidth;
+      const Group reach = groupAt(lanes.reach, k);
+      const Group width = hi[i] - lo[i];
+      Group rounding = {};
+      findSize(lo[i], hi[i], rounding);
+      rounding *= kRoundings * kUnit;
+      const Group no = {};
+      Group certain = no + 1.0;
+      certain = x[i] - lo[i] > reach ? certain : no;
+      certain = hi[i] - x[i] > reach ? certain : no;
+      certain = width < groupAt(lanes.narrow, k) ? certain : no;
+      certain = 2.0 * width - rounding > groupAt(lanes.wide, k) ? certain : no;
+      certain = width >= rounding ? certain : no;
+      certain = lo[i] != groupAt(lanes.low, k) ? certain : no;
+      certain = hi[i] != groupAt(lanes.high, k) ? certain : no;
+      groupAt(lanes.isCertain, k) = certain;
+      groupAt(lanes.lo, k) = lo[i];
+      groupAt(lanes.hi, k) = hi[i];
+    }
   }
 }
 
-TARVEX_WIDE void InverseCells::halveWide(Lanes& lanes) {
-  halve(lanes);
+TARVEX_WIDE void InverseCells::halveWide(Lanes& lanes, double tolerance) {
+  halve(lanes, tolerance);
 }
 
-void InverseCells::halveTogether(Lanes& lanes) {
+void InverseCells::halveTogether(Lanes& lanes, double tolerance) {
   if (hasWideUnits())
-    halveWide(lanes);
+    halveWide(lanes, tolerance);
   else
-    halve(lanes);
-}
-
-// Whether the bisection of a cell ends with this bracket around the quantile: both ends were middles, farther from the
-// quantile than its reach; the width is one to end with, the width before it was not; and it has doubles enough to be
-// halved further.
-TARVEX_INLINE bool InverseCells::isCertain(const QuantilePiece::Quantile& quantile, const TablePoint* cell, double lo,
-                                           double hi) {
-  const double rounding = kRoundings * kUnit * size(lo, hi);
-  const double width = hi - lo;
-  return quantile.x - lo > quantile.reach && hi - quantile.x > quantile.reach && width < quantile.narrow &&
-         2.0 * width - rounding > quantile.wide && width >= rounding && lo != cell[0].x && hi != cell[1].x;
+    halve(lanes, tolerance);
 }
 
 void InverseCells::find(const Distribution& distribution, const Search* searches, double* x, std::size_t count) {
+  static const QuantilePiece kNone;
   const TablePoint* const table = distribution.table.data();
-  const double tolerance = distribution.inverseRule().tolerance;
   Lanes lanes;
-  QuantilePiece::Quantile quantiles[kLanes];
-  bool isInterpolated[kLanes] = {};
-  for (std::size_t k = 0; k < count; ++k) {
-    const QuantilePiece* piece = pieceFor(distribution, searches[k]);
-    if (piece == nullptr) continue;
-    quantiles[k] = piece->at(searches[k].target, tolerance);
-    const TablePoint* const cell = table + searches[k].cell;
-    const int halvings = halvingsTo(quantiles[k].narrow, cell[1].x - cell[0].x);
-    isInterpolated[k] = true;
-    Lanes::at(lanes.lo, k) = cell[0].x;
-    Lanes::at(lanes.hi, k) = cell[1].x;
-    Lanes::at(lanes.x, k) = quantiles[k].x;
-    Lanes::at(lanes.halvings, k) = halvings;
-    lanes.least = std::min(lanes.least, halvings);
-    lanes.most = std::max(lanes.most, halvings);
+  bool isAny = false;
+  for (std::size_t k = 0; k < kLanes; ++k) {
+    const QuantilePiece* const piece = k < count ? pieceFor(distribution, searches[k]) : nullptr;
+    const TablePoint* const cell = table + (piece != nullptr ? searches[k].cell : 0);
+    lanes.isInterpolated[k] = piece != nullptr;
+    isAny = isAny || piece != nullptr;
+    (piece != nullptr ? piece : &kNone)->enter(lanes.pieces, k);
+    lanes.low[k] = cell[0].x;
+    lanes.high[k] = cell[1].x;
+    lanes.target[k] = piece != nullptr ? searches[k].target : 0.0;
   }
-  if (lanes.most > 0) halveTogether(lanes);
+  if (isAny) halveTogether(lanes, distribution.inverseRule().tolerance);
   for (std::size_t k = 0; k < count; ++k) {
-    const double lo = Lanes::at(lanes.lo, k);
-    const double hi = Lanes::at(lanes.hi, k);
-    if (!isInterpolated[k])
+    if (!lanes.isInterpolated[k])
       x[k] = distribution.bisect(searches[k], distribution.inverseRule());
-    else if (isCertain(quantiles[k], table + searches[k].cell, lo, hi))
-      x[k] = middle(lo, hi);
+    else if (lanes.isCertain[k] != 0.0)
+      x[k] = middle(lanes.lo[k], lanes.hi[k]);
     else
-      x[k] = findSlowly(distribution, searches[k], quantiles[k]);
+      x[k] = findSlowly(distribution, searches[k], lanes.quantile(k));
   }
 }
 

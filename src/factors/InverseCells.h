@@ -28,7 +28,7 @@ class InverseCells {
     std::size_t cell;
     double target;
   };
-  static constexpr std::size_t kLanes = 16;  // searches that are carried on side by side
+  static constexpr std::size_t kLanes = 32;  // searches that are carried on side by side
 
   // `count` of kLanes at most. Requires: the table is the one of all calls before.
   void find(const Distribution& distribution, const Search* searches, double* x, std::size_t count);
@@ -41,10 +41,9 @@ class InverseCells {
   struct Lanes;
 
   const QuantilePiece* pieceFor(const Distribution& distribution, const Search& search);
-  static void halve(Lanes& lanes);
-  static void halveWide(Lanes& lanes);
-  static void halveTogether(Lanes& lanes);
-  static bool isCertain(const QuantilePiece::Quantile& quantile, const TablePoint* cell, double lo, double hi);
+  static void halve(Lanes& lanes, double tolerance);
+  static void halveWide(Lanes& lanes, double tolerance);
+  static void halveTogether(Lanes& lanes, double tolerance);
   static double findSlowly(const Distribution& distribution, const Search& search,
                            const QuantilePiece::Quantile& quantile);
 
