@@ -22,15 +22,19 @@ bool SampleStatistics::compute(const sampValues& samples, const Progress& progre
   const std::int32_t rows = samples.rows();
   const auto columns = static_cast<std::size_t>(samples.columns());
   const double divisor = rows - 1.0;
-  std::vector<double> row(columns);
-
   constexpr double kMeansShare = 0.2;  // of the time, roughly
   const Progress ofMeans = progress.part(0.0, kMeansShare);
   WorkPace firstPace(ofMeans, rows, samples.columns());
   std::vector<double> means(columns, 0.0);
-  for (std::int32_t r = 0; r < rows; ++r) {
-    if (!firstPace.step() || !samples.getRow(r, row.data())) return false;
-    for (std::size_t c = 0; c < columns; ++c) means[c] += row[c];
+  std::vector<double> batch(columns * kProductRows);
+  for (std::int32_t first = 0; first < rows; first += kProductRows) {
+    const std::int32_t count = std::min<std::int32_t>(kProductRows, rows - first);
+    if (!samples.getRows(first, count, batch.data())) return false;
+    const double* row = batch.data();
+    for (std::int32_t r = 0; r < count; ++r, row += columns) {
+      if (!firstPace.step()) return false;
+      for (std::size_t c = 0; c < columns; ++c) means[c] += row[c];
+    }
   }
   // Kept: the mean divides by n - 1, and deviations are taken from that mean; saved samples hold these numbers.
   for (double& mean : means) mean /= divisor;
@@ -40,12 +44,12 @@ bool SampleStatistics::compute(const sampValues& samples, const Progress& progre
   std::vector<double> products(columns * columns, 0.0);  // the upper triangle, diagonal included
   std::vector<double> cubes(columns, 0.0);
   std::vector<double> fourths(columns, 0.0);
-  std::vector<double> batch(columns * kProductRows);
   for (std::int32_t first = 0; first < rows;) {
     const std::int32_t count = std::min<std::int32_t>(kProductRows, rows - first);
     double* deviations = batch.data();
+    if (!samples.getRows(first, count, deviations)) return false;
     for (std::int32_t r = 0; r < count; ++r, deviations += columns) {
-      if (!secondPace.step() || !samples.getRow(first + r, deviations)) return false;
+      if (!secondPace.step()) return false;
       for (std::size_t c = 0; c < columns; ++c) {
         const double deviation = deviations[c] -= means[c];
         const double square = deviation * deviation;
