@@ -47,18 +47,25 @@ TARVEX_INLINE void sizesOf(const double* values, Lanes& sizes) {
   std::memcpy(&sizes, &bits, sizeof sizes);
 }
 
-// Zeros, whose digits are 0 wherever the point stands, and what is no number don't count.
+// Zeros, whose digits are 0 wherever the point stands, and what is no number don't count. `count` is a multiple of
+// kTogether.
 TARVEX_INLINE Points pointsOf(const double* values, std::size_t count) {
-  Lanes least = Lanes{} + std::numeric_limits<double>::infinity();
-  Lanes most = Lanes{};
-  for (std::size_t i = 0; i < count; i += kLanes) {
-    Lanes size;
-    sizesOf(values + i, size);
-    least = ((size < least) & (size > 0.0)) ? size : least;
-    most = size > most ? size : most;
+  Lanes least[kGroups] = {};
+  Lanes most[kGroups] = {};
+  for (Lanes& none : least) none += std::numeric_limits<double>::infinity();
+  for (std::size_t i = 0; i < count; i += kTogether)
+    for (std::size_t g = 0; g < kGroups; ++g) {
+      Lanes size;
+      sizesOf(values + i + g * kLanes, size);
+      least[g] = ((size < least[g]) & (size > 0.0)) ? size : least[g];
+      most[g] = size > most[g] ? size : most[g];
+    }
+  for (std::size_t g = 1; g < kGroups; ++g) {
+    least[0] = least[g] < least[0] ? least[g] : least[0];
+    most[0] = most[g] > most[0] ? most[g] : most[0];
   }
-  return {pointOf(std::max({most[0], most[1], most[2], most[3]})),
-          pointOf(std::min({least[0], least[1], least[2], least[3]}))};
+  return {pointOf(std::max({most[0][0], most[0][1], most[0][2], most[0][3]})),
+          pointOf(std::min({least[0][0], least[0][1], least[0][2], least[0][3]}))};
 }
 
 // Enters kTogether values that lie one behind the other, of these points.
