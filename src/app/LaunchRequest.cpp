@@ -6,13 +6,13 @@
 
 #include "app/RunController.h"
 #include "base/TextReader.h"
+#include "model/ModelChoice.h"
 
 namespace tarvex {
 
 namespace {
 
 constexpr std::size_t kMaxLine = 1023;
-constexpr std::string_view kSpreadsheet = "Excel Application";
 
 // The value behind `label`, which stands at the very start of the line; empty where it doesn't.
 std::string valueOf(std::string_view line, std::string_view label) {
@@ -50,7 +50,7 @@ bool LaunchRequest::applyModel(RunController& controller) const {
   Outcome accepted = Outcome::Done;
   if (!outputFile_.empty()) {
     ModelChoice model;  // its kind stays: nothing is to be started
-    model.setExternal(executable_, outputFile_, executable_ == kSpreadsheet ? 1 : 0);
+    model.setExternal(executable_, outputFile_, executable_ == kSpreadsheetProgram ? 1 : 0);
     accepted = controller.acceptModel(std::move(model), RunController::Edit::AtStart);
   }
   auto internal = std::make_unique<InternalModel>();

@@ -104,7 +104,8 @@ Outcome RunController::takeParts(const RunFollower& run) {
   if (const std::string missing = missingText(run.states(), run.directory().path());
       taken == Outcome::Done && !missing.empty())
     frontEnd_.message(MessageKind::Warning, "Warning", missing);
-  if (const std::string text = workbookText(run); taken == Outcome::Done && !text.empty())
+  if (const std::string text = workbookText(run.record(), run.directory(), run.states());
+      taken == Outcome::Done && !text.empty())
     frontEnd_.message(MessageKind::Warning, "Warning", text);
   return taken;
 }

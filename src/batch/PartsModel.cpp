@@ -7,6 +7,7 @@
 #include "app/PartsRequest.h"
 #include "base/Paths.h"
 #include "batch/Commands.h"
+#include "model/ModelChoice.h"
 #include "model/ModelCommand.h"
 #include "model/ModelRequest.h"
 #include "model/WorkbookCopy.h"
@@ -40,7 +41,7 @@ std::string partCommand(const RunRecord& record, const RunDirectory& run) {
 bool chooseWorkbook(const std::string& path, const std::string& cells, ModelChoice& model, std::string& message) {
   ModelChoice choice;
   if (!cells.empty() && !parseWorkbookCells(cells, choice.cells, message)) return false;
-  choice.setExternal(kSpreadsheet, path, 1);
+  choice.setExternal(kSpreadsheetProgram, path, 1);
   choice.kind = kExternalExecutable;
   model = std::move(choice);
   return true;

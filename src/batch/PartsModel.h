@@ -10,9 +10,6 @@ struct Console;
 struct RunOptions;
 struct RunRecord;
 
-// What stands in a model's record in the executable's place when it is a workbook.
-inline constexpr const char* kSpreadsheet = "Excel Application";
-
 // The workbook as a model that is computed; `cells` as WorkbookCells::text() has them, empty: by its sheets. False,
 // with the message.
 [[nodiscard]] bool chooseWorkbook(const std::string& path, const std::string& cells, ModelChoice& model,

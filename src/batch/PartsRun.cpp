@@ -131,9 +131,8 @@ int carryOut(PartsRun& run, RunController& controller, const Console& console) {
   coordinator->finish();
   if (const std::string missing = missingText(coordinator->states(), run.directory.path()); !missing.empty())
     console.warn(missing);
-  std::string ignored;  // it was looked at all the time
-  if (RunFollower seen(run.directory.path()); !run.record.workbook.empty() && seen.look(ignored))
-    console.warn(workbookText(seen));
+  if (const std::string text = workbookText(run.record, run.directory, coordinator->states()); !text.empty())
+    console.warn(text);
   const ModelResults& results = controller.project().model.results;
   console.out << counted(results.runCount(), "run") << ", " << counted(results.outputCount(), "output") << ": "
               << run.record.resultFile << '\n';

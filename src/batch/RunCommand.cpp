@@ -11,6 +11,7 @@
 #include "batch/PartsRun.h"
 #include "batch/StopSignals.h"
 #include "batch/TrialFigures.h"
+#include "model/ModelChoice.h"
 #include "model/ModelCommand.h"
 #include "model/ModelRequest.h"
 #include "postproc/PostProcessorFile.h"
@@ -30,7 +31,7 @@ bool chooseModel(const RunOptions& options, ModelChoice& choice, std::string& me
   request.internal = !options.modelFile.empty();
   request.spreadsheet = options.workbook.has_value();
   request.execute = request.spreadsheet ? !options.readOnly : options.executable.has_value();
-  request.executable = request.spreadsheet ? kSpreadsheet : options.executable.value_or("");
+  request.executable = request.spreadsheet ? kSpreadsheetProgram : options.executable.value_or("");
   request.outputFile = options.workbook.value_or(options.modelOutput);
   if (!readCells(options.inputCells, request.cells.inputs, message) ||
       !readCells(options.outputCells, request.cells.outputs, message))

@@ -10,6 +10,9 @@
 
 namespace tarvex {
 
+// What stands in the executable's place when the model is a workbook.
+inline constexpr const char* kSpreadsheetProgram = "Excel Application";
+
 enum ModelKind : std::int32_t { kInternalModel = 0, kExternalExecutable = 1, kNoModelToStart = 2 };
 
 // Which model is run, without anything that came out of it: a value that a panel edits and hands back.

@@ -62,12 +62,12 @@ std::string missingText(const PartStates& states, const std::string& run) {
       missing, missing == 1 ? "" : "s", states.rowsIn(PartState::Missing), run);
 }
 
-std::string workbookText(const RunFollower& run) {
-  if (run.record().workbook.empty()) return {};
-  for (std::size_t part = 0; part < run.states().size(); ++part) {
-    const PartState& state = run.states()[part];
+std::string workbookText(const RunRecord& record, const RunDirectory& directory, const PartStates& states) {
+  if (record.workbook.empty()) return {};
+  for (std::size_t part = 0; part < states.size(); ++part) {
+    const PartState& state = states[part];
     if (state.stage != PartState::Done) continue;
-    std::string text = contentOf(run.directory().attempt(static_cast<std::int32_t>(part), state.attempt) + "/log");
+    std::string text = contentOf(directory.attempt(static_cast<std::int32_t>(part), state.attempt) + "/log");
     text.erase(text.find_last_not_of('\n') + 1);
     return text;
   }

@@ -6,7 +6,9 @@
 namespace tarvex {
 
 class PartStates;
+class RunDirectory;
 class RunFollower;
+struct RunRecord;
 
 // How a run in parts is told of, on the console and on panels.
 
@@ -21,6 +23,6 @@ std::string driverText(const RunFollower& run);
 // What is said of results in which parts are missing; empty: none is. `run` is the directory.
 std::string missingText(const PartStates& states, const std::string& run);
 // What the first part that is done had to say of a workbook; empty: nothing, or the model is a program.
-std::string workbookText(const RunFollower& run);
+std::string workbookText(const RunRecord& record, const RunDirectory& directory, const PartStates& states);
 
 }  // namespace tarvex

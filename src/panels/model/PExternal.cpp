@@ -14,6 +14,7 @@
 
 #include "base/Paths.h"
 #include "base/RememberedDirectories.h"
+#include "model/ModelChoice.h"
 #include "model/ModelCommand.h"
 #include "panels/help/PHelp.h"
 #include "panels/model/PIntModel.h"
@@ -27,7 +28,6 @@
 namespace tarvex {
 namespace {
 
-constexpr const char* kWorkbook = "Excel Application";  // in the place of the program
 constexpr const char* kLoaded = "Internal Model loaded";
 
 }  // namespace
@@ -117,7 +117,7 @@ void PExternal::switchExternalExe() {
 }
 
 void PExternal::switchExcel() {
-  gadget<QLineEdit>("CModel")->setText(gadget<QCheckBox>("TExcel")->isChecked() ? kWorkbook : "");
+  gadget<QLineEdit>("CModel")->setText(gadget<QCheckBox>("TExcel")->isChecked() ? kSpreadsheetProgram : "");
   refresh();
 }
 

@@ -11,19 +11,14 @@
 #include "toolkit/ChartView.h"
 
 namespace tarvex {
-namespace {
-
-constexpr int kRedrawCobwebMilliseconds = 80;
-
-}  // namespace
+namespace {}  // namespace
 
 PCobwebs::PCobwebs(ResultDesk& desk, std::shared_ptr<Selection> selection, std::vector<std::size_t> columns)
     : RunPanel(desk, std::move(selection), "PCobwebs", "Cobwebs", "Cobwebs plot"),
       columns_(std::move(columns)),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t) { moveInTime(); }) {
+      slider_(*this, desk, [this](std::int32_t) { moveInTime(); }) {
   redraw_.setSingleShot(true);
-  redraw_.setInterval(kRedrawCobwebMilliseconds);
+  redraw_.setInterval(kRedrawMilliseconds);
   connect(&redraw_, &QTimer::timeout, this, [this] { draw(); });
   auto* const chart = gadget<ChartView>("TeBackground");
   chart->setEmptyText("There are no runs, or the drawing was stopped.");

@@ -13,7 +13,6 @@
 namespace tarvex {
 namespace {
 
-constexpr int kRedrawMilliseconds = 80;
 constexpr int kTitleChars = 96;
 
 RunColumn keptOf(const RunColumn& column, const std::vector<std::int32_t>& runs) {
@@ -34,8 +33,7 @@ PHistogram::PHistogram(ResultDesk& desk, std::shared_ptr<Selection> selection, c
     : Panel(desk.display(), file, name, "Histogram", desk.parent()),
       desk_(desk),
       selection_(std::move(selection)),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t) { showColumns(slider_.allAtPicked(columns_)); }) {
+      slider_(*this, desk, [this](std::int32_t) { showColumns(slider_.allAtPicked(columns_)); }) {
   redraw_.setSingleShot(true);
   redraw_.setInterval(kRedrawMilliseconds);
   connect(&redraw_, &QTimer::timeout, this, [this] { draw(); });

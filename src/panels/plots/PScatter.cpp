@@ -31,8 +31,7 @@ QString rangeOf(const RunColumn& column) {
 
 PScatter::PScatter(ResultDesk& desk, std::shared_ptr<Selection> selection, std::size_t x, std::size_t y)
     : RunPanel(desk, std::move(selection), "PScatter", "Scattergram", "Scattergram"),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t) { moveInTime(); }) {
+      slider_(*this, desk, [this](std::int32_t) { moveInTime(); }) {
   fillColumns();
   gadget<QComboBox>("OFirst")->setCurrentIndex(static_cast<int>(x));
   gadget<QComboBox>("OSecond")->setCurrentIndex(static_cast<int>(y));

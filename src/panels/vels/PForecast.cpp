@@ -54,19 +54,16 @@ QString recordText(const SensitivityStats& stats, std::int32_t variable, std::in
 PForecast::PForecast(ResultDesk& desk, const std::shared_ptr<const AnalysisSnapshot>& snapshot, std::int32_t variable,
                      std::int32_t slot, std::size_t record)
     : Panel(desk.display(), "PForecast", "Forecast", "Forecast", desk.parent()),
-      desk_(desk),
       snapshot_(snapshot),
       variable_(variable),
       slot_(slot),
       record_(record),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t shown) { show(shown); }) {
+      slider_(*this, desk, [this](std::int32_t shown) { show(shown); }),
+      past_(desk.controller(), snapshot_, [this] { show(variable_); }) {
   setTitle("Forecast: " + shortened(QString::fromStdString(snapshot_->sensitivity->records[record].name)));
   gadget<ChartView>("ChForecast")->setEmptyText("No factor has this measure.");
   slider_.setVariables(snapshot_->variables, outputNamesOf(*snapshot_));
   show(variable);
-  followController();
-  subscription_ = desk.controller().subscribe([this](Changes) { followController(); });
   registerCallbacks({{"ok", [this] { end(true); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
 }
@@ -75,19 +72,10 @@ void PForecast::show(std::int32_t variable) {
   variable_ = variable;
   slider_.setShown(variable);
   const SensitivityStats& stats = *snapshot_->sensitivity;
-  gadget<QLabel>("MlForecast")
-      ->setText(recordText(stats, variable, slot_, record_) + (past_.isEmpty() ? QString() : '.' + past_));
+  gadget<QLabel>("MlForecast")->setText(recordText(stats, variable, slot_, record_) + past_.text());
   auto* const chart = gadget<ChartView>("ChForecast");
   chart->show(forecastBars(stats, variable, snapshot_->variables[static_cast<std::size_t>(variable)], slot_));
   chart->setMarked({static_cast<std::int32_t>(record_)});
-}
-
-// Also of those that were past when it was opened.
-void PForecast::followController() {
-  RunController& controller = desk_.controller();
-  if (controller.busy() || !past_.isEmpty() || controller.analysis()->sensitivity == snapshot_->sensitivity) return;
-  past_ = " Past: sample, results, selection or level have changed since.";
-  show(variable_);
 }
 
 }  // namespace tarvex

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "app/Changes.h"
+#include "panels/vels/PastMeasures.h"
 #include "panels/vels/TimeSlider.h"
 #include "toolkit/Panel.h"
 
@@ -23,16 +23,13 @@ class PForecast : public Panel {
 
  private:
   void show(std::int32_t variable);
-  void followController();
 
-  ResultDesk& desk_;
   std::shared_ptr<const AnalysisSnapshot> snapshot_;
   std::int32_t variable_;
   std::int32_t slot_;
   std::size_t record_;
   TimeSlider slider_;
-  QString past_;  // what is to be said of measures that others have replaced
-  ChangeNotifier::Subscription subscription_;
+  PastMeasures past_;
 };
 
 }  // namespace tarvex

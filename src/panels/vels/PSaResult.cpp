@@ -47,8 +47,7 @@ PSaResult::PSaResult(ResultDesk& desk, const SaKind& kind, Member)
       desk_(desk),
       kind_(kind),
       snapshot_(desk.controller().analysis()),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t variable) { showVariable(variable); }) {
+      slider_(*this, desk, [this](std::int32_t variable) { showVariable(variable); }) {
   addPages();
   variables_.resize(snapshot_->variables.size());
   std::iota(variables_.begin(), variables_.end(), 0);

@@ -22,8 +22,8 @@ PSaSingle::PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> s
       desk_(desk),
       snapshot_(std::move(snapshot)),
       variable_(variable),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t shown) { show(shown); }) {
+      slider_(*this, desk, [this](std::int32_t shown) { show(shown); }),
+      past_(desk.controller(), snapshot_, [this] { show(variable_); }) {
   for (const MeasureChoice& choice : measureChoices(*snapshot_->sensitivity)) slots_.push_back(choice.slot);
   slider_.setVariables(snapshot_->variables, outputNamesOf(*snapshot_));
   if (const auto* const regression = dynamic_cast<const RegressionStats*>(snapshot_->sensitivity.get()))
@@ -34,9 +34,7 @@ PSaSingle::PSaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> s
                      {"doppioClick", [this] { doppioClick(); }},
                      {"dismiss", [this] { end(true); }}});
   bindKey(QKeySequence(Qt::Key_Escape), [this] { end(true); });
-  subscription_ = desk.controller().subscribe([this](Changes) { followController(); });
   show(variable);
-  followController();
 }
 
 void PSaSingle::show(std::int32_t variable) {
@@ -45,17 +43,8 @@ void PSaSingle::show(std::int32_t variable) {
   table_ = std::make_shared<SaTable>(snapshot_->sensitivity, variable, slots_, MeasureDisplay{}, false);
   const QString name = QString::fromStdString(snapshot_->variables[static_cast<std::size_t>(variable)]);
   setTitle("Sensitivity Analysis: " + shortened(name));
-  gadget<QLabel>("MlTitle")->setText(past_.isEmpty() ? "All measures of " + name
-                                                     : "All measures of " + name + '.' + past_);
+  gadget<QLabel>("MlTitle")->setText("All measures of " + name + past_.text());
   showSheet(*gadget<TableView>("ShIndexes"), table_);
-}
-
-// Also of those that were past when it was opened.
-void PSaSingle::followController() {
-  RunController& controller = desk_.controller();
-  if (controller.busy() || !past_.isEmpty() || controller.analysis()->sensitivity == snapshot_->sensitivity) return;
-  past_ = " Past: sample, results, selection or level have changed since.";
-  show(variable_);
 }
 
 void PSaSingle::saveTable() {

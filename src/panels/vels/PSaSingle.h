@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "app/Changes.h"
+#include "panels/vels/PastMeasures.h"
 #include "panels/vels/SaTable.h"
 #include "panels/vels/TimeSlider.h"
 #include "toolkit/Panel.h"
@@ -20,7 +20,6 @@ class PSaSingle : public Panel {
 
  private:
   void show(std::int32_t variable);
-  void followController();
   void saveTable();
   void doppioClick();
 
@@ -30,8 +29,7 @@ class PSaSingle : public Panel {
   std::vector<std::int32_t> slots_;
   std::shared_ptr<SaTable> table_;
   TimeSlider slider_;
-  QString past_;  // what is to be said of measures that others have replaced
-  ChangeNotifier::Subscription subscription_;
+  PastMeasures past_;
 };
 
 }  // namespace tarvex

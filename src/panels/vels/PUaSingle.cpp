@@ -35,7 +35,7 @@ PUaSingle::PUaSingle(ResultDesk& desk, std::shared_ptr<const AnalysisSnapshot> a
       analysis_(std::move(analysis)),
       statistics_(analysis_->uncertainty),
       hasTimes_(desk.controller().project().model.results.hasTimeAxis()),
-      slider_(*this, desk.time(), hasTimes_, [this](std::int32_t shown) { show(shown); }),
+      slider_(*this, desk, [this](std::int32_t shown) { show(shown); }),
       methodId_(desk.controller().project().prep.methodId()) {
   addPages();
   for (const std::string& name : analysis_->variables)

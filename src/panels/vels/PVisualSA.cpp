@@ -33,8 +33,7 @@ PVisualSA::PVisualSA(ResultDesk& desk, std::shared_ptr<Selection> selection)
       desk_(desk),
       selection_(std::move(selection)),
       table_(selection_->table()),
-      slider_(*this, desk.time(), desk.controller().project().model.results.hasTimeAxis(),
-              [this](std::int32_t) { pickTime(); }) {
+      slider_(*this, desk, [this](std::int32_t) { pickTime(); }) {
   const ProjectConfiguration& project = desk.controller().project();
   slider_.setVariables(*table_, project.vels.outputNames(project.model));
   addPages();

@@ -16,6 +16,9 @@ class Panel;
 class RunController;
 class Selection;
 
+// The most often that a plot is drawn anew while the time or its settings are dragged.
+inline constexpr int kRedrawMilliseconds = 80;
+
 // What the panels of results share: the study that they show, and the windows that stay open beside each other.
 class ResultDesk {
  public:

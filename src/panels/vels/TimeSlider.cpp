@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "app/PostProcessor.h"
+#include "app/RunController.h"
 #include "base/NumberText.h"
+#include "panels/vels/ResultDesk.h"
 #include "plots/RunTable.h"
 #include "toolkit/Panel.h"
 #include "toolkit/allow.h"
@@ -27,15 +29,15 @@ std::vector<std::string> outputNamesOf(const AnalysisSnapshot& analysis) {
   return names;
 }
 
-TimeSlider::TimeSlider(Panel& panel, TimeChoice& choice, bool hasTimes, Show show)
+TimeSlider::TimeSlider(Panel& panel, ResultDesk& desk, Show show)
     : caption_(*panel.gadget<QLabel>("LTime")),
       slider_(*panel.gadget<QSlider>("HsTime")),
       label_(*panel.gadget<QLabel>("MlTime")),
-      choice_(choice),
-      hasTimes_(hasTimes),
+      choice_(desk.time()),
+      hasTimes_(desk.controller().project().model.results.hasTimeAxis()),
       show_(std::move(show)),
       connection_(QObject::connect(&slider_, &QSlider::valueChanged, &panel, [this](int place) { moved(place); })),
-      subscription_(choice.subscribe([this] { follow(); })) {}
+      subscription_(choice_.subscribe([this] { follow(); })) {}
 
 TimeSlider::~TimeSlider() {
   QObject::disconnect(connection_);

@@ -18,6 +18,7 @@ namespace tarvex {
 
 struct AnalysisSnapshot;
 class Panel;
+class ResultDesk;
 struct RunTable;
 
 // The outputs that there were when an analysis was made.
@@ -32,8 +33,8 @@ class TimeSlider {
   // Gets the place of the variable that is to be shown.
   using Show = std::function<void(std::int32_t variable)>;
 
-  // The panel and the choice outlive it. `hasTimes`: the results have a time axis.
-  TimeSlider(Panel& panel, TimeChoice& choice, bool hasTimes, Show show);
+  // The panel and the desk outlive it.
+  TimeSlider(Panel& panel, ResultDesk& desk, Show show);
   ~TimeSlider();
   TimeSlider(const TimeSlider&) = delete;
   TimeSlider& operator=(const TimeSlider&) = delete;
