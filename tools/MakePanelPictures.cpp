@@ -468,7 +468,7 @@ void drawResults(PMainPanel& main, Pictures& pictures) {
   }
 }
 
-// The first output over time, analysed at two of its times.
+// The first output over time, analysed at two of its times, and what plots show of them.
 void drawTimes(ResultDesk& desk, Pictures& pictures) {
   const ProjectConfiguration& project = desk.controller().project();
   const std::vector<double> times = resultTimes(project.model.results);
@@ -479,6 +479,13 @@ void drawTimes(ResultDesk& desk, Pictures& pictures) {
   PUaSingle single(desk, desk.controller().analysis(), 1);
   single.gadget<QTabWidget>("NoVariable")->setCurrentIndex(3);
   pictures.draw("PUaSingle-times", single);
+  const std::shared_ptr<Selection> selection = desk.selection();
+  if (!selection) return;
+  const std::size_t last = selection->table()->columns.size() - 1;
+  PScatter scatter(desk, selection, 0, last);
+  pictures.draw("PScatter-times", scatter);
+  PCobwebs cobwebs(desk, selection, {0, 1, 2, last - 1, last});
+  pictures.draw("PCobwebs-times", cobwebs);
 }
 
 // The panel that the last call opened, as `name`.

@@ -86,9 +86,13 @@ std::string scientificText(double value, int decimals) {
 
 // One form for the axis as a whole, with as few decimals as name every tick: decimals and powers of ten side by side
 // are hard to compare.
-std::vector<std::string> linearTexts(const std::vector<double>& values, double step) {
+std::vector<std::string> linearTexts(std::vector<double> values, double step) {
   double largest = 0.0;
-  for (const double value : values) largest = std::max(largest, std::abs(value));
+  for (double& value : values) {
+    // The limit of an axis that begins a hair above 0.
+    if (std::abs(value) < kEdgeTolerance * step) value = 0.0;
+    largest = std::max(largest, std::abs(value));
+  }
   const bool plain = largest >= kFixedFrom && largest < kPlainTo;
   return plain ? textsOf(values, step, 0, fixedText) : textsOf(values, step, 0, scientificText);
 }
