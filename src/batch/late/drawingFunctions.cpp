@@ -1,7 +1,7 @@
 // What tarvex-batch calls of the libraries that draw, by its own names: each call goes on to the library's function.
 // Linked, the libraries and the thirty others that they need would take 4 of 7 ms at every start; so they are loaded
-// with the first of these calls, which most commands never come to. A function that is called
-// anywhere and missing here brings its library back into the program; nothing but the start's time changes then.
+// with the first of these calls, which most commands never come to. A function that is called anywhere and missing here
+// brings its library back into the program; nothing but the start's time changes then.
 #include <cairo-pdf.h>
 #include <cairo-ps.h>
 #include <cairo-svg.h>
