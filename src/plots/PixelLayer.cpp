@@ -59,12 +59,13 @@ void mix(std::uint32_t& pixel, std::uint32_t ink, std::uint32_t alpha) {
   pixel = mixed(ink >> 8, pixel >> 8, alpha) << 8 | mixed(ink, pixel, alpha);
 }
 
+constexpr std::uint32_t kMostKnown = 1 << 16;  // counts whose logarithms are taken once
+
 // The opacity of a pixel by how many discs or lines cover it, in parts: what one adds to a pixel that it covers whole.
 class Opacities {
  public:
   Opacities(std::uint32_t most, std::uint32_t parts, double single) : parts_(parts), single_(single) {
     most_ = std::log(std::max<double>(static_cast<double>(most) / parts, 2.0));
-    constexpr std::uint32_t kMostKnown = 1 << 16;
     const std::uint32_t size = std::min(most, kMostKnown) + 1;
     for (std::uint32_t count = 0; count < size; ++count) known_.push_back(compute(count));
   }
@@ -125,9 +126,15 @@ bool PixelLayer::cover(const DiscCounts& discs, const std::vector<Colour>& colou
   std::vector<std::uint32_t> inks;
   for (const Colour& colour : colours) inks.push_back(inkOf(colour));
   const auto last = static_cast<double>(inks.size() - 1);
-  const auto inkAt = [&](std::size_t pixel) {
-    const double met = static_cast<double>(counts[pixel]) / DiscCounts::kFull;
+  const auto inkFor = [&](std::uint32_t count) {
+    const double met = static_cast<double>(count) / DiscCounts::kFull;
     return met <= 1.0 ? inks.front() : inks[static_cast<std::size_t>(std::min(std::log(met) / logMost, 1.0) * last)];
+  };
+  std::vector<std::uint32_t> known(std::min(most, kMostKnown) + 1);
+  for (std::uint32_t count = 0; count < known.size(); ++count) known[count] = inkFor(count);
+  const auto inkAt = [&](std::size_t pixel) {
+    const std::uint32_t count = counts[pixel];
+    return count < known.size() ? known[count] : inkFor(count);
   };
   // A disc's edge is faint, what lies further in is opaque.
   const auto opacity = [](std::uint32_t count) { return std::min<std::uint32_t>(count, kFull); };
