@@ -11,7 +11,6 @@
 #include "toolkit/ChartView.h"
 
 namespace tarvex {
-namespace {}  // namespace
 
 PCobwebs::PCobwebs(ResultDesk& desk, std::shared_ptr<Selection> selection, std::vector<std::size_t> columns)
     : RunPanel(desk, std::move(selection), "PCobwebs", "Cobwebs", "Cobwebs plot"),

@@ -9,16 +9,16 @@ namespace tarvex {
 PastMeasures::PastMeasures(RunController& controller, std::shared_ptr<const AnalysisSnapshot> shown,
                            std::function<void()> replaced)
     : controller_(controller), shown_(std::move(shown)), replaced_(std::move(replaced)) {
-  look();
+  past_ = areReplaced();
   subscription_ = controller.subscribe([this](Changes) {
-    if (past_) return;
-    look();
-    if (past_) replaced_();
+    if (past_ || !areReplaced()) return;
+    past_ = true;
+    replaced_();
   });
 }
 
-void PastMeasures::look() {
-  past_ = past_ || (!controller_.busy() && controller_.analysis()->sensitivity != shown_->sensitivity);
+bool PastMeasures::areReplaced() const {
+  return !controller_.busy() && controller_.analysis()->sensitivity != shown_->sensitivity;
 }
 
 QString PastMeasures::text() const {

@@ -23,7 +23,7 @@ class PastMeasures {
   QString text() const;
 
  private:
-  void look();
+  bool areReplaced() const;
 
   RunController& controller_;
   std::shared_ptr<const AnalysisSnapshot> shown_;
